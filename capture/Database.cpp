@@ -1,0 +1,89 @@
+#include "capture/Database.h"
+
+#include "capture/Utf8.h"
+#include "platform/FatalStop.h"
+#include "platform/LibraryFolder.h"
+#include "platform/LogLine.h"
+
+#include <sqlite3.h>
+
+#include <string>
+
+namespace orlimo {
+
+namespace {
+
+/// The text in a column of the present row: up to its first NUL, ill-formed parts replaced.
+std::optional<std::string> columnText(sqlite3_stmt* statement, int column)
+{
+    const auto* const text = sqlite3_column_text(statement, column);
+    if (text == nullptr) {
+        return std::nullopt;
+    }
+    return repairedUtf8(reinterpret_cast<const char*>(text));
+}
+
+} // namespace
+
+Database& Database::shared()
+{
+    static auto* const reader = new Database(orlimo::libraryFolder());
+    return *reader;
+}
+
+Database::Database(const std::optional<std::filesystem::path>& libraryFolder)
+    : db(nullptr)
+{
+    writeLogLine("Database init");
+    db = openDatabase(libraryFolder);
+}
+
+Database::~Database()
+{
+    (void)sqlite3_close(db);
+}
+
+sqlite3* Database::openDatabase(const std::optional<std::filesystem::path>& libraryFolder)
+{
+    const auto store = libraryFolder ? std::optional(*libraryFolder / "Messages/chat.db")
+                                     : std::nullopt;
+    const int result = sqlite3_open_v2(
+        store ? store->c_str() : nullptr, &db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
+    if (result != SQLITE_OK) {
+        const char* const error = sqlite3_errmsg(db);
+        writeLogLine(
+            std::string("database connection:  ") + (error != nullptr ? error : "Unknown Error"));
+        // The failed connection is left as it is; the process opens one only.
+        return nullptr;
+    }
+    writeLogLine("database connected!!");
+    return db;
+}
+
+std::vector<Msg> Database::fetchMessages(std::int64_t limit)
+{
+    const std::string query = "SELECT rowid, text, HEX(attributedBody), attributedBody FROM message "
+                              "ORDER BY date DESC LIMIT " +
+                              std::to_string(limit);
+    sqlite3_stmt* statement = nullptr;
+    if (sqlite3_prepare(db, query.c_str(), -1, &statement, nullptr) != SQLITE_OK) {
+        const char* const error = sqlite3_errmsg(db);
+        if (error == nullptr) {
+            fatalStop("SQLite does not say why a statement cannot be compiled");
+        }
+        writeLogLine(std::string("error preparing fetch limit : v1") + error);
+        return {};
+    }
+    std::vector<Msg> messages;
+    while (sqlite3_step(statement) == SQLITE_ROW) {
+        messages.push_back({
+            .rowid = sqlite3_column_int(statement, 0),
+            .text = columnText(statement, 1),
+            .attributedBody = columnText(statement, 2),
+        });
+    }
+    // The statement is not finalised: it belongs to the connection until the process ends.
+    return messages;
+}
+
+} // namespace orlimo

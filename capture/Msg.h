@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace orlimo {
+
+/// One message as fetched from the store. Lists of them are ordered newest first.
+struct Msg
+{
+    /// The row's identifier in the store.
+    std::int64_t rowid = 0;
+    /// The words, UTF-8; absent where the store holds none. An empty text is present.
+    std::optional<std::string> text;
+    /// The archived attributed string that holds the words where `text` does not: not its bytes, but
+    /// their upper-case hexadecimal text.
+    std::optional<std::string> attributedBody;
+
+    friend bool operator==(const Msg&, const Msg&) = default;
+};
+
+} // namespace orlimo

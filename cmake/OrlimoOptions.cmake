@@ -1,0 +1,26 @@
+# One INTERFACE target carries the language standard, the warnings and the sanitizers, so that every
+# target of the tree is compiled alike. Packagers get the warnings without the errors.
+option(ORLIMO_WARNINGS_AS_ERRORS "Treat compiler warnings as errors" OFF)
+set(ORLIMO_SANITIZERS "" CACHE STRING "Sanitizers to build with, as -fsanitize takes them")
+
+add_library(orlimo_options INTERFACE)
+target_compile_features(orlimo_options INTERFACE cxx_std_20)
+target_include_directories(orlimo_options INTERFACE ${PROJECT_SOURCE_DIR})
+target_compile_options(orlimo_options INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast
+    -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align -Wcast-qual -Wformat=2 -Wundef
+    -Wnull-dereference -Wimplicit-fallthrough -Wextra-semi
+    # What the program prints about itself names its sources, never the folder they were built in.
+    "-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/="
+    $<$<BOOL:${ORLIMO_WARNINGS_AS_ERRORS}>:-Werror>)
+target_compile_definitions(orlimo_options INTERFACE
+    QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_KEYWORDS QT_NO_URL_CAST_FROM_STRING
+    QT_NO_NARROWING_CONVERSIONS_IN_CONNECT QT_NO_FOREACH QT_DISABLE_DEPRECATED_BEFORE=0x060400)
+
+if(ORLIMO_SANITIZERS)
+    target_compile_options(orlimo_options INTERFACE
+        -fsanitize=${ORLIMO_SANITIZERS} -fno-omit-frame-pointer -fno-sanitize-recover=all
+        # The instrumented code makes this warning report paths that cannot be taken.
+        -Wno-null-dereference)
+    target_link_options(orlimo_options INTERFACE -fsanitize=${ORLIMO_SANITIZERS})
+endif()

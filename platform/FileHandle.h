@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <system_error>
+
+namespace orlimo {
+
+/// An open file, opened for reading. Owns its descriptor: closed by `close` or with the handle.
+/// Used on one thread at a time.
+class FileHandle
+{
+public:
+    /// Opens `file`. Throws std::system_error with the host's own error when that fails.
+    [[nodiscard]] static FileHandle openForReading(const std::filesystem::path& file);
+
+    FileHandle(FileHandle&& other) noexcept;
+    FileHandle& operator=(FileHandle&& other) noexcept;
+    FileHandle(const FileHandle&) = delete;
+    FileHandle& operator=(const FileHandle&) = delete;
+    ~FileHandle();
+
+    /// The descriptor, still owned by the handle; -1 once the handle is closed.
+    [[nodiscard]] int fileDescriptor() const { return descriptor; }
+
+    /// Moves the read position to the end of the file and returns that offset in bytes; 0 for what
+    /// has no position, such as a pipe.
+    std::uint64_t seekToEndOfFile();
+
+    /// Closes the descriptor and returns what the host said. Closing twice is harmless.
+    std::error_code close();
+
+private:
+    explicit FileHandle(int openDescriptor)
+        : descriptor(openDescriptor)
+    {}
+
+    int descriptor;
+};
+
+} // namespace orlimo

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <string_view>
+
+namespace orlimo {
+
+/// The user's persisted preferences. Nothing is cached: each read tells what the store holds now, also
+/// when another process wrote it. Main thread.
+class UserDefaults
+{
+public:
+    UserDefaults() = default;
+    UserDefaults(const UserDefaults&) = delete;
+    UserDefaults& operator=(const UserDefaults&) = delete;
+    virtual ~UserDefaults() = default;
+
+    /// The boolean under `key`. Absent is false, a number is true unless it is zero, a string is true
+    /// when it begins with Y, y, T, t or a number that is not zero, and anything else is false. A
+    /// store that cannot be read or understood reads as empty and is left as it is.
+    [[nodiscard]] virtual bool boolForKey(std::string_view key) const = 0;
+
+    /// Stores `value` under `key` at once. A store that cannot be written stays as it is, and standard
+    /// error says so.
+    virtual void setBool(bool value, std::string_view key) = 0;
+
+    /// Every key that the store holds, with its value in printed form.
+    [[nodiscard]] virtual std::map<std::string, std::string> dictionaryRepresentation() const = 0;
+};
+
+/// The application's own store. Lives to the end of the process.
+[[nodiscard]] UserDefaults& standardUserDefaults();
+
+} // namespace orlimo

@@ -1,0 +1,42 @@
+#include "platform/linux/GrowthMeter.h"
+
+#include <cerrno>
+#include <optional>
+#include <system_error>
+#include <utility>
+
+#include <sys/stat.h>
+
+namespace orlimo {
+
+namespace {
+
+std::optional<std::int64_t> sizeOf(int descriptor)
+{
+    struct stat status{};
+    if (::fstat(descriptor, &status) != 0) {
+        return std::nullopt;
+    }
+    return status.st_size;
+}
+
+} // namespace
+
+GrowthMeter::GrowthMeter(int fileDescriptor)
+    : descriptor(fileDescriptor)
+    , size(0)
+{
+    const auto present = sizeOf(descriptor);
+    if (!present) {
+        throw std::system_error(errno, std::generic_category(), "cannot ask a file's size");
+    }
+    size = *present;
+}
+
+bool GrowthMeter::hasGrown()
+{
+    const auto present = sizeOf(descriptor);
+    return present && std::exchange(size, *present) < *present;
+}
+
+} // namespace orlimo

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "platform/Queue.h"
+#include "platform/UptimeClock.h"
+
+#include <atomic>
+#include <chrono>
+#include <functional>
+#include <memory>
+
+namespace orlimo {
+
+/// Limits how often an action may run: a call is accepted only when at least `delay` has passed since
+/// the last accepted one, counted from construction at first. Every other call is dropped for good;
+/// there is no trailing run.
+class Throttle : public std::enable_shared_from_this<Throttle>
+{
+public:
+    using Action = std::function<void()>;
+
+    /// A throttle for `delay` seconds, which are truncated to whole milliseconds. Its clock starts
+    /// now. Decisions are taken on `decisions`, accepted actions run on `main`; both outlive it. A
+    /// delay that is no number, or beyond the range of 64-bit milliseconds, is a fatal stop.
+    [[nodiscard]] static std::shared_ptr<Throttle>
+    create(double delay, Queue& decisions, Queue& main, UptimeClock clock);
+
+    /// Offers one call and returns at once. The action runs later, on the main thread, or never; it is
+    /// kept alive until then. A throttle that is gone when the decision is due drops the action. May
+    /// be called on any thread.
+    void throttle(Action action);
+
+private:
+    Throttle(double delay, Queue& decisions, Queue& main, UptimeClock clock);
+
+    void decide(Action action);
+    [[nodiscard]] bool accept();
+
+    UptimeClock clock;
+    std::atomic<Uptime> lastFireTime;
+    Queue& queue;
+    std::chrono::milliseconds delay;
+    Queue& mainQueue;
+};
+
+} // namespace orlimo
