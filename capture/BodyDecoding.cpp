@@ -18,15 +18,21 @@ namespace {
 /// The class name "NSString" in hexadecimal.
 constexpr std::string_view marker = "4E53537472696E67";
 
-/// What stands between the class name and the length in the archive of a mutable string: the class's
-/// version, references to classes named before, and the type "+" of a counted run of bytes.
+/// What stands between the class name and the length in the archive of a mutable string: the
+/// class's version, references to classes named before, and the type "+" of a counted run of bytes.
 constexpr std::string_view fixedRun = "019584012B";
 
 /// The first byte of a length of two bytes; any other is the length itself.
 constexpr std::uint8_t twoByteLength = 0x81;
 
+// clang-format off
+/// The values of hexadecimal digits; what is no such digit has a value too.
 constexpr std::array<std::uint8_t, 32> nibbles{
-    0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 0, 0, 0, 0, 0, 0, 0, 10, 11, 12, 13, 14, 15, 0, 0, 0, 0, 0, 0, 0, 0, 0};
+    0, 1, 2, 3, 4, 5, 6, 7, 8, 9,
+    0, 0, 0, 0, 0, 0, 0,
+    10, 11, 12, 13, 14, 15,
+    0, 0, 0, 0, 0, 0, 0, 0, 0};
+// clang-format on
 
 constexpr std::uint8_t nibble(char character)
 {

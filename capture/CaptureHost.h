@@ -13,8 +13,8 @@
 
 namespace orlimo {
 
-/// What the capture controller works on. Handed in whole, so that tests give it a store, a folder or a
-/// watch of their own.
+/// What the capture controller works on. Handed in whole, so that tests give it a store, a folder
+/// or a watch of their own.
 struct CaptureHost
 {
     Database& database;
@@ -23,8 +23,8 @@ struct CaptureHost
     std::function<std::optional<std::filesystem::path>()> libraryFolder;
     std::function<std::shared_ptr<FileMonitor>(const std::filesystem::path&)> makeFileMonitor;
 
-    /// The running program's own. Creates the shared store reader on first use; needs the application
-    /// object.
+    /// The running program's own. Creates the shared store reader on first use; needs the
+    /// application object.
     [[nodiscard]] static CaptureHost native()
     {
         return {

@@ -9,8 +9,8 @@
 
 namespace orlimo {
 
-/// The characters of one text as a reader counts them, that is its extended grapheme clusters: a letter
-/// and its combining mark, or a carriage return and its line feed, are one.
+/// The characters of one text as a reader counts them, that is its extended grapheme clusters: a
+/// letter and its combining mark, or a carriage return and its line feed, are one.
 class Characters
 {
 public:

@@ -9,16 +9,17 @@
 
 namespace orlimo {
 
-/// The verification code in a message's text (UTF-8): the leftmost run of five or six decimal digits,
-/// or of four to six where the preference `fourDigitInclude` says so, that no further digit touches.
-/// Digits of every script count. Nothing when the text holds none.
+/// The verification code in a message's text (UTF-8): the leftmost run of five or six decimal
+/// digits, or of four to six where the preference `fourDigitInclude` says so, that no further digit
+/// touches. Digits of every script count. Nothing when the text holds none.
 ///
 /// Logs the text, and the numbers found. Reads the preference afresh. Main thread; does not fail.
 [[nodiscard]] std::optional<std::string>
 extractCode(const std::string& text, const UserDefaults& defaults = standardUserDefaults());
 
-/// The parts of `text` that match the regular expression `pattern`, left to right and without overlap;
-/// a match that begins or ends inside a character is left out. Nothing when the pattern is invalid.
+/// The parts of `text` that match the regular expression `pattern`, left to right and without
+/// overlap; a match that begins or ends inside a character is left out. Nothing when the pattern is
+/// invalid.
 [[nodiscard]] std::optional<std::vector<std::string>>
 findNumbers(const std::string& text, std::string_view pattern);
 

@@ -32,7 +32,6 @@ Database& Database::shared()
 }
 
 Database::Database(const std::optional<std::filesystem::path>& libraryFolder)
-    : db(nullptr)
 {
     writeLogLine("Database init");
     db = openDatabase(libraryFolder);
@@ -45,8 +44,8 @@ Database::~Database()
 
 sqlite3* Database::openDatabase(const std::optional<std::filesystem::path>& libraryFolder)
 {
-    const auto store = libraryFolder ? std::optional(*libraryFolder / "Messages/chat.db")
-                                     : std::nullopt;
+    const auto store =
+        libraryFolder ? std::optional(*libraryFolder / "Messages/chat.db") : std::nullopt;
     const int result = sqlite3_open_v2(
         store ? store->c_str() : nullptr, &db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
     if (result != SQLITE_OK) {
@@ -62,9 +61,10 @@ sqlite3* Database::openDatabase(const std::optional<std::filesystem::path>& libr
 
 std::vector<Msg> Database::fetchMessages(std::int64_t limit)
 {
-    const std::string query = "SELECT rowid, text, HEX(attributedBody), attributedBody FROM message "
-                              "ORDER BY date DESC LIMIT " +
-                              std::to_string(limit);
+    const std::string query =
+        "SELECT rowid, text, HEX(attributedBody), attributedBody FROM message "
+        "ORDER BY date DESC LIMIT " +
+        std::to_string(limit);
     sqlite3_stmt* statement = nullptr;
     if (sqlite3_prepare(db, query.c_str(), -1, &statement, nullptr) != SQLITE_OK) {
         const char* const error = sqlite3_errmsg(db);

@@ -16,7 +16,8 @@ namespace {
 /// How many of the newest messages are looked at.
 constexpr std::int64_t examinedMessages = 10;
 
-/// A message's words: its text, an empty one included, or what its body holds, if it can be decoded.
+/// A message's words: its text, an empty one included, or what its body holds, if it can be
+/// decoded.
 std::optional<std::string> wordsOf(const Msg& message)
 {
     if (message.text) {
@@ -32,9 +33,7 @@ std::optional<std::string> wordsOf(const Msg& message)
 
 std::shared_ptr<Message> Message::create(CaptureHost host)
 {
-    std::shared_ptr<Message> message(new Message(std::move(host)));
-    message->self = message;
-    return message;
+    return std::shared_ptr<Message>(new Message(std::move(host)));
 }
 
 Message::Message(CaptureHost captureHost)
@@ -50,7 +49,7 @@ bool Message::registFileObserver()
         fatalStop("the user has no Library folder");
     }
     try {
-        host.makeFileMonitor(*library / "Messages/chat.db-wal")->setDelegate(self);
+        host.makeFileMonitor(*library / "Messages/chat.db-wal")->setDelegate(weak_from_this());
     } catch (const std::system_error&) {
         writeLogLine("file access not allowed");
         readyField = false;

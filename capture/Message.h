@@ -12,9 +12,11 @@
 
 namespace orlimo {
 
-/// The capture controller: turns changes of the message store into a published verification code. The
-/// application has one, which it shares with its delegate and its views. Main thread.
-class Message : public QObject, public FileMonitorDelegate
+/// The capture controller: turns changes of the message store into a published verification code.
+/// The application has one, which it shares with its delegate and its views. Main thread.
+class Message : public QObject,
+                public FileMonitorDelegate,
+                public std::enable_shared_from_this<Message>
 {
     Q_OBJECT
 
@@ -22,18 +24,18 @@ public:
     /// Shared from the start, because the file monitor holds its delegate weakly.
     [[nodiscard]] static std::shared_ptr<Message> create(CaptureHost host = CaptureHost::native());
 
-    /// Starts to watch the store's write-ahead log. False, with a line in the log, when the file cannot
-    /// be watched; checks are then refused. Nothing is retried. A user without a Library folder is a
-    /// fatal stop.
+    /// Starts to watch the store's write-ahead log. False, with a line in the log, when the file
+    /// cannot be watched; checks are then refused. Nothing is retried. A user without a Library
+    /// folder is a fatal stop.
     bool registFileObserver();
 
-    /// Reads the ten newest messages, publishes the code of the newest one that holds one, "No Code"
-    /// when none does, and returns the code. Refused, with a line in the log, until the store is
-    /// watched. A message with neither text nor body is a fatal stop.
+    /// Reads the ten newest messages, publishes the code of the newest one that holds one, "No
+    /// Code" when none does, and returns the code. Refused, with a line in the log, until the store
+    /// is watched. A message with neither text nor body is a fatal stop.
     std::optional<std::string> checkMessages();
 
-    /// Checks and, when there is a code, puts it on the general pasteboard, the same code as often as
-    /// the store changes. Does nothing at all while the preference `capturingEnabled` is off.
+    /// Checks and, when there is a code, puts it on the general pasteboard, the same code as often
+    /// as the store changes. Does nothing at all while the preference `capturingEnabled` is off.
     void fileDidChange() override;
 
     /// Published; stays empty, for message texts are not kept.
@@ -67,7 +69,6 @@ private:
     std::string verificationCodeField;
     std::optional<std::filesystem::path> libraryDirectoryField;
     bool readyField = false;
-    std::weak_ptr<Message> self;
 };
 
 } // namespace orlimo

@@ -9,8 +9,8 @@ namespace orlimo {
 
 namespace {
 
-/// Reads one code point from `bytes` at `position` and moves on; negative for an ill-formed part, of
-/// which all is passed over.
+/// Reads one code point from `bytes` at `position` and moves on; negative for an ill-formed part,
+/// of which all is passed over.
 UChar32 nextCodePoint(std::string_view bytes, std::size_t& position)
 {
     const auto* const data = reinterpret_cast<const std::uint8_t*>(bytes.data());

@@ -9,7 +9,7 @@ target_include_directories(orlimo_options INTERFACE ${PROJECT_SOURCE_DIR})
 target_compile_options(orlimo_options INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast
     -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align -Wcast-qual -Wformat=2 -Wundef
-    -Wnull-dereference -Wimplicit-fallthrough -Wextra-semi
+    -Wimplicit-fallthrough -Wextra-semi
     # What the program prints about itself names its sources, never the folder they were built in.
     "-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/="
     $<$<BOOL:${ORLIMO_WARNINGS_AS_ERRORS}>:-Werror>)
@@ -19,8 +19,6 @@ target_compile_definitions(orlimo_options INTERFACE
 
 if(ORLIMO_SANITIZERS)
     target_compile_options(orlimo_options INTERFACE
-        -fsanitize=${ORLIMO_SANITIZERS} -fno-omit-frame-pointer -fno-sanitize-recover=all
-        # The instrumented code makes this warning report paths that cannot be taken.
-        -Wno-null-dereference)
+        -fsanitize=${ORLIMO_SANITIZERS} -fno-omit-frame-pointer -fno-sanitize-recover=all)
     target_link_options(orlimo_options INTERFACE -fsanitize=${ORLIMO_SANITIZERS})
 endif()

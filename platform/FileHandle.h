@@ -25,7 +25,7 @@ public:
 
     /// Moves the read position to the end of the file and returns that offset in bytes; 0 for what
     /// has no position, such as a pipe.
-    std::uint64_t seekToEndOfFile();
+    std::uint64_t seekToEndOfFile() const;
 
     /// Closes the descriptor and returns what the host said. Closing twice is harmless.
     std::error_code close();

@@ -15,9 +15,9 @@ public:
     Queue& operator=(const Queue&) = delete;
     virtual ~Queue() = default;
 
-    /// Takes `work`, returns at once and runs it once, later. May be called on any thread. The queue
-    /// owns the work until it has run; work that is still waiting when the event loop is taken down
-    /// is not run any more.
+    /// Takes `work`, returns at once and runs it once, later. May be called on any thread. The
+    /// queue owns the work until it has run; work that is still waiting when the event loop is
+    /// taken down is not run any more.
     virtual void async(Work work) = 0;
 };
 

@@ -6,8 +6,8 @@
 
 namespace orlimo {
 
-/// The user's persisted preferences. Nothing is cached: each read tells what the store holds now, also
-/// when another process wrote it. Main thread.
+/// The user's persisted preferences. Nothing is cached: each read tells what the store holds now,
+/// also when another process wrote it. Main thread.
 class UserDefaults
 {
 public:
@@ -16,13 +16,13 @@ public:
     UserDefaults& operator=(const UserDefaults&) = delete;
     virtual ~UserDefaults() = default;
 
-    /// The boolean under `key`. Absent is false, a number is true unless it is zero, a string is true
-    /// when it begins with Y, y, T, t or a number that is not zero, and anything else is false. A
-    /// store that cannot be read or understood reads as empty and is left as it is.
+    /// The boolean under `key`. Absent is false, a number is true unless it is zero, a string is
+    /// true when it begins with Y, y, T, t or a number that is not zero, and anything else is
+    /// false. A store that cannot be read or understood reads as empty and is left as it is.
     [[nodiscard]] virtual bool boolForKey(std::string_view key) const = 0;
 
-    /// Stores `value` under `key` at once. A store that cannot be written stays as it is, and standard
-    /// error says so.
+    /// Stores `value` under `key` at once. A store that cannot be written stays as it is, and
+    /// standard error says so.
     virtual void setBool(bool value, std::string_view key) = 0;
 
     /// Every key that the store holds, with its value in printed form.

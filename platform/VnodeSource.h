@@ -15,11 +15,12 @@ inline constexpr VnodeEvents vnodeExtend = 0x4;
 
 /// Reports what happens to one open file, on the queue that it was made with.
 ///
-/// Events that pile up before the handler runs are merged into one call. For the write-ahead log of an
-/// SQLite store, all growth that belongs to one commit is one event, delivered as soon as the commit
-/// can be read: SQLite appends to the log first and makes the commit visible only then, so that a
-/// reader who acted on the first byte would see the store as it was before. A writer that does not
-/// finish holds the event up for one second at the most. Any other file is reported at once.
+/// Events that pile up before the handler runs are merged into one call. For the write-ahead log of
+/// an SQLite store, all growth that belongs to one commit is one event, delivered as soon as the
+/// commit can be read: SQLite appends to the log first and makes the commit visible only then, so
+/// that a reader who acted on the first byte would see the store as it was before. A writer that
+/// does not finish holds the event up for one second at the most. Any other file is reported at
+/// once.
 ///
 /// All members are called on the queue's thread; handlers run there too.
 class VnodeSource
@@ -51,12 +52,12 @@ public:
 };
 
 /// Makes a source for an open file; handed in, so that tests can script one.
-using VnodeSourceFactory = std::function<
-    std::unique_ptr<VnodeSource>(int fileDescriptor, VnodeEvents mask, Queue& queue)>;
+using VnodeSourceFactory =
+    std::function<std::unique_ptr<VnodeSource>(int fileDescriptor, VnodeEvents mask, Queue& queue)>;
 
-/// The host's own source for the file behind `fileDescriptor`, which the caller keeps open until the
-/// cancel handler has run. Only events in `mask` are reported. Throws std::system_error with the
-/// host's error when the file cannot be watched.
+/// The host's own source for the file behind `fileDescriptor`, which the caller keeps open until
+/// the cancel handler has run. Only events in `mask` are reported. Throws std::system_error with
+/// the host's error when the file cannot be watched.
 [[nodiscard]] std::unique_ptr<VnodeSource>
 makeFileSystemObjectSource(int fileDescriptor, VnodeEvents mask, Queue& queue);
 

@@ -28,8 +28,7 @@ std::shared_ptr<FileMonitor> FileMonitor::create(std::filesystem::path url, cons
 }
 
 FileMonitor::FileMonitor(std::filesystem::path watchedFile, const WatchHost& host)
-    : throttle(
-          Throttle::create(reportingInterval, host.decisionQueue, host.mainQueue, host.clock))
+    : throttle(Throttle::create(reportingInterval, host.decisionQueue, host.mainQueue, host.clock))
     , url(std::move(watchedFile))
     , fileHandle(openLogged(url))
     , source(host.makeVnodeSource(fileHandle.fileDescriptor(), vnodeExtend, host.mainQueue))

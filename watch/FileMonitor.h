@@ -11,16 +11,16 @@
 
 namespace orlimo {
 
-/// Tells its delegate that one file has grown, at most once in 1.6 seconds. Reads nothing from the file
-/// and never reopens it: one that is deleted or replaced is simply not heard of again.
+/// Tells its delegate that one file has grown, at most once in 1.6 seconds. Reads nothing from the
+/// file and never reopens it: one that is deleted or replaced is simply not heard of again.
 ///
 /// A monitor keeps itself alive, through the handlers of its source, and watches until the process
 /// ends; it cannot be stopped. Main thread.
 class FileMonitor : public std::enable_shared_from_this<FileMonitor>
 {
 public:
-    /// Starts to watch `url`. Throws std::system_error with the host's error when the file cannot be
-    /// opened or watched. Growth in the first 1.6 seconds is not reported.
+    /// Starts to watch `url`. Throws std::system_error with the host's error when the file cannot
+    /// be opened or watched. Growth in the first 1.6 seconds is not reported.
     static std::shared_ptr<FileMonitor>
     create(std::filesystem::path url, const WatchHost& host = WatchHost::native());
 
@@ -32,7 +32,7 @@ public:
     void setDelegate(std::weak_ptr<FileMonitorDelegate> whoIsTold);
 
 private:
-    FileMonitor(std::filesystem::path url, const WatchHost& host);
+    FileMonitor(std::filesystem::path watchedFile, const WatchHost& host);
 
     void start();
     void sourceDidFire();

@@ -2,7 +2,8 @@
 
 namespace orlimo {
 
-/// Who is told that a watched file has grown. Held weakly by the monitor, so it is shared by reference.
+/// Who is told that a watched file has grown. Held weakly by the monitor, so it is shared by
+/// reference.
 class FileMonitorDelegate
 {
 public:

@@ -30,7 +30,8 @@ Uptime saturatingSum(Uptime time, std::chrono::milliseconds interval)
     std::int64_t length = 0;
     std::int64_t sum = 0;
     if (__builtin_mul_overflow(interval.count(), perMillisecond, &length) ||
-        __builtin_add_overflow(start, length, &sum)) {
+        __builtin_add_overflow(start, length, &sum))
+    {
         return interval.count() < 0 ? Uptime::min() : Uptime::max();
     }
     return Uptime(nanoseconds(sum));
@@ -75,9 +76,9 @@ void Throttle::decide(Action action)
 
 bool Throttle::accept()
 {
-    // The last acceptance is read before the clock: it is then never later than now, so that a delay
-    // of nothing accepts every call, also when two decisions are taken at the same time. The exchange
-    // lets only one of them win.
+    // The last acceptance is read before the clock: it is then never later than now, so that a
+    // delay of nothing accepts every call, also when two decisions are taken at the same time. The
+    // exchange lets only one of them win.
     Uptime last = lastFireTime.load();
     for (;;) {
         const Uptime now = clock();

@@ -10,9 +10,9 @@
 
 namespace orlimo {
 
-/// Limits how often an action may run: a call is accepted only when at least `delay` has passed since
-/// the last accepted one, counted from construction at first. Every other call is dropped for good;
-/// there is no trailing run.
+/// Limits how often an action may run: a call is accepted only when at least `delay` has passed
+/// since the last accepted one, counted from construction at first. Every other call is dropped for
+/// good; there is no trailing run.
 class Throttle : public std::enable_shared_from_this<Throttle>
 {
 public:
@@ -24,13 +24,13 @@ public:
     [[nodiscard]] static std::shared_ptr<Throttle>
     create(double delay, Queue& decisions, Queue& main, UptimeClock clock);
 
-    /// Offers one call and returns at once. The action runs later, on the main thread, or never; it is
-    /// kept alive until then. A throttle that is gone when the decision is due drops the action. May
-    /// be called on any thread.
+    /// Offers one call and returns at once. The action runs later, on the main thread, or never; it
+    /// is kept alive until then. A throttle that is gone when the decision is due drops the action.
+    /// May be called on any thread.
     void throttle(Action action);
 
 private:
-    Throttle(double delay, Queue& decisions, Queue& main, UptimeClock clock);
+    Throttle(double delayInSeconds, Queue& decisions, Queue& main, UptimeClock uptimeClock);
 
     void decide(Action action);
     [[nodiscard]] bool accept();

@@ -6,8 +6,8 @@
 
 namespace orlimo {
 
-/// What a file monitor asks of its host. Handed in whole, so that tests put a clock that they move by
-/// hand, or a source that they script, in the place of the real one.
+/// What a file monitor asks of its host. Handed in whole, so that tests put a clock that they move
+/// by hand, or a source that they script, in the place of the real one.
 struct WatchHost
 {
     Queue& mainQueue;
@@ -15,12 +15,11 @@ struct WatchHost
     UptimeClock clock;
     VnodeSourceFactory makeVnodeSource;
 
-    /// The running program's own: the event loop, the background queue, the uptime clock, the host's
-    /// file watch. Needs the application object.
+    /// The running program's own: the event loop, the background queue, the uptime clock, the
+    /// host's file watch. Needs the application object.
     [[nodiscard]] static WatchHost native()
     {
-        return {
-            orlimo::mainQueue(), backgroundQueue(), currentUptime, makeFileSystemObjectSource};
+        return {orlimo::mainQueue(), backgroundQueue(), currentUptime, makeFileSystemObjectSource};
     }
 };
 

@@ -9,12 +9,12 @@
 
 namespace orlimo {
 
-void fatalStop(std::string_view reason, const std::source_location& place)
+void fatalStop(std::string_view reason, const char* file, int line)
 {
-    std::string line = "Orlimo stops at ";
-    line.append(place.file_name()).append(":").append(std::to_string(place.line()));
-    line.append(": ").append(reason).append("\n");
-    writeAll(STDERR_FILENO, line);
+    std::string words = "Orlimo stops at ";
+    words.append(file).append(":").append(std::to_string(line));
+    words.append(": ").append(reason).append("\n");
+    writeAll(STDERR_FILENO, words);
     std::abort();
 }
 

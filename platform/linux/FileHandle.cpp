@@ -10,7 +10,8 @@ namespace orlimo {
 
 FileHandle FileHandle::openForReading(const std::filesystem::path& file)
 {
-    // Not blocking, so that a pipe which someone put in the file's place cannot stop the main thread.
+    // Not blocking, so that a pipe which someone put in the file's place cannot stop the main
+    // thread.
     const int descriptor = ::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
     if (descriptor < 0) {
         throw std::system_error(errno, std::generic_category(), "cannot open " + file.string());
@@ -33,7 +34,7 @@ FileHandle::~FileHandle()
     close();
 }
 
-std::uint64_t FileHandle::seekToEndOfFile()
+std::uint64_t FileHandle::seekToEndOfFile() const
 {
     const off_t end = ::lseek(descriptor, 0, SEEK_END);
     return end < 0 ? 0 : static_cast<std::uint64_t>(end);

@@ -13,7 +13,8 @@ namespace {
 
 std::optional<std::int64_t> sizeOf(int descriptor)
 {
-    struct stat status{};
+    struct stat status
+    {};
     if (::fstat(descriptor, &status) != 0) {
         return std::nullopt;
     }
@@ -24,7 +25,6 @@ std::optional<std::int64_t> sizeOf(int descriptor)
 
 GrowthMeter::GrowthMeter(int fileDescriptor)
     : descriptor(fileDescriptor)
-    , size(0)
 {
     const auto present = sizeOf(descriptor);
     if (!present) {

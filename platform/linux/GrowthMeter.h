@@ -4,8 +4,8 @@
 
 namespace orlimo {
 
-/// Tells growth of an open file from every other change, by comparing its size with the one seen last.
-/// A shrink lowers the remembered size, so that growth after a truncation counts again.
+/// Tells growth of an open file from every other change, by comparing its size with the one seen
+/// last. A shrink lowers the remembered size, so that growth after a truncation counts again.
 class GrowthMeter
 {
 public:
@@ -13,13 +13,13 @@ public:
     /// open for the meter's life. Throws std::system_error when the size cannot be asked.
     explicit GrowthMeter(int fileDescriptor);
 
-    /// Whether the file is longer than when it was last looked at. A file whose size cannot be asked
-    /// any more has not grown.
+    /// Whether the file is longer than when it was last looked at. A file whose size cannot be
+    /// asked any more has not grown.
     [[nodiscard]] bool hasGrown();
 
 private:
     int descriptor;
-    std::int64_t size;
+    std::int64_t size = 0;
 };
 
 } // namespace orlimo

@@ -29,8 +29,8 @@ using namespace std::chrono_literals;
 /// How long a writer that does not finish may hold an event up.
 constexpr steady_clock::duration longestWait = 1s;
 
-/// How long to wait before the writer's lock is asked for again: an eighth of what it has taken so far,
-/// so that the delay stays in proportion to the commit and a long commit costs few wake-ups.
+/// How long to wait before the writer's lock is asked for again: an eighth of what it has taken so
+/// far, so that the delay stays in proportion to the commit and a long commit costs few wake-ups.
 steady_clock::duration pauseAfter(steady_clock::duration waited)
 {
     return std::clamp<steady_clock::duration>(waited / 8, 100us, 5ms);
@@ -64,7 +64,8 @@ std::filesystem::path nameOf(int descriptor)
     return std::filesystem::read_symlink(linkTo(descriptor), unknown);
 }
 
-/// Hands events over to the queue. Shared with the work that waits there, which may outlive the source.
+/// Hands events over to the queue. Shared with the work that waits there, which may outlive the
+/// source.
 class Delivery : public std::enable_shared_from_this<Delivery>
 {
 public:
@@ -72,7 +73,8 @@ public:
         : queue(queueOfHandlers)
     {}
 
-    /// Asks for one run of the event handler; what is asked before it runs is the same run. Any thread.
+    /// Asks for one run of the event handler; what is asked before it runs is the same run. Any
+    /// thread.
     void post()
     {
         if (!waiting.exchange(true)) {
@@ -115,9 +117,9 @@ private:
     bool cancelled = false;
 };
 
-/// Watches with inotify, on a thread of its own that sleeps until the file changes. The thread, and not
-/// the event loop, looks at the file: sizes are compared the moment they change, and waiting for a
-/// writer never holds the main thread up.
+/// Watches with inotify, on a thread of its own that sleeps until the file changes. The thread, and
+/// not the event loop, looks at the file: sizes are compared the moment they change, and waiting
+/// for a writer never holds the main thread up.
 class InotifyVnodeSource final : public VnodeSource
 {
 public:
@@ -135,7 +137,10 @@ public:
     ~InotifyVnodeSource() override { stopWatching(); }
 
     void setEventHandler(Handler handler) override { delivery->eventHandler = std::move(handler); }
-    void setCancelHandler(Handler handler) override { delivery->cancelHandler = std::move(handler); }
+    void setCancelHandler(Handler handler) override
+    {
+        delivery->cancelHandler = std::move(handler);
+    }
     [[nodiscard]] VnodeEvents data() const override { return delivery->data; }
 
     void resume() override
@@ -162,12 +167,12 @@ public:
     }
 
 private:
-    /// Sets the watch before the size is first looked at: growth between the two is then seen twice at
-    /// the worst, never missed.
+    /// Sets the watch before the size is first looked at: growth between the two is then seen twice
+    /// at the worst, never missed.
     int watched(int fileDescriptor)
     {
-        if (::inotify_add_watch(
-                notifications.get(), linkTo(fileDescriptor).c_str(), IN_MODIFY) < 0) {
+        if (::inotify_add_watch(notifications.get(), linkTo(fileDescriptor).c_str(), IN_MODIFY) < 0)
+        {
             throw std::system_error(errno, std::generic_category(), "cannot watch the file");
         }
         return fileDescriptor;
@@ -186,8 +191,8 @@ private:
         }
     }
 
-    /// Until the file changes, until it is time to ask for the writer's lock again, or, with the answer
-    /// false, until the source is cancelled.
+    /// Until the file changes, until it is time to ask for the writer's lock again, or, with the
+    /// answer false, until the source is cancelled.
     bool sleep()
     {
         std::array<pollfd, 2> awaited{
@@ -200,8 +205,8 @@ private:
         return awaited[1].revents == 0;
     }
 
-    /// Takes the notifications and compares the sizes. The order matters: what grows after the sizes
-    /// are compared leaves a notification to be woken by.
+    /// Takes the notifications and compares the sizes. The order matters: what grows after the
+    /// sizes are compared leaves a notification to be woken by.
     bool hasGrown()
     {
         alignas(inotify_event) std::array<char, 4096> events{};
@@ -217,8 +222,8 @@ private:
         if (!expired && writeLock.isHeldElsewhere()) {
             return;
         }
-        // The last of the commit's frames may have come between the look at the size and the look at
-        // the lock. They belong to this event, unless the next commit is already under way.
+        // The last of the commit's frames may have come between the look at the size and the look
+        // at the lock. They belong to this event, unless the next commit is already under way.
         const bool nextMayHaveBegun = hasGrown() && writeLock.isHeldElsewhere();
         delivery->post();
         growthSince = nextMayHaveBegun ? std::optional(steady_clock::now()) : std::nullopt;

@@ -41,7 +41,8 @@ std::optional<std::string> homeInUserDatabase()
 
 std::optional<std::filesystem::path> libraryFolder()
 {
-    const char* const homeVariable = std::getenv("HOME"); // NOLINT(concurrency-mt-unsafe): never set
+    const char* const homeVariable =
+        std::getenv("HOME"); // NOLINT(concurrency-mt-unsafe): never set
     const bool answered = homeVariable != nullptr && *homeVariable != '\0';
     const auto home =
         homeFolder(homeVariable, answered ? std::optional<std::string>() : homeInUserDatabase());

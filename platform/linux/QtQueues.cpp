@@ -79,14 +79,14 @@ private:
 
 void lowerThreadPriority()
 {
-    // Ten steps of niceness: other programs come first, but a decision is never starved, as it could
-    // be under the idle scheduling class. The value 0 stands for the calling thread.
+    // Ten steps of niceness: other programs come first, but a decision is never starved, as it
+    // could be under the idle scheduling class. The value 0 stands for the calling thread.
     constexpr int backgroundNiceness = 10;
     (void)::setpriority(PRIO_PROCESS, 0, backgroundNiceness);
 }
 
-/// Work on a pool of threads of low priority. The threads stay once they were needed: one that ended
-/// after a while would wake an idle program up to do so.
+/// Work on a pool of threads of low priority. The threads stay once they were needed: one that
+/// ended after a while would wake an idle program up to do so.
 class BackgroundQueue final : public Queue
 {
 public:
@@ -109,8 +109,8 @@ private:
     QThreadPool pool;
 };
 
-// Both queues are deliberately never destroyed: threads that outlive the application object may still
-// offer work.
+// Both queues are deliberately never destroyed: threads that outlive the application object may
+// still offer work.
 
 EventLoopQueue& eventLoopQueue()
 {

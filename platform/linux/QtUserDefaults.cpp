@@ -1,5 +1,4 @@
 #include "platform/UserDefaults.h"
-
 #include "platform/linux/BooleanValue.h"
 
 #include <QDateTime>
@@ -51,6 +50,14 @@ struct FileState
     friend bool operator==(const FileState&, const FileState&) = default;
 };
 
+/// The settings file of the application "Orlimo" of the organisation "Orlimo", in the folder where
+/// the desktop's own rules put it.
+QString settingsFileName()
+{
+    const QString name = QStringLiteral("Orlimo");
+    return QSettings(QSettings::NativeFormat, QSettings::UserScope, name, name).fileName();
+}
+
 /// Preferences in the settings file of the user's configuration folder.
 class SettingsUserDefaults final : public UserDefaults
 {
@@ -69,7 +76,7 @@ public:
         settings->sync();
         if (settings->status() == QSettings::AccessError) {
             (void)std::fprintf(
-                stderr, "Orlimo cannot store preferences in %s\n", qUtf8Printable(settings->fileName()));
+                stderr, "Orlimo cannot store preferences in %s\n", qUtf8Printable(fileName));
         }
     }
 
@@ -78,26 +85,25 @@ public:
         std::map<std::string, std::string> dictionary;
         if (const auto settings = read()) {
             for (const QString& key : settings->allKeys()) {
-                dictionary.emplace(key.toStdString(), settings->value(key).toString().toStdString());
+                dictionary.emplace(
+                    key.toStdString(), settings->value(key).toString().toStdString());
             }
         }
         return dictionary;
     }
 
 private:
-    /// A new object for each access, so that an error of one access is not reported by the next.
-    static std::unique_ptr<QSettings> open()
+    /// A new object for each access: it looks whether the file has changed, and an error of one
+    /// access is not reported by the next. Opened by the file's name: opened by the application's,
+    /// it would read the fallback files too.
+    [[nodiscard]] std::unique_ptr<QSettings> open() const
     {
-        const QString name = QStringLiteral("Orlimo");
-        auto settings =
-            std::make_unique<QSettings>(QSettings::NativeFormat, QSettings::UserScope, name, name);
-        settings->setFallbacksEnabled(false);
-        return settings;
+        return std::make_unique<QSettings>(fileName, QSettings::NativeFormat);
     }
 
-    static FileState stateOf(const QSettings& settings)
+    [[nodiscard]] FileState stateOfFile() const
     {
-        const QFileInfo file(settings.fileName());
+        const QFileInfo file(fileName);
         return {file.size(), file.lastModified()};
     }
 
@@ -105,33 +111,33 @@ private:
     [[nodiscard]] std::unique_ptr<QSettings> read() const
     {
         auto settings = open();
-        settings->sync();
         if (settings->status() == QSettings::FormatError) {
-            damaged = stateOf(*settings);
-        } else if (damaged && damaged != stateOf(*settings)) {
+            damaged = stateOfFile();
+        } else if (damaged && damaged != stateOfFile()) {
             damaged.reset();
         }
         return damaged ? nullptr : std::move(settings);
     }
 
-    /// The first write replaces a file that could not be understood: what the user had in it is kept
-    /// in a copy.
+    /// The first write replaces a file that could not be understood: what the user had in it is
+    /// kept in a copy.
     void keepDamagedFile() const
     {
         const auto settings = read();
-        const QString name = open()->fileName();
         const bool understood = settings && !settings->allKeys().isEmpty();
-        if (understood || QFileInfo(name).size() == 0) {
+        if (understood || QFileInfo(fileName).size() == 0) {
             return;
         }
-        const QString copy = name + QStringLiteral(".damaged");
-        if (QFile::copy(name, copy)) {
+        const QString copy = fileName + QStringLiteral(".damaged");
+        if (QFile::copy(fileName, copy)) {
             (void)std::fprintf(
                 stderr,
                 "Orlimo cannot understand its preferences; the old file is kept as %s\n",
                 qUtf8Printable(copy));
         }
     }
+
+    const QString fileName = settingsFileName();
 
     /// The state in which the file was found damaged. Kept because QSettings reports a damaged file
     /// only to the access that parses it, and parses it again only when it has changed.

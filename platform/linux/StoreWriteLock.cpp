@@ -9,7 +9,8 @@ namespace orlimo {
 
 namespace {
 
-/// The byte that a writer locks, WALINDEX_LOCK_OFFSET + WAL_WRITE_LOCK in SQLite's WAL-index format.
+/// The byte that a writer locks, WALINDEX_LOCK_OFFSET + WAL_WRITE_LOCK in SQLite's WAL-index
+/// format.
 constexpr off_t writeLockByte = 120;
 
 } // namespace
@@ -29,7 +30,8 @@ bool StoreWriteLock::isHeldElsewhere()
     if (!openSharedIndex()) {
         return false;
     }
-    struct flock lock{};
+    struct flock lock
+    {};
     lock.l_type = F_RDLCK; // conflicts with a writer's exclusive lock and with nothing else
     lock.l_whence = SEEK_SET;
     lock.l_start = writeLockByte;
@@ -39,16 +41,19 @@ bool StoreWriteLock::isHeldElsewhere()
 
 bool StoreWriteLock::openSharedIndex()
 {
-    struct stat present{};
+    struct stat present
+    {};
     if (!sharedIndex || ::stat(sharedIndex->c_str(), &present) != 0) {
         return false;
     }
     if (descriptor >= 0 && present.st_dev == device && present.st_ino == inode) {
         return true;
     }
-    // A new index has taken the old one's place; the old descriptor stays open for the reason above.
+    // A new index has taken the old one's place; the old descriptor stays open for the reason
+    // above.
     const int opened = ::open(sharedIndex->c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-    struct stat status{};
+    struct stat status
+    {};
     if (opened < 0 || ::fstat(opened, &status) != 0) {
         return false;
     }

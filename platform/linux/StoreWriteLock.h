@@ -9,9 +9,9 @@ namespace orlimo {
 
 /// Tells whether another process is in the middle of a commit to an SQLite store in WAL mode.
 ///
-/// A writer holds an exclusive lock on one byte of the store's shared index, the file beside the log
-/// whose name ends in "-shm", from before it appends its first frame until after its commit can be
-/// read. Asking for that lock takes nothing and disturbs nobody. Used on one thread.
+/// A writer holds an exclusive lock on one byte of the store's shared index, the file beside the
+/// log whose name ends in "-shm", from before it appends its first frame until after its commit can
+/// be read. Asking for that lock takes nothing and disturbs nobody. Used on one thread.
 class StoreWriteLock
 {
 public:

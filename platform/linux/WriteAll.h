@@ -8,8 +8,8 @@
 
 namespace orlimo {
 
-/// Writes `bytes` to `descriptor`, in one write unless the host takes them in pieces. What cannot be
-/// written is dropped.
+/// Writes `bytes` to `descriptor`, in one write unless the host takes them in pieces. What cannot
+/// be written is dropped.
 inline void writeAll(int descriptor, std::string_view bytes)
 {
     while (!bytes.empty()) {
