@@ -95,6 +95,9 @@ public:
         });
     }
 
+    /// Delivers no event any more: there is no source to speak for. Queue's thread.
+    void drop() { cancelled = true; }
+
     VnodeSource::Handler eventHandler;
     VnodeSource::Handler cancelHandler;
     VnodeEvents data = 0;
@@ -134,7 +137,11 @@ public:
 
     InotifyVnodeSource(const InotifyVnodeSource&) = delete;
     InotifyVnodeSource& operator=(const InotifyVnodeSource&) = delete;
-    ~InotifyVnodeSource() override { stopWatching(); }
+    ~InotifyVnodeSource() override
+    {
+        stopWatching();
+        delivery->drop();
+    }
 
     void setEventHandler(Handler handler) override { delivery->eventHandler = std::move(handler); }
     void setCancelHandler(Handler handler) override

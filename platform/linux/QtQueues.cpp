@@ -3,11 +3,13 @@
 #include <QCoreApplication>
 #include <QEvent>
 #include <QObject>
-#include <QThread>
-#include <QThreadPool>
 
+#include <algorithm>
+#include <condition_variable>
+#include <cstddef>
 #include <deque>
 #include <mutex>
+#include <thread>
 #include <utility>
 
 #include <sys/resource.h>
@@ -16,29 +18,6 @@
 namespace orlimo {
 
 namespace {
-
-/// Work in the order in which it was offered.
-class WorkList
-{
-public:
-    void append(Queue::Work work)
-    {
-        const std::lock_guard guard(mutex);
-        list.push_back(std::move(work));
-    }
-
-    Queue::Work takeFirst()
-    {
-        const std::lock_guard guard(mutex);
-        Queue::Work first = std::move(list.front());
-        list.pop_front();
-        return first;
-    }
-
-private:
-    std::mutex mutex;
-    std::deque<Queue::Work> list;
-};
 
 /// Work on the Qt event loop: one event for each piece of work.
 class EventLoopQueue final : public QObject, public Queue
@@ -50,7 +29,7 @@ public:
     {
         const std::lock_guard guard(mutex);
         if (open) {
-            work_.append(std::move(work));
+            list.push_back(std::move(work));
             QCoreApplication::postEvent(this, new QEvent(QEvent::User));
         }
     }
@@ -64,17 +43,24 @@ public:
 
     bool event(QEvent* event) override
     {
+        // The mutex comes before the first look at the event, which was made by another thread:
+        // Qt's own hand-over of it is not visible to the thread sanitizer.
+        std::unique_lock guard(mutex);
         if (event->type() != QEvent::User) {
+            guard.unlock();
             return QObject::event(event);
         }
-        work_.takeFirst()();
+        const Work work = std::move(list.front());
+        list.pop_front();
+        guard.unlock();
+        work();
         return true;
     }
 
 private:
     std::mutex mutex;
     bool open = true;
-    WorkList work_;
+    std::deque<Work> list;
 };
 
 void lowerThreadPriority()
@@ -85,28 +71,65 @@ void lowerThreadPriority()
     (void)::setpriority(PRIO_PROCESS, 0, backgroundNiceness);
 }
 
-/// Work on a pool of threads of low priority. The threads stay once they were needed: one that
-/// ended after a while would wake an idle program up to do so.
+/// Work on threads of low priority, as many as there are processors. The threads are started when
+/// they are needed and stay: one that ended after a while would wake an idle program up to do so.
 class BackgroundQueue final : public Queue
 {
 public:
-    BackgroundQueue() { pool.setExpiryTimeout(-1); }
-
     void async(Work work) override
     {
-        work_.append(std::move(work));
-        pool.start([this] {
-            thread_local const bool lowered = (lowerThreadPriority(), true);
-            (void)lowered;
-            work_.takeFirst()();
-        });
+        const std::lock_guard guard(mutex);
+        list.push_back(std::move(work));
+        if (idle < list.size() && threads < mostThreads) {
+            ++threads;
+            std::thread([this] { runForEver(); }).detach();
+        }
+        changed.notify_one();
     }
 
-    void waitForDone() { pool.waitForDone(); }
+    /// Waits until everything that was offered has run.
+    void waitForDone()
+    {
+        std::unique_lock guard(mutex);
+        done.wait(guard, [this] { return list.empty() && busy == 0; });
+    }
 
 private:
-    WorkList work_;
-    QThreadPool pool;
+    void runForEver()
+    {
+        lowerThreadPriority();
+        std::unique_lock guard(mutex);
+        for (;;) {
+            ++idle;
+            changed.wait(guard, [this] { return !list.empty(); });
+            --idle;
+            runFirst(guard);
+        }
+    }
+
+    void runFirst(std::unique_lock<std::mutex>& guard)
+    {
+        ++busy;
+        Work work = std::move(list.front());
+        list.pop_front();
+        guard.unlock();
+        work();
+        work = nullptr;
+        guard.lock();
+        --busy;
+        if (list.empty() && busy == 0) {
+            done.notify_all();
+        }
+    }
+
+    const std::size_t mostThreads = std::max(2U, std::thread::hardware_concurrency());
+    std::mutex mutex;
+    std::condition_variable changed;
+    std::condition_variable done;
+    std::deque<Work> list;
+    std::size_t threads = 0;
+    std::size_t idle = 0;
+    std::size_t busy = 0;
 };
 
 // Both queues are deliberately never destroyed: threads that outlive the application object may

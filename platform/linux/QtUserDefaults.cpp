@@ -1,18 +1,23 @@
 #include "platform/UserDefaults.h"
 #include "platform/linux/BooleanValue.h"
+#include "platform/linux/UniqueFd.h"
 
-#include <QDateTime>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QLockFile>
 #include <QMetaType>
 #include <QSettings>
 #include <QString>
+#include <QTemporaryFile>
 #include <QVariant>
 
+#include <array>
 #include <cstdio>
 #include <memory>
-#include <optional>
-#include <utility>
+
+#include <sys/mman.h>
+#include <sys/stat.h>
 
 namespace orlimo {
 
@@ -41,13 +46,40 @@ bool asBool(const QVariant& value)
     }
 }
 
-/// One state of the settings file.
-struct FileState
+/// The settings that one text stands for.
+///
+/// QSettings remembers what it read from a file by the file's name, size and time in whole
+/// milliseconds, keeps a value that it could not write as if it were stored, and reports a damaged
+/// file to one reader only. So it never sees the user's file: it is given the text in a file in
+/// memory, which differs in time from every one before.
+class SettingsText
 {
-    qint64 size = 0;
-    QDateTime changed;
+public:
+    explicit SettingsText(const QByteArray& text)
+        : descriptor(::memfd_create("settings", MFD_CLOEXEC))
+    {
+        const QString name = QStringLiteral("/proc/self/fd/%1").arg(descriptor.get());
+        QFile file(name);
+        if (file.open(QIODevice::WriteOnly)) {
+            file.write(text);
+        }
+        file.close();
+        static std::time_t lastTime = 0;
+        const timespec time{++lastTime, 0};
+        const std::array<timespec, 2> accessAndChange{time, time};
+        (void)::futimens(descriptor.get(), accessAndChange.data());
+        settings = std::make_unique<QSettings>(name, QSettings::NativeFormat);
+        // Lines are understood only when they are asked for; damage is not reported before.
+        (void)settings->allKeys();
+    }
 
-    friend bool operator==(const FileState&, const FileState&) = default;
+    [[nodiscard]] bool isDamaged() const { return settings->status() == QSettings::FormatError; }
+
+    const QSettings* operator->() const { return settings.get(); }
+
+private:
+    UniqueFd descriptor;
+    std::unique_ptr<QSettings> settings;
 };
 
 /// The settings file of the application "Orlimo" of the organisation "Orlimo", in the folder where
@@ -58,78 +90,93 @@ QString settingsFileName()
     return QSettings(QSettings::NativeFormat, QSettings::UserScope, name, name).fileName();
 }
 
+/// How long another process that writes the file is waited for, in milliseconds.
+constexpr int longestWaitForLock = 2000;
+
 /// Preferences in the settings file of the user's configuration folder.
 class SettingsUserDefaults final : public UserDefaults
 {
 public:
     [[nodiscard]] bool boolForKey(std::string_view key) const override
     {
-        const auto settings = read();
-        return settings && asBool(settings->value(asKey(key)));
+        const SettingsText settings(content());
+        return !settings.isDamaged() && asBool(settings->value(asKey(key)));
     }
 
     void setBool(bool value, std::string_view key) override
     {
         keepDamagedFile();
-        auto settings = open();
-        settings->setValue(asKey(key), value);
-        settings->sync();
-        if (settings->status() == QSettings::AccessError) {
+        if (!store(value, key)) {
             (void)std::fprintf(
-                stderr, "Orlimo cannot store preferences in %s\n", qUtf8Printable(fileName));
+                stderr, "Orlimo cannot store preferences in %s\n", qUtf8Printable(file));
         }
     }
 
     [[nodiscard]] std::map<std::string, std::string> dictionaryRepresentation() const override
     {
         std::map<std::string, std::string> dictionary;
-        if (const auto settings = read()) {
-            for (const QString& key : settings->allKeys()) {
-                dictionary.emplace(
-                    key.toStdString(), settings->value(key).toString().toStdString());
-            }
+        const SettingsText settings(understoodContent());
+        for (const QString& key : settings->allKeys()) {
+            dictionary.emplace(key.toStdString(), settings->value(key).toString().toStdString());
         }
         return dictionary;
     }
 
 private:
-    /// A new object for each access: it looks whether the file has changed, and an error of one
-    /// access is not reported by the next. Opened by the file's name: opened by the application's,
-    /// it would read the fallback files too.
-    [[nodiscard]] std::unique_ptr<QSettings> open() const
+    /// Puts a new file with the changed content in the place of the old one.
+    [[nodiscard]] bool store(bool value, std::string_view key) const
     {
-        return std::make_unique<QSettings>(fileName, QSettings::NativeFormat);
-    }
-
-    [[nodiscard]] FileState stateOfFile() const
-    {
-        const QFileInfo file(fileName);
-        return {file.size(), file.lastModified()};
-    }
-
-    /// The store as it is now, re-read if another process changed it; null when it is damaged.
-    [[nodiscard]] std::unique_ptr<QSettings> read() const
-    {
-        auto settings = open();
-        if (settings->status() == QSettings::FormatError) {
-            damaged = stateOfFile();
-        } else if (damaged && damaged != stateOfFile()) {
-            damaged.reset();
+        const QFileInfo present(file);
+        if (present.exists() && !present.isReadable()) {
+            return false; // what is in it would be lost
         }
-        return damaged ? nullptr : std::move(settings);
+        const QString target = present.exists() ? present.canonicalFilePath() : file;
+        (void)QDir().mkpath(QFileInfo(target).path());
+        // The lock under which every other user of the format writes.
+        QLockFile lock(target + QStringLiteral(".lock"));
+        if (!lock.tryLock(longestWaitForLock)) {
+            return false;
+        }
+        QTemporaryFile changed(target + QStringLiteral(".XXXXXX"));
+        if (!changed.open() || changed.write(understoodContent()) < 0 || !changed.flush()) {
+            return false;
+        }
+        if (present.exists()) {
+            changed.setPermissions(present.permissions());
+        }
+        QSettings settings(changed.fileName(), QSettings::NativeFormat);
+        settings.setValue(asKey(key), value);
+        settings.sync();
+        if (settings.status() != QSettings::NoError ||
+            std::rename(
+                QFile::encodeName(changed.fileName()).constData(),
+                QFile::encodeName(target).constData()) != 0)
+        {
+            return false;
+        }
+        changed.setAutoRemove(false);
+        return true;
+    }
+
+    [[nodiscard]] QByteArray content() const
+    {
+        QFile stored(file);
+        return stored.open(QIODevice::ReadOnly) ? stored.readAll() : QByteArray();
+    }
+
+    /// The content of the file as it is now, or nothing when it is damaged.
+    [[nodiscard]] QByteArray understoodContent() const
+    {
+        QByteArray text = content();
+        return SettingsText(text).isDamaged() ? QByteArray() : text;
     }
 
     /// The first write replaces a file that could not be understood: what the user had in it is
     /// kept in a copy.
     void keepDamagedFile() const
     {
-        const auto settings = read();
-        const bool understood = settings && !settings->allKeys().isEmpty();
-        if (understood || QFileInfo(fileName).size() == 0) {
-            return;
-        }
-        const QString copy = fileName + QStringLiteral(".damaged");
-        if (QFile::copy(fileName, copy)) {
+        const QString copy = file + QStringLiteral(".damaged");
+        if (SettingsText(content()).isDamaged() && QFile::copy(file, copy)) {
             (void)std::fprintf(
                 stderr,
                 "Orlimo cannot understand its preferences; the old file is kept as %s\n",
@@ -137,11 +184,7 @@ private:
         }
     }
 
-    const QString fileName = settingsFileName();
-
-    /// The state in which the file was found damaged. Kept because QSettings reports a damaged file
-    /// only to the access that parses it, and parses it again only when it has changed.
-    mutable std::optional<FileState> damaged;
+    const QString file = settingsFileName();
 };
 
 } // namespace
