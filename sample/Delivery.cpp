@@ -1,0 +1,68 @@
+#include "sample/Delivery.h"
+
+#include "sample/SampleCycle.h"
+
+#include <fstream>
+#include <istream>
+#include <ostream>
+#include <stdexcept>
+#include <string>
+#include <thread>
+
+namespace orlimo::sample {
+
+namespace {
+
+void note(const std::filesystem::path& file, const std::string& code)
+{
+    std::ofstream stream(file, std::ios::app);
+    stream << code << std::endl;
+    if (!stream) {
+        throw std::runtime_error("cannot write " + file.string());
+    }
+}
+
+/// Waits for the time of the next message. False when the input that sets the pace has ended.
+bool awaitNext(SampleStore& store, const DeliveryPlan& plan, std::istream& input)
+{
+    std::string line;
+    if (plan.paced && !std::getline(input, line)) {
+        return false;
+    }
+    // In the middle between two messages, so that whoever watches the log has seen it grow by the
+    // one before it shrinks, and sees it shrunk before it grows by the next.
+    std::this_thread::sleep_for(plan.interval / 2);
+    if (store.logSize() > plan.longestLog) {
+        try {
+            store.truncateLog();
+        } catch (const std::runtime_error&) { // NOLINT(bugprone-empty-catch)
+            // Somebody reads just now: after the next message, then.
+        }
+    }
+    std::this_thread::sleep_for(plan.interval / 2);
+    return true;
+}
+
+} // namespace
+
+void deliver(
+    SampleStore& store, const DeliveryPlan& plan, std::istream& input, std::ostream& output)
+{
+    output << "ready" << std::endl;
+    SampleCycle cycle;
+    for (long number = 0; !plan.count || number < *plan.count; ++number) {
+        if (!awaitNext(store, plan, input)) {
+            return;
+        }
+        const CycleMessage next = cycle.next();
+        if (plan.expected && next.code) {
+            note(*plan.expected, *next.code);
+        }
+        store.append(next.message);
+        output << next.description
+               << (next.code ? " (expect " + *next.code + ")" : std::string(" (no code)"))
+               << std::endl;
+    }
+}
+
+} // namespace orlimo::sample

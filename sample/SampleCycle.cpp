@@ -1,0 +1,121 @@
+#include "sample/SampleCycle.h"
+
+#include "sample/ArchivedBody.h"
+
+#include <array>
+
+namespace orlimo::sample {
+
+namespace {
+
+/// Digits of a script whose zero has the UTF-8 bytes `lead` and then `zero`.
+std::string inScript(const std::string& digits, std::string_view lead, unsigned char zero)
+{
+    std::string written;
+    for (const char digit : digits) {
+        written.append(lead).push_back(static_cast<char>(zero + (digit - '0')));
+    }
+    return written;
+}
+
+CycleMessage asText(const std::string& words, const std::optional<std::string>& code)
+{
+    return {
+        .message = {.text = words},
+        .code = code,
+        .description = "in the text column: " + words,
+    };
+}
+
+CycleMessage asBody(const std::string& words, const std::optional<std::string>& code)
+{
+    return {
+        .message = {.attributedBody = archivedBody(words, ArchivedString::mutableString)},
+        .code = code,
+        .description = "as a body alone: " + words,
+    };
+}
+
+CycleMessage asPicture()
+{
+    // A placeholder stands in the words for an attachment.
+    return {
+        .message =
+            {.attributedBody = archivedBody("\xEF\xBF\xBC", ArchivedString::immutableString)},
+        .code = std::nullopt,
+        .description = "as a body alone: a picture",
+    };
+}
+
+} // namespace
+
+CycleMessage SampleCycle::next()
+{
+    constexpr int kinds = 12;
+    switch (position++ % kinds) {
+    case 0: {
+        const auto code = freshCode(6);
+        return asText("Your Orlimo sample code is " + code + ".", code);
+    }
+    case 1: {
+        const auto code = freshCode(6);
+        return asBody(code + " is your sample code. Do not share it.", code);
+    }
+    case 2:
+        return asText("Lunch at noon?", std::nullopt);
+    case 3: {
+        const auto code = freshCode(5);
+        return asText("Use " + code + " to sign in. Valid for 10 minutes.", code);
+    }
+    case 4: {
+        const auto code = inScript(freshCode(6), "\xEF\xBC", 0x90);
+        return asText("\xE8\xAA\x8D\xE8\xA8\xBC\xE3\x82\xB3\xE3\x83\xBC\xE3\x83\x89 " + code, code);
+    }
+    case 5:
+        return asPicture();
+    case 6: {
+        const auto code = freshCode(6);
+        return asBody(
+            "Hello! Somebody, you we hope, asked for a code to sign in to the sample service. If "
+            "it was not you, there is nothing that you have to do. The code is " +
+                code + ", and it is valid for ten minutes.",
+            code);
+    }
+    case 7: {
+        const auto code = freshCode(4);
+        return asText("PIN " + code, code);
+    }
+    case 8:
+        return asBody("Your parcel 00340434161094022115 is on its way.", std::nullopt);
+    case 9: {
+        const auto code = inScript(freshCode(6), "\xD9", 0xA0);
+        return asBody(
+            "\xD8\xB1\xD9\x85\xD8\xB2 \xD8\xA7\xD9\x84\xD8\xAA\xD8\xAD\xD9\x82\xD9\x82: " + code,
+            code);
+    }
+    case 10: {
+        const auto code = freshCode(6);
+        return asText("Order 1234567: the code is " + code + ".", code);
+    }
+    default: {
+        const auto code = freshCode(5);
+        return asBody("Code: " + code, code);
+    }
+    }
+}
+
+std::string SampleCycle::freshCode(int digits)
+{
+    // A walk through all numbers of this length in large steps: with a step that shares no factor
+    // with the range, none comes twice before all have come.
+    constexpr std::int64_t step = 48'271;
+    std::int64_t range = 9;
+    std::int64_t first = 1;
+    for (int digit = 1; digit < digits; ++digit) {
+        range *= 10;
+        first *= 10;
+    }
+    return std::to_string(first + (position * step) % range);
+}
+
+} // namespace orlimo::sample

@@ -1,0 +1,208 @@
+#include "sample/ArchivedBody.h"
+#include "sample/Delivery.h"
+#include "sample/SampleStore.h"
+#include "sample/Service.h"
+
+#include <charconv>
+#include <exception>
+#include <iostream>
+#include <map>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace {
+
+using namespace orlimo::sample;
+
+constexpr std::string_view usage = R"(Usage: orlimo-sample-store COMMAND STORE [OPTION...]
+
+Stands in for the Messages application: makes a message store of the real one's shape and writes to it.
+
+  create STORE [--messages N]   make a store of N messages
+  append STORE (--text WORDS | --body WORDS | --immutable-body WORDS)
+                                add one message, and print its row
+  deliver STORE [--interval SECONDS] [--count N] [--expected FILE] [--paced]
+                                print "ready", then add a message after each interval, 2 seconds if
+                                not told otherwise, N times or without end, and say which; note the
+                                codes to expect in FILE; with --paced each interval begins when a
+                                line has come on standard input
+  serve STORE [--messages N]    make a store of N messages, print "ready", then carry out the commands
+                                on standard input, one a line, with one line of answer each:
+                                  text WORDS, body WORDS, immutable WORDS
+                                  begin, commit, rollback, spill, truncate, sql STATEMENTS, quit
+                                In words, \n, \t, \\ and \xHH stand for single characters.
+
+  --synchronous off|normal|full when commits wait for the disk; full if not told otherwise
+  --help                        this text
+)";
+
+class UsageError : public std::runtime_error
+{
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// The words of the command line: the command, the store, and options with their values.
+class CommandLine
+{
+public:
+    explicit CommandLine(std::vector<std::string> words)
+    {
+        std::vector<std::string> names;
+        for (std::size_t index = 0; index < words.size(); ++index) {
+            if (!words[index].starts_with("--")) {
+                names.push_back(words[index]);
+            } else if (words[index] == "--paced") {
+                options[words[index]] = "";
+            } else if (index + 1 < words.size()) {
+                options[words[index]] = words[index + 1];
+                ++index;
+            } else {
+                throw UsageError(words[index] + " needs a value");
+            }
+        }
+        if (names.size() != 2) {
+            throw UsageError("a command and a store are needed");
+        }
+        command = names[0];
+        store = names[1];
+    }
+
+    [[nodiscard]] const std::string* take(const std::string& option)
+    {
+        const auto found = options.find(option);
+        if (found == options.end()) {
+            return nullptr;
+        }
+        taken.push_back(options.extract(found));
+        return &taken.back().mapped();
+    }
+
+    template <typename Number>
+    [[nodiscard]] std::optional<Number> takeNumber(const std::string& option)
+    {
+        constexpr Number greatest = 1'000'000'000;
+        const std::string* const value = take(option);
+        if (value == nullptr) {
+            return std::nullopt;
+        }
+        Number number{};
+        const char* const end = value->data() + value->size();
+        const auto [stop, error] = std::from_chars(value->data(), end, number);
+        if (error != std::errc() || stop != end || !(number >= 0 && number <= greatest)) {
+            throw UsageError(option + " needs a number, not \"" + *value + "\"");
+        }
+        return number;
+    }
+
+    void expectNothingElse() const
+    {
+        if (!options.empty()) {
+            throw UsageError("unknown option " + options.begin()->first);
+        }
+    }
+
+    std::string command;
+    std::string store;
+
+private:
+    std::map<std::string, std::string> options;
+    std::vector<std::map<std::string, std::string>::node_type> taken;
+};
+
+Synchronous takeSynchronous(CommandLine& line)
+{
+    const std::string* const value = line.take("--synchronous");
+    if (value == nullptr || *value == "full" || *value == "FULL") {
+        return Synchronous::full;
+    }
+    if (*value == "normal" || *value == "NORMAL") {
+        return Synchronous::normal;
+    }
+    if (*value == "off" || *value == "OFF") {
+        return Synchronous::off;
+    }
+    throw UsageError("--synchronous is off, normal or full");
+}
+
+SampleMessage takeMessage(CommandLine& line)
+{
+    if (const auto* const words = line.take("--text")) {
+        return {.text = *words};
+    }
+    if (const auto* const words = line.take("--body")) {
+        return {.attributedBody = archivedBody(*words, ArchivedString::mutableString)};
+    }
+    if (const auto* const words = line.take("--immutable-body")) {
+        return {.attributedBody = archivedBody(*words, ArchivedString::immutableString)};
+    }
+    throw UsageError("append needs --text, --body or --immutable-body");
+}
+
+DeliveryPlan takePlan(CommandLine& line)
+{
+    DeliveryPlan plan;
+    if (const auto interval = line.takeNumber<double>("--interval")) {
+        plan.interval = std::chrono::duration<double>(*interval);
+    }
+    plan.count = line.takeNumber<long>("--count");
+    if (const auto* const file = line.take("--expected")) {
+        plan.expected = *file;
+    }
+    plan.paced = line.take("--paced") != nullptr;
+    return plan;
+}
+
+void carryOut(CommandLine& line)
+{
+    const Synchronous synchronous = takeSynchronous(line);
+    if (line.command == "create" || line.command == "serve") {
+        const auto messages = line.takeNumber<std::int64_t>("--messages").value_or(0);
+        line.expectNothingElse();
+        SampleStore store(line.store, synchronous);
+        store.fill(messages);
+        if (line.command == "serve") {
+            serve(store, std::cin, std::cout);
+        } else {
+            store.truncateLog();
+        }
+    } else if (line.command == "append") {
+        const SampleMessage message = takeMessage(line);
+        line.expectNothingElse();
+        std::cout << SampleStore(line.store, synchronous).append(message) << std::endl;
+    } else if (line.command == "deliver") {
+        const DeliveryPlan plan = takePlan(line);
+        line.expectNothingElse();
+        SampleStore store(line.store, synchronous);
+        deliver(store, plan, std::cin, std::cout);
+    } else {
+        throw UsageError("unknown command \"" + line.command + "\"");
+    }
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    std::vector<std::string> words(argv + 1, argv + argc);
+    const auto asksForHelp = [](const std::string& word) {
+        return word == "--help" || word == "-h";
+    };
+    if (!words.empty() && (asksForHelp(words.front()) || asksForHelp(words.back()))) {
+        std::cout << usage;
+        return 0;
+    }
+    try {
+        CommandLine line(std::move(words));
+        carryOut(line);
+        return 0;
+    } catch (const UsageError& error) {
+        std::cerr << "orlimo-sample-store: " << error.what() << "; see --help\n";
+        return 2;
+    } catch (const std::exception& error) {
+        std::cerr << "orlimo-sample-store: " << error.what() << '\n';
+        return 1;
+    }
+}
