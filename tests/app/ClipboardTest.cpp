@@ -1,0 +1,150 @@
+#include "tests/app/ProgramSession.h"
+#include "tests/app/XServer.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <array>
+
+#include <unistd.h>
+
+namespace orlimo {
+namespace {
+
+using testing::AnyOf;
+using testing::Contains;
+using testing::Each;
+using testing::StartsWith;
+
+/// The program on a real X server, its clipboard looked at by another program.
+class Clipboard : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        session.start();
+        session.awaitOpenThrottle();
+    }
+
+    void deliver(const std::string& command)
+    {
+        EXPECT_THAT(session.writer().ask(command), StartsWith("committed")) << command;
+    }
+
+    [[nodiscard]] bool awaitPaste(const std::string& expected) const
+    {
+        return await([&] { return server.paste("clipboard") == expected; });
+    }
+
+    XServer server;
+    ProgramSession session{
+        {.environment = {{"DISPLAY", server.display()}, {"QT_QPA_PLATFORM", "xcb"}}}};
+};
+
+TEST_F(Clipboard, HoldsTheCodeInThePlaceOfItsOldContents)
+{
+    server.copy("clipboard", "something that the user copied");
+    ASSERT_TRUE(awaitPaste("something that the user copied\n"));
+
+    deliver("text Your code is 482913.");
+    EXPECT_TRUE(awaitPaste("482913")) << server.paste("clipboard");
+}
+
+TEST_F(Clipboard, OffersPlainTextAlone)
+{
+    deliver("text Your code is 482913.");
+    ASSERT_TRUE(awaitPaste("482913"));
+
+    const auto targets = server.targets("clipboard");
+    EXPECT_THAT(targets, Contains("UTF8_STRING"));
+    EXPECT_THAT(
+        targets,
+        Each(AnyOf(
+            "TARGETS",
+            "MULTIPLE",
+            "TIMESTAMP",
+            "SAVE_TARGETS",
+            "UTF8_STRING",
+            "STRING",
+            "TEXT",
+            "COMPOUND_TEXT",
+            StartsWith("text/plain"))));
+}
+
+TEST_F(Clipboard, LeavesThePrimarySelectionAlone)
+{
+    server.copy("primary", "selected with the mouse");
+    ASSERT_EQ(server.paste("primary"), "selected with the mouse\n");
+
+    deliver("text Your code is 482913.");
+    ASSERT_TRUE(awaitPaste("482913"));
+    EXPECT_EQ(server.paste("primary"), "selected with the mouse\n");
+}
+
+TEST_F(Clipboard, IsTakenAgainFromWhoeverHasTakenIt)
+{
+    deliver("text Your code is 482913.");
+    ASSERT_TRUE(awaitPaste("482913"));
+    EXPECT_EQ(session.readReaction().size(), 4U);
+    server.copy("clipboard", "mine now");
+    ASSERT_TRUE(awaitPaste("mine now\n"));
+    session.awaitOpenThrottle();
+
+    deliver("body Your code is 59302.");
+    EXPECT_TRUE(awaitPaste("59302"));
+}
+
+TEST_F(Clipboard, IsLeftAloneByMessagesWithoutACode)
+{
+    server.copy("clipboard", "something that the user copied");
+    deliver("text Lunch at noon?");
+    ASSERT_TRUE(session.program().awaitLine("Lunch at noon?"));
+    runEventLoop(std::chrono::milliseconds(200));
+    EXPECT_EQ(server.paste("clipboard"), "something that the user copied\n");
+}
+
+TEST_F(Clipboard, IsLeftAloneWhileCapturingIsOff)
+{
+    server.copy("clipboard", "something that the user copied");
+    writeFile(session.preferences(), "[General]\ncapturingEnabled=false\n");
+    deliver("text Your code is 482913.");
+    runEventLoop(std::chrono::milliseconds(500));
+    EXPECT_EQ(server.paste("clipboard"), "something that the user copied\n");
+}
+
+TEST_F(Clipboard, HoldsDigitsOfAnotherScriptAsTheyCame)
+{
+    const std::string code = "\xD9\xA4\xD9\xA8\xD9\xA2\xD9\xA9\xD9\xA1\xD9\xA3"; // Arabic-Indic
+    deliver("text " + code);
+    EXPECT_TRUE(awaitPaste(code)) << server.paste("clipboard");
+}
+
+/// Makes standard output a pipe that nobody reads any more.
+void hangUpOnOutput()
+{
+    std::array<int, 2> ends{};
+    if (::pipe(ends.data()) != 0 || ::dup2(ends[1], STDOUT_FILENO) < 0) {
+        ::_exit(1);
+    }
+    ::close(ends[0]);
+    ::close(ends[1]);
+}
+
+TEST(ClipboardWithoutAReaderOfTheOutput, HoldsTheCodeAllTheSame)
+{
+    const XServer server;
+    ProgramSession session(
+        {.environment = {{"DISPLAY", server.display()}, {"QT_QPA_PLATFORM", "xcb"}},
+         .beforeStart = hangUpOnOutput});
+    session.startWriter();
+    session.startProgram();
+    ASSERT_TRUE(await([&session] { return std::filesystem::exists(session.preferences()); }));
+    ProgramSession::waitThrottleOut();
+
+    EXPECT_THAT(session.writer().ask("text Your code is 482913."), StartsWith("committed"));
+    EXPECT_TRUE(await([&server] { return server.paste("clipboard") == "482913"; }));
+    EXPECT_TRUE(session.program().isRunning());
+}
+
+} // namespace
+} // namespace orlimo

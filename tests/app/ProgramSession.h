@@ -1,0 +1,93 @@
+#pragma once
+
+#include "tests/support/ChildProcess.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <chrono>
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace orlimo {
+
+/// A home of its own with a message store, a writer process in the place of the Messages
+/// application, and the built program watching.
+class ProgramSession
+{
+public:
+    struct Settings
+    {
+        /// How the writer syncs: FULL, NORMAL or OFF.
+        std::string synchronous = "NORMAL";
+        /// How many messages the store holds at the start.
+        int messages = 0;
+        std::map<std::string, std::optional<std::string>> environment{};
+        std::function<void()> beforeStart{};
+    };
+
+    /// Makes the home and, unless told otherwise by `start`, nothing else.
+    ProgramSession();
+    explicit ProgramSession(Settings sessionSettings);
+
+    /// Starts the writer and then the program, and waits until the program watches the log.
+    void start();
+
+    /// Starts the writer alone: the store and its log exist from then on.
+    void startWriter();
+
+    /// Starts the program alone.
+    void startProgram();
+
+    /// Waits until the program's throttle is open again, counted from the last reaction that was
+    /// seen.
+    void awaitOpenThrottle() const;
+
+    /// The same counted from now, after a reaction that `readReaction` did not read.
+    static void waitThrottleOut();
+
+    /// Reads the program's lines up to its next reaction, the line that names the copied code, and
+    /// returns all of them. What was read until then when there is none.
+    [[nodiscard]] std::vector<std::string> readReaction();
+
+    /// The lines of a reaction to a newest message in the text column with the words `words`.
+    [[nodiscard]] static std::vector<std::string>
+    reactionTo(const std::string& words, const std::string& code);
+
+    [[nodiscard]] std::filesystem::path home() const { return folder.path() / "home"; }
+    [[nodiscard]] std::filesystem::path store() const
+    {
+        return home() / "Library/Messages/chat.db";
+    }
+    [[nodiscard]] std::filesystem::path log() const
+    {
+        return home() / "Library/Messages/chat.db-wal";
+    }
+    [[nodiscard]] std::filesystem::path preferences() const
+    {
+        return home() / ".config/Orlimo/Orlimo.conf";
+    }
+
+    [[nodiscard]] ChildProcess& writer() { return *writerProcess; }
+    [[nodiscard]] ChildProcess& program() { return *programProcess; }
+
+    /// What the program prints while it starts on a store that it may watch.
+    static const std::vector<std::string> startUpLines;
+
+    /// The first words of the line that names a copied code.
+    static const std::string reactionPrefix;
+
+private:
+    void didReact();
+
+    TemporaryFolder folder;
+    Settings settings;
+    std::unique_ptr<ChildProcess> writerProcess;
+    std::unique_ptr<ChildProcess> programProcess;
+    std::chrono::steady_clock::time_point lastReaction;
+};
+
+} // namespace orlimo

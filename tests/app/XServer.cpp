@@ -1,0 +1,58 @@
+#include "tests/app/XServer.h"
+
+#include "tests/support/OutputCapture.h"
+
+#include <gtest/gtest.h>
+
+namespace orlimo {
+
+namespace {
+
+ChildSettings clipboardTool(const std::string& display, std::vector<std::string> arguments)
+{
+    return {
+        .arguments = std::move(arguments),
+        .environment = {{"DISPLAY", display}},
+    };
+}
+
+} // namespace
+
+XServer::XServer()
+    // The server picks a free display and writes its number to standard output.
+    : server(
+          "/usr/bin/Xvfb",
+          {
+              .arguments = {"-displayfd", "1", "-screen", "0", "1280x800x24", "-nolisten", "tcp"},
+          })
+{
+    const auto number = server.readLine();
+    EXPECT_TRUE(number.has_value()) << server.errors();
+    name = ":" + number.value_or("");
+}
+
+std::string XServer::paste(const std::string& selection) const
+{
+    ChildProcess tool("/usr/bin/xclip", clipboardTool(name, {"-o", "-selection", selection}));
+    tool.awaitEnd();
+    return tool.output();
+}
+
+std::vector<std::string> XServer::targets(const std::string& selection) const
+{
+    ChildProcess tool(
+        "/usr/bin/xclip", clipboardTool(name, {"-o", "-selection", selection, "-t", "TARGETS"}));
+    tool.awaitEnd();
+    return linesOf(tool.output());
+}
+
+void XServer::copy(const std::string& selection, const std::string& text) const
+{
+    ChildProcess tool("/usr/bin/xclip", clipboardTool(name, {"-i", "-selection", selection}));
+    tool.writeLine(text);
+    tool.closeInput();
+    // The tool leaves a process behind that owns the selection, and ends itself.
+    tool.awaitEnd();
+}
+
+} // namespace orlimo

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "tests/support/ChildProcess.h"
+
+#include <string>
+#include <vector>
+
+namespace orlimo {
+
+/// A real X server without a screen that anybody sees, and its selections read and written from
+/// outside by another program. Ended with the object.
+class XServer
+{
+public:
+    /// Starts the server; one that does not start is a test failure.
+    XServer();
+
+    /// The value of DISPLAY for programs that are to use it.
+    [[nodiscard]] const std::string& display() const { return name; }
+
+    /// What a program pastes from `selection`, "clipboard" or "primary"; empty when nobody owns it.
+    [[nodiscard]] std::string paste(const std::string& selection) const;
+
+    /// The targets that the owner of `selection` offers.
+    [[nodiscard]] std::vector<std::string> targets(const std::string& selection) const;
+
+    /// Makes another program own `selection` with `text`.
+    void copy(const std::string& selection, const std::string& text) const;
+
+private:
+    ChildProcess server;
+    std::string name;
+};
+
+} // namespace orlimo

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace orlimo {
+
+/// `bytes` as the store reader delivers them: two upper-case hexadecimal digits a byte.
+[[nodiscard]] std::string asHexadecimal(std::string_view bytes);
+
+/// The bytes that stand for a string of `length` bytes before its words: one byte, or the byte 81
+/// and two bytes from 128 on.
+[[nodiscard]] std::string archivedLength(std::size_t length);
+
+/// The body of a message with a mutable string, as it is stored.
+[[nodiscard]] std::string mutableStringBody(std::string_view words);
+
+/// The same with an immutable string, whose fixed run differs in one byte.
+[[nodiscard]] std::string immutableStringBody(std::string_view words);
+
+} // namespace orlimo

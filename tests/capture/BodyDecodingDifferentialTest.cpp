@@ -1,0 +1,234 @@
+#include "capture/BodyDecoding.h"
+#include "tests/capture/BodyBytes.h"
+#include "tests/capture/Dice.h"
+#include "tests/capture/PlainBodyDecoding.h"
+#include "tests/support/ForkedRun.h"
+#include "tests/support/OutputCapture.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <csignal>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace orlimo {
+
+namespace {
+
+using namespace std::string_literals;
+
+#if defined(ORLIMO_SANITIZED)
+constexpr int inputs = 5'000;
+constexpr int forkedInputs = 500;
+#else
+constexpr int inputs = 40'000;
+constexpr int forkedInputs = 4'000;
+#endif
+
+std::string marker()
+{
+    return "4E53537472696E67";
+}
+
+std::string fixedRun()
+{
+    return "019584012B";
+}
+
+/// Words, well-formed most of the time, and rarely holding what the decoding looks for.
+std::string anyWords(Dice& dice)
+{
+    static const std::vector<std::string> wellFormed{
+        "Your code is ", "482913", "é", "確認", "\U0001F44D", "\0"s, "\r\n", "\uFFFC"};
+    static const std::vector<std::string> illFormed{
+        "\x95", "\xC0\xAF", "\xED\xA0\x80", "\xF4\x90\x80\x80", "\xE2\x82"};
+    static const std::vector<std::string> special{"NSString", "\x01\x95\x84\x01\x2B"};
+    std::string words;
+    if (dice.once(40)) {
+        return words;
+    }
+    for (std::size_t pieces = 1 + dice.below(dice.once(3) ? 60 : 10); pieces > 0; --pieces) {
+        words += dice.oneOf(wellFormed);
+    }
+    if (dice.once(6)) {
+        words += dice.oneOf(illFormed) + dice.oneOf(wellFormed);
+    }
+    if (dice.once(8)) {
+        words += dice.oneOf(special) + dice.oneOf(wellFormed);
+    }
+    return words;
+}
+
+/// A length and words that fit it or, now and then, do not.
+std::string anyString(Dice& dice)
+{
+    const std::string words = anyWords(dice);
+    std::size_t length = words.size();
+    if (dice.once(6)) {
+        length = dice.once(2) ? dice.below(400) : length + dice.below(3);
+    }
+    switch (dice.below(8)) {
+    case 0:
+        return "\x81"s + static_cast<char>(length % 256) + static_cast<char>(length / 256) + words;
+    case 1:
+        return "\x82"s + words;
+    case 2:
+        return static_cast<char>(length) + words;
+    default:
+        return archivedLength(length) + words;
+    }
+}
+
+std::string anyArchive(Dice& dice)
+{
+    switch (dice.below(4)) {
+    case 0:
+        return asHexadecimal(mutableStringBody(anyWords(dice)));
+    case 1:
+        return asHexadecimal(immutableStringBody(anyWords(dice)));
+    default:
+        return marker() + fixedRun() + asHexadecimal(anyString(dice)) +
+               (dice.once(2) ? "8684" : "");
+    }
+}
+
+std::string lowerCase(std::string text)
+{
+    std::transform(text.begin(), text.end(), text.begin(), [](char character) {
+        return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a')
+                                                    : character;
+    });
+    return text;
+}
+
+/// The first place from `place` on at which a code point begins.
+std::size_t codePointFrom(const std::string& text, std::size_t place)
+{
+    while (place < text.size() && (static_cast<unsigned char>(text[place]) & 0xC0U) == 0x80U) {
+        ++place;
+    }
+    return place;
+}
+
+/// A place in `text`, often near the length: most of what matters stands there.
+std::size_t anyPlace(Dice& dice, const std::string& text)
+{
+    const std::size_t found = text.find(marker());
+    if (found == std::string::npos || dice.once(2)) {
+        return codePointFrom(text, dice.below(text.size() + 1));
+    }
+    const std::size_t afterMarker = found + marker().size() + dice.below(16);
+    return codePointFrom(text, std::min(afterMarker, text.size()));
+}
+
+std::string mutated(Dice& dice, std::string text)
+{
+    static const std::vector<std::string> insertions{
+        "0",      "7",      "F",      "G",          "q",
+        " ",      "-",      "@",      "81",         "82",
+        "00",     "\r\n",   "\0"s,    "ß",          "ﬁ",
+        "ŉ",      "ΐ",      "ı",      "é",          "e\u0301",
+        "\u0301", "\u20E3", "€",      "\U0001F44D", "\U0001F1E9\U0001F1EA",
+        "\u0600", "\u200D", marker(), fixedRun()};
+    const std::size_t place = anyPlace(dice, text);
+    switch (dice.below(5)) {
+    case 0:
+        return text.substr(0, place);
+    case 1:
+        return lowerCase(text);
+    case 2:
+        return text.erase(place, codePointFrom(text, place + 1) - place);
+    default:
+        return text.insert(place, dice.oneOf(insertions));
+    }
+}
+
+std::string anyBody(Dice& dice)
+{
+    std::string body = anyArchive(dice);
+    if (dice.once(10)) {
+        body += anyArchive(dice);
+    }
+    for (std::size_t mutations = dice.once(3) ? 1 + dice.below(4) : 0; mutations > 0; --mutations) {
+        body = mutated(dice, body);
+    }
+    return body;
+}
+
+std::string joined(const std::vector<std::string>& lines)
+{
+    std::string text;
+    for (const std::string& line : lines) {
+        text += line + "\n";
+    }
+    return text;
+}
+
+/// Judges the program's decoding by the plain one.
+class BodyDecodingDifferential : public testing::Test
+{
+protected:
+    static constexpr std::uint64_t seed = 7365021;
+
+    static std::string trace(int input, const std::string& body)
+    {
+        return "seed " + std::to_string(seed) + ", input " + std::to_string(input) + ": " +
+               testing::PrintToString(body);
+    }
+
+    static void expectSame(const std::string& body, const PlainDecoding& expected)
+    {
+        std::string log;
+        std::optional<std::string> words;
+        {
+            const OutputCapture capture;
+            words = decodeAttributedBody(body);
+            log = capture.text();
+        }
+        const auto* const expectedWords = std::get_if<PlainDecoding::Words>(&expected.outcome);
+        ASSERT_EQ(words, expectedWords ? std::optional(expectedWords->text) : std::nullopt);
+        ASSERT_EQ(log, joined(expected.lines));
+    }
+
+    static void expectFatal(const std::string& body, const PlainDecoding& expected)
+    {
+        const ForkedRun run = runForked([&] { (void)decodeAttributedBody(body); });
+        ASSERT_EQ(run.signal, SIGABRT);
+        ASSERT_EQ(run.output, joined(expected.lines));
+        ASSERT_THAT(
+            run.errors,
+            testing::MatchesRegex("Orlimo stops at capture/BodyDecoding\\.cpp:[0-9]+: [^\n]+\n"));
+    }
+};
+
+TEST_F(BodyDecodingDifferential, AgreesWithPlainDecoding)
+{
+    Dice dice(seed);
+    int words = 0;
+    int nothing = 0;
+    int fatal = 0;
+    for (int input = 0; input < inputs; ++input) {
+        const std::string body = anyBody(dice);
+        const PlainDecoding expected = plainDecoding(body);
+        SCOPED_TRACE(trace(input, body));
+        if (!std::holds_alternative<PlainDecoding::Fatal>(expected.outcome)) {
+            ASSERT_NO_FATAL_FAILURE(expectSame(body, expected));
+            std::holds_alternative<PlainDecoding::Nothing>(expected.outcome) ? ++nothing : ++words;
+        } else if (fatal < forkedInputs) {
+            ASSERT_NO_FATAL_FAILURE(expectFatal(body, expected));
+            ++fatal;
+        }
+    }
+    // The inputs are worth something only while all outcomes are common.
+    EXPECT_GT(words, inputs / 4);
+    EXPECT_GT(nothing, inputs / 20);
+    EXPECT_EQ(fatal, forkedInputs);
+}
+
+} // namespace
+
+} // namespace orlimo

@@ -1,0 +1,140 @@
+#include "capture/CodeExtraction.h"
+#include "capture/PreferenceKeys.h"
+#include "tests/capture/Dice.h"
+#include "tests/capture/MemoryUserDefaults.h"
+#include "tests/capture/PlainCodeRule.h"
+#include "tests/capture/PlainUtf8.h"
+#include "tests/support/OutputCapture.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace orlimo {
+
+namespace {
+
+using namespace std::string_literals;
+
+#if defined(ORLIMO_SANITIZED)
+constexpr int inputs = 20'000;
+#else
+constexpr int inputs = 60'000;
+#endif
+
+/// The zeros of some scripts; the other digits follow each.
+constexpr std::array<char32_t, 8> zeros{
+    U'0', U'\u0660', U'\u06F0', U'\u0966', U'\u0E50', U'\uFF10', U'\U0001D7CE', U'\U0001E950'};
+
+/// What is of interest beside digits: what joins them, and what does not.
+const std::vector<std::string>& neighbours()
+{
+    static const std::vector<std::string> choices{
+        " ",
+        "-",
+        ".",
+        "a",
+        "é",
+        "e\u0301",
+        "\u0301",
+        "\u20E3",
+        "\uFE0F\u20E3",
+        "\u200D",
+        "\u200B",
+        "\u0600",
+        "\u06DD",
+        "\r\n",
+        "\r",
+        "\n",
+        "\0"s,
+        "²",
+        "①",
+        "Ⅷ",
+        "五",
+        "\u0903",
+        "\u1112\u1161\u11AB",
+        "\U0001F1E9\U0001F1EA",
+        "\U0001F1E9",
+        "\U0001F468\u200D\U0001F469\u200D\U0001F467",
+        "\U0001F44D\U0001F3FD",
+        "\uFFFD",
+        "\uFFFC",
+        "\U000E0061",
+    };
+    return choices;
+}
+
+std::string runOfDigits(Dice& dice)
+{
+    const bool isMixed = dice.once(4);
+    char32_t zero = dice.once(2) ? U'0' : zeros.at(dice.below(zeros.size()));
+    const std::size_t length = 1 + dice.below(8);
+    std::string run;
+    for (std::size_t digit = 0; digit < length; ++digit) {
+        if (isMixed) {
+            zero = zeros.at(dice.below(zeros.size()));
+        }
+        run += plainUtf8(zero + static_cast<char32_t>(dice.below(10)));
+        if (dice.once(40)) {
+            run += dice.oneOf(neighbours());
+        }
+    }
+    return run;
+}
+
+std::string anyText(Dice& dice)
+{
+    std::string text;
+    for (std::size_t parts = dice.below(9); parts > 0; --parts) {
+        text += dice.once(2) ? runOfDigits(dice) : dice.oneOf(neighbours());
+    }
+    return text;
+}
+
+std::string joined(const std::vector<std::string>& lines)
+{
+    std::string text;
+    for (const std::string& line : lines) {
+        text += line + "\n";
+    }
+    return text;
+}
+
+TEST(CodeExtractionDifferential, AgreesWithPlainRule)
+{
+    constexpr std::uint64_t seed = 4829137;
+    Dice dice(seed);
+    int withCode = 0;
+    for (int input = 0; input < inputs; ++input) {
+        const std::string text = anyText(dice);
+        const bool withFourDigits = dice.once(2);
+        MemoryUserDefaults defaults;
+        defaults.setBool(withFourDigits, preference::fourDigitInclude);
+
+        std::string log;
+        std::optional<std::string> code;
+        {
+            const OutputCapture capture;
+            code = extractCode(text, defaults);
+            log = capture.text();
+        }
+        const PlainCodes expected = plainCodes(text, withFourDigits);
+        SCOPED_TRACE(
+            "seed " + std::to_string(seed) + ", input " + std::to_string(input) + ": " +
+            testing::PrintToString(text) + (withFourDigits ? " with" : " without") +
+            " four digits");
+        ASSERT_EQ(code, expected.code);
+        ASSERT_EQ(log, joined(expected.lines));
+        withCode += code ? 1 : 0;
+    }
+    // The inputs are worth something only while both outcomes are common.
+    EXPECT_GT(withCode, inputs / 5);
+    EXPECT_LT(withCode, inputs * 4 / 5);
+}
+
+} // namespace
+
+} // namespace orlimo

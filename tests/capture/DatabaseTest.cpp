@@ -1,0 +1,799 @@
+#include "capture/Database.h"
+
+#include "platform/LibraryFolder.h"
+#include "tests/capture/BodyBytes.h"
+#include "tests/capture/KeptDatabase.h"
+#include "tests/capture/OpenedConnections.h"
+#include "tests/capture/SilentSqlite.h"
+#include "tests/capture/StarvedSqlite.h"
+#include "tests/capture/StoreFiles.h"
+#include "tests/support/DeliberateLeak.h"
+#include "tests/support/FatalStopExpectation.h"
+#include "tests/support/ForkedRun.h"
+#include "tests/support/OutputCapture.h"
+#include "tests/support/StoreWriter.h"
+#include "tests/support/TemporaryFolder.h"
+#include "tests/support/UnprivilegedUser.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include <latch>
+#include <limits>
+#include <memory>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <unistd.h>
+
+namespace orlimo {
+
+/// Shown when an expectation about a message fails.
+void PrintTo(const Msg& message, std::ostream* stream)
+{
+    *stream << "message " << message.rowid << " with text " << testing::PrintToString(message.text)
+            << " and body " << testing::PrintToString(message.attributedBody);
+}
+
+namespace {
+
+using namespace std::string_literals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+using Messages = std::vector<Msg>;
+
+constexpr const char* connected = "database connected!!";
+constexpr const char* cannotOpen = "database connection:  unable to open database file";
+constexpr const char* query = "SELECT rowid, text, HEX(attributedBody), attributedBody FROM "
+                              "message ORDER BY date DESC LIMIT ";
+
+/// A Library folder of the test's own, empty at first.
+class DatabaseTest : public testing::Test
+{
+protected:
+    [[nodiscard]] std::filesystem::path library() const { return folder.path(); }
+    [[nodiscard]] std::filesystem::path store() const { return library() / "Messages/chat.db"; }
+
+    /// What a new reader fetches. The log stays empty meanwhile.
+    Messages fetched(std::int64_t limit = 10) const
+    {
+        Database& database = keptDatabase(library());
+        const OutputCapture capture;
+        Messages messages = database.fetchMessages(limit);
+        EXPECT_EQ(capture.text(), "");
+        return messages;
+    }
+
+private:
+    TemporaryFolder folder;
+};
+
+/// A reader of a store that cannot be opened. The connection is dropped without being closed.
+std::unique_ptr<Database> failingDatabase(const std::filesystem::path& library)
+{
+    const DeliberateLeak failedConnection;
+    return std::make_unique<Database>(library);
+}
+
+/// Lets other users reach the store.
+void openToAll(const std::filesystem::path& library)
+{
+    using std::filesystem::perms;
+    const auto everyone = perms::owner_all | perms::group_read | perms::group_exec |
+                          perms::others_read | perms::others_exec;
+    std::filesystem::permissions(library, everyone);
+    std::filesystem::permissions(library / "Messages", everyone);
+}
+
+Msg textMessage(std::int64_t rowid, const std::string& text)
+{
+    return {.rowid = rowid, .text = text, .attributedBody = ""};
+}
+
+// What a fetch returns.
+
+TEST_F(DatabaseTest, FewerMessagesThanTheLimitComeNewestFirst)
+{
+    StoreWriter writer(library());
+    writer.appendText("first");
+    writer.appendText("second");
+    writer.appendText("third");
+    EXPECT_THAT(
+        fetched(10),
+        ElementsAre(textMessage(3, "third"), textMessage(2, "second"), textMessage(1, "first")));
+}
+
+TEST_F(DatabaseTest, NoMoreMessagesThanTheLimit)
+{
+    StoreWriter writer(library());
+    for (int number = 1; number <= 12; ++number) {
+        writer.appendText("message " + std::to_string(number));
+    }
+    EXPECT_THAT(
+        fetched(2), ElementsAre(textMessage(12, "message 12"), textMessage(11, "message 11")));
+    EXPECT_THAT(fetched(10), SizeIs(10));
+    EXPECT_THAT(fetched(0), IsEmpty());
+    EXPECT_THAT(fetched(-1), SizeIs(12)) << "SQLite takes a negative limit for none";
+}
+
+TEST_F(DatabaseTest, DateAndNotPlaceDecidesWhatIsNew)
+{
+    StoreWriter writer(library());
+    writer.append({.text = "middle", .date = 2000});
+    writer.append({.text = "newest", .date = 3000});
+    writer.append({.text = "oldest", .date = 1000});
+    EXPECT_THAT(
+        fetched(),
+        ElementsAre(textMessage(2, "newest"), textMessage(1, "middle"), textMessage(3, "oldest")));
+}
+
+TEST_F(DatabaseTest, EmptyTableHoldsNoMessages)
+{
+    const StoreWriter writer(library());
+    EXPECT_THAT(fetched(), IsEmpty());
+}
+
+TEST_F(DatabaseTest, NullTextIsAbsentAndEmptyTextIsNot)
+{
+    StoreWriter writer(library());
+    writer.append({.attributedBody = "\x04\x0B"});
+    writer.append({.text = "", .attributedBody = "\x04\x0B"});
+    EXPECT_THAT(
+        fetched(),
+        ElementsAre(
+            Msg{.rowid = 2, .text = "", .attributedBody = "040B"},
+            Msg{.rowid = 1, .text = {}, .attributedBody = "040B"}));
+}
+
+TEST_F(DatabaseTest, NullBodyIsEmptyAndNotAbsent)
+{
+    StoreWriter writer(library());
+    writer.append({});
+    EXPECT_THAT(fetched(), ElementsAre(Msg{.rowid = 1, .text = {}, .attributedBody = ""}));
+}
+
+TEST_F(DatabaseTest, BodyComesAsUpperCaseHexadecimalText)
+{
+    std::string everyByte;
+    for (int value = 0; value < 256; ++value) {
+        everyByte.push_back(static_cast<char>(value));
+    }
+    StoreWriter writer(library());
+    writer.appendBody(everyByte);
+    EXPECT_THAT(
+        fetched(),
+        ElementsAre(Msg{.rowid = 1, .text = {}, .attributedBody = asHexadecimal(everyByte)}));
+}
+
+TEST_F(DatabaseTest, TextIsCutAtItsFirstNul)
+{
+    StoreWriter writer(library());
+    writer.appendText("before\0after\0"s);
+    writer.appendText("\0after"s);
+    EXPECT_THAT(fetched(), ElementsAre(textMessage(2, ""), textMessage(1, "before")));
+}
+
+TEST_F(DatabaseTest, IllFormedTextIsRepaired)
+{
+    StoreWriter writer(library());
+    writer.appendText("a\xFF\xE2\x82z");
+    writer.appendText("\xED\xA0\x80");
+    writer.appendText("\xF0\x9F\x98");
+    EXPECT_THAT(
+        fetched(),
+        ElementsAre(
+            textMessage(3, "\uFFFD"),
+            textMessage(2, "\uFFFD\uFFFD\uFFFD"),
+            textMessage(1, "a\uFFFD\uFFFDz")));
+}
+
+TEST_F(DatabaseTest, WellFormedTextIsLeftAlone)
+{
+    const std::string text = "\uFEFF確認コード １２３４５６ \U0001F44D\U0001F3FD\r\n\uFFFD";
+    StoreWriter writer(library());
+    writer.appendText(text);
+    EXPECT_THAT(fetched(), ElementsAre(textMessage(1, text)));
+}
+
+TEST_F(DatabaseTest, RowidBeyondThirtyTwoBitsIsWrapped)
+{
+    StoreWriter writer(library());
+    writer.append({.rowid = 2147483647, .text = "last that fits"});
+    writer.append({.rowid = 2147483648, .text = "first that does not"});
+    writer.append({.rowid = 4294967295, .text = "all bits"});
+    writer.append({.rowid = 4294967303, .text = "more"});
+    EXPECT_THAT(
+        fetched(),
+        ElementsAre(
+            textMessage(7, "more"),
+            textMessage(-1, "all bits"),
+            textMessage(-2147483648, "first that does not"),
+            textMessage(2147483647, "last that fits")));
+}
+
+TEST_F(DatabaseTest, HugeTextComesWhole)
+{
+    std::string text;
+    text.resize(16'000'000, 'x');
+    StoreWriter writer(library());
+    writer.appendText("small");
+    writer.appendText(text);
+    const Messages messages = fetched();
+    ASSERT_THAT(messages, SizeIs(2));
+    EXPECT_TRUE(messages[0].text == text) << messages[0].text.value_or("").size();
+    EXPECT_EQ(messages[1], textMessage(1, "small"));
+}
+
+TEST_F(DatabaseTest, CommitsBetweenFetchesAreSeen)
+{
+    StoreWriter writer(library());
+    writer.appendText("first");
+    Database& database = keptDatabase(library());
+    EXPECT_THAT(database.fetchMessages(10), ElementsAre(textMessage(1, "first")));
+    writer.appendText("second");
+    EXPECT_THAT(
+        database.fetchMessages(10), ElementsAre(textMessage(2, "second"), textMessage(1, "first")));
+    writer.run("DELETE FROM message WHERE ROWID = 1");
+    EXPECT_THAT(database.fetchMessages(10), ElementsAre(textMessage(2, "second")));
+}
+
+TEST_F(DatabaseTest, TransactionUnderWayIsNotSeen)
+{
+    StoreWriter writer(library());
+    writer.appendText("committed");
+    writer.run("BEGIN IMMEDIATE");
+    writer.appendText("not committed");
+    EXPECT_THAT(fetched(), ElementsAre(textMessage(1, "committed")));
+    writer.run("COMMIT");
+}
+
+TEST_F(DatabaseTest, ColumnForWhichMemoryRunsOutIsAbsent)
+{
+    writeStoreForStarvation(library());
+    const ForkedRun run = runForked([&] {
+        Database& database = keptDatabase(library());
+        starveSqlite();
+        const Messages messages = database.fetchMessages(10);
+        if (messages == Messages{{.rowid = 2, .text = {}, .attributedBody = {}}}) {
+            (void)::write(STDOUT_FILENO, "absent", 6);
+        }
+    });
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.output, "absent") << "and the rows behind it are not reached";
+}
+
+// How a connection is opened.
+
+TEST_F(DatabaseTest, OpensExistingStore)
+{
+    const StoreWriter writer(library());
+    const OutputCapture capture;
+    const Database database(library());
+    EXPECT_THAT(capture.lines(), ElementsAre("Database init", connected));
+}
+
+TEST_F(DatabaseTest, OpensForReadingAndWritingWithoutOwnFileSystem)
+{
+    const StoreWriter writer(library());
+    const OpenedConnections opened;
+    const Database& database = keptDatabase(library());
+    (void)database;
+    EXPECT_EQ(sqlite3_db_readonly(opened.only(), "main"), 0);
+    EXPECT_EQ(sqlite3_db_filename(opened.only(), "main"), store().string());
+}
+
+TEST_F(DatabaseTest, MissingStoreInExistingFolderIsCreatedEmpty)
+{
+    std::filesystem::create_directory(library() / "Messages");
+    const OutputCapture capture;
+    Database database(library());
+    EXPECT_TRUE(std::filesystem::exists(store()));
+    EXPECT_THAT(database.fetchMessages(10), IsEmpty());
+    EXPECT_THAT(database.fetchMessages(10), IsEmpty());
+    EXPECT_THAT(
+        capture.lines(),
+        ElementsAre(
+            "Database init",
+            connected,
+            "error preparing fetch limit : v1no such table: message",
+            "error preparing fetch limit : v1no such table: message"));
+    EXPECT_EQ(contentOf(store()), "");
+    EXPECT_THAT(namesIn(store().parent_path()), ElementsAre("chat.db"));
+}
+
+TEST_F(DatabaseTest, MissingMessagesFolderFailsToOpen)
+{
+    const OutputCapture capture;
+    const auto database = failingDatabase(library());
+    EXPECT_THAT(capture.lines(), ElementsAre("Database init", cannotOpen));
+    EXPECT_THAT(namesIn(library()), IsEmpty());
+}
+
+TEST_F(DatabaseTest, FolderInPlaceOfStoreFailsToOpen)
+{
+    std::filesystem::create_directories(store() / "folder");
+    const OutputCapture capture;
+    const auto database = failingDatabase(library());
+    EXPECT_THAT(capture.lines(), ElementsAre("Database init", cannotOpen));
+    EXPECT_TRUE(std::filesystem::exists(store() / "folder"));
+}
+
+TEST_F(DatabaseTest, StoreWithoutPermissionFailsToOpen)
+{
+    {
+        StoreWriter writer(library(), StoreWriter::Journal::rollback);
+        writer.appendText("secret");
+    }
+    openToAll(library());
+    std::filesystem::permissions(store(), std::filesystem::perms::none);
+    const ForkedRun run = runForked([&] {
+        becomeUnprivilegedUser();
+        Database database(library());
+        (void)database.fetchMessages(10);
+    });
+    EXPECT_EQ(run.status, 0);
+    EXPECT_THAT(
+        linesOf(run.output),
+        ElementsAre("Database init", cannotOpen, "error preparing fetch limit : v1out of memory"));
+    EXPECT_EQ(run.errors, "");
+}
+
+TEST_F(DatabaseTest, StoreThatMayOnlyBeReadIsRead)
+{
+    {
+        StoreWriter writer(library(), StoreWriter::Journal::rollback);
+        writer.appendText("readable");
+    }
+    openToAll(library());
+    std::filesystem::permissions(
+        store(),
+        std::filesystem::perms::owner_read | std::filesystem::perms::group_read |
+            std::filesystem::perms::others_read);
+    const ForkedRun run = runForked([&] {
+        becomeUnprivilegedUser();
+        Database& database = *new Database(library());
+        if (database.fetchMessages(10) == Messages{textMessage(1, "readable")}) {
+            (void)::write(STDOUT_FILENO, "read\n", 5);
+        }
+    });
+    EXPECT_EQ(run.status, 0);
+    EXPECT_THAT(linesOf(run.output), ElementsAre("Database init", connected, "read"));
+}
+
+TEST_F(DatabaseTest, FailedOpenIsFinal)
+{
+    const OutputCapture capture;
+    const auto database = failingDatabase(library());
+    StoreWriter writer(library());
+    writer.appendText("too late");
+    EXPECT_THAT(database->fetchMessages(10), IsEmpty());
+    EXPECT_THAT(database->fetchMessages(10), IsEmpty());
+    EXPECT_THAT(
+        capture.lines(),
+        ElementsAre(
+            "Database init",
+            cannotOpen,
+            "error preparing fetch limit : v1out of memory",
+            "error preparing fetch limit : v1out of memory"));
+}
+
+TEST_F(DatabaseTest, FailedOpenIsDestroyedWithoutHarmAndLeavesItsConnection)
+{
+    const OutputCapture capture;
+    const auto before = sqlite3_memory_used();
+    failingDatabase(library()).reset();
+    EXPECT_GT(sqlite3_memory_used(), before);
+    EXPECT_THAT(capture.lines(), ElementsAre("Database init", cannotOpen));
+}
+
+TEST_F(DatabaseTest, FailedOpenThatSqliteDoesNotExplain)
+{
+    const SilentSqlite silent;
+    const OutputCapture capture;
+    const auto database = failingDatabase(library());
+    EXPECT_THAT(
+        capture.lines(), ElementsAre("Database init", "database connection:  Unknown Error"));
+}
+
+TEST_F(DatabaseTest, AbsentLibraryFolderOpensStoreWithoutName)
+{
+    const OpenedConnections opened;
+    const OutputCapture capture;
+    Database database(std::nullopt);
+    EXPECT_THAT(database.fetchMessages(10), IsEmpty());
+    EXPECT_THAT(
+        capture.lines(),
+        ElementsAre(
+            "Database init", connected, "error preparing fetch limit : v1no such table: message"));
+    EXPECT_STREQ(sqlite3_db_filename(opened.only(), "main"), "");
+}
+
+// What goes wrong later.
+
+TEST_F(DatabaseTest, StoreWithoutMessageTableIsLogged)
+{
+    StoreWriter writer(library());
+    writer.run("DROP TABLE message");
+    Database& database = keptDatabase(library());
+    const OutputCapture capture;
+    EXPECT_THAT(database.fetchMessages(10), IsEmpty());
+    EXPECT_THAT(
+        capture.lines(), ElementsAre("error preparing fetch limit : v1no such table: message"));
+}
+
+TEST_F(DatabaseTest, StoreWithoutColumnIsLogged)
+{
+    StoreWriter writer(library());
+    writer.run("ALTER TABLE message DROP COLUMN attributedBody");
+    Database& database = keptDatabase(library());
+    const OutputCapture capture;
+    EXPECT_THAT(database.fetchMessages(10), IsEmpty());
+    EXPECT_THAT(
+        capture.lines(),
+        ElementsAre("error preparing fetch limit : v1no such column: attributedBody"));
+}
+
+TEST_F(DatabaseTest, StoreThatIsNoDatabaseIsLoggedAndLeftAlone)
+{
+    const std::string content =
+        "These are words, and not a database.\n" + std::string(8192, '\xA5');
+    writeFile(store(), content);
+    const OutputCapture capture;
+    Database database(library());
+    EXPECT_THAT(database.fetchMessages(10), IsEmpty());
+    EXPECT_THAT(
+        capture.lines(),
+        ElementsAre(
+            "Database init", connected, "error preparing fetch limit : v1file is not a database"));
+    EXPECT_EQ(contentOf(store()), content);
+    EXPECT_THAT(namesIn(store().parent_path()), ElementsAre("chat.db"));
+}
+
+TEST_F(DatabaseTest, StoreThatBecomesGoodIsReadAtTheNextFetch)
+{
+    StoreWriter writer(library());
+    writer.run("ALTER TABLE message RENAME TO hidden");
+    Database& database = keptDatabase(library());
+    const OutputCapture capture;
+    EXPECT_THAT(database.fetchMessages(10), IsEmpty());
+    writer.run("ALTER TABLE hidden RENAME TO message");
+    writer.appendText("there");
+    EXPECT_THAT(database.fetchMessages(10), ElementsAre(textMessage(1, "there")));
+    EXPECT_THAT(
+        capture.lines(), ElementsAre("error preparing fetch limit : v1no such table: message"));
+}
+
+TEST_F(DatabaseTest, FailedPreparationThatSqliteDoesNotExplainStopsTheProgram)
+{
+    expectFatalStop(
+        [&] {
+            std::filesystem::create_directory(library() / "Messages");
+            auto* const database = new Database(library());
+            const SilentSqlite silent;
+            (void)database->fetchMessages(10);
+        },
+        {"Database init", connected},
+        {"capture/Database.cpp", "SQLite does not say why a statement cannot be compiled"});
+}
+
+/// A store of ten messages, each on a page of its own.
+class DamagedStore : public DatabaseTest
+{
+protected:
+    DamagedStore()
+    {
+        StoreWriter writer(library(), StoreWriter::Journal::rollback);
+        for (int number = 1; number <= 10; ++number) {
+            writer.appendText(textOf(number));
+        }
+    }
+
+    static std::string textOf(int number)
+    {
+        return "message " + std::to_string(number) + std::string(3500, '.');
+    }
+
+    /// Overwrites the whole page on which the message stands.
+    void damageMessage(int number) const
+    {
+        constexpr std::size_t pageSize = 4096;
+        std::string content = contentOf(store());
+        const std::size_t found = content.find("message " + std::to_string(number) + ".");
+        ASSERT_NE(found, std::string::npos);
+        content.replace(found / pageSize * pageSize, pageSize, std::string(pageSize, '\xA5'));
+        writeFile(store(), content);
+    }
+
+    void dropIndex() const
+    {
+        sqlite3* connection = nullptr;
+        ASSERT_EQ(sqlite3_open(store().c_str(), &connection), SQLITE_OK);
+        EXPECT_EQ(
+            sqlite3_exec(connection, "DROP INDEX message_idx_date", nullptr, nullptr, nullptr),
+            SQLITE_OK);
+        sqlite3_close(connection);
+    }
+};
+
+TEST_F(DamagedStore, MessagesBeforeDamagedPageAreReturned)
+{
+    damageMessage(6);
+    const std::string before = contentOf(store());
+    EXPECT_THAT(
+        fetched(),
+        ElementsAre(
+            textMessage(10, textOf(10)),
+            textMessage(9, textOf(9)),
+            textMessage(8, textOf(8)),
+            textMessage(7, textOf(7))));
+    EXPECT_EQ(contentOf(store()), before);
+}
+
+TEST_F(DamagedStore, WithoutIndexNothingIsReturned)
+{
+    // SQLite then has to read every message before it knows the newest.
+    dropIndex();
+    damageMessage(6);
+    EXPECT_THAT(fetched(), IsEmpty());
+}
+
+TEST_F(DamagedStore, DamageBehindTheLimitDoesNotMatter)
+{
+    damageMessage(6);
+    EXPECT_THAT(fetched(2), ElementsAre(textMessage(10, textOf(10)), textMessage(9, textOf(9))));
+}
+
+TEST_F(DatabaseTest, LockedStoreIsLogged)
+{
+    StoreWriter writer(library(), StoreWriter::Journal::rollback);
+    writer.appendText("locked away");
+    writer.run("BEGIN EXCLUSIVE");
+    Database& database = keptDatabase(library());
+    {
+        const OutputCapture capture;
+        EXPECT_THAT(database.fetchMessages(10), IsEmpty());
+        EXPECT_THAT(
+            capture.lines(), ElementsAre("error preparing fetch limit : v1database is locked"));
+    }
+    writer.run("COMMIT");
+    EXPECT_THAT(database.fetchMessages(10), ElementsAre(textMessage(1, "locked away")));
+}
+
+TEST_F(DatabaseTest, StoreLockedAfterFirstFetchHoldsNoMessages)
+{
+    StoreWriter writer(library(), StoreWriter::Journal::rollback);
+    writer.appendText("locked away");
+    Database& database = keptDatabase(library());
+    const OutputCapture capture;
+    EXPECT_THAT(database.fetchMessages(10), SizeIs(1));
+    writer.run("BEGIN EXCLUSIVE");
+    EXPECT_THAT(database.fetchMessages(10), IsEmpty()) << "the step fails, not the preparation";
+    writer.run("COMMIT");
+    EXPECT_THAT(database.fetchMessages(10), SizeIs(1));
+    EXPECT_EQ(capture.text(), "");
+}
+
+// The statements.
+
+TEST_F(DatabaseTest, StatementsStayOnTheConnectionAndDoNotDisturbEachOther)
+{
+    StoreWriter writer(library());
+    writer.appendText("only");
+    const OpenedConnections opened;
+    Database& database = keptDatabase(library());
+    EXPECT_THAT(statementsOn(opened.only()), IsEmpty());
+    const Messages first = database.fetchMessages(10);
+    EXPECT_THAT(statementsOn(opened.only()), ElementsAre(query + "10"s));
+    const Messages second = database.fetchMessages(10);
+    EXPECT_THAT(statementsOn(opened.only()), ElementsAre(query + "10"s, query + "10"s));
+    EXPECT_THAT(first, ElementsAre(textMessage(1, "only")));
+    EXPECT_EQ(second, first);
+}
+
+TEST_F(DatabaseTest, QueryEndsInTheLimit)
+{
+    const StoreWriter writer(library());
+    const OpenedConnections opened;
+    Database& database = keptDatabase(library());
+    for (const std::int64_t limit :
+         {std::int64_t{10},
+          std::int64_t{0},
+          std::int64_t{-1},
+          std::numeric_limits<std::int64_t>::max(),
+          std::numeric_limits<std::int64_t>::min()})
+    {
+        (void)database.fetchMessages(limit);
+    }
+    EXPECT_THAT(
+        statementsOn(opened.only()),
+        ElementsAre(
+            query + "10"s,
+            query + "0"s,
+            query + "-1"s,
+            query + "9223372036854775807"s,
+            query + "-9223372036854775808"s));
+    EXPECT_EQ(std::string(query).size(), 94U);
+}
+
+TEST_F(DatabaseTest, NothingButTheQueryIsRun)
+{
+    StoreWriter writer(library());
+    writer.appendText("only");
+    const OpenedConnections opened;
+    Database& database = keptDatabase(library());
+    static std::vector<std::string> run;
+    run.clear();
+    const auto note = [](unsigned /*event*/, void* /*context*/, void* /*statement*/, void* text) {
+        run.emplace_back(static_cast<const char*>(text));
+        return 0;
+    };
+    ASSERT_EQ(sqlite3_trace_v2(opened.only(), SQLITE_TRACE_STMT, note, nullptr), SQLITE_OK);
+    (void)database.fetchMessages(10);
+    EXPECT_THAT(run, ElementsAre(query + "10"s));
+    sqlite3_trace_v2(opened.only(), 0, nullptr, nullptr);
+}
+
+TEST_F(DatabaseTest, ChangedSchemaCostsOneFetch)
+{
+    // The price of the older way to compile a statement, which does not compile it again.
+    StoreWriter writer(library());
+    writer.appendText("only");
+    Database& database = keptDatabase(library());
+    const OutputCapture capture;
+    EXPECT_THAT(database.fetchMessages(10), SizeIs(1));
+    writer.run("CREATE TABLE neighbour (ROWID INTEGER PRIMARY KEY)");
+    EXPECT_THAT(database.fetchMessages(10), IsEmpty());
+    EXPECT_THAT(database.fetchMessages(10), SizeIs(1));
+    EXPECT_EQ(capture.text(), "");
+}
+
+TEST_F(DatabaseTest, DestructionClosesTheConnection)
+{
+    std::filesystem::create_directory(library() / "Messages");
+    const auto before = sqlite3_memory_used();
+    {
+        const OutputCapture swallowed;
+        const Database database(library());
+        EXPECT_GT(sqlite3_memory_used(), before);
+    }
+    EXPECT_EQ(sqlite3_memory_used(), before);
+}
+
+TEST_F(DatabaseTest, FetchedStatementsOutliveTheReader)
+{
+    auto writer = std::make_unique<StoreWriter>(library());
+    writer->appendText("only");
+    const OpenedConnections opened;
+    {
+        const DeliberateLeak connectionThatStaysOpen;
+        const OutputCapture swallowed;
+        Database database(library());
+        EXPECT_THAT(database.fetchMessages(10), SizeIs(1));
+    }
+    EXPECT_THAT(statementsOn(opened.only()), ElementsAre(query + "10"s));
+    writer.reset();
+    EXPECT_TRUE(std::filesystem::exists(library() / "Messages/chat.db-wal"))
+        << "the last connection was closed and has removed the log";
+}
+
+// The store is only read.
+
+/// The log and the store of a writer that is still at work.
+class UnchangedStore : public DatabaseTest
+{
+protected:
+    static constexpr int checks = 200;
+};
+
+TEST_F(UnchangedStore, AfterManyFetchesWithLog)
+{
+    StoreWriter writer(library());
+    for (int number = 0; number < 50; ++number) {
+        writer.appendText("Your code is " + std::to_string(100'000 + number));
+        writer.appendBody(mutableStringBody("Your code is " + std::to_string(200'000 + number)));
+    }
+    const auto before = storeFiles(library());
+    ASSERT_GT(before.at("chat.db-wal").size(), 100'000U);
+    Database& database = keptDatabase(library());
+    for (int check = 0; check < checks; ++check) {
+        ASSERT_THAT(database.fetchMessages(10), SizeIs(10));
+    }
+    EXPECT_TRUE(storeFiles(library()) == before);
+    EXPECT_THAT(
+        namesIn(store().parent_path()), ElementsAre("chat.db", "chat.db-shm", "chat.db-wal"));
+}
+
+TEST_F(UnchangedStore, AfterManyFetchesBetweenCommits)
+{
+    StoreWriter writer(library());
+    Database& database = keptDatabase(library());
+    for (int number = 0; number < 20; ++number) {
+        writer.appendText("Your code is " + std::to_string(100'000 + number));
+        const auto before = storeFiles(library());
+        ASSERT_FALSE(database.fetchMessages(10).empty());
+        ASSERT_TRUE(storeFiles(library()) == before);
+    }
+}
+
+TEST_F(UnchangedStore, AfterManyFetchesWithoutLog)
+{
+    {
+        StoreWriter writer(library(), StoreWriter::Journal::rollback);
+        writer.appendText("only");
+    }
+    const auto before = storeFiles(library());
+    Database& database = keptDatabase(library());
+    for (int check = 0; check < checks; ++check) {
+        ASSERT_THAT(database.fetchMessages(10), SizeIs(1));
+    }
+    EXPECT_TRUE(storeFiles(library()) == before);
+    EXPECT_THAT(namesIn(store().parent_path()), ElementsAre("chat.db"));
+}
+
+TEST_F(UnchangedStore, WhenItsWriterHasCrashed)
+{
+    const TemporaryFolder other;
+    {
+        StoreWriter writer(other.path());
+        writer.appendText("only");
+        std::filesystem::create_directory(library() / "Messages");
+        for (const std::string& name : {"chat.db"s, "chat.db-wal"s}) {
+            std::filesystem::copy_file(
+                other.path() / "Messages" / name, library() / "Messages" / name);
+        }
+    }
+    const auto before = storeFiles(library());
+    EXPECT_THAT(fetched(), ElementsAre(textMessage(1, "only")));
+    EXPECT_TRUE(storeFiles(library()) == before);
+}
+
+// The one reader of the program.
+
+TEST(SharedDatabaseDeathTest, IsMadeOnceByWhicheverThreadComesFirst)
+{
+    EXPECT_EXIT(
+        {
+            ::dup2(STDERR_FILENO, STDOUT_FILENO);
+            std::filesystem::create_directories(libraryFolder().value_or("") / "Messages");
+            constexpr std::size_t number = 16;
+            std::vector<Database*> seen(number);
+            std::latch start(number);
+            {
+                std::vector<std::jthread> threads;
+                for (std::size_t index = 0; index < number; ++index) {
+                    threads.emplace_back([&seen, &start, index] {
+                        start.arrive_and_wait();
+                        seen[index] = &Database::shared();
+                    });
+                }
+            }
+            const bool same = seen == std::vector<Database*>(number, seen.front());
+            ::_exit(same && &Database::shared() == seen.front() ? 0 : 1);
+        },
+        testing::ExitedWithCode(0),
+        testing::MatchesRegex("Database init\ndatabase connected!!\n"));
+}
+
+TEST(SharedDatabaseDeathTest, ReadsTheStoreOfTheUser)
+{
+    EXPECT_EXIT(
+        {
+            ::dup2(STDERR_FILENO, STDOUT_FILENO);
+            StoreWriter writer(libraryFolder().value_or(""));
+            writer.appendText("the user's own");
+            ::_exit(
+                Database::shared().fetchMessages(10) == Messages{textMessage(1, "the user's own")}
+                    ? 0
+                    : 1);
+        },
+        testing::ExitedWithCode(0),
+        testing::MatchesRegex("Database init\ndatabase connected!!\n"));
+}
+
+} // namespace
+
+} // namespace orlimo

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "platform/UserDefaults.h"
+
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace orlimo {
+
+/// Preferences in memory, which remember how they were used.
+class MemoryUserDefaults final : public UserDefaults
+{
+public:
+    [[nodiscard]] bool boolForKey(std::string_view key) const override;
+    void setBool(bool value, std::string_view key) override;
+    [[nodiscard]] std::map<std::string, std::string> dictionaryRepresentation() const override;
+
+    /// Each call so far, in order: "read KEY", "write KEY = true" or "list".
+    [[nodiscard]] const std::vector<std::string>& calls() const { return made; }
+
+private:
+    std::map<std::string, bool, std::less<>> values;
+    mutable std::vector<std::string> made;
+};
+
+} // namespace orlimo

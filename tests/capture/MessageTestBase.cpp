@@ -1,0 +1,57 @@
+#include "tests/capture/MessageTestBase.h"
+
+#include "capture/PreferenceKeys.h"
+#include "tests/capture/KeptDatabase.h"
+#include "tests/support/OutputCapture.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+
+#include <utility>
+
+namespace orlimo {
+
+MessageTestBase::MessageTestBase()
+    : store(library.path())
+    , database(keptDatabase(library.path()))
+    , defaults(standardUserDefaults())
+{
+    defaults.setBool(true, preference::capturingEnabled);
+    setClipboardText("before");
+}
+
+std::filesystem::path MessageTestBase::log() const
+{
+    return library.path() / "Messages/chat.db-wal";
+}
+
+CaptureHost MessageTestBase::host() const
+{
+    return {
+        .database = database,
+        .userDefaults = defaults,
+        .pasteboard = generalPasteboard(),
+        .libraryFolder = [folder = library.path()] { return folder; },
+        .makeFileMonitor = [](const auto& file) { return FileMonitor::create(file); },
+    };
+}
+
+std::shared_ptr<Message> MessageTestBase::watching(CaptureHost host)
+{
+    const OutputCapture swallowed;
+    auto message = Message::create(std::move(host));
+    EXPECT_TRUE(message->registFileObserver());
+    return message;
+}
+
+std::string MessageTestBase::clipboardText()
+{
+    return QGuiApplication::clipboard()->text().toStdString();
+}
+
+void MessageTestBase::setClipboardText(const std::string& text)
+{
+    QGuiApplication::clipboard()->setText(QString::fromStdString(text));
+}
+
+} // namespace orlimo

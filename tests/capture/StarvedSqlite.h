@@ -1,0 +1,16 @@
+#pragma once
+
+#include <filesystem>
+
+namespace orlimo {
+
+/// Writes a store in `libraryFolder` of two messages: an older one that says "older", and one
+/// without text whose body is read in vain once `starveSqlite` was called. The store's texts are
+/// UTF-16, so that SQLite has to convert them when they are read, and the body is large.
+void writeStoreForStarvation(const std::filesystem::path& libraryFolder);
+
+/// From here on SQLite has too little memory to convert that body, and enough for all the rest. For
+/// the whole process: call it in a child.
+void starveSqlite();
+
+} // namespace orlimo

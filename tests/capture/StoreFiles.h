@@ -1,0 +1,19 @@
+#pragma once
+
+#include <filesystem>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace orlimo {
+
+/// The content of the store in `libraryFolder` and of its log, by name; what is missing is absent.
+/// Read by another process: to close a descriptor of a store takes away the locks that this
+/// process's own connections hold on it.
+[[nodiscard]] std::map<std::string, std::string>
+storeFiles(const std::filesystem::path& libraryFolder);
+
+/// The names in `folder`, in alphabetical order.
+[[nodiscard]] std::vector<std::string> namesIn(const std::filesystem::path& folder);
+
+} // namespace orlimo

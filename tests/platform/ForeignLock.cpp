@@ -1,0 +1,84 @@
+#include "tests/platform/ForeignLock.h"
+
+#include "tests/support/ForkedRun.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cerrno>
+#include <csignal>
+
+#include <fcntl.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace orlimo {
+
+namespace {
+
+struct flock lockOf(short type, off_t first, off_t length)
+{
+    struct flock lock
+    {};
+    lock.l_type = type;
+    lock.l_whence = SEEK_SET;
+    lock.l_start = first;
+    lock.l_len = length;
+    return lock;
+}
+
+/// What the holder does: takes the lock, says so with one byte, and keeps it.
+[[noreturn]] void hold(const std::filesystem::path& file, struct flock lock, int answer)
+{
+    (void)::prctl(PR_SET_PDEATHSIG, SIGKILL);
+    const int descriptor = ::open(file.c_str(), O_RDWR | O_CLOEXEC);
+    const char held = ::fcntl(descriptor, F_SETLK, &lock) == 0 ? 'y' : 'n';
+    (void)!::write(answer, &held, 1);
+    for (;;) {
+        ::pause();
+    }
+}
+
+} // namespace
+
+ForeignLock::ForeignLock(const std::filesystem::path& file, off_t byte, Kind kind)
+{
+    std::array<int, 2> ends{-1, -1};
+    EXPECT_EQ(::pipe2(ends.data(), O_CLOEXEC), 0);
+    holder = ::fork();
+    if (holder == 0) {
+        const short type = kind == Kind::shared ? F_RDLCK : F_WRLCK;
+        hold(file, lockOf(type, byte, 1), ends[1]);
+    }
+    ::close(ends[1]);
+    char answer = '\0';
+    EXPECT_EQ(::read(ends[0], &answer, 1), 1);
+    EXPECT_EQ(answer, 'y') << "no lock on " << file;
+    ::close(ends[0]);
+}
+
+ForeignLock::~ForeignLock()
+{
+    if (holder > 0) {
+        ::kill(holder, SIGKILL);
+        while (::waitpid(holder, nullptr, 0) < 0 && errno == EINTR) {
+        }
+    }
+}
+
+bool isLockedSeenFromElsewhere(const std::filesystem::path& file, off_t first, off_t length)
+{
+    const auto run = runForked([&] {
+        struct flock lock = lockOf(F_WRLCK, first, length);
+        const int descriptor = ::open(file.c_str(), O_RDWR | O_CLOEXEC);
+        if (::fcntl(descriptor, F_GETLK, &lock) != 0) {
+            ::_exit(2);
+        }
+        ::_exit(lock.l_type == F_UNLCK ? 0 : 1);
+    });
+    EXPECT_TRUE(run.status == 0 || run.status == 1);
+    return run.status == 1;
+}
+
+} // namespace orlimo

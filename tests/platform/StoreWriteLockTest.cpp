@@ -1,0 +1,291 @@
+#include "platform/linux/StoreWriteLock.h"
+
+#include "tests/platform/ForeignLock.h"
+#include "tests/platform/WriterProcess.h"
+#include "tests/support/ForkedRun.h"
+#include "tests/support/TemporaryFolder.h"
+#include "tests/support/UnprivilegedUser.h"
+
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include <filesystem>
+#include <iterator>
+#include <memory>
+#include <string>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace orlimo {
+namespace {
+
+/// Where SQLite's locks are in the shared index: the writer's first, then the checkpointer's, that
+/// of recovery, and those of the readers; the one behind them says that somebody uses the file.
+constexpr off_t firstLockByte = 120;
+constexpr off_t numberOfLockBytes = 9;
+
+std::ptrdiff_t openDescriptors()
+{
+    return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
+}
+
+/// A connection of this process's own, which reads or writes beside the lock under test.
+class OwnConnection
+{
+public:
+    explicit OwnConnection(const std::filesystem::path& store)
+    {
+        EXPECT_EQ(sqlite3_open(store.c_str(), &connection), SQLITE_OK);
+    }
+    OwnConnection(const OwnConnection&) = delete;
+    OwnConnection& operator=(const OwnConnection&) = delete;
+    ~OwnConnection() { sqlite3_close(connection); }
+
+    void run(const std::string& sql)
+    {
+        EXPECT_EQ(sqlite3_exec(connection, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK)
+            << sqlite3_errmsg(connection);
+    }
+
+private:
+    sqlite3* connection = nullptr;
+};
+
+/// The lock of a real store that another process writes.
+class StoreWriteLockTest : public testing::Test
+{
+protected:
+    TemporaryFolder folder;
+    std::filesystem::path store = folder.path() / "chat.db";
+    std::filesystem::path index = folder.path() / "chat.db-shm";
+    WriterProcess writer{store};
+    StoreWriteLock lock{folder.path() / "chat.db-wal"};
+};
+
+TEST_F(StoreWriteLockTest, IsFreeWhileNobodyWrites)
+{
+    EXPECT_FALSE(lock.isHeldElsewhere());
+    writer.tell("text a message");
+    EXPECT_FALSE(lock.isHeldElsewhere());
+}
+
+TEST_F(StoreWriteLockTest, IsHeldFromTheFirstFrameToTheCommit)
+{
+    writer.holdTransactionOpen();
+    EXPECT_TRUE(lock.isHeldElsewhere());
+    EXPECT_TRUE(lock.isHeldElsewhere());
+    EXPECT_EQ(visibleMessages(store), 1);
+    writer.tell("commit");
+    EXPECT_FALSE(lock.isHeldElsewhere());
+    EXPECT_EQ(visibleMessages(store), 2);
+}
+
+TEST_F(StoreWriteLockTest, IsFreeAfterARollback)
+{
+    writer.holdTransactionOpen();
+    writer.tell("rollback");
+    EXPECT_FALSE(lock.isHeldElsewhere());
+}
+
+TEST_F(StoreWriteLockTest, IsFreeWhenTheWriterHasCrashed)
+{
+    writer.holdTransactionOpen();
+    EXPECT_TRUE(lock.isHeldElsewhere());
+    writer.crash();
+    EXPECT_FALSE(lock.isHeldElsewhere());
+}
+
+TEST_F(StoreWriteLockTest, AskingDoesNotHinderTheWriter)
+{
+    for (int message = 0; message < 20; ++message) {
+        EXPECT_FALSE(lock.isHeldElsewhere());
+        writer.holdTransactionOpen();
+        EXPECT_TRUE(lock.isHeldElsewhere());
+        writer.tell("commit");
+    }
+    writer.tell("truncate");
+    EXPECT_FALSE(isLockedSeenFromElsewhere(index, firstLockByte, numberOfLockBytes - 1));
+}
+
+TEST_F(StoreWriteLockTest, ReadersDoNotHoldIt)
+{
+    WriterProcess reader(folder.path() / "chat.db");
+    reader.tell("sql BEGIN; SELECT count(*) FROM message");
+    EXPECT_FALSE(lock.isHeldElsewhere());
+}
+
+TEST_F(StoreWriteLockTest, OneOfThisProcessesOwnDoesNotCount)
+{
+    OwnConnection own(store);
+    own.run("BEGIN IMMEDIATE; DELETE FROM message");
+    EXPECT_TRUE(isLockedSeenFromElsewhere(index, firstLockByte, 1));
+    EXPECT_FALSE(lock.isHeldElsewhere());
+    own.run("ROLLBACK");
+}
+
+TEST_F(StoreWriteLockTest, AskingDoesNotDropThisProcessesOwnLocks)
+{
+    OwnConnection own(store);
+    own.run("BEGIN; SELECT count(*) FROM message");
+    writer.tell("text after the reader has begun");
+    ASSERT_TRUE(isLockedSeenFromElsewhere(index, firstLockByte + 3, 5)) << "the reader's lock";
+    for (int time = 0; time < 1000; ++time) {
+        EXPECT_FALSE(lock.isHeldElsewhere());
+    }
+    EXPECT_TRUE(isLockedSeenFromElsewhere(index, firstLockByte + 3, 5)) << "the reader's lock";
+    own.run("COMMIT");
+    EXPECT_FALSE(isLockedSeenFromElsewhere(index, firstLockByte + 3, 5));
+}
+
+TEST_F(StoreWriteLockTest, GoingAwayDoesNotDropThisProcessesOwnLocks)
+{
+    OwnConnection own(store);
+    own.run("BEGIN; SELECT count(*) FROM message");
+    EXPECT_FALSE(
+        std::make_unique<StoreWriteLock>(folder.path() / "chat.db-wal")->isHeldElsewhere());
+    EXPECT_TRUE(isLockedSeenFromElsewhere(index, firstLockByte + 3, 5)) << "the reader's lock";
+    own.run("COMMIT");
+}
+
+TEST_F(StoreWriteLockTest, OpensTheIndexOnce)
+{
+    EXPECT_FALSE(lock.isHeldElsewhere());
+    const auto before = openDescriptors();
+    for (int time = 0; time < 100; ++time) {
+        (void)lock.isHeldElsewhere();
+    }
+    EXPECT_EQ(openDescriptors(), before);
+}
+
+/// The lock of a shared index that the test makes itself.
+class StoreWriteLockOfAnIndex : public testing::Test
+{
+protected:
+    StoreWriteLockOfAnIndex() { writeFile(index, "an index"); }
+
+    TemporaryFolder folder;
+    std::filesystem::path log = folder.path() / "store-wal";
+    std::filesystem::path index = folder.path() / "store-shm";
+    StoreWriteLock lock{log};
+};
+
+TEST_F(StoreWriteLockOfAnIndex, IsTheWritersByteAlone)
+{
+    for (off_t byte = firstLockByte - 1; byte < firstLockByte + numberOfLockBytes; ++byte) {
+        const ForeignLock foreign(index, byte);
+        EXPECT_EQ(lock.isHeldElsewhere(), byte == firstLockByte) << byte;
+    }
+    EXPECT_FALSE(lock.isHeldElsewhere());
+}
+
+TEST_F(StoreWriteLockOfAnIndex, IsHeldExclusivelyOrNotAtAll)
+{
+    const ForeignLock foreign(index, firstLockByte, ForeignLock::Kind::shared);
+    EXPECT_FALSE(lock.isHeldElsewhere());
+}
+
+TEST_F(StoreWriteLockOfAnIndex, OfAFileThatIsNoLogIsNeverHeld)
+{
+    const ForeignLock foreign(index, firstLockByte);
+    for (const char* name : {"store", "store-shm", "store-wal2", "store.wal", "-wa", ""}) {
+        EXPECT_FALSE(StoreWriteLock(folder.path() / name).isHeldElsewhere()) << name;
+    }
+    EXPECT_FALSE(StoreWriteLock("").isHeldElsewhere());
+    EXPECT_TRUE(lock.isHeldElsewhere());
+}
+
+TEST_F(StoreWriteLockOfAnIndex, IsFoundInFoldersWithOddNames)
+{
+    const auto odd = folder.path() / "a-wal folder\n-wal\xFF" / "store-wal-wal";
+    const std::string sharedIndex = odd.string().substr(0, odd.string().size() - 4) + "-shm";
+    writeFile(sharedIndex, "an index");
+    StoreWriteLock oddLock(odd);
+    EXPECT_FALSE(oddLock.isHeldElsewhere());
+    const ForeignLock foreign(sharedIndex, firstLockByte);
+    EXPECT_TRUE(oddLock.isHeldElsewhere());
+}
+
+TEST_F(StoreWriteLockOfAnIndex, IsFreeWithoutAnIndexAndFoundWhenThereIsOne)
+{
+    std::filesystem::remove(index);
+    EXPECT_FALSE(lock.isHeldElsewhere());
+    EXPECT_FALSE(std::filesystem::exists(index)) << "asking makes none";
+    writeFile(index, "an index");
+    const ForeignLock foreign(index, firstLockByte);
+    EXPECT_TRUE(lock.isHeldElsewhere());
+}
+
+TEST_F(StoreWriteLockOfAnIndex, IsFreeWhenTheIndexWasDeletedUnderItsWriter)
+{
+    const ForeignLock foreign(index, firstLockByte);
+    EXPECT_TRUE(lock.isHeldElsewhere());
+    std::filesystem::remove(index);
+    EXPECT_FALSE(lock.isHeldElsewhere());
+}
+
+TEST_F(StoreWriteLockOfAnIndex, IsThatOfANewIndexInTheOldOnesPlace)
+{
+    const ForeignLock foreign(index, firstLockByte);
+    EXPECT_TRUE(lock.isHeldElsewhere());
+
+    const auto replacement = folder.path() / "replacement";
+    writeFile(replacement, "another index");
+    std::filesystem::rename(replacement, index);
+    EXPECT_FALSE(lock.isHeldElsewhere());
+
+    const ForeignLock second(index, firstLockByte);
+    EXPECT_TRUE(lock.isHeldElsewhere());
+}
+
+TEST_F(StoreWriteLockOfAnIndex, IsFreeWhenTheIndexMayNotBeRead)
+{
+    const ForeignLock foreign(index, firstLockByte);
+    std::filesystem::permissions(folder.path(), std::filesystem::perms(0755));
+    std::filesystem::permissions(index, std::filesystem::perms::none);
+    const auto run = runForked([this] {
+        becomeUnprivilegedUser();
+        ::_exit(lock.isHeldElsewhere() ? 1 : 0);
+    });
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.errors, "");
+}
+
+TEST_F(StoreWriteLockOfAnIndex, IsFreeWhenSomethingElseStandsInTheIndexesPlace)
+{
+    std::filesystem::remove(index);
+    std::filesystem::create_directory(index);
+    EXPECT_FALSE(lock.isHeldElsewhere());
+    std::filesystem::remove(index);
+    std::filesystem::create_symlink(index, index);
+    EXPECT_FALSE(lock.isHeldElsewhere());
+    std::filesystem::remove(index);
+
+    // A pipe without a writer would block an ordinary open; an alarm ends the process if it does.
+    ASSERT_EQ(::mkfifo(index.c_str(), 0600), 0);
+    const auto run = runForked([this] {
+        ::alarm(10);
+        ::_exit(lock.isHeldElsewhere() ? 1 : 0);
+    });
+    EXPECT_EQ(run.status, 0);
+}
+
+TEST_F(StoreWriteLockOfAnIndex, IsNotHandedDownToOtherPrograms)
+{
+    (void)lock.isHeldElsewhere();
+    int found = 0;
+    for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
+        std::error_code gone;
+        if (std::filesystem::read_symlink(entry.path(), gone) == index) {
+            const int descriptor = std::stoi(entry.path().filename().string());
+            EXPECT_EQ(::fcntl(descriptor, F_GETFD) & FD_CLOEXEC, FD_CLOEXEC);
+            EXPECT_EQ(::fcntl(descriptor, F_GETFL) & O_ACCMODE, O_RDONLY);
+            ++found;
+        }
+    }
+    EXPECT_EQ(found, 1);
+}
+
+} // namespace
+} // namespace orlimo

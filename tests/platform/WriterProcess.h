@@ -1,0 +1,35 @@
+#pragma once
+
+#include "tests/support/ChildProcess.h"
+
+#include <filesystem>
+#include <string>
+
+namespace orlimo {
+
+/// Another process that writes a message store, in transactions that it opens and ends when it is
+/// told to.
+class WriterProcess
+{
+public:
+    /// Creates the store, with one message in it, and keeps it open.
+    explicit WriterProcess(
+        const std::filesystem::path& store, const std::string& synchronous = "full");
+
+    /// Has one command carried out. One that fails is a test failure.
+    void tell(const std::string& command);
+
+    /// Opens a transaction that has written to the log and holds the writer's lock.
+    void holdTransactionOpen();
+
+    /// Ends the process as a crash would.
+    void crash();
+
+private:
+    ChildProcess process;
+};
+
+/// How many messages a reader sees in the store now; -1 when it cannot read it.
+[[nodiscard]] int visibleMessages(const std::filesystem::path& store);
+
+} // namespace orlimo

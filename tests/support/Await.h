@@ -1,0 +1,18 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+
+namespace orlimo {
+
+/// How long a test waits for something that is to happen. Only a broken program ever takes so long.
+inline constexpr std::chrono::seconds generousLimit{60};
+
+/// Runs the event loop until `condition` holds. False when it does not within `limit`.
+[[nodiscard]] bool
+await(const std::function<bool()>& condition, std::chrono::milliseconds limit = generousLimit);
+
+/// Runs the event loop for `span`, for a test that shows that something does not happen.
+void runEventLoop(std::chrono::milliseconds span);
+
+} // namespace orlimo

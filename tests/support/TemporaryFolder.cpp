@@ -1,0 +1,56 @@
+#include "tests/support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <fstream>
+#include <iterator>
+#include <system_error>
+
+#include <fcntl.h>
+#include <stdlib.h>
+#include <unistd.h>
+
+namespace orlimo {
+
+TemporaryFolder::TemporaryFolder()
+{
+    std::string name = (std::filesystem::temp_directory_path() / "orlimo-test-XXXXXX").string();
+    if (::mkdtemp(name.data()) == nullptr) {
+        throw std::system_error(errno, std::generic_category(), name);
+    }
+    folder = name;
+}
+
+TemporaryFolder::~TemporaryFolder()
+{
+    std::error_code ignored;
+    std::filesystem::remove_all(folder, ignored);
+}
+
+std::string contentOf(const std::filesystem::path& file)
+{
+    std::ifstream stream(file, std::ios::binary);
+    EXPECT_TRUE(stream.is_open()) << "cannot read " << file;
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+void writeFile(const std::filesystem::path& file, std::string_view content)
+{
+    std::filesystem::create_directories(file.parent_path());
+    std::ofstream stream(file, std::ios::binary | std::ios::trunc);
+    stream.write(content.data(), static_cast<std::streamsize>(content.size()));
+    stream.close();
+    ASSERT_TRUE(stream.good()) << "cannot write " << file;
+}
+
+void appendToFile(const std::filesystem::path& file, std::string_view content)
+{
+    const int descriptor = ::open(file.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC);
+    ASSERT_GE(descriptor, 0) << file;
+    EXPECT_EQ(
+        ::write(descriptor, content.data(), content.size()), static_cast<ssize_t>(content.size()));
+    ::close(descriptor);
+}
+
+} // namespace orlimo

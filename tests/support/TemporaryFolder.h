@@ -1,0 +1,33 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace orlimo {
+
+/// An empty folder of its own for one test, removed with everything in it at the end.
+class TemporaryFolder
+{
+public:
+    TemporaryFolder();
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+    ~TemporaryFolder();
+
+    [[nodiscard]] const std::filesystem::path& path() const { return folder; }
+
+private:
+    std::filesystem::path folder;
+};
+
+/// The whole content of a file; a test failure and empty when it cannot be read.
+[[nodiscard]] std::string contentOf(const std::filesystem::path& file);
+
+/// Makes `file` hold exactly `content`, its parent folders included.
+void writeFile(const std::filesystem::path& file, std::string_view content);
+
+/// Lengthens `file` by `content`, with one write.
+void appendToFile(const std::filesystem::path& file, std::string_view content);
+
+} // namespace orlimo

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "platform/MainThread.h"
+#include "watch/FileMonitorDelegate.h"
+
+namespace orlimo {
+
+/// Counts how often it is told that the file has grown.
+class CountingDelegate final : public FileMonitorDelegate
+{
+public:
+    void fileDidChange() override
+    {
+        ++calls;
+        strayed += isMainThread() ? 0 : 1;
+    }
+
+    int calls = 0;
+    int strayed = 0; ///< calls outside the main thread
+};
+
+} // namespace orlimo
