@@ -24,7 +24,7 @@ std::string bodyOf(std::size_t length)
 void decodeBody(benchmark::State& state)
 {
     const std::string body = bodyOf(static_cast<std::size_t>(state.range(0)));
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         benchmark::DoNotOptimize(decodeAttributedBody(body));
     }
     state.SetBytesProcessed(
@@ -36,7 +36,7 @@ void copyBody(benchmark::State& state)
 {
     const std::string body = bodyOf(static_cast<std::size_t>(state.range(0)));
     std::string copy(body.size(), '\0');
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         std::memcpy(copy.data(), body.data(), body.size());
         benchmark::DoNotOptimize(copy.data());
         benchmark::ClobberMemory();

@@ -22,7 +22,7 @@ std::string repeated(std::string_view part, std::size_t length)
 void findCodes(benchmark::State& state, std::string_view part)
 {
     const std::string text = repeated(part, static_cast<std::size_t>(state.range(0)));
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         benchmark::DoNotOptimize(findNumbers(text, pattern));
     }
     state.SetComplexityN(state.range(0));

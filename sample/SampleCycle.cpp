@@ -104,7 +104,7 @@ CycleMessage SampleCycle::next()
     }
 }
 
-std::string SampleCycle::freshCode(int digits)
+std::string SampleCycle::freshCode(int digits) const
 {
     // A walk through all numbers of this length in large steps: with a step that shares no factor
     // with the range, none comes twice before all have come.

@@ -18,10 +18,9 @@ namespace {
 /// The present time as the store counts it: nanoseconds since the beginning of 2001, UTC.
 std::int64_t presentDate()
 {
-    using namespace std::chrono;
-    constexpr sys_days beginning = year(2001) / January / 1;
-    return duration_cast<nanoseconds>(system_clock::now() - sys_time<nanoseconds>(beginning))
-        .count();
+    constexpr std::chrono::sys_days beginning = std::chrono::year(2001) / std::chrono::January / 1;
+    const std::chrono::nanoseconds date = std::chrono::system_clock::now() - beginning;
+    return date.count();
 }
 
 /// Marks a store as one of ours ("Orli").
@@ -97,8 +96,7 @@ void SampleStore::open(const std::filesystem::path& file)
     }
     constexpr int patience = 5000;
     (void)sqlite3_busy_timeout(opened, patience);
-    int keepLog = 1;
-    (void)sqlite3_file_control(opened, nullptr, SQLITE_FCNTL_PERSIST_WAL, &keepLog);
+    // The log is then left in place too when this is the last connection that closes.
     (void)sqlite3_db_config(opened, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
 
     // Nothing is written, not even the journal mode, before it is known whose store this is.

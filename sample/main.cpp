@@ -12,9 +12,9 @@
 #include <string_view>
 #include <vector>
 
-namespace {
+namespace orlimo::sample {
 
-using namespace orlimo::sample;
+namespace {
 
 constexpr std::string_view usage = R"(Usage: orlimo-sample-store COMMAND STORE [OPTION...]
 
@@ -182,11 +182,9 @@ void carryOut(CommandLine& line)
     }
 }
 
-} // namespace
-
-int main(int argc, char* argv[])
+/// Does what the command line says and returns the exit status.
+int runProgram(std::vector<std::string> words)
 {
-    std::vector<std::string> words(argv + 1, argv + argc);
     const auto asksForHelp = [](const std::string& word) {
         return word == "--help" || word == "-h";
     };
@@ -205,4 +203,13 @@ int main(int argc, char* argv[])
         std::cerr << "orlimo-sample-store: " << error.what() << '\n';
         return 1;
     }
+}
+
+} // namespace
+
+} // namespace orlimo::sample
+
+int main(int argc, char* argv[])
+{
+    return orlimo::sample::runProgram({argv + 1, argv + argc});
 }

@@ -36,7 +36,12 @@ public:
 class CommitAwareness : public testing::TestWithParam<std::string>
 {
 protected:
-    void TearDown() override { source->cancel(); }
+    void TearDown() override
+    {
+        if (source) {
+            source->cancel();
+        }
+    }
 
     /// Counts events on `queue` and notes how many messages a reader sees at each.
     void watch(Queue& queue)
@@ -265,7 +270,12 @@ protected:
         writeFile(log, "log");
         opened = UniqueFd(::open(log.c_str(), O_RDONLY | O_CLOEXEC));
     }
-    void TearDown() override { source->cancel(); }
+    void TearDown() override
+    {
+        if (source) {
+            source->cancel();
+        }
+    }
 
     /// How long growth takes to be reported: the best of several, so that a busy machine does not
     /// count against it.

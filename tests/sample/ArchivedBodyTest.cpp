@@ -13,32 +13,40 @@
 namespace orlimo::sample {
 namespace {
 
-using namespace std::string_literals;
-
-constexpr const char* smallA = "a";
+using namespace std::string_view_literals;
 
 // The two archives, written out: what stands before the words' length, between the words and the
 // number of characters that the attributes cover, and after it.
-const std::string mutableHead =
+constexpr std::string_view mutableHead =
     "\x04\x0Bstreamtyped\x81\xE8\x03\x84\x01\x40"
     "\x84\x84\x84\x19NSMutableAttributedString\x00\x84\x84\x12NSAttributedString\x00"
     "\x84\x84\x08NSObject\x00\x85\x92\x84\x84\x84\x0FNSMutableString\x01"
-    "\x84\x84\x08NSString\x01\x95\x84\x01\x2B"s;
-const std::string immutableHead =
+    "\x84\x84\x08NSString\x01\x95\x84\x01\x2B"sv;
+constexpr std::string_view immutableHead =
     "\x04\x0Bstreamtyped\x81\xE8\x03\x84\x01\x40"
     "\x84\x84\x84\x12NSAttributedString\x00"
-    "\x84\x84\x08NSObject\x00\x85\x92\x84\x84\x84\x08NSString\x01\x94\x84\x01\x2B"s;
-const std::string attributes = "\x86\x84\x02\x69\x49\x01"s;
-const std::string mutableTail =
+    "\x84\x84\x08NSObject\x00\x85\x92\x84\x84\x84\x08NSString\x01\x94\x84\x01\x2B"sv;
+constexpr std::string_view attributes = "\x86\x84\x02\x69\x49\x01"sv;
+constexpr std::string_view mutableTail =
     "\x92\x84\x84\x84\x0CNSDictionary\x00\x95\x84\x01\x69\x01"
     "\x92\x84\x98\x98\x1D__kIMMessagePartAttributeName\x86"
     "\x92\x84\x84\x84\x08NSNumber\x00\x84\x84\x07NSValue\x00\x95\x84\x01\x2A\x84\x9B\x9B\x00"
-    "\x86\x86\x86"s;
-const std::string immutableTail =
+    "\x86\x86\x86"sv;
+constexpr std::string_view immutableTail =
     "\x92\x84\x84\x84\x0CNSDictionary\x00\x94\x84\x01\x69\x01"
     "\x92\x84\x96\x96\x1D__kIMMessagePartAttributeName\x86"
     "\x92\x84\x84\x84\x08NSNumber\x00\x84\x84\x07NSValue\x00\x94\x84\x01\x2A\x84\x99\x99\x00"
-    "\x86\x86\x86"s;
+    "\x86\x86\x86"sv;
+
+/// The archive of `words`, whose length in bytes and in UTF-16 units is given as it is stored.
+std::string expectedBody(
+    ArchivedString string, std::string_view length, std::string_view words, std::string_view units)
+{
+    const bool isMutable = string == ArchivedString::mutableString;
+    std::string body(isMutable ? mutableHead : immutableHead);
+    body.append(length).append(words).append(attributes).append(units);
+    return body.append(isMutable ? mutableTail : immutableTail);
+}
 
 std::string bytesOf(std::string_view words, ArchivedString string)
 {
@@ -46,80 +54,61 @@ std::string bytesOf(std::string_view words, ArchivedString string)
     return {body.begin(), body.end()};
 }
 
-TEST(ArchivedBody, MutableStringWithAShortWord)
+class ArchivedBody : public testing::TestWithParam<ArchivedString>
 {
-    EXPECT_EQ(
-        bytesOf("Hello", ArchivedString::mutableString),
-        mutableHead + "\x05Hello" + attributes + "\x05" + mutableTail);
+protected:
+    void expect(std::string_view length, std::string_view words, std::string_view units) const
+    {
+        EXPECT_EQ(bytesOf(words, GetParam()), expectedBody(GetParam(), length, words, units));
+    }
+};
+
+TEST_P(ArchivedBody, OfAShortWord)
+{
+    expect("\x05", "Hello", "\x05");
 }
 
-TEST(ArchivedBody, ImmutableStringWithAShortWord)
+TEST_P(ArchivedBody, Of300Bytes)
 {
-    EXPECT_EQ(
-        bytesOf("Hello", ArchivedString::immutableString),
-        immutableHead + "\x05Hello" + attributes + "\x05" + immutableTail);
+    expect("\x81\x2C\x01", std::string(300, 'x'), "\x81\x2C\x01");
 }
 
-TEST(ArchivedBody, MutableStringWith300Bytes)
+TEST_P(ArchivedBody, HasLengthsOfTwoBytesFrom128On)
 {
-    const std::string words(300, 'x');
-    EXPECT_EQ(
-        bytesOf(words, ArchivedString::mutableString),
-        mutableHead + "\x81\x2C\x01" + words + attributes + "\x81\x2C\x01" + mutableTail);
+    expect("\x7F", std::string(127, 'x'), "\x7F");
+    expect("\x81\x80\x00"sv, std::string(128, 'x'), "\x81\x80\x00"sv);
 }
 
-TEST(ArchivedBody, ImmutableStringWith300Bytes)
-{
-    const std::string words(300, 'x');
-    EXPECT_EQ(
-        bytesOf(words, ArchivedString::immutableString),
-        immutableHead + "\x81\x2C\x01" + words + attributes + "\x81\x2C\x01" + immutableTail);
-}
-
-TEST(ArchivedBody, LengthsTakeTwoBytesFrom128On)
-{
-    const std::string words127(127, 'x');
-    EXPECT_EQ(
-        bytesOf(words127, ArchivedString::mutableString),
-        mutableHead + "\x7F" + words127 + attributes + "\x7F" + mutableTail);
-    const std::string words128(128, 'x');
-    EXPECT_EQ(
-        bytesOf(words128, ArchivedString::mutableString),
-        mutableHead + "\x81\x80\x00"s + words128 + attributes + "\x81\x80\x00"s + mutableTail);
-}
-
-TEST(ArchivedBody, WordsCountInBytesAndTheirAttributesInUtf16Units)
+TEST_P(ArchivedBody, CountsWordsInBytesAndTheirAttributesInUtf16Units)
 {
     // One letter of one byte, one of two, one of three, and a picture of four that takes two units.
-    const std::string words = smallA + "\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80"s;
-    EXPECT_EQ(
-        bytesOf(words, ArchivedString::mutableString),
-        mutableHead + "\x0A" + words + attributes + "\x05" + mutableTail);
+    expect("\x0A", "a\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80", "\x05");
 }
 
-TEST(ArchivedBody, PlaceholderOfAnAttachmentIsOneCharacter)
+TEST_P(ArchivedBody, TakesThePlaceholderOfAnAttachmentForOneCharacter)
 {
-    EXPECT_EQ(
-        bytesOf("\xEF\xBF\xBC", ArchivedString::immutableString),
-        immutableHead + "\x03\xEF\xBF\xBC" + attributes + "\x01" + immutableTail);
+    expect("\x03", "\xEF\xBF\xBC", "\x01");
 }
 
-TEST(ArchivedBody, NoWordsAtAll)
+TEST_P(ArchivedBody, OfNoWords)
 {
-    EXPECT_EQ(
-        bytesOf("", ArchivedString::mutableString),
-        mutableHead + "\x00"s + attributes + "\x00"s + mutableTail);
+    expect("\x00"sv, "", "\x00"sv);
 }
 
-TEST(ArchivedBody, LongestWordsAre65535Bytes)
+TEST_P(ArchivedBody, HasWordsOf65535BytesAtTheMost)
 {
     const std::string longest(65535, 'x');
-    EXPECT_EQ(
-        bytesOf(longest, ArchivedString::mutableString),
-        mutableHead + "\x81\xFF\xFF" + longest + attributes + "\x81\xFF\xFF" + mutableTail);
-    EXPECT_THROW(
-        (void)archivedBody(longest + "x", ArchivedString::mutableString), std::length_error);
+    expect("\x81\xFF\xFF", longest, "\x81\xFF\xFF");
+    EXPECT_THROW((void)archivedBody(longest + "x", GetParam()), std::length_error);
 }
+
+INSTANTIATE_TEST_SUITE_P(
+    OfBothStrings,
+    ArchivedBody,
+    testing::Values(ArchivedString::mutableString, ArchivedString::immutableString),
+    [](const auto& parameter) {
+        return parameter.param == ArchivedString::mutableString ? "Mutable" : "Immutable";
+    });
 
 /// The hexadecimal text in which a body comes out of a store.
 std::string readBack(const std::string& words, ArchivedString string)

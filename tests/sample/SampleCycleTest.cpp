@@ -51,6 +51,7 @@ std::vector<CycleMessage> firstMessages(int number)
 {
     SampleCycle cycle;
     std::vector<CycleMessage> messages;
+    messages.reserve(static_cast<std::size_t>(number));
     for (int index = 0; index < number; ++index) {
         messages.push_back(cycle.next());
     }

@@ -50,7 +50,7 @@ TEST_F(SampleService, StoresEachKindOfMessage)
     const auto bodies = content().column("SELECT attributedBody FROM message");
     ASSERT_EQ(bodies.size(), 3U);
     EXPECT_EQ(bodies[0], "NULL");
-    EXPECT_NE(bodies[1].find("\x01\x95\x84\x01\x2B\x18Your code is 482913"), std::string::npos);
+    EXPECT_NE(bodies[1].find("\x01\x95\x84\x01\x2B\x13Your code is 482913"), std::string::npos);
     EXPECT_NE(bodies[2].find("\x01\x94\x84\x01\x2B\x05Hello"), std::string::npos);
 }
 

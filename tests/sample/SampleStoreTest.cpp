@@ -203,7 +203,7 @@ TEST_F(SampleStoreTest, LogGrowsWithEachMessageLongAfterSqliteWouldHaveStartedIt
         ASSERT_GT(logSize(), size) << number;
         size = logSize();
     }
-    constexpr std::uintmax_t sqliteStartsAnew = 1000 * (4096 + 24);
+    constexpr std::uintmax_t sqliteStartsAnew = 1000UL * (4096 + 24);
     EXPECT_GT(size, 2 * sqliteStartsAnew);
     EXPECT_EQ(store.logSize(), size);
 }
@@ -221,9 +221,10 @@ TEST_F(SampleStoreTest, LogIsThereAsSoonAsTheStoreIsOpen)
 
 TEST_F(SampleStoreTest, LogSurvivesTheWriterAndGrowsOnWithTheNext)
 {
-    SampleStore(path(), Synchronous::off).append({.text = "one"});
+    SampleStore(path(), Synchronous::off).append({.text = "only in the log"});
     const auto size = logSize();
     EXPECT_GT(size, 0U);
+    EXPECT_THAT(contentOf(path()), Not(HasSubstr("only in the log")));
     SampleStore(path(), Synchronous::off).append({.text = "two"});
     EXPECT_GT(logSize(), size);
     EXPECT_EQ(content().number("SELECT count(*) FROM message"), 2);
@@ -305,8 +306,10 @@ TEST_F(SampleStoreTest, WritersBesideEachOtherWaitForEachOther)
     // before another's commit could not write any more.
     constexpr int each = 200;
     const SampleStore made(path(), Synchronous::off);
+    constexpr int number = 3;
     std::vector<std::thread> writers;
-    for (int number = 0; number < 3; ++number) {
+    writers.reserve(number);
+    while (writers.size() < number) {
         writers.emplace_back([this] {
             SampleStore store(path(), Synchronous::off);
             for (int round = 0; round < each; ++round) {
@@ -317,7 +320,7 @@ TEST_F(SampleStoreTest, WritersBesideEachOtherWaitForEachOther)
     for (std::thread& writer : writers) {
         writer.join();
     }
-    EXPECT_EQ(content().number("SELECT count(DISTINCT date) FROM message"), 3 * each);
+    EXPECT_EQ(content().number("SELECT count(DISTINCT date) FROM message"), number * each);
 }
 
 TEST_F(SampleStoreTest, SomebodyElsesStoreIsRefusedAndLeftAsItIs)
