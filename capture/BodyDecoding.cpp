@@ -1,6 +1,7 @@
 #include "capture/BodyDecoding.h"
 
 #include "capture/Characters.h"
+#include "capture/Utf16.h"
 #include "capture/Utf8.h"
 #include "platform/FatalStop.h"
 #include "platform/LogLine.h"
@@ -44,11 +45,6 @@ bool isAscii(std::string_view text)
     return std::all_of(text.begin(), text.end(), [](char character) {
         return static_cast<std::uint8_t>(character) < 0x80;
     });
-}
-
-icu::UnicodeString asUtf16(std::string_view text)
-{
-    return icu::UnicodeString::fromUTF8({text.data(), static_cast<std::int32_t>(text.size())});
 }
 
 std::string uppercased(std::string_view text)

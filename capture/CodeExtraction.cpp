@@ -2,6 +2,7 @@
 
 #include "capture/Characters.h"
 #include "capture/PreferenceKeys.h"
+#include "capture/Utf16.h"
 #include "platform/LogLine.h"
 
 #include <unicode/regex.h>
@@ -15,11 +16,6 @@ namespace {
 
 constexpr std::string_view fiveOrSixDigits = R"((?<!\d)\d{5,6}(?!\d))";
 constexpr std::string_view fourToSixDigits = R"((?<!\d)\d{4,6}(?!\d))";
-
-icu::UnicodeString asUtf16(std::string_view text)
-{
-    return icu::UnicodeString::fromUTF8({text.data(), static_cast<std::int32_t>(text.size())});
-}
 
 /// The list in printed form: ["482913", "1234"].
 std::string printed(const std::vector<std::string>& numbers)

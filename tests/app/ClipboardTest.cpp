@@ -26,11 +26,6 @@ protected:
         session.awaitOpenThrottle();
     }
 
-    void deliver(const std::string& command)
-    {
-        EXPECT_THAT(session.writer().ask(command), StartsWith("committed")) << command;
-    }
-
     [[nodiscard]] bool awaitPaste(const std::string& expected) const
     {
         return await([&] { return server.paste("clipboard") == expected; });
@@ -46,13 +41,13 @@ TEST_F(Clipboard, HoldsTheCodeInThePlaceOfItsOldContents)
     server.copy("clipboard", "something that the user copied");
     ASSERT_TRUE(awaitPaste("something that the user copied\n"));
 
-    deliver("text Your code is 482913.");
+    session.deliver("text Your code is 482913.");
     EXPECT_TRUE(awaitPaste("482913")) << server.paste("clipboard");
 }
 
 TEST_F(Clipboard, OffersPlainTextAlone)
 {
-    deliver("text Your code is 482913.");
+    session.deliver("text Your code is 482913.");
     ASSERT_TRUE(awaitPaste("482913"));
 
     const auto targets = server.targets("clipboard");
@@ -76,28 +71,28 @@ TEST_F(Clipboard, LeavesThePrimarySelectionAlone)
     server.copy("primary", "selected with the mouse");
     ASSERT_EQ(server.paste("primary"), "selected with the mouse\n");
 
-    deliver("text Your code is 482913.");
+    session.deliver("text Your code is 482913.");
     ASSERT_TRUE(awaitPaste("482913"));
     EXPECT_EQ(server.paste("primary"), "selected with the mouse\n");
 }
 
 TEST_F(Clipboard, IsTakenAgainFromWhoeverHasTakenIt)
 {
-    deliver("text Your code is 482913.");
+    session.deliver("text Your code is 482913.");
     ASSERT_TRUE(awaitPaste("482913"));
     EXPECT_EQ(session.readReaction().size(), 4U);
     server.copy("clipboard", "mine now");
     ASSERT_TRUE(awaitPaste("mine now\n"));
     session.awaitOpenThrottle();
 
-    deliver("body Your code is 59302.");
+    session.deliver("body Your code is 59302.");
     EXPECT_TRUE(awaitPaste("59302"));
 }
 
 TEST_F(Clipboard, IsLeftAloneByMessagesWithoutACode)
 {
     server.copy("clipboard", "something that the user copied");
-    deliver("text Lunch at noon?");
+    session.deliver("text Lunch at noon?");
     ASSERT_TRUE(session.program().awaitLine("Lunch at noon?"));
     runEventLoop(std::chrono::milliseconds(200));
     EXPECT_EQ(server.paste("clipboard"), "something that the user copied\n");
@@ -107,7 +102,7 @@ TEST_F(Clipboard, IsLeftAloneWhileCapturingIsOff)
 {
     server.copy("clipboard", "something that the user copied");
     writeFile(session.preferences(), "[General]\ncapturingEnabled=false\n");
-    deliver("text Your code is 482913.");
+    session.deliver("text Your code is 482913.");
     runEventLoop(std::chrono::milliseconds(500));
     EXPECT_EQ(server.paste("clipboard"), "something that the user copied\n");
 }
@@ -115,7 +110,7 @@ TEST_F(Clipboard, IsLeftAloneWhileCapturingIsOff)
 TEST_F(Clipboard, HoldsDigitsOfAnotherScriptAsTheyCame)
 {
     const std::string code = "\xD9\xA4\xD9\xA8\xD9\xA2\xD9\xA9\xD9\xA1\xD9\xA3"; // Arabic-Indic
-    deliver("text " + code);
+    session.deliver("text " + code);
     EXPECT_TRUE(awaitPaste(code)) << server.paste("clipboard");
 }
 
@@ -141,7 +136,7 @@ TEST(ClipboardWithoutAReaderOfTheOutput, HoldsTheCodeAllTheSame)
     ASSERT_TRUE(await([&session] { return std::filesystem::exists(session.preferences()); }));
     ProgramSession::waitThrottleOut();
 
-    EXPECT_THAT(session.writer().ask("text Your code is 482913."), StartsWith("committed"));
+    session.deliver("text Your code is 482913.");
     EXPECT_TRUE(await([&server] { return server.paste("clipboard") == "482913"; }));
     EXPECT_TRUE(session.program().isRunning());
 }

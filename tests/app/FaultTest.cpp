@@ -17,7 +17,6 @@ namespace {
 using testing::ElementsAre;
 using testing::ElementsAreArray;
 using testing::HasSubstr;
-using testing::StartsWith;
 
 constexpr uid_t someUser = 65533;
 
@@ -81,11 +80,6 @@ protected:
         session.awaitOpenThrottle();
     }
 
-    void deliver(const std::string& command)
-    {
-        EXPECT_THAT(session.writer().ask(command), StartsWith("committed")) << command;
-    }
-
     ProgramSession session;
 };
 
@@ -126,19 +120,19 @@ TEST_F(Fault, LockedStoreIsReportedAndReadAgainWhenItIsFree)
     session.startWriter();
     // From its next change on the writer keeps the store to itself, and its lock for good.
     ASSERT_EQ(session.writer().ask("sql PRAGMA locking_mode=EXCLUSIVE"), "ok");
-    deliver("text Code 111111");
+    session.deliver("text Code 111111");
     session.startProgram();
     ASSERT_TRUE(session.program().awaitLine("file access allowed"));
     ProgramSession::waitThrottleOut();
 
-    deliver("text Code 222222");
+    session.deliver("text Code 222222");
     ASSERT_EQ(session.program().readLine(), "ready to access disk");
     EXPECT_EQ(session.program().readLine(), "error preparing fetch limit : v1database is locked");
     ASSERT_EQ(
         session.writer().ask("sql PRAGMA locking_mode=NORMAL; SELECT count(*) FROM message"), "ok");
     ProgramSession::waitThrottleOut();
 
-    deliver("text Code 333333");
+    session.deliver("text Code 333333");
     EXPECT_THAT(
         session.readReaction(),
         ElementsAreArray(ProgramSession::reactionTo("Code 333333", "333333")));
@@ -154,7 +148,7 @@ TEST_F(Fault, RowWithNeitherTextNorBodyStopsTheProgram)
         "ok");
 
     EXPECT_EQ(session.program().awaitEnd().signal, SIGABRT);
-    auto lines = ProgramSession::startUpLines;
+    auto lines = ProgramSession::startUpLines();
     lines.emplace_back("ready to access disk");
     EXPECT_THAT(linesOf(session.program().output()), ElementsAreArray(lines));
     EXPECT_THAT(session.program().errors(), HasSubstr("capture/BodyDecoding.cpp"));
@@ -171,7 +165,7 @@ TEST_F(Fault, MalformedLongBodyStopsTheProgramAfterItsLogLine)
         "ok");
 
     EXPECT_EQ(session.program().awaitEnd().signal, SIGABRT);
-    auto lines = ProgramSession::startUpLines;
+    auto lines = ProgramSession::startUpLines();
     lines.emplace_back("ready to access disk");
     lines.emplace_back("first 129");
     EXPECT_THAT(linesOf(session.program().output()), ElementsAreArray(lines));
@@ -196,12 +190,12 @@ TEST_F(Fault, HugeTextIsReadToItsEnd)
 TEST_F(Fault, TenThousandDigitsAreNoCode)
 {
     startOpen();
-    deliver("text Code 482913");
+    session.deliver("text Code 482913");
     EXPECT_EQ(session.readReaction().size(), 4U);
     session.awaitOpenThrottle();
 
     const std::string digits(10000, '7');
-    deliver("text " + digits);
+    session.deliver("text " + digits);
     EXPECT_THAT(
         session.readReaction(),
         ElementsAre(
@@ -215,13 +209,13 @@ TEST_F(Fault, TenThousandDigitsAreNoCode)
 TEST_F(Fault, TruncatedLogIsWatchedOn)
 {
     startOpen();
-    deliver("text Code 111111");
+    session.deliver("text Code 111111");
     EXPECT_EQ(session.readReaction().size(), 4U);
     session.awaitOpenThrottle();
 
     ASSERT_EQ(session.writer().ask("truncate"), "ok");
     ASSERT_EQ(std::filesystem::file_size(session.log()), 0U);
-    deliver("text Code 222222");
+    session.deliver("text Code 222222");
     EXPECT_THAT(
         session.readReaction(),
         ElementsAreArray(ProgramSession::reactionTo("Code 222222", "222222")));
@@ -238,7 +232,7 @@ TEST_F(Fault, DeletedLogIsNotHeardOfAgain)
 
     EXPECT_TRUE(session.program().isRunning());
     EXPECT_THAT(
-        linesOf(session.program().output()), ElementsAreArray(ProgramSession::startUpLines));
+        linesOf(session.program().output()), ElementsAreArray(ProgramSession::startUpLines()));
 }
 
 TEST_F(Fault, ReplacedLogIsNotHeardOfAgain)
@@ -252,13 +246,13 @@ TEST_F(Fault, ReplacedLogIsNotHeardOfAgain)
 
     EXPECT_TRUE(session.program().isRunning());
     EXPECT_THAT(
-        linesOf(session.program().output()), ElementsAreArray(ProgramSession::startUpLines));
+        linesOf(session.program().output()), ElementsAreArray(ProgramSession::startUpLines()));
 }
 
 TEST_F(Fault, StoreIsByteForByteTheSameAfterManyChecks)
 {
     startOpen();
-    deliver("text Code 482913");
+    session.deliver("text Code 482913");
     EXPECT_EQ(session.readReaction().size(), 4U);
     const std::string store = contentOf(session.store());
     const std::string log = contentOf(session.log());
@@ -280,13 +274,13 @@ TEST_F(Fault, StoreIsByteForByteTheSameAfterManyChecks)
 TEST_F(Fault, KilledProgramLeavesTheStoreWhole)
 {
     startOpen();
-    deliver("text Code 482913");
+    session.deliver("text Code 482913");
     ASSERT_TRUE(session.program().awaitLine("ready to access disk"));
     session.program().signal(SIGKILL);
     EXPECT_EQ(session.program().awaitEnd().signal, SIGKILL);
 
     EXPECT_EQ(integrityOf(session.store()), "ok");
-    deliver("text Code 59302");
+    session.deliver("text Code 59302");
 }
 
 /// A home that its owner cannot write to.
@@ -304,20 +298,20 @@ TEST_F(ReadOnlyHome, WithStoredPreferencesStillCaptures)
         session.preferences(),
         "[General]\ncapturingEnabled=true\nfourDigitInclude=true\nloginItemEnabled=true\n");
     session.startWriter();
-    EXPECT_THAT(session.writer().ask("text Hello"), StartsWith("committed"));
+    session.deliver("text Hello");
     makeReadOnly(session.home());
     session.startProgram();
     ASSERT_TRUE(session.program().awaitLine("file access allowed"));
     ProgramSession::waitThrottleOut();
 
-    EXPECT_THAT(session.writer().ask("text Code 482913"), StartsWith("committed"));
+    session.deliver("text Code 482913");
     EXPECT_EQ(session.readReaction().back(), "file changed!! at message: code? 482913");
 }
 
 TEST_F(ReadOnlyHome, WithoutPreferencesSaysSoAndCapturesNothing)
 {
     session.startWriter();
-    EXPECT_THAT(session.writer().ask("text Hello"), StartsWith("committed"));
+    session.deliver("text Hello");
     makeReadOnly(session.home());
     session.startProgram();
     ASSERT_TRUE(session.program().awaitLine("file access allowed"));
@@ -326,11 +320,11 @@ TEST_F(ReadOnlyHome, WithoutPreferencesSaysSoAndCapturesNothing)
     }));
     ProgramSession::waitThrottleOut();
 
-    EXPECT_THAT(session.writer().ask("text Code 482913"), StartsWith("committed"));
+    session.deliver("text Code 482913");
     runEventLoop(std::chrono::milliseconds(500));
     EXPECT_TRUE(session.program().isRunning());
     EXPECT_THAT(
-        linesOf(session.program().output()), ElementsAreArray(ProgramSession::startUpLines));
+        linesOf(session.program().output()), ElementsAreArray(ProgramSession::startUpLines()));
 }
 
 TEST(FullInotifyTable, RefusesAccess)

@@ -14,16 +14,17 @@ constexpr std::chrono::milliseconds throttleInterval(1700);
 
 } // namespace
 
-const std::vector<std::string> ProgramSession::startUpLines{
-    "Database init",
-    "database connected!!",
-    "OrlimoApp init",
-    "registFileObserver",
-    "init file monitor",
-    "file access allowed",
-};
-
-const std::string ProgramSession::reactionPrefix = "file changed!! at message: code? ";
+std::vector<std::string> ProgramSession::startUpLines()
+{
+    return {
+        "Database init",
+        "database connected!!",
+        "OrlimoApp init",
+        "registFileObserver",
+        "init file monitor",
+        "file access allowed",
+    };
+}
 
 ProgramSession::ProgramSession()
     : ProgramSession(Settings{})
@@ -44,12 +45,12 @@ void ProgramSession::start()
     startWriter();
     startProgram();
     std::vector<std::string> lines;
-    while (lines.size() < startUpLines.size()) {
+    while (lines.size() < startUpLines().size()) {
         const auto line = program().readLine();
         ASSERT_TRUE(line) << "the program ended: " << program().errors();
         lines.push_back(*line);
     }
-    ASSERT_EQ(lines, startUpLines);
+    ASSERT_EQ(lines, startUpLines());
     didReact();
 }
 
@@ -82,6 +83,12 @@ void ProgramSession::startProgram()
         childSettings.environment[variable] = value;
     }
     programProcess = std::make_unique<ChildProcess>(ORLIMO_PROGRAM, childSettings);
+}
+
+void ProgramSession::deliver(const std::string& command)
+{
+    const std::string answer = writer().ask(command);
+    EXPECT_TRUE(answer.starts_with("committed")) << command << ": " << answer;
 }
 
 void ProgramSession::awaitOpenThrottle() const

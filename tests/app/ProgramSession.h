@@ -42,6 +42,9 @@ public:
     /// Starts the program alone.
     void startProgram();
 
+    /// Has the writer carry out a command that stores a message, and returns when it is committed.
+    void deliver(const std::string& command);
+
     /// Waits until the program's throttle is open again, counted from the last reaction that was
     /// seen.
     void awaitOpenThrottle() const;
@@ -75,10 +78,10 @@ public:
     [[nodiscard]] ChildProcess& program() { return *programProcess; }
 
     /// What the program prints while it starts on a store that it may watch.
-    static const std::vector<std::string> startUpLines;
+    [[nodiscard]] static std::vector<std::string> startUpLines();
 
     /// The first words of the line that names a copied code.
-    static const std::string reactionPrefix;
+    static constexpr const char* reactionPrefix = "file changed!! at message: code? ";
 
 private:
     void didReact();

@@ -35,18 +35,12 @@ protected:
         session.awaitOpenThrottle();
     }
 
-    /// Has the writer deliver a message and waits until it is committed.
-    void deliver(const std::string& command)
-    {
-        EXPECT_THAT(session.writer().ask(command), StartsWith("committed")) << command;
-    }
-
     ProgramSession session;
 };
 
 TEST_F(RoadOfMessage, TextBecomesACode)
 {
-    deliver("text Your code is 482913.");
+    session.deliver("text Your code is 482913.");
     EXPECT_THAT(
         session.readReaction(),
         ElementsAreArray(ProgramSession::reactionTo("Your code is 482913.", "482913")));
@@ -54,7 +48,7 @@ TEST_F(RoadOfMessage, TextBecomesACode)
 
 TEST_F(RoadOfMessage, BodyBecomesACode)
 {
-    deliver("body Your code is 482913.");
+    session.deliver("body Your code is 482913.");
     EXPECT_THAT(
         session.readReaction(),
         ElementsAre(
@@ -68,7 +62,7 @@ TEST_F(RoadOfMessage, BodyBecomesACode)
 TEST_F(RoadOfMessage, LongBodyBecomesACode)
 {
     const std::string words = std::string(300, 'x') + " 59302";
-    deliver("body " + words);
+    session.deliver("body " + words);
     EXPECT_THAT(
         session.readReaction(),
         ElementsAre(
@@ -82,14 +76,14 @@ TEST_F(RoadOfMessage, LongBodyBecomesACode)
 TEST_F(RoadOfMessage, DigitsOfAnotherScriptBecomeACode)
 {
     const std::string code = fullWidth("482913");
-    deliver("text Code " + code);
+    session.deliver("text Code " + code);
     EXPECT_THAT(
         session.readReaction(), ElementsAreArray(ProgramSession::reactionTo("Code " + code, code)));
 }
 
 TEST_F(RoadOfMessage, EveryNumberIsLoggedAndTheFirstIsTaken)
 {
-    deliver("text PIN 4321, code 654321");
+    session.deliver("text PIN 4321, code 654321");
     EXPECT_THAT(
         session.readReaction(),
         ElementsAre(
@@ -101,11 +95,11 @@ TEST_F(RoadOfMessage, EveryNumberIsLoggedAndTheFirstIsTaken)
 
 TEST_F(RoadOfMessage, MessageWithoutACodeLeavesTheWordToTheOneBefore)
 {
-    deliver("text Code 482913");
+    session.deliver("text Code 482913");
     EXPECT_EQ(session.readReaction().size(), 4U);
     session.awaitOpenThrottle();
 
-    deliver("text Lunch at noon?");
+    session.deliver("text Lunch at noon?");
     EXPECT_THAT(
         session.readReaction(),
         ElementsAre(
@@ -118,11 +112,11 @@ TEST_F(RoadOfMessage, MessageWithoutACodeLeavesTheWordToTheOneBefore)
 
 TEST_F(RoadOfMessage, ImmutableBodyIsPassedOver)
 {
-    deliver("text Code 482913");
+    session.deliver("text Code 482913");
     EXPECT_EQ(session.readReaction().size(), 4U);
     session.awaitOpenThrottle();
 
-    deliver("immutable Code 777777");
+    session.deliver("immutable Code 777777");
     EXPECT_THAT(
         session.readReaction(),
         ElementsAre(
@@ -145,7 +139,7 @@ TEST_F(RoadOfMessage, OnlyTheTenNewestMessagesAreRead)
     ASSERT_TRUE(session.program().awaitLine("plain 1"));
     ProgramSession::waitThrottleOut();
 
-    deliver("text Code 59302");
+    session.deliver("text Code 59302");
     EXPECT_THAT(
         session.readReaction(),
         ElementsAreArray(ProgramSession::reactionTo("Code 59302", "59302")));
@@ -155,19 +149,19 @@ TEST_F(RoadOfMessage, OnlyTheTenNewestMessagesAreRead)
 TEST_F(RoadOfMessage, BurstGivesOneReactionAndIsCaughtUpWithLater)
 {
     const auto start = steady_clock::now();
-    deliver("text Code 111111");
+    session.deliver("text Code 111111");
     EXPECT_THAT(
         session.readReaction(),
         ElementsAreArray(ProgramSession::reactionTo("Code 111111", "111111")));
-    deliver("text Code 222222");
-    deliver("text Code 333333");
+    session.deliver("text Code 222222");
+    session.deliver("text Code 333333");
     if (steady_clock::now() - start > 1500ms) {
         GTEST_SKIP() << "the machine stalled: the burst was none";
     }
     session.awaitOpenThrottle();
 
     // No trailing reaction came in between, and the messages of the burst are found now.
-    deliver("text Lunch at noon?");
+    session.deliver("text Lunch at noon?");
     EXPECT_THAT(
         session.readReaction(),
         ElementsAre(
@@ -183,13 +177,13 @@ TEST(ClosedThrottle, DropsWhatComesRightAfterTheStart)
     ProgramSession session;
     const auto start = steady_clock::now();
     session.start();
-    EXPECT_THAT(session.writer().ask("text Code 111111"), StartsWith("committed"));
+    session.deliver("text Code 111111");
     if (steady_clock::now() - start > 1500ms) {
         GTEST_SKIP() << "the machine stalled: the throttle may have opened";
     }
     session.awaitOpenThrottle();
 
-    EXPECT_THAT(session.writer().ask("text Lunch at noon?"), StartsWith("committed"));
+    session.deliver("text Lunch at noon?");
     EXPECT_THAT(
         session.readReaction(),
         ElementsAre(
@@ -202,7 +196,7 @@ TEST(ClosedThrottle, DropsWhatComesRightAfterTheStart)
 
 TEST_F(RoadOfMessage, AnyGrowthCopiesTheSameCodeAgain)
 {
-    deliver("text Code 482913");
+    session.deliver("text Code 482913");
     EXPECT_EQ(session.readReaction().size(), 4U);
     session.awaitOpenThrottle();
 
@@ -216,11 +210,11 @@ TEST_F(RoadOfMessage, AnyGrowthCopiesTheSameCodeAgain)
 TEST_F(RoadOfMessage, CapturingSwitchedOffIgnoresTheChangeAltogether)
 {
     writeFile(session.preferences(), "[General]\ncapturingEnabled=false\nfourDigitInclude=true\n");
-    deliver("text Code 111111");
+    session.deliver("text Code 111111");
     ProgramSession::waitThrottleOut();
 
     writeFile(session.preferences(), "[General]\ncapturingEnabled=true\nfourDigitInclude=true\n");
-    deliver("text Code 222222");
+    session.deliver("text Code 222222");
     EXPECT_THAT(
         session.readReaction(),
         ElementsAreArray(ProgramSession::reactionTo("Code 222222", "222222")));
@@ -228,12 +222,12 @@ TEST_F(RoadOfMessage, CapturingSwitchedOffIgnoresTheChangeAltogether)
 
 TEST_F(RoadOfMessage, FourDigitsSwitchedOffTakesEffectAtTheNextMessage)
 {
-    deliver("text PIN 4321");
+    session.deliver("text PIN 4321");
     EXPECT_EQ(session.readReaction().back(), "file changed!! at message: code? 4321");
     session.awaitOpenThrottle();
 
     writeFile(session.preferences(), "[General]\ncapturingEnabled=true\nfourDigitInclude=false\n");
-    deliver("text PIN 4321, code 654321");
+    session.deliver("text PIN 4321, code 654321");
     EXPECT_THAT(
         session.readReaction(),
         ElementsAreArray(ProgramSession::reactionTo("PIN 4321, code 654321", "654321")));

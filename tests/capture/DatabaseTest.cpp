@@ -1,6 +1,5 @@
 #include "capture/Database.h"
 
-#include "platform/LibraryFolder.h"
 #include "tests/capture/BodyBytes.h"
 #include "tests/capture/KeptDatabase.h"
 #include "tests/capture/OpenedConnections.h"
@@ -19,11 +18,9 @@
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
-#include <latch>
 #include <limits>
 #include <memory>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include <unistd.h>
@@ -749,49 +746,6 @@ TEST_F(UnchangedStore, WhenItsWriterHasCrashed)
     const auto before = storeFiles(library());
     EXPECT_THAT(fetched(), ElementsAre(textMessage(1, "only")));
     EXPECT_TRUE(storeFiles(library()) == before);
-}
-
-// The one reader of the program.
-
-TEST(SharedDatabaseDeathTest, IsMadeOnceByWhicheverThreadComesFirst)
-{
-    EXPECT_EXIT(
-        {
-            ::dup2(STDERR_FILENO, STDOUT_FILENO);
-            std::filesystem::create_directories(libraryFolder().value_or("") / "Messages");
-            constexpr std::size_t number = 16;
-            std::vector<Database*> seen(number);
-            std::latch start(number);
-            {
-                std::vector<std::jthread> threads;
-                for (std::size_t index = 0; index < number; ++index) {
-                    threads.emplace_back([&seen, &start, index] {
-                        start.arrive_and_wait();
-                        seen[index] = &Database::shared();
-                    });
-                }
-            }
-            const bool same = seen == std::vector<Database*>(number, seen.front());
-            ::_exit(same && &Database::shared() == seen.front() ? 0 : 1);
-        },
-        testing::ExitedWithCode(0),
-        testing::MatchesRegex("Database init\ndatabase connected!!\n"));
-}
-
-TEST(SharedDatabaseDeathTest, ReadsTheStoreOfTheUser)
-{
-    EXPECT_EXIT(
-        {
-            ::dup2(STDERR_FILENO, STDOUT_FILENO);
-            StoreWriter writer(libraryFolder().value_or(""));
-            writer.appendText("the user's own");
-            ::_exit(
-                Database::shared().fetchMessages(10) == Messages{textMessage(1, "the user's own")}
-                    ? 0
-                    : 1);
-        },
-        testing::ExitedWithCode(0),
-        testing::MatchesRegex("Database init\ndatabase connected!!\n"));
 }
 
 } // namespace

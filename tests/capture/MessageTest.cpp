@@ -4,6 +4,7 @@
 #include "tests/capture/BodyBytes.h"
 #include "tests/capture/KeptDatabase.h"
 #include "tests/capture/MessageTestBase.h"
+#include "tests/capture/OwnHome.h"
 #include "tests/capture/RecordingPasteboard.h"
 #include "tests/capture/StoreFiles.h"
 #include "tests/support/Await.h"
@@ -98,6 +99,7 @@ TEST(MessageDeathTest, EveryOneHasTheSharedReaderAndThePlatformsOwn)
     EXPECT_EXIT(
         {
             ::dup2(STDERR_FILENO, STDOUT_FILENO);
+            moveIntoOwnHome();
             StoreWriter store(libraryFolder().value_or(""));
             store.appendText("Your code is 482913");
             standardUserDefaults().setBool(true, preference::capturingEnabled);
@@ -134,9 +136,9 @@ TEST_F(MessageTest, WatchesTheLog)
 {
     CaptureHost given = host();
     std::vector<std::filesystem::path> watched;
-    given.makeFileMonitor = [&watched](const auto& file) {
+    given.makeFileMonitor = [&watched, make = given.makeFileMonitor](const auto& file) {
         watched.push_back(file);
-        return FileMonitor::create(file);
+        return make(file);
     };
     const auto message = Message::create(given);
     const OutputCapture capture;

@@ -1,6 +1,7 @@
 #include "tests/capture/MessageTestBase.h"
 
 #include "capture/PreferenceKeys.h"
+#include "tests/capture/IdleVnodeSource.h"
 #include "tests/capture/KeptDatabase.h"
 #include "tests/support/OutputCapture.h"
 
@@ -10,6 +11,19 @@
 #include <utility>
 
 namespace orlimo {
+
+namespace {
+
+WatchHost idleHost()
+{
+    WatchHost host = WatchHost::native();
+    host.makeVnodeSource = [](int, VnodeEvents, Queue&) {
+        return std::make_unique<IdleVnodeSource>();
+    };
+    return host;
+}
+
+} // namespace
 
 MessageTestBase::MessageTestBase()
     : store(library.path())
@@ -32,7 +46,7 @@ CaptureHost MessageTestBase::host() const
         .userDefaults = defaults,
         .pasteboard = generalPasteboard(),
         .libraryFolder = [folder = library.path()] { return folder; },
-        .makeFileMonitor = [](const auto& file) { return FileMonitor::create(file); },
+        .makeFileMonitor = [](const auto& file) { return FileMonitor::create(file, idleHost()); },
     };
 }
 

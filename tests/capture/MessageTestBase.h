@@ -22,10 +22,11 @@ protected:
 
     [[nodiscard]] std::filesystem::path log() const;
 
-    /// The program's own host, but for the place of the store.
+    /// The program's own host, but for the place of the store, and for a watch that opens the log
+    /// and then hears nothing: changes are told by the test.
     [[nodiscard]] CaptureHost host() const;
 
-    /// A controller that watches the store. What it logs on the way is swallowed.
+    /// A controller that was allowed to watch the store. What it logs on the way is swallowed.
     [[nodiscard]] static std::shared_ptr<Message> watching(CaptureHost host);
     [[nodiscard]] std::shared_ptr<Message> watching() const { return watching(host()); }
 

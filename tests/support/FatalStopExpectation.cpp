@@ -1,5 +1,8 @@
 #include "tests/support/FatalStopExpectation.h"
 
+#include "tests/support/ForkedRun.h"
+
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <csignal>
@@ -37,14 +40,13 @@ void expectFatalStop(
     }
     whole.append("Orlimo stops at ").append(escaped(stop.file)).append(":[0-9]+: ");
     whole.append(escaped(stop.reason)).append("\n");
-    EXPECT_EXIT(
-        {
-            // Both streams in one, so that the order shows too.
-            ::dup2(STDERR_FILENO, STDOUT_FILENO);
-            work();
-        },
-        testing::KilledBySignal(SIGABRT),
-        testing::MatchesRegex(whole));
+    const ForkedRun run = runForked([&work] {
+        // Both streams in one, so that the order shows too.
+        ::dup2(STDERR_FILENO, STDOUT_FILENO);
+        work();
+    });
+    EXPECT_EQ(run.signal, SIGABRT);
+    EXPECT_THAT(run.errors, testing::MatchesRegex(whole));
 }
 
 } // namespace orlimo

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "platform/VnodeSource.h"
+
+namespace orlimo {
+
+/// A vnode source that never reports anything, and keeps nothing alive. Takes none of the watches
+/// of which the host has few.
+class IdleVnodeSource final : public VnodeSource
+{
+public:
+    void setEventHandler(Handler /*handler*/) override {}
+    void setCancelHandler(Handler /*handler*/) override {}
+    void resume() override {}
+    void cancel() override {}
+    [[nodiscard]] VnodeEvents data() const override { return 0; }
+};
+
+} // namespace orlimo

@@ -1,0 +1,23 @@
+#include "tests/capture/OwnHome.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+
+#include <stdlib.h>
+
+namespace orlimo {
+
+void moveIntoOwnHome()
+{
+    // No thread has been started yet.
+    const std::filesystem::path shared = std::getenv("HOME"); // NOLINT(concurrency-mt-unsafe)
+    std::string home = shared / "home-XXXXXX";
+    if (::mkdtemp(home.data()) == nullptr) {
+        std::abort();
+    }
+    ::setenv("HOME", home.c_str(), 1);                           // NOLINT(concurrency-mt-unsafe)
+    ::setenv("XDG_CONFIG_HOME", (home + "/.config").c_str(), 1); // NOLINT(concurrency-mt-unsafe)
+}
+
+} // namespace orlimo

@@ -1,0 +1,135 @@
+#include "capture/Database.h"
+#include "platform/LibraryFolder.h"
+#include "tests/capture/OwnHome.h"
+#include "tests/support/Await.h"
+#include "tests/support/StoreWriter.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <filesystem>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace orlimo {
+
+namespace {
+
+constexpr std::size_t threadCount = 16;
+
+/// Standard output as a pipe that is full: the next line that is written waits until it is drained.
+class FullPipe
+{
+public:
+    FullPipe()
+    {
+        (void)::pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK);
+        const std::array<char, 4096> page{};
+        while (::write(ends[1], page.data(), page.size()) > 0) {
+            filling += page.size();
+        }
+        (void)::fcntl(ends[1], F_SETFL, 0);
+        (void)::dup2(ends[1], STDOUT_FILENO);
+    }
+
+    /// Takes out what is there now.
+    void drain()
+    {
+        std::array<char, 4096> part{};
+        ssize_t got = 0;
+        while ((got = ::read(ends[0], part.data(), part.size())) > 0) {
+            content.append(part.data(), static_cast<std::size_t>(got));
+        }
+    }
+
+    /// What was written after the pipe was full.
+    [[nodiscard]] std::string lines() const { return content.substr(filling); }
+
+private:
+    std::array<int, 2> ends{};
+    std::size_t filling = 0;
+    std::string content;
+};
+
+/// Whether no other thread of this process is running.
+bool othersSleep()
+{
+    const std::filesystem::directory_iterator tasks("/proc/self/task");
+    return std::all_of(begin(tasks), end(tasks), [](const auto& task) {
+        if (task.path().filename() == std::to_string(::getpid())) {
+            return true;
+        }
+        std::array<char, 512> text{};
+        const int file = ::open((task.path() / "stat").c_str(), O_RDONLY | O_CLOEXEC);
+        (void)::read(file, text.data(), text.size() - 1);
+        ::close(file);
+        const std::string_view status(text.data());
+        return status.substr(status.rfind(')') + 1).starts_with(" S");
+    });
+}
+
+/// Lets many threads ask for the shared reader while the first of them is still making it, which is
+/// held up where it writes its first log line.
+[[noreturn]] void askForReaderOnManyThreads()
+{
+    moveIntoOwnHome();
+    std::filesystem::create_directories(libraryFolder().value_or("") / "Messages");
+    FullPipe output;
+    std::vector<Database*> readers(threadCount);
+    std::atomic<std::size_t> started = 0;
+    std::atomic<std::size_t> finished = 0;
+    std::vector<std::jthread> threads;
+    for (Database*& reader : readers) {
+        threads.emplace_back([&reader, &started, &finished] {
+            ++started;
+            reader = &Database::shared();
+            ++finished;
+        });
+    }
+    const bool allWaited = await([&started] { return started == threadCount && othersSleep(); });
+    const bool allReturned = await([&output, &finished] {
+        output.drain();
+        return finished == threadCount;
+    });
+    threads.clear();
+    output.drain();
+    const std::string lines = output.lines();
+    (void)::write(STDERR_FILENO, lines.data(), lines.size());
+    const bool isOne = std::count(readers.begin(), readers.end(), &Database::shared()) ==
+                       static_cast<std::ptrdiff_t>(threadCount);
+    ::_exit(allWaited && allReturned && isOne ? 0 : 1);
+}
+
+TEST(SharedDatabaseDeathTest, IsMadeOnceByWhicheverThreadComesFirst)
+{
+    EXPECT_EXIT(
+        askForReaderOnManyThreads(),
+        testing::ExitedWithCode(0),
+        testing::MatchesRegex("Database init\ndatabase connected!!\n"));
+}
+
+TEST(SharedDatabaseDeathTest, ReadsTheStoreOfTheUser)
+{
+    EXPECT_EXIT(
+        {
+            ::dup2(STDERR_FILENO, STDOUT_FILENO);
+            moveIntoOwnHome();
+            StoreWriter writer(libraryFolder().value_or(""));
+            writer.appendText("the user's own");
+            const auto messages = Database::shared().fetchMessages(10);
+            ::_exit(messages.size() == 1 && messages[0].text == "the user's own" ? 0 : 1);
+        },
+        testing::ExitedWithCode(0),
+        testing::MatchesRegex("Database init\ndatabase connected!!\n"));
+}
+
+} // namespace
+
+} // namespace orlimo
