@@ -26,9 +26,16 @@ protected:
         session.awaitOpenThrottle();
     }
 
-    [[nodiscard]] bool awaitPaste(const std::string& expected) const
+    /// Waits until `expected` is what a program pastes; says what is there instead when it is not.
+    [[nodiscard]] testing::AssertionResult awaitPaste(const std::string& expected)
     {
-        return await([&] { return server.paste("clipboard") == expected; });
+        if (await([&] { return server.paste("clipboard") == expected; })) {
+            return testing::AssertionSuccess();
+        }
+        return testing::AssertionFailure()
+               << "the clipboard holds \"" << server.paste("clipboard")
+               << "\"; the program printed\n"
+               << session.program().output() << session.program().errors();
     }
 
     XServer server;
@@ -42,7 +49,7 @@ TEST_F(Clipboard, HoldsTheCodeInThePlaceOfItsOldContents)
     ASSERT_TRUE(awaitPaste("something that the user copied\n"));
 
     session.deliver("text Your code is 482913.");
-    EXPECT_TRUE(awaitPaste("482913")) << server.paste("clipboard");
+    EXPECT_TRUE(awaitPaste("482913"));
 }
 
 TEST_F(Clipboard, OffersPlainTextAlone)
@@ -111,7 +118,7 @@ TEST_F(Clipboard, HoldsDigitsOfAnotherScriptAsTheyCame)
 {
     const std::string code = "\xD9\xA4\xD9\xA8\xD9\xA2\xD9\xA9\xD9\xA1\xD9\xA3"; // Arabic-Indic
     session.deliver("text " + code);
-    EXPECT_TRUE(awaitPaste(code)) << server.paste("clipboard");
+    EXPECT_TRUE(awaitPaste(code));
 }
 
 /// Makes standard output a pipe that nobody reads any more.

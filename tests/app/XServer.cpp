@@ -51,8 +51,9 @@ void XServer::copy(const std::string& selection, const std::string& text) const
     ChildProcess tool("/usr/bin/xclip", clipboardTool(name, {"-i", "-selection", selection}));
     tool.writeLine(text);
     tool.closeInput();
-    // The tool leaves a process behind that owns the selection, and ends itself.
+    // The tool leaves a process behind that owns the selection, soon after it ends itself.
     tool.awaitEnd();
+    EXPECT_TRUE(await([&] { return paste(selection) == text + "\n"; }));
 }
 
 } // namespace orlimo

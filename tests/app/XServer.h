@@ -24,7 +24,7 @@ public:
     /// The targets that the owner of `selection` offers.
     [[nodiscard]] std::vector<std::string> targets(const std::string& selection) const;
 
-    /// Makes another program own `selection` with `text`.
+    /// Makes another program own `selection` with `text` and a line break, and waits until it does.
     void copy(const std::string& selection, const std::string& text) const;
 
 private:

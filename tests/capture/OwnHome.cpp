@@ -4,8 +4,6 @@
 #include <filesystem>
 #include <string>
 
-#include <stdlib.h>
-
 namespace orlimo {
 
 void moveIntoOwnHome()

@@ -86,6 +86,7 @@ bool othersSleep()
     std::atomic<std::size_t> started = 0;
     std::atomic<std::size_t> finished = 0;
     std::vector<std::jthread> threads;
+    threads.reserve(threadCount);
     for (Database*& reader : readers) {
         threads.emplace_back([&reader, &started, &finished] {
             ++started;
