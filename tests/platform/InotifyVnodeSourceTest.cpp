@@ -341,6 +341,8 @@ TEST_F(InotifyVnodeSourceTest, LeavesSignalsToTheMainThread)
 {
     const auto before = threads();
     watch();
+    append();
+    ASSERT_TRUE(awaitDelivery()) << "a thread that has not begun yet blocks every signal";
     for (const std::string& thread : threads()) {
         if (!before.contains(thread)) {
             const auto blocked = std::stoull(statusOf(thread, "SigBlk"), nullptr, 16);
