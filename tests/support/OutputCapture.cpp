@@ -12,8 +12,7 @@
 namespace orlimo {
 
 OutputCapture::OutputCapture()
-    : saved(-1)
-    , file(std::tmpfile())
+    : file(std::tmpfile())
 {
     (void)std::fflush(stdout);
     saved = ::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 3);

@@ -22,7 +22,7 @@ public:
     [[nodiscard]] std::vector<std::string> lines() const;
 
 private:
-    int saved;
+    int saved = -1;
     std::FILE* file;
 };
 
