@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QIcon>
+
+#include <memory>
+
+class QWidget;
+
+namespace orlimo {
+
+/// An icon in the host's menu bar or panel, and the window that a click on it opens and closes. The
+/// window closes by itself when it loses the focus or on Escape. Main thread.
+class MenuBarExtra
+{
+public:
+    MenuBarExtra() = default;
+    MenuBarExtra(const MenuBarExtra&) = delete;
+    MenuBarExtra& operator=(const MenuBarExtra&) = delete;
+    virtual ~MenuBarExtra() = default;
+
+    /// Opens the window at its place, in front and with the focus.
+    virtual void open() = 0;
+    virtual void close() = 0;
+    [[nodiscard]] virtual bool isOpen() const = 0;
+
+    /// Shows `label` as the icon. `content` becomes the window; it is not owned and must outlive
+    /// the extra.
+    [[nodiscard]] static std::unique_ptr<MenuBarExtra> create(QWidget& content, const QIcon& label);
+};
+
+} // namespace orlimo
