@@ -32,27 +32,23 @@ QPainterPath continuousRoundedRectangle(const QRectF& rectangle, double radius)
         path.addRect(rectangle);
         return path;
     }
-    const double across = std::min(bounded * reachOfCurve, width / 2);
-    const double down = std::min(bounded * reachOfCurve, height / 2);
-    const double handleAcross = handleOf(across, bounded);
-    const double handleDown = handleOf(down, bounded);
+    // The same on both edges: round ends stay round.
+    const double reach = std::min({bounded * reachOfCurve, width / 2, height / 2});
+    const double handle = handleOf(reach, bounded);
 
     const auto point = [&rectangle](double x, double y) {
         return rectangle.topLeft() + QPointF(x, y);
     };
-    path.moveTo(point(across, 0));
-    path.lineTo(point(width - across, 0));
-    path.cubicTo(point(width - handleAcross, 0), point(width, handleDown), point(width, down));
-    path.lineTo(point(width, height - down));
+    path.moveTo(point(reach, 0));
+    path.lineTo(point(width - reach, 0));
+    path.cubicTo(point(width - handle, 0), point(width, handle), point(width, reach));
+    path.lineTo(point(width, height - reach));
     path.cubicTo(
-        point(width, height - handleDown),
-        point(width - handleAcross, height),
-        point(width - across, height));
-    path.lineTo(point(across, height));
-    path.cubicTo(
-        point(handleAcross, height), point(0, height - handleDown), point(0, height - down));
-    path.lineTo(point(0, down));
-    path.cubicTo(point(0, handleDown), point(handleAcross, 0), point(across, 0));
+        point(width, height - handle), point(width - handle, height), point(width - reach, height));
+    path.lineTo(point(reach, height));
+    path.cubicTo(point(handle, height), point(0, height - handle), point(0, height - reach));
+    path.lineTo(point(0, reach));
+    path.cubicTo(point(0, handle), point(handle, 0), point(reach, 0));
     path.closeSubpath();
     return path;
 }

@@ -35,11 +35,22 @@ TextBlock::TextBlock(const QString& text, const QFont& font)
     layOut(unlimitedWidth, QTextOption::NoWrap);
 }
 
-TextBlock::TextBlock(const QString& text, const QFont& font, double width)
-    : usedFont(font)
-    , layout(std::make_unique<QTextLayout>(text, font))
+TextBlock TextBlock::wrapped(const QString& text, const QFont& font, double width)
 {
-    layOut(width, QTextOption::WrapAtWordBoundaryOrAnywhere);
+    TextBlock block(text, font);
+    constexpr auto wrapMode = QTextOption::WrapAtWordBoundaryOrAnywhere;
+    block.layOut(width, wrapMode);
+    const int lineCount = block.lineCount();
+    double tooNarrow = 0;
+    double wideEnough = width;
+    while (lineCount > 1 && wideEnough - tooNarrow > 1) {
+        const double middle = std::floor((tooNarrow + wideEnough) / 2);
+        block.layOut(middle, wrapMode);
+        (block.lineCount() > lineCount ? tooNarrow : wideEnough) = middle;
+    }
+    block.layOut(wideEnough, wrapMode);
+    block.centreLines();
+    return block;
 }
 
 TextBlock TextBlock::fitted(const QString& text, const QFont& font, double width)
@@ -77,6 +88,15 @@ void TextBlock::draw(QPainter& painter, QPointF topLeft) const
 {
     for (int number = 0; number < layout->lineCount(); ++number) {
         layout->lineAt(number).draw(&painter, topLeft);
+    }
+}
+
+void TextBlock::centreLines()
+{
+    const double width = size().width();
+    for (int number = 0; number < layout->lineCount(); ++number) {
+        QTextLine line = layout->lineAt(number);
+        line.setPosition({std::floor((width - line.naturalTextWidth()) / 2), line.y()});
     }
 }
 

@@ -18,8 +18,10 @@ class TextBlock
 public:
     /// One line, as wide as it comes.
     TextBlock(const QString& text, const QFont& font);
-    /// Wrapped to `width` points.
-    TextBlock(const QString& text, const QFont& font, double width);
+
+    /// Wrapped at word boundaries to `width` points, on lines of about the same length, each in the
+    /// middle of the block.
+    [[nodiscard]] static TextBlock wrapped(const QString& text, const QFont& font, double width);
 
     /// One line, in a font made smaller where that is needed to fit `width` points.
     [[nodiscard]] static TextBlock fitted(const QString& text, const QFont& font, double width);
@@ -35,6 +37,7 @@ public:
 
 private:
     void layOut(double width, QTextOption::WrapMode wrapMode);
+    void centreLines();
 
     QFont usedFont;
     std::unique_ptr<QTextLayout> layout;

@@ -50,13 +50,13 @@ bool TextLabel::hasHeightForWidth() const
 
 int TextLabel::heightForWidth(int width) const
 {
-    return static_cast<int>(TextBlock(text(), font(), width).size().height());
+    return static_cast<int>(TextBlock::wrapped(text(), font(), width).size().height());
 }
 
 TextBlock TextLabel::block() const
 {
     return lines == Lines::one ? TextBlock::fitted(text(), font(), width())
-                               : TextBlock(text(), font(), width());
+                               : TextBlock::wrapped(text(), font(), width());
 }
 
 QRectF TextLabel::textArea() const
