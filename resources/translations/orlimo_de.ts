@@ -13,7 +13,18 @@
     </message>
 </context>
 <context>
-    <name>HelperView</name>
+    <name>MenuBarExtra</name>
+    <message>
+        <source>Open Orlimo</source>
+        <translation>Orlimo öffnen</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <translation>Beenden</translation>
+    </message>
+</context>
+<context>
+    <name>orlimo::HelperView</name>
     <message>
         <source>Allow acess</source>
         <translation>Zugriff erlauben</translation>
@@ -32,18 +43,7 @@
     </message>
 </context>
 <context>
-    <name>MenuBarExtra</name>
-    <message>
-        <source>Open Orlimo</source>
-        <translation>Orlimo öffnen</translation>
-    </message>
-    <message>
-        <source>Quit</source>
-        <translation>Beenden</translation>
-    </message>
-</context>
-<context>
-    <name>PopupView</name>
+    <name>orlimo::PopupView</name>
     <message>
         <source>Capture Options</source>
         <translation>Erfassungsoptionen</translation>
@@ -54,11 +54,11 @@
     </message>
     <message>
         <source>Include 4 digit code</source>
-        <translation>Auch 4-stellige Codes</translation>
+        <translation>4-stellige Codes erfassen</translation>
     </message>
     <message>
         <source>Launch at login</source>
-        <translation>Bei Anmeldung öffnen</translation>
+        <translation>Bei der Anmeldung öffnen</translation>
     </message>
     <message>
         <source>Latest Code</source>
@@ -70,7 +70,7 @@
     </message>
 </context>
 <context>
-    <name>StatusMenuView</name>
+    <name>orlimo::StatusMenuView</name>
     <message>
         <source>About</source>
         <translation>Über Orlimo</translation>

@@ -13,7 +13,18 @@
     </message>
 </context>
 <context>
-    <name>HelperView</name>
+    <name>MenuBarExtra</name>
+    <message>
+        <source>Open Orlimo</source>
+        <translation>Ouvrir Orlimo</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <translation>Quitter</translation>
+    </message>
+</context>
+<context>
+    <name>orlimo::HelperView</name>
     <message>
         <source>Allow acess</source>
         <translation>Autoriser l’accès</translation>
@@ -32,18 +43,7 @@
     </message>
 </context>
 <context>
-    <name>MenuBarExtra</name>
-    <message>
-        <source>Open Orlimo</source>
-        <translation>Ouvrir Orlimo</translation>
-    </message>
-    <message>
-        <source>Quit</source>
-        <translation>Quitter</translation>
-    </message>
-</context>
-<context>
-    <name>PopupView</name>
+    <name>orlimo::PopupView</name>
     <message>
         <source>Capture Options</source>
         <translation>Options de capture</translation>
@@ -54,11 +54,11 @@
     </message>
     <message>
         <source>Include 4 digit code</source>
-        <translation>Codes à 4 chiffres</translation>
+        <translation>Inclure codes à 4 chiffres</translation>
     </message>
     <message>
         <source>Launch at login</source>
-        <translation>Ouvrir à la connexion</translation>
+        <translation>Ouvrir avec la session</translation>
     </message>
     <message>
         <source>Latest Code</source>
@@ -70,7 +70,7 @@
     </message>
 </context>
 <context>
-    <name>StatusMenuView</name>
+    <name>orlimo::StatusMenuView</name>
     <message>
         <source>About</source>
         <translation>À propos</translation>

@@ -13,7 +13,18 @@
     </message>
 </context>
 <context>
-    <name>HelperView</name>
+    <name>MenuBarExtra</name>
+    <message>
+        <source>Open Orlimo</source>
+        <translation>Apri Orlimo</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <translation>Esci</translation>
+    </message>
+</context>
+<context>
+    <name>orlimo::HelperView</name>
     <message>
         <source>Allow acess</source>
         <translation>Consenti accesso</translation>
@@ -32,18 +43,7 @@
     </message>
 </context>
 <context>
-    <name>MenuBarExtra</name>
-    <message>
-        <source>Open Orlimo</source>
-        <translation>Apri Orlimo</translation>
-    </message>
-    <message>
-        <source>Quit</source>
-        <translation>Esci</translation>
-    </message>
-</context>
-<context>
-    <name>PopupView</name>
+    <name>orlimo::PopupView</name>
     <message>
         <source>Capture Options</source>
         <translation>Opzioni di acquisizione</translation>
@@ -70,7 +70,7 @@
     </message>
 </context>
 <context>
-    <name>StatusMenuView</name>
+    <name>orlimo::StatusMenuView</name>
     <message>
         <source>About</source>
         <translation>Informazioni</translation>

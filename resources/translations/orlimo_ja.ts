@@ -13,7 +13,18 @@
     </message>
 </context>
 <context>
-    <name>HelperView</name>
+    <name>MenuBarExtra</name>
+    <message>
+        <source>Open Orlimo</source>
+        <translation>Orlimoを開く</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <translation>終了</translation>
+    </message>
+</context>
+<context>
+    <name>orlimo::HelperView</name>
     <message>
         <source>Allow acess</source>
         <translation>アクセスを許可</translation>
@@ -32,18 +43,7 @@
     </message>
 </context>
 <context>
-    <name>MenuBarExtra</name>
-    <message>
-        <source>Open Orlimo</source>
-        <translation>Orlimoを開く</translation>
-    </message>
-    <message>
-        <source>Quit</source>
-        <translation>終了</translation>
-    </message>
-</context>
-<context>
-    <name>PopupView</name>
+    <name>orlimo::PopupView</name>
     <message>
         <source>Capture Options</source>
         <translation>取得オプション</translation>
@@ -70,7 +70,7 @@
     </message>
 </context>
 <context>
-    <name>StatusMenuView</name>
+    <name>orlimo::StatusMenuView</name>
     <message>
         <source>About</source>
         <translation>Orlimoについて</translation>

@@ -13,7 +13,18 @@
     </message>
 </context>
 <context>
-    <name>HelperView</name>
+    <name>MenuBarExtra</name>
+    <message>
+        <source>Open Orlimo</source>
+        <translation>Orlimo 열기</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <translation>종료</translation>
+    </message>
+</context>
+<context>
+    <name>orlimo::HelperView</name>
     <message>
         <source>Allow acess</source>
         <translation>접근 허용</translation>
@@ -32,18 +43,7 @@
     </message>
 </context>
 <context>
-    <name>MenuBarExtra</name>
-    <message>
-        <source>Open Orlimo</source>
-        <translation>Orlimo 열기</translation>
-    </message>
-    <message>
-        <source>Quit</source>
-        <translation>종료</translation>
-    </message>
-</context>
-<context>
-    <name>PopupView</name>
+    <name>orlimo::PopupView</name>
     <message>
         <source>Capture Options</source>
         <translation>코드 인식 옵션</translation>
@@ -70,7 +70,7 @@
     </message>
 </context>
 <context>
-    <name>StatusMenuView</name>
+    <name>orlimo::StatusMenuView</name>
     <message>
         <source>About</source>
         <translation>Orlimo에 관하여</translation>

@@ -13,7 +13,18 @@
     </message>
 </context>
 <context>
-    <name>HelperView</name>
+    <name>MenuBarExtra</name>
+    <message>
+        <source>Open Orlimo</source>
+        <translation>Abrir o Orlimo</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <translation>Encerrar</translation>
+    </message>
+</context>
+<context>
+    <name>orlimo::HelperView</name>
     <message>
         <source>Allow acess</source>
         <translation>Permitir acesso</translation>
@@ -32,18 +43,7 @@
     </message>
 </context>
 <context>
-    <name>MenuBarExtra</name>
-    <message>
-        <source>Open Orlimo</source>
-        <translation>Abrir o Orlimo</translation>
-    </message>
-    <message>
-        <source>Quit</source>
-        <translation>Encerrar</translation>
-    </message>
-</context>
-<context>
-    <name>PopupView</name>
+    <name>orlimo::PopupView</name>
     <message>
         <source>Capture Options</source>
         <translation>Opções de captura</translation>
@@ -54,7 +54,7 @@
     </message>
     <message>
         <source>Include 4 digit code</source>
-        <translation>Códigos de 4 dígitos</translation>
+        <translation>Incluir códigos de 4 dígitos</translation>
     </message>
     <message>
         <source>Launch at login</source>
@@ -70,7 +70,7 @@
     </message>
 </context>
 <context>
-    <name>StatusMenuView</name>
+    <name>orlimo::StatusMenuView</name>
     <message>
         <source>About</source>
         <translation>Sobre</translation>

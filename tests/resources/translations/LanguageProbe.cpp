@@ -10,7 +10,7 @@ int main(int argc, char* argv[])
 {
     QCoreApplication application(argc, argv);
     orlimo::installTranslations(application);
-    QTextStream(stdout) << QCoreApplication::translate("PopupView", "Copy") << ' '
+    QTextStream(stdout) << QCoreApplication::translate("orlimo::PopupView", "Copy") << ' '
                         << QCoreApplication::translate("QPlatformTheme", "Cancel") << '\n';
     return 0;
 }

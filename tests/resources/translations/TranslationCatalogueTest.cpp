@@ -145,7 +145,7 @@ TEST(TranslationCatalogue, NamesTheToolkitsOwn)
 /// The word "Copy" as the program says it now, and "Cancel" as the toolkit does.
 std::string wordsSpoken()
 {
-    return (QCoreApplication::translate("PopupView", "Copy") + QLatin1Char(' ') +
+    return (QCoreApplication::translate("orlimo::PopupView", "Copy") + QLatin1Char(' ') +
             QCoreApplication::translate("QPlatformTheme", "Cancel"))
         .toStdString();
 }
