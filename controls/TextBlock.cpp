@@ -2,6 +2,7 @@
 
 #include "controls/LayoutMetrics.h"
 
+#include <QFontMetricsF>
 #include <QPainter>
 #include <QTextOption>
 
@@ -19,11 +20,12 @@ constexpr double unlimitedWidth = 100'000;
 /// The size below which shrinking a text further would not help anybody.
 constexpr int smallestPixelSize = 6;
 
-/// Where the baseline stands in a line, so that the glyphs of one font size are in its middle:
-/// Latin capitals and ideographs, with their parts below the baseline, then leave about equal room.
-double baselineOf(const QTextLine& line, int lineHeight)
+/// Where the baseline stands in a line. The font that was asked for decides it alone, so that text
+/// of another script, which comes from another font, stands just as high.
+double baselineOf(const QFont& font, int lineHeight)
 {
-    return (lineHeight + line.ascent() - line.descent()) / 2;
+    const QFontMetricsF metrics(font);
+    return std::round((lineHeight + metrics.ascent() - metrics.descent()) / 2);
 }
 
 } // namespace
@@ -106,12 +108,12 @@ void TextBlock::layOut(double width, QTextOption::WrapMode wrapMode)
     option.setWrapMode(wrapMode);
     layout->setTextOption(option);
     const int height = metrics::lineHeight(usedFont.pixelSize());
+    const double baseline = baselineOf(usedFont, height);
     layout->beginLayout();
     int number = 0;
     for (QTextLine line = layout->createLine(); line.isValid(); line = layout->createLine()) {
         line.setLineWidth(width);
-        const double baseline = number * height + std::round(baselineOf(line, height));
-        line.setPosition({0, baseline - line.ascent()});
+        line.setPosition({0, number * height + baseline - line.ascent()});
         ++number;
     }
     layout->endLayout();
