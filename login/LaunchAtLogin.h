@@ -1,0 +1,42 @@
+#pragma once
+
+#include "login/LoginHost.h"
+#include "platform/UnifiedLog.h"
+
+class QLabel;
+
+namespace orlimo {
+
+/// The program as a login item: whether the host starts it at each login. The host alone keeps the
+/// registration; every call asks it anew. Main thread.
+class LaunchAtLogin
+{
+public:
+    class Observable;
+    template <typename Label = QLabel> class Toggle;
+
+    LaunchAtLogin() = delete;
+
+    /// Whether the program is registered and the user has not switched it off.
+    [[nodiscard]] static bool isEnabled(const LoginHost& host = LoginHost::native());
+
+    /// Announces the change through observable(), then registers the program, afresh where it
+    /// already is, or ends the registration. A failure is one entry in the log and nothing else.
+    static void setEnabled(bool enabled, const LoginHost& host = LoginHost::native());
+
+    /// Whether the host's login item mechanism made this launch. False once launching has
+    /// finished.
+    [[nodiscard]] static bool wasLaunchedAtLogin(const LoginHost& host = LoginHost::native());
+
+    /// The one instance that views observe. Made at the first call, lives to the end of the
+    /// process.
+    [[nodiscard]] static Observable& observable();
+
+private:
+    friend struct LoginHost;
+
+    /// Made at the first call, lives to the end of the process.
+    [[nodiscard]] static UnifiedLog& logger();
+};
+
+} // namespace orlimo

@@ -1,0 +1,77 @@
+#include "platform/LoginItemService.h"
+#include "platform/linux/AutostartEntry.h"
+#include "platform/linux/HomeFolder.h"
+#include "platform/linux/RunningProgram.h"
+
+#include <QString>
+
+#include <cerrno>
+#include <cstdlib>
+#include <filesystem>
+
+namespace orlimo {
+
+namespace {
+
+/// Where the desktop looks for the user's own entries. Absent when the host knows no home for the
+/// user.
+std::optional<std::filesystem::path> autostartFolder()
+{
+    // NOLINTBEGIN(concurrency-mt-unsafe): never set
+    const char* const configuration = std::getenv("XDG_CONFIG_HOME");
+    if (configuration != nullptr && *configuration == '/') {
+        return std::filesystem::path(configuration) / "autostart";
+    }
+    auto home = homeFolder(std::getenv("HOME"), std::nullopt);
+    // NOLINTEND(concurrency-mt-unsafe)
+    if (!home) {
+        home = homeFolder(nullptr, homeInUserDatabase());
+    }
+    return home ? std::optional(*home / ".config" / "autostart") : std::nullopt;
+}
+
+/// The entry of the program as it stands at this moment.
+std::optional<AutostartEntry> ownEntry()
+{
+    const auto folder = autostartFolder();
+    return folder ? std::optional<AutostartEntry>(std::in_place, *folder, runningProgram())
+                  : std::nullopt;
+}
+
+ServiceError noHome()
+{
+    const auto words = QStringLiteral("HOME: ") + qt_error_string(ENOENT);
+    return {.code = ENOENT, .localizedDescription = words.toStdString()};
+}
+
+class XdgLoginItemService final : public LoginItemService
+{
+public:
+    [[nodiscard]] LoginItemStatus status() const override
+    {
+        const auto entry = ownEntry();
+        return entry ? entry->status() : LoginItemStatus::notRegistered;
+    }
+
+    [[nodiscard]] std::optional<ServiceError> registerItem() override
+    {
+        const auto entry = ownEntry();
+        return entry ? entry->add() : noHome();
+    }
+
+    [[nodiscard]] std::optional<ServiceError> unregisterItem() override
+    {
+        const auto entry = ownEntry();
+        return entry ? entry->remove() : noHome();
+    }
+};
+
+} // namespace
+
+LoginItemService& mainAppService()
+{
+    static XdgLoginItemService service;
+    return service;
+}
+
+} // namespace orlimo
