@@ -1,5 +1,7 @@
 #include "platform/MainThread.h"
 
+#include "platform/FatalStop.h"
+
 #include <unistd.h>
 
 namespace orlimo {
@@ -8,6 +10,13 @@ bool isMainThread()
 {
     // The first thread's id is the process's id.
     return ::gettid() == ::getpid();
+}
+
+void requireMainThread(const char* file, int line)
+{
+    if (!isMainThread()) {
+        fatalStop("called off the main thread", file, line);
+    }
 }
 
 } // namespace orlimo

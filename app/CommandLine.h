@@ -1,0 +1,34 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace orlimo {
+
+/// What the program is asked to do on its command line. Made before the toolkit's application
+/// object, so that it needs no display.
+struct CommandLine
+{
+    enum class Request {
+        run,
+        /// Run, started by the host because the user has just logged in.
+        runLaunchedAtLogin,
+        /// Write `text` to standard output and end with status 0.
+        print,
+        /// Write `text` to standard error and end with status 2.
+        refuse,
+    };
+
+    /// The argument with which a login item starts the program.
+    static constexpr std::string_view launchedAtLoginOption = "--launched-at-login";
+
+    Request request = Request::run;
+    /// What there is to write, with its line break; empty when the program is to run.
+    std::string text;
+
+    /// Reads the arguments as main() gets them. The first one that settles the matter wins. What
+    /// the toolkit takes for itself (-platform, -style ...) is passed over.
+    [[nodiscard]] static CommandLine parse(int argc, const char* const* argv);
+};
+
+} // namespace orlimo

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QColor>
+
+class QPalette;
+
+/// The colours of the views, each taken from the palette at the moment of painting, so that a
+/// change of scheme is followed at once.
+namespace orlimo {
+
+/// How a colour is found in the palette of the widget that is painted.
+using PaletteColor = QColor (*)(const QPalette& palette);
+
+/// The least contrast at which small text is legible (WCAG 2.1, level AA).
+inline constexpr double legibleContrast = 4.5;
+
+/// The contrast between two opaque colours, 1 to 21 (WCAG 2.1).
+[[nodiscard]] double contrastRatio(const QColor& one, const QColor& other);
+
+/// `color`, made darker or lighter, whichever leads away from `background`, by as little as it
+/// takes to be legible on it.
+[[nodiscard]] QColor legibleColor(const QColor& color, const QColor& background);
+
+/// `color` laid over the opaque `background`.
+[[nodiscard]] QColor blended(const QColor& color, const QColor& background);
+
+[[nodiscard]] QColor windowColor(const QPalette& palette);
+[[nodiscard]] QColor textColor(const QPalette& palette);
+/// Gray text, legible on the window.
+[[nodiscard]] QColor grayColor(const QPalette& palette);
+[[nodiscard]] QColor whiteColor(const QPalette& palette);
+/// The accent colour, dark enough that white text is legible on it.
+[[nodiscard]] QColor accentColor(const QPalette& palette);
+/// A thin line between things.
+[[nodiscard]] QColor separatorColor(const QPalette& palette);
+/// A surface that stands out a little from the window, and its outline.
+[[nodiscard]] QColor surfaceColor(const QPalette& palette);
+[[nodiscard]] QColor surfaceBorderColor(const QPalette& palette);
+
+} // namespace orlimo

@@ -1,0 +1,58 @@
+#include "controls/GroupBox.h"
+
+#include "controls/Colors.h"
+#include "controls/LayoutMetrics.h"
+#include "controls/RoundedRectangle.h"
+#include "controls/SymbolLabel.h"
+#include "controls/TextLabel.h"
+
+#include <QAccessibleWidget>
+#include <QPainter>
+#include <QVBoxLayout>
+
+namespace orlimo {
+
+namespace {
+
+QAccessibleInterface* makeAccessibleGroup(const QString& /*className*/, QObject* object)
+{
+    auto* group = qobject_cast<GroupBox*>(object);
+    return group == nullptr ? nullptr
+                            : new QAccessibleWidget(
+                                  group, QAccessible::Grouping, group->title().textLabel().text());
+}
+
+} // namespace
+
+GroupBox::GroupBox(SymbolLabel* title)
+    : titleLabel(title)
+    , box(new QWidget)
+    , content(new QVBoxLayout(box))
+{
+    auto* stack = new QVBoxLayout(this);
+    stack->setContentsMargins(0, 0, 0, 0);
+    stack->setSpacing(titleGap);
+    stack->addWidget(titleLabel);
+    stack->addWidget(box);
+    content->setContentsMargins(contentPadding, contentPadding, contentPadding, contentPadding);
+    content->setSpacing(metrics::defaultSpacing);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    QAccessible::installFactory(makeAccessibleGroup);
+}
+
+void GroupBox::addView(QWidget* view, Qt::Alignment alignment)
+{
+    content->addWidget(view, 0, alignment);
+}
+
+void GroupBox::paintEvent(QPaintEvent* /*event*/)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(surfaceBorderColor(palette()), 1));
+    painter.setBrush(surfaceColor(palette()));
+    painter.drawPath(
+        continuousRoundedRectangle(QRectF(boxArea()).adjusted(0.5, 0.5, -0.5, -0.5), cornerRadius));
+}
+
+} // namespace orlimo

@@ -1,0 +1,45 @@
+#include "controls/SymbolLabel.h"
+
+#include "controls/LayoutMetrics.h"
+#include "controls/TextLabel.h"
+#include "platform/SystemSymbol.h"
+
+#include <QHBoxLayout>
+#include <QPainter>
+#include <QStyle>
+
+#include <utility>
+
+namespace orlimo {
+
+SymbolLabel::SymbolLabel(
+    const QString& text, QString systemSymbolName, int fontPixelSize, PaletteColor color)
+    : symbol(std::move(systemSymbolName))
+    , colorOf(color)
+    , label(new TextLabel(text, fontPixelSize, color))
+{
+    auto* row = new QHBoxLayout(this);
+    const QSize symbolSize = systemSymbolSize(symbol, fontPixelSize);
+    row->setContentsMargins(symbolSize.isEmpty() ? 0 : symbolSize.width() + gap, 0, 0, 0);
+    row->setSpacing(0);
+    row->addWidget(label);
+    setFixedHeight(metrics::lineHeight(fontPixelSize));
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+}
+
+QRect SymbolLabel::symbolArea() const
+{
+    const QSize size = systemSymbolSize(symbol, label->fontPixelSize());
+    const QRect leading(QPoint(0, (height() - size.height()) / 2), size);
+    return QStyle::visualRect(layoutDirection(), rect(), leading);
+}
+
+void SymbolLabel::paintEvent(QPaintEvent* /*event*/)
+{
+    QPainter painter(this);
+    painter.drawPixmap(
+        symbolArea().topLeft(),
+        systemSymbol(symbol, label->fontPixelSize(), colorOf(palette()), devicePixelRatioF()));
+}
+
+} // namespace orlimo

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "controls/Colors.h"
+
+#include <QString>
+#include <QWidget>
+
+namespace orlimo {
+
+class TextLabel;
+
+/// A system symbol and a text beside it, both in the same size and colour. Announced as its text.
+class SymbolLabel : public QWidget
+{
+    Q_OBJECT
+
+public:
+    SymbolLabel(
+        const QString& text,
+        QString systemSymbolName,
+        int fontPixelSize,
+        PaletteColor color = textColor);
+
+    [[nodiscard]] const TextLabel& textLabel() const { return *label; }
+    [[nodiscard]] const QString& symbolName() const { return symbol; }
+    /// Where the symbol is drawn.
+    [[nodiscard]] QRect symbolArea() const;
+
+    /// Between the symbol and the text, in points.
+    static constexpr int gap = 6;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    QString symbol;
+    PaletteColor colorOf;
+    TextLabel* label;
+};
+
+} // namespace orlimo

@@ -1,0 +1,126 @@
+#include "controls/TextButton.h"
+
+#include "controls/FocusRing.h"
+#include "controls/LayoutMetrics.h"
+#include "controls/RoundedRectangle.h"
+#include "controls/SymbolLabel.h"
+#include "controls/TextBlock.h"
+#include "platform/SystemSymbol.h"
+
+#include <QPainter>
+#include <QStyle>
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace orlimo {
+
+namespace {
+
+QColor textWithOpacity(const QPalette& palette, float opacity)
+{
+    QColor color = textColor(palette);
+    color.setAlphaF(opacity);
+    return color;
+}
+
+} // namespace
+
+TextButton::TextButton(const QString& text, Look buttonLook)
+    : QPushButton(text)
+    , appearance(std::move(buttonLook))
+{
+    QFont systemFont;
+    systemFont.setPixelSize(appearance.fontPixelSize);
+    setFont(systemFont);
+    setAutoDefault(false);
+    setFocusPolicy(Qt::StrongFocus);
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    FocusRing::attach(*this, cornerRadius);
+}
+
+QSize TextButton::sizeHint() const
+{
+    const QSize label = TextBlock(text(), font()).size().toSize();
+    return QSize(label.width() + symbolAdvance(), label.height()).grownBy(appearance.padding);
+}
+
+QSize TextButton::minimumSizeHint() const
+{
+    const QMargins& padding = appearance.padding;
+    return {padding.left() + symbolAdvance() + padding.right(), sizeHint().height()};
+}
+
+int TextButton::symbolAdvance() const
+{
+    const QSize symbol = systemSymbolSize(appearance.systemSymbolName, appearance.fontPixelSize);
+    return symbol.isEmpty() ? 0 : symbol.width() + SymbolLabel::gap;
+}
+
+QRectF TextButton::labelArea() const
+{
+    const QRectF inside = QRectF(rect()).marginsRemoved(appearance.padding);
+    const double textWidth =
+        TextBlock::fitted(text(), font(), inside.width() - symbolAdvance()).size().width();
+    const double width = symbolAdvance() + textWidth;
+    return {
+        std::floor(inside.left() + (inside.width() - width) / 2),
+        inside.top(),
+        width,
+        inside.height()};
+}
+
+QColor TextButton::surface() const
+{
+    if (isDown()) {
+        return textWithOpacity(palette(), 0.16F);
+    }
+    if (appearance.style == Style::bordered) {
+        return textWithOpacity(palette(), underMouse() ? 0.12F : 0.08F);
+    }
+    return underMouse() ? textWithOpacity(palette(), 0.06F) : QColor(Qt::transparent);
+}
+
+void TextButton::enterEvent(QEnterEvent* event)
+{
+    QPushButton::enterEvent(event);
+    update();
+}
+
+void TextButton::leaveEvent(QEvent* event)
+{
+    QPushButton::leaveEvent(event);
+    update();
+}
+
+void TextButton::paintEvent(QPaintEvent* /*event*/)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.fillPath(continuousRoundedRectangle(rect(), cornerRadius), surface());
+
+    const QRectF label = labelArea();
+    const QColor color = textColor(palette());
+    const int advance = symbolAdvance();
+    if (advance > 0) {
+        const QSize symbol =
+            systemSymbolSize(appearance.systemSymbolName, appearance.fontPixelSize);
+        const QRect place(
+            QPoint(
+                static_cast<int>(label.left()),
+                static_cast<int>(label.center().y() - symbol.height() / 2.0)),
+            symbol);
+        painter.drawPixmap(
+            QStyle::visualRect(layoutDirection(), label.toRect(), place).topLeft(),
+            systemSymbol(
+                appearance.systemSymbolName, appearance.fontPixelSize, color, devicePixelRatioF()));
+    }
+    painter.setPen(color);
+    const TextBlock block = TextBlock::fitted(text(), font(), label.width() - advance);
+    const double left =
+        layoutDirection() == Qt::RightToLeft ? label.left() : label.left() + advance;
+    block.draw(painter, {left, std::floor(label.center().y() - block.size().height() / 2)});
+}
+
+} // namespace orlimo

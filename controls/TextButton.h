@@ -1,0 +1,56 @@
+#pragma once
+
+#include "controls/Colors.h"
+
+#include <QMargins>
+#include <QPushButton>
+
+namespace orlimo {
+
+/// A button with a text, and a system symbol before it where one is named.
+class TextButton : public QPushButton
+{
+    Q_OBJECT
+
+public:
+    enum class Style {
+        plain,    ///< nothing but its label, until the pointer or a press is on it
+        bordered, ///< on a surface of its own
+    };
+
+    struct Look
+    {
+        Style style = Style::bordered;
+        int fontPixelSize = 13;
+        /// Around the label, part of the button.
+        QMargins padding{};
+        QString systemSymbolName{};
+    };
+
+    TextButton(const QString& text, Look buttonLook);
+
+    [[nodiscard]] const Look& look() const { return appearance; }
+
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override;
+
+    /// Where symbol and text are painted.
+    [[nodiscard]] QRectF labelArea() const;
+
+    /// The surface's corner radius, in points.
+    static constexpr double cornerRadius = 7;
+
+protected:
+    void enterEvent(QEnterEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    [[nodiscard]] QColor surface() const;
+    /// The symbol's width with the gap after it.
+    [[nodiscard]] int symbolAdvance() const;
+
+    Look appearance;
+};
+
+} // namespace orlimo

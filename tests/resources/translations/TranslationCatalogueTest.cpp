@@ -1,0 +1,261 @@
+#include "resources/translations/TranslationCatalogue.h"
+
+#include "tests/support/ChildProcess.h"
+
+#include <QCoreApplication>
+#include <QTranslator>
+#include <gtest/gtest.h>
+
+#include <map>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace orlimo {
+namespace {
+
+/// The name of the chosen catalogue; "English" when there is none.
+std::string choiceFor(const QStringList& languages)
+{
+    const auto catalogue = TranslationCatalogue::forLanguages(languages);
+    return catalogue ? catalogue->language.toStdString() : "English";
+}
+
+TEST(TranslationCatalogue, IsChosenByLanguage)
+{
+    const std::vector<std::pair<const char*, const char*>> choices{
+        {"de", "de"},
+        {"de_DE", "de"},
+        {"de-AT", "de"},
+        {"de-Latn-CH", "de"},
+        {"DE-de", "de"},
+        {"fr", "fr"},
+        {"fr_CA", "fr"},
+        {"es-MX", "es"},
+        {"es-419", "es"},
+        {"it-CH", "it"},
+        {"pt", "pt_BR"},
+        {"pt-BR", "pt_BR"},
+        {"pt_PT", "pt_BR"},
+        {"pt-Latn-AO", "pt_BR"},
+        {"ja", "ja"},
+        {"ja-Jpan-JP", "ja"},
+        {"ko-KR", "ko"},
+        {"ko_KP", "ko"},
+    };
+    for (const auto& [language, catalogue] : choices) {
+        EXPECT_EQ(choiceFor({QLatin1String(language)}), catalogue) << language;
+    }
+}
+
+TEST(TranslationCatalogue, IsChosenByScriptForChinese)
+{
+    const std::vector<std::pair<const char*, const char*>> choices{
+        {"zh", "zh_Hans"},
+        {"zh-CN", "zh_Hans"},
+        {"zh_SG", "zh_Hans"},
+        {"zh-MY", "zh_Hans"},
+        {"zh-Hans", "zh_Hans"},
+        {"zh-Hans-CN", "zh_Hans"},
+        {"zh_Hans_HK", "zh_Hans"},
+        {"zh-Hans-TW", "zh_Hans"},
+        {"zh-TW", "zh_Hant"},
+        {"zh_TW", "zh_Hant"},
+        {"zh_HK", "zh_Hant"},
+        {"zh-MO", "zh_Hant"},
+        {"zh-Hant", "zh_Hant"},
+        {"zh_Hant_TW", "zh_Hant"},
+        {"zh-Hant-CN", "zh_Hant"},
+        {"ZH-hant", "zh_Hant"},
+        {"zh-tw", "zh_Hant"},
+    };
+    for (const auto& [language, catalogue] : choices) {
+        EXPECT_EQ(choiceFor({QLatin1String(language)}), catalogue) << language;
+    }
+}
+
+TEST(TranslationCatalogue, IsAbsentForEnglishAndForWhatIsNotSpoken)
+{
+    for (const char* language :
+         {"en",
+          "en-US",
+          "en_GB",
+          "EN",
+          "C",
+          "POSIX",
+          "nl",
+          "sv-SE",
+          "gsw-CH",
+          "nds",
+          "",
+          "-",
+          "xx",
+          "d",
+          "deu",
+          "TW",
+          "Hant"})
+    {
+        EXPECT_EQ(choiceFor({QLatin1String(language)}), "English") << language;
+    }
+    EXPECT_EQ(choiceFor({}), "English");
+}
+
+QStringList listOf(std::initializer_list<const char*> languages)
+{
+    QStringList list;
+    for (const char* language : languages) {
+        list.append(QLatin1String(language));
+    }
+    return list;
+}
+
+TEST(TranslationCatalogue, FollowsTheUsersOrder)
+{
+    EXPECT_EQ(choiceFor(listOf({"fr", "de"})), "fr");
+    EXPECT_EQ(choiceFor(listOf({"nl", "nl-NL", "de", "fr"})), "de");
+    EXPECT_EQ(choiceFor(listOf({"nl", "en", "de"})), "English");
+    EXPECT_EQ(choiceFor(listOf({"en-AU", "de"})), "English");
+    EXPECT_EQ(choiceFor(listOf({"de", "en"})), "de");
+    EXPECT_EQ(choiceFor(listOf({"nl", "sv"})), "English");
+    EXPECT_EQ(choiceFor(listOf({"zh-HK", "zh-Hant-HK", "zh-CN"})), "zh_Hant");
+    EXPECT_EQ(choiceFor(listOf({"ca-ES-valencia", "ca", "es"})), "es");
+    // As the toolkit lists a language that it does not know itself.
+    EXPECT_EQ(choiceFor(listOf({"xx", "C", "ja"})), "ja");
+}
+
+TEST(TranslationCatalogue, NamesTheToolkitsOwn)
+{
+    const std::map<std::string, std::string> names{
+        {"de", "de"},
+        {"pt", "pt_BR"},
+        {"zh_CN", "zh_CN"},
+        {"zh_Hans_HK", "zh_CN"},
+        {"zh_TW", "zh_TW"},
+        {"zh_HK", "zh_TW"},
+    };
+    for (const auto& [language, name] : names) {
+        const auto catalogue =
+            TranslationCatalogue::forLanguages({QString::fromStdString(language)});
+        ASSERT_TRUE(catalogue) << language;
+        EXPECT_EQ(catalogue->toolkitLanguage.toStdString(), name) << language;
+    }
+}
+
+/// The word "Copy" as the program says it now, and "Cancel" as the toolkit does.
+std::string wordsSpoken()
+{
+    return (QCoreApplication::translate("orlimo::PopupView", "Copy") + QLatin1Char(' ') +
+            QCoreApplication::translate("QPlatformTheme", "Cancel"))
+        .toStdString();
+}
+
+/// What `wordsSpoken` is for each catalogue.
+const std::map<std::string, std::string>& wordsOfEachLanguage()
+{
+    static const std::map<std::string, std::string> words{
+        {"English", "Copy Cancel"},
+        {"de", "Kopieren Abbrechen"},
+        {"es", "Copiar Cancelar"},
+        {"fr", "Copier Annuler"},
+        {"it", "Copia Annulla"},
+        {"ja", "コピー キャンセル"},
+        {"ko", "복사 취소"},
+        {"pt_BR", "Copiar Cancelar"},
+        {"zh_Hans", "复制 取消"},
+        {"zh_Hant", "複製 取消"},
+    };
+    return words;
+}
+
+/// Brings back English at the end of a test.
+class TranslationInstallation : public testing::Test
+{
+protected:
+    ~TranslationInstallation() override
+    {
+        installTranslations(*QCoreApplication::instance(), {QStringLiteral("en")});
+    }
+};
+
+TEST_F(TranslationInstallation, MakesTheProgramAndTheToolkitSpeakTheLanguage)
+{
+    for (const auto& [language, words] : wordsOfEachLanguage()) {
+        installTranslations(*QCoreApplication::instance(), {QString::fromStdString(language)});
+        EXPECT_EQ(wordsSpoken(), words) << language;
+    }
+}
+
+TEST_F(TranslationInstallation, TakesThePlaceOfTheOneBefore)
+{
+    QCoreApplication& application = *QCoreApplication::instance();
+    const auto before = application.findChildren<QTranslator*>().size();
+    installTranslations(application, {QStringLiteral("de")});
+    installTranslations(application, {QStringLiteral("ja")});
+    EXPECT_EQ(application.findChildren<QTranslator*>().size(), before + 2);
+    EXPECT_EQ(wordsSpoken(), wordsOfEachLanguage().at("ja"));
+    installTranslations(application, {QStringLiteral("en")});
+    EXPECT_EQ(application.findChildren<QTranslator*>().size(), before);
+    EXPECT_EQ(wordsSpoken(), wordsOfEachLanguage().at("English"));
+}
+
+using Environment = std::map<std::string, std::optional<std::string>>;
+
+/// The language of a program that is started with these of the variables that choose it.
+std::string languageIn(Environment environment)
+{
+    for (const char* variable : {"LANGUAGE", "LC_ALL", "LC_MESSAGES", "LANG"}) {
+        environment.emplace(variable, std::nullopt);
+    }
+    ChildProcess probe(ORLIMO_LANGUAGE_PROBE, {.environment = environment});
+    const std::string words = probe.readLine().value_or("nothing");
+    EXPECT_EQ(probe.awaitEnd().status, 0);
+    for (const auto& [language, wordsOfLanguage] : wordsOfEachLanguage()) {
+        if (words == wordsOfLanguage) {
+            return language;
+        }
+    }
+    return words;
+}
+
+TEST(UserLanguages, ComeFromTheEnvironment)
+{
+    EXPECT_EQ(languageIn({}), "English");
+    EXPECT_EQ(languageIn({{"LANG", "de_DE.UTF-8"}}), "de");
+    EXPECT_EQ(languageIn({{"LANG", "de_AT@euro"}}), "de");
+    EXPECT_EQ(languageIn({{"LANG", "zh_TW.UTF-8"}}), "zh_Hant");
+    EXPECT_EQ(languageIn({{"LANG", "zh_CN.UTF-8"}}), "zh_Hans");
+    EXPECT_EQ(languageIn({{"LANG", "nl_NL.UTF-8"}}), "English");
+    EXPECT_EQ(languageIn({{"LANG", "C.UTF-8"}}), "English");
+}
+
+TEST(UserLanguages, AreLedByTheStrongestVariable)
+{
+    EXPECT_EQ(languageIn({{"LANG", "de_DE.UTF-8"}, {"LC_MESSAGES", "ja_JP.UTF-8"}}), "ja");
+    EXPECT_EQ(
+        languageIn(
+            {{"LANG", "de_DE.UTF-8"}, {"LC_MESSAGES", "ja_JP.UTF-8"}, {"LC_ALL", "fr_FR.UTF-8"}}),
+        "fr");
+    EXPECT_EQ(languageIn({{"LANG", "de_DE.UTF-8"}, {"LC_ALL", ""}}), "de");
+    EXPECT_EQ(languageIn({{"LANG", "de_DE.UTF-8"}, {"LC_MESSAGES", "en_US.UTF-8"}}), "English");
+}
+
+TEST(UserLanguages, AreThoseOfTheListWhereThereIsOne)
+{
+    EXPECT_EQ(languageIn({{"LANG", "en_US.UTF-8"}, {"LANGUAGE", "ko"}}), "ko");
+    EXPECT_EQ(languageIn({{"LC_ALL", "en_US.UTF-8"}, {"LANGUAGE", "nl:it:de"}}), "it");
+    EXPECT_EQ(languageIn({{"LANG", "de_DE.UTF-8"}, {"LANGUAGE", "en_GB:en"}}), "English");
+    EXPECT_EQ(languageIn({{"LANG", "de_DE.UTF-8"}, {"LANGUAGE", "xx:zh_Hant"}}), "zh_Hant");
+    EXPECT_EQ(languageIn({{"LANG", "de_DE.UTF-8"}, {"LANGUAGE", ""}}), "de");
+    EXPECT_EQ(languageIn({{"LANGUAGE", "ja"}}), "ja");
+}
+
+TEST(UserLanguages, AreNotThoseOfTheListInTheLocaleC)
+{
+    EXPECT_EQ(languageIn({{"LC_ALL", "C"}, {"LANGUAGE", "de"}}), "English");
+    EXPECT_EQ(languageIn({{"LANG", "POSIX"}, {"LANGUAGE", "de"}}), "English");
+    EXPECT_EQ(languageIn({{"LC_ALL", "fr_FR.UTF-8"}, {"LANG", "C"}, {"LANGUAGE", "de"}}), "de");
+}
+
+} // namespace
+} // namespace orlimo
