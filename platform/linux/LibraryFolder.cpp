@@ -1,13 +1,9 @@
 #include "platform/LibraryFolder.h"
 
+#include "platform/UserDatabase.h"
 #include "platform/linux/HomeFolder.h"
 
-#include <cerrno>
 #include <cstdlib>
-#include <vector>
-
-#include <pwd.h>
-#include <unistd.h>
 
 namespace orlimo {
 
@@ -25,18 +21,8 @@ homeFolder(const char* homeVariable, const std::optional<std::string>& homeInUse
 
 std::optional<std::string> homeInUserDatabase()
 {
-    std::vector<char> strings(1024);
-    passwd entry{};
-    passwd* found = nullptr;
-    int error = 0;
-    while ((error = ::getpwuid_r(::getuid(), &entry, strings.data(), strings.size(), &found)) ==
-           ERANGE) {
-        strings.resize(strings.size() * 2);
-    }
-    if (error != 0 || found == nullptr || found->pw_dir == nullptr) {
-        return std::nullopt;
-    }
-    return std::string(found->pw_dir);
+    const auto user = currentUserEntry();
+    return user ? user->homeDirectory : std::nullopt;
 }
 
 std::optional<std::filesystem::path> libraryFolder()

@@ -1,0 +1,34 @@
+#include "platform/linux/ActivationObserver.h"
+
+#include <utility>
+
+namespace orlimo {
+
+ActivationObserver::ActivationObserver(std::function<void()> whoIsTold)
+    : willBecomeActive(std::move(whoIsTold))
+{}
+
+void ActivationObserver::stateDidChange(Qt::ApplicationState state)
+{
+    const bool wasActive = std::exchange(isActive, state == Qt::ApplicationActive);
+    if (isActive && !wasActive) {
+        ++untold;
+        tell();
+    }
+}
+
+void ActivationObserver::launchingDidFinish()
+{
+    hasFinishedLaunching = true;
+    tell();
+}
+
+void ActivationObserver::tell()
+{
+    while (hasFinishedLaunching && untold > 0) {
+        --untold;
+        willBecomeActive();
+    }
+}
+
+} // namespace orlimo

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <qnamespace.h>
+
+#include <functional>
+
+namespace orlimo {
+
+/// Sees when the application goes from inactive to active and tells of it, once each time. What
+/// happens before launching has finished is told right after it. Main thread.
+class ActivationObserver
+{
+public:
+    explicit ActivationObserver(std::function<void()> willBecomeActive);
+
+    /// The application is in `state` now, the one before or another.
+    void stateDidChange(Qt::ApplicationState state);
+
+    void launchingDidFinish();
+
+private:
+    void tell();
+
+    std::function<void()> willBecomeActive;
+    bool isActive = false;
+    bool hasFinishedLaunching = false;
+    int untold = 0;
+};
+
+} // namespace orlimo

@@ -1,0 +1,121 @@
+#include "platform/linux/MenuBarWindow.h"
+
+#include "platform/linux/WindowPlacement.h"
+
+#include <QApplication>
+#include <QCursor>
+#include <QEvent>
+#include <QKeySequence>
+#include <QScreen>
+
+#include <chrono>
+#include <utility>
+#include <vector>
+
+namespace orlimo {
+
+namespace {
+
+/// How much later than the loss of focus the click that caused it may be told. A click that a
+/// person makes on purpose after it comes later still.
+constexpr std::chrono::milliseconds sameClick{500};
+
+/// Where programs may not place their windows, the compositor does.
+bool compositorPlacesWindows()
+{
+    return QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
+}
+
+std::vector<ScreenArea> screenAreas()
+{
+    std::vector<ScreenArea> areas;
+    for (const QScreen* const screen : QGuiApplication::screens()) {
+        areas.push_back({screen->geometry(), screen->availableGeometry()});
+    }
+    return areas;
+}
+
+} // namespace
+
+MenuBarWindow::MenuBarWindow(QWidget& window, IconGeometry geometry, UptimeClock uptimeClock)
+    : content(window)
+    , iconGeometry(std::move(geometry))
+    , clock(std::move(uptimeClock))
+    , escape(QKeySequence(Qt::Key_Escape), &window)
+{
+    content.setWindowFlags(Qt::Tool | Qt::FramelessWindowHint);
+    content.installEventFilter(this);
+    QObject::connect(&escape, &QShortcut::activated, this, &MenuBarWindow::close);
+}
+
+MenuBarWindow::~MenuBarWindow()
+{
+    close();
+}
+
+void MenuBarWindow::open()
+{
+    closedByLosingFocus.reset();
+    if (!isOpen()) {
+        place();
+    }
+    content.show();
+    content.raise();
+    content.activateWindow();
+}
+
+void MenuBarWindow::close()
+{
+    content.hide();
+}
+
+bool MenuBarWindow::isOpen() const
+{
+    return content.isVisible();
+}
+
+void MenuBarWindow::toggle()
+{
+    if (isOpen()) {
+        close();
+    } else if (!hasJustLostFocus()) {
+        open();
+    }
+}
+
+bool MenuBarWindow::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == &content && event->type() == QEvent::WindowDeactivate) {
+        didLoseFocus();
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+void MenuBarWindow::place()
+{
+    const auto screens = screenAreas();
+    if (compositorPlacesWindows() || screens.empty()) {
+        return;
+    }
+    if (!content.testAttribute(Qt::WA_Resized)) {
+        content.adjustSize();
+    }
+    const QRect anchor = iconGeometry().value_or(QRect(QCursor::pos(), QSize(1, 1)));
+    content.move(windowPlacement(anchor, content.size(), screens));
+}
+
+void MenuBarWindow::didLoseFocus()
+{
+    const bool lentItToAPopup = QApplication::activePopupWidget() != nullptr;
+    if (isOpen() && !lentItToAPopup) {
+        close();
+        closedByLosingFocus = clock();
+    }
+}
+
+bool MenuBarWindow::hasJustLostFocus() const
+{
+    return closedByLosingFocus && clock() - *closedByLosingFocus < sameClick;
+}
+
+} // namespace orlimo

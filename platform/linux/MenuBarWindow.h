@@ -1,0 +1,53 @@
+#pragma once
+
+#include "platform/UptimeClock.h"
+
+#include <QObject>
+#include <QRect>
+#include <QShortcut>
+#include <QWidget>
+
+#include <functional>
+#include <optional>
+
+namespace orlimo {
+
+/// The window of a menu bar extra: opens at the icon, closes by itself when it loses the focus or
+/// on Escape. Knows nothing of how the icon gets onto the screen. Main thread.
+class MenuBarWindow final : public QObject
+{
+public:
+    /// Where the icon is on the screen, in points; none where the host does not say.
+    using IconGeometry = std::function<std::optional<QRect>()>;
+
+    /// `content` becomes the window; it is not owned and must outlive this object.
+    MenuBarWindow(QWidget& content, IconGeometry iconGeometry, UptimeClock clock = currentUptime);
+    MenuBarWindow(const MenuBarWindow&) = delete;
+    MenuBarWindow& operator=(const MenuBarWindow&) = delete;
+    ~MenuBarWindow() override;
+
+    /// Opens the window at its place, or brings the open one to the front; gives it the focus.
+    void open();
+    void close();
+    [[nodiscard]] bool isOpen() const;
+
+    /// What a click on the icon does: closes the open window, opens the closed one. The click that
+    /// took the focus from the window has closed it by that, and does not open it again.
+    void toggle();
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void place();
+    void didLoseFocus();
+    [[nodiscard]] bool hasJustLostFocus() const;
+
+    QWidget& content;
+    IconGeometry iconGeometry;
+    UptimeClock clock;
+    QShortcut escape;
+    std::optional<Uptime> closedByLosingFocus;
+};
+
+} // namespace orlimo

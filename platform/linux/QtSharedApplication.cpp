@@ -1,0 +1,85 @@
+#include "platform/ApplicationDelegate.h"
+#include "platform/FatalStop.h"
+#include "platform/SharedApplication.h"
+#include "platform/linux/AboutPanel.h"
+#include "platform/linux/ActivationObserver.h"
+
+#include <QApplication>
+#include <QPointer>
+
+#include <utility>
+
+namespace orlimo {
+
+namespace {
+
+/// The toolkit's application object, seen as the host's.
+class QtSharedApplication final : public SharedApplication
+{
+public:
+    int run(ApplicationDelegate& delegate) override
+    {
+        // A program that lives in the menu bar stays when its windows, or the toolkit's own jobs,
+        // come to an end.
+        QApplication::setQuitOnLastWindowClosed(false);
+        QApplication::setQuitLockEnabled(false);
+
+        ActivationObserver activations([&delegate] { delegate.applicationWillBecomeActive(); });
+        QObject thisRun;
+        QObject::connect(
+            qApp,
+            &QApplication::applicationStateChanged,
+            &thisRun,
+            [&activations](Qt::ApplicationState state) { activations.stateDidChange(state); });
+        activations.stateDidChange(QApplication::applicationState());
+
+        delegate.applicationWillFinishLaunching();
+        QMetaObject::invokeMethod(
+            &thisRun,
+            [&] {
+                delegate.applicationDidFinishLaunching();
+                if (isTerminating) {
+                    QApplication::exit(0);
+                } else {
+                    activations.launchingDidFinish();
+                }
+            },
+            Qt::QueuedConnection);
+        const int status = QApplication::exec();
+        delete aboutPanel;
+        isTerminating = false;
+        return status;
+    }
+
+    void orderFrontStandardAboutPanel(const AboutPanelOptions& options) override
+    {
+        if (aboutPanel.isNull()) {
+            aboutPanel = new AboutPanel; // deletes itself when it is closed
+        }
+        aboutPanel->show(options);
+    }
+
+    void terminate() override
+    {
+        // Kept for an event loop that does not run yet. Unlike quit(), exit() asks no window.
+        isTerminating = true;
+        QApplication::exit(0);
+    }
+
+private:
+    QPointer<AboutPanel> aboutPanel;
+    bool isTerminating = false;
+};
+
+} // namespace
+
+SharedApplication& sharedApplication()
+{
+    if (qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr) {
+        fatalStop("there is no application object");
+    }
+    static QtSharedApplication application;
+    return application;
+}
+
+} // namespace orlimo

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "platform/UptimeClock.h"
+
+#include <QIcon>
+#include <QMenu>
+#include <QObject>
+#include <QRect>
+#include <QSystemTrayIcon>
+
+#include <functional>
+#include <optional>
+
+namespace orlimo {
+
+/// The program's icon in the host's tray, with a menu for hosts that know nothing else. Appears
+/// when there is a tray. Main thread.
+class TrayIcon final : public QObject
+{
+public:
+    /// What the user asks for.
+    struct Handlers
+    {
+        /// A click on the icon.
+        std::function<void()> toggle;
+        /// "Open" in the menu.
+        std::function<void()> open;
+        /// "Quit" in the menu.
+        std::function<void()> quit;
+    };
+
+    TrayIcon(const QIcon& icon, Handlers handlers, UptimeClock clock = currentUptime);
+
+    /// Where the icon is on the screen, in points; none where the host does not say.
+    [[nodiscard]] std::optional<QRect> geometry() const;
+
+private:
+    void wasActivated(QSystemTrayIcon::ActivationReason reason);
+    [[nodiscard]] bool hasJustBeenTriggered() const;
+
+    Handlers handlers;
+    UptimeClock clock;
+    QMenu menu;
+    QSystemTrayIcon icon;
+    std::optional<Uptime> triggered;
+};
+
+} // namespace orlimo
