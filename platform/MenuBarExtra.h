@@ -1,10 +1,10 @@
 #pragma once
 
 #include <QIcon>
+#include <QWidget>
 
+#include <functional>
 #include <memory>
-
-class QWidget;
 
 namespace orlimo {
 
@@ -23,9 +23,12 @@ public:
     virtual void close() = 0;
     [[nodiscard]] virtual bool isOpen() const = 0;
 
-    /// Shows `label` as the icon. `content` becomes the window; it is not owned and must outlive
-    /// the extra.
-    [[nodiscard]] static std::unique_ptr<MenuBarExtra> create(QWidget& content, const QIcon& label);
+    /// Makes the content, which becomes the window; called once, when the window first opens.
+    using ContentBuilder = std::function<std::unique_ptr<QWidget>()>;
+
+    /// Shows `label` as the icon.
+    [[nodiscard]] static std::unique_ptr<MenuBarExtra>
+    create(ContentBuilder makeContent, const QIcon& label);
 };
 
 } // namespace orlimo

@@ -3,6 +3,9 @@
 #include "platform/linux/MenuBarWindow.h"
 #include "platform/linux/TrayIcon.h"
 
+#include <optional>
+#include <utility>
+
 namespace orlimo {
 
 namespace {
@@ -11,29 +14,47 @@ namespace {
 class TrayMenuBarExtra final : public MenuBarExtra
 {
 public:
-    TrayMenuBarExtra(QWidget& content, const QIcon& label)
-        : window(content, [this] { return icon.geometry(); })
+    TrayMenuBarExtra(ContentBuilder builder, const QIcon& label)
+        : makeContent(std::move(builder))
         , icon(
               label,
-              {.toggle = [this] { window.toggle(); },
-               .open = [this] { window.open(); },
+              {.toggle = [this] { window().toggle(); },
+               .open = [this] { open(); },
                .quit = [] { sharedApplication().terminate(); }})
     {}
 
-    void open() override { window.open(); }
-    void close() override { window.close(); }
-    [[nodiscard]] bool isOpen() const override { return window.isOpen(); }
+    void open() override { window().open(); }
+
+    void close() override
+    {
+        if (menuBarWindow) {
+            menuBarWindow->close();
+        }
+    }
+
+    [[nodiscard]] bool isOpen() const override { return menuBarWindow && menuBarWindow->isOpen(); }
 
 private:
-    MenuBarWindow window;
+    MenuBarWindow& window()
+    {
+        if (!menuBarWindow) {
+            content = makeContent();
+            menuBarWindow.emplace(*content, [this] { return icon.geometry(); });
+        }
+        return *menuBarWindow;
+    }
+
+    ContentBuilder makeContent;
+    std::unique_ptr<QWidget> content;
+    std::optional<MenuBarWindow> menuBarWindow;
     TrayIcon icon;
 };
 
 } // namespace
 
-std::unique_ptr<MenuBarExtra> MenuBarExtra::create(QWidget& content, const QIcon& label)
+std::unique_ptr<MenuBarExtra> MenuBarExtra::create(ContentBuilder makeContent, const QIcon& label)
 {
-    return std::make_unique<TrayMenuBarExtra>(content, label);
+    return std::make_unique<TrayMenuBarExtra>(std::move(makeContent), label);
 }
 
 } // namespace orlimo
