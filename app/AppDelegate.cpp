@@ -1,13 +1,56 @@
 #include "app/AppDelegate.h"
 
+#include "app/GuidanceWindow.h"
+#include "app/HelperView.h"
 #include "capture/PreferenceDefaults.h"
-#include "platform/UserDefaults.h"
+#include "platform/FatalStop.h"
+#include "platform/MainThread.h"
+
+#include <utility>
 
 namespace orlimo {
 
+AppDelegate::AppDelegate(LaunchHost launchHost)
+    : host(std::move(launchHost))
+{}
+
 void AppDelegate::applicationWillFinishLaunching()
 {
-    writePreferenceDefaults(standardUserDefaults());
+    requireMainThread();
+    writePreferenceDefaults(host.userDefaults);
+    host.setLaunchAtLogin(true);
+}
+
+void AppDelegate::applicationDidFinishLaunching()
+{
+    requireMainThread();
+    if (!host.hasFullDiskAccess()) {
+        showHelperWindow();
+    }
+}
+
+void AppDelegate::applicationWillBecomeActive()
+{
+    requireMainThread();
+    if (message == nullptr) {
+        fatalStop("the application became active without a capture controller");
+    }
+    static_cast<void>(message->checkMessages());
+}
+
+void AppDelegate::showHelperWindow()
+{
+    requireMainThread();
+    auto content = std::make_unique<HelperView>();
+    const auto screen = host.mainScreenFrame();
+    if (!screen) {
+        return;
+    }
+    secondaryWindow =
+        std::make_unique<GuidanceWindow>(content.release(), GuidanceWindow::contentAreaOn(*screen));
+    secondaryWindow->show();
+    secondaryWindow->raise();
+    secondaryWindow->activateWindow();
 }
 
 } // namespace orlimo

@@ -1,20 +1,44 @@
 #pragma once
 
+#include "app/LaunchHost.h"
 #include "capture/Message.h"
+#include "platform/ApplicationDelegate.h"
+
+#include <QWidget>
 
 #include <memory>
 
 namespace orlimo {
 
 /// What the application does at the turns of its life. Main thread.
-class AppDelegate
+class AppDelegate : public ApplicationDelegate
 {
 public:
+    explicit AppDelegate(LaunchHost launchHost = LaunchHost::native());
+
+    /// Stores the preference defaults where they are absent, then switches launch at login on, each
+    /// time, whatever the preference says.
+    void applicationWillFinishLaunching() override;
+
+    /// Shows the guidance window when the program has no access to the whole disk.
+    void applicationDidFinishLaunching() override;
+
+    /// Has the newest messages read again. Without a controller a fatal stop.
+    void applicationWillBecomeActive() override;
+
+    /// Shows the guidance window in the middle of the main screen, in front of everything. Without
+    /// a screen nothing is shown.
+    void showHelperWindow();
+
+    /// Nobody's: stays empty.
+    std::unique_ptr<QWidget> window;
+    /// The guidance window, once it has been shown; the user closes it.
+    std::unique_ptr<QWidget> secondaryWindow;
     /// The application's capture controller, handed over before the first turn.
     std::shared_ptr<Message> message;
 
-    /// Before the event loop starts: stores the preference defaults where they are absent.
-    void applicationWillFinishLaunching();
+private:
+    LaunchHost host;
 };
 
 } // namespace orlimo

@@ -1,15 +1,24 @@
 #include "app/OrlimoApp.h"
 
+#include "app/MenuBarScene.h"
 #include "platform/LogLine.h"
 
 namespace orlimo {
 
 OrlimoApp::OrlimoApp()
-    : controller(Message::create())
+    : iconRenderer([] {
+        return std::make_unique<ImageRenderer<MenuBarIcon>>(std::make_unique<MenuBarIcon>());
+    })
+    , controller(Message::create())
 {
     writeLogLine("OrlimoApp init");
     controller->registFileObserver();
-    delegate.message = controller;
+    appDelegate().message = controller;
+}
+
+std::unique_ptr<MenuBarScene> OrlimoApp::body() const
+{
+    return std::make_unique<MenuBarScene>(controller);
 }
 
 } // namespace orlimo

@@ -1,11 +1,17 @@
 #pragma once
 
 #include "app/AppDelegate.h"
+#include "app/ApplicationDelegateAdaptor.h"
+#include "app/ImageRenderer.h"
+#include "app/MenuBarIcon.h"
+#include "app/StateObject.h"
 #include "capture/Message.h"
 
 #include <memory>
 
 namespace orlimo {
+
+class MenuBarScene;
 
 /// The application: its delegate and its one capture controller, which watches the store from the
 /// moment the application is built. Main thread; needs the toolkit's application object.
@@ -14,11 +20,19 @@ class OrlimoApp
 public:
     OrlimoApp();
 
-    [[nodiscard]] AppDelegate& appDelegate() { return delegate; }
-    [[nodiscard]] Message& message() { return *controller; }
+    [[nodiscard]] AppDelegate& appDelegate() { return delegateAdaptor.wrappedValue(); }
+    [[nodiscard]] StateObject<ImageRenderer<MenuBarIcon>>& appIconRenderer()
+    {
+        return iconRenderer;
+    }
+    [[nodiscard]] const std::shared_ptr<Message>& message() const { return controller; }
+
+    /// The application's one scene, shown: the icon in the menu bar and its window.
+    [[nodiscard]] std::unique_ptr<MenuBarScene> body() const;
 
 private:
-    AppDelegate delegate;
+    ApplicationDelegateAdaptor<AppDelegate> delegateAdaptor;
+    StateObject<ImageRenderer<MenuBarIcon>> iconRenderer;
     std::shared_ptr<Message> controller;
 };
 

@@ -1,0 +1,48 @@
+#include "app/GuidanceWindow.h"
+
+#include "controls/Colors.h"
+
+#include <QGuiApplication>
+#include <QPalette>
+#include <QVBoxLayout>
+
+namespace orlimo {
+
+namespace {
+
+constexpr QColor surface(32, 33, 38);
+
+/// The application's palette with its accent, on a dark surface.
+QPalette darkPalette()
+{
+    QPalette palette = QGuiApplication::palette();
+    palette.setColor(QPalette::Window, surface);
+    palette.setColor(QPalette::WindowText, Qt::white);
+    return palette;
+}
+
+} // namespace
+
+GuidanceWindow::GuidanceWindow(QWidget* content, const QRect& contentArea)
+    : QWidget(
+          nullptr,
+          Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint)
+{
+    setPalette(darkPalette());
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(content);
+    setFixedSize(contentArea.size());
+    setGeometry(contentArea);
+}
+
+QRect GuidanceWindow::contentAreaOn(const QRect& screenFrame)
+{
+    return {
+        QPoint(
+            (screenFrame.width() - contentSize.width()) / 2,
+            (screenFrame.height() - contentSize.height()) / 2),
+        contentSize};
+}
+
+} // namespace orlimo

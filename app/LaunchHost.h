@@ -1,0 +1,36 @@
+#pragma once
+
+#include "app/DiskAccess.h"
+#include "login/LaunchAtLogin.h"
+#include "platform/Screen.h"
+#include "platform/UserDefaults.h"
+
+#include <QRect>
+
+#include <functional>
+#include <optional>
+
+namespace orlimo {
+
+/// What the application's start works on. Handed in whole, so that tests give it a user, a screen
+/// and preferences of their own.
+struct LaunchHost
+{
+    UserDefaults& userDefaults;
+    std::function<void(bool)> setLaunchAtLogin;
+    std::function<bool()> hasFullDiskAccess;
+    std::function<std::optional<QRect>()> mainScreenFrame;
+
+    /// The running program's own. Needs the application object.
+    [[nodiscard]] static LaunchHost native()
+    {
+        return {
+            .userDefaults = standardUserDefaults(),
+            .setLaunchAtLogin = [](bool enabled) { LaunchAtLogin::setEnabled(enabled); },
+            .hasFullDiskAccess = [] { return orlimo::hasFullDiskAccess(); },
+            .mainScreenFrame = orlimo::mainScreenFrame,
+        };
+    }
+};
+
+} // namespace orlimo

@@ -1,0 +1,32 @@
+#include "app/MenuBarIcon.h"
+
+#include "controls/Colors.h"
+#include "controls/ImageView.h"
+#include "resources/TemplateIcon.h"
+
+#include <QHBoxLayout>
+
+namespace orlimo {
+
+namespace {
+
+constexpr const char16_t* imageName = u"StatusBarIcon";
+
+} // namespace
+
+MenuBarIcon::MenuBarIcon()
+{
+    auto* stack = new QHBoxLayout(this);
+    stack->setContentsMargins(0, 0, 0, 0);
+    stack->setSpacing(0);
+    stack->addWidget(
+        new ImageView(QString::fromUtf16(imageName), frameSize, textColor), 0, Qt::AlignCenter);
+    setFixedSize(frameSize);
+}
+
+QIcon MenuBarIcon::icon()
+{
+    return templateIcon(QString::fromUtf16(imageName));
+}
+
+} // namespace orlimo

@@ -1,0 +1,16 @@
+#include "app/MenuBarScene.h"
+
+#include "app/MenuBarIcon.h"
+#include "app/StatusMenuView.h"
+
+#include <utility>
+
+namespace orlimo {
+
+MenuBarScene::MenuBarScene(std::shared_ptr<Message> controller)
+    : extra(MenuBarExtra::create(
+          [message = std::move(controller)] { return std::make_unique<StatusMenuView>(message); },
+          MenuBarIcon::icon()))
+{}
+
+} // namespace orlimo

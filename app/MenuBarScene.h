@@ -1,0 +1,24 @@
+#pragma once
+
+#include "capture/Message.h"
+#include "platform/MenuBarExtra.h"
+
+#include <memory>
+
+namespace orlimo {
+
+/// The menu-bar extra in window style: `MenuBarIcon` as its label, `StatusMenuView` as its content.
+/// The content is made when the window first opens: the preference defaults are stored by then.
+/// Main thread.
+class MenuBarScene
+{
+public:
+    explicit MenuBarScene(std::shared_ptr<Message> controller);
+
+    [[nodiscard]] MenuBarExtra& menuBarExtra() { return *extra; }
+
+private:
+    std::unique_ptr<MenuBarExtra> extra;
+};
+
+} // namespace orlimo

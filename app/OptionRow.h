@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QWidget>
+
+namespace orlimo {
+
+class Switch;
+class TextLabel;
+
+/// A text at the leading edge and its switch at the trailing one.
+class OptionRow : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// `leastTextWidth`: how wide the text's frame is at the least, in points; 0 for no frame.
+    OptionRow(const QString& text, bool on, int leastTextWidth = 0);
+
+    [[nodiscard]] Switch& toggle() const { return *onOff; }
+    [[nodiscard]] const TextLabel& text() const { return *label; }
+
+    /// The least width of a framed text, and what surrounds the row, in points.
+    static constexpr int leastTextWidth = 120;
+    static constexpr int padding = 7;
+
+private:
+    TextLabel* label;
+    Switch* onOff;
+};
+
+} // namespace orlimo

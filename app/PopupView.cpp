@@ -1,0 +1,136 @@
+#include "app/PopupView.h"
+
+#include "app/CodeLabel.h"
+#include "app/CopyButton.h"
+#include "app/OptionRow.h"
+#include "capture/PreferenceKeys.h"
+#include "controls/GroupBox.h"
+#include "controls/LayoutMetrics.h"
+#include "controls/Switch.h"
+#include "controls/SymbolLabel.h"
+#include "platform/LogLine.h"
+#include "platform/MainThread.h"
+
+#include <QShowEvent>
+#include <QVBoxLayout>
+
+#include <utility>
+
+namespace orlimo {
+
+namespace {
+
+constexpr int groupSpacing = 25;
+constexpr int titleFontSize = 15;
+
+SymbolLabel* makeTitle(const QString& text, const QString& symbolName)
+{
+    return new SymbolLabel(text, symbolName, titleFontSize, grayColor);
+}
+
+} // namespace
+
+PopupView::PopupView(std::shared_ptr<Message> controller, PanelHost panelHost)
+    : message(std::move(controller))
+    , host(std::move(panelHost))
+    , capturingEnabled(host.userDefaults.boolForKey(preference::capturingEnabled))
+    , fourDigitInclude(host.userDefaults.boolForKey(preference::fourDigitInclude))
+    , loginItemEnabled(host.userDefaults.boolForKey(preference::loginItemEnabled))
+{
+    requireMainThread();
+    auto* stack = new QVBoxLayout(this);
+    constexpr int padding = metrics::defaultPadding;
+    stack->setContentsMargins(padding, padding, padding, padding);
+    stack->setSpacing(groupSpacing);
+    stack->addWidget(makeCaptureOptions());
+    stack->addWidget(makeLatestCode());
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    showState();
+    connect(message.get(), &Message::objectWillChange, this, &PopupView::showState);
+}
+
+GroupBox* PopupView::makeCaptureOptions()
+{
+    auto* group = new GroupBox(
+        makeTitle(tr("Capture Options"), QStringLiteral("slider.horizontal.2.square")));
+    group->setObjectName(QStringLiteral("captureOptions"));
+
+    auto* capturing = new OptionRow(tr("Auto Copy to Clipboard"), capturingEnabled);
+    capturing->toggle().setObjectName(QStringLiteral("capturingEnabled"));
+    connect(&capturing->toggle(), &Switch::toggled, this, [this](bool on) {
+        requireMainThread();
+        capturingEnabled = on;
+        host.userDefaults.setBool(on, preference::capturingEnabled);
+    });
+    group->addView(capturing);
+
+    auto* fourDigits =
+        new OptionRow(tr("Include 4 digit code"), fourDigitInclude, OptionRow::leastTextWidth);
+    fourDigits->toggle().setObjectName(QStringLiteral("fourDigitInclude"));
+    connect(&fourDigits->toggle(), &Switch::toggled, this, [this](bool on) {
+        requireMainThread();
+        fourDigitInclude = on;
+        host.userDefaults.setBool(on, preference::fourDigitInclude);
+    });
+    group->addView(fourDigits);
+
+    auto* loginItem =
+        new OptionRow(tr("Launch at login"), loginItemEnabled, OptionRow::leastTextWidth);
+    loginItem->toggle().setObjectName(QStringLiteral("loginItemEnabled"));
+    connect(&loginItem->toggle(), &Switch::toggled, this, [this](bool on) {
+        requireMainThread();
+        loginItemEnabled = on;
+        host.userDefaults.setBool(on, preference::loginItemEnabled);
+        host.setLaunchAtLogin(on);
+    });
+    group->addView(loginItem);
+    return group;
+}
+
+GroupBox* PopupView::makeLatestCode()
+{
+    auto* group =
+        new GroupBox(makeTitle(tr("Latest Code"), QStringLiteral("ellipsis.bubble.fill")));
+    group->setObjectName(QStringLiteral("latestCode"));
+    codeLabel = new CodeLabel;
+    codeLabel->setObjectName(QStringLiteral("verificationCode"));
+    group->addView(codeLabel);
+    copyButton = new CopyButton(tr("Copy"));
+    copyButton->setObjectName(QStringLiteral("copy"));
+    connect(copyButton, &CopyButton::clicked, this, &PopupView::copyCode);
+    group->addView(copyButton, Qt::AlignHCenter);
+    return group;
+}
+
+void PopupView::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    // The window system's own hiding and showing, of a workspace for example, is no appearance.
+    if (!event->spontaneous()) {
+        appear();
+    }
+}
+
+void PopupView::appear()
+{
+    requireMainThread();
+    writeLogLine("Opened PopupWindow : APPEAR");
+    if (auto found = message->checkMessages()) {
+        code = std::move(*found);
+        showState();
+    }
+}
+
+void PopupView::copyCode()
+{
+    requireMainThread();
+    host.pasteboard.declareTypes({PasteboardType::string});
+    host.pasteboard.setString(code, PasteboardType::string);
+}
+
+void PopupView::showState()
+{
+    codeLabel->setText(QString::fromStdString(code));
+}
+
+} // namespace orlimo

@@ -1,0 +1,112 @@
+#include "app/StatusMenuView.h"
+
+#include "app/PopupView.h"
+#include "controls/Colors.h"
+#include "controls/Divider.h"
+#include "controls/LayoutMetrics.h"
+#include "controls/Spacer.h"
+#include "controls/TextButton.h"
+#include "platform/MainThread.h"
+
+#include <QPainter>
+#include <QUrl>
+#include <QVBoxLayout>
+
+#include <utility>
+
+namespace orlimo {
+
+namespace {
+
+constexpr int stackSpacing = 1;
+constexpr int commandsPadding = 20;
+/// Around a command's title.
+constexpr QMargins titlePadding{20, 10, 20, 10};
+
+TextButton* makeCommand(const QString& title, const QString& name, TextButton::Style style)
+{
+    auto* button = new TextButton(
+        title, {.style = style, .fontPixelSize = metrics::smallFontSize, .padding = titlePadding});
+    button->setObjectName(name);
+    button->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    return button;
+}
+
+} // namespace
+
+StatusMenuView::StatusMenuView(std::shared_ptr<Message> controller, MenuHost menuHost)
+    : host(std::move(menuHost))
+    , message(std::move(controller))
+{
+    requireMainThread();
+    setFixedSize(size);
+    auto* stack = new QVBoxLayout(this);
+    stack->setContentsMargins(0, 0, 0, 0);
+    stack->setSpacing(stackSpacing);
+    auto* panel = new PopupView(message, host.panel);
+    panel->setObjectName(QStringLiteral("panel"));
+    stack->addWidget(panel);
+    stack->addWidget(new Spacer(Qt::Vertical), 1);
+    stack->addWidget(new Divider);
+    stack->addWidget(makeCommands());
+    stack->addWidget(new Spacer(Qt::Vertical), 1);
+}
+
+QWidget* StatusMenuView::makeCommands()
+{
+    auto* commands = new QWidget;
+    commands->setObjectName(QStringLiteral("commands"));
+    commands->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    auto* stack = new QVBoxLayout(commands);
+    stack->setContentsMargins(commandsPadding, commandsPadding, commandsPadding, commandsPadding);
+    stack->setSpacing(metrics::defaultSpacing);
+
+    auto* about = makeCommand(tr("About"), QStringLiteral("about"), TextButton::Style::plain);
+    connect(about, &TextButton::clicked, this, &StatusMenuView::showAbout);
+    stack->addWidget(about);
+
+    auto* website =
+        makeCommand(tr("Open website"), QStringLiteral("openWebsite"), TextButton::Style::plain);
+    connect(website, &TextButton::clicked, this, &StatusMenuView::openWebsite);
+    stack->addWidget(website);
+
+    stack->addWidget(new Divider);
+
+    auto* quitCommand =
+        makeCommand(tr("Quit"), QStringLiteral("quit"), TextButton::Style::bordered);
+    connect(quitCommand, &TextButton::clicked, this, &StatusMenuView::quit);
+    stack->addWidget(quitCommand);
+    return commands;
+}
+
+void StatusMenuView::showAbout()
+{
+    requireMainThread();
+    host.application().orderFrontStandardAboutPanel({});
+}
+
+void StatusMenuView::openWebsite()
+{
+    requireMainThread();
+    const QUrl url(QString::fromStdString(host.website), QUrl::StrictMode);
+    if (url.isValid()) {
+        host.openUrl(url);
+    }
+}
+
+void StatusMenuView::quit()
+{
+    requireMainThread();
+    host.application().terminate();
+}
+
+void StatusMenuView::paintEvent(QPaintEvent* /*event*/)
+{
+    QPainter painter(this);
+    painter.fillRect(rect(), windowColor(palette()));
+    // The window has no frame of its own.
+    painter.setPen(separatorColor(palette()));
+    painter.drawRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5));
+}
+
+} // namespace orlimo
