@@ -1,0 +1,82 @@
+#include "app/GuidanceWindow.h"
+#include "app/HelperView.h"
+#include "app/MenuBarIcon.h"
+#include "app/StatusMenuView.h"
+#include "capture/Message.h"
+#include "capture/PreferenceDefaults.h"
+#include "platform/UserDefaults.h"
+#include "resources/translations/TranslationCatalogue.h"
+#include "sample/SampleStore.h"
+#include "tests/pictures/PictureScheme.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QTest>
+
+#include <filesystem>
+#include <iostream>
+
+// Takes pictures of the windows as they stand on the display:
+//
+//   orlimo-pictures FOLDER LANGUAGE light|dark
+//
+// HOME must be a scratch folder: a message store is made in it. QT_SCALE_FACTOR says how many
+// pixels there are to a point, and becomes part of the pictures' names.
+
+namespace {
+
+void makeStore()
+{
+    const std::filesystem::path messages =
+        std::filesystem::path(QDir::homePath().toStdString()) / "Library/Messages";
+    std::filesystem::create_directories(messages);
+    orlimo::sample::SampleStore store(messages / "chat.db");
+    store.append({.text = "Your verification code is 482913."});
+}
+
+bool save(QWidget& window, const QString& file)
+{
+    window.show();
+    if (!QTest::qWaitForWindowExposed(&window)) {
+        std::cerr << "orlimo-pictures: the window did not appear\n";
+        return false;
+    }
+    if (!window.grab().save(file)) {
+        std::cerr << "orlimo-pictures: cannot write " << file.toStdString() << '\n';
+        return false;
+    }
+    return true;
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    const QApplication application(argc, argv);
+    const QStringList arguments = QApplication::arguments();
+    if (arguments.size() != 4) {
+        std::cerr << "Usage: orlimo-pictures FOLDER LANGUAGE light|dark\n";
+        return 2;
+    }
+    const QString& language = arguments.at(2);
+    const QString& scheme = arguments.at(3);
+    orlimo::installTranslations(*qApp, {language});
+    QApplication::setPalette(orlimo::desktopPalette(scheme == QLatin1String("dark")));
+
+    makeStore();
+    orlimo::writePreferenceDefaults(orlimo::standardUserDefaults());
+    orlimo::standardUserDefaults().setBool(false, "fourDigitInclude");
+    const auto message = orlimo::Message::create();
+    message->registFileObserver();
+
+    const QString ending =
+        QStringLiteral("-%1-%2-%3x.png").arg(language, scheme).arg(qApp->devicePixelRatio());
+    const QDir folder(arguments.at(1));
+    orlimo::StatusMenuView menu(message);
+    orlimo::GuidanceWindow guidance(
+        new orlimo::HelperView, QRect(QPoint(0, 0), orlimo::GuidanceWindow::contentSize));
+    return save(menu, folder.filePath(QStringLiteral("window") + ending)) &&
+                   save(guidance, folder.filePath(QStringLiteral("guidance") + ending))
+               ? 0
+               : 1;
+}
