@@ -27,11 +27,11 @@
     <name>orlimo::HelperView</name>
     <message>
         <source>Allow acess</source>
-        <translation>Permitir acceso</translation>
+        <translation>Permitir el acceso</translation>
     </message>
     <message>
         <source>Full Disk Access is required to read the verification code from Messages.</source>
-        <translation>Se necesita acceso total al disco para leer el código de verificación de Mensajes.</translation>
+        <translation>Se necesita acceso total al disco para leer el código de verificación en Mensajes.</translation>
     </message>
     <message>
         <source>open System Preferences &gt; Security &amp; Privacy &gt; Full Disk Access and allow Orlimo in the list.</source>
@@ -73,7 +73,7 @@
     <name>orlimo::StatusMenuView</name>
     <message>
         <source>About</source>
-        <translation>Acerca de</translation>
+        <translation>Acerca de Orlimo</translation>
     </message>
     <message>
         <source>Open website</source>

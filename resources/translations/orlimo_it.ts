@@ -27,7 +27,7 @@
     <name>orlimo::HelperView</name>
     <message>
         <source>Allow acess</source>
-        <translation>Consenti accesso</translation>
+        <translation>Consenti l’accesso</translation>
     </message>
     <message>
         <source>Full Disk Access is required to read the verification code from Messages.</source>
@@ -73,7 +73,7 @@
     <name>orlimo::StatusMenuView</name>
     <message>
         <source>About</source>
-        <translation>Informazioni</translation>
+        <translation>Informazioni su Orlimo</translation>
     </message>
     <message>
         <source>Open website</source>
