@@ -35,7 +35,7 @@
     </message>
     <message>
         <source>open System Preferences &gt; Security &amp; Privacy &gt; Full Disk Access and allow Orlimo in the list.</source>
-        <translation>Abre Ajustes del Sistema &gt; Privacidad y seguridad &gt; Acceso total al disco y permite el acceso a Orlimo en la lista.</translation>
+        <translation>Abre Ajustes del Sistema &gt; Privacidad y seguridad &gt; Acceso total al disco y activa Orlimo en la lista.</translation>
     </message>
     <message>
         <source>Open System Setting</source>

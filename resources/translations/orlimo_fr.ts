@@ -35,7 +35,7 @@
     </message>
     <message>
         <source>open System Preferences &gt; Security &amp; Privacy &gt; Full Disk Access and allow Orlimo in the list.</source>
-        <translation>Ouvrez Réglages Système &gt; Confidentialité et sécurité &gt; Accès complet au disque, puis autorisez Orlimo dans la liste.</translation>
+        <translation>Ouvrez Réglages Système &gt; Confidentialité et sécurité &gt; Accès complet au disque et autorisez Orlimo dans la liste.</translation>
     </message>
     <message>
         <source>Open System Setting</source>

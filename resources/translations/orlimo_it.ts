@@ -35,7 +35,7 @@
     </message>
     <message>
         <source>open System Preferences &gt; Security &amp; Privacy &gt; Full Disk Access and allow Orlimo in the list.</source>
-        <translation>Apri Impostazioni di Sistema &gt; Privacy e sicurezza &gt; Accesso completo al disco e consenti l’accesso a Orlimo nell’elenco.</translation>
+        <translation>Apri Impostazioni di Sistema &gt; Privacy e sicurezza &gt; Accesso completo al disco e attiva Orlimo nell’elenco.</translation>
     </message>
     <message>
         <source>Open System Setting</source>
