@@ -27,15 +27,15 @@
     <name>orlimo::HelperView</name>
     <message>
         <source>Allow acess</source>
-        <translation>Permitir acceso</translation>
+        <translation>Permitir el acceso</translation>
     </message>
     <message>
         <source>Full Disk Access is required to read the verification code from Messages.</source>
-        <translation>Se necesita acceso total al disco para leer el código de verificación de Mensajes.</translation>
+        <translation>Se necesita acceso total al disco para leer el código de verificación en Mensajes.</translation>
     </message>
     <message>
         <source>open System Preferences &gt; Security &amp; Privacy &gt; Full Disk Access and allow Orlimo in the list.</source>
-        <translation>Abre Ajustes del Sistema &gt; Privacidad y seguridad &gt; Acceso total al disco y permite el acceso a Orlimo en la lista.</translation>
+        <translation>Abre Ajustes del Sistema &gt; Privacidad y seguridad &gt; Acceso total al disco y activa Orlimo en la lista.</translation>
     </message>
     <message>
         <source>Open System Setting</source>
@@ -73,7 +73,7 @@
     <name>orlimo::StatusMenuView</name>
     <message>
         <source>About</source>
-        <translation>Acerca de</translation>
+        <translation>Acerca de Orlimo</translation>
     </message>
     <message>
         <source>Open website</source>

@@ -35,7 +35,7 @@
     </message>
     <message>
         <source>open System Preferences &gt; Security &amp; Privacy &gt; Full Disk Access and allow Orlimo in the list.</source>
-        <translation>Ouvrez Réglages Système &gt; Confidentialité et sécurité &gt; Accès complet au disque, puis autorisez Orlimo dans la liste.</translation>
+        <translation>Ouvrez Réglages Système &gt; Confidentialité et sécurité &gt; Accès complet au disque et autorisez Orlimo dans la liste.</translation>
     </message>
     <message>
         <source>Open System Setting</source>
@@ -54,7 +54,7 @@
     </message>
     <message>
         <source>Include 4 digit code</source>
-        <translation>Inclure codes à 4 chiffres</translation>
+        <translation>Inclure les codes à 4 chiffres</translation>
     </message>
     <message>
         <source>Launch at login</source>
@@ -73,7 +73,7 @@
     <name>orlimo::StatusMenuView</name>
     <message>
         <source>About</source>
-        <translation>À propos</translation>
+        <translation>À propos d’Orlimo</translation>
     </message>
     <message>
         <source>Open website</source>

@@ -27,7 +27,7 @@
     <name>orlimo::HelperView</name>
     <message>
         <source>Allow acess</source>
-        <translation>Consenti accesso</translation>
+        <translation>Consenti l’accesso</translation>
     </message>
     <message>
         <source>Full Disk Access is required to read the verification code from Messages.</source>
@@ -35,7 +35,7 @@
     </message>
     <message>
         <source>open System Preferences &gt; Security &amp; Privacy &gt; Full Disk Access and allow Orlimo in the list.</source>
-        <translation>Apri Impostazioni di Sistema &gt; Privacy e sicurezza &gt; Accesso completo al disco e consenti l’accesso a Orlimo nell’elenco.</translation>
+        <translation>Apri Impostazioni di Sistema &gt; Privacy e sicurezza &gt; Accesso completo al disco e attiva Orlimo nell’elenco.</translation>
     </message>
     <message>
         <source>Open System Setting</source>
@@ -73,7 +73,7 @@
     <name>orlimo::StatusMenuView</name>
     <message>
         <source>About</source>
-        <translation>Informazioni</translation>
+        <translation>Informazioni su Orlimo</translation>
     </message>
     <message>
         <source>Open website</source>

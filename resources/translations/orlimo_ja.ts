@@ -46,7 +46,7 @@
     <name>orlimo::PopupView</name>
     <message>
         <source>Capture Options</source>
-        <translation>取得オプション</translation>
+        <translation>コード取得オプション</translation>
     </message>
     <message>
         <source>Auto Copy to Clipboard</source>

@@ -77,7 +77,7 @@
     </message>
     <message>
         <source>Open website</source>
-        <translation>웹 사이트 열기</translation>
+        <translation>웹사이트 열기</translation>
     </message>
     <message>
         <source>Quit</source>

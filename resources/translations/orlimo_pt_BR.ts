@@ -73,7 +73,7 @@
     <name>orlimo::StatusMenuView</name>
     <message>
         <source>About</source>
-        <translation>Sobre</translation>
+        <translation>Sobre o Orlimo</translation>
     </message>
     <message>
         <source>Open website</source>

@@ -73,7 +73,7 @@
     <name>orlimo::StatusMenuView</name>
     <message>
         <source>About</source>
-        <translation>关于</translation>
+        <translation>关于 Orlimo</translation>
     </message>
     <message>
         <source>Open website</source>

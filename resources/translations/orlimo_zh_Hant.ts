@@ -73,7 +73,7 @@
     <name>orlimo::StatusMenuView</name>
     <message>
         <source>About</source>
-        <translation>關於</translation>
+        <translation>關於 Orlimo</translation>
     </message>
     <message>
         <source>Open website</source>

@@ -1,0 +1,105 @@
+#include "tests/resources/translations/CatalogueFile.h"
+
+#include "tests/resources/translations/TextPlace.h"
+
+#include <QRegularExpression>
+#include <QTranslator>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <set>
+#include <string>
+
+namespace orlimo {
+namespace {
+
+QStringList placeholdersIn(const QString& text)
+{
+    QStringList found;
+    static const QRegularExpression placeholder(QStringLiteral("%L?[0-9n]+"));
+    for (auto match = placeholder.globalMatch(text); match.hasNext();) {
+        found.append(match.next().captured());
+    }
+    found.sort();
+    return found;
+}
+
+TEST(CatalogueFiles, AreThoseThatAreKnown)
+{
+    std::multiset<std::string> names;
+    for (const auto& file : std::filesystem::directory_iterator(ORLIMO_CATALOGUE_FOLDER)) {
+        if (file.path().extension() == ".ts") {
+            names.insert(file.path().stem().string());
+        }
+    }
+    std::multiset<std::string> known;
+    for (const std::string& language : catalogueLanguages()) {
+        known.insert("orlimo_" + language);
+    }
+    EXPECT_EQ(names, known);
+}
+
+class CatalogueFileOf : public testing::TestWithParam<std::string>
+{
+protected:
+    const CatalogueFile catalogue = CatalogueFile::read(catalogueFileOf(GetParam()));
+};
+
+TEST_P(CatalogueFileOf, SaysItsLanguage)
+{
+    const std::string language = catalogue.language.toStdString();
+    EXPECT_TRUE(language == GetParam() || language.starts_with(GetParam() + "_")) << language;
+    EXPECT_EQ(catalogue.sourceLanguage, QStringLiteral("en"));
+}
+
+TEST_P(CatalogueFileOf, HasEveryTextOnce)
+{
+    EXPECT_EQ(catalogue.texts(), textsOfTheProgram());
+}
+
+TEST_P(CatalogueFileOf, IsFinished)
+{
+    for (const auto& entry : catalogue.entries) {
+        EXPECT_EQ(entry.type.toStdString(), "") << entry.source.toStdString();
+        EXPECT_FALSE(entry.translation.isEmpty()) << entry.source.toStdString();
+    }
+}
+
+TEST_P(CatalogueFileOf, KeepsWhatIsNotForTranslation)
+{
+    for (const auto& entry : catalogue.entries) {
+        const std::string translation = entry.translation.toStdString();
+        EXPECT_EQ(placeholdersIn(entry.translation), placeholdersIn(entry.source)) << translation;
+        if (entry.source.contains(u"Orlimo")) {
+            EXPECT_THAT(translation, testing::HasSubstr("Orlimo"));
+        }
+        EXPECT_EQ(entry.translation, entry.translation.simplified())
+            << "needless white space: " << translation;
+        const bool isSentence =
+            entry.translation.endsWith(u'.') || entry.translation.endsWith(u'\u3002');
+        EXPECT_EQ(isSentence, entry.source.endsWith(u'.')) << translation;
+    }
+}
+
+TEST_P(CatalogueFileOf, IsCompiledIntoTheProgramAsItIsWritten)
+{
+    QTranslator translator;
+    ASSERT_TRUE(translator.load(
+        QStringLiteral(":/translations/orlimo_") + QString::fromStdString(GetParam())));
+    for (const auto& entry : catalogue.entries) {
+        EXPECT_EQ(
+            translator
+                .translate(entry.context.toUtf8().constData(), entry.source.toUtf8().constData())
+                .toStdString(),
+            entry.translation.toStdString());
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    EveryLanguage, CatalogueFileOf, testing::ValuesIn(catalogueLanguages()), [](const auto& suite) {
+        return suite.param;
+    });
+
+} // namespace
+} // namespace orlimo
