@@ -1,9 +1,15 @@
 #include "tests/app/ProgramSession.h"
 
+#include "tests/support/OutputCapture.h"
+#include "tests/support/PermissionDuty.h"
+#include "tests/support/Preloading.h"
+
 #include <gtest/gtest.h>
 
 #include <thread>
 #include <utility>
+
+#include <unistd.h>
 
 namespace orlimo {
 
@@ -11,6 +17,16 @@ namespace {
 
 /// A little more than the 1.6 seconds for which the program's throttle is closed.
 constexpr std::chrono::milliseconds throttleInterval(1700);
+
+/// Writes a user database in which this process's user lives in `home`.
+void writeUserDatabase(const std::filesystem::path& folder, const std::filesystem::path& home)
+{
+    const std::string user = std::to_string(::getuid());
+    const std::string group = std::to_string(::getgid());
+    writeFile(
+        folder / "passwd", "user:x:" + user + ":" + group + "::" + home.string() + ":/bin/sh\n");
+    writeFile(folder / "group", "user:x:" + group + ":\n");
+}
 
 } // namespace
 
@@ -38,6 +54,26 @@ ProgramSession::ProgramSession(Settings sessionSettings)
     std::filesystem::create_directories(home() / ".config");
     std::filesystem::create_directories(home() / ".runtime");
     std::filesystem::permissions(home() / ".runtime", std::filesystem::perms::owner_all);
+    writeUserDatabase(folder.path() / "users", home());
+    makeProbeFolder();
+}
+
+ProgramSession::~ProgramSession()
+{
+    // What cannot be listed cannot be removed.
+    std::error_code ignored;
+    std::filesystem::permissions(probeFolder(), std::filesystem::perms::owner_all, ignored);
+}
+
+void ProgramSession::makeProbeFolder() const
+{
+    if (settings.diskAccess == DiskAccess::folderMissing) {
+        return;
+    }
+    std::filesystem::create_directories(probeFolder());
+    if (settings.diskAccess == DiskAccess::folderUnreadable) {
+        std::filesystem::permissions(probeFolder(), std::filesystem::perms::none);
+    }
 }
 
 void ProgramSession::start()
@@ -72,17 +108,44 @@ void ProgramSession::startWriter()
 
 void ProgramSession::startProgram()
 {
-    ChildSettings childSettings{
-        .environment =
-            {{"HOME", home().string()},
-             {"XDG_CONFIG_HOME", (home() / ".config").string()},
-             {"XDG_RUNTIME_DIR", (home() / ".runtime").string()}},
-        .beforeStart = settings.beforeStart,
-    };
+    programProcess = std::make_unique<ChildProcess>(
+        ORLIMO_PROGRAM,
+        ChildSettings{
+            .arguments = settings.arguments,
+            .environment = environment(),
+            .beforeStart =
+                [this] {
+                    if (settings.diskAccess == DiskAccess::folderUnreadable) {
+                        heedFilePermissions();
+                    }
+                    if (settings.beforeStart) {
+                        settings.beforeStart();
+                    }
+                },
+        });
+}
+
+std::map<std::string, std::optional<std::string>> ProgramSession::environment() const
+{
+    auto variables = preloading({"libnss_wrapper.so", ORLIMO_SYSLOG_RECORDER});
+    variables.insert({
+        {"HOME", home().string()},
+        {"NSS_WRAPPER_GROUP", (folder.path() / "users/group").string()},
+        {"NSS_WRAPPER_PASSWD", (folder.path() / "users/passwd").string()},
+        {"ORLIMO_RECORDED_SYSLOG", recordedLog().string()},
+        {"XDG_CONFIG_HOME", (home() / ".config").string()},
+        {"XDG_RUNTIME_DIR", (home() / ".runtime").string()},
+    });
     for (const auto& [variable, value] : settings.environment) {
-        childSettings.environment[variable] = value;
+        variables[variable] = value;
     }
-    programProcess = std::make_unique<ChildProcess>(ORLIMO_PROGRAM, childSettings);
+    return variables;
+}
+
+std::vector<std::string> ProgramSession::systemLog() const
+{
+    return std::filesystem::exists(recordedLog()) ? linesOf(contentOf(recordedLog()))
+                                                  : std::vector<std::string>{};
 }
 
 void ProgramSession::deliver(const std::string& command)

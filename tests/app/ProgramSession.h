@@ -15,16 +15,27 @@
 namespace orlimo {
 
 /// A home of its own with a message store, a writer process in the place of the Messages
-/// application, and the built program watching.
+/// application, and the built program watching. For the program, that home is the one in the user
+/// database too, and what it sends to the system's log is kept in a file.
 class ProgramSession
 {
 public:
+    /// What the program finds when it lists a folder for which it needs to be granted access.
+    enum class DiskAccess {
+        granted,
+        folderMissing,
+        folderUnreadable,
+    };
+
     struct Settings
     {
         /// How the writer syncs: FULL, NORMAL or OFF.
         std::string synchronous = "NORMAL";
         /// How many messages the store holds at the start.
         int messages = 0;
+        DiskAccess diskAccess = DiskAccess::granted;
+        /// The program's own.
+        std::vector<std::string> arguments{};
         std::map<std::string, std::optional<std::string>> environment{};
         std::function<void()> beforeStart{};
     };
@@ -32,6 +43,9 @@ public:
     /// Makes the home and, unless told otherwise by `start`, nothing else.
     ProgramSession();
     explicit ProgramSession(Settings sessionSettings);
+    ProgramSession(const ProgramSession&) = delete;
+    ProgramSession& operator=(const ProgramSession&) = delete;
+    ~ProgramSession();
 
     /// Starts the writer and then the program, and waits until the program watches the log.
     void start();
@@ -74,6 +88,21 @@ public:
         return home() / ".config/Orlimo/Orlimo.conf";
     }
 
+    /// What has the program started at login.
+    [[nodiscard]] std::filesystem::path autostartEntry() const
+    {
+        return home() / ".config/autostart/app.orlimo.Orlimo.desktop";
+    }
+    /// The folder whose listing shows whether the program was granted access.
+    [[nodiscard]] std::filesystem::path probeFolder() const
+    {
+        return home() / "Library/Containers/com.apple.stocks";
+    }
+
+    /// What the program has sent to the system's log, each entry led by its priority with its
+    /// facility, as a number.
+    [[nodiscard]] std::vector<std::string> systemLog() const;
+
     [[nodiscard]] ChildProcess& writer() { return *writerProcess; }
     [[nodiscard]] ChildProcess& program() { return *programProcess; }
 
@@ -85,6 +114,10 @@ public:
 
 private:
     void didReact();
+    void makeProbeFolder() const;
+    [[nodiscard]] std::map<std::string, std::optional<std::string>> environment() const;
+
+    [[nodiscard]] std::filesystem::path recordedLog() const { return folder.path() / "syslog"; }
 
     TemporaryFolder folder;
     Settings settings;

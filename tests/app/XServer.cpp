@@ -18,17 +18,23 @@ ChildSettings clipboardTool(const std::string& display, std::vector<std::string>
 
 } // namespace
 
-XServer::XServer()
+XServer::XServer(const std::string& screen)
     // The server picks a free display and writes its number to standard output.
     : server(
           "/usr/bin/Xvfb",
           {
-              .arguments = {"-displayfd", "1", "-screen", "0", "1280x800x24", "-nolisten", "tcp"},
+              .arguments = {"-displayfd", "1", "-screen", "0", screen, "-nolisten", "tcp"},
           })
 {
     const auto number = server.readLine();
     EXPECT_TRUE(number.has_value()) << server.errors();
     name = ":" + number.value_or("");
+}
+
+XServer::~XServer()
+{
+    // Asked to end, it takes its lock and its socket away.
+    server.terminate();
 }
 
 std::string XServer::paste(const std::string& selection) const

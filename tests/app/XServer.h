@@ -12,8 +12,12 @@ namespace orlimo {
 class XServer
 {
 public:
-    /// Starts the server; one that does not start is a test failure.
-    XServer();
+    /// Starts the server with one screen, its width, height and depth as given; one that does not
+    /// start is a test failure.
+    explicit XServer(const std::string& screen = "1280x800x24");
+    XServer(const XServer&) = delete;
+    XServer& operator=(const XServer&) = delete;
+    ~XServer();
 
     /// The value of DISPLAY for programs that are to use it.
     [[nodiscard]] const std::string& display() const { return name; }

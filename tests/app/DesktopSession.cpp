@@ -1,0 +1,143 @@
+#include "tests/app/DesktopSession.h"
+
+#include "tests/support/OutputCapture.h"
+
+#include <gtest/gtest.h>
+
+namespace orlimo {
+
+namespace {
+
+/// Makes a folder that only the user may enter, as programs expect of their runtime folder.
+std::filesystem::path makePrivate(const std::filesystem::path& folder)
+{
+    std::filesystem::create_directories(folder);
+    std::filesystem::permissions(folder, std::filesystem::perms::owner_all);
+    return folder;
+}
+
+} // namespace
+
+DesktopSession::DesktopSession(const std::string& screen)
+    : runtimeFolder(makePrivate(folder.path() / "runtime"))
+    , xServer(screen)
+    , buses(runtimeFolder)
+    , tree(buses.accessibilityAddress())
+    , xWindows(xServer.display())
+{
+    installOpener();
+    windowManager = std::make_unique<ChildProcess>(
+        "/usr/bin/openbox",
+        ChildSettings{.arguments = {"--sm-disable"}, .environment = environment()});
+    EXPECT_TRUE(await([this] { return xWindows.hasWindowManager(); })) << windowManager->errors();
+    // As wide from the start as it will be, so that an icon stays where it is first seen.
+    tray = std::make_unique<ChildProcess>(
+        "/usr/bin/trayer",
+        ChildSettings{
+            .arguments =
+                {"--edge",
+                 "top",
+                 "--align",
+                 "right",
+                 "--widthtype",
+                 "pixel",
+                 "--width",
+                 "120",
+                 "--heighttype",
+                 "pixel",
+                 "--height",
+                 "24",
+                 "--SetDockType",
+                 "true",
+                 "--SetPartialStrut",
+                 "true"},
+            .environment = environment()});
+    EXPECT_TRUE(await([this] { return xWindows.hasTray(); })) << tray->errors();
+}
+
+std::map<std::string, std::optional<std::string>> DesktopSession::environment() const
+{
+    const std::string searchPath =
+        (folder.path() / "bin").string() + ":" + qEnvironmentVariable("PATH").toStdString();
+    std::map<std::string, std::optional<std::string>> variables{
+        {"DBUS_SESSION_BUS_ADDRESS", buses.sessionAddress()},
+        {"DISPLAY", xServer.display()},
+        {"LC_ALL", "C.UTF-8"},
+        {"PATH", searchPath},
+        {"QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "1"},
+        {"QT_QPA_PLATFORM", "xcb"},
+        {"XDG_RUNTIME_DIR", runtimeFolder.string()},
+    };
+    // The desktop of whoever runs the tests has no say here.
+    for (const char* variable :
+         {"AT_SPI_BUS_ADDRESS",
+          "BROWSER",
+          "DESKTOP_SESSION",
+          "KDE_FULL_SESSION",
+          "LANGUAGE",
+          "QT_QPA_PLATFORMTHEME",
+          "QT_STYLE_OVERRIDE",
+          "WAYLAND_DISPLAY",
+          "XDG_CURRENT_DESKTOP"})
+    {
+        variables[variable] = std::nullopt;
+    }
+    return variables;
+}
+
+void DesktopSession::click(const QPoint& point, int button) const
+{
+    control(
+        {"mousemove",
+         std::to_string(point.x()),
+         std::to_string(point.y()),
+         "click",
+         std::to_string(button)});
+}
+
+void DesktopSession::movePointer(const QPoint& point) const
+{
+    control({"mousemove", std::to_string(point.x()), std::to_string(point.y())});
+}
+
+void DesktopSession::press(const std::string& keys) const
+{
+    control({"key", keys});
+}
+
+std::unique_ptr<ChildProcess> DesktopSession::openOtherApplication() const
+{
+    auto application = std::make_unique<ChildProcess>(
+        "/usr/bin/xmessage",
+        ChildSettings{
+            .arguments = {"-geometry", "600x600+340+100", "Another application"},
+            .environment = environment()});
+    EXPECT_TRUE(await([this] {
+        const auto active = windows().activeWindow();
+        return active && active->title == "xmessage";
+    })) << application->errors();
+    return application;
+}
+
+std::vector<std::string> DesktopSession::openedAddresses() const
+{
+    const auto list = folder.path() / "opened";
+    return std::filesystem::exists(list) ? linesOf(contentOf(list)) : std::vector<std::string>{};
+}
+
+void DesktopSession::control(std::vector<std::string> arguments) const
+{
+    ChildProcess tool(
+        "/usr/bin/xdotool",
+        {.arguments = std::move(arguments), .environment = {{"DISPLAY", xServer.display()}}});
+    EXPECT_EQ(tool.awaitEnd().status, 0) << tool.errors();
+}
+
+void DesktopSession::installOpener() const
+{
+    const auto opener = folder.path() / "bin/xdg-open";
+    writeFile(opener, "#!/bin/sh\necho \"$1\" >>'" + (folder.path() / "opened").string() + "'\n");
+    std::filesystem::permissions(opener, std::filesystem::perms::owner_all);
+}
+
+} // namespace orlimo

@@ -1,0 +1,68 @@
+#pragma once
+
+#include "tests/app/AccessibilityTree.h"
+#include "tests/app/SessionBuses.h"
+#include "tests/app/XServer.h"
+#include "tests/app/XWindows.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <QPoint>
+
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace orlimo {
+
+/// A desktop without a display: an X server with a window manager and a tray, a session bus and the
+/// accessibility bus, all of its own and ended with the object. What a program on it asks to have
+/// opened is noted and not opened.
+class DesktopSession
+{
+public:
+    /// Starts everything and waits until it serves. `screen` is the width, height and depth in the
+    /// X server's notation.
+    explicit DesktopSession(const std::string& screen = "1280x800x24");
+    DesktopSession(const DesktopSession&) = delete;
+    DesktopSession& operator=(const DesktopSession&) = delete;
+    ~DesktopSession() = default;
+
+    /// What puts a program on this desktop, and its texts into English.
+    [[nodiscard]] std::map<std::string, std::optional<std::string>> environment() const;
+
+    [[nodiscard]] const XServer& server() const { return xServer; }
+    [[nodiscard]] const XWindows& windows() const { return xWindows; }
+    [[nodiscard]] const AccessibilityTree& accessibility() const { return tree; }
+
+    /// Moves the pointer to `point` of the screen and presses `button`: 1 left, 2 middle, 3 right.
+    void click(const QPoint& point, int button = 1) const;
+    void movePointer(const QPoint& point) const;
+
+    /// Presses and releases keys, named as X names them: "Escape", "alt+F4".
+    void press(const std::string& keys) const;
+
+    /// Another application's window over the middle of the screen, in front and with the focus,
+    /// until the returned process ends.
+    [[nodiscard]] std::unique_ptr<ChildProcess> openOtherApplication() const;
+
+    /// The addresses that programs asked to have opened, the first one first.
+    [[nodiscard]] std::vector<std::string> openedAddresses() const;
+
+private:
+    void control(std::vector<std::string> arguments) const;
+    void installOpener() const;
+
+    TemporaryFolder folder;
+    std::filesystem::path runtimeFolder;
+    XServer xServer;
+    SessionBuses buses;
+    AccessibilityTree tree;
+    XWindows xWindows;
+    std::unique_ptr<ChildProcess> windowManager;
+    std::unique_ptr<ChildProcess> tray;
+};
+
+} // namespace orlimo

@@ -1,0 +1,200 @@
+#include "tests/app/XWindows.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <span>
+
+namespace orlimo {
+
+namespace {
+
+struct Free
+{
+    void operator()(void* reply) const { std::free(reply); } // NOLINT: the C library's own
+};
+
+/// Owns what the server answered; empty when it could not, as for a window that has gone.
+template <typename Reply> std::unique_ptr<Reply, Free> owned(Reply* reply)
+{
+    return std::unique_ptr<Reply, Free>(reply);
+}
+
+} // namespace
+
+XWindows::XWindows(const std::string& display)
+    : connection(xcb_connect(display.c_str(), nullptr))
+{
+    if (xcb_connection_has_error(connection.get()) != 0) {
+        ADD_FAILURE() << "no connection to the X server " << display;
+        return;
+    }
+    root = xcb_setup_roots_iterator(xcb_get_setup(connection.get())).data->root;
+}
+
+bool XWindows::hasWindowManager() const
+{
+    return !numbers(root, "_NET_SUPPORTING_WM_CHECK").empty();
+}
+
+bool XWindows::hasTray() const
+{
+    const auto owner = owned(xcb_get_selection_owner_reply(
+        connection.get(),
+        xcb_get_selection_owner(connection.get(), atom("_NET_SYSTEM_TRAY_S0")),
+        nullptr));
+    return owner && owner->owner != XCB_NONE;
+}
+
+std::vector<XWindow> XWindows::windowsOf(std::uint32_t process) const
+{
+    std::vector<XWindow> found;
+    for (const xcb_window_t window : numbers(root, "_NET_CLIENT_LIST_STACKING")) {
+        const auto description = describe(window);
+        if (description && (process == 0 || description->process == process)) {
+            found.push_back(*description);
+        }
+    }
+    return found;
+}
+
+std::optional<XWindow> XWindows::activeWindow() const
+{
+    const auto active = numbers(root, "_NET_ACTIVE_WINDOW");
+    return active.empty() ? std::nullopt : describe(active.front());
+}
+
+std::optional<QRect> XWindows::trayIconOf(std::uint32_t process) const
+{
+    for (const xcb_window_t topLevel : childrenOf(root)) {
+        for (const xcb_window_t child : childrenOf(topLevel)) {
+            if (const auto icon = embeddedIn(child, process)) {
+                return icon;
+            }
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<QRect> XWindows::embeddedIn(xcb_window_t window, std::uint32_t process) const
+{
+    const auto managed = numbers(root, "_NET_CLIENT_LIST");
+    const auto owner = numbers(window, "_NET_WM_PID");
+    if (!owner.empty() && owner.front() == process) {
+        const bool isIcon = isViewable(window) && std::ranges::count(managed, window) == 0;
+        return isIcon ? areaOf(window) : std::nullopt;
+    }
+    for (const xcb_window_t child : childrenOf(window)) {
+        if (const auto icon = embeddedIn(child, process)) {
+            return icon;
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<XWindow> XWindows::describe(xcb_window_t window) const
+{
+    const auto area = areaOf(window);
+    if (!area || !isViewable(window)) {
+        return std::nullopt;
+    }
+    const auto processes = numbers(window, "_NET_WM_PID");
+    XWindow description{
+        .id = window,
+        .process = processes.empty() ? 0 : processes.front(),
+        .title = text(window, "_NET_WM_NAME"),
+        .area = *area,
+    };
+    const auto extents = numbers(window, "_NET_FRAME_EXTENTS");
+    if (extents.size() == 4) {
+        description.frame = {
+            static_cast<int>(extents[0]),
+            static_cast<int>(extents[2]),
+            static_cast<int>(extents[1]),
+            static_cast<int>(extents[3])};
+    }
+    // The hints start with flags; the smallest and the largest size follow four numbers later.
+    const auto hints = numbers(window, "WM_NORMAL_HINTS");
+    constexpr std::uint32_t bothSizes = 16 + 32;
+    description.resizable = hints.size() < 9 || (hints[0] & bothSizes) != bothSizes ||
+                            hints[5] != hints[7] || hints[6] != hints[8];
+    return description;
+}
+
+xcb_atom_t XWindows::atom(const std::string& name) const
+{
+    const auto reply = owned(xcb_intern_atom_reply(
+        connection.get(),
+        xcb_intern_atom(connection.get(), 0, static_cast<std::uint16_t>(name.size()), name.c_str()),
+        nullptr));
+    return reply ? reply->atom : XCB_NONE;
+}
+
+std::vector<std::uint32_t> XWindows::numbers(xcb_window_t window, const std::string& property) const
+{
+    constexpr std::uint32_t most = 1024;
+    const auto reply = owned(xcb_get_property_reply(
+        connection.get(),
+        xcb_get_property(
+            connection.get(), 0, window, atom(property), XCB_GET_PROPERTY_TYPE_ANY, 0, most),
+        nullptr));
+    if (!reply || reply->format != 32) {
+        return {};
+    }
+    const std::span values(
+        static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get())), reply->value_len);
+    return {values.begin(), values.end()};
+}
+
+std::string XWindows::text(xcb_window_t window, const std::string& property) const
+{
+    constexpr std::uint32_t most = 1024;
+    const auto reply = owned(xcb_get_property_reply(
+        connection.get(),
+        xcb_get_property(
+            connection.get(), 0, window, atom(property), XCB_GET_PROPERTY_TYPE_ANY, 0, most),
+        nullptr));
+    if (!reply || reply->format != 8) {
+        return {};
+    }
+    return {
+        static_cast<const char*>(xcb_get_property_value(reply.get())),
+        static_cast<std::size_t>(xcb_get_property_value_length(reply.get()))};
+}
+
+bool XWindows::isViewable(xcb_window_t window) const
+{
+    const auto reply = owned(xcb_get_window_attributes_reply(
+        connection.get(), xcb_get_window_attributes(connection.get(), window), nullptr));
+    return reply && reply->map_state == XCB_MAP_STATE_VIEWABLE;
+}
+
+std::optional<QRect> XWindows::areaOf(xcb_window_t window) const
+{
+    const auto size = owned(xcb_get_geometry_reply(
+        connection.get(), xcb_get_geometry(connection.get(), window), nullptr));
+    const auto place = owned(xcb_translate_coordinates_reply(
+        connection.get(),
+        xcb_translate_coordinates(connection.get(), window, root, 0, 0),
+        nullptr));
+    if (!size || !place) {
+        return std::nullopt;
+    }
+    return QRect(place->dst_x, place->dst_y, size->width, size->height);
+}
+
+std::vector<xcb_window_t> XWindows::childrenOf(xcb_window_t window) const
+{
+    const auto tree = owned(
+        xcb_query_tree_reply(connection.get(), xcb_query_tree(connection.get(), window), nullptr));
+    if (!tree) {
+        return {};
+    }
+    const std::span children(
+        xcb_query_tree_children(tree.get()),
+        static_cast<std::size_t>(xcb_query_tree_children_length(tree.get())));
+    return {children.begin(), children.end()};
+}
+
+} // namespace orlimo

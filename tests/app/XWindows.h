@@ -1,0 +1,57 @@
+#pragma once
+
+#include "tests/app/XWindow.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <xcb/xcb.h>
+
+namespace orlimo {
+
+/// The windows on an X server, looked at from outside of the programs that own them.
+class XWindows
+{
+public:
+    /// Connects to the server `display`; no connection is a test failure.
+    explicit XWindows(const std::string& display);
+
+    /// Whether a window manager answers for the screen.
+    [[nodiscard]] bool hasWindowManager() const;
+
+    /// Whether a tray takes icons.
+    [[nodiscard]] bool hasTray() const;
+
+    /// The windows of `process` that the window manager knows and that can be seen, the lowest
+    /// first. Of every process when it is 0.
+    [[nodiscard]] std::vector<XWindow> windowsOf(std::uint32_t process) const;
+
+    /// The window with the focus.
+    [[nodiscard]] std::optional<XWindow> activeWindow() const;
+
+    /// Where the icon of `process` is in the tray. None as long as it is not docked.
+    [[nodiscard]] std::optional<QRect> trayIconOf(std::uint32_t process) const;
+
+private:
+    struct Disconnect
+    {
+        void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
+    };
+
+    [[nodiscard]] xcb_atom_t atom(const std::string& name) const;
+    [[nodiscard]] std::vector<std::uint32_t>
+    numbers(xcb_window_t window, const std::string& property) const;
+    [[nodiscard]] std::string text(xcb_window_t window, const std::string& property) const;
+    [[nodiscard]] bool isViewable(xcb_window_t window) const;
+    [[nodiscard]] std::optional<QRect> areaOf(xcb_window_t window) const;
+    [[nodiscard]] std::vector<xcb_window_t> childrenOf(xcb_window_t window) const;
+    [[nodiscard]] std::optional<XWindow> describe(xcb_window_t window) const;
+    [[nodiscard]] std::optional<QRect> embeddedIn(xcb_window_t window, std::uint32_t process) const;
+
+    std::unique_ptr<xcb_connection_t, Disconnect> connection;
+    xcb_window_t root = XCB_NONE;
+};
+
+} // namespace orlimo

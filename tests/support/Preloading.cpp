@@ -1,0 +1,21 @@
+#include "tests/support/Preloading.h"
+
+#include <QString>
+
+namespace orlimo {
+
+std::map<std::string, std::optional<std::string>>
+preloading(const std::vector<std::string>& libraries)
+{
+    std::string list;
+    for (const std::string& library : libraries) {
+        list += (list.empty() ? "" : ":") + library;
+    }
+    return {
+        {"LD_PRELOAD", list},
+        {"ASAN_OPTIONS",
+         qEnvironmentVariable("ASAN_OPTIONS").toStdString() + ":verify_asan_link_order=0"},
+    };
+}
+
+} // namespace orlimo
