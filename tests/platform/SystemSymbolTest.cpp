@@ -99,9 +99,9 @@ protected:
 TEST_F(SharpSymbolTest, HasASquareWithSharpSidesAndTracks)
 {
     expectRow(u"slider.horizontal.2.square", 0, "                  ");
-    expectRow(u"slider.horizontal.2.square", 9, " #+   +        +# ");
-    expectRow(u"slider.horizontal.2.square", 6, " #+ #########+ +# ");
-    expectRow(u"slider.horizontal.2.square", 11, " #+ +######### +# ");
+    expectRow(u"slider.horizontal.2.square", 9, " #+  ++        +# ");
+    expectRow(u"slider.horizontal.2.square", 6, " #+ ########## +# ");
+    expectRow(u"slider.horizontal.2.square", 11, " #+ ########## +# ");
 }
 
 TEST_F(SharpSymbolTest, HasABubbleWithSharpSidesAndDots)
