@@ -2,7 +2,7 @@
 
 #include "controls/Colors.h"
 #include "controls/ImageView.h"
-#include "resources/TemplateIcon.h"
+#include "resources/ImageIcon.h"
 
 #include <QHBoxLayout>
 

@@ -1,8 +1,10 @@
 #include "platform/linux/TrayIcon.h"
 
 #include "platform/ApplicationIdentity.h"
+#include "platform/linux/PanelIcon.h"
 
 #include <QApplication>
+#include <QEvent>
 #include <QString>
 
 #include <chrono>
@@ -10,11 +12,14 @@
 
 namespace orlimo {
 
-TrayIcon::TrayIcon(const QIcon& image, Handlers whatToDo, UptimeClock uptimeClock)
-    : handlers(std::move(whatToDo))
+TrayIcon::TrayIcon(QIcon label, Handlers whatToDo, UptimeClock uptimeClock)
+    : image(std::move(label))
+    , handlers(std::move(whatToDo))
     , clock(std::move(uptimeClock))
-    , icon(image, this)
+    , icon(this)
 {
+    showImage();
+    qApp->installEventFilter(this);
     QObject::connect(
         menu.addAction(QCoreApplication::translate("MenuBarExtra", "Open Orlimo")),
         &QAction::triggered,
@@ -31,6 +36,20 @@ TrayIcon::TrayIcon(const QIcon& image, Handlers whatToDo, UptimeClock uptimeCloc
         identity::applicationName.data(),
         static_cast<qsizetype>(identity::applicationName.size())));
     icon.show();
+}
+
+bool TrayIcon::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == qApp && event->type() == QEvent::ApplicationPaletteChange) {
+        showImage();
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+void TrayIcon::showImage()
+{
+    const QString desktop = qEnvironmentVariable("XDG_CURRENT_DESKTOP");
+    icon.setIcon(panelIcon(image, panelTextColor(desktop, QApplication::palette())));
 }
 
 std::optional<QRect> TrayIcon::geometry() const

@@ -29,15 +29,21 @@ public:
         std::function<void()> quit;
     };
 
-    TrayIcon(const QIcon& icon, Handlers handlers, UptimeClock clock = currentUptime);
+    /// A template takes on the colour of the panel's text and follows a change of scheme.
+    TrayIcon(QIcon image, Handlers handlers, UptimeClock clock = currentUptime);
 
     /// Where the icon is on the screen, in points; none where the host does not say.
     [[nodiscard]] std::optional<QRect> geometry() const;
 
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
+    void showImage();
     void wasActivated(QSystemTrayIcon::ActivationReason reason);
     [[nodiscard]] bool hasJustBeenTriggered() const;
 
+    QIcon image;
     Handlers handlers;
     UptimeClock clock;
     QMenu menu;

@@ -1,11 +1,9 @@
-#include "resources/TemplateIcon.h"
+#include "resources/ImageIcon.h"
 
 #include "resources/ImageAsset.h"
 
-#include <QGuiApplication>
 #include <QIconEngine>
 #include <QPainter>
-#include <QPalette>
 
 #include <utility>
 
@@ -13,10 +11,10 @@ namespace orlimo {
 
 namespace {
 
-class TemplateIconEngine final : public QIconEngine
+class ImageIconEngine final : public QIconEngine
 {
 public:
-    explicit TemplateIconEngine(QString name)
+    explicit ImageIconEngine(QString name)
         : imageName(std::move(name))
     {}
 
@@ -31,13 +29,11 @@ public:
         return scaledPixmap(size, mode, state, 1);
     }
 
-    QPixmap
-    scaledPixmap(const QSize& size, QIcon::Mode mode, QIcon::State /*state*/, qreal scale) override
+    QPixmap scaledPixmap(
+        const QSize& size, QIcon::Mode /*mode*/, QIcon::State /*state*/, qreal scale) override
     {
-        // The size is in pixels here, while the image is asked for in points.
-        const auto group = mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active;
-        QPixmap pixmap = templateImageNamed(
-            imageName, size, 1, QGuiApplication::palette().color(group, QPalette::WindowText));
+        // The size counts pixels here, and points where the image is asked for.
+        QPixmap pixmap = imageNamed(imageName, size, 1);
         pixmap.setDevicePixelRatio(scale);
         return pixmap;
     }
@@ -45,15 +41,15 @@ public:
     QList<QSize> availableSizes(QIcon::Mode /*mode*/, QIcon::State /*state*/) override
     {
         QList<QSize> sizes;
-        for (const int edge : {16, 22, 24, 32, 44, 48, 64}) {
+        for (const int edge : {16, 22, 24, 32, 44, 48, 64, 128, 256}) {
             sizes.append({edge, edge});
         }
         return sizes;
     }
 
-    [[nodiscard]] QIconEngine* clone() const override { return new TemplateIconEngine(*this); }
+    [[nodiscard]] QIconEngine* clone() const override { return new ImageIconEngine(*this); }
 
-    QString key() const override { return QStringLiteral("TemplateIconEngine"); }
+    QString key() const override { return QStringLiteral("ImageIconEngine"); }
 
 private:
     QString imageName;
@@ -61,9 +57,16 @@ private:
 
 } // namespace
 
+QIcon imageIcon(const QString& imageName)
+{
+    return QIcon(new ImageIconEngine(imageName));
+}
+
 QIcon templateIcon(const QString& imageName)
 {
-    return QIcon(new TemplateIconEngine(imageName));
+    QIcon icon = imageIcon(imageName);
+    icon.setIsMask(true);
+    return icon;
 }
 
 } // namespace orlimo

@@ -1,0 +1,84 @@
+#include "platform/linux/PanelIcon.h"
+
+#include "resources/ImageIcon.h"
+
+#include <QImage>
+#include <QPainter>
+#include <gtest/gtest.h>
+
+namespace orlimo {
+
+namespace {
+
+QPalette paletteWithText(const QColor& text)
+{
+    QPalette palette;
+    palette.setColor(QPalette::WindowText, text);
+    return palette;
+}
+
+/// The colours of the icon's pixels that are not transparent, and how many these are.
+struct Ink
+{
+    int pixels = 0;
+    int inColor = 0;
+};
+
+Ink inkOf(const QIcon& icon, int edge, const QColor& color)
+{
+    const QImage image =
+        icon.pixmap(QSize(edge, edge), 1.0).toImage().convertToFormat(QImage::Format_ARGB32);
+    Ink ink;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            const QColor pixel = image.pixelColor(x, y);
+            if (pixel.alpha() > 128) {
+                ++ink.pixels;
+                const int distance = std::abs(pixel.red() - color.red()) +
+                                     std::abs(pixel.green() - color.green()) +
+                                     std::abs(pixel.blue() - color.blue());
+                ink.inColor += distance <= 6 ? 1 : 0;
+            }
+        }
+    }
+    return ink;
+}
+
+} // namespace
+
+TEST(PanelTextColor, FollowsTheScheme)
+{
+    EXPECT_EQ(panelTextColor(QStringLiteral("KDE"), paletteWithText(Qt::black)), QColor(Qt::black));
+    EXPECT_EQ(panelTextColor(QString(), paletteWithText(Qt::white)), QColor(Qt::white));
+}
+
+TEST(PanelTextColor, IsWhiteOnGnome)
+{
+    const QPalette light = paletteWithText(Qt::black);
+    EXPECT_EQ(panelTextColor(QStringLiteral("GNOME"), light), QColor(Qt::white));
+    EXPECT_EQ(panelTextColor(QStringLiteral("ubuntu:GNOME"), light), QColor(Qt::white));
+    EXPECT_EQ(panelTextColor(QStringLiteral("GNOME-Flashback-like"), light), QColor(Qt::black));
+}
+
+TEST(PanelIcon, PaintsATemplateInTheColorAtEverySize)
+{
+    const QColor color(200, 40, 90);
+    const QIcon icon = panelIcon(templateIcon(QStringLiteral("StatusBarIcon")), color);
+    for (const int edge : {16, 22, 24, 32, 48, 64}) {
+        const Ink ink = inkOf(icon, edge, color);
+        EXPECT_GT(ink.pixels, edge * edge / 4) << edge;
+        EXPECT_EQ(ink.inColor, ink.pixels) << edge;
+        EXPECT_EQ(icon.pixmap(QSize(edge, edge), 1.0).size(), QSize(edge, edge));
+    }
+}
+
+TEST(PanelIcon, LeavesAPictureItsColors)
+{
+    const QColor color(200, 40, 90);
+    const QIcon icon = panelIcon(imageIcon(QStringLiteral("logo")), color);
+    const Ink ink = inkOf(icon, 64, color);
+    EXPECT_GT(ink.pixels, 64 * 64 / 2);
+    EXPECT_LT(ink.inColor, ink.pixels / 10);
+}
+
+} // namespace orlimo
