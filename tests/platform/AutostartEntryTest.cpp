@@ -14,6 +14,7 @@
 #include <filesystem>
 #include <functional>
 #include <optional>
+#include <ostream>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -492,8 +493,20 @@ TEST_F(AutostartEntryTest, WhatCannotBeWrittenWholeIsNotWrittenAtAll)
     EXPECT_EQ(entry.status(), LoginItemStatus::notRegistered);
 }
 
-/// Names that a program may have and that have a meaning in a desktop file.
-class AutostartEntryOfOddName : public testing::TestWithParam<std::string>
+/// A name that a program may have and that means something in a desktop file.
+struct OddName
+{
+    std::string kind;
+    std::string name;
+};
+
+/// How a test is called in lists, which cannot hold the name itself.
+void PrintTo(const OddName& name, std::ostream* stream)
+{
+    *stream << name.kind;
+}
+
+class AutostartEntryOfOddName : public testing::TestWithParam<OddName>
 {
 protected:
     AutostartEntryOfOddName()
@@ -509,7 +522,7 @@ protected:
     TemporaryFolder home;
     std::filesystem::path folder = home.path() / "autostart";
     std::filesystem::path file = folder / "app.orlimo.Orlimo.desktop";
-    std::filesystem::path program = home.path() / "bin" / GetParam();
+    std::filesystem::path program = home.path() / "bin" / GetParam().name;
 };
 
 TEST_P(AutostartEntryOfOddName, IsValid)
@@ -541,21 +554,22 @@ TEST_P(AutostartEntryOfStartableName, StartsTheProgramAsADesktopDoes)
     EXPECT_EQ(contentOf(output), "1\n" + program.string() + "\n--launched-at-login\n");
 }
 
-INSTANTIATE_TEST_SUITE_P(PercentSigns, AutostartEntryOfOddName, testing::Values("%f %% %U %"));
+INSTANTIATE_TEST_SUITE_P(
+    Percent, AutostartEntryOfOddName, testing::Values(OddName{"percent", "%f %% %U %"}));
 
 const auto oddNames = testing::Values(
-    "orlimo",
-    "two words",
-    " blanks around ",
-    "\"double\" 'single'",
-    "`touch x` $(touch x)",
-    "$HOME ${HOME} ~",
-    "back\\slash \\n \\\\ \\s \\",
-    "a;b&c|d<e>f*g?h#i(j)k",
-    "line\nbreak\ttab\rreturn",
-    "[Desktop Entry]",
-    "Größe 鍵 \xF0\x9F\x94\x91",
-    "a=b");
+    OddName{"ordinary", "orlimo"},
+    OddName{"blank", "two words"},
+    OddName{"blanksAround", " blanks around "},
+    OddName{"quotes", "\"double\" 'single'"},
+    OddName{"backticks", "`touch x` $(touch x)"},
+    OddName{"dollars", "$HOME ${HOME} ~"},
+    OddName{"backslashes", "back\\slash \\n \\\\ \\s \\"},
+    OddName{"shellCharacters", "a;b&c|d<e>f*g?h#i(j)k"},
+    OddName{"controlCharacters", "line\nbreak\ttab\rreturn"},
+    OddName{"group", "[Desktop Entry]"},
+    OddName{"otherScripts", "Größe 鍵 \xF0\x9F\x94\x91"},
+    OddName{"equalsSign", "a=b"});
 INSTANTIATE_TEST_SUITE_P(Names, AutostartEntryOfOddName, oddNames);
 INSTANTIATE_TEST_SUITE_P(Names, AutostartEntryOfStartableName, oddNames);
 
