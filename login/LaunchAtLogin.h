@@ -3,9 +3,9 @@
 #include "login/LoginHost.h"
 #include "platform/UnifiedLog.h"
 
-class QLabel;
-
 namespace orlimo {
+
+class TextLabel;
 
 /// The program as a login item: whether the host starts it at each login. The host alone keeps the
 /// registration; every call asks it anew. Main thread.
@@ -13,7 +13,7 @@ class LaunchAtLogin
 {
 public:
     class Observable;
-    template <typename Label = QLabel> class Toggle;
+    template <typename Label = TextLabel> class Toggle;
 
     LaunchAtLogin() = delete;
 

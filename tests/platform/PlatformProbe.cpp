@@ -1,6 +1,7 @@
 // A program that does one thing which the tests need a process of their own for, with an
 // application object that comes and goes.
 
+#include "platform/LoginItemService.h"
 #include "platform/Queue.h"
 #include "platform/UserDefaults.h"
 
@@ -10,6 +11,7 @@
 #include <atomic>
 #include <cstdio>
 #include <functional>
+#include <iostream>
 #include <map>
 #include <memory>
 #include <optional>
@@ -130,6 +132,28 @@ int writeDefault(const std::string& key, const std::string& value)
     return 0;
 }
 
+/// Answers each line of standard input with one line: the login item's status, or how a change of
+/// it went.
+int serveLoginItem()
+{
+    const auto say = [](const std::optional<ServiceError>& error) {
+        return error ? error->localizedDescription : "done";
+    };
+    for (std::string command; std::getline(std::cin, command);) {
+        LoginItemService& service = mainAppService();
+        std::string answer;
+        if (command == "status") {
+            answer = std::to_string(static_cast<int>(service.status()));
+        } else if (command == "register") {
+            answer = say(service.registerItem());
+        } else if (command == "unregister") {
+            answer = say(service.unregisterItem());
+        }
+        std::cout << answer << std::endl; // NOLINT(performance-avoid-endl): the test waits for it
+    }
+    return 0;
+}
+
 int run(const std::vector<std::string>& arguments)
 {
     const std::map<std::string, std::function<int()>> commands{
@@ -138,6 +162,7 @@ int run(const std::vector<std::string>& arguments)
         {"offer-meanwhile", offerMeanwhile},
         {"finish-background-work", finishBackgroundWork},
         {"read-default", [&] { return readDefault(arguments.at(1)); }},
+        {"login-item", serveLoginItem},
         {"write-default", [&] { return writeDefault(arguments.at(1), arguments.at(2)); }},
     };
     return commands.at(arguments.at(0))();

@@ -1,14 +1,15 @@
-// Loaded before libc (LD_PRELOAD), it takes the place of syslog(3): each entry becomes one line of
-// the file that the variable ORLIMO_RECORDED_SYSLOG names, and none reaches the system's log. A
-// line is the priority with its facility as a decimal number, a blank, and the text; a control
-// character in the text stands there as \x and two hexadecimal digits. What the log mask excludes
-// is not recorded, as libc would not send it. Without the variable, entries are lost.
+// Preloaded into a program (LD_PRELOAD), it takes the place of syslog(3): each entry becomes one
+// line of the file that the variable ORLIMO_RECORDED_SYSLOG names, and none reaches the system's
+// log. A line is the priority with its facility as a decimal number (11 for an error of a user's
+// program), a blank, and the text; a control character in the text stands there as \x and two
+// hexadecimal digits. What the log mask excludes is not recorded, as libc would not send it.
+// Without the variable, entries are lost.
 //
 // Built without sanitizers. A program built with the address sanitizer runs with it when
 // ASAN_OPTIONS contains verify_asan_link_order=0.
+#include "tests/support/SyslogReplacement.h"
+
 #include <array>
-#include <cerrno>
-#include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -17,15 +18,16 @@
 #include <syslog.h>
 #include <unistd.h>
 
+namespace orlimo {
 namespace {
 
-std::string onOneLine(const char* text)
+std::string onOneLine(const std::string& text)
 {
     std::string line;
-    for (; *text != '\0'; ++text) {
-        const auto byte = static_cast<unsigned char>(*text);
+    for (const char character : text) {
+        const auto byte = static_cast<unsigned char>(character);
         if (byte >= 0x20 && byte != 0x7F) {
-            line += *text;
+            line += character;
         } else {
             std::array<char, 5> escaped{};
             (void)std::snprintf(escaped.data(), escaped.size(), "\\x%02X", byte);
@@ -35,55 +37,22 @@ std::string onOneLine(const char* text)
     return line;
 }
 
-void record(int priority, const char* format, std::va_list arguments)
+void record(int priority, const std::string& text)
 {
-    const int errorBefore = errno;
     const char* const file = std::getenv("ORLIMO_RECORDED_SYSLOG");
-    char* text = nullptr;
-    if (file != nullptr && (::setlogmask(0) & LOG_MASK(LOG_PRI(priority))) != 0 &&
-        ::vasprintf(&text, format, arguments) >= 0)
-    {
-        const int withFacility = (priority & LOG_FACMASK) == 0 ? priority | LOG_USER : priority;
-        const std::string line = std::to_string(withFacility) + " " + onOneLine(text) + "\n";
-        const int descriptor = ::open(file, O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0666);
-        if (descriptor < 0 || ::write(descriptor, line.data(), line.size()) < 0) {
-            std::perror(file);
-        }
-        (void)::close(descriptor);
-        std::free(text);
+    if (file == nullptr || (::setlogmask(0) & LOG_MASK(LOG_PRI(priority))) == 0) {
+        return;
     }
-    errno = errorBefore;
+    const std::string line = std::to_string(priority) + " " + onOneLine(text) + "\n";
+    const int descriptor = ::open(file, O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0666);
+    if (descriptor < 0 || ::write(descriptor, line.data(), line.size()) < 0) {
+        std::perror(file);
+    }
+    (void)::close(descriptor);
 }
+
+/// Recording begins when the library is loaded.
+[[maybe_unused]] const bool isRecording = (giveSyslogTo(record), true);
 
 } // namespace
-
-extern "C" {
-
-void vsyslog(int priority, const char* format, std::va_list arguments)
-{
-    record(priority, format, arguments);
-}
-
-void syslog(int priority, const char* format, ...)
-{
-    std::va_list arguments;
-    va_start(arguments, format);
-    record(priority, format, arguments);
-    va_end(arguments);
-}
-
-// What calls become in programs that are compiled with _FORTIFY_SOURCE.
-void __vsyslog_chk(int priority, int /*flag*/, const char* format, std::va_list arguments)
-{
-    record(priority, format, arguments);
-}
-
-void __syslog_chk(int priority, int /*flag*/, const char* format, ...)
-{
-    std::va_list arguments;
-    va_start(arguments, format);
-    record(priority, format, arguments);
-    va_end(arguments);
-}
-
-} // extern "C"
+} // namespace orlimo

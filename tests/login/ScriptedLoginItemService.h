@@ -1,0 +1,52 @@
+#pragma once
+
+#include "platform/LoginItemService.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace orlimo {
+
+/// A login item service that does what a test says and writes each call into a list.
+class ScriptedLoginItemService final : public LoginItemService
+{
+public:
+    explicit ScriptedLoginItemService(std::vector<std::string>& callList)
+        : calls(callList)
+    {}
+
+    LoginItemStatus currentStatus = LoginItemStatus::notRegistered;
+    /// Where set, the operation fails with it and changes nothing.
+    std::optional<ServiceError> registerError;
+    std::optional<ServiceError> unregisterError;
+
+    [[nodiscard]] LoginItemStatus status() const override
+    {
+        calls.emplace_back("status");
+        return currentStatus;
+    }
+
+    [[nodiscard]] std::optional<ServiceError> registerItem() override
+    {
+        calls.emplace_back("register");
+        if (!registerError) {
+            currentStatus = LoginItemStatus::enabled;
+        }
+        return registerError;
+    }
+
+    [[nodiscard]] std::optional<ServiceError> unregisterItem() override
+    {
+        calls.emplace_back("unregister");
+        if (!unregisterError) {
+            currentStatus = LoginItemStatus::notRegistered;
+        }
+        return unregisterError;
+    }
+
+private:
+    std::vector<std::string>& calls;
+};
+
+} // namespace orlimo
