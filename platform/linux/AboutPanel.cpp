@@ -59,15 +59,10 @@ QString option(const AboutPanelOptions& options, const std::string& key, std::st
 } // namespace
 
 AboutPanel::AboutPanel()
-    : QDialog(
-          nullptr,
-          Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
-              Qt::WindowCloseButtonHint)
-    , name(makeLine(17, QFont::Bold))
+    : name(makeLine(17, QFont::Bold))
     , version(makeLine(13, QFont::Normal))
     , copyright(makeLine(11, QFont::Normal))
 {
-    setAttribute(Qt::WA_DeleteOnClose);
     auto* const column = new QVBoxLayout(this);
     column->setContentsMargins(40, 28, 40, 24);
     column->setSpacing(0);

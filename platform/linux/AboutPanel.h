@@ -7,8 +7,8 @@
 
 namespace orlimo {
 
-/// The About panel: the program's image, name, version and copyright. Closes on Escape like any
-/// dialog. Main thread.
+/// The About panel: the program's image, name, version and copyright. Closed, by
+/// Escape too, it is only hidden. Main thread.
 class AboutPanel final : public QDialog
 {
 public:

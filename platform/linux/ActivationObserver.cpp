@@ -8,10 +8,10 @@ ActivationObserver::ActivationObserver(std::function<void()> whoIsTold)
     : willBecomeActive(std::move(whoIsTold))
 {}
 
-void ActivationObserver::stateDidChange(Qt::ApplicationState state)
+void ActivationObserver::activityDidChange(bool isNowActive)
 {
-    const bool wasActive = std::exchange(isActive, state == Qt::ApplicationActive);
-    if (isActive && !wasActive) {
+    const bool wasActive = std::exchange(isActive, isNowActive);
+    if (isNowActive && !wasActive) {
         ++untold;
         tell();
     }

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <qnamespace.h>
-
 #include <functional>
 
 namespace orlimo {
@@ -13,8 +11,8 @@ class ActivationObserver
 public:
     explicit ActivationObserver(std::function<void()> willBecomeActive);
 
-    /// The application is in `state` now, the one before or another.
-    void stateDidChange(Qt::ApplicationState state);
+    /// The application is active or not from now on, as it was before or otherwise.
+    void activityDidChange(bool isNowActive);
 
     void launchingDidFinish();
 

@@ -3,6 +3,7 @@
 #include "platform/SharedApplication.h"
 #include "platform/linux/AboutPanel.h"
 #include "platform/linux/ActivationObserver.h"
+#include "platform/linux/ApplicationActivity.h"
 
 #include <QApplication>
 #include <QPointer>
@@ -25,17 +26,12 @@ public:
         QApplication::setQuitLockEnabled(false);
 
         ActivationObserver activations([&delegate] { delegate.applicationWillBecomeActive(); });
-        QObject thisRun;
-        QObject::connect(
-            qApp,
-            &QApplication::applicationStateChanged,
-            &thisRun,
-            [&activations](Qt::ApplicationState state) { activations.stateDidChange(state); });
-        activations.stateDidChange(QApplication::applicationState());
+        ApplicationActivity activity(
+            [&activations](bool isActive) { activations.activityDidChange(isActive); });
 
         delegate.applicationWillFinishLaunching();
         QMetaObject::invokeMethod(
-            &thisRun,
+            &activity,
             [&] {
                 delegate.applicationDidFinishLaunching();
                 if (isTerminating) {
@@ -54,7 +50,7 @@ public:
     void orderFrontStandardAboutPanel(const AboutPanelOptions& options) override
     {
         if (aboutPanel.isNull()) {
-            aboutPanel = new AboutPanel; // deletes itself when it is closed
+            aboutPanel = new AboutPanel;
         }
         aboutPanel->show(options);
     }

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QObject>
+#include <QTimer>
+
+#include <functional>
+
+namespace orlimo {
+
+/// Says whether the application is active, that is, whether one of its windows has the focus: once
+/// at the start and at each turn, some turns more than once. Needs the toolkit's application
+/// object. Main thread.
+class ApplicationActivity final : public QObject
+{
+public:
+    explicit ApplicationActivity(std::function<void(bool isActive)> whoIsTold);
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void tell();
+
+    std::function<void(bool isActive)> didChange;
+    QTimer handOver;
+};
+
+} // namespace orlimo

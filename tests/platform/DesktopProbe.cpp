@@ -1,0 +1,136 @@
+// A program with an icon in the tray, a window for it and an About panel, that says what happens to
+// them and does what its standard input asks. With the argument "window" it is another program, of
+// one plain window that takes the focus.
+
+#include "platform/ApplicationDelegate.h"
+#include "platform/MenuBarExtra.h"
+#include "platform/SharedApplication.h"
+#include "platform/Workspace.h"
+
+#include <QApplication>
+#include <QIcon>
+#include <QLineEdit>
+#include <QPixmap>
+#include <QSocketNotifier>
+#include <QVBoxLayout>
+
+#include <cstdio>
+#include <functional>
+#include <iostream>
+#include <map>
+#include <string>
+
+#include <unistd.h>
+
+namespace orlimo {
+namespace {
+
+void say(const std::string& line)
+{
+    (void)std::puts(line.c_str());
+    (void)std::fflush(stdout);
+}
+
+/// Says when the window it is installed on opens, closes and is given or loses the focus.
+class WindowReporter final : public QObject
+{
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        static const std::map<QEvent::Type, std::string> words{
+            {QEvent::Show, "opened"},
+            {QEvent::Hide, "closed"},
+            {QEvent::WindowActivate, "focused"},
+            {QEvent::WindowDeactivate, "unfocused"},
+        };
+        const auto word = words.find(event->type());
+        if (word != words.end()) {
+            say(word->second);
+        }
+        return QObject::eventFilter(watched, event);
+    }
+};
+
+class Content final : public QWidget
+{
+public:
+    Content()
+    {
+        setWindowTitle(QStringLiteral("Content"));
+        setFixedSize(300, 540);
+        auto* const column = new QVBoxLayout(this);
+        column->addWidget(&field);
+        column->addStretch();
+        installEventFilter(&reporter);
+    }
+
+    [[nodiscard]] std::string text() const { return field.text().toStdString(); }
+
+private:
+    QLineEdit field;
+    WindowReporter reporter;
+};
+
+class Delegate final : public ApplicationDelegate
+{
+public:
+    void applicationWillFinishLaunching() override { say("will finish launching"); }
+    void applicationDidFinishLaunching() override { say("did finish launching"); }
+    void applicationWillBecomeActive() override { say("will become active"); }
+};
+
+QIcon label()
+{
+    QPixmap pixmap(32, 32);
+    pixmap.fill(Qt::red);
+    return QIcon(pixmap);
+}
+
+int runExtra()
+{
+    Content content;
+    const auto extra = MenuBarExtra::create(content, label());
+    const std::map<std::string, std::function<void()>> commands{
+        {"is open", [&] { say(extra->isOpen() ? "yes" : "no"); }},
+        {"text", [&] { say(content.text()); }},
+        {"open", [&] { extra->open(); }},
+        {"about", [] { sharedApplication().orderFrontStandardAboutPanel({}); }},
+        {"website",
+         [] {
+             const bool isOpened = openUrl(QUrl(QStringLiteral("https://orlimo.app/")));
+             say(isOpened ? "yes" : "no");
+         }},
+        {"terminate", [] { sharedApplication().terminate(); }},
+    };
+    const QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
+    QObject::connect(&input, &QSocketNotifier::activated, &content, [&] {
+        std::string command;
+        if (std::getline(std::cin, command)) {
+            commands.at(command)();
+        } else {
+            sharedApplication().terminate();
+        }
+    });
+    Delegate delegate;
+    return sharedApplication().run(delegate);
+}
+
+int runWindow()
+{
+    WindowReporter reporter;
+    QWidget window;
+    window.setWindowTitle(QStringLiteral("Other program"));
+    window.resize(200, 200);
+    window.installEventFilter(&reporter);
+    window.show();
+    return QApplication::exec();
+}
+
+} // namespace
+} // namespace orlimo
+
+int main(int argc, char* argv[])
+{
+    const QApplication application(argc, argv);
+    return argc > 1 && std::string(argv[1]) == "window" ? orlimo::runWindow() : orlimo::runExtra();
+}
