@@ -88,8 +88,10 @@ QIcon label()
 
 int runExtra()
 {
-    Content content;
-    const auto extra = MenuBarExtra::create(content, label());
+    auto made = std::make_unique<Content>();
+    Content& content = *made;
+    const auto extra = MenuBarExtra::create(
+        [&made]() -> std::unique_ptr<QWidget> { return std::move(made); }, label());
     const std::map<std::string, std::function<void()>> commands{
         {"is open", [&] { say(extra->isOpen() ? "yes" : "no"); }},
         {"text", [&] { say(content.text()); }},
