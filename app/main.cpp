@@ -5,6 +5,7 @@
 #include "platform/ApplicationIdentity.h"
 #include "platform/SharedApplication.h"
 #include "platform/StandardStreams.h"
+#include "resources/ImageIcon.h"
 #include "resources/translations/TranslationCatalogue.h"
 
 #include <QApplication>
@@ -32,6 +33,7 @@ int runApplication(int argc, char* argv[], bool launchedAtLogin)
 {
     nameApplication();
     const QApplication application(argc, argv);
+    QApplication::setWindowIcon(orlimo::imageIcon(QStringLiteral("logo")));
     orlimo::installTranslations(*qApp);
 
     orlimo::OrlimoApp app;
