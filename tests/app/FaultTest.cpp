@@ -18,16 +18,25 @@ using testing::ElementsAre;
 using testing::ElementsAreArray;
 using testing::HasSubstr;
 
-constexpr uid_t someUser = 65533;
-
 /// Goes on as a user whom permissions bind, where the process runs as root.
-void dropPrivileges()
+void becomeUser(uid_t user)
 {
     if (::geteuid() == 0 &&
-        (::setgroups(0, nullptr) != 0 || ::setgid(someUser) != 0 || ::setuid(someUser) != 0))
+        (::setgroups(0, nullptr) != 0 || ::setgid(user) != 0 || ::setuid(user) != 0))
     {
         ::_exit(1);
     }
+}
+
+void becomeOrdinaryUser()
+{
+    becomeUser(ProgramSession::ordinaryUsers.front());
+}
+
+/// A user of whom no other test starts or ends a process: their shares of inotify are counted.
+void becomeUserWithoutInotify()
+{
+    becomeUser(ProgramSession::ordinaryUsers.back());
 }
 
 /// Lets everybody read `folder` and what is in it, and nobody write.
@@ -289,7 +298,7 @@ class ReadOnlyHome : public testing::Test
 protected:
     void TearDown() override { makeWritable(session.home()); }
 
-    ProgramSession session{{.beforeStart = dropPrivileges}};
+    ProgramSession session{{.beforeStart = becomeOrdinaryUser}};
 };
 
 TEST_F(ReadOnlyHome, WithStoredPreferencesStillCaptures)
@@ -334,11 +343,11 @@ TEST(FullInotifyTable, RefusesAccess)
     }
     // Another process of the same user holds every inotify instance that the user may have.
     const ChildProcess holder("/bin/sleep", {.arguments = {"600"}, .beforeStart = [] {
-                                                 dropPrivileges();
+                                                 becomeUserWithoutInotify();
                                                  while (::inotify_init1(0) >= 0) {
                                                  }
                                              }});
-    ProgramSession session({.beforeStart = dropPrivileges});
+    ProgramSession session({.beforeStart = becomeUserWithoutInotify});
     std::filesystem::permissions(session.home().parent_path(), std::filesystem::perms::all);
     std::filesystem::permissions(session.home() / ".config", std::filesystem::perms::all);
     session.startWriter();

@@ -18,14 +18,24 @@ namespace {
 /// A little more than the 1.6 seconds for which the program's throttle is closed.
 constexpr std::chrono::milliseconds throttleInterval(1700);
 
-/// Writes a user database in which this process's user lives in `home`.
+/// Writes a user database in which everybody whom a test starts the program as lives in `home`.
 void writeUserDatabase(const std::filesystem::path& folder, const std::filesystem::path& home)
 {
-    const std::string user = std::to_string(::getuid());
-    const std::string group = std::to_string(::getgid());
-    writeFile(
-        folder / "passwd", "user:x:" + user + ":" + group + "::" + home.string() + ":/bin/sh\n");
-    writeFile(folder / "group", "user:x:" + group + ":\n");
+    std::string users;
+    std::string groups;
+    const auto add = [&](unsigned user, unsigned group) {
+        const std::string name = "user" + std::to_string(user);
+        const std::string number = std::to_string(group);
+        users += name + ":x:" + std::to_string(user) + ":" + number + "::" + home.string() +
+                 ":/bin/sh\n";
+        groups += name + ":x:" + number + ":\n";
+    };
+    add(::getuid(), ::getgid());
+    for (const unsigned user : ProgramSession::ordinaryUsers) {
+        add(user, user);
+    }
+    writeFile(folder / "passwd", users);
+    writeFile(folder / "group", groups);
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "tests/support/ChildProcess.h"
 #include "tests/support/TemporaryFolder.h"
 
+#include <array>
 #include <chrono>
 #include <filesystem>
 #include <functional>
@@ -108,6 +109,10 @@ public:
 
     /// What the program prints while it starts on a store that it may watch.
     [[nodiscard]] static std::vector<std::string> startUpLines();
+
+    /// Users other than the superuser of whom the session's user database knows, with the same
+    /// home.
+    static constexpr std::array<unsigned, 2> ordinaryUsers{65533, 65532};
 
     /// The first words of the line that names a copied code.
     static constexpr const char* reactionPrefix = "file changed!! at message: code? ";
