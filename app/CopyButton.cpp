@@ -21,12 +21,17 @@ CopyButton::CopyButton(const QString& text)
     setFont(systemFont);
     setAutoDefault(false);
     setFocusPolicy(Qt::StrongFocus);
-    setFixedSize(sizeHint());
+    setFixedSize(styledSize());
     setAttribute(Qt::WA_Hover);
     FocusRing::attach(*this, pillCornerRadius, metrics::defaultPadding);
 }
 
 QSize CopyButton::sizeHint() const
+{
+    return styledSize();
+}
+
+QSize CopyButton::styledSize() const
 {
     return CopyButtonStyle::makeBody({.label = label(), .isPressed = false}).size;
 }

@@ -35,6 +35,7 @@ protected:
 
 private:
     [[nodiscard]] DrawnView label() const;
+    [[nodiscard]] QSize styledSize() const;
     void setHovered(bool hovered);
 
     bool isHoverCopyButton = false;
