@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <sstream>
+#include <stdexcept>
+#include <thread>
 #include <utility>
 
 namespace orlimo {
@@ -16,6 +18,10 @@ namespace {
 constexpr const char* applicationName = "Orlimo";
 
 constexpr QSize windowSize(300, 540);
+
+/// Longer than the time in which two clicks are a double click, and than that in which a click may
+/// be the one that took the focus away from the window.
+constexpr std::chrono::milliseconds betweenClicks(700);
 
 ProgramSession::Settings onDesktop(const DesktopSession& desktop, ProgramSession::Settings settings)
 {
@@ -49,51 +55,82 @@ DesktopProgram::DesktopProgram(ProgramSession::Settings settings)
 void DesktopProgram::start()
 {
     ownSession.startProgram();
-    ASSERT_TRUE(process().awaitLine("file access allowed")) << process().errors();
-    ASSERT_TRUE(await([this] { return ownDesktop.windows().trayIconOf(processId()).has_value(); }))
-        << "no icon in the tray; " << describe();
+    require(process().awaitLine("file access allowed"), "the store is not watched");
+    (void)awaitIcon();
 }
 
 void DesktopProgram::clickIcon(int button)
 {
-    const auto icon = ownDesktop.windows().trayIconOf(processId());
-    ASSERT_TRUE(icon) << describe();
-    ownDesktop.click(icon->center(), button);
+    ownDesktop.click(awaitIcon(), button);
+    lastClick = std::chrono::steady_clock::now();
+}
+
+void DesktopProgram::doubleClickIcon()
+{
+    ownDesktop.doubleClick(awaitIcon());
+    lastClick = std::chrono::steady_clock::now();
+}
+
+void DesktopProgram::chooseFromIconsMenu(int number, int count)
+{
+    constexpr int right = 3;
+    clickIcon(right);
+    std::optional<QRect> menu;
+    const auto isShown = [&] {
+        menu = ownDesktop.windows().menuOf(processId());
+        return menu.has_value();
+    };
+    require(awaitSparingly(isShown), "the icon has no menu");
+    const int height = menu->height() / count;
+    ownDesktop.click({menu->center().x(), menu->top() + number * height + height / 2});
+}
+
+QPoint DesktopProgram::awaitIcon()
+{
+    std::this_thread::sleep_until(lastClick + betweenClicks);
+    std::optional<QRect> icon;
+    const auto isDocked = [&] {
+        icon = ownDesktop.windows().trayIconOf(processId());
+        return icon.has_value();
+    };
+    require(awaitSparingly(isDocked), "no icon in the tray");
+    return icon->center();
 }
 
 void DesktopProgram::open()
 {
     const long before = count(appearLine);
     clickIcon();
-    ASSERT_TRUE(awaitOpen());
-    ASSERT_TRUE(await([&] { return count(appearLine) > before; })) << describe();
+    require(
+        awaitOpen() && awaitSparingly([&] { return count(appearLine) > before; }),
+        "the window does not open");
 }
 
 void DesktopProgram::close()
 {
     ownDesktop.press("Escape");
-    ASSERT_TRUE(awaitClosed());
+    require(awaitClosed(), "the window does not close");
 }
 
-testing::AssertionResult DesktopProgram::awaitOpen()
+bool DesktopProgram::awaitOpen()
 {
-    const auto hasFocus = [this] {
+    return awaitSparingly([this] {
         const auto opened = window();
-        const auto active = ownDesktop.windows().activeWindow();
-        return opened && active && opened->id == active->id;
-    };
-    if (await(hasFocus)) {
-        return testing::AssertionSuccess();
-    }
-    return testing::AssertionFailure() << "the window is not open with the focus; " << describe();
+        return opened && hasFocus(*opened);
+    });
 }
 
-testing::AssertionResult DesktopProgram::awaitClosed()
+bool DesktopProgram::awaitClosed()
 {
-    if (await([this] { return !window(); })) {
-        return testing::AssertionSuccess();
-    }
-    return testing::AssertionFailure() << "the window is still open; " << describe();
+    const bool closed = awaitSparingly([this] { return !window(); });
+    lastClick = std::chrono::steady_clock::now();
+    return closed;
+}
+
+bool DesktopProgram::hasFocus(const XWindow& window) const
+{
+    const auto active = ownDesktop.windows().activeWindow();
+    return active && active->id == window.id;
 }
 
 std::optional<XWindow> DesktopProgram::window()
@@ -117,11 +154,8 @@ Accessible DesktopProgram::element(const std::string& role, const std::string& n
         found = ownDesktop.accessibility().find(applicationName, role, name);
         return found.has_value();
     };
-    if (await(isThere)) {
-        return *found;
-    }
-    ADD_FAILURE() << "no " << role << " \"" << name << "\"; " << describe();
-    return Accessible(QDBusConnection(QString()), QString(), QString());
+    require(awaitSparingly(isThere), "no " + role + " \"" + name + '"');
+    return *found;
 }
 
 bool DesktopProgram::shows(const std::string& role, const std::string& name) const
@@ -137,7 +171,7 @@ void DesktopProgram::click(const std::string& role, const std::string& name)
 testing::AssertionResult DesktopProgram::awaitPaste(const std::string& text) const
 {
     const XServer& server = ownDesktop.server();
-    if (await([&] { return server.paste("clipboard") == text; })) {
+    if (awaitSparingly([&] { return server.paste("clipboard") == text; })) {
         return testing::AssertionSuccess();
     }
     return testing::AssertionFailure()
@@ -148,7 +182,7 @@ testing::AssertionResult
 DesktopProgram::awaitPreferences(const std::map<std::string, std::string>& expected) const
 {
     const auto file = ownSession.preferences();
-    if (await([&] { return preferencesIn(file) == expected; })) {
+    if (awaitSparingly([&] { return preferencesIn(file) == expected; })) {
         return testing::AssertionSuccess();
     }
     return testing::AssertionFailure()
@@ -164,6 +198,13 @@ long DesktopProgram::count(const std::string& line)
 std::uint32_t DesktopProgram::processId()
 {
     return static_cast<std::uint32_t>(process().processId());
+}
+
+void DesktopProgram::require(bool condition, const std::string& failure)
+{
+    if (!condition) {
+        throw std::runtime_error(failure + "; " + describe());
+    }
 }
 
 std::string DesktopProgram::describe()

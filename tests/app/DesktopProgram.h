@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <map>
 #include <optional>
 #include <string>
@@ -13,7 +14,8 @@
 namespace orlimo {
 
 /// The built program on a desktop of its own, used as a person uses it: with the pointer, the
-/// keyboard, and what can be read off the screen.
+/// keyboard, and what can be read off the screen. What a person would need and does not find,
+/// however long they wait, ends the test with an exception that describes the desktop.
 class DesktopProgram
 {
 public:
@@ -24,8 +26,14 @@ public:
     /// Starts the program and waits until it watches the store and its icon is in the tray.
     void start();
 
-    /// Clicks the icon in the tray.
+    /// Clicks the icon in the tray, at the pace of a person: not so soon after the last click, or
+    /// after the window closed, that both count as one.
     void clickIcon(int button = 1);
+    void doubleClickIcon();
+
+    /// Clicks the icon with the right button and then, in the menu that comes, the item `number` of
+    /// `count`, counted from 0.
+    void chooseFromIconsMenu(int number, int count);
 
     /// Clicks the icon and waits until the window is open and has the focus.
     void open();
@@ -33,10 +41,9 @@ public:
     /// Presses Escape and waits until the window is closed.
     void close();
 
-    /// Waits until the window is open and has the focus; says what is there instead when it does
-    /// not come.
-    [[nodiscard]] testing::AssertionResult awaitOpen();
-    [[nodiscard]] testing::AssertionResult awaitClosed();
+    /// Waits until the window is open and has the focus.
+    [[nodiscard]] bool awaitOpen();
+    [[nodiscard]] bool awaitClosed();
 
     /// The program's window under the icon. None while it is closed.
     [[nodiscard]] std::optional<XWindow> window();
@@ -44,8 +51,9 @@ public:
     /// Every window of the program, the lowest first.
     [[nodiscard]] std::vector<XWindow> windows();
 
-    /// What the program shows under this role and name. Waits for it; a test failure when it does
-    /// not come.
+    [[nodiscard]] bool hasFocus(const XWindow& window) const;
+
+    /// What the program shows under this role and name. Waits for it.
     [[nodiscard]] Accessible element(const std::string& role, const std::string& name);
 
     /// Whether it shows that now.
@@ -76,10 +84,13 @@ public:
 
 private:
     [[nodiscard]] std::uint32_t processId();
+    [[nodiscard]] QPoint awaitIcon();
+    void require(bool condition, const std::string& failure);
     [[nodiscard]] std::string describe();
 
     DesktopSession ownDesktop;
     ProgramSession ownSession;
+    std::chrono::steady_clock::time_point lastClick;
 };
 
 } // namespace orlimo

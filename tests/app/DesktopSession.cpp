@@ -29,7 +29,8 @@ DesktopSession::DesktopSession(const std::string& screen)
     windowManager = std::make_unique<ChildProcess>(
         "/usr/bin/openbox",
         ChildSettings{.arguments = {"--sm-disable"}, .environment = environment()});
-    EXPECT_TRUE(await([this] { return xWindows.hasWindowManager(); })) << windowManager->errors();
+    EXPECT_TRUE(awaitSparingly([this] { return xWindows.hasWindowManager(); }))
+        << windowManager->errors();
     // As wide from the start as it will be, so that an icon stays where it is first seen.
     tray = std::make_unique<ChildProcess>(
         "/usr/bin/trayer",
@@ -52,7 +53,7 @@ DesktopSession::DesktopSession(const std::string& screen)
                  "--SetPartialStrut",
                  "true"},
             .environment = environment()});
-    EXPECT_TRUE(await([this] { return xWindows.hasTray(); })) << tray->errors();
+    EXPECT_TRUE(awaitSparingly([this] { return xWindows.hasTray(); })) << tray->errors();
 }
 
 std::map<std::string, std::optional<std::string>> DesktopSession::environment() const
@@ -95,9 +96,18 @@ void DesktopSession::click(const QPoint& point, int button) const
          std::to_string(button)});
 }
 
-void DesktopSession::movePointer(const QPoint& point) const
+void DesktopSession::doubleClick(const QPoint& point) const
 {
-    control({"mousemove", std::to_string(point.x()), std::to_string(point.y())});
+    control(
+        {"mousemove",
+         std::to_string(point.x()),
+         std::to_string(point.y()),
+         "click",
+         "--repeat",
+         "2",
+         "--delay",
+         "100",
+         "1"});
 }
 
 void DesktopSession::press(const std::string& keys) const
@@ -112,7 +122,7 @@ std::unique_ptr<ChildProcess> DesktopSession::openOtherApplication() const
         ChildSettings{
             .arguments = {"-geometry", "600x600+340+100", "Another application"},
             .environment = environment()});
-    EXPECT_TRUE(await([this] {
+    EXPECT_TRUE(awaitSparingly([this] {
         const auto active = windows().activeWindow();
         return active && active->title == "xmessage";
     })) << application->errors();

@@ -39,7 +39,7 @@ public:
 
     /// Moves the pointer to `point` of the screen and presses `button`: 1 left, 2 middle, 3 right.
     void click(const QPoint& point, int button = 1) const;
-    void movePointer(const QPoint& point) const;
+    void doubleClick(const QPoint& point) const;
 
     /// Presses and releases keys, named as X names them: "Escape", "alt+F4".
     void press(const std::string& keys) const;

@@ -65,7 +65,7 @@ SessionBuses::SessionBuses(const std::filesystem::path& runtimeFolder)
         });
     const auto name = QString::fromStdString(session);
     const auto connection = QDBusConnection::connectToBus(name, name);
-    EXPECT_TRUE(await([&] {
+    EXPECT_TRUE(awaitSparingly([&] {
         accessibility = accessibilityAddressOn(connection);
         return !accessibility.empty();
     })) << accessibilityLauncher->errors();

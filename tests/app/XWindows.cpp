@@ -77,11 +77,26 @@ std::optional<QRect> XWindows::trayIconOf(std::uint32_t process) const
     return std::nullopt;
 }
 
+std::optional<QRect> XWindows::menuOf(std::uint32_t process) const
+{
+    for (const xcb_window_t topLevel : childrenOf(root)) {
+        if (belongsTo(topLevel, process) && isViewable(topLevel)) {
+            return areaOf(topLevel);
+        }
+    }
+    return std::nullopt;
+}
+
+bool XWindows::belongsTo(xcb_window_t window, std::uint32_t process) const
+{
+    const auto owner = numbers(window, "_NET_WM_PID");
+    return !owner.empty() && owner.front() == process;
+}
+
 std::optional<QRect> XWindows::embeddedIn(xcb_window_t window, std::uint32_t process) const
 {
-    const auto managed = numbers(root, "_NET_CLIENT_LIST");
-    const auto owner = numbers(window, "_NET_WM_PID");
-    if (!owner.empty() && owner.front() == process) {
+    if (belongsTo(window, process)) {
+        const auto managed = numbers(root, "_NET_CLIENT_LIST");
         const bool isIcon = isViewable(window) && std::ranges::count(managed, window) == 0;
         return isIcon ? areaOf(window) : std::nullopt;
     }
@@ -100,10 +115,11 @@ std::optional<XWindow> XWindows::describe(xcb_window_t window) const
         return std::nullopt;
     }
     const auto processes = numbers(window, "_NET_WM_PID");
+    const std::string title = text(window, "_NET_WM_NAME");
     XWindow description{
         .id = window,
         .process = processes.empty() ? 0 : processes.front(),
-        .title = text(window, "_NET_WM_NAME"),
+        .title = title.empty() ? text(window, "WM_NAME") : title,
         .area = *area,
     };
     const auto extents = numbers(window, "_NET_FRAME_EXTENTS");

@@ -34,6 +34,10 @@ public:
     /// Where the icon of `process` is in the tray. None as long as it is not docked.
     [[nodiscard]] std::optional<QRect> trayIconOf(std::uint32_t process) const;
 
+    /// Where the menu of `process` is that pops up without the window manager. None as long as
+    /// there is none.
+    [[nodiscard]] std::optional<QRect> menuOf(std::uint32_t process) const;
+
 private:
     struct Disconnect
     {
@@ -43,6 +47,7 @@ private:
     [[nodiscard]] xcb_atom_t atom(const std::string& name) const;
     [[nodiscard]] std::vector<std::uint32_t>
     numbers(xcb_window_t window, const std::string& property) const;
+    [[nodiscard]] bool belongsTo(xcb_window_t window, std::uint32_t process) const;
     [[nodiscard]] std::string text(xcb_window_t window, const std::string& property) const;
     [[nodiscard]] bool isViewable(xcb_window_t window) const;
     [[nodiscard]] std::optional<QRect> areaOf(xcb_window_t window) const;

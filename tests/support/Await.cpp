@@ -7,7 +7,12 @@
 
 namespace orlimo {
 
-bool await(const std::function<bool()>& condition, std::chrono::milliseconds limit)
+namespace {
+
+bool awaitLookingEvery(
+    std::chrono::milliseconds interval,
+    const std::function<bool()>& condition,
+    std::chrono::milliseconds limit)
 {
     const QDeadlineTimer deadline(limit);
     for (;;) {
@@ -19,8 +24,20 @@ bool await(const std::function<bool()>& condition, std::chrono::milliseconds lim
         if (deadline.hasExpired()) {
             return false;
         }
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        std::this_thread::sleep_for(interval);
     }
+}
+
+} // namespace
+
+bool await(const std::function<bool()>& condition, std::chrono::milliseconds limit)
+{
+    return awaitLookingEvery(std::chrono::milliseconds(1), condition, limit);
+}
+
+bool awaitSparingly(const std::function<bool()>& condition, std::chrono::milliseconds limit)
+{
+    return awaitLookingEvery(std::chrono::milliseconds(20), condition, limit);
 }
 
 void runEventLoop(std::chrono::milliseconds span)

@@ -12,6 +12,11 @@ inline constexpr std::chrono::seconds generousLimit{60};
 [[nodiscard]] bool
 await(const std::function<bool()>& condition, std::chrono::milliseconds limit = generousLimit);
 
+/// The same for a condition that makes work for the program under test each time it is looked at:
+/// with time between the looks.
+[[nodiscard]] bool awaitSparingly(
+    const std::function<bool()>& condition, std::chrono::milliseconds limit = generousLimit);
+
 /// Runs the event loop for `span`, for a test that shows that something does not happen.
 void runEventLoop(std::chrono::milliseconds span);
 
