@@ -3,6 +3,7 @@
 
 #include "platform/LoginItemService.h"
 #include "platform/Queue.h"
+#include "platform/UnifiedLog.h"
 #include "platform/UserDefaults.h"
 
 #include <QCoreApplication>
@@ -19,6 +20,8 @@
 #include <thread>
 #include <utility>
 #include <vector>
+
+#include <syslog.h>
 
 namespace orlimo {
 namespace {
@@ -154,6 +157,14 @@ int serveLoginItem()
     return 0;
 }
 
+int logErrors(int logMask)
+{
+    (void)::setlogmask(logMask);
+    UnifiedLog::create("org.example.part", "main")->error("Failed to %s: %s", "begin", "100 %\nx");
+    UnifiedLog::create("org.example.part", "main")->error("%s%s", "again", "");
+    return 0;
+}
+
 int run(const std::vector<std::string>& arguments)
 {
     const std::map<std::string, std::function<int()>> commands{
@@ -163,6 +174,8 @@ int run(const std::vector<std::string>& arguments)
         {"finish-background-work", finishBackgroundWork},
         {"read-default", [&] { return readDefault(arguments.at(1)); }},
         {"login-item", serveLoginItem},
+        {"log-errors", [] { return logErrors(LOG_UPTO(LOG_DEBUG)); }},
+        {"log-errors-masked", [] { return logErrors(LOG_UPTO(LOG_CRIT)); }},
         {"write-default", [&] { return writeDefault(arguments.at(1), arguments.at(2)); }},
     };
     return commands.at(arguments.at(0))();
