@@ -3,6 +3,7 @@
 
 #include "platform/LoginItemService.h"
 #include "platform/Queue.h"
+#include "platform/UserDatabase.h"
 #include "platform/UserDefaults.h"
 
 #include <QCoreApplication>
@@ -154,6 +155,18 @@ int serveLoginItem()
     return 0;
 }
 
+/// What the user database says of whoever runs the process.
+int sayHomeOfUser()
+{
+    const auto entry = currentUserEntry();
+    if (entry) {
+        (void)std::puts(("home " + entry->homeDirectory.value_or("absent")).c_str());
+    } else {
+        (void)std::puts("no entry");
+    }
+    return 0;
+}
+
 int run(const std::vector<std::string>& arguments)
 {
     const std::map<std::string, std::function<int()>> commands{
@@ -161,6 +174,7 @@ int run(const std::vector<std::string>& arguments)
         {"leave-waiting", leaveWaiting},
         {"offer-meanwhile", offerMeanwhile},
         {"finish-background-work", finishBackgroundWork},
+        {"home-of-user", sayHomeOfUser},
         {"read-default", [&] { return readDefault(arguments.at(1)); }},
         {"login-item", serveLoginItem},
         {"write-default", [&] { return writeDefault(arguments.at(1), arguments.at(2)); }},
