@@ -4,6 +4,7 @@
 #include "platform/LoginItemService.h"
 #include "platform/Queue.h"
 #include "platform/UnifiedLog.h"
+#include "platform/UserDatabase.h"
 #include "platform/UserDefaults.h"
 
 #include <QCoreApplication>
@@ -165,6 +166,18 @@ int logErrors(int logMask)
     return 0;
 }
 
+/// What the user database says of whoever runs the process.
+int sayHomeOfUser()
+{
+    const auto entry = currentUserEntry();
+    if (entry) {
+        (void)std::puts(("home " + entry->homeDirectory.value_or("absent")).c_str());
+    } else {
+        (void)std::puts("no entry");
+    }
+    return 0;
+}
+
 int run(const std::vector<std::string>& arguments)
 {
     const std::map<std::string, std::function<int()>> commands{
@@ -172,6 +185,7 @@ int run(const std::vector<std::string>& arguments)
         {"leave-waiting", leaveWaiting},
         {"offer-meanwhile", offerMeanwhile},
         {"finish-background-work", finishBackgroundWork},
+        {"home-of-user", sayHomeOfUser},
         {"read-default", [&] { return readDefault(arguments.at(1)); }},
         {"login-item", serveLoginItem},
         {"log-errors", [] { return logErrors(LOG_UPTO(LOG_DEBUG)); }},
