@@ -1,6 +1,7 @@
 #include "app/CommandLine.h"
 
 #include "platform/ApplicationIdentity.h"
+#include "platform/LaunchEvent.h"
 
 #include <algorithm>
 #include <array>
@@ -93,7 +94,7 @@ CommandLine CommandLine::parse(int argc, const char* const* argv)
         if (argument == "--version" || argument == "-v") {
             return {Request::print, versionText()};
         }
-        if (argument == launchedAtLoginOption) {
+        if (argument == launchedAtLoginArgument) {
             result.request = Request::runLaunchedAtLogin;
         } else if (isOneOf(toolkitOption, optionsWithNextArgument)) {
             if (++index == argc) {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 
 namespace orlimo {
 
@@ -18,9 +17,6 @@ struct CommandLine
         /// Write `text` to standard error and end with status 2.
         refuse,
     };
-
-    /// The argument with which a login item starts the program.
-    static constexpr std::string_view launchedAtLoginOption = "--launched-at-login";
 
     Request request = Request::run;
     /// What there is to write, with its line break; empty when the program is to run.

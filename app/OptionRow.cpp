@@ -9,11 +9,11 @@
 
 namespace orlimo {
 
-OptionRow::OptionRow(const QString& text, bool on, int leastWidth)
+OptionRow::OptionRow(const QString& text, bool on, int leastTextWidth)
     : label(new TextLabel(text, metrics::bodyFontSize))
     , onOff(new Switch)
 {
-    label->setMinimumWidth(leastWidth);
+    label->setMinimumWidth(leastTextWidth);
     onOff->setChecked(on);
     onOff->setAccessibleName(text);
     auto* row = new QHBoxLayout(this);

@@ -20,7 +20,7 @@ public:
     [[nodiscard]] const TextLabel& text() const { return *label; }
 
     /// The least width of a framed text, and what surrounds the row, in points.
-    static constexpr int leastTextWidth = 120;
+    static constexpr int framedTextWidth = 120;
     static constexpr int padding = 7;
 
 private:

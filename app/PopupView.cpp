@@ -65,7 +65,7 @@ GroupBox* PopupView::makeCaptureOptions()
     group->addView(capturing);
 
     auto* fourDigits =
-        new OptionRow(tr("Include 4 digit code"), fourDigitInclude, OptionRow::leastTextWidth);
+        new OptionRow(tr("Include 4 digit code"), fourDigitInclude, OptionRow::framedTextWidth);
     fourDigits->toggle().setObjectName(QStringLiteral("fourDigitInclude"));
     connect(&fourDigits->toggle(), &Switch::toggled, this, [this](bool on) {
         requireMainThread();
@@ -75,7 +75,7 @@ GroupBox* PopupView::makeCaptureOptions()
     group->addView(fourDigits);
 
     auto* loginItem =
-        new OptionRow(tr("Launch at login"), loginItemEnabled, OptionRow::leastTextWidth);
+        new OptionRow(tr("Launch at login"), loginItemEnabled, OptionRow::framedTextWidth);
     loginItem->toggle().setObjectName(QStringLiteral("loginItemEnabled"));
     connect(&loginItem->toggle(), &Switch::toggled, this, [this](bool on) {
         requireMainThread();

@@ -52,7 +52,7 @@ StatusMenuView::StatusMenuView(std::shared_ptr<Message> controller, MenuHost men
     stack->addWidget(new Spacer(Qt::Vertical), 1);
 }
 
-QWidget* StatusMenuView::makeCommands()
+QWidget* StatusMenuView::makeCommands() const
 {
     auto* commands = new QWidget;
     commands->setObjectName(QStringLiteral("commands"));
@@ -79,13 +79,13 @@ QWidget* StatusMenuView::makeCommands()
     return commands;
 }
 
-void StatusMenuView::showAbout()
+void StatusMenuView::showAbout() const
 {
     requireMainThread();
     host.application().orderFrontStandardAboutPanel({});
 }
 
-void StatusMenuView::openWebsite()
+void StatusMenuView::openWebsite() const
 {
     requireMainThread();
     const QUrl url(QString::fromStdString(host.website), QUrl::StrictMode);
@@ -94,7 +94,7 @@ void StatusMenuView::openWebsite()
     }
 }
 
-void StatusMenuView::quit()
+void StatusMenuView::quit() const
 {
     requireMainThread();
     host.application().terminate();

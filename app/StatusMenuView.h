@@ -28,10 +28,10 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    [[nodiscard]] QWidget* makeCommands();
-    void showAbout();
-    void openWebsite();
-    void quit();
+    [[nodiscard]] QWidget* makeCommands() const;
+    void showAbout() const;
+    void openWebsite() const;
+    void quit() const;
 
     MenuHost host;
     std::shared_ptr<Message> message;

@@ -22,14 +22,14 @@ QString fromIdentity(std::string_view text)
 
 void nameApplication()
 {
-    using namespace orlimo;
+    namespace identity = orlimo::identity;
     QApplication::setApplicationName(fromIdentity(identity::applicationName));
     QApplication::setApplicationVersion(fromIdentity(identity::version));
     QApplication::setDesktopFileName(fromIdentity(identity::applicationIdentifier));
     QApplication::setQuitOnLastWindowClosed(false);
 }
 
-int runApplication(int argc, char* argv[], bool launchedAtLogin)
+int runApplication(int argc, char** argv, bool launchedAtLogin)
 {
     nameApplication();
     const QApplication application(argc, argv);

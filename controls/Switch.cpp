@@ -37,7 +37,7 @@ Switch::Switch(QWidget* parent)
 {
     setFixedSize(trackSize);
     setFocusPolicy(Qt::StrongFocus);
-    FocusRing::attach(*this, trackSize.height() / 2);
+    FocusRing::attach(*this, trackSize.height() / 2.0);
     slide.setDuration(static_cast<int>(slideDuration.count()));
     slide.setEasingCurve(QEasingCurve::InOutQuad);
     connect(&slide, &QVariantAnimation::valueChanged, this, [this] { update(); });

@@ -27,6 +27,10 @@ struct LaunchEvent
     std::optional<FourCharacterCode> propertyData;
 };
 
+/// The argument with which a login item starts the program on a host that does not tell of it
+/// otherwise.
+inline constexpr std::string_view launchedAtLoginArgument = "--launched-at-login";
+
 /// The event being handled now. None before launching begins and after it has finished. Main
 /// thread.
 [[nodiscard]] std::optional<LaunchEvent> currentLaunchEvent();

@@ -9,7 +9,7 @@ namespace orlimo {
 class ActivationObserver
 {
 public:
-    explicit ActivationObserver(std::function<void()> willBecomeActive);
+    explicit ActivationObserver(std::function<void()> whoIsTold);
 
     /// The application is active or not from now on, as it was before or otherwise.
     void activityDidChange(bool isNowActive);

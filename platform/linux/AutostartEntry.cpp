@@ -1,6 +1,7 @@
 #include "platform/linux/AutostartEntry.h"
 
 #include "platform/ApplicationIdentity.h"
+#include "platform/LaunchEvent.h"
 #include "platform/linux/DesktopEntry.h"
 #include "platform/linux/UniqueFd.h"
 
@@ -142,7 +143,7 @@ std::string textFor(const std::filesystem::path& program)
     text += "Comment=Puts the verification code of an incoming message on the clipboard\n";
     text.append("Icon=").append(identity::applicationIdentifier).append("\n");
     text.append("Exec=").append(desktopEntry::execArgument(program.native()));
-    text.append(" ").append(AutostartEntry::launchedAtLoginArgument).append("\n");
+    text.append(" ").append(launchedAtLoginArgument).append("\n");
     text.append("TryExec=").append(desktopEntry::stringValue(program.native())).append("\n");
     text += "Terminal=false\n";
     return text;

@@ -16,9 +16,6 @@ namespace orlimo {
 class AutostartEntry
 {
 public:
-    /// What the desktop starts the program with.
-    static constexpr std::string_view launchedAtLoginArgument = "--launched-at-login";
-
     /// `folder` need not exist; both are absolute. An empty `programFile` is one that cannot be
     /// found.
     AutostartEntry(const std::filesystem::path& folder, std::filesystem::path programFile);

@@ -71,7 +71,8 @@ void MenuBarWindow::close()
 
 bool MenuBarWindow::isOpen() const
 {
-    return content.isVisible();
+    // Not isVisible(): that still holds while a window that is being hidden loses the focus.
+    return !content.isHidden();
 }
 
 void MenuBarWindow::toggle()

@@ -20,8 +20,8 @@ public:
     /// Where the icon is on the screen, in points; none where the host does not say.
     using IconGeometry = std::function<std::optional<QRect>()>;
 
-    /// `content` becomes the window; it is not owned and must outlive this object.
-    MenuBarWindow(QWidget& content, IconGeometry iconGeometry, UptimeClock clock = currentUptime);
+    /// `window` becomes the window; it is not owned and must outlive this object.
+    MenuBarWindow(QWidget& window, IconGeometry geometry, UptimeClock uptimeClock = currentUptime);
     MenuBarWindow(const MenuBarWindow&) = delete;
     MenuBarWindow& operator=(const MenuBarWindow&) = delete;
     ~MenuBarWindow() override;

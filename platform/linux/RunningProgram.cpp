@@ -9,7 +9,7 @@ std::filesystem::path runningProgram(const std::filesystem::path& link)
 {
     constexpr std::string_view deletedMark = " (deleted)";
     std::error_code unknown;
-    const auto target = std::filesystem::read_symlink(link, unknown);
+    auto target = std::filesystem::read_symlink(link, unknown);
     const std::string_view name = target.native();
     // The link leads to the program even where its text does not, so a file that really has such
     // a name is told from a deleted one.

@@ -30,7 +30,7 @@ public:
     };
 
     /// A template takes on the colour of the panel's text and follows a change of scheme.
-    TrayIcon(QIcon image, Handlers handlers, UptimeClock clock = currentUptime);
+    TrayIcon(QIcon label, Handlers whatToDo, UptimeClock uptimeClock = currentUptime);
 
     /// Where the icon is on the screen, in points; none where the host does not say.
     [[nodiscard]] std::optional<QRect> geometry() const;

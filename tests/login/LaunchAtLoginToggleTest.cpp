@@ -223,6 +223,7 @@ TEST_F(LaunchAtLoginToggle, IsFlickedByTheSpaceBar)
     LaunchAtLogin::Toggle<> toggle;
     toggle.show();
     toggle.setFocus();
+    ASSERT_NE(toggle.focusProxy(), nullptr);
     QTest::keyClick(toggle.focusProxy(), Qt::Key_Space);
     EXPECT_TRUE(isRegistered());
 }

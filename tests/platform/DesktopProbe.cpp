@@ -1,6 +1,6 @@
 // A program with an icon in the tray, a window for it and an About panel, that says what happens to
-// them and does what its standard input asks. With the argument "window" it is another program, of
-// one plain window that takes the focus.
+// them and does what its standard input asks, a line each; it answers each with a line. With the
+// argument "window" it is another program, of one plain window that takes the focus.
 
 #include "platform/ApplicationDelegate.h"
 #include "platform/MenuBarExtra.h"
@@ -86,29 +86,39 @@ QIcon label()
     return QIcon(pixmap);
 }
 
+std::string yesOrNo(bool answer)
+{
+    return answer ? "yes" : "no";
+}
+
+/// A command whose answer is that it is done.
+std::function<std::string()> done(const std::function<void()>& command)
+{
+    return [command] {
+        command();
+        return "done";
+    };
+}
+
 int runExtra()
 {
     auto made = std::make_unique<Content>();
     Content& content = *made;
     const auto extra = MenuBarExtra::create(
         [&made]() -> std::unique_ptr<QWidget> { return std::move(made); }, label());
-    const std::map<std::string, std::function<void()>> commands{
-        {"is open", [&] { say(extra->isOpen() ? "yes" : "no"); }},
-        {"text", [&] { say(content.text()); }},
-        {"open", [&] { extra->open(); }},
-        {"about", [] { sharedApplication().orderFrontStandardAboutPanel({}); }},
-        {"website",
-         [] {
-             const bool isOpened = openUrl(QUrl(QStringLiteral("https://orlimo.app/")));
-             say(isOpened ? "yes" : "no");
-         }},
-        {"terminate", [] { sharedApplication().terminate(); }},
+    const std::map<std::string, std::function<std::string()>> commands{
+        {"is open", [&] { return yesOrNo(extra->isOpen()); }},
+        {"text", [&] { return content.text(); }},
+        {"open", done([&] { extra->open(); })},
+        {"close", done([&] { extra->close(); })},
+        {"about", done([] { sharedApplication().orderFrontStandardAboutPanel({}); })},
+        {"website", [] { return yesOrNo(openUrl(QUrl(QStringLiteral("https://orlimo.app/")))); }},
     };
     const QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
     QObject::connect(&input, &QSocketNotifier::activated, &content, [&] {
         std::string command;
         if (std::getline(std::cin, command)) {
-            commands.at(command)();
+            say(commands.at(command)());
         } else {
             sharedApplication().terminate();
         }
@@ -133,6 +143,14 @@ int runWindow()
 
 int main(int argc, char* argv[])
 {
+    const std::string what = argc > 1 ? argv[1] : "extra";
+    if (what == "no application") {
+        (void)orlimo::sharedApplication();
+    }
+    if (what == "application without windows") {
+        const QGuiApplication application(argc, argv);
+        (void)orlimo::sharedApplication();
+    }
     const QApplication application(argc, argv);
-    return argc > 1 && std::string(argv[1]) == "window" ? orlimo::runWindow() : orlimo::runExtra();
+    return what == "window" ? orlimo::runWindow() : orlimo::runExtra();
 }

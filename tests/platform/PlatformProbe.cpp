@@ -3,6 +3,8 @@
 
 #include "platform/LoginItemService.h"
 #include "platform/Queue.h"
+#include "platform/UnifiedLog.h"
+#include "platform/UserDatabase.h"
 #include "platform/UserDefaults.h"
 
 #include <QCoreApplication>
@@ -19,6 +21,8 @@
 #include <thread>
 #include <utility>
 #include <vector>
+
+#include <syslog.h>
 
 namespace orlimo {
 namespace {
@@ -154,6 +158,26 @@ int serveLoginItem()
     return 0;
 }
 
+int logErrors(int logMask)
+{
+    (void)::setlogmask(logMask);
+    UnifiedLog::create("org.example.part", "main")->error("Failed to %s: %s", "begin", "100 %\nx");
+    UnifiedLog::create("org.example.part", "main")->error("%s%s", "again", "");
+    return 0;
+}
+
+/// What the user database says of whoever runs the process.
+int sayHomeOfUser()
+{
+    const auto entry = currentUserEntry();
+    if (entry) {
+        (void)std::puts(("home " + entry->homeDirectory.value_or("absent")).c_str());
+    } else {
+        (void)std::puts("no entry");
+    }
+    return 0;
+}
+
 int run(const std::vector<std::string>& arguments)
 {
     const std::map<std::string, std::function<int()>> commands{
@@ -161,8 +185,11 @@ int run(const std::vector<std::string>& arguments)
         {"leave-waiting", leaveWaiting},
         {"offer-meanwhile", offerMeanwhile},
         {"finish-background-work", finishBackgroundWork},
+        {"home-of-user", sayHomeOfUser},
         {"read-default", [&] { return readDefault(arguments.at(1)); }},
         {"login-item", serveLoginItem},
+        {"log-errors", [] { return logErrors(LOG_UPTO(LOG_DEBUG)); }},
+        {"log-errors-masked", [] { return logErrors(LOG_UPTO(LOG_CRIT)); }},
         {"write-default", [&] { return writeDefault(arguments.at(1), arguments.at(2)); }},
     };
     return commands.at(arguments.at(0))();

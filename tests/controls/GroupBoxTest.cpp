@@ -1,0 +1,99 @@
+#include "controls/GroupBox.h"
+
+#include "controls/Colors.h"
+#include "controls/SymbolLabel.h"
+#include "tests/support/LayoutExpectation.h"
+#include "tests/support/Palettes.h"
+#include "tests/support/Picture.h"
+
+#include <QAccessible>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace orlimo {
+namespace {
+
+class GroupBoxTest : public testing::Test
+{
+protected:
+    GroupBoxTest()
+    {
+        for (QWidget* view : {first, second}) {
+            view->setFixedHeight(30);
+            group.addView(view);
+        }
+        group.resize(group.sizeHint().expandedTo(QSize(200, 0)));
+        layOut(group);
+    }
+
+    PaletteChange palette{lightPalette()};
+    QWidget* first = new QWidget;
+    QWidget* second = new QWidget;
+    GroupBox group{
+        new SymbolLabel(QStringLiteral("Latest Code"), QStringLiteral("ellipsis.bubble.fill"), 15)};
+};
+
+TEST_F(GroupBoxTest, HasItsTitleAboveTheBoxAtTheLeadingEdge)
+{
+    EXPECT_EQ(areaIn(group, group.title()), QRect(0, 0, 200, 18));
+    EXPECT_EQ(group.boxArea().topLeft(), QPoint(0, 18 + GroupBox::titleGap));
+    EXPECT_EQ(group.boxArea().width(), 200);
+}
+
+TEST_F(GroupBoxTest, HasItsViewsOneUnderTheOther)
+{
+    constexpr int padding = GroupBox::contentPadding;
+    const QPoint inside = group.boxArea().topLeft() + QPoint(padding, padding);
+    const QSize size(200 - 2 * padding, 30);
+    EXPECT_EQ(areaIn(group, *first), QRect(inside, size));
+    EXPECT_EQ(areaIn(group, *second), QRect(inside + QPoint(0, 30 + 8), size));
+    EXPECT_EQ(group.boxArea().height(), padding + 30 + 8 + 30 + padding);
+    EXPECT_EQ(group.height(), 18 + GroupBox::titleGap + group.boxArea().height());
+    expectNothingClipped(group);
+}
+
+TEST_F(GroupBoxTest, AlignsAViewAsAsked)
+{
+    auto* narrow = new QWidget;
+    narrow->setFixedSize(50, 10);
+    group.addView(narrow, Qt::AlignHCenter);
+    group.resize(group.sizeHint().expandedTo(QSize(200, 0)));
+    layOut(group);
+    EXPECT_NEAR(QRectF(areaIn(group, *narrow)).center().x(), 100, 0.5);
+}
+
+TEST_F(GroupBoxTest, PaintsASurfaceWithAnOutlineAndRoundCorners)
+{
+    const Picture picture = Picture::of(group);
+    const QRectF box = group.boxArea();
+    EXPECT_THAT(picture.at(box.center()), isColor(surfaceColor(lightPalette())));
+    EXPECT_THAT(
+        picture.at(QPointF(box.center().x(), box.top() + 0.2)),
+        isColor(surfaceBorderColor(lightPalette())));
+    EXPECT_THAT(
+        picture.at(QPointF(box.right() - 0.7, box.center().y())),
+        isColor(surfaceBorderColor(lightPalette())));
+    EXPECT_EQ(picture.at(box.topLeft() + QPointF(0.6, 0.6)).alpha(), 0);
+    EXPECT_EQ(picture.at(box.bottomRight() - QPointF(0.6, 0.6)).alpha(), 0);
+    EXPECT_EQ(picture.at(QPointF(198, 9)).alpha(), 0) << "beside the title";
+}
+
+TEST_F(GroupBoxTest, FollowsAChangeOfPalette)
+{
+    (void)Picture::of(group);
+    const PaletteChange dark(darkPalette());
+    EXPECT_THAT(
+        Picture::of(group).at(QRectF(group.boxArea()).center()),
+        isColor(surfaceColor(darkPalette())));
+}
+
+TEST_F(GroupBoxTest, IsAnnouncedUnderItsTitle)
+{
+    auto* accessible = QAccessible::queryAccessibleInterface(&group);
+    ASSERT_NE(accessible, nullptr);
+    EXPECT_EQ(accessible->role(), QAccessible::Grouping);
+    EXPECT_EQ(accessible->text(QAccessible::Name), QStringLiteral("Latest Code"));
+}
+
+} // namespace
+} // namespace orlimo

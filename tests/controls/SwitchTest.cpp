@@ -1,0 +1,292 @@
+#include "controls/Switch.h"
+
+#include "controls/Colors.h"
+#include "tests/support/Await.h"
+#include "tests/support/EventCount.h"
+#include "tests/support/Palettes.h"
+#include "tests/support/Picture.h"
+#include "tests/support/Pointer.h"
+#include "tests/support/WidgetWindow.h"
+
+#include <QAccessible>
+#include <QProxyStyle>
+#include <QSignalSpy>
+#include <QTest>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace orlimo {
+namespace {
+
+/// A desktop with or without animations.
+class AnimationStyle : public QProxyStyle
+{
+public:
+    explicit AnimationStyle(int animationDuration)
+        : duration(animationDuration)
+    {}
+
+    int styleHint(
+        StyleHint hint,
+        const QStyleOption* option,
+        const QWidget* widget,
+        QStyleHintReturn* data) const override
+    {
+        return hint == SH_Widget_Animation_Duration
+                   ? duration
+                   : QProxyStyle::styleHint(hint, option, widget, data);
+    }
+
+private:
+    int duration;
+};
+
+class SwitchTest : public testing::Test
+{
+protected:
+    SwitchTest() { toggle.setStyle(&still); }
+
+    /// Where the knob is, as the middle of all that is white.
+    static double knobCentre(Switch& onOff)
+    {
+        const Picture picture = Picture::of(onOff);
+        double first = -1;
+        double last = -1;
+        for (double x = 0.25; x < onOff.width(); x += 0.5) {
+            if (picture.at(QPointF(x, 10)) == QColor(Qt::white)) {
+                first = first < 0 ? x : first;
+                last = x;
+            }
+        }
+        return (first + last) / 2;
+    }
+
+    static constexpr double left = 10;
+    static constexpr double right = 26;
+
+    PaletteChange palette{lightPalette()};
+    AnimationStyle still{0};
+    AnimationStyle moving{200};
+    Switch toggle;
+};
+
+TEST_F(SwitchTest, HasItsOwnSize)
+{
+    EXPECT_EQ(toggle.sizeHint(), QSize(36, 20));
+    EXPECT_EQ(toggle.minimumSize(), QSize(36, 20));
+    EXPECT_EQ(toggle.maximumSize(), QSize(36, 20));
+}
+
+TEST_F(SwitchTest, OffHasItsKnobAtTheLeadingEndOfADullTrack)
+{
+    EXPECT_NEAR(knobCentre(toggle), left, 1);
+    const QColor track = Picture::of(toggle).at(QPointF(28, 10));
+    EXPECT_EQ(track.alpha(), 255);
+    EXPECT_LT(track.hsvSaturation(), 20);
+    EXPECT_GT(contrastRatio(track, windowColor(toggle.palette())), 1.5);
+}
+
+TEST_F(SwitchTest, OnHasItsKnobAtTheTrailingEndOfATrackInTheAccentColor)
+{
+    toggle.setChecked(true);
+    EXPECT_NEAR(knobCentre(toggle), right, 1);
+    EXPECT_THAT(Picture::of(toggle).at(QPointF(8, 10)), isColor(accentColor(toggle.palette())));
+}
+
+TEST_F(SwitchTest, IsMirroredWhereTextRunsFromTheRight)
+{
+    toggle.setLayoutDirection(Qt::RightToLeft);
+    EXPECT_NEAR(knobCentre(toggle), right, 1);
+    toggle.setChecked(true);
+    EXPECT_NEAR(knobCentre(toggle), left, 1);
+    EXPECT_THAT(Picture::of(toggle).at(QPointF(28, 10)), isColor(accentColor(toggle.palette())));
+}
+
+TEST_F(SwitchTest, HasRoundEnds)
+{
+    toggle.setChecked(true);
+    const Picture picture = Picture::of(toggle);
+    for (const QPointF corner :
+         {QPointF(0.3, 0.3), QPointF(35.7, 0.3), QPointF(0.3, 19.7), QPointF(35.7, 19.7)})
+    {
+        EXPECT_EQ(picture.at(corner).alpha(), 0);
+    }
+    EXPECT_EQ(picture.ink(), QRectF(0, 0, 36, 20));
+}
+
+TEST_F(SwitchTest, FadesWhenDisabled)
+{
+    toggle.setChecked(true);
+    toggle.setEnabled(false);
+    const QColor track = Picture::of(toggle).at(QPointF(8, 10));
+    EXPECT_NEAR(track.alphaF(), 0.5, 0.02);
+}
+
+TEST_F(SwitchTest, FollowsAChangeOfPalette)
+{
+    for (const bool on : {false, true}) {
+        toggle.setChecked(on);
+        const Picture light = Picture::of(toggle);
+        const PaletteChange dark(darkPalette(QColor(200, 30, 60)));
+        Switch fresh;
+        fresh.setStyle(&still);
+        fresh.setChecked(on);
+        EXPECT_EQ(Picture::of(toggle).differenceFrom(Picture::of(fresh)), QRectF());
+        EXPECT_NE(Picture::of(toggle).differenceFrom(light), QRectF());
+    }
+}
+
+TEST_F(SwitchTest, IsAnnouncedAsACheckBoxByItsName)
+{
+    toggle.setAccessibleName(QStringLiteral("Launch at login"));
+    auto* accessible = QAccessible::queryAccessibleInterface(&toggle);
+    ASSERT_NE(accessible, nullptr);
+    EXPECT_EQ(accessible->role(), QAccessible::CheckBox);
+    EXPECT_EQ(accessible->text(QAccessible::Name), QStringLiteral("Launch at login"));
+    EXPECT_TRUE(accessible->state().checkable);
+    EXPECT_TRUE(accessible->state().focusable);
+    EXPECT_FALSE(accessible->state().checked);
+    toggle.setChecked(true);
+    EXPECT_TRUE(accessible->state().checked);
+}
+
+TEST_F(SwitchTest, IsOperatedByAnAssistant)
+{
+    auto* accessible = QAccessible::queryAccessibleInterface(&toggle);
+    ASSERT_NE(accessible, nullptr);
+    auto* actions = accessible->actionInterface();
+    ASSERT_NE(actions, nullptr);
+    ASSERT_TRUE(actions->actionNames().contains(QAccessibleActionInterface::toggleAction()));
+    actions->doAction(QAccessibleActionInterface::toggleAction());
+    EXPECT_TRUE(toggle.isChecked());
+}
+
+TEST_F(SwitchTest, HasNoMovementBeforeItIsShown)
+{
+    toggle.setStyle(&moving);
+    toggle.setChecked(true);
+    EXPECT_NEAR(knobCentre(toggle), right, 1);
+}
+
+/// In a window.
+class ShownSwitch : public SwitchTest
+{
+protected:
+    ShownSwitch() { shown->setStyle(&still); }
+
+    WidgetWindow<Switch> shown;
+};
+
+TEST_F(ShownSwitch, IsToggledByAClickAnywhereOnIt)
+{
+    QSignalSpy toggled(&*shown, &Switch::toggled);
+    pointer::click(*shown, QPoint(3, 10));
+    EXPECT_TRUE(shown->isChecked());
+    pointer::click(*shown, QPoint(33, 10));
+    EXPECT_FALSE(shown->isChecked());
+    pointer::click(*shown, QPoint(18, 1));
+    EXPECT_TRUE(shown->isChecked());
+    EXPECT_EQ(toggled.count(), 3);
+}
+
+TEST_F(ShownSwitch, IsNotToggledByAClickBesideIt)
+{
+    pointer::click(shown.window, shown->pos() + QPoint(-2, 10));
+    pointer::click(shown.window, shown->pos() + QPoint(37, 10));
+    EXPECT_FALSE(shown->isChecked());
+}
+
+TEST_F(ShownSwitch, IsNotToggledWhereThePointerIsReleasedElsewhere)
+{
+    pointer::press(*shown, QPoint(10, 10));
+    pointer::release(shown.window, QPoint(2, 2));
+    EXPECT_FALSE(shown->isChecked());
+}
+
+TEST_F(ShownSwitch, IsToggledBySpace)
+{
+    shown->setFocus(Qt::TabFocusReason);
+    QTest::keyClick(&*shown, Qt::Key_Space);
+    EXPECT_TRUE(shown->isChecked());
+    QTest::keyClick(&*shown, Qt::Key_Space);
+    EXPECT_FALSE(shown->isChecked());
+}
+
+TEST_F(ShownSwitch, IsReachedByTab)
+{
+    shown->clearFocus();
+    QTest::keyClick(&shown.window, Qt::Key_Tab);
+    EXPECT_TRUE(shown->hasFocus());
+}
+
+TEST_F(ShownSwitch, CannotBeToggledWhileDisabled)
+{
+    shown->setEnabled(false);
+    pointer::click(*shown);
+    EXPECT_FALSE(shown->isChecked());
+}
+
+TEST_F(ShownSwitch, SlidesItsKnob)
+{
+    shown->setStyle(&moving);
+    // A busy machine may miss the short way altogether; then it is gone again.
+    EXPECT_TRUE(await([this] {
+        const double centre = knobCentre(*shown);
+        if (centre > left + 1.5 && centre < right - 1.5) {
+            return true;
+        }
+        if (centre <= left + 1 || centre >= right - 1) {
+            shown->toggle();
+        }
+        return false;
+    }));
+}
+
+TEST_F(ShownSwitch, ComesToRestWhereItBelongs)
+{
+    shown->setStyle(&moving);
+    shown->toggle();
+    EXPECT_TRUE(await([this] { return std::abs(knobCentre(*shown) - right) < 1; }));
+    shown->toggle();
+    EXPECT_TRUE(await([this] { return std::abs(knobCentre(*shown) - left) < 1; }));
+}
+
+TEST_F(ShownSwitch, ToggledOnItsWayTurnsAround)
+{
+    shown->setStyle(&moving);
+    for (int times = 0; times < 7; ++times) {
+        shown->toggle();
+        QCoreApplication::processEvents();
+    }
+    EXPECT_TRUE(shown->isChecked());
+    EXPECT_TRUE(await([this] { return std::abs(knobCentre(*shown) - right) < 1; }));
+}
+
+TEST_F(ShownSwitch, NeedsNothingOnceItRests)
+{
+    shown->setStyle(&moving);
+    shown->toggle();
+    // The last step of the way has been painted when nothing is painted any more.
+    EXPECT_TRUE(await([] {
+        const EventCount paints(QEvent::Paint);
+        runEventLoop(std::chrono::milliseconds(100));
+        return paints.count() == 0;
+    }));
+    const EventCount timers(QEvent::Timer);
+    const EventCount paints(QEvent::Paint);
+    runEventLoop(std::chrono::milliseconds(300));
+    EXPECT_EQ(timers.count(), 0);
+    EXPECT_EQ(paints.count(), 0);
+}
+
+TEST_F(ShownSwitch, DoesNotMoveOnADesktopWithoutAnimations)
+{
+    const EventCount timers(QEvent::Timer);
+    shown->toggle();
+    EXPECT_NEAR(knobCentre(*shown), right, 1);
+    runEventLoop(std::chrono::milliseconds(100));
+    EXPECT_EQ(timers.count(), 0);
+}
+
+} // namespace
+} // namespace orlimo

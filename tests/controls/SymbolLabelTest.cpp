@@ -1,0 +1,90 @@
+#include "controls/SymbolLabel.h"
+
+#include "controls/TextLabel.h"
+#include "platform/SystemSymbol.h"
+#include "tests/support/LayoutExpectation.h"
+#include "tests/support/Palettes.h"
+#include "tests/support/Picture.h"
+
+#include <QPainter>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace orlimo {
+namespace {
+
+const QString symbol = QStringLiteral("ellipsis.bubble.fill");
+
+class SymbolLabelTest : public testing::Test
+{
+protected:
+    SymbolLabelTest()
+    {
+        label.resize(260, 18);
+        layOut(label);
+    }
+
+    /// The symbol alone, as it is drawn at this moment.
+    static QRectF differenceToSymbol(SymbolLabel& drawn, const QColor& color)
+    {
+        const Picture picture = Picture::of(drawn);
+        const Picture expected =
+            Picture::drawn(drawn.size(), picture.pixelsPerPoint(), [&](QPainter& painter) {
+                painter.drawPixmap(
+                    drawn.symbolArea().topLeft(),
+                    systemSymbol(drawn.symbolName(), 15, color, picture.pixelsPerPoint()));
+            });
+        return picture.differenceFrom(expected);
+    }
+
+    PaletteChange palette{lightPalette()};
+    SymbolLabel label{QStringLiteral("Latest Code"), symbol, 15, grayColor};
+};
+
+TEST_F(SymbolLabelTest, IsOneLineHigh)
+{
+    EXPECT_EQ(label.minimumHeight(), 18);
+    EXPECT_EQ(label.maximumHeight(), 18);
+    EXPECT_EQ(label.textLabel().fontPixelSize(), 15);
+    EXPECT_EQ(label.textLabel().font().weight(), QFont::Normal);
+}
+
+TEST_F(SymbolLabelTest, HasItsSymbolAtTheLeadingEdgeInTheMiddleOfTheLine)
+{
+    const QSize size = systemSymbolSize(symbol, 15);
+    ASSERT_FALSE(size.isEmpty());
+    EXPECT_EQ(label.symbolArea().size(), size);
+    EXPECT_EQ(label.symbolArea().left(), 0);
+    EXPECT_NEAR(QRectF(label.symbolArea()).center().y(), 9, 0.5);
+    EXPECT_TRUE(label.rect().contains(label.symbolArea()));
+}
+
+TEST_F(SymbolLabelTest, HasItsTextRightAfterTheSymbol)
+{
+    EXPECT_EQ(
+        areaIn(label, label.textLabel()).left(),
+        label.symbolArea().left() + label.symbolArea().width() + SymbolLabel::gap);
+    EXPECT_EQ(areaIn(label, label.textLabel()).top(), 0);
+    expectNothingClipped(label);
+}
+
+TEST_F(SymbolLabelTest, DrawsTheSymbolInTheTextsColorOfTheMoment)
+{
+    const double textLeft = areaIn(label, label.textLabel()).left();
+    EXPECT_GE(differenceToSymbol(label, grayColor(lightPalette())).left(), textLeft);
+    EXPECT_EQ(label.textLabel().paintedColor(), grayColor(lightPalette()));
+    const PaletteChange dark(darkPalette());
+    EXPECT_GE(differenceToSymbol(label, grayColor(darkPalette())).left(), textLeft);
+    EXPECT_EQ(label.textLabel().paintedColor(), grayColor(darkPalette()));
+}
+
+TEST_F(SymbolLabelTest, WithoutAKnownSymbolIsItsText)
+{
+    SymbolLabel without(QStringLiteral("Latest Code"), QStringLiteral("no.such.symbol"), 15);
+    without.resize(260, 18);
+    layOut(without);
+    EXPECT_EQ(areaIn(without, without.textLabel()), without.rect());
+}
+
+} // namespace
+} // namespace orlimo

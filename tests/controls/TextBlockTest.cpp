@@ -1,0 +1,160 @@
+#include "controls/TextBlock.h"
+
+#include "controls/LayoutMetrics.h"
+#include "tests/support/Picture.h"
+
+#include <QFontMetricsF>
+#include <QPainter>
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace orlimo {
+namespace {
+
+QFont fontOf(int pixelSize, const QString& family = QString())
+{
+    QFont font = family.isEmpty() ? QFont() : QFont(family);
+    font.setPixelSize(pixelSize);
+    return font;
+}
+
+const QString sentence =
+    QStringLiteral("Full Disk Access is required to read the verification code from Messages.");
+
+/// Where the ink of a text begins and ends in the height of its block.
+QRectF inkOf(const TextBlock& block)
+{
+    constexpr int margin = 30;
+    const QSize size = block.size().toSize() + 2 * QSize(margin, margin);
+    return Picture::drawn(
+               size,
+               1,
+               [&block](QPainter& painter) { block.draw(painter, QPointF(margin, margin)); })
+        .ink()
+        .translated(-margin, -margin);
+}
+
+TEST(LineHeight, IsAFifthMoreThanTheFont)
+{
+    EXPECT_EQ(metrics::lineHeight(11), 13);
+    EXPECT_EQ(metrics::lineHeight(13), 16);
+    EXPECT_EQ(metrics::lineHeight(14), 17);
+    EXPECT_EQ(metrics::lineHeight(15), 18);
+    EXPECT_EQ(metrics::lineHeight(24), 29);
+    EXPECT_EQ(metrics::lineHeight(28), 34);
+}
+
+TEST(TextBlock, OfOneLineIsAsWideAsItsText)
+{
+    const QFont font = fontOf(13);
+    const TextBlock block(sentence, font);
+    EXPECT_EQ(block.lineCount(), 1);
+    EXPECT_EQ(block.size().height(), 16);
+    EXPECT_NEAR(block.size().width(), QFontMetricsF(font).horizontalAdvance(sentence), 1.5);
+}
+
+TEST(TextBlock, WithoutTextIsOneLineHigh)
+{
+    const TextBlock block(QString(), fontOf(14));
+    EXPECT_EQ(block.lineCount(), 1);
+    EXPECT_EQ(block.size(), QSizeF(0, 17));
+}
+
+TEST(TextBlock, IsAsHighInEveryScript)
+{
+    for (const char16_t* text : {u"Copy", u"コピー", u"Übergröße", u"복사", u"複製"}) {
+        EXPECT_EQ(TextBlock(QString::fromUtf16(text), fontOf(15)).size().height(), 18);
+    }
+}
+
+TEST(TextBlock, KeepsItsBaselineBesideAnotherScript)
+{
+    const QRectF alone = inkOf(TextBlock(QStringLiteral("l"), fontOf(15)));
+    const TextBlock mixed(QStringLiteral("l一"), fontOf(15));
+    EXPECT_EQ(inkOf(mixed).top(), alone.top());
+    EXPECT_EQ(inkOf(mixed).bottom(), alone.bottom());
+}
+
+TEST(TextBlock, WrapsAtWordsAndKeepsItsWidth)
+{
+    for (const int width : {420, 300, 120}) {
+        const TextBlock block = TextBlock::wrapped(sentence, fontOf(14), width);
+        EXPECT_GT(block.lineCount(), 1) << width;
+        EXPECT_LE(block.size().width(), width);
+        EXPECT_EQ(block.size().height(), block.lineCount() * 17);
+    }
+}
+
+TEST(TextBlock, WrapsTextWithoutWordsToo)
+{
+    const QString text(80, u'字');
+    const TextBlock block = TextBlock::wrapped(text, fontOf(14), 420);
+    EXPECT_EQ(block.lineCount(), 3);
+    EXPECT_LE(block.size().width(), 420);
+}
+
+TEST(TextBlock, WrappedToNothingShortStaysOneLine)
+{
+    EXPECT_EQ(TextBlock::wrapped(QStringLiteral("Copy"), fontOf(14), 420).lineCount(), 1);
+}
+
+TEST(TextBlock, BalancesItsLines)
+{
+    const QFont font = fontOf(14);
+    const double whole = TextBlock(sentence, font).size().width();
+    // A width that all but the last word would fill.
+    const TextBlock block = TextBlock::wrapped(sentence, font, whole - 5);
+    EXPECT_EQ(block.lineCount(), 2);
+    EXPECT_LT(block.size().width(), whole * 0.65);
+}
+
+TEST(TextBlock, FittedKeepsItsFontWhereThatFits)
+{
+    const QFont font = fontOf(15);
+    const TextBlock natural(sentence, font);
+    const TextBlock block = TextBlock::fitted(sentence, font, natural.size().width());
+    EXPECT_EQ(block.font().pixelSize(), 15);
+    EXPECT_EQ(block.size(), natural.size());
+}
+
+TEST(TextBlock, FittedTakesTheLargestFontThatFits)
+{
+    const QFont font = fontOf(24);
+    const double width = TextBlock(sentence, font).size().width() * 0.7;
+    const TextBlock block = TextBlock::fitted(sentence, font, width);
+    EXPECT_LE(block.size().width(), width);
+    QFont larger = block.font();
+    larger.setPixelSize(block.font().pixelSize() + 2);
+    EXPECT_GT(TextBlock(sentence, larger).size().width(), width);
+}
+
+TEST(TextBlock, FittedStopsAtTheSmallestLegibleFont)
+{
+    EXPECT_EQ(TextBlock::fitted(sentence, fontOf(14), 1).font().pixelSize(), 6);
+}
+
+TEST(TextBlock, DrawsInThePainterSPen)
+{
+    const TextBlock block(QStringLiteral("█"), fontOf(40));
+    const Picture picture = Picture::drawn(QSize(60, 60), 1, [&block](QPainter& painter) {
+        painter.setPen(Qt::red);
+        block.draw(painter, QPointF(5, 5));
+    });
+    EXPECT_THAT(picture.at(picture.ink().center()), isColor(Qt::red));
+}
+
+TEST(TextBlock, CentresItsWrappedLinesInItsOwnWidth)
+{
+    const TextBlock block =
+        TextBlock::wrapped(QStringLiteral("wwwwwwwwwwwwww ii"), fontOf(14), 150);
+    ASSERT_EQ(block.lineCount(), 2);
+    const QSize size = block.size().toSize();
+    const Picture second = Picture::drawn(QSize(size.width(), 17), 1, [&block](QPainter& painter) {
+        block.draw(painter, QPointF(0, -17));
+    });
+    EXPECT_NEAR(second.ink().center().x(), size.width() / 2.0, 2);
+}
+
+} // namespace
+} // namespace orlimo

@@ -1,0 +1,126 @@
+#include "controls/TextLabel.h"
+
+#include "tests/support/LayoutExpectation.h"
+#include "tests/support/Palettes.h"
+#include "tests/support/Picture.h"
+
+#include <QAccessible>
+#include <QApplication>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace orlimo {
+namespace {
+
+const QString sentence =
+    QStringLiteral("Full Disk Access is required to read the verification code from Messages.");
+
+TEST(TextLabel, HasTheFontItWasGivenWhateverTheApplicationUses)
+{
+    const QFont before = QApplication::font();
+    QFont large = before;
+    large.setPointSize(40);
+    large.setBold(true);
+    QApplication::setFont(large);
+    const TextLabel label(QStringLiteral("Copy"), 14, textColor, QFont::Bold);
+    const TextLabel plain(QStringLiteral("Copy"), 14);
+    QApplication::setFont(before);
+    EXPECT_EQ(label.fontPixelSize(), 14);
+    EXPECT_EQ(label.font().weight(), QFont::Bold);
+    EXPECT_EQ(plain.font().weight(), QFont::Normal);
+    EXPECT_EQ(label.sizeHint().height(), 17);
+}
+
+TEST(TextLabel, IsOneLineHigh)
+{
+    const TextLabel label(QStringLiteral("Copy"), 15);
+    EXPECT_EQ(label.sizeHint().height(), 18);
+    EXPECT_EQ(label.minimumSizeHint(), QSize(0, 18));
+    EXPECT_FALSE(label.hasHeightForWidth());
+}
+
+TEST(TextLabel, AlignsItsText)
+{
+    TextLabel label(QStringLiteral("Copy"), 15);
+    label.resize(200, 30);
+    const double width = label.textArea().width();
+    EXPECT_EQ(label.textArea(), QRectF(0, 6, width, 18));
+    label.setAlignment(Qt::AlignCenter);
+    EXPECT_NEAR(label.textArea().center().x(), 100, 1);
+    label.setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    EXPECT_EQ(label.textArea().right(), 200);
+}
+
+TEST(TextLabel, LeadsFromTheRightWhereTextDoes)
+{
+    TextLabel label(QStringLiteral("Copy"), 15);
+    label.resize(200, 18);
+    label.setLayoutDirection(Qt::RightToLeft);
+    EXPECT_EQ(label.textArea().right(), 200);
+}
+
+TEST(TextLabel, PaintsItsTextWhereItSays)
+{
+    TextLabel label(QStringLiteral("Copy"), 15);
+    label.resize(200, 30);
+    EXPECT_TRUE(label.textArea().adjusted(-1, 0, 1, 0).contains(Picture::of(label).ink()));
+    EXPECT_GT(Picture::of(label).ink().width(), label.textArea().width() * 0.8);
+}
+
+TEST(TextLabel, ShrinksItsFontRatherThanToCutOrElide)
+{
+    TextLabel label(sentence, 14);
+    label.resize(label.sizeHint());
+    expectNothingClipped(label);
+    for (const int width : {400, 300, 260}) {
+        label.resize(width, 17);
+        EXPECT_LE(label.textArea().width(), width);
+        EXPECT_GT(Picture::of(label).ink().width(), width * 0.85);
+        expectNothingClipped(label);
+    }
+}
+
+TEST(TextLabel, WrapsWhereItMay)
+{
+    TextLabel label(sentence, 14, textColor, QFont::Normal, TextLabel::Lines::asNeeded);
+    label.setFixedWidth(300);
+    EXPECT_TRUE(label.hasHeightForWidth());
+    EXPECT_EQ(label.heightForWidth(300), 2 * 17);
+    EXPECT_EQ(label.sizeHint(), QSize(300, 2 * 17));
+    EXPECT_EQ(label.heightForWidth(150) % 17, 0);
+    EXPECT_GE(label.heightForWidth(150), 4 * 17);
+    label.resize(300, label.heightForWidth(300));
+    expectNothingClipped(label);
+}
+
+TEST(TextLabel, ShowsItsTextVerbatim)
+{
+    TextLabel label(QStringLiteral("<b>Security</b> & Privacy"), 14);
+    TextLabel bold(QStringLiteral("Security & Privacy"), 14);
+    EXPECT_EQ(label.textFormat(), Qt::PlainText);
+    EXPECT_GT(label.sizeHint().width(), bold.sizeHint().width() + 20);
+}
+
+TEST(TextLabel, TakesItsColorFromThePaletteOfTheMoment)
+{
+    const PaletteChange light(lightPalette());
+    TextLabel label(QStringLiteral("█"), 40);
+    label.resize(label.sizeHint());
+    const QPointF inside = Picture::of(label).ink().center();
+    EXPECT_THAT(Picture::of(label).at(inside), isColor(textColor(lightPalette())));
+    const PaletteChange dark(darkPalette());
+    EXPECT_THAT(Picture::of(label).at(inside), isColor(textColor(darkPalette())));
+    EXPECT_EQ(label.paintedColor(), textColor(darkPalette()));
+}
+
+TEST(TextLabel, IsAnnouncedAsItsText)
+{
+    TextLabel label(QStringLiteral("Launch at login"), 13);
+    auto* accessible = QAccessible::queryAccessibleInterface(&label);
+    ASSERT_NE(accessible, nullptr);
+    EXPECT_EQ(accessible->role(), QAccessible::StaticText);
+    EXPECT_EQ(accessible->text(QAccessible::Name), QStringLiteral("Launch at login"));
+}
+
+} // namespace
+} // namespace orlimo

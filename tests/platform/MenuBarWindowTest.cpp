@@ -1,0 +1,277 @@
+#include "platform/linux/MenuBarWindow.h"
+
+#include "tests/support/Await.h"
+#include "tests/support/HandClock.h"
+
+#include <QApplication>
+#include <QCursor>
+#include <QLineEdit>
+#include <QMenu>
+#include <QScreen>
+#include <QTest>
+#include <QVBoxLayout>
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <memory>
+#include <optional>
+
+namespace orlimo {
+namespace {
+
+using namespace std::chrono_literals;
+
+/// What the window holds: a text to write in.
+class Content final : public QWidget
+{
+public:
+    Content()
+    {
+        setFixedSize(300, 540);
+        (new QVBoxLayout(this))->addWidget(&field);
+    }
+
+    QLineEdit field;
+};
+
+class MenuBarWindowTest : public testing::Test
+{
+protected:
+    /// Opens the window and waits until it has the focus.
+    void open()
+    {
+        window->open();
+        ASSERT_TRUE(awaitFocus());
+    }
+
+    [[nodiscard]] bool awaitFocus()
+    {
+        return await([this] { return content.isActiveWindow(); });
+    }
+
+    /// Gives the focus to another window, as a click on that would.
+    void focusElsewhere()
+    {
+        other.show();
+        other.activateWindow();
+        ASSERT_TRUE(await([this] { return other.isActiveWindow(); }));
+    }
+
+    HandClock clock;
+    std::optional<QRect> icon = QRect(400, 1, 22, 22);
+    Content content;
+    QWidget other;
+    std::unique_ptr<MenuBarWindow> window = std::make_unique<MenuBarWindow>(
+        content, [this] { return icon; }, clock.function());
+};
+
+TEST_F(MenuBarWindowTest, IsClosedAtFirst)
+{
+    EXPECT_FALSE(window->isOpen());
+    EXPECT_FALSE(content.isVisible());
+}
+
+TEST_F(MenuBarWindowTest, IsATopLevelToolWithoutAFrame)
+{
+    EXPECT_TRUE(content.isWindow());
+    EXPECT_EQ(content.windowType(), Qt::Tool);
+    EXPECT_TRUE(content.windowFlags().testFlag(Qt::FramelessWindowHint));
+}
+
+TEST_F(MenuBarWindowTest, TakesAContentThatStoodInAnotherWidget)
+{
+    QWidget parent;
+    Content child;
+    child.setParent(&parent);
+    {
+        MenuBarWindow ofChild(child, [] { return std::nullopt; });
+        ofChild.open();
+        EXPECT_TRUE(child.isWindow());
+        EXPECT_TRUE(ofChild.isOpen());
+        EXPECT_FALSE(parent.isVisible());
+    }
+    child.setParent(nullptr);
+}
+
+TEST_F(MenuBarWindowTest, OpensWithTheFocusAndCloses)
+{
+    open();
+    EXPECT_TRUE(window->isOpen());
+    EXPECT_TRUE(content.isVisible());
+    EXPECT_EQ(content.size(), QSize(300, 540));
+    window->close();
+    EXPECT_FALSE(window->isOpen());
+    EXPECT_FALSE(content.isVisible());
+}
+
+TEST_F(MenuBarWindowTest, OpensUnderTheIcon)
+{
+    open();
+    EXPECT_EQ(content.geometry(), QRect(411 - 150, 23, 300, 540));
+}
+
+TEST_F(MenuBarWindowTest, OpensUnderTheIconsPlaceOfTheMoment)
+{
+    open();
+    window->close();
+    icon = QRect(300, 1, 22, 22);
+    window->open();
+    EXPECT_EQ(content.geometry(), QRect(311 - 150, 23, 300, 540));
+}
+
+TEST_F(MenuBarWindowTest, OpensAtThePointerWhereTheIconsPlaceIsUnknown)
+{
+    icon.reset();
+    QCursor::setPos(500, 100);
+    ASSERT_EQ(QCursor::pos(), QPoint(500, 100));
+    open();
+    EXPECT_EQ(content.geometry(), QRect(500 - 150, 101, 300, 540));
+}
+
+TEST_F(MenuBarWindowTest, OpensInsideTheScreen)
+{
+    const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+    icon.reset();
+    QCursor::setPos(screen.bottomRight());
+    open();
+    EXPECT_TRUE(screen.contains(content.geometry()));
+}
+
+TEST_F(MenuBarWindowTest, HasTheSizeThatItsContentAsksFor)
+{
+    QWidget plain;
+    auto* const column = new QVBoxLayout(&plain);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->addSpacing(50);
+    MenuBarWindow ofPlain(plain, [] { return QRect(400, 1, 22, 22); });
+    ofPlain.open();
+    EXPECT_EQ(plain.height(), 50);
+    EXPECT_EQ(plain.geometry().center().x(), 410);
+}
+
+TEST_F(MenuBarWindowTest, StaysWhereItIsWhenItIsOpenedAgain)
+{
+    open();
+    icon = QRect(300, 1, 22, 22);
+    window->open();
+    EXPECT_TRUE(window->isOpen());
+    EXPECT_EQ(content.geometry(), QRect(411 - 150, 23, 300, 540));
+}
+
+TEST_F(MenuBarWindowTest, TogglesBetweenOpenAndClosed)
+{
+    window->toggle();
+    EXPECT_TRUE(window->isOpen());
+    ASSERT_TRUE(awaitFocus());
+    window->toggle();
+    EXPECT_FALSE(window->isOpen());
+    window->toggle();
+    EXPECT_TRUE(window->isOpen());
+}
+
+TEST_F(MenuBarWindowTest, ClosesWhenItLosesTheFocus)
+{
+    open();
+    focusElsewhere();
+    EXPECT_FALSE(window->isOpen());
+}
+
+TEST_F(MenuBarWindowTest, IsNotOpenedByTheClickThatTookItsFocus)
+{
+    open();
+    focusElsewhere();
+    clock.advance(499ms);
+    window->toggle();
+    EXPECT_FALSE(window->isOpen());
+}
+
+TEST_F(MenuBarWindowTest, IsOpenedByTheNextClickAfterThat)
+{
+    open();
+    focusElsewhere();
+    clock.advance(500ms);
+    window->toggle();
+    EXPECT_TRUE(window->isOpen());
+}
+
+TEST_F(MenuBarWindowTest, IsOpenedOnRequestRightAfterItLostTheFocus)
+{
+    open();
+    focusElsewhere();
+    open();
+    EXPECT_TRUE(window->isOpen());
+    window->toggle();
+    EXPECT_FALSE(window->isOpen());
+    window->toggle();
+    EXPECT_TRUE(window->isOpen());
+}
+
+TEST_F(MenuBarWindowTest, TakesAnOldLossOfFocusForOld)
+{
+    open();
+    focusElsewhere();
+    clock.advance(500ms);
+    open();
+    window->close();
+    window->toggle();
+    EXPECT_TRUE(window->isOpen());
+}
+
+TEST_F(MenuBarWindowTest, ClosesOnEscape)
+{
+    open();
+    QTest::keyClick(&content, Qt::Key_Escape);
+    EXPECT_FALSE(window->isOpen());
+    window->toggle();
+    EXPECT_TRUE(window->isOpen());
+}
+
+TEST_F(MenuBarWindowTest, ClosesOnEscapeWhileATextInItHasTheFocus)
+{
+    open();
+    content.field.setFocus();
+    QTest::keyClick(&content.field, Qt::Key_A);
+    EXPECT_TRUE(window->isOpen());
+    EXPECT_EQ(content.field.text(), QStringLiteral("a"));
+    QTest::keyClick(&content.field, Qt::Key_Escape);
+    EXPECT_FALSE(window->isOpen());
+}
+
+TEST_F(MenuBarWindowTest, StaysOpenUnderAMenuOfItsOwn)
+{
+    open();
+    QMenu menu(&content);
+    menu.addAction(QStringLiteral("Copy"));
+    menu.popup(content.geometry().center());
+    ASSERT_TRUE(await([&] { return menu.isVisible(); }));
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(window->isOpen());
+    QTest::keyClick(&menu, Qt::Key_Escape);
+    EXPECT_FALSE(menu.isVisible());
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(window->isOpen());
+    focusElsewhere();
+    EXPECT_FALSE(window->isOpen());
+}
+
+TEST_F(MenuBarWindowTest, IsClosedWhenTheHostHasClosedIt)
+{
+    open();
+    content.close();
+    EXPECT_FALSE(window->isOpen());
+    window->toggle();
+    EXPECT_TRUE(window->isOpen());
+}
+
+TEST_F(MenuBarWindowTest, ClosesAtItsEnd)
+{
+    open();
+    window.reset();
+    EXPECT_FALSE(content.isVisible());
+    content.show();
+    QTest::keyClick(&content, Qt::Key_Escape);
+    EXPECT_TRUE(content.isVisible());
+}
+
+} // namespace
+} // namespace orlimo

@@ -1,0 +1,149 @@
+#include "tests/support/LayoutExpectation.h"
+
+#include "controls/FocusRing.h"
+#include "controls/TextBlock.h"
+#include "controls/TextButton.h"
+#include "controls/TextLabel.h"
+#include "tests/support/Picture.h"
+
+#include <QAbstractButton>
+#include <QLabel>
+#include <QPainter>
+#include <QWidget>
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace orlimo {
+
+namespace {
+
+/// How a failure names the widget.
+std::string nameOf(const QWidget& widget)
+{
+    std::string name = widget.metaObject()->className();
+    if (!widget.objectName().isEmpty()) {
+        name += " \"" + widget.objectName().toStdString() + "\"";
+    }
+    const QVariant text = widget.property("text");
+    return text.isValid() ? name + ", text \"" + text.toString().toStdString() + "\"" : name;
+}
+
+/// The children that take part in the layout.
+QList<QWidget*> laidOutChildren(const QWidget& parent)
+{
+    QList<QWidget*> children;
+    for (QWidget* child : parent.findChildren<QWidget*>(Qt::FindDirectChildrenOnly)) {
+        if (dynamic_cast<FocusRing*>(child) == nullptr && !child->isWindow()) {
+            children.append(child);
+        }
+    }
+    return children;
+}
+
+void expectApartAndInside(const QWidget& parent)
+{
+    const auto children = laidOutChildren(parent);
+    for (qsizetype index = 0; index < children.size(); ++index) {
+        const QRect area = children[index]->geometry();
+        EXPECT_TRUE(parent.rect().contains(area) || area.isEmpty())
+            << nameOf(*children[index]) << " at " << testing::PrintToString(area)
+            << " reaches out of " << nameOf(parent) << " of "
+            << testing::PrintToString(parent.size());
+        for (qsizetype other = 0; other < index; ++other) {
+            EXPECT_FALSE(area.intersects(children[other]->geometry()))
+                << nameOf(*children[index]) << " and " << nameOf(*children[other]) << " overlap";
+        }
+    }
+}
+
+/// Expects that what `button` or `label` paints of its text keeps away from the edges of `inside`.
+template <class TextWidget> void expectInkWithin(TextWidget& widget, const QRectF& inside)
+{
+    const QString text = widget.text();
+    const Picture whole = Picture::of(widget);
+    const QRect area = widget.geometry();
+    widget.setText(QString());
+    const Picture empty = Picture::of(widget);
+    widget.setText(text);
+    ASSERT_EQ(widget.geometry(), area);
+    const QRectF ink = whole.differenceFrom(empty);
+    EXPECT_FALSE(ink.isEmpty() && !text.isEmpty()) << nameOf(widget) << " paints no text";
+    EXPECT_TRUE(inside.contains(ink) || ink.isEmpty())
+        << nameOf(widget) << " paints its text at " << testing::PrintToString(ink) << ", outside "
+        << testing::PrintToString(inside);
+}
+
+/// What `label` would paint if it were larger by `margin` on each side.
+Picture unclipped(const TextLabel& label, int margin)
+{
+    const TextBlock block = label.hasHeightForWidth()
+                                ? TextBlock::wrapped(label.text(), label.font(), label.width())
+                                : TextBlock::fitted(label.text(), label.font(), label.width());
+    return Picture::drawn(
+        label.size() + 2 * QSize(margin, margin),
+        label.devicePixelRatioF(),
+        [&](QPainter& painter) {
+            painter.setPen(label.paintedColor());
+            block.draw(painter, label.textArea().topLeft() + QPointF(margin, margin));
+        });
+}
+
+void expectTextWhole(TextLabel& label)
+{
+    const QRectF inside = QRectF(label.rect());
+    EXPECT_TRUE(inside.contains(label.textArea()))
+        << nameOf(label) << " of " << testing::PrintToString(label.size()) << " has its text at "
+        << testing::PrintToString(label.textArea());
+    constexpr int margin = 20;
+    const QRectF ink = unclipped(label, margin).ink().translated(-margin, -margin);
+    EXPECT_TRUE(inside.contains(ink))
+        << nameOf(label) << " of " << testing::PrintToString(label.size())
+        << " cuts its text, which is " << testing::PrintToString(ink);
+    EXPECT_EQ(Picture::of(label).ink(), ink) << nameOf(label);
+}
+
+void expectTextWhole(TextButton& button)
+{
+    EXPECT_TRUE(
+        QRectF(button.rect().marginsRemoved(button.look().padding)).contains(button.labelArea()))
+        << nameOf(button) << " of " << testing::PrintToString(button.size()) << " has its label at "
+        << testing::PrintToString(button.labelArea());
+    expectInkWithin(button, QRectF(button.rect()).adjusted(1, 1, -1, -1));
+}
+
+void expectTextWhole(QWidget& widget)
+{
+    if (auto* label = qobject_cast<TextLabel*>(&widget)) {
+        expectTextWhole(*label);
+    } else if (auto* textButton = qobject_cast<TextButton*>(&widget)) {
+        expectTextWhole(*textButton);
+    } else if (auto* plainLabel = qobject_cast<QLabel*>(&widget)) {
+        expectInkWithin(*plainLabel, QRectF(plainLabel->contentsRect()).adjusted(1, 1, -1, -1));
+    } else if (auto* button = qobject_cast<QAbstractButton*>(&widget)) {
+        expectInkWithin(*button, QRectF(button->rect()).adjusted(1, 1, -1, -1));
+    }
+}
+
+} // namespace
+
+void layOut(QWidget& widget)
+{
+    (void)widget.grab();
+}
+
+QRect areaIn(const QWidget& ancestor, const QWidget& widget)
+{
+    return {widget.mapTo(&ancestor, QPoint(0, 0)), widget.size()};
+}
+
+void expectNothingClipped(QWidget& window)
+{
+    expectApartAndInside(window);
+    expectTextWhole(window);
+    for (QWidget* child : laidOutChildren(window)) {
+        expectNothingClipped(*child);
+    }
+}
+
+} // namespace orlimo

@@ -1,0 +1,87 @@
+#include "tests/support/Picture.h"
+
+#include <QPainter>
+#include <QPixmap>
+#include <QWidget>
+
+#include <algorithm>
+#include <cmath>
+
+namespace orlimo {
+
+Picture Picture::of(QWidget& widget)
+{
+    const double scale = widget.devicePixelRatioF();
+    QPixmap pixmap((QSizeF(widget.size()) * scale).toSize());
+    pixmap.setDevicePixelRatio(scale);
+    pixmap.fill(Qt::transparent);
+    widget.render(&pixmap, QPoint(), QRegion(), QWidget::DrawChildren);
+    return Picture(pixmap.toImage());
+}
+
+Picture Picture::ofWindow(QWidget& window)
+{
+    return Picture(window.grab().toImage());
+}
+
+Picture Picture::drawn(QSize size, double scale, const std::function<void(QPainter&)>& draw)
+{
+    QPixmap pixmap((QSizeF(size) * scale).toSize());
+    pixmap.setDevicePixelRatio(scale);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    painter.setRenderHint(QPainter::Antialiasing);
+    draw(painter);
+    painter.end();
+    return Picture(pixmap.toImage());
+}
+
+Picture::Picture(const QImage& painted)
+    : image(painted.convertToFormat(QImage::Format_ARGB32))
+    , scale(painted.devicePixelRatio())
+{}
+
+QColor Picture::at(QPointF point) const
+{
+    return image.pixelColor(
+        static_cast<int>(std::floor(point.x() * scale)),
+        static_cast<int>(std::floor(point.y() * scale)));
+}
+
+QRectF Picture::ink() const
+{
+    return areaOf([this](int x, int y) { return qAlpha(image.pixel(x, y)) > 0; });
+}
+
+QRectF Picture::differenceFrom(const Picture& other) const
+{
+    if (image.size() != other.image.size()) {
+        return {QPointF(), size()};
+    }
+    return areaOf(
+        [this, &other](int x, int y) { return image.pixel(x, y) != other.image.pixel(x, y); });
+}
+
+QRectF Picture::areaOf(const std::function<bool(int, int)>& belongs) const
+{
+    int left = image.width();
+    int top = image.height();
+    int right = 0;
+    int bottom = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            if (belongs(x, y)) {
+                left = std::min(left, x);
+                top = std::min(top, y);
+                right = std::max(right, x + 1);
+                bottom = std::max(bottom, y + 1);
+            }
+        }
+    }
+    if (right <= left) {
+        return {};
+    }
+    return {left / scale, top / scale, (right - left) / scale, (bottom - top) / scale};
+}
+
+} // namespace orlimo
