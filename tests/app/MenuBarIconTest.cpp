@@ -47,13 +47,20 @@ TEST(MenuBarIcon, FollowsTheSchemesTextColor)
     }
 }
 
-TEST(MenuBarIcon, IsTheSameForAHostThatDrawsItItself)
+TEST(MenuBarIcon, IsATemplateOfTheSameShapeForAHostThatDrawsItItself)
 {
-    const PaletteChange light(lightPalette());
     MenuBarIcon icon;
     const Picture own = Picture::of(icon);
-    const Picture hosts(MenuBarIcon::icon().pixmap(QSize(16, 16), own.pixelsPerPoint()).toImage());
-    EXPECT_EQ(hosts.differenceFrom(own), QRectF());
+    const QIcon hosts = MenuBarIcon::icon();
+    EXPECT_TRUE(hosts.isMask());
+    const Picture shape(hosts.pixmap(QSize(16, 16), own.pixelsPerPoint()).toImage());
+    ASSERT_EQ(shape.size(), own.size());
+    const double pixel = 1 / own.pixelsPerPoint();
+    for (double y = pixel / 2; y < 16; y += pixel) {
+        for (double x = pixel / 2; x < 16; x += pixel) {
+            ASSERT_NEAR(shape.at({x, y}).alpha(), own.at({x, y}).alpha(), 1) << x << ", " << y;
+        }
+    }
 }
 
 } // namespace
