@@ -27,7 +27,8 @@ constexpr int smallestPixelSize = 6;
 double baselineOf(const QFont& font, int lineHeight)
 {
     const QFontMetricsF metrics(font);
-    return std::round((lineHeight + metrics.ascent() - metrics.descent()) / 2);
+    const double middle = std::round((lineHeight + metrics.ascent() - metrics.descent()) / 2);
+    return std::min(middle, lineHeight - std::round(metrics.descent()));
 }
 
 /// What the line's glyphs cover.
