@@ -1,0 +1,294 @@
+#include "app/AppDelegate.h"
+
+#include "app/GuidanceWindow.h"
+#include "app/HelperView.h"
+#include "tests/app/ViewTestBase.h"
+#include "tests/capture/PreferenceSandbox.h"
+#include "tests/support/Await.h"
+#include "tests/support/FatalStopExpectation.h"
+#include "tests/support/OutputCapture.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <QApplication>
+#include <QPointer>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <optional>
+
+namespace orlimo {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class AppDelegateTest : public ViewTestBase
+{
+protected:
+    [[nodiscard]] LaunchHost launchHost()
+    {
+        return {
+            .userDefaults = preferences,
+            .setLaunchAtLogin =
+                [this](bool enabled) {
+                    loginItem.emplace_back(enabled ? "enable" : "disable");
+                    writesBefore = preferences.dictionaryRepresentation().size();
+                },
+            .hasFullDiskAccess =
+                [this] {
+                    ++probes;
+                    return hasAccess;
+                },
+            .mainScreenFrame = [this] { return screen; },
+        };
+    }
+
+    /// The windows of the application that are to be seen.
+    static QList<QWidget*> shownWindows()
+    {
+        QList<QWidget*> shown;
+        for (QWidget* window : QApplication::topLevelWidgets()) {
+            if (window->isVisible()) {
+                shown.append(window);
+            }
+        }
+        return shown;
+    }
+
+    bool hasAccess = true;
+    int probes = 0;
+    /// How many preferences were stored when launch at login was switched on.
+    std::size_t writesBefore = 0;
+    std::optional<QRect> screen = QRect(0, 0, 1920, 1080);
+    AppDelegate delegate{launchHost()};
+};
+
+TEST_F(AppDelegateTest, StartsEmpty)
+{
+    EXPECT_EQ(delegate.window, nullptr);
+    EXPECT_EQ(delegate.secondaryWindow, nullptr);
+    EXPECT_EQ(delegate.message, nullptr);
+    EXPECT_THAT(preferences.calls(), IsEmpty());
+    EXPECT_THAT(loginItem, IsEmpty());
+    EXPECT_EQ(probes, 0);
+}
+
+// Before launching has finished
+
+TEST_F(AppDelegateTest, StoresThePreferencesBeforeItSwitchesLaunchAtLoginOn)
+{
+    delegate.applicationWillFinishLaunching();
+    EXPECT_TRUE(preferences.boolForKey("capturingEnabled"));
+    EXPECT_TRUE(preferences.boolForKey("fourDigitInclude"));
+    EXPECT_TRUE(preferences.boolForKey("loginItemEnabled"));
+    EXPECT_THAT(loginItem, ElementsAre("enable"));
+    EXPECT_EQ(writesBefore, 3U);
+    EXPECT_EQ(probes, 0);
+}
+
+TEST_F(AppDelegateTest, SwitchesLaunchAtLoginOnWhateverThePreferenceSays)
+{
+    preferences.setBool(false, "loginItemEnabled");
+    delegate.applicationWillFinishLaunching();
+    EXPECT_FALSE(preferences.boolForKey("loginItemEnabled"));
+    EXPECT_TRUE(preferences.boolForKey("capturingEnabled"));
+    EXPECT_THAT(loginItem, ElementsAre("enable"));
+}
+
+TEST_F(AppDelegateTest, SwitchesLaunchAtLoginOnAtEveryStart)
+{
+    for (const char* key : {"capturingEnabled", "fourDigitInclude", "loginItemEnabled"}) {
+        preferences.setBool(false, key);
+    }
+    for (int start = 1; start <= 3; ++start) {
+        AppDelegate next{launchHost()};
+        next.applicationWillFinishLaunching();
+        EXPECT_EQ(loginItem.size(), static_cast<std::size_t>(start));
+    }
+    EXPECT_FALSE(preferences.boolForKey("capturingEnabled"));
+    EXPECT_FALSE(preferences.boolForKey("fourDigitInclude"));
+    EXPECT_FALSE(preferences.boolForKey("loginItemEnabled"));
+}
+
+TEST_F(AppDelegateTest, LogsNothingWhileLaunching)
+{
+    const OutputCapture output;
+    delegate.applicationWillFinishLaunching();
+    delegate.applicationDidFinishLaunching();
+    EXPECT_EQ(output.text(), "");
+}
+
+// The guidance window
+
+TEST_F(AppDelegateTest, ShowsNoWindowToAProgramWithAccess)
+{
+    delegate.applicationDidFinishLaunching();
+    EXPECT_EQ(probes, 1);
+    EXPECT_EQ(delegate.secondaryWindow, nullptr);
+    EXPECT_THAT(shownWindows(), IsEmpty());
+}
+
+TEST_F(AppDelegateTest, ShowsTheGuidanceWindowToAProgramWithoutAccess)
+{
+    hasAccess = false;
+    const OutputCapture output;
+    delegate.applicationDidFinishLaunching();
+    EXPECT_EQ(probes, 1);
+    ASSERT_NE(delegate.secondaryWindow, nullptr);
+    EXPECT_THAT(shownWindows(), ElementsAre(delegate.secondaryWindow.get()));
+    EXPECT_EQ(delegate.secondaryWindow->findChildren<HelperView*>().size(), 1);
+    EXPECT_EQ(delegate.window, nullptr);
+    EXPECT_EQ(output.text(), "");
+}
+
+TEST_F(AppDelegateTest, BringsTheGuidanceWindowToTheFront)
+{
+    delegate.showHelperWindow();
+    EXPECT_TRUE(await([this] { return delegate.secondaryWindow->isActiveWindow(); }));
+}
+
+TEST_F(AppDelegateTest, CentresTheGuidanceWindowOnTheScreensSize)
+{
+    for (const auto& [frame, origin] :
+         {std::pair(QRect(0, 0, 1920, 1080), QPoint(710, 290)),
+          std::pair(QRect(1920, -200, 1920, 1080), QPoint(710, 290)),
+          std::pair(QRect(-1280, 0, 1280, 1024), QPoint(390, 262))})
+    {
+        screen = frame;
+        delegate.showHelperWindow();
+        EXPECT_EQ(delegate.secondaryWindow->geometry(), QRect(origin, QSize(500, 500)));
+    }
+}
+
+TEST(GuidanceWindowPlace, IsTheMiddleOfTheScreensSizeWhateverThatIs)
+{
+    const QSize size(500, 500);
+    EXPECT_EQ(GuidanceWindow::contentAreaOn({0, 0, 500, 500}), QRect({0, 0}, size));
+    EXPECT_EQ(GuidanceWindow::contentAreaOn({70, 80, 2560, 1440}), QRect({1030, 470}, size));
+    EXPECT_EQ(GuidanceWindow::contentAreaOn({0, 0, 400, 300}), QRect({-50, -100}, size));
+}
+
+TEST_F(AppDelegateTest, GivesTheGuidanceWindowATitleBarAndACloseButtonOnly)
+{
+    delegate.showHelperWindow();
+    const QWidget& window = *delegate.secondaryWindow;
+    const Qt::WindowFlags flags = window.windowFlags();
+    EXPECT_EQ(flags & Qt::WindowType_Mask, Qt::Window);
+    EXPECT_TRUE(flags.testFlag(Qt::WindowTitleHint));
+    EXPECT_TRUE(flags.testFlag(Qt::WindowCloseButtonHint));
+    EXPECT_FALSE(flags.testFlag(Qt::WindowMinimizeButtonHint));
+    EXPECT_FALSE(flags.testFlag(Qt::WindowMaximizeButtonHint));
+    EXPECT_FALSE(flags.testFlag(Qt::FramelessWindowHint));
+    EXPECT_FALSE(flags.testFlag(Qt::WindowStaysOnTopHint));
+    EXPECT_EQ(window.minimumSize(), QSize(500, 500));
+    EXPECT_EQ(window.maximumSize(), QSize(500, 500));
+    EXPECT_EQ(window.windowTitle(), QString());
+    EXPECT_FALSE(window.isModal());
+}
+
+TEST_F(AppDelegateTest, ShowsNoGuidanceWindowWithoutAScreen)
+{
+    hasAccess = false;
+    screen.reset();
+    const OutputCapture output;
+    delegate.applicationDidFinishLaunching();
+    EXPECT_EQ(delegate.secondaryWindow, nullptr);
+    EXPECT_THAT(shownWindows(), IsEmpty());
+    EXPECT_TRUE(QApplication::topLevelWidgets().isEmpty());
+    EXPECT_EQ(output.text(), "");
+}
+
+TEST_F(AppDelegateTest, KeepsTheGuidanceWindowThatTheUserClosed)
+{
+    delegate.showHelperWindow();
+    const QPointer<QWidget> window = delegate.secondaryWindow.get();
+    window->close();
+    runEventLoop(std::chrono::milliseconds(20));
+    ASSERT_FALSE(window.isNull());
+    EXPECT_FALSE(window->isVisible());
+}
+
+TEST_F(AppDelegateTest, ReplacesTheGuidanceWindowThatItHolds)
+{
+    delegate.showHelperWindow();
+    const QPointer<QWidget> first = delegate.secondaryWindow.get();
+    delegate.showHelperWindow();
+    EXPECT_TRUE(first.isNull());
+    ASSERT_NE(delegate.secondaryWindow, nullptr);
+    EXPECT_TRUE(delegate.secondaryWindow->isVisible());
+}
+
+TEST_F(AppDelegateTest, TakesItsWindowAndItsControllerAlong)
+{
+    QPointer<QWidget> window;
+    std::weak_ptr<Message> controller;
+    {
+        AppDelegate passing{launchHost()};
+        passing.message = watching();
+        controller = passing.message;
+        passing.showHelperWindow();
+        window = passing.secondaryWindow.get();
+    }
+    EXPECT_TRUE(window.isNull());
+    EXPECT_TRUE(controller.expired());
+}
+
+// Activation
+
+TEST_F(AppDelegateTest, HasTheMessagesReadAgainOnceAtEachActivation)
+{
+    store.appendText("Your code is 482913.");
+    delegate.message = watching();
+    const OutputCapture output;
+    for (int times = 1; times <= 3; ++times) {
+        delegate.applicationWillBecomeActive();
+        EXPECT_EQ(std::ranges::count(output.lines(), "ready to access disk"), times);
+    }
+    EXPECT_EQ(delegate.message->verificationCode(), "482913");
+    EXPECT_EQ(clipboardText(), "before");
+    EXPECT_EQ(probes, 0);
+}
+
+TEST_F(AppDelegateTest, ActivatedBeforeTheStoreIsReadySaysSo)
+{
+    delegate.message = Message::create(host());
+    const OutputCapture output;
+    delegate.applicationWillBecomeActive();
+    EXPECT_THAT(output.lines(), ElementsAre("not ready to access disk"));
+    EXPECT_EQ(delegate.message->verificationCode(), "");
+}
+
+TEST_F(AppDelegateTest, ActivatedWithoutAControllerStops)
+{
+    expectFatalStop(
+        [this] { delegate.applicationWillBecomeActive(); },
+        {},
+        {.file = "app/AppDelegate.cpp",
+         .reason = "the application became active without a capture controller"});
+}
+
+// The program's own host
+
+TEST_F(AppDelegateTest, WorksOnTheUsersOwnPreferencesAndLoginItem)
+{
+    const auto entry = PreferenceSandbox::file().parent_path().parent_path() /
+                       "autostart/app.orlimo.Orlimo.desktop";
+    std::filesystem::remove(entry);
+    defaults.setBool(false, "loginItemEnabled");
+    AppDelegate native;
+    native.applicationWillFinishLaunching();
+    EXPECT_THAT(
+        linesOf(contentOf(PreferenceSandbox::file())),
+        ElementsAre(
+            "[General]",
+            "capturingEnabled=true",
+            "fourDigitInclude=true",
+            "loginItemEnabled=false"));
+    EXPECT_TRUE(std::filesystem::exists(entry));
+    std::filesystem::remove(entry);
+}
+
+} // namespace
+} // namespace orlimo

@@ -1,0 +1,78 @@
+#include "app/HelperView.h"
+
+#include "app/GuidanceWindow.h"
+#include "controls/TextButton.h"
+#include "tests/app/ViewTestBase.h"
+#include "tests/support/OutputCapture.h"
+#include "tests/support/Pointer.h"
+#include "tests/support/WidgetWindow.h"
+
+#include <QTest>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace orlimo {
+namespace {
+
+class HelperViewTest : public testing::Test
+{
+protected:
+    HelperViewTest() { showActive(window); }
+
+    QList<QUrl> opened;
+    bool opens = true;
+    GuidanceWindow window{
+        new HelperView([this](const QUrl& url) {
+            opened.append(url);
+            return opens;
+        }),
+        QRect(QPoint(0, 0), GuidanceWindow::contentSize)};
+    TextButton& button = named<TextButton>(window, "openSystemSetting");
+};
+
+TEST_F(HelperViewTest, OpensNothingByItself)
+{
+    EXPECT_TRUE(opened.isEmpty());
+}
+
+TEST_F(HelperViewTest, OpensTheListForFullDiskAccess)
+{
+    pointer::click(button);
+    ASSERT_EQ(opened.size(), 1);
+    EXPECT_EQ(
+        opened.first().toEncoded(),
+        QByteArray("x-apple.systempreferences:com.apple.preference.security?Privacy_AllFiles"));
+    EXPECT_EQ(opened.first().scheme(), QStringLiteral("x-apple.systempreferences"));
+    EXPECT_EQ(opened.first().path(), QStringLiteral("com.apple.preference.security"));
+    EXPECT_EQ(opened.first().query(), QStringLiteral("Privacy_AllFiles"));
+}
+
+TEST_F(HelperViewTest, OpensItAgainAtEachPress)
+{
+    pointer::click(button);
+    pointer::click(button);
+    button.setFocus(Qt::TabFocusReason);
+    QTest::keyClick(&button, Qt::Key_Space);
+    EXPECT_EQ(opened.size(), 3);
+}
+
+TEST_F(HelperViewTest, StaysOpenWhetherOrNotTheSettingsOpen)
+{
+    for (const bool settingsOpen : {true, false}) {
+        opens = settingsOpen;
+        const OutputCapture output;
+        pointer::click(button);
+        EXPECT_TRUE(window.isVisible());
+        EXPECT_EQ(output.text(), "");
+    }
+    EXPECT_EQ(opened.size(), 2);
+}
+
+TEST_F(HelperViewTest, IsClosedByTheUserAlone)
+{
+    EXPECT_TRUE(window.close());
+    EXPECT_FALSE(window.isVisible());
+}
+
+} // namespace
+} // namespace orlimo

@@ -1,0 +1,138 @@
+#include "app/OrlimoApp.h"
+
+#include "app/MenuBarScene.h"
+#include "platform/LogLine.h"
+#include "tests/capture/OwnHome.h"
+#include "tests/support/ForkedRun.h"
+#include "tests/support/OutputCapture.h"
+#include "tests/support/Picture.h"
+#include "tests/support/StoreWriter.h"
+
+#include <QString>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <functional>
+
+namespace orlimo {
+namespace {
+
+using testing::ElementsAre;
+using testing::ElementsAreArray;
+
+/// Logs how a question about the application was answered.
+void answer(const char* question, bool yes)
+{
+    writeLogLine(std::string(question) + (yes ? " yes" : " no"));
+}
+
+/// What is logged where `work` runs in a process and a home of its own, on a store with one code.
+std::vector<std::string> linesOfRun(const std::function<void()>& work)
+{
+    const ForkedRun run = runForked([&work] {
+        moveIntoOwnHome();
+        StoreWriter store(
+            std::filesystem::path(qEnvironmentVariable("HOME").toStdString()) / "Library");
+        store.appendText("Your code is 482913.");
+        work();
+    });
+    EXPECT_EQ(run.status, 0);
+    return linesOf(run.output);
+}
+
+const std::vector<std::string> initialLines{
+    "Database init",
+    "database connected!!",
+    "OrlimoApp init",
+    "registFileObserver",
+    "init file monitor",
+    "file access allowed",
+};
+
+std::vector<std::string> afterInitialLines(const std::vector<std::string>& lines)
+{
+    EXPECT_GE(lines.size(), initialLines.size());
+    const std::vector<std::string> first(lines.begin(), lines.begin() + 6);
+    EXPECT_THAT(first, ElementsAreArray(initialLines));
+    return {lines.begin() + 6, lines.end()};
+}
+
+TEST(OrlimoApp, CreatesItsControllerBeforeItSpeaksAndWatchesAfterwards)
+{
+    EXPECT_THAT(linesOfRun([] { const OrlimoApp app; }), ElementsAreArray(initialLines));
+}
+
+TEST(OrlimoApp, SharesItsControllerWithItsDelegate)
+{
+    const auto lines = linesOfRun([] {
+        OrlimoApp app;
+        answer("shared:", app.message() != nullptr && app.appDelegate().message == app.message());
+        answer("watching:", app.message()->ready());
+        answer("window:", app.appDelegate().window != nullptr);
+        answer("secondary window:", app.appDelegate().secondaryWindow != nullptr);
+    });
+    EXPECT_THAT(
+        afterInitialLines(lines),
+        ElementsAre("shared: yes", "watching: yes", "window: no", "secondary window: no"));
+}
+
+TEST(OrlimoApp, BuildsItsIconRendererWhenItIsAskedForAndOnce)
+{
+    const auto lines = linesOfRun([] {
+        OrlimoApp app;
+        answer("built:", app.appIconRenderer().isBuilt());
+        const auto* renderer = &app.appIconRenderer().wrappedValue();
+        answer("built:", app.appIconRenderer().isBuilt());
+        answer("the same:", renderer == &app.appIconRenderer().wrappedValue());
+    });
+    EXPECT_THAT(afterInitialLines(lines), ElementsAre("built: no", "built: yes", "the same: yes"));
+}
+
+TEST(OrlimoApp, LeavesItsIconRendererAloneWhileItRuns)
+{
+    const auto lines = linesOfRun([] {
+        OrlimoApp app;
+        const auto scene = app.body();
+        app.appDelegate().applicationWillBecomeActive();
+        answer("built:", app.appIconRenderer().isBuilt());
+    });
+    EXPECT_EQ(lines.back(), "built: no");
+}
+
+TEST(OrlimoApp, HasOneSceneWhoseWindowShowsTheControllersCodes)
+{
+    const auto lines = linesOfRun([] {
+        const OrlimoApp app;
+        const auto scene = app.body();
+        answer("open:", scene->menuBarExtra().isOpen());
+        scene->menuBarExtra().open();
+        answer("open:", scene->menuBarExtra().isOpen());
+        answer("the code:", app.message()->verificationCode() == "482913");
+    });
+    const auto rest = afterInitialLines(lines);
+    ASSERT_GE(rest.size(), 5U);
+    EXPECT_EQ(rest[0], "open: no");
+    EXPECT_EQ(rest[1], "Opened PopupWindow : APPEAR");
+    EXPECT_EQ(rest[2], "ready to access disk");
+    EXPECT_EQ(rest[rest.size() - 2], "open: yes");
+    EXPECT_EQ(rest.back(), "the code: yes");
+}
+
+TEST(ImageRenderer, DrawsAnIconOf16By16Points)
+{
+    const ImageRenderer<MenuBarIcon> renderer(std::make_unique<MenuBarIcon>());
+    for (const double scale : {1.0, 2.0, 3.0}) {
+        const QPixmap image = renderer.image(scale);
+        EXPECT_EQ(image.deviceIndependentSize(), QSizeF(16, 16));
+        EXPECT_EQ(image.devicePixelRatio(), scale);
+        EXPECT_EQ(image.width(), 16 * scale);
+        const Picture picture(image.toImage());
+        EXPECT_FALSE(picture.ink().isEmpty());
+        EXPECT_EQ(picture.at(QPointF(0.1, 0.1)).alpha(), 0);
+    }
+    EXPECT_EQ(renderer.view().sizeHint(), QSize(16, 16));
+}
+
+} // namespace
+} // namespace orlimo

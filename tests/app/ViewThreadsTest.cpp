@@ -1,0 +1,111 @@
+#include "app/AppDelegate.h"
+#include "app/CopyButton.h"
+#include "app/HelperView.h"
+#include "app/MenuBarIcon.h"
+#include "app/OrlimoApp.h"
+#include "app/PopupView.h"
+#include "app/StatusMenuView.h"
+#include "tests/app/ViewTestBase.h"
+#include "tests/support/FatalStopExpectation.h"
+
+#include <QHoverEvent>
+#include <QShowEvent>
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string_view>
+#include <thread>
+
+namespace orlimo {
+namespace {
+
+/// What the user sees and touches belongs to the main thread.
+class ViewThreads : public ViewTestBase
+{
+protected:
+    static void expectStopOnAnotherThread(const std::function<void()>& work, std::string_view file)
+    {
+        expectFatalStop(
+            [&work] { std::thread(work).join(); },
+            {},
+            {.file = file, .reason = "called off the main thread"});
+    }
+
+    [[nodiscard]] LaunchHost launchHost()
+    {
+        return {
+            .userDefaults = preferences,
+            .setLaunchAtLogin = [](bool) {},
+            .hasFullDiskAccess = [] { return true; },
+            .mainScreenFrame = [] { return std::nullopt; },
+        };
+    }
+};
+
+TEST_F(ViewThreads, StopAnAppearanceElsewhere)
+{
+    PopupView panel(watching(), panelHost());
+    expectStopOnAnotherThread(
+        [&panel] {
+            QShowEvent event;
+            static_cast<QObject&>(panel).event(&event);
+        },
+        "app/PopupView.cpp");
+}
+
+TEST_F(ViewThreads, StopThePanelsMakingElsewhere)
+{
+    const auto message = watching();
+    expectStopOnAnotherThread(
+        [&] { const PopupView panel(message, panelHost()); }, "app/PopupView.cpp");
+}
+
+TEST_F(ViewThreads, StopTheMenusMakingElsewhere)
+{
+    const auto message = watching();
+    expectStopOnAnotherThread(
+        [&] { const StatusMenuView menu(message, menuHost()); }, "app/StatusMenuView.cpp");
+}
+
+TEST_F(ViewThreads, StopTheGuidancesMakingElsewhere)
+{
+    expectStopOnAnotherThread([] { const HelperView view; }, "app/HelperView.cpp");
+}
+
+TEST_F(ViewThreads, StopTheIconsMakingElsewhere)
+{
+    expectStopOnAnotherThread([] { const MenuBarIcon icon; }, "app/MenuBarIcon.cpp");
+}
+
+TEST_F(ViewThreads, StopAPointerElsewhere)
+{
+    CopyButton copy(QStringLiteral("Copy"));
+    expectStopOnAnotherThread(
+        [&copy] {
+            QHoverEvent entered(
+                QEvent::HoverEnter, copy.pillArea().center(), QPointF(), QPointF(-1, -1));
+            static_cast<QObject&>(copy).event(&entered);
+        },
+        "app/CopyButton.cpp");
+}
+
+TEST_F(ViewThreads, StopTheApplicationsMakingElsewhere)
+{
+    expectStopOnAnotherThread(
+        [this] { const AppDelegate delegate(launchHost()); }, "app/AppDelegate.cpp");
+    expectStopOnAnotherThread([] { const OrlimoApp app; }, "app/AppDelegate.cpp");
+}
+
+TEST_F(ViewThreads, StopEachTurnOfTheApplicationElsewhere)
+{
+    AppDelegate delegate(launchHost());
+    delegate.message = watching();
+    const std::string_view file = "app/AppDelegate.cpp";
+    expectStopOnAnotherThread([&] { delegate.applicationWillFinishLaunching(); }, file);
+    expectStopOnAnotherThread([&] { delegate.applicationDidFinishLaunching(); }, file);
+    expectStopOnAnotherThread([&] { delegate.applicationWillBecomeActive(); }, file);
+    expectStopOnAnotherThread([&] { delegate.showHelperWindow(); }, file);
+}
+
+} // namespace
+} // namespace orlimo
