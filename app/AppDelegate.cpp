@@ -12,7 +12,9 @@ namespace orlimo {
 
 AppDelegate::AppDelegate(LaunchHost launchHost)
     : host(std::move(launchHost))
-{}
+{
+    requireMainThread();
+}
 
 void AppDelegate::applicationWillFinishLaunching()
 {

@@ -5,6 +5,7 @@
 #include "controls/FocusRing.h"
 #include "controls/LayoutMetrics.h"
 #include "controls/TextBlock.h"
+#include "platform/MainThread.h"
 
 #include <QHoverEvent>
 #include <QPainter>
@@ -65,6 +66,7 @@ bool CopyButton::event(QEvent* event)
 
 void CopyButton::setHovered(bool hovered)
 {
+    requireMainThread();
     if (isHoverCopyButton != hovered) {
         isHoverCopyButton = hovered;
         update();

@@ -2,7 +2,6 @@
 
 #include "controls/Colors.h"
 
-#include <QGuiApplication>
 #include <QPalette>
 #include <QVBoxLayout>
 
@@ -15,7 +14,7 @@ constexpr QColor surface(32, 33, 38);
 /// The application's palette with its accent, on a dark surface.
 QPalette darkPalette()
 {
-    QPalette palette = QGuiApplication::palette();
+    QPalette palette;
     palette.setColor(QPalette::Window, surface);
     palette.setColor(QPalette::WindowText, Qt::white);
     return palette;

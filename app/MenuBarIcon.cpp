@@ -2,6 +2,7 @@
 
 #include "controls/Colors.h"
 #include "controls/ImageView.h"
+#include "platform/MainThread.h"
 #include "resources/ImageIcon.h"
 
 #include <QHBoxLayout>
@@ -16,6 +17,7 @@ constexpr const char16_t* imageName = u"StatusBarIcon";
 
 MenuBarIcon::MenuBarIcon()
 {
+    requireMainThread();
     auto* stack = new QHBoxLayout(this);
     stack->setContentsMargins(0, 0, 0, 0);
     stack->setSpacing(0);

@@ -20,8 +20,9 @@ SymbolLabel::SymbolLabel(
 {
     auto* row = new QHBoxLayout(this);
     const QSize symbolSize = systemSymbolSize(symbol, fontPixelSize);
-    row->setContentsMargins(symbolSize.isEmpty() ? 0 : symbolSize.width() + gap, 0, 0, 0);
+    row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(0);
+    row->addSpacing(symbolSize.isEmpty() ? 0 : symbolSize.width() + gap);
     row->addWidget(label);
     setFixedHeight(metrics::lineHeight(fontPixelSize));
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);

@@ -3,7 +3,9 @@
 #include "controls/LayoutMetrics.h"
 
 #include <QFontMetricsF>
+#include <QGlyphRun>
 #include <QPainter>
+#include <QRawFont>
 #include <QTextOption>
 
 #include <algorithm>
@@ -25,7 +27,30 @@ constexpr int smallestPixelSize = 6;
 double baselineOf(const QFont& font, int lineHeight)
 {
     const QFontMetricsF metrics(font);
-    return std::round((lineHeight + metrics.ascent() - metrics.descent()) / 2);
+    const double middle = std::round((lineHeight + metrics.ascent() - metrics.descent()) / 2);
+    return std::min(middle, lineHeight - std::round(metrics.descent()));
+}
+
+/// What the line's glyphs cover.
+QRectF inkOf(const QTextLine& line)
+{
+    QRectF ink;
+    for (const QGlyphRun& run : line.glyphRuns()) {
+        const auto glyphs = run.glyphIndexes();
+        const auto positions = run.positions();
+        for (qsizetype index = 0; index < glyphs.size(); ++index) {
+            ink |= run.rawFont().boundingRect(glyphs[index]).translated(positions[index]);
+        }
+    }
+    return ink;
+}
+
+/// How far up or down a line must be moved for its accents and descenders to stay between `top` and
+/// `bottom`.
+double shiftBetween(double top, double bottom, const QRectF& ink)
+{
+    const double upward = std::min(0.0, std::floor(bottom - ink.bottom()));
+    return upward + std::max(0.0, std::ceil(top - ink.top() - upward));
 }
 
 } // namespace
@@ -117,6 +142,12 @@ void TextBlock::layOut(double width, QTextOption::WrapMode wrapMode)
         ++number;
     }
     layout->endLayout();
+    for (number = 0; number < layout->lineCount(); ++number) {
+        QTextLine line = layout->lineAt(number);
+        const double top = number * height;
+        line.setPosition(
+            line.position() + QPointF(0, shiftBetween(top, top + height, inkOf(line))));
+    }
 }
 
 } // namespace orlimo

@@ -5,6 +5,7 @@
 #include <QPainter>
 #include <QStyle>
 
+#include <algorithm>
 #include <cmath>
 
 namespace orlimo {
@@ -50,7 +51,9 @@ bool TextLabel::hasHeightForWidth() const
 
 int TextLabel::heightForWidth(int width) const
 {
-    return static_cast<int>(TextBlock::wrapped(text(), font(), width).size().height());
+    // A layout asks for the width that it has, and then gives no more than the label takes.
+    const int taken = std::min(width, maximumWidth());
+    return static_cast<int>(TextBlock::wrapped(text(), font(), taken).size().height());
 }
 
 TextBlock TextLabel::block() const

@@ -7,6 +7,7 @@
 
 #include <QApplication>
 #include <QPointer>
+#include <QTimer>
 
 #include <utility>
 
@@ -30,17 +31,17 @@ public:
             [&activations](bool isActive) { activations.activityDidChange(isActive); });
 
         delegate.applicationWillFinishLaunching();
-        QMetaObject::invokeMethod(
-            &activity,
-            [&] {
-                delegate.applicationDidFinishLaunching();
-                if (isTerminating) {
-                    QApplication::exit(0);
-                } else {
-                    activations.launchingDidFinish();
-                }
-            },
-            Qt::QueuedConnection);
+        QTimer firstTurn;
+        firstTurn.setSingleShot(true);
+        QObject::connect(&firstTurn, &QTimer::timeout, &activity, [&] {
+            delegate.applicationDidFinishLaunching();
+            if (isTerminating) {
+                QApplication::exit(0);
+            } else {
+                activations.launchingDidFinish();
+            }
+        });
+        firstTurn.start(0);
         const int status = QApplication::exec();
         delete aboutPanel;
         isTerminating = false;

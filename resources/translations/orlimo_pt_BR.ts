@@ -62,7 +62,7 @@
     </message>
     <message>
         <source>Latest Code</source>
-        <translation>Último código</translation>
+        <translation>Código mais recente</translation>
     </message>
     <message>
         <source>Copy</source>

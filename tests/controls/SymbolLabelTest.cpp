@@ -78,6 +78,16 @@ TEST_F(SymbolLabelTest, DrawsTheSymbolInTheTextsColorOfTheMoment)
     EXPECT_EQ(label.textLabel().paintedColor(), grayColor(darkPalette()));
 }
 
+TEST_F(SymbolLabelTest, IsMirrored)
+{
+    label.setLayoutDirection(Qt::RightToLeft);
+    layOut(label);
+    EXPECT_EQ(label.symbolArea().left() + label.symbolArea().width(), 260);
+    const QRect text = areaIn(label, label.textLabel());
+    EXPECT_EQ(text.left() + text.width() + SymbolLabel::gap, label.symbolArea().left());
+    expectNothingClipped(label);
+}
+
 TEST_F(SymbolLabelTest, WithoutAKnownSymbolIsItsText)
 {
     SymbolLabel without(QStringLiteral("Latest Code"), QStringLiteral("no.such.symbol"), 15);

@@ -48,9 +48,10 @@ QColor Picture::at(QPointF point) const
         static_cast<int>(std::floor(point.y() * scale)));
 }
 
-QRectF Picture::ink() const
+QRectF Picture::ink(int leastAlpha) const
 {
-    return areaOf([this](int x, int y) { return qAlpha(image.pixel(x, y)) > 0; });
+    return areaOf(
+        [this, leastAlpha](int x, int y) { return qAlpha(image.pixel(x, y)) >= leastAlpha; });
 }
 
 QRectF Picture::differenceFrom(const Picture& other) const

@@ -35,8 +35,8 @@ public:
     /// The colour of the pixel that `point` lies in.
     [[nodiscard]] QColor at(QPointF point) const;
 
-    /// The smallest area that holds everything that is not transparent.
-    [[nodiscard]] QRectF ink() const;
+    /// The smallest area that holds everything at least as opaque as that.
+    [[nodiscard]] QRectF ink(int leastAlpha = 1) const;
 
     /// The smallest area that holds everything in which the two differ; the whole when their sizes
     /// do.

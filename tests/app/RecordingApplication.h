@@ -1,0 +1,22 @@
+#pragma once
+
+#include "platform/SharedApplication.h"
+
+#include <string>
+#include <vector>
+
+namespace orlimo {
+
+/// An application that does nothing but note what it is asked to do.
+class RecordingApplication final : public SharedApplication
+{
+public:
+    int run(ApplicationDelegate& delegate) override;
+    void orderFrontStandardAboutPanel(const AboutPanelOptions& options) override;
+    void terminate() override;
+
+    /// Each call so far: "run", "about" with the options as NAME=VALUE, or "terminate".
+    std::vector<std::string> calls;
+};
+
+} // namespace orlimo

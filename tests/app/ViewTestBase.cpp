@@ -1,0 +1,44 @@
+#include "tests/app/ViewTestBase.h"
+
+#include "tests/support/OutputCapture.h"
+#include "tests/support/WidgetWindow.h"
+
+namespace orlimo {
+
+PanelHost ViewTestBase::panelHost()
+{
+    return {
+        .userDefaults = preferences,
+        .pasteboard = pasteboard,
+        .setLaunchAtLogin =
+            [this](bool enabled) { loginItem.emplace_back(enabled ? "enable" : "disable"); },
+    };
+}
+
+MenuHost ViewTestBase::menuHost()
+{
+    return {
+        .panel = panelHost(),
+        .application = [this]() -> SharedApplication& { return application; },
+        .openUrl =
+            [this](const QUrl& url) {
+                opened.append(url);
+                return true;
+            },
+        .website = "https://orlimo.example/",
+    };
+}
+
+std::unique_ptr<QWidget> ViewTestBase::shownMenu(const std::string& code)
+{
+    if (!code.empty()) {
+        store.appendText("Your code is " + code + ".");
+    }
+    auto message = watching();
+    const OutputCapture swallowed;
+    auto menu = std::make_unique<StatusMenuView>(std::move(message), menuHost());
+    showActive(*menu);
+    return menu;
+}
+
+} // namespace orlimo
