@@ -53,7 +53,12 @@ DesktopSession::DesktopSession(const std::string& screen)
                  "--SetPartialStrut",
                  "true"},
             .environment = environment()});
-    EXPECT_TRUE(awaitSparingly([this] { return xWindows.hasTray(); })) << tray->errors();
+    EXPECT_TRUE(awaitSparingly([this] {
+        // What the window manager is told right at its start it may look at only once it is told
+        // something more.
+        xWindows.stir();
+        return xWindows.hasTray() && !xWindows.windowsOf(0).empty();
+    })) << tray->errors();
 }
 
 std::map<std::string, std::optional<std::string>> DesktopSession::environment() const

@@ -47,6 +47,14 @@ bool XWindows::hasTray() const
     return owner && owner->owner != XCB_NONE;
 }
 
+void XWindows::stir() const
+{
+    const xcb_atom_t property = atom("ORLIMO_TEST");
+    xcb_change_property(
+        connection.get(), XCB_PROP_MODE_REPLACE, root, property, XCB_ATOM_INTEGER, 8, 0, nullptr);
+    xcb_flush(connection.get());
+}
+
 std::vector<XWindow> XWindows::windowsOf(std::uint32_t process) const
 {
     std::vector<XWindow> found;

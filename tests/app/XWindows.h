@@ -24,6 +24,9 @@ public:
     /// Whether a tray takes icons.
     [[nodiscard]] bool hasTray() const;
 
+    /// Has the window manager told of a change that means nothing.
+    void stir() const;
+
     /// The windows of `process` that the window manager knows and that can be seen, the lowest
     /// first. Of every process when it is 0.
     [[nodiscard]] std::vector<XWindow> windowsOf(std::uint32_t process) const;
