@@ -55,36 +55,38 @@ GroupBox* PopupView::makeCaptureOptions()
         makeTitle(tr("Capture Options"), QStringLiteral("slider.horizontal.2.square")));
     group->setObjectName(QStringLiteral("captureOptions"));
 
-    auto* capturing = new OptionRow(tr("Auto Copy to Clipboard"), capturingEnabled);
-    capturing->toggle().setObjectName(QStringLiteral("capturingEnabled"));
-    connect(&capturing->toggle(), &Switch::toggled, this, [this](bool on) {
-        requireMainThread();
-        capturingEnabled = on;
-        host.userDefaults.setBool(on, preference::capturingEnabled);
-    });
-    group->addView(capturing);
-
-    auto* fourDigits =
-        new OptionRow(tr("Include 4 digit code"), fourDigitInclude, OptionRow::framedTextWidth);
-    fourDigits->toggle().setObjectName(QStringLiteral("fourDigitInclude"));
-    connect(&fourDigits->toggle(), &Switch::toggled, this, [this](bool on) {
-        requireMainThread();
-        fourDigitInclude = on;
-        host.userDefaults.setBool(on, preference::fourDigitInclude);
-    });
-    group->addView(fourDigits);
-
-    auto* loginItem =
-        new OptionRow(tr("Launch at login"), loginItemEnabled, OptionRow::framedTextWidth);
-    loginItem->toggle().setObjectName(QStringLiteral("loginItemEnabled"));
+    group->addView(
+        makeOption(tr("Auto Copy to Clipboard"), preference::capturingEnabled, capturingEnabled));
+    group->addView(makeOption(
+        tr("Include 4 digit code"),
+        preference::fourDigitInclude,
+        fourDigitInclude,
+        OptionRow::framedTextWidth));
+    auto* loginItem = makeOption(
+        tr("Launch at login"),
+        preference::loginItemEnabled,
+        loginItemEnabled,
+        OptionRow::framedTextWidth);
+    // After the preference has been stored: connections are served in the order they were made.
     connect(&loginItem->toggle(), &Switch::toggled, this, [this](bool on) {
-        requireMainThread();
-        loginItemEnabled = on;
-        host.userDefaults.setBool(on, preference::loginItemEnabled);
         host.setLaunchAtLogin(on);
     });
     group->addView(loginItem);
     return group;
+}
+
+OptionRow* PopupView::makeOption(
+    const QString& text, std::string_view preferenceKey, bool& state, int leastTextWidth)
+{
+    auto* row = new OptionRow(text, state, leastTextWidth);
+    row->toggle().setObjectName(
+        QLatin1String(preferenceKey.data(), static_cast<qsizetype>(preferenceKey.size())));
+    connect(&row->toggle(), &Switch::toggled, this, [this, preferenceKey, &state](bool on) {
+        requireMainThread();
+        state = on;
+        host.userDefaults.setBool(on, preferenceKey);
+    });
+    return row;
 }
 
 GroupBox* PopupView::makeLatestCode()

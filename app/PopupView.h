@@ -7,12 +7,14 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 
 namespace orlimo {
 
 class CodeLabel;
 class CopyButton;
 class GroupBox;
+class OptionRow;
 
 /// The code panel: the latest code with its copy button, and the switches for the preferences. The
 /// switches show the preferences as they were when the panel was made; the code is the one found
@@ -33,6 +35,9 @@ protected:
 
 private:
     [[nodiscard]] GroupBox* makeCaptureOptions();
+    /// A row whose switch stands as `state` says, and keeps both it and the preference up to date.
+    [[nodiscard]] OptionRow* makeOption(
+        const QString& text, std::string_view preferenceKey, bool& state, int leastTextWidth = 0);
     [[nodiscard]] GroupBox* makeLatestCode();
     void appear();
     void copyCode();

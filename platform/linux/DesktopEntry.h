@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-/// The text of desktop files, as the Desktop Entry Specification writes it.
+/// The text of desktop files, as freedesktop.org has laid it down.
 namespace orlimo::desktopEntry {
 
 /// `text` as a value of the type string.
