@@ -14,6 +14,8 @@ class LaunchAtLogin::Observable : public QObject
     Q_DISABLE_COPY_MOVE(Observable)
 
 public:
+    ~Observable() override = default;
+
     [[nodiscard]] bool isEnabled() const;
     void setEnabled(bool enabled);
 
@@ -25,7 +27,6 @@ Q_SIGNALS:
 private:
     friend class LaunchAtLogin;
     Observable() = default;
-    ~Observable() override = default;
 };
 
 } // namespace orlimo
