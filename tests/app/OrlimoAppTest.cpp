@@ -5,7 +5,6 @@
 #include "tests/capture/OwnHome.h"
 #include "tests/support/ForkedRun.h"
 #include "tests/support/OutputCapture.h"
-#include "tests/support/Picture.h"
 #include "tests/support/StoreWriter.h"
 
 #include <QString>
@@ -117,21 +116,6 @@ TEST(OrlimoApp, HasOneSceneWhoseWindowShowsTheControllersCodes)
     EXPECT_EQ(rest[2], "ready to access disk");
     EXPECT_EQ(rest[rest.size() - 2], "open: yes");
     EXPECT_EQ(rest.back(), "the code: yes");
-}
-
-TEST(ImageRenderer, DrawsAnIconOf16By16Points)
-{
-    const ImageRenderer<MenuBarIcon> renderer(std::make_unique<MenuBarIcon>());
-    for (const double scale : {1.0, 2.0, 3.0}) {
-        const QPixmap image = renderer.image(scale);
-        EXPECT_EQ(image.deviceIndependentSize(), QSizeF(16, 16));
-        EXPECT_EQ(image.devicePixelRatio(), scale);
-        EXPECT_EQ(image.width(), 16 * scale);
-        const Picture picture(image.toImage());
-        EXPECT_FALSE(picture.ink().isEmpty());
-        EXPECT_EQ(picture.at(QPointF(0.1, 0.1)).alpha(), 0);
-    }
-    EXPECT_EQ(renderer.view().sizeHint(), QSize(16, 16));
 }
 
 } // namespace
