@@ -29,13 +29,15 @@ protected:
     DesktopProgram program{{.diskAccess = DiskAccess::folderMissing}};
 };
 
-TEST_F(Guidance, IsCentredOnTheScreenTitledAndOfAFixedSize)
+TEST_F(Guidance, IsCentredOnTheScreenTitledClosableAndOfAFixedSize)
 {
     const XWindow window = startUnguided();
     EXPECT_EQ(window.area.size(), QSize(500, 500));
     EXPECT_FALSE(window.resizable);
     EXPECT_GT(window.frame.top(), 0) << "no title bar";
     EXPECT_NE(window.title, "");
+    EXPECT_TRUE(window.closable);
+    EXPECT_FALSE(window.minimizable);
     // In the middle of the whole screen, the tray's part of it included, up to the frame.
     EXPECT_LE(std::abs(window.area.x() - (1280 - 500) / 2), window.frame.left());
     EXPECT_LE(std::abs(window.area.y() - (800 - 500) / 2), window.frame.top());

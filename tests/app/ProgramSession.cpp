@@ -140,8 +140,6 @@ std::map<std::string, std::optional<std::string>> ProgramSession::environment() 
     auto variables = preloading({"libnss_wrapper.so", ORLIMO_SYSLOG_RECORDER});
     variables.insert({
         {"HOME", home().string()},
-        // The address sanitizer stops programs that bind a library so deep.
-        {"NSS_WRAPPER_DISABLE_DEEPBIND", "1"},
         {"NSS_WRAPPER_GROUP", (folder.path() / "users/group").string()},
         {"NSS_WRAPPER_PASSWD", (folder.path() / "users/passwd").string()},
         {"ORLIMO_RECORDED_SYSLOG", recordedLog().string()},

@@ -21,6 +21,9 @@ struct XWindow
     QMargins frame{};
     /// Whether the user may change its size.
     bool resizable = true;
+    /// Whether the program asks for a button that closes it, and for one that minimises it.
+    bool closable = true;
+    bool minimizable = true;
 };
 
 } // namespace orlimo

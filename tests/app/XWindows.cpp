@@ -143,6 +143,16 @@ std::optional<XWindow> XWindows::describe(xcb_window_t window) const
     constexpr std::uint32_t bothSizes = 16 + 32;
     description.resizable = hints.size() < 9 || (hints[0] & bothSizes) != bothSizes ||
                             hints[5] != hints[7] || hints[6] != hints[8];
+    // These start with flags, too; the functions that the window is to have are the second number.
+    const auto motifHints = numbers(window, "_MOTIF_WM_HINTS");
+    constexpr std::uint32_t namesFunctions = 1;
+    if (motifHints.size() > 1 && (motifHints[0] & namesFunctions) != 0) {
+        constexpr std::uint32_t everyFunction = 1;
+        constexpr std::uint32_t minimize = 8;
+        constexpr std::uint32_t close = 32;
+        description.minimizable = (motifHints[1] & (everyFunction | minimize)) != 0;
+        description.closable = (motifHints[1] & (everyFunction | close)) != 0;
+    }
     return description;
 }
 

@@ -1,12 +1,13 @@
 #include "platform/UserDatabase.h"
 
 #include "tests/support/ChildProcess.h"
+#include "tests/support/Preloading.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <string>
+#include <utility>
 
 #include <pwd.h>
 #include <unistd.h>
@@ -32,17 +33,14 @@ protected:
     {
         writeFile(folder.path() / "passwd", lines);
         writeFile(folder.path() / "group", "");
-        const char* const options = ::getenv("ASAN_OPTIONS"); // NOLINT(concurrency-mt-unsafe)
+        auto environment = preloading({"libnss_wrapper.so"});
+        environment.insert(
+            {{"NSS_WRAPPER_PASSWD", (folder.path() / "passwd").string()},
+             {"NSS_WRAPPER_GROUP", (folder.path() / "group").string()},
+             {"HOME", home}});
         ChildProcess probe(
             ORLIMO_PLATFORM_PROBE,
-            {.arguments = {"home-of-user"},
-             .environment = {
-                 {"LD_PRELOAD", "libnss_wrapper.so"},
-                 {"NSS_WRAPPER_PASSWD", (folder.path() / "passwd").string()},
-                 {"NSS_WRAPPER_GROUP", (folder.path() / "group").string()},
-                 {"ASAN_OPTIONS",
-                  std::string(options == nullptr ? "" : options) + ":verify_asan_link_order=0"},
-                 {"HOME", home}}});
+            {.arguments = {"home-of-user"}, .environment = std::move(environment)});
         EXPECT_EQ(probe.awaitEnd().status, 0) << probe.errors();
         return probe.output();
     }

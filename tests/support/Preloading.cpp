@@ -13,6 +13,9 @@ preloading(const std::vector<std::string>& libraries)
     }
     return {
         {"LD_PRELOAD", list},
+        // libnss_wrapper would bind the C library past the sanitizer, which stops the program for
+        // it.
+        {"NSS_WRAPPER_DISABLE_DEEPBIND", "1"},
         {"ASAN_OPTIONS",
          qEnvironmentVariable("ASAN_OPTIONS").toStdString() + ":verify_asan_link_order=0"},
     };
