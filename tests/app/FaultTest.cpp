@@ -1,5 +1,6 @@
 #include "tests/app/ProgramSession.h"
 #include "tests/support/OutputCapture.h"
+#include "tests/support/UnprivilegedUser.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -296,6 +297,13 @@ TEST_F(Fault, KilledProgramLeavesTheStoreWhole)
 class ReadOnlyHome : public testing::Test
 {
 protected:
+    void SetUp() override
+    {
+        if (::geteuid() == 0 && !canOthersReach(ORLIMO_PROGRAM)) {
+            GTEST_SKIP() << "other users may not enter the folder in which the program was built";
+        }
+    }
+
     void TearDown() override { makeWritable(session.home()); }
 
     ProgramSession session{{.beforeStart = becomeOrdinaryUser}};
@@ -340,6 +348,9 @@ TEST(FullInotifyTable, RefusesAccess)
 {
     if (::geteuid() != 0) {
         GTEST_SKIP() << "only root can use up another user's share of inotify";
+    }
+    if (!canOthersReach(ORLIMO_PROGRAM)) {
+        GTEST_SKIP() << "other users may not enter the folder in which the program was built";
     }
     // Another process of the same user holds every inotify instance that the user may have.
     const ChildProcess holder("/bin/sleep", {.arguments = {"600"}, .beforeStart = [] {

@@ -1,5 +1,6 @@
 #include "tests/app/ProgramSession.h"
 #include "tests/support/OutputCapture.h"
+#include "tests/support/UnprivilegedUser.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -134,6 +135,9 @@ TEST(StartUp, WithoutAnyHomeStops)
 {
     if (::geteuid() != 0) {
         GTEST_SKIP() << "only root can run the program as a user without an entry";
+    }
+    if (!canOthersReach(ORLIMO_PROGRAM)) {
+        GTEST_SKIP() << "other users may not enter the folder in which the program was built";
     }
     ChildProcess program(
         ORLIMO_PROGRAM,

@@ -3,6 +3,7 @@
 #include "tests/support/ChildProcess.h"
 #include "tests/support/ForkedRun.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/UnprivilegedUser.h"
 
 #include <gtest/gtest.h>
 
@@ -92,6 +93,9 @@ TEST_F(MainAppService, FallsBackToTheHomeInTheUserDatabase)
     const passwd* const user = ::getpwuid(nobody);
     if (::geteuid() != 0 || user == nullptr) {
         GTEST_SKIP() << "would write into the user's own home";
+    }
+    if (!canOthersReach(ORLIMO_PROGRAM)) {
+        GTEST_SKIP() << "other users may not enter the folder in which the program was built";
     }
     const std::string nobodysHome = user->pw_dir;
     const auto run = runForked([] {

@@ -17,4 +17,17 @@ void becomeUnprivilegedUser()
     }
 }
 
+bool canOthersReach(const std::filesystem::path& file)
+{
+    for (auto folder = file.parent_path();; folder = folder.parent_path()) {
+        const auto permissions = std::filesystem::status(folder).permissions();
+        if ((permissions & std::filesystem::perms::others_exec) == std::filesystem::perms::none) {
+            return false;
+        }
+        if (folder == folder.root_path()) {
+            return true;
+        }
+    }
+}
+
 } // namespace orlimo
