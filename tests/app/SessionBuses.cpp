@@ -1,5 +1,6 @@
 #include "tests/app/SessionBuses.h"
 
+#include "tests/support/ParentBond.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <QDBusConnection>
@@ -50,6 +51,7 @@ SessionBuses::SessionBuses(const std::filesystem::path& runtimeFolder)
         ChildSettings{
             .arguments =
                 {"--config-file=" + configuration.string(), "--print-address=1", "--nofork"},
+            .beforeStart = endWithParent,
         });
     session = sessionBus->readLine().value_or("");
     EXPECT_FALSE(session.empty()) << sessionBus->errors();

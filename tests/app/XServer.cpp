@@ -1,6 +1,7 @@
 #include "tests/app/XServer.h"
 
 #include "tests/support/OutputCapture.h"
+#include "tests/support/ParentBond.h"
 
 #include <gtest/gtest.h>
 
@@ -24,6 +25,7 @@ XServer::XServer(const std::string& screen)
           "/usr/bin/Xvfb",
           {
               .arguments = {"-displayfd", "1", "-screen", "0", screen, "-nolisten", "tcp"},
+              .beforeStart = endWithParent,
           })
 {
     const auto number = server.readLine();
