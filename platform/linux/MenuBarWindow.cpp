@@ -86,6 +86,7 @@ void MenuBarWindow::toggle()
 
 bool MenuBarWindow::eventFilter(QObject* watched, QEvent* event)
 {
+    // A popup of the window's own, such as a text's menu, does not deactivate it.
     if (watched == &content && event->type() == QEvent::WindowDeactivate) {
         didLoseFocus();
     }
@@ -107,8 +108,7 @@ void MenuBarWindow::place()
 
 void MenuBarWindow::didLoseFocus()
 {
-    const bool lentItToAPopup = QApplication::activePopupWidget() != nullptr;
-    if (isOpen() && !lentItToAPopup) {
+    if (isOpen()) {
         close();
         closedByLosingFocus = clock();
     }

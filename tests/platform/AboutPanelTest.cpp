@@ -96,6 +96,7 @@ TEST_F(AboutPanelTest, PutsTheNameInBoldAndEverythingInTheMiddle)
         EXPECT_TRUE(label->alignment().testFlag(Qt::AlignHCenter));
         EXPECT_EQ(label->x() + label->width() + label->x(), panel.width());
         EXPECT_GE(label->width(), label->sizeHint().width());
+        EXPECT_EQ(label->textFormat(), Qt::PlainText);
     }
 }
 

@@ -82,6 +82,14 @@ TEST(WindowPlacement, IsCentredBesideAnIconInARightPanel)
     EXPECT_EQ(placed(iconAt(1257, 400), withoutKnownPanel()), QPoint(1257 - 300, 411 - 270));
 }
 
+TEST(WindowPlacement, TakesAnIconForOneInASidePanelWhereNoOtherFitsBetween)
+{
+    EXPECT_EQ(placed(iconAt(21, 100), withoutKnownPanel()), QPoint(43, 0));
+    EXPECT_EQ(placed(iconAt(22, 100), withoutKnownPanel()), QPoint(0, 122));
+    EXPECT_EQ(placed(iconAt(1237, 100), withoutKnownPanel()), QPoint(937, 0));
+    EXPECT_EQ(placed(iconAt(1236, 100), withoutKnownPanel()), QPoint(980, 122));
+}
+
 TEST(WindowPlacement, StaysOnTheScreenAtTheEndsOfATopPanel)
 {
     for (const auto& screen : {withTopPanel(), withoutKnownPanel()}) {
