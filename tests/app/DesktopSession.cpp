@@ -18,7 +18,7 @@ std::filesystem::path makePrivate(const std::filesystem::path& folder)
 
 } // namespace
 
-DesktopSession::DesktopSession(const std::string& screen)
+DesktopSession::DesktopSession(const TrayPlace& place, const std::string& screen)
     : runtimeFolder(makePrivate(folder.path() / "runtime"))
     , xServer(screen)
     , buses(runtimeFolder)
@@ -37,9 +37,9 @@ DesktopSession::DesktopSession(const std::string& screen)
         ChildSettings{
             .arguments =
                 {"--edge",
-                 "top",
+                 place.edge,
                  "--align",
-                 "right",
+                 place.align,
                  "--widthtype",
                  "pixel",
                  "--width",

@@ -23,9 +23,22 @@ namespace orlimo {
 class DesktopSession
 {
 public:
+    /// Where the tray stands, 24 points thick.
+    struct TrayPlace
+    {
+        /// "top", "bottom", "left" or "right".
+        std::string edge = "top";
+        /// At which end of the edge, "left" or "right", or in its "center". Left is up on an
+        /// upright edge.
+        std::string align = "right";
+    };
+
     /// Starts everything and waits until it serves. `screen` is the width, height and depth in the
     /// X server's notation.
-    explicit DesktopSession(const std::string& screen = "1280x800x24");
+    explicit DesktopSession(const std::string& screen = "1280x800x24")
+        : DesktopSession(TrayPlace{}, screen)
+    {}
+    explicit DesktopSession(const TrayPlace& place, const std::string& screen = "1280x800x24");
     DesktopSession(const DesktopSession&) = delete;
     DesktopSession& operator=(const DesktopSession&) = delete;
     ~DesktopSession() = default;

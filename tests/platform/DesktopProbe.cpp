@@ -109,8 +109,6 @@ int runExtra()
     const std::map<std::string, std::function<std::string()>> commands{
         {"is open", [&] { return yesOrNo(extra->isOpen()); }},
         {"text", [&] { return content.text(); }},
-        {"open", done([&] { extra->open(); })},
-        {"close", done([&] { extra->close(); })},
         {"about", done([] { sharedApplication().orderFrontStandardAboutPanel({}); })},
         {"website", [] { return yesOrNo(openUrl(QUrl(QStringLiteral("https://orlimo.app/")))); }},
     };
