@@ -5,34 +5,31 @@
 #include "platform/ApplicationIdentity.h"
 #include "platform/SharedApplication.h"
 #include "platform/StandardStreams.h"
+#include "platform/ToQString.h"
+#include "platform/ToolkitArguments.h"
 #include "resources/ImageIcon.h"
 #include "resources/translations/TranslationCatalogue.h"
 
 #include <QApplication>
 
 #include <iostream>
-#include <string_view>
 
 namespace {
-
-QString fromIdentity(std::string_view text)
-{
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
 
 void nameApplication()
 {
     namespace identity = orlimo::identity;
-    QApplication::setApplicationName(fromIdentity(identity::applicationName));
-    QApplication::setApplicationVersion(fromIdentity(identity::version));
-    QApplication::setDesktopFileName(fromIdentity(identity::applicationIdentifier));
+    QApplication::setApplicationName(orlimo::toQString(identity::applicationName));
+    QApplication::setApplicationVersion(orlimo::toQString(identity::version));
+    QApplication::setDesktopFileName(orlimo::toQString(identity::applicationIdentifier));
     QApplication::setQuitOnLastWindowClosed(false);
 }
 
 int runApplication(int argc, char** argv, bool launchedAtLogin)
 {
     nameApplication();
-    const QApplication application(argc, argv);
+    orlimo::ToolkitArguments arguments(argc, argv);
+    const QApplication application(arguments.count(), arguments.values());
     QApplication::setWindowIcon(orlimo::imageIcon(QStringLiteral("logo")));
     orlimo::installTranslations(*qApp);
 
