@@ -20,13 +20,18 @@ public:
 
     /// Opens the window at its place, in front and with the focus.
     virtual void open() = 0;
+    /// The same where the host has no place for the icon, once that is known; nothing where it has
+    /// one. For a start by the user, who would see nothing of the program otherwise. A window that
+    /// opens so stays open while the program's other windows are still being given the focus.
+    virtual void openWhereThereIsNoIcon() = 0;
+
     virtual void close() = 0;
     [[nodiscard]] virtual bool isOpen() const = 0;
 
     /// Makes the content, which becomes the window; called once, when the window first opens.
     using ContentBuilder = std::function<std::unique_ptr<QWidget>()>;
 
-    /// Shows `label` as the icon.
+    /// Shows `label` as the icon: at once, or when the host first has a place for it.
     [[nodiscard]] static std::unique_ptr<MenuBarExtra>
     create(ContentBuilder makeContent, const QIcon& label);
 };

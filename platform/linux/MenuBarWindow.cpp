@@ -20,6 +20,9 @@ namespace {
 /// person makes on purpose after it comes later still.
 constexpr std::chrono::milliseconds sameClick{500};
 
+/// How long after they were opened the program's windows may still be given the focus for it.
+constexpr std::chrono::seconds openingTime{2};
+
 /// Where programs may not place their windows, the compositor does.
 bool compositorPlacesWindows()
 {
@@ -64,8 +67,15 @@ void MenuBarWindow::open()
     content.activateWindow();
 }
 
+void MenuBarWindow::openAmongOthers()
+{
+    open();
+    openedAmongOthers = clock();
+}
+
 void MenuBarWindow::close()
 {
+    openedAmongOthers.reset();
     content.hide();
 }
 
@@ -108,10 +118,21 @@ void MenuBarWindow::place()
 
 void MenuBarWindow::didLoseFocus()
 {
-    if (isOpen()) {
+    if (!isOpen()) {
+        return;
+    }
+    if (othersAreStillBeingOpened()) {
+        content.activateWindow();
+    } else {
         close();
         closedByLosingFocus = clock();
     }
+}
+
+bool MenuBarWindow::othersAreStillBeingOpened() const
+{
+    const bool anotherHasTheFocus = QApplication::activeWindow() != nullptr;
+    return anotherHasTheFocus && openedAmongOthers && clock() - *openedAmongOthers < openingTime;
 }
 
 bool MenuBarWindow::hasJustLostFocus() const

@@ -28,6 +28,12 @@ public:
 
     /// Opens the window at its place, or brings the open one to the front; gives it the focus.
     void open();
+
+    /// The same while other windows of the program have only just been opened. For two seconds the
+    /// focus that one of those takes is taken back, instead of closing the window: the host hands
+    /// the focus to windows in its own time, and not only once to each.
+    void openAmongOthers();
+
     void close();
     [[nodiscard]] bool isOpen() const;
 
@@ -41,6 +47,7 @@ protected:
 private:
     void place();
     void didLoseFocus();
+    [[nodiscard]] bool othersAreStillBeingOpened() const;
     [[nodiscard]] bool hasJustLostFocus() const;
 
     QWidget& content;
@@ -48,6 +55,7 @@ private:
     UptimeClock clock;
     QShortcut escape;
     std::optional<Uptime> closedByLosingFocus;
+    std::optional<Uptime> openedAmongOthers;
 };
 
 } // namespace orlimo

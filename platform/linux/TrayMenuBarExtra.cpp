@@ -1,8 +1,12 @@
 #include "platform/MenuBarExtra.h"
 #include "platform/SharedApplication.h"
 #include "platform/linux/MenuBarWindow.h"
+#include "platform/linux/TrayHost.h"
 #include "platform/linux/TrayIcon.h"
 
+#include <QTimer>
+
+#include <chrono>
 #include <optional>
 #include <utility>
 
@@ -10,20 +14,37 @@ namespace orlimo {
 
 namespace {
 
+/// How long the host may take to say whether it has a place for the icon, until it is taken to have
+/// none. As long as a person who has started the program may be left without an answer.
+constexpr std::chrono::seconds limitForAnAnswer{1};
+
 /// An icon in the tray and its window.
 class TrayMenuBarExtra final : public MenuBarExtra
 {
 public:
-    TrayMenuBarExtra(ContentBuilder builder, const QIcon& label)
+    TrayMenuBarExtra(ContentBuilder builder, QIcon image)
         : makeContent(std::move(builder))
-        , icon(
-              label,
-              {.toggle = [this] { window().toggle(); },
-               .open = [this] { open(); },
-               .quit = [] { sharedApplication().terminate(); }})
-    {}
+        , label(std::move(image))
+        , host([this] { placeDidChange(); })
+    {
+        answerIsDue.setSingleShot(true);
+        answerIsDue.setInterval(limitForAnAnswer);
+        QObject::connect(
+            &answerIsDue, &QTimer::timeout, &answerIsDue, [this] { window().openAmongOthers(); });
+        showIcon();
+    }
 
     void open() override { window().open(); }
+
+    void openWhereThereIsNoIcon() override
+    {
+        const auto hasPlace = host.hasPlace();
+        if (!hasPlace) {
+            answerIsDue.start();
+        } else if (!*hasPlace) {
+            window().openAmongOthers();
+        }
+    }
 
     void close() override
     {
@@ -35,19 +56,44 @@ public:
     [[nodiscard]] bool isOpen() const override { return menuBarWindow && menuBarWindow->isOpen(); }
 
 private:
+    void placeDidChange()
+    {
+        showIcon();
+        if (answerIsDue.isActive() && host.hasPlace()) {
+            answerIsDue.stop();
+            openWhereThereIsNoIcon();
+        }
+    }
+
+    void showIcon()
+    {
+        if (!icon && host.hasPlace().value_or(false)) {
+            icon.emplace(
+                label,
+                TrayIcon::Handlers{
+                    .toggle = [this] { window().toggle(); },
+                    .open = [this] { open(); },
+                    .quit = [] { sharedApplication().terminate(); }});
+        }
+    }
+
     MenuBarWindow& window()
     {
         if (!menuBarWindow) {
             content = makeContent();
-            menuBarWindow.emplace(*content, [this] { return icon.geometry(); });
+            menuBarWindow.emplace(
+                *content, [this] { return icon ? icon->geometry() : std::nullopt; });
         }
         return *menuBarWindow;
     }
 
     ContentBuilder makeContent;
+    QIcon label;
     std::unique_ptr<QWidget> content;
     std::optional<MenuBarWindow> menuBarWindow;
-    TrayIcon icon;
+    std::optional<TrayIcon> icon;
+    QTimer answerIsDue;
+    TrayHost host;
 };
 
 } // namespace

@@ -19,6 +19,13 @@ std::filesystem::path makePrivate(const std::filesystem::path& folder)
 } // namespace
 
 DesktopSession::DesktopSession(const TrayPlace& place, const std::string& screen)
+    : DesktopSession(WithoutTray{}, screen)
+{
+    startTray(place);
+    awaitTray();
+}
+
+DesktopSession::DesktopSession(WithoutTray /*kind*/, const std::string& screen)
     : runtimeFolder(makePrivate(folder.path() / "runtime"))
     , xServer(screen)
     , buses(runtimeFolder)
@@ -31,6 +38,10 @@ DesktopSession::DesktopSession(const TrayPlace& place, const std::string& screen
         ChildSettings{.arguments = {"--sm-disable"}, .environment = environment()});
     EXPECT_TRUE(awaitSparingly([this] { return xWindows.hasWindowManager(); }))
         << windowManager->errors();
+}
+
+void DesktopSession::startTray(const TrayPlace& place)
+{
     // As wide from the start as it will be, so that an icon stays where it is first seen.
     tray = std::make_unique<ChildProcess>(
         "/usr/bin/trayer",
@@ -53,12 +64,22 @@ DesktopSession::DesktopSession(const TrayPlace& place, const std::string& screen
                  "--SetPartialStrut",
                  "true"},
             .environment = environment()});
+}
+
+void DesktopSession::awaitTray()
+{
     EXPECT_TRUE(awaitSparingly([this] {
         // What the window manager is told right at its start it may look at only once it is told
         // something more.
         xWindows.stir();
         return xWindows.hasTray() && !xWindows.windowsOf(0).empty();
     })) << tray->errors();
+}
+
+void DesktopSession::killTray()
+{
+    tray.reset();
+    EXPECT_TRUE(awaitSparingly([this] { return !xWindows.hasTray(); }));
 }
 
 std::map<std::string, std::optional<std::string>> DesktopSession::environment() const
@@ -89,6 +110,11 @@ std::map<std::string, std::optional<std::string>> DesktopSession::environment() 
         variables[variable] = std::nullopt;
     }
     return variables;
+}
+
+void DesktopSession::movePointer(const QPoint& point) const
+{
+    control({"mousemove", std::to_string(point.x()), std::to_string(point.y())});
 }
 
 void DesktopSession::click(const QPoint& point, int button) const

@@ -33,12 +33,17 @@ public:
         std::string align = "right";
     };
 
+    /// A desktop with no tray.
+    struct WithoutTray
+    {};
+
     /// Starts everything and waits until it serves. `screen` is the width, height and depth in the
     /// X server's notation.
     explicit DesktopSession(const std::string& screen = "1280x800x24")
         : DesktopSession(TrayPlace{}, screen)
     {}
     explicit DesktopSession(const TrayPlace& place, const std::string& screen = "1280x800x24");
+    explicit DesktopSession(WithoutTray kind, const std::string& screen = "1280x800x24");
     DesktopSession(const DesktopSession&) = delete;
     DesktopSession& operator=(const DesktopSession&) = delete;
     ~DesktopSession() = default;
@@ -49,6 +54,17 @@ public:
     [[nodiscard]] const XServer& server() const { return xServer; }
     [[nodiscard]] const XWindows& windows() const { return xWindows; }
     [[nodiscard]] const AccessibilityTree& accessibility() const { return tree; }
+
+    /// Starts a tray, and does not wait for it.
+    void startTray(const TrayPlace& place);
+
+    /// Waits until the tray takes icons and the window manager has seen it.
+    void awaitTray();
+
+    /// Kills the tray and waits until the X server knows.
+    void killTray();
+
+    void movePointer(const QPoint& point) const;
 
     /// Moves the pointer to `point` of the screen and presses `button`: 1 left, 2 middle, 3 right.
     void click(const QPoint& point, int button = 1) const;

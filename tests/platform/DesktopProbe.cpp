@@ -106,8 +106,19 @@ int runExtra()
     Content& content = *made;
     const auto extra = MenuBarExtra::create(
         [&made]() -> std::unique_ptr<QWidget> { return std::move(made); }, label());
+    QWidget beside;
     const std::map<std::string, std::function<std::string()>> commands{
         {"is open", [&] { return yesOrNo(extra->isOpen()); }},
+        {"open", done([&] { extra->open(); })},
+        {"open where there is no icon", done([&] { extra->openWhereThereIsNoIcon(); })},
+        {"open beside another window", done([&] {
+             beside.setWindowTitle(QStringLiteral("Beside"));
+             beside.setGeometry(20, 60, 200, 200);
+             beside.show();
+             beside.raise();
+             beside.activateWindow();
+             extra->openWhereThereIsNoIcon();
+         })},
         {"text", [&] { return content.text(); }},
         {"about", done([] { sharedApplication().orderFrontStandardAboutPanel({}); })},
         {"website", [] { return yesOrNo(openUrl(QUrl(QStringLiteral("https://orlimo.app/")))); }},

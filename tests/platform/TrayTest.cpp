@@ -1,6 +1,4 @@
-#include "tests/app/DesktopSession.h"
-#include "tests/support/Await.h"
-#include "tests/support/ChildProcess.h"
+#include "tests/platform/DesktopProbeTest.h"
 #include "tests/support/OutputCapture.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -10,24 +8,16 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <chrono>
 #include <filesystem>
-#include <map>
-#include <optional>
 #include <ostream>
 #include <string>
+#include <utility>
 
 namespace orlimo {
 namespace {
 
-using Environment = std::map<std::string, std::optional<std::string>>;
-
-/// Longer than the host takes to hand the focus on, and than two clicks of a double click lie
-/// apart.
-constexpr std::chrono::milliseconds aWhile(600);
-
 /// A small program with an icon in a real tray, used with the mouse and the keyboard.
-class TrayTest : public testing::Test
+class TrayTest : public DesktopProbeTest
 {
 protected:
     TrayTest()
@@ -36,54 +26,14 @@ protected:
 
     explicit TrayTest(
         const DesktopSession::TrayPlace& place, const std::string& screen = "1280x800x24")
-        : desktop(place, screen)
+        : DesktopProbeTest(place, screen)
     {}
 
     /// Starts the program, with `variables` beside the desktop's, and waits for its icon.
     void start(Environment variables = {})
     {
-        variables.merge(desktop.environment());
-        program.emplace(ORLIMO_DESKTOP_PROBE, ChildSettings{.environment = std::move(variables)});
-        ASSERT_TRUE(program->awaitLine("did finish launching")) << program->errors();
-        ASSERT_TRUE(awaitSparingly([this] {
-            const auto found = desktop.windows().trayIconOf(processId());
-            icon = found.value_or(QRect());
-            return found.has_value();
-        })) << "no icon in the tray";
-    }
-
-    void openByClick()
-    {
-        desktop.click(icon.center());
-        ASSERT_TRUE(awaitActive("Content"));
-    }
-
-    /// Waits until the window called `title` has the focus.
-    [[nodiscard]] bool awaitActive(const std::string& title)
-    {
-        return awaitSparingly([&] {
-            const auto active = desktop.windows().activeWindow();
-            return active && active->title == title;
-        });
-    }
-
-    /// Where the program's window called `title` is; none when there is none.
-    [[nodiscard]] std::optional<QRect> window(const std::string& title) const
-    {
-        const auto all = desktop.windows().windowsOf(processId());
-        const auto found = std::ranges::find(all, title, &XWindow::title);
-        return found == all.end() ? std::nullopt : std::optional(found->area);
-    }
-
-    [[nodiscard]] bool awaitClosed() const
-    {
-        return awaitSparingly([this] { return !window("Content"); });
-    }
-
-    [[nodiscard]] bool awaitMenu(bool isShown) const
-    {
-        return awaitSparingly(
-            [&] { return desktop.windows().menuOf(processId()).has_value() == isShown; });
+        startProgram(std::move(variables));
+        ASSERT_TRUE(awaitIcon()) << "no icon in the tray";
     }
 
     void openAboutPanel()
@@ -93,25 +43,10 @@ protected:
         ASSERT_TRUE(awaitActive("About Orlimo"));
     }
 
-    /// How often the program has said `line` so far.
-    [[nodiscard]] std::ptrdiff_t count(const std::string& line)
-    {
-        return std::ranges::count(linesOf(program->output()), line);
-    }
-
     [[nodiscard]] bool awaitActivations(std::ptrdiff_t number)
     {
         return await([&] { return count("will become active") == number; });
     }
-
-    [[nodiscard]] std::uint32_t processId() const
-    {
-        return static_cast<std::uint32_t>(program->processId());
-    }
-
-    DesktopSession desktop;
-    std::optional<ChildProcess> program;
-    QRect icon;
 };
 
 TEST_F(TrayTest, ClickGivesTheWindowTheKeyboardOfAnotherProgram)

@@ -1,0 +1,41 @@
+#include "platform/linux/TrayHost.h"
+
+#include <utility>
+
+namespace orlimo {
+
+TrayHost::TrayHost(std::function<void()> whoIsTold)
+    : didChange(std::move(whoIsTold))
+    , hosts([this] { update(); })
+    , selection([this] { update(); })
+{
+    settle();
+}
+
+std::optional<bool> TrayHost::hasPlace() const
+{
+    if (kind == Kind::systemTray) {
+        return selection.hasOwner();
+    }
+    return hosts.exist();
+}
+
+void TrayHost::update()
+{
+    settle();
+    didChange();
+}
+
+void TrayHost::settle()
+{
+    if (kind || !hosts.exist()) {
+        return;
+    }
+    if (*hosts.exist()) {
+        kind = Kind::statusNotifier;
+    } else if (selection.hasOwner()) {
+        kind = Kind::systemTray;
+    }
+}
+
+} // namespace orlimo

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusContext>
+#include <QDBusServiceWatcher>
+#include <QObject>
+#include <QStringList>
+
+#include <string>
+
+namespace orlimo {
+
+/// The watcher of a panel: the object on the bus with which items and panels register, and what a
+/// person does with the one item that it knows. An operation on the item answers with what to
+/// print.
+class StatusNotifierWatcher final : public QObject, protected QDBusContext
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierWatcher")
+    Q_PROPERTY(bool IsStatusNotifierHostRegistered READ hasHost)
+    Q_PROPERTY(QStringList RegisteredStatusNotifierItems READ items)
+    Q_PROPERTY(int ProtocolVersion READ protocolVersion)
+
+public:
+    /// Takes the watcher's name on `sessionBus`, at first without a panel.
+    explicit StatusNotifierWatcher(const QDBusConnection& sessionBus);
+
+    [[nodiscard]] bool hasHost() const { return host; }
+    void setHost(bool isThere);
+
+    [[nodiscard]] QStringList items() const { return registered; }
+
+    /// Clicks the item.
+    [[nodiscard]] std::string activate() const;
+
+    /// The texts of the item's menu, a comma after each.
+    [[nodiscard]] std::string menu() const;
+
+    /// Chooses the entry of the item's menu with this text.
+    [[nodiscard]] std::string choose(const QString& text) const;
+
+public Q_SLOTS:
+    void RegisterStatusNotifierItem(const QString& service);
+    void RegisterStatusNotifierHost(const QString& service);
+
+Q_SIGNALS:
+    void StatusNotifierItemRegistered(const QString& service);
+    void StatusNotifierItemUnregistered(const QString& service);
+    void StatusNotifierHostRegistered();
+    void StatusNotifierHostUnregistered();
+
+private:
+    [[nodiscard]] static int protocolVersion() { return 0; }
+
+    QDBusConnection bus;
+    QDBusServiceWatcher owners;
+    QStringList registered;
+    bool host = false;
+};
+
+} // namespace orlimo

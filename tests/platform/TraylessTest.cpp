@@ -1,0 +1,98 @@
+#include "tests/platform/DesktopProbeTest.h"
+
+#include <QPoint>
+#include <QRect>
+#include <gtest/gtest.h>
+
+namespace orlimo {
+namespace {
+
+/// A desktop with no place for an icon.
+class TraylessTest : public DesktopProbeTest
+{
+protected:
+    TraylessTest()
+        : DesktopProbeTest(DesktopSession::WithoutTray{})
+    {}
+};
+
+TEST_F(TraylessTest, NothingOpensByItself)
+{
+    startProgram();
+    runEventLoop(std::chrono::milliseconds(1500));
+    EXPECT_TRUE(saysThatItsWindowIs(false));
+}
+
+TEST_F(TraylessTest, WindowOpensAtThePointer)
+{
+    desktop.movePointer({700, 100});
+    startProgram();
+    tell("open where there is no icon");
+    ASSERT_TRUE(awaitActive("Content"));
+    const auto area = window("Content");
+    ASSERT_TRUE(area);
+    EXPECT_EQ(area->topLeft(), QPoint(550, 101));
+}
+
+TEST_F(TraylessTest, WindowOpensWithoutASessionBus)
+{
+    startProgram({{"DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent"}});
+    tell("open where there is no icon");
+    EXPECT_TRUE(awaitActive("Content"));
+}
+
+TEST_F(TraylessTest, IconAppearsWithoutASessionBus)
+{
+    startProgram({{"DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent"}});
+    desktop.startTray({});
+    ASSERT_TRUE(awaitIcon());
+    openByClick();
+}
+
+TEST_F(TraylessTest, WindowOpensBesideAnotherWindowAndStaysOpen)
+{
+    startProgram();
+    tell("open beside another window");
+    ASSERT_TRUE(awaitActive("Content"));
+    runEventLoop(aWhile);
+    EXPECT_TRUE(window("Content"));
+    EXPECT_TRUE(window("Beside"));
+    EXPECT_EQ(count("closed"), 0);
+    EXPECT_TRUE(awaitActive("Content"));
+}
+
+TEST_F(TraylessTest, WindowThatOpenedByItselfClosesForAnotherProgram)
+{
+    startProgram();
+    tell("open beside another window");
+    ASSERT_TRUE(awaitActive("Content"));
+    const auto other = desktop.openOtherApplication();
+    EXPECT_TRUE(awaitClosed());
+}
+
+TEST_F(TraylessTest, WindowThatOpenedByItselfClosesForAWindowOfTheProgramLater)
+{
+    startProgram();
+    tell("open beside another window");
+    ASSERT_TRUE(awaitActive("Content"));
+    runEventLoop(std::chrono::milliseconds(2500));
+    desktop.click({40, 200});
+    EXPECT_TRUE(awaitClosed());
+}
+
+TEST_F(TraylessTest, IconAppearsLaterAndWorks)
+{
+    startProgram();
+    tell("open where there is no icon");
+    ASSERT_TRUE(awaitActive("Content"));
+    desktop.startTray({});
+    ASSERT_TRUE(awaitIcon());
+    desktop.press("Escape");
+    ASSERT_TRUE(awaitClosed());
+    runEventLoop(aWhile);
+    openByClick();
+    EXPECT_EQ(window("Content")->y(), 24);
+}
+
+} // namespace
+} // namespace orlimo
