@@ -7,6 +7,18 @@
 
 namespace orlimo {
 
+namespace {
+
+void logFailure(const LoginHost& host, bool enabling, const ServiceError& error)
+{
+    host.logger().error(
+        "Failed to %s launch at login: %s",
+        enabling ? "enable" : "disable",
+        error.localizedDescription);
+}
+
+} // namespace
+
 bool LaunchAtLogin::isEnabled(const LoginHost& host)
 {
     return host.service.status() == LoginItemStatus::enabled;
@@ -19,11 +31,19 @@ void LaunchAtLogin::setEnabled(bool enabled, const LoginHost& host)
         (void)host.service.unregisterItem();
     }
     if (const auto error = enabled ? host.service.registerItem() : host.service.unregisterItem()) {
-        host.logger().error(
-            "Failed to %s launch at login: %s",
-            enabled ? "enable" : "disable",
-            error->localizedDescription);
+        logFailure(host, enabled, *error);
     }
+}
+
+void LaunchAtLogin::followAnswers(const LoginHost& host)
+{
+    host.service.setAnswerHandler(
+        [host](bool registering, const std::optional<ServiceError>& error) {
+            Q_EMIT observable().objectWillChange();
+            if (error) {
+                logFailure(host, registering, *error);
+            }
+        });
 }
 
 bool LaunchAtLogin::wasLaunchedAtLogin(const LoginHost& host)

@@ -24,6 +24,10 @@ public:
     /// already is, or ends the registration. A failure is one entry in the log and nothing else.
     static void setEnabled(bool enabled, const LoginHost& host = LoginHost::native());
 
+    /// From now on, what the host of `host` answers only after the call is announced through
+    /// observable() too, and a failure that it tells of then is an entry in the log like any other.
+    static void followAnswers(const LoginHost& host);
+
     /// Whether the host's login item mechanism made this launch. False once launching has
     /// finished.
     [[nodiscard]] static bool wasLaunchedAtLogin(const LoginHost& host = LoginHost::native());

@@ -6,11 +6,13 @@ namespace orlimo {
 
 LoginHost LoginHost::native()
 {
-    return {
+    LoginHost host{
         .service = mainAppService(),
         .logger = LaunchAtLogin::logger,
         .currentLaunchEvent = orlimo::currentLaunchEvent,
     };
+    [[maybe_unused]] static const bool isFollowed = (LaunchAtLogin::followAnswers(host), true);
+    return host;
 }
 
 } // namespace orlimo

@@ -2,6 +2,7 @@
 
 #include "platform/ServiceError.h"
 
+#include <functional>
 #include <optional>
 
 namespace orlimo {
@@ -15,10 +16,17 @@ enum class LoginItemStatus {
 };
 
 /// The running program as a login item of its host, which alone keeps the registration: every call
-/// asks it anew. Synchronous. Main thread.
+/// asks it anew. Synchronous, but for a host that asks the user first: there a call that returns no
+/// error has sent the question, the status is that of the last answer, and the handler is told when
+/// the next one is here. No call waits for the user. Main thread.
 class LoginItemService
 {
 public:
+    /// Told of an answer that came after the call: what was asked for, to be registered or no
+    /// longer to be, and why it is not so, where it is not.
+    using AnswerHandler =
+        std::function<void(bool registering, const std::optional<ServiceError>& error)>;
+
     LoginItemService() = default;
     LoginItemService(const LoginItemService&) = delete;
     LoginItemService& operator=(const LoginItemService&) = delete;
@@ -32,6 +40,10 @@ public:
 
     /// Ends that. The error, when it cannot be done or the program was not registered.
     [[nodiscard]] virtual std::optional<ServiceError> unregisterItem() = 0;
+
+    /// Has `handler` told of answers that come later, in the place of the one before. A host that
+    /// answers at once never calls it.
+    virtual void setAnswerHandler(AnswerHandler handler) { static_cast<void>(handler); }
 };
 
 /// The running program's own. Lives to the end of the process.

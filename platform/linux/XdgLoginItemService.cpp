@@ -1,4 +1,5 @@
-#include "platform/LoginItemService.h"
+#include "platform/linux/XdgLoginItemService.h"
+
 #include "platform/linux/AutostartEntry.h"
 #include "platform/linux/HomeFolder.h"
 #include "platform/linux/RunningProgram.h"
@@ -44,34 +45,24 @@ ServiceError noHome()
     return {.code = ENOENT, .localizedDescription = words.toStdString()};
 }
 
-class XdgLoginItemService final : public LoginItemService
-{
-public:
-    [[nodiscard]] LoginItemStatus status() const override
-    {
-        const auto entry = ownEntry();
-        return entry ? entry->status() : LoginItemStatus::notRegistered;
-    }
-
-    [[nodiscard]] std::optional<ServiceError> registerItem() override
-    {
-        const auto entry = ownEntry();
-        return entry ? entry->add() : noHome();
-    }
-
-    [[nodiscard]] std::optional<ServiceError> unregisterItem() override
-    {
-        const auto entry = ownEntry();
-        return entry ? entry->remove() : noHome();
-    }
-};
-
 } // namespace
 
-LoginItemService& mainAppService()
+LoginItemStatus XdgLoginItemService::status() const
 {
-    static XdgLoginItemService service;
-    return service;
+    const auto entry = ownEntry();
+    return entry ? entry->status() : LoginItemStatus::notRegistered;
+}
+
+std::optional<ServiceError> XdgLoginItemService::registerItem()
+{
+    const auto entry = ownEntry();
+    return entry ? entry->add() : noHome();
+}
+
+std::optional<ServiceError> XdgLoginItemService::unregisterItem()
+{
+    const auto entry = ownEntry();
+    return entry ? entry->remove() : noHome();
 }
 
 } // namespace orlimo

@@ -13,6 +13,13 @@
     </message>
 </context>
 <context>
+    <name>LoginItemService</name>
+    <message>
+        <source>Orlimo copies verification codes as soon as they arrive.</source>
+        <translation>Orlimo copie les codes de validation dès leur arrivée.</translation>
+    </message>
+</context>
+<context>
     <name>MenuBarExtra</name>
     <message>
         <source>Open Orlimo</source>

@@ -13,6 +13,13 @@
     </message>
 </context>
 <context>
+    <name>LoginItemService</name>
+    <message>
+        <source>Orlimo copies verification codes as soon as they arrive.</source>
+        <translation>Orlimo는 인증 코드가 도착하는 즉시 복사합니다.</translation>
+    </message>
+</context>
+<context>
     <name>MenuBarExtra</name>
     <message>
         <source>Open Orlimo</source>

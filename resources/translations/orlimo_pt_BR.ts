@@ -13,6 +13,13 @@
     </message>
 </context>
 <context>
+    <name>LoginItemService</name>
+    <message>
+        <source>Orlimo copies verification codes as soon as they arrive.</source>
+        <translation>O Orlimo copia os códigos de verificação assim que eles chegam.</translation>
+    </message>
+</context>
+<context>
     <name>MenuBarExtra</name>
     <message>
         <source>Open Orlimo</source>

@@ -13,6 +13,13 @@
     </message>
 </context>
 <context>
+    <name>LoginItemService</name>
+    <message>
+        <source>Orlimo copies verification codes as soon as they arrive.</source>
+        <translation>Orlimo 會在驗證碼送達時立即複製。</translation>
+    </message>
+</context>
+<context>
     <name>MenuBarExtra</name>
     <message>
         <source>Open Orlimo</source>

@@ -118,10 +118,13 @@ void ProgramSession::startWriter()
 
 void ProgramSession::startProgram()
 {
+    std::vector<std::string> command = settings.launcher;
+    command.emplace_back(ORLIMO_PROGRAM);
+    command.insert(command.end(), settings.arguments.begin(), settings.arguments.end());
     programProcess = std::make_unique<ChildProcess>(
-        ORLIMO_PROGRAM,
+        command.front(),
         ChildSettings{
-            .arguments = settings.arguments,
+            .arguments = {command.begin() + 1, command.end()},
             .environment = environment(),
             .beforeStart =
                 [this] {

@@ -39,6 +39,8 @@ public:
         std::vector<std::string> arguments{};
         std::map<std::string, std::optional<std::string>> environment{};
         std::function<void()> beforeStart{};
+        /// What the program is started by: a command that runs the one after it. None: itself.
+        std::vector<std::string> launcher{};
     };
 
     /// Makes the home and, unless told otherwise by `start`, nothing else.

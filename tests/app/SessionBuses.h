@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tests/support/ChildProcess.h"
+#include "tests/support/OwnSessionBus.h"
 
 #include <filesystem>
 #include <memory>
@@ -21,14 +22,13 @@ public:
     ~SessionBuses();
 
     /// The value of DBUS_SESSION_BUS_ADDRESS for programs that are to use the session bus.
-    [[nodiscard]] const std::string& sessionAddress() const { return session; }
+    [[nodiscard]] const std::string& sessionAddress() const { return sessionBus.address(); }
 
     [[nodiscard]] const std::string& accessibilityAddress() const { return accessibility; }
 
 private:
-    std::unique_ptr<ChildProcess> sessionBus;
+    OwnSessionBus sessionBus;
     std::unique_ptr<ChildProcess> accessibilityLauncher;
-    std::string session;
     std::string accessibility;
 };
 

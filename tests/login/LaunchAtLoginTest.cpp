@@ -238,6 +238,31 @@ TEST_F(LaunchAtLoginTest, WhatNeedsApprovalIsNotEnabled)
     EXPECT_FALSE(isEnabled());
 }
 
+TEST_F(LaunchAtLoginTest, ALateAnswerIsAnnounced)
+{
+    LaunchAtLogin::followAnswers(host);
+    EXPECT_THAT(calls, IsEmpty());
+    service.answered(true, std::nullopt);
+    EXPECT_THAT(calls, ElementsAre("objectWillChange"));
+}
+
+TEST_F(LaunchAtLoginTest, ALateFailureIsOneEntryToo)
+{
+    LaunchAtLogin::followAnswers(host);
+    const ServiceError error{.code = 125, .localizedDescription = "Operation canceled"};
+    service.answered(true, error);
+    service.answered(false, error);
+    EXPECT_THAT(
+        calls,
+        ElementsAre(
+            "objectWillChange",
+            "logger",
+            R"(log "Failed to %s launch at login: %s", "enable", "Operation canceled")",
+            "objectWillChange",
+            "logger",
+            R"(log "Failed to %s launch at login: %s", "disable", "Operation canceled")"));
+}
+
 /// How the program was launched, by the event that is being handled.
 class LaunchedAtLogin : public LaunchAtLoginTest
 {

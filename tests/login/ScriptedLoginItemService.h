@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace orlimo {
@@ -20,6 +21,11 @@ public:
     /// Where set, the operation fails with it and changes nothing.
     std::optional<ServiceError> registerError;
     std::optional<ServiceError> unregisterError;
+
+    /// Told of answers that come later; empty until somebody wants to be.
+    AnswerHandler answered;
+
+    void setAnswerHandler(AnswerHandler handler) override { answered = std::move(handler); }
 
     [[nodiscard]] LoginItemStatus status() const override
     {

@@ -7,6 +7,7 @@ const std::vector<TextPlace>& textPlaces()
     static const std::vector<TextPlace> places{
         {"AboutPanel", "About %1"},
         {"AboutPanel", "Version %1"},
+        {"LoginItemService", "Orlimo copies verification codes as soon as they arrive."},
         {"MenuBarExtra", "Open Orlimo"},
         {"MenuBarExtra", "Quit"},
         {"orlimo::HelperView", "Allow acess", 28, 320, 1, QFont::Bold},

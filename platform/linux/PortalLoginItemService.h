@@ -1,0 +1,50 @@
+#pragma once
+
+#include "platform/LoginItemService.h"
+#include "platform/linux/AutostartPortal.h"
+
+#include <QDBusConnection>
+
+#include <chrono>
+#include <optional>
+
+namespace orlimo {
+
+/// The login item of a program in a sandbox, which only the desktop's portal can register. Main
+/// thread.
+///
+/// The portal answers later and cannot be asked how things stand, so the status is what its last
+/// answer said and `notRegistered` before the first one. A user who refuses leaves
+/// `requiresApproval`; that, like everything else that keeps a wish from coming true, is an error
+/// for the answer handler. Whether the program was registered is unknown, so that ending the
+/// registration of a program without one is no error here.
+///
+/// The portal works on several questions at once and in no order. So there is one at a time: what
+/// is asked for meanwhile waits, and only the last of it is asked.
+class PortalLoginItemService final : public LoginItemService
+{
+public:
+    /// How long the portal may take to accept a question before that counts as an error. It may
+    /// have to be started first.
+    static constexpr std::chrono::seconds usualLongestCall{25};
+
+    explicit PortalLoginItemService(
+        const QDBusConnection& sessionBus,
+        std::chrono::milliseconds longestCall = usualLongestCall);
+
+    [[nodiscard]] LoginItemStatus status() const override { return lastStatus; }
+    [[nodiscard]] std::optional<ServiceError> registerItem() override;
+    [[nodiscard]] std::optional<ServiceError> unregisterItem() override;
+    void setAnswerHandler(AnswerHandler handler) override;
+
+private:
+    [[nodiscard]] std::optional<ServiceError> wish(bool registered);
+    void wasAnswered(bool registering, const AutostartPortal::Answer& answer);
+
+    AutostartPortal portal;
+    AnswerHandler tell = [](bool, const std::optional<ServiceError>&) {};
+    LoginItemStatus lastStatus = LoginItemStatus::notRegistered;
+    std::optional<bool> waitingWish;
+};
+
+} // namespace orlimo

@@ -1,0 +1,78 @@
+#include "tests/platform/ScriptedPortal.h"
+
+#include <QDBusArgument>
+#include <QDBusError>
+#include <QDBusObjectPath>
+#include <gtest/gtest.h>
+
+namespace orlimo {
+
+namespace {
+
+const auto connectionName = QStringLiteral("portal");
+const auto portalName = QStringLiteral("org.freedesktop.portal.Desktop");
+
+} // namespace
+
+ScriptedPortal::ScriptedPortal(const std::string& address)
+    : bus(QDBusConnection::connectToBus(QString::fromStdString(address), connectionName))
+{
+    EXPECT_TRUE(bus.registerVirtualObject(QStringLiteral("/org/freedesktop/portal/desktop"), this));
+    EXPECT_TRUE(bus.registerService(portalName));
+}
+
+ScriptedPortal::~ScriptedPortal()
+{
+    // Returns when what was sent before has left.
+    (void)bus.unregisterService(portalName);
+    QDBusConnection::disconnectFromBus(connectionName);
+}
+
+void ScriptedPortal::accept(const Request& request)
+{
+    bus.send(request.call.createReply(QVariant::fromValue(QDBusObjectPath(request.path))));
+}
+
+void ScriptedPortal::refuse(const Request& request, const QString& words)
+{
+    bus.send(request.call.createErrorReply(QDBusError::AccessDenied, words));
+}
+
+void ScriptedPortal::respond(const Request& request, uint response, const QVariantMap& results)
+{
+    QDBusMessage signal = QDBusMessage::createSignal(
+        request.path, QStringLiteral("org.freedesktop.portal.Request"), QStringLiteral("Response"));
+    signal.setArguments({response, results});
+    bus.send(signal);
+}
+
+bool ScriptedPortal::handleMessage(
+    const QDBusMessage& message, const QDBusConnection& /*connection*/)
+{
+    if (message.interface() != QStringLiteral("org.freedesktop.portal.Background") ||
+        message.member() != QStringLiteral("RequestBackground") ||
+        message.signature() != QStringLiteral("sa{sv}"))
+    {
+        return false;
+    }
+    const auto options = qdbus_cast<QVariantMap>(message.arguments().at(1));
+    const QString token = options.value(QStringLiteral("handle_token")).toString();
+    const QString sender = message.service().mid(1).replace(u'.', u'_');
+    received.push_back({
+        .call = message,
+        .window = message.arguments().at(0).toString(),
+        .options = options,
+        .path = QStringLiteral("/org/freedesktop/portal/desktop/request/") + sender +
+                QLatin1Char('/') + token,
+    });
+    message.setDelayedReply(true);
+    script(*this, Request(received.back()));
+    return true;
+}
+
+QString ScriptedPortal::introspect(const QString& /*path*/) const
+{
+    return {};
+}
+
+} // namespace orlimo

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusVirtualObject>
+#include <QString>
+#include <QVariantMap>
+
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace orlimo {
+
+/// A desktop portal on a bus of the test's, which takes requests to run in the background and does
+/// with them what the test says. It has a connection of its own and works in the test's event loop:
+/// whoever waits for it there waits in vain.
+class ScriptedPortal final : public QDBusVirtualObject
+{
+public:
+    /// One call as it arrived.
+    struct Request
+    {
+        QDBusMessage call;
+        QString window;
+        QVariantMap options;
+        /// Where the caller expects the answer.
+        QString path;
+    };
+    using Script = std::function<void(ScriptedPortal&, const Request&)>;
+
+    /// Serves on the bus at `address`.
+    explicit ScriptedPortal(const std::string& address);
+    ScriptedPortal(const ScriptedPortal&) = delete;
+    ScriptedPortal& operator=(const ScriptedPortal&) = delete;
+    /// Leaves the bus.
+    ~ScriptedPortal() override;
+
+    /// What is done with each request from now on. At the beginning: accepted and not answered.
+    void onRequest(Script newScript) { script = std::move(newScript); }
+    [[nodiscard]] const std::vector<Request>& requests() const { return received; }
+
+    /// Lets the call return, as the portal does before it asks the user.
+    void accept(const Request& request);
+    /// Ends the call with an error.
+    void refuse(const Request& request, const QString& words);
+    /// Answers a request, whether its call has returned or not.
+    void respond(const Request& request, uint response, const QVariantMap& results);
+
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override;
+    [[nodiscard]] QString introspect(const QString& path) const override;
+
+private:
+    QDBusConnection bus;
+    Script script = [](ScriptedPortal& portal, const Request& request) { portal.accept(request); };
+    std::vector<Request> received;
+};
+
+} // namespace orlimo
