@@ -1,6 +1,7 @@
 #include "platform/linux/AboutPanel.h"
 
 #include "platform/ApplicationIdentity.h"
+#include "platform/ToQString.h"
 #include "resources/ImageAsset.h"
 
 #include <QCoreApplication>
@@ -52,8 +53,7 @@ void setLine(QLabel& label, const QString& text)
 QString option(const AboutPanelOptions& options, const std::string& key, std::string_view otherwise)
 {
     const auto found = options.find(key);
-    const std::string_view text = found == options.end() ? otherwise : found->second;
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+    return toQString(found == options.end() ? otherwise : found->second);
 }
 
 } // namespace

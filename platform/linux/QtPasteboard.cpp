@@ -1,4 +1,5 @@
 #include "platform/Pasteboard.h"
+#include "platform/ToQString.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -21,9 +22,7 @@ public:
 
     void setString(std::string_view text, PasteboardType /*type*/) override
     {
-        QGuiApplication::clipboard()->setText(
-            QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())),
-            QClipboard::Clipboard);
+        QGuiApplication::clipboard()->setText(toQString(text), QClipboard::Clipboard);
     }
 };
 

@@ -1,3 +1,4 @@
+#include "platform/ToQString.h"
 #include "platform/UserDefaults.h"
 #include "platform/linux/BooleanValue.h"
 #include "platform/linux/UniqueFd.h"
@@ -22,11 +23,6 @@
 namespace orlimo {
 
 namespace {
-
-QString asKey(std::string_view key)
-{
-    return QString::fromUtf8(key.data(), static_cast<qsizetype>(key.size()));
-}
 
 bool asBool(const QVariant& value)
 {
@@ -100,7 +96,7 @@ public:
     [[nodiscard]] bool boolForKey(std::string_view key) const override
     {
         const SettingsText settings(content());
-        return !settings.isDamaged() && asBool(settings->value(asKey(key)));
+        return !settings.isDamaged() && asBool(settings->value(toQString(key)));
     }
 
     void setBool(bool value, std::string_view key) override
@@ -145,7 +141,7 @@ private:
             changed.setPermissions(present.permissions());
         }
         QSettings settings(changed.fileName(), QSettings::NativeFormat);
-        settings.setValue(asKey(key), value);
+        settings.setValue(toQString(key), value);
         settings.sync();
         if (settings.status() != QSettings::NoError ||
             std::rename(
