@@ -32,6 +32,10 @@ public:
     }
 
     [[nodiscard]] int get() const { return fd; }
+
+    /// Gives the descriptor up to the caller, who closes it from here on.
+    [[nodiscard]] int release() { return std::exchange(fd, -1); }
+
     [[nodiscard]] explicit operator bool() const { return fd >= 0; }
 
 private:

@@ -1,0 +1,74 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include <wayland-util.h>
+
+namespace orlimo {
+
+/// The Wayland protocol by which a program without a window, and so without the focus, reads and
+/// sets the clipboard of a seat. It exists under two prefixes that differ in their names and in
+/// little else. Constant data; any thread.
+struct DataControlProtocol
+{
+    /// The version that is asked for. The later ones only add to the selection of the mouse button,
+    /// which is left alone.
+    static constexpr std::uint32_t version = 1;
+
+    /// The requests and events of each interface, by their number on the wire.
+    struct ManagerRequest
+    {
+        static constexpr std::uint32_t createDataSource = 0;
+        static constexpr std::uint32_t getDataDevice = 1;
+        static constexpr std::uint32_t destroy = 2;
+    };
+    struct DeviceRequest
+    {
+        static constexpr std::uint32_t setSelection = 0;
+        static constexpr std::uint32_t destroy = 1;
+        static constexpr std::uint32_t setPrimarySelection = 2;
+    };
+    struct DeviceEvent
+    {
+        static constexpr std::uint32_t dataOffer = 0;
+        static constexpr std::uint32_t selection = 1;
+        static constexpr std::uint32_t finished = 2;
+        static constexpr std::uint32_t primarySelection = 3;
+    };
+    struct SourceRequest
+    {
+        static constexpr std::uint32_t offer = 0;
+        static constexpr std::uint32_t destroy = 1;
+    };
+    struct SourceEvent
+    {
+        static constexpr std::uint32_t send = 0;
+        static constexpr std::uint32_t cancelled = 1;
+    };
+    struct OfferRequest
+    {
+        static constexpr std::uint32_t receive = 0;
+        static constexpr std::uint32_t destroy = 1;
+    };
+    struct OfferEvent
+    {
+        static constexpr std::uint32_t offer = 0;
+    };
+
+    const wl_interface& manager;
+    const wl_interface& device;
+    const wl_interface& source;
+    const wl_interface& offer;
+};
+
+/// The protocol as all desktops have agreed on it.
+extern const DataControlProtocol extDataControl;
+
+/// The same as some compositors had it before.
+extern const DataControlProtocol zwlrDataControl;
+
+/// Both, the one to be preferred first.
+extern const std::array<const DataControlProtocol*, 2> dataControlProtocols;
+
+} // namespace orlimo

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "platform/linux/DataControlProtocol.h"
+#include "platform/linux/SharedText.h"
+#include "platform/linux/TextTransfers.h"
+#include "platform/linux/WaylandProxy.h"
+
+#include <cstdint>
+#include <functional>
+
+namespace orlimo {
+
+/// One text on offer to a compositor, under each of the names that programs know plain text by.
+/// Can be put on one clipboard, once. Main thread.
+class DataControlSource
+{
+public:
+    /// Makes the object through `manager` and tells it what is on offer. Readers are served by
+    /// `transfers`, which must outlive it; `cancelled` is called when no more readers will come,
+    /// and may end the source.
+    DataControlSource(
+        const WaylandProxy& manager,
+        const DataControlProtocol& protocol,
+        SharedText text,
+        TextTransfers& transfers,
+        std::function<void(DataControlSource&)> cancelled);
+    DataControlSource(const DataControlSource&) = delete;
+    DataControlSource& operator=(const DataControlSource&) = delete;
+    ~DataControlSource() = default;
+
+    /// The compositor's object; null when the connection is lost.
+    [[nodiscard]] wl_proxy* proxy() const { return source.get(); }
+
+    /// Takes the object's events.
+    void receive(std::uint32_t event, const wl_argument* arguments);
+
+private:
+    SharedText text;
+    TextTransfers& transfers;
+    std::function<void(DataControlSource&)> whenCancelled;
+    WaylandProxy source;
+};
+
+} // namespace orlimo

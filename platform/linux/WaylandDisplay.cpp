@@ -1,0 +1,165 @@
+#include "platform/linux/WaylandDisplay.h"
+
+#include "platform/linux/UniqueFd.h"
+#include "platform/linux/WaylandProxy.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+
+#include <poll.h>
+#include <sys/socket.h>
+#include <sys/time.h>
+#include <sys/un.h>
+
+#include <wayland-client-protocol.h>
+
+namespace orlimo {
+
+namespace {
+
+using std::chrono::microseconds;
+using std::chrono::milliseconds;
+
+/// The value of a variable; empty when it is unset.
+std::string variable(const char* name)
+{
+    const char* const value = std::getenv(name); // NOLINT(concurrency-mt-unsafe): never set
+    return value == nullptr ? std::string() : value;
+}
+
+/// Where the compositor listens; empty when nothing tells.
+std::string socketPath(std::string name)
+{
+    if (name.empty()) {
+        name = variable("WAYLAND_DISPLAY");
+    }
+    const std::filesystem::path relative = name.empty() ? "wayland-0" : name;
+    const std::filesystem::path folder = variable("XDG_RUNTIME_DIR");
+    const auto path = folder / relative; // an absolute path stays what it is
+    return path.is_absolute() ? path.string() : std::string();
+}
+
+/// What is left until `deadline`, rounded up; zero when it has passed.
+template <typename Duration> Duration timeLeft(WaylandDisplay::Deadline deadline)
+{
+    const auto left = deadline - std::chrono::steady_clock::now();
+    return std::max(Duration::zero(), std::chrono::ceil<Duration>(left));
+}
+
+/// Connecting waits while the queue of a compositor that does not accept is full: limits that.
+void limitConnecting(int socket, WaylandDisplay::Deadline deadline)
+{
+    // Zero would stand for no limit.
+    const auto left = std::max(microseconds(1), timeLeft<microseconds>(deadline));
+    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(left);
+    timeval limit{};
+    limit.tv_sec = seconds.count();
+    limit.tv_usec = (left - seconds).count();
+    (void)::setsockopt(socket, SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof limit);
+}
+
+/// A connection to the socket at `path`; none when that fails.
+UniqueFd connectedSocket(const std::string& path, WaylandDisplay::Deadline deadline)
+{
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    if (path.empty() || path.size() >= sizeof address.sun_path) {
+        return {};
+    }
+    std::memcpy(&address.sun_path, path.c_str(), path.size() + 1);
+    UniqueFd socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    if (!socket) {
+        return {};
+    }
+    limitConnecting(socket.get(), deadline);
+    const auto* const general = reinterpret_cast<const sockaddr*>(&address);
+    return ::connect(socket.get(), general, sizeof address) == 0 ? std::move(socket) : UniqueFd();
+}
+
+/// Sees the answer to a request that asks for nothing else.
+struct Answer
+{
+    void receive(std::uint32_t /*event*/, const wl_argument* /*arguments*/) { hasCome = true; }
+
+    bool hasCome = false;
+};
+
+} // namespace
+
+std::optional<WaylandDisplay> WaylandDisplay::connect(const std::string& name, Deadline deadline)
+{
+    // Not left to the library: it would wait without a limit, and would use up the socket that
+    // WAYLAND_SOCKET hands to the toolkit.
+    UniqueFd socket = connectedSocket(socketPath(name), deadline);
+    if (!socket) {
+        return std::nullopt;
+    }
+    wl_display* const connected = wl_display_connect_to_fd(socket.release());
+    return connected == nullptr ? std::nullopt : std::optional(WaylandDisplay(connected));
+}
+
+wl_proxy* WaylandDisplay::proxy() const
+{
+    // Each object of the library begins with its proxy; its own functions make the same step.
+    return reinterpret_cast<wl_proxy*>(display.get());
+}
+
+WaylandDisplay::Output WaylandDisplay::flush()
+{
+    if (wl_display_flush(display.get()) >= 0) {
+        return Output::sent;
+    }
+    return errno == EAGAIN ? Output::waiting : Output::lost;
+}
+
+bool WaylandDisplay::flush(Deadline deadline)
+{
+    Output output = flush();
+    while (output == Output::waiting && awaitReadiness(POLLOUT, deadline)) {
+        output = flush();
+    }
+    return output == Output::sent;
+}
+
+bool WaylandDisplay::dispatch()
+{
+    while (wl_display_prepare_read(display.get()) != 0) {
+        if (wl_display_dispatch_pending(display.get()) < 0) {
+            return false;
+        }
+    }
+    return wl_display_read_events(display.get()) == 0 &&
+           wl_display_dispatch_pending(display.get()) >= 0;
+}
+
+bool WaylandDisplay::roundTrip(Deadline deadline)
+{
+    Answer answer;
+    const WaylandProxy callback(reinterpret_cast<wl_proxy*>(wl_display_sync(display.get())));
+    callback.deliverTo(answer);
+    if (!callback || !flush(deadline)) {
+        return false;
+    }
+    // The limit holds for a compositor too that keeps talking of other things.
+    while (!answer.hasCome && std::chrono::steady_clock::now() < deadline) {
+        if (!awaitReadiness(POLLIN, deadline) || !dispatch() || !flush(deadline)) {
+            return false;
+        }
+    }
+    return answer.hasCome;
+}
+
+bool WaylandDisplay::awaitReadiness(short events, Deadline deadline) const
+{
+    pollfd awaited{descriptor(), events, 0};
+    int ready = 0;
+    do {
+        ready = ::poll(&awaited, 1, static_cast<int>(timeLeft<milliseconds>(deadline).count()));
+    } while (ready < 0 && errno == EINTR);
+    return ready > 0;
+}
+
+} // namespace orlimo
