@@ -76,6 +76,7 @@ void collect(const QJsonObject& node, bool isFloating, std::vector<SwayWindow>& 
 SwaySession::SwaySession(Bar atTheStart)
     : runtimeFolder(makePrivateFolder(folder.path() / "runtime"))
     , xServer(screen)
+    , xWindows(xServer.display())
     , buses(runtimeFolder)
     , tree(buses.accessibilityAddress())
     , trayItems(buses.sessionAddress())
@@ -169,6 +170,13 @@ void SwaySession::command(const std::string& words) const
     ChildProcess tool(
         "/usr/bin/swaymsg", {.arguments = {"--", words}, .environment = environment()});
     EXPECT_EQ(tool.awaitEnd().status, 0) << words << ": " << tool.output() << tool.errors();
+}
+
+bool SwaySession::showsIcon() const
+{
+    constexpr int half = 6;
+    const QRect place(onlyIcon - QPoint(half, half), onlyIcon + QPoint(half, half));
+    return xWindows.coloursIn(place) > 1;
 }
 
 void SwaySession::click(const QPoint& point, int button) const

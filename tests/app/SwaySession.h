@@ -6,6 +6,7 @@
 #include "tests/app/TrayItems.h"
 #include "tests/app/WaylandClipboard.h"
 #include "tests/app/XServer.h"
+#include "tests/app/XWindows.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <QPoint>
@@ -68,6 +69,9 @@ public:
     /// Kills the compositor, as a crash would.
     void kill();
 
+    /// Whether the bar shows anything at that place.
+    [[nodiscard]] bool showsIcon() const;
+
     /// The middle of the only icon in the tray.
     static constexpr QPoint onlyIcon{1012, 12};
 
@@ -77,6 +81,7 @@ private:
     TemporaryFolder folder;
     std::filesystem::path runtimeFolder;
     XServer xServer;
+    XWindows xWindows;
     SessionBuses buses;
     AccessibilityTree tree;
     TrayItems trayItems;
