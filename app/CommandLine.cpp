@@ -39,6 +39,7 @@ Puts the verification code of an incoming message on the clipboard, from the men
   -h, --help           show this text and end
   -v, --version        show the version and end
   --launched-at-login  say that the start belongs to a login; the login item does so
+  --side-by-side       run even where Orlimo already runs in this session
 
 The options of every Qt program work as well: -platform NAME, -display DISPLAY, -style STYLE ...
 )";
@@ -71,7 +72,7 @@ CommandLine refusal(std::string_view problem, std::string_view argument)
 {
     std::string text("orlimo: ");
     text.append(problem).append(" \"").append(argument).append("\"; see orlimo --help\n");
-    return {CommandLine::Request::refuse, text};
+    return {.request = CommandLine::Request::refuse, .text = text};
 }
 
 CommandLine unknownArgument(std::string_view argument)
@@ -89,13 +90,15 @@ CommandLine CommandLine::parse(int argc, const char* const* argv)
         const std::string_view argument = argv[index];
         const std::string_view toolkitOption = withOneDash(argument);
         if (argument == "--help" || argument == "-h") {
-            return {Request::print, std::string(help)};
+            return {.request = Request::print, .text = std::string(help)};
         }
         if (argument == "--version" || argument == "-v") {
-            return {Request::print, versionText()};
+            return {.request = Request::print, .text = versionText()};
         }
         if (argument == launchedAtLoginArgument) {
             result.request = Request::runLaunchedAtLogin;
+        } else if (argument == "--side-by-side") {
+            result.sideBySide = true;
         } else if (isOneOf(toolkitOption, optionsWithNextArgument)) {
             if (++index == argc) {
                 return refusal("a value is missing after", argument);

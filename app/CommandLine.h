@@ -19,6 +19,8 @@ struct CommandLine
     };
 
     Request request = Request::run;
+    /// Whether to run even where the program already runs in this session.
+    bool sideBySide = false;
     /// What there is to write, with its line break; empty when the program is to run.
     std::string text;
 

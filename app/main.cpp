@@ -3,43 +3,79 @@
 #include "app/MenuBarScene.h"
 #include "app/OrlimoApp.h"
 #include "platform/ApplicationIdentity.h"
+#include "platform/ApplicationInstance.h"
 #include "platform/SharedApplication.h"
 #include "platform/StandardStreams.h"
+#include "platform/ToQString.h"
+#include "platform/ToolkitArguments.h"
 #include "resources/ImageIcon.h"
 #include "resources/translations/TranslationCatalogue.h"
 
 #include <QApplication>
 
 #include <iostream>
-#include <string_view>
+#include <memory>
+#include <utility>
 
 namespace {
-
-QString fromIdentity(std::string_view text)
-{
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
 
 void nameApplication()
 {
     namespace identity = orlimo::identity;
-    QApplication::setApplicationName(fromIdentity(identity::applicationName));
-    QApplication::setApplicationVersion(fromIdentity(identity::version));
-    QApplication::setDesktopFileName(fromIdentity(identity::applicationIdentifier));
+    QApplication::setApplicationName(orlimo::toQString(identity::applicationName));
+    QApplication::setApplicationVersion(orlimo::toQString(identity::version));
+    QApplication::setDesktopFileName(orlimo::toQString(identity::applicationIdentifier));
     QApplication::setQuitOnLastWindowClosed(false);
 }
 
-int runApplication(int argc, char** argv, bool launchedAtLogin)
+/// Runs to the end of the program. `instance` is asked for what later starts want; none when they
+/// are none of its business.
+int runApplication(
+    int argc,
+    char** argv,
+    bool launchedAtLogin,
+    std::unique_ptr<orlimo::ApplicationInstance> instance)
 {
     nameApplication();
-    const QApplication application(argc, argv);
+    orlimo::ToolkitArguments arguments(argc, argv);
+    const QApplication application(arguments.count(), arguments.values());
     QApplication::setWindowIcon(orlimo::imageIcon(QStringLiteral("logo")));
     orlimo::installTranslations(*qApp);
 
     orlimo::OrlimoApp app;
     const auto scene = app.body();
-    orlimo::LaunchTurns turns(app.appDelegate(), launchedAtLogin);
-    return orlimo::sharedApplication().run(turns);
+    orlimo::LaunchTurns turns(app.appDelegate(), launchedAtLogin, [&] {
+        if (instance != nullptr) {
+            instance->onActivation([&scene] { scene->menuBarExtra().open(); });
+        }
+    });
+    const int status = orlimo::sharedApplication().run(turns);
+    // From here on a later start is the first one.
+    instance.reset();
+    return status;
+}
+
+/// Runs unless the program already runs in this session; that one is shown instead.
+int runOnce(int argc, char** argv, bool launchedAtLogin)
+{
+    using orlimo::ApplicationInstance;
+    auto instance = ApplicationInstance::create(launchedAtLogin);
+    switch (instance->claim()) {
+    case ApplicationInstance::Claim::first:
+    case ApplicationInstance::Claim::alone:
+        break;
+    case ApplicationInstance::Claim::activatedOther:
+        if (!launchedAtLogin) {
+            std::cerr << "orlimo: already running in this session; its window has been opened\n"
+                      << std::flush;
+        }
+        return 0;
+    case ApplicationInstance::Claim::otherDoesNotAnswer:
+        std::cerr << "orlimo: already running in this session, but it does not answer\n"
+                  << std::flush;
+        return 1;
+    }
+    return runApplication(argc, argv, launchedAtLogin, std::move(instance));
 }
 
 } // namespace
@@ -60,6 +96,7 @@ int main(int argc, char* argv[])
     case CommandLine::Request::runLaunchedAtLogin:
         break;
     }
-    return runApplication(
-        argc, argv, commandLine.request == CommandLine::Request::runLaunchedAtLogin);
+    const bool launchedAtLogin = commandLine.request == CommandLine::Request::runLaunchedAtLogin;
+    return commandLine.sideBySide ? runApplication(argc, argv, launchedAtLogin, nullptr)
+                                  : runOnce(argc, argv, launchedAtLogin);
 }

@@ -54,6 +54,27 @@ TEST(CommandLine, KnowsAStartAtLogin)
         parse({"--launched-at-login", "--launched-at-login"}).request, Request::runLaunchedAtLogin);
 }
 
+TEST(CommandLine, RunsSideBySideOnlyWhenAskedTo)
+{
+    EXPECT_FALSE(parse({}).sideBySide);
+    EXPECT_FALSE(parse({"--launched-at-login"}).sideBySide);
+    EXPECT_FALSE(parse({"-qwindowtitle", "--side-by-side"}).sideBySide);
+    for (const auto& arguments : std::vector<std::vector<const char*>>{
+             {"--side-by-side"},
+             {"--side-by-side", "--side-by-side"},
+             {"-platform", "offscreen", "--side-by-side"},
+             {"--side-by-side", "-platform", "offscreen"}})
+    {
+        const CommandLine commandLine = parse(arguments);
+        EXPECT_TRUE(commandLine.sideBySide);
+        EXPECT_EQ(commandLine.request, Request::run);
+        EXPECT_EQ(commandLine.text, "");
+    }
+    const CommandLine atLogin = parse({"--side-by-side", "--launched-at-login"});
+    EXPECT_TRUE(atLogin.sideBySide);
+    EXPECT_EQ(atLogin.request, Request::runLaunchedAtLogin);
+}
+
 TEST(CommandLine, PrintsHelp)
 {
     for (const char* option : {"--help", "-h"}) {
@@ -63,6 +84,7 @@ TEST(CommandLine, PrintsHelp)
         EXPECT_THAT(commandLine.text, HasSubstr("-h, --help "));
         EXPECT_THAT(commandLine.text, HasSubstr("-v, --version "));
         EXPECT_THAT(commandLine.text, HasSubstr("--launched-at-login "));
+        EXPECT_THAT(commandLine.text, HasSubstr("--side-by-side "));
         EXPECT_THAT(commandLine.text, EndsWith("\n"));
     }
 }
@@ -95,6 +117,8 @@ TEST(CommandLine, RefusesWhatItDoesNotKnow)
           "help",
           "-launched-at-login",
           "--launched-at-login=yes",
+          "-side-by-side",
+          "--side-by-side=yes",
           "-dialogs=none",
           "-fontengine=freetype",
           "-style-",

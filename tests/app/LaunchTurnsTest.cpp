@@ -52,6 +52,16 @@ TEST_F(LaunchTurnsTest, KeepTheLaunchEventUntilLaunchingHasFinished)
     EXPECT_THAT(delegate.notes, ElementsAre("will: oapp", "did: oapp", "active: none"));
 }
 
+TEST_F(LaunchTurnsTest, HaveTheWorkDoneThatWaitsForTheLaunch)
+{
+    LaunchTurns turns(delegate, false, [this] { delegate.notes.push_back("work: " + eventNow()); });
+    turns.applicationWillFinishLaunching();
+    turns.applicationDidFinishLaunching();
+    turns.applicationWillBecomeActive();
+    EXPECT_THAT(
+        delegate.notes, ElementsAre("will: oapp", "did: oapp", "work: none", "active: none"));
+}
+
 TEST_F(LaunchTurnsTest, SayThatALoginStartedTheProgram)
 {
     LaunchTurns turns(delegate, true);

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+namespace orlimo {
+
+/// The running program's claim to be the only one in the user's session: made with the object,
+/// given up with it. What a later start asks for reaches the one that holds the claim. Main thread;
+/// needs no application object of the toolkit, so that a start that is one too many needs no
+/// display.
+class ApplicationInstance
+{
+public:
+    enum class Claim {
+        /// No other one runs. From now on later starts find this one.
+        first,
+        /// The host has no means to find others: they run side by side.
+        alone,
+        /// Another one runs. It was asked to open its window, unless this start belongs to a login.
+        activatedOther,
+        /// Another one runs, and it did not answer in time.
+        otherDoesNotAnswer,
+    };
+
+    ApplicationInstance() = default;
+    ApplicationInstance(const ApplicationInstance&) = delete;
+    ApplicationInstance& operator=(const ApplicationInstance&) = delete;
+    virtual ~ApplicationInstance() = default;
+
+    [[nodiscard]] virtual Claim claim() const = 0;
+
+    /// Has `open` called on the main thread, in the event loop, each time the program is asked to
+    /// show itself; called once launching has finished. What was asked before is done within the
+    /// call, once however often it was asked.
+    virtual void onActivation(std::function<void()> open) = 0;
+
+    /// Makes the claim. Returns within two seconds where another one runs but stands still.
+    [[nodiscard]] static std::unique_ptr<ApplicationInstance> create(bool launchedAtLogin);
+};
+
+} // namespace orlimo

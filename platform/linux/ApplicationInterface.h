@@ -1,0 +1,52 @@
+#pragma once
+
+#include "platform/linux/ApplicationRequest.h"
+
+#include <QDBusContext>
+#include <QObject>
+#include <QStringList>
+#include <QVariantMap>
+
+#include <functional>
+#include <optional>
+
+namespace orlimo {
+
+/// The D-Bus interface by which desktops start an application and its actions, to be registered
+/// with all its slots. What is asked before somebody serves is answered and kept. Main thread; may
+/// be made before the toolkit's application object.
+class ApplicationInterface final : public QObject, protected QDBusContext
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
+
+public:
+    using Work = std::function<void(const ApplicationRequest&)>;
+
+    ApplicationInterface() = default;
+    ApplicationInterface(const ApplicationInterface&) = delete;
+    ApplicationInterface& operator=(const ApplicationInterface&) = delete;
+    ~ApplicationInterface() override = default;
+
+    /// Has requests done by `doIt` from now on; the kept one first, within the call.
+    void serve(Work doIt);
+
+public Q_SLOTS:
+    /// Shows the program.
+    void Activate(const QVariantMap& platformData);
+
+    /// Shows the program, which opens no files.
+    void Open(const QStringList& addresses, const QVariantMap& platformData);
+
+    /// Knows "open" and "quit"; anything else is answered with an error.
+    void ActivateAction(
+        const QString& action, const QVariantList& parameters, const QVariantMap& platformData);
+
+private:
+    void doOrKeep(const ApplicationRequest& request);
+
+    Work work;
+    std::optional<ApplicationRequest> kept;
+};
+
+} // namespace orlimo

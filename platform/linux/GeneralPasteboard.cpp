@@ -1,0 +1,29 @@
+#include "platform/Pasteboard.h"
+#include "platform/linux/ClipboardPasteboard.h"
+#include "platform/linux/ClipboardRoute.h"
+#include "platform/linux/DataControlPasteboard.h"
+
+#include <memory>
+
+namespace orlimo {
+
+namespace {
+
+std::unique_ptr<Pasteboard> makePasteboard()
+{
+    if (takenClipboardRoute() == ClipboardRoute::dataControl) {
+        return std::make_unique<DataControlPasteboard>();
+    }
+    return std::make_unique<ClipboardPasteboard>();
+}
+
+} // namespace
+
+Pasteboard& generalPasteboard()
+{
+    // Never destroyed: it serves to the end, beyond that of the toolkit's objects.
+    static Pasteboard& pasteboard = *makePasteboard().release();
+    return pasteboard;
+}
+
+} // namespace orlimo

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDeadlineTimer>
+#include <QString>
+
+namespace orlimo {
+
+/// A connection to the session bus that nothing else in the program uses, closed with the object.
+/// Its calls wait for the answer. Needs no application object of the toolkit.
+class SessionBus
+{
+public:
+    /// Connects. Where there is no bus the connection is not connected, and every call fails.
+    SessionBus();
+    SessionBus(const SessionBus&) = delete;
+    SessionBus& operator=(const SessionBus&) = delete;
+    ~SessionBus();
+
+    [[nodiscard]] bool isConnected() const { return connection.isConnected(); }
+
+    /// What became of a name that was asked for.
+    enum class Ownership {
+        taken,
+        another, ///< somebody else has it
+        refused, ///< the bus does not give it, or does not answer
+    };
+
+    /// Takes `name` for this connection unless somebody else has it.
+    [[nodiscard]] Ownership take(const QString& name) const;
+
+    [[nodiscard]] bool hasOwner(const QString& name) const;
+
+    /// Puts `object`, which stays the caller's, on the bus with all its slots.
+    void put(QObject& object, const QString& path);
+
+    void send(const QDBusMessage& message) const { connection.send(message); }
+
+    /// The reply to `message`, an error when there is none by the `deadline`.
+    [[nodiscard]] QDBusMessage
+    call(const QDBusMessage& message, const QDeadlineTimer& deadline) const;
+
+private:
+    [[nodiscard]] QDBusMessage askBus(const QString& method, const QVariantList& arguments) const;
+
+    QString connectionName;
+    QDBusConnection connection;
+};
+
+} // namespace orlimo

@@ -1,0 +1,52 @@
+#include "platform/ToolkitArguments.h"
+
+#include "platform/linux/ClipboardRoute.h"
+
+#include <algorithm>
+#include <iostream>
+#include <optional>
+
+namespace orlimo {
+
+namespace {
+
+/// The platform that the arguments name: the last one, as the toolkit takes it.
+std::optional<std::string> platformArgument(const std::vector<std::string>& arguments)
+{
+    const auto isPlatformOption = [](const std::string& argument) {
+        return argument == "-platform" || argument == "--platform";
+    };
+    const auto option = std::find_if(arguments.rbegin(), arguments.rend(), isPlatformOption);
+    return option == arguments.rend() || option == arguments.rbegin()
+               ? std::nullopt
+               : std::optional(*std::prev(option));
+}
+
+void tellOfMissingRoute()
+{
+    std::cerr << "orlimo: this session lets no program without a focused window set the "
+                 "clipboard; the Copy button still does\n"
+              << std::flush;
+}
+
+} // namespace
+
+ToolkitArguments::ToolkitArguments(int argc, const char* const* argv)
+    : texts(argv, argv + argc)
+{
+    const ClipboardRoute route = bestClipboardRoute(desktopFacts(platformArgument(texts)));
+    takeClipboardRoute(route);
+    if (route == ClipboardRoute::xServer) {
+        // Not by the environment: what the program starts is to choose for itself.
+        texts.insert(texts.end(), {"-platform", "xcb;wayland"});
+    } else if (route == ClipboardRoute::focusedOnly) {
+        tellOfMissingRoute();
+    }
+    for (std::string& text : texts) {
+        pointers.push_back(text.data());
+    }
+    number = static_cast<int>(pointers.size());
+    pointers.push_back(nullptr);
+}
+
+} // namespace orlimo
