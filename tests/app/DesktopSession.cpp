@@ -1,22 +1,12 @@
 #include "tests/app/DesktopSession.h"
 
+#include "tests/app/DesktopVariables.h"
 #include "tests/support/OutputCapture.h"
+#include "tests/support/PrivateFolder.h"
 
 #include <gtest/gtest.h>
 
 namespace orlimo {
-
-namespace {
-
-/// Makes a folder that only the user may enter, as programs expect of their runtime folder.
-std::filesystem::path makePrivate(const std::filesystem::path& folder)
-{
-    std::filesystem::create_directories(folder);
-    std::filesystem::permissions(folder, std::filesystem::perms::owner_all);
-    return folder;
-}
-
-} // namespace
 
 DesktopSession::DesktopSession(const TrayPlace& place, const std::string& screen)
     : DesktopSession(WithoutTray{}, screen)
@@ -26,7 +16,7 @@ DesktopSession::DesktopSession(const TrayPlace& place, const std::string& screen
 }
 
 DesktopSession::DesktopSession(WithoutTray /*kind*/, const std::string& screen)
-    : runtimeFolder(makePrivate(folder.path() / "runtime"))
+    : runtimeFolder(makePrivateFolder(folder.path() / "runtime"))
     , xServer(screen)
     , buses(runtimeFolder)
     , tree(buses.accessibilityAddress())
@@ -86,29 +76,12 @@ std::map<std::string, std::optional<std::string>> DesktopSession::environment() 
 {
     const std::string searchPath =
         (folder.path() / "bin").string() + ":" + qEnvironmentVariable("PATH").toStdString();
-    std::map<std::string, std::optional<std::string>> variables{
-        {"DBUS_SESSION_BUS_ADDRESS", buses.sessionAddress()},
-        {"DISPLAY", xServer.display()},
-        {"LC_ALL", "C.UTF-8"},
-        {"PATH", searchPath},
-        {"QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "1"},
-        {"QT_QPA_PLATFORM", "xcb"},
-        {"XDG_RUNTIME_DIR", runtimeFolder.string()},
-    };
-    // The desktop of whoever runs the tests has no say here.
-    for (const char* variable :
-         {"AT_SPI_BUS_ADDRESS",
-          "BROWSER",
-          "DESKTOP_SESSION",
-          "KDE_FULL_SESSION",
-          "LANGUAGE",
-          "QT_QPA_PLATFORMTHEME",
-          "QT_STYLE_OVERRIDE",
-          "WAYLAND_DISPLAY",
-          "XDG_CURRENT_DESKTOP"})
-    {
-        variables[variable] = std::nullopt;
-    }
+    auto variables = desktopVariables();
+    variables["DBUS_SESSION_BUS_ADDRESS"] = buses.sessionAddress();
+    variables["DISPLAY"] = xServer.display();
+    variables["PATH"] = searchPath;
+    variables["QT_QPA_PLATFORM"] = "xcb";
+    variables["XDG_RUNTIME_DIR"] = runtimeFolder.string();
     return variables;
 }
 

@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
+#include <set>
 #include <span>
 
 namespace orlimo {
@@ -93,6 +95,34 @@ std::optional<QRect> XWindows::menuOf(std::uint32_t process) const
         }
     }
     return std::nullopt;
+}
+
+std::size_t XWindows::coloursIn(const QRect& area) const
+{
+    const auto picture = owned(xcb_get_image_reply(
+        connection.get(),
+        xcb_get_image(
+            connection.get(),
+            XCB_IMAGE_FORMAT_Z_PIXMAP,
+            root,
+            static_cast<std::int16_t>(area.x()),
+            static_cast<std::int16_t>(area.y()),
+            static_cast<std::uint16_t>(area.width()),
+            static_cast<std::uint16_t>(area.height()),
+            ~0U),
+        nullptr));
+    if (!picture) {
+        return 0;
+    }
+    // Four bytes a pixel, of which the last means nothing.
+    const std::span bytes(
+        xcb_get_image_data(picture.get()),
+        static_cast<std::size_t>(xcb_get_image_data_length(picture.get())));
+    std::set<std::array<std::uint8_t, 3>> colours;
+    for (std::size_t pixel = 0; pixel + 3 < bytes.size(); pixel += 4) {
+        colours.insert({bytes[pixel], bytes[pixel + 1], bytes[pixel + 2]});
+    }
+    return colours.size();
 }
 
 bool XWindows::belongsTo(xcb_window_t window, std::uint32_t process) const

@@ -41,6 +41,9 @@ public:
     /// there is none.
     [[nodiscard]] std::optional<QRect> menuOf(std::uint32_t process) const;
 
+    /// How many colours the screen shows in `area`.
+    [[nodiscard]] std::size_t coloursIn(const QRect& area) const;
+
 private:
     struct Disconnect
     {

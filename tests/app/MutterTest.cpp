@@ -1,0 +1,141 @@
+#include "tests/app/MutterSession.h"
+#include "tests/app/PlatformPlugin.h"
+#include "tests/app/ProgramSession.h"
+#include "tests/support/OutputCapture.h"
+#include "tests/support/ParentBond.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace orlimo {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+/// A Wayland desktop that gives the clipboard only to the program with the focus, but has an X
+/// server.
+class OnMutter : public testing::Test
+{
+protected:
+    /// Waits until `expected` is what the compositor reads; says what is there instead when it is
+    /// not.
+    [[nodiscard]] testing::AssertionResult awaitPaste(const std::string& expected)
+    {
+        if (awaitSparingly([&] { return desktop.clipboard().paste() == expected; })) {
+            return testing::AssertionSuccess();
+        }
+        return testing::AssertionFailure()
+               << "the clipboard holds \"" << desktop.clipboard().paste().value_or("nothing")
+               << '"';
+    }
+
+    MutterSession desktop;
+};
+
+/// The program's own way to the clipboard, in a small program of X that never has a window.
+class PasteboardOnMutter : public OnMutter
+{
+protected:
+    [[nodiscard]] std::map<std::string, std::optional<std::string>> onX() const
+    {
+        auto variables = desktop.environment();
+        variables["QT_QPA_PLATFORM"] = "xcb";
+        return variables;
+    }
+
+    void put(const std::string& command) { ASSERT_EQ(probe.ask(command), "done"); }
+
+    ChildProcess probe{
+        ORLIMO_CLIPBOARD_PROBE, {.environment = onX(), .beforeStart = endWithParent}};
+};
+
+TEST_F(PasteboardOnMutter, TakesTwoHundredTextsOneAfterTheOther)
+{
+    constexpr int first = 100'000;
+    constexpr int count = 200;
+    for (int text = first; text < first + count; ++text) {
+        put("text " + std::to_string(text));
+        ASSERT_TRUE(awaitPaste(std::to_string(text)));
+    }
+}
+
+TEST_F(PasteboardOnMutter, GivesALargeTextCompletely)
+{
+    std::string text;
+    while (text.size() < (3U << 20U)) {
+        text += "0123456789";
+    }
+    put("digits " + std::to_string(text.size()));
+    std::optional<std::string> pasted;
+    ASSERT_TRUE(awaitSparingly([&] {
+        pasted = desktop.clipboard().paste();
+        return pasted && pasted->size() >= text.size();
+    }));
+    EXPECT_TRUE(*pasted == text) << pasted->size() << " bytes of " << text.size();
+}
+
+TEST_F(PasteboardOnMutter, IsTakenAgainFromWhoeverHasTakenIt)
+{
+    for (int round = 0; round < 3; ++round) {
+        const std::string text = "48291" + std::to_string(round);
+        put("text " + text);
+        ASSERT_TRUE(awaitPaste(text));
+        desktop.copy("mine now " + text);
+    }
+}
+
+/// The program on that desktop.
+class ProgramOnMutter : public OnMutter
+{
+protected:
+    void start(std::map<std::string, std::optional<std::string>> ownVariables = {})
+    {
+        ownVariables.merge(desktop.environment());
+        session.emplace(ProgramSession::Settings{
+            .environment = std::move(ownVariables), .beforeStart = endWithParent});
+        session->start();
+    }
+
+    [[nodiscard]] ChildProcess& program() { return session->program(); }
+
+    std::optional<ProgramSession> session;
+};
+
+TEST_F(ProgramOnMutter, PutsTheCodeOnTheClipboardWithoutTheFocus)
+{
+    start();
+    EXPECT_EQ(platformOf(program().processId()), "xcb");
+    desktop.copy("something that the user copied");
+    for (const char* code : {"482913", "59302", "7764"}) {
+        session->awaitOpenThrottle();
+        session->deliver("text Your code is " + std::string(code) + ".");
+        EXPECT_EQ(
+            session->readReaction().back(), std::string(ProgramSession::reactionPrefix) + code);
+        EXPECT_TRUE(awaitPaste(code));
+    }
+    EXPECT_EQ(program().errors(), "");
+}
+
+TEST_F(ProgramOnMutter, LeavesTheClipboardAloneWhenThereIsNoCode)
+{
+    start();
+    desktop.copy("something that the user copied");
+    session->awaitOpenThrottle();
+    session->deliver("text Lunch at noon?");
+    ASSERT_TRUE(program().awaitLine("Lunch at noon?"));
+    runEventLoop(std::chrono::milliseconds(200));
+    EXPECT_EQ(desktop.clipboard().paste(), "something that the user copied\n");
+}
+
+TEST_F(ProgramOnMutter, IsOnWaylandWhereTheUserWantsIt)
+{
+    start({{"QT_QPA_PLATFORM", "wayland"}});
+    EXPECT_EQ(platformOf(program().processId()), "wayland");
+    EXPECT_TRUE(awaitSparingly([this] { return !program().errors().empty(); }));
+    EXPECT_THAT(linesOf(program().errors()), ElementsAre(HasSubstr("clipboard")));
+}
+
+} // namespace
+} // namespace orlimo

@@ -1,0 +1,11 @@
+#include "tests/app/SwaySession.h"
+#include "tests/app/WaylandClipboardTest.h"
+
+namespace orlimo {
+namespace {
+
+INSTANTIATE_TYPED_TEST_SUITE_P(Sway, PasteboardOnWayland, SwaySession);
+INSTANTIATE_TYPED_TEST_SUITE_P(Sway, ClipboardOnWayland, SwaySession);
+
+} // namespace
+} // namespace orlimo

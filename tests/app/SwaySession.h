@@ -1,0 +1,95 @@
+#pragma once
+
+#include "tests/app/AccessibilityTree.h"
+#include "tests/app/SessionBuses.h"
+#include "tests/app/SwayWindow.h"
+#include "tests/app/TrayItems.h"
+#include "tests/app/WaylandClipboard.h"
+#include "tests/app/XServer.h"
+#include "tests/app/XWindows.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <QPoint>
+
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace orlimo {
+
+/// A Wayland desktop of the sway compositor, shown on an X server that nobody sees, so that its
+/// pointer and its keyboard are real: with a bar that holds a tray, a session bus and the
+/// accessibility bus, all of its own and ended with the object.
+class SwaySession
+{
+public:
+    /// What the desktop's bar does at the start.
+    enum class Bar {
+        shown,
+        absent, ///< until `startBar`
+    };
+
+    /// Starts everything and waits until it serves; what does not start is a test failure.
+    explicit SwaySession(Bar bar = Bar::shown);
+    SwaySession(const SwaySession&) = delete;
+    SwaySession& operator=(const SwaySession&) = delete;
+    ~SwaySession();
+
+    /// What puts a program on this desktop, and its texts into English.
+    [[nodiscard]] std::map<std::string, std::optional<std::string>> environment() const;
+
+    [[nodiscard]] WaylandClipboard& clipboard() { return *ownClipboard; }
+    [[nodiscard]] const AccessibilityTree& accessibility() const { return tree; }
+    [[nodiscard]] const TrayItems& tray() const { return trayItems; }
+
+    /// Shows the bar and waits until its tray takes icons.
+    void startBar();
+    /// Takes the bar away, and with it the tray.
+    void stopBar();
+
+    /// The windows that can be seen.
+    [[nodiscard]] std::vector<SwayWindow> windows() const;
+    [[nodiscard]] std::vector<SwayWindow> windowsOf(pid_t process) const;
+
+    /// Has the compositor carry out a command of its own; one that it refuses is a test failure.
+    void command(const std::string& words) const;
+
+    /// Moves the pointer to `point` of the screen and presses `button`: 1 left, 2 middle, 3 right.
+    void click(const QPoint& point, int button = 1) const;
+
+    /// Presses and releases keys, named as X names them.
+    void press(const std::string& keys) const;
+
+    /// Another application's window with the focus, until the returned process ends.
+    [[nodiscard]] std::unique_ptr<ChildProcess> openOtherApplication() const;
+
+    /// Kills the compositor, as a crash would.
+    void kill();
+
+    /// Whether the bar shows anything at that place.
+    [[nodiscard]] bool showsIcon() const;
+
+    /// The middle of the only icon in the tray.
+    static constexpr QPoint onlyIcon{1012, 12};
+
+private:
+    void control(std::vector<std::string> arguments) const;
+
+    TemporaryFolder folder;
+    std::filesystem::path runtimeFolder;
+    XServer xServer;
+    XWindows xWindows;
+    SessionBuses buses;
+    AccessibilityTree tree;
+    TrayItems trayItems;
+    std::unique_ptr<ChildProcess> compositor;
+    std::string waylandDisplay;
+    std::string controlSocket;
+    std::unique_ptr<WaylandClipboard> ownClipboard;
+    std::unique_ptr<ChildProcess> bar;
+};
+
+} // namespace orlimo

@@ -1,0 +1,223 @@
+#include "tests/app/PlatformPlugin.h"
+#include "tests/app/ProgramSession.h"
+#include "tests/app/SwaySession.h"
+#include "tests/support/OutputCapture.h"
+#include "tests/support/ParentBond.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <thread>
+
+namespace orlimo {
+namespace {
+
+using testing::SizeIs;
+
+/// The program on a Wayland desktop whose bar has a tray.
+class ProgramOnSway : public testing::Test
+{
+protected:
+    void start()
+    {
+        session.startWriter();
+        session.deliver("text Your code is 482913.");
+        session.startProgram();
+        ASSERT_TRUE(session.program().awaitLine("file access allowed"))
+            << session.program().errors();
+    }
+
+    [[nodiscard]] testing::AssertionResult awaitIcon()
+    {
+        if (awaitSparingly([this] { return icon().has_value(); })) {
+            return testing::AssertionSuccess();
+        }
+        return testing::AssertionFailure() << "no icon in the tray; " << session.program().errors();
+    }
+
+    /// The program's icon: its name on the bus.
+    [[nodiscard]] std::optional<std::string> icon() const
+    {
+        for (const std::string& service : desktop.tray().services()) {
+            if (desktop.tray().titleOf(service) == "Orlimo") {
+                return service;
+            }
+        }
+        return std::nullopt;
+    }
+
+    [[nodiscard]] std::vector<SwayWindow> windows()
+    {
+        return desktop.windowsOf(session.program().processId());
+    }
+
+    [[nodiscard]] bool awaitOpen()
+    {
+        return awaitSparingly([this] {
+            const auto all = windows();
+            return all.size() == 1 && all.front().isFocused;
+        });
+    }
+
+    [[nodiscard]] bool awaitClosed()
+    {
+        return awaitSparingly([this] { return windows().empty(); });
+    }
+
+    /// Clicks the icon at the pace of a person: not so soon after the last click that both count as
+    /// one.
+    void clickIcon()
+    {
+        ASSERT_TRUE(awaitSparingly([this] { return desktop.showsIcon(); }));
+        std::this_thread::sleep_until(lastClick + betweenClicks);
+        desktop.click(SwaySession::onlyIcon);
+        lastClick = std::chrono::steady_clock::now();
+    }
+
+    void open()
+    {
+        ASSERT_TRUE(awaitIcon());
+        clickIcon();
+        ASSERT_TRUE(awaitOpen());
+    }
+
+    /// Clicks the middle of what the window shows under this role and name.
+    void clickInWindow(const std::string& role, const std::string& name)
+    {
+        std::optional<Accessible> element;
+        ASSERT_TRUE(awaitSparingly([&] {
+            element = desktop.accessibility().find("Orlimo", role, name);
+            return element.has_value();
+        })) << desktop.accessibility().describe("Orlimo");
+        // A program of Wayland knows where it is in its window, and not where that is.
+        desktop.click(windows().front().area.topLeft() + element->area().center());
+    }
+
+    void activate()
+    {
+        ASSERT_TRUE(awaitIcon());
+        desktop.tray().activate(*icon(), SwaySession::onlyIcon.x(), SwaySession::onlyIcon.y());
+    }
+
+    SwaySession desktop;
+    ProgramSession session{{.environment = desktop.environment(), .beforeStart = endWithParent}};
+
+private:
+    static constexpr std::chrono::milliseconds betweenClicks{700};
+    std::chrono::steady_clock::time_point lastClick;
+};
+
+TEST_F(ProgramOnSway, HasItsIconInTheTray)
+{
+    start();
+    EXPECT_TRUE(awaitIcon());
+    EXPECT_THAT(desktop.tray().services(), SizeIs(1));
+    EXPECT_TRUE(windows().empty());
+}
+
+TEST_F(ProgramOnSway, BringsItsIconBackWhenTheTrayComesBack)
+{
+    start();
+    ASSERT_TRUE(awaitIcon());
+    for (int round = 0; round < 3; ++round) {
+        desktop.stopBar();
+        EXPECT_TRUE(session.program().isRunning());
+        desktop.startBar();
+        EXPECT_TRUE(awaitIcon());
+    }
+    EXPECT_THAT(desktop.tray().services(), SizeIs(1));
+}
+
+TEST_F(ProgramOnSway, BringsItsIconWhenATrayComesLate)
+{
+    desktop.stopBar();
+    start();
+    session.awaitOpenThrottle();
+    session.deliver("text Your code is 59302.");
+    ASSERT_TRUE(awaitSparingly([this] { return desktop.clipboard().paste() == "59302"; }));
+    EXPECT_TRUE(windows().empty());
+
+    desktop.startBar();
+    EXPECT_TRUE(awaitIcon());
+    activate();
+    EXPECT_TRUE(awaitOpen());
+}
+
+TEST_F(ProgramOnSway, IsOnWayland)
+{
+    start();
+    ASSERT_TRUE(awaitIcon());
+    EXPECT_EQ(platformOf(session.program().processId()), "wayland");
+}
+
+TEST_F(ProgramOnSway, OpensAndClosesItsWindowAsThePanelAsks)
+{
+    start();
+    for (int round = 0; round < 3; ++round) {
+        activate();
+        ASSERT_TRUE(awaitOpen());
+        EXPECT_TRUE(windows().front().isWayland);
+        EXPECT_EQ(windows().front().area.size(), QSize(300, 540));
+        activate();
+        EXPECT_TRUE(awaitClosed());
+    }
+}
+
+TEST_F(ProgramOnSway, OpensAndClosesItsWindowOnClicks)
+{
+    start();
+    ASSERT_TRUE(awaitIcon());
+    for (int round = 0; round < 3; ++round) {
+        clickIcon();
+        ASSERT_TRUE(awaitOpen());
+        clickIcon();
+        EXPECT_TRUE(awaitClosed());
+    }
+    // No click was one too many.
+    runEventLoop(std::chrono::milliseconds(500));
+    EXPECT_TRUE(windows().empty());
+    const auto lines = linesOf(session.program().output());
+    EXPECT_EQ(std::ranges::count(lines, "Opened PopupWindow : APPEAR"), 3);
+}
+
+TEST_F(ProgramOnSway, ClosesItsWindowOnEscape)
+{
+    start();
+    open();
+    desktop.press("Escape");
+    EXPECT_TRUE(awaitClosed());
+}
+
+TEST_F(ProgramOnSway, ClosesItsWindowWhenItLosesTheFocus)
+{
+    start();
+    open();
+    const auto other = desktop.openOtherApplication();
+    EXPECT_TRUE(awaitClosed());
+    const auto all = desktop.windows();
+    ASSERT_THAT(all, SizeIs(1));
+    EXPECT_EQ(all.front().process, other->processId());
+    EXPECT_TRUE(all.front().isFocused);
+}
+
+TEST_F(ProgramOnSway, OpensItsWindowWithTheFocusInFrontOfOtherApplications)
+{
+    const auto other = desktop.openOtherApplication();
+    start();
+    open();
+    EXPECT_TRUE(windows().front().isFloating);
+}
+
+TEST_F(ProgramOnSway, CopiesTheCodeThatItsWindowShows)
+{
+    start();
+    open();
+    desktop.clipboard().copy("something that the user copied");
+    clickInWindow("push button", "Copy");
+    EXPECT_TRUE(awaitSparingly([this] { return desktop.clipboard().paste() == "482913"; }))
+        << desktop.clipboard().paste().value_or("nothing");
+}
+
+} // namespace
+} // namespace orlimo

@@ -1,0 +1,56 @@
+#include "tests/app/WaylandClipboard.h"
+
+#include "tests/support/OutputCapture.h"
+#include "tests/support/ParentBond.h"
+
+#include <gtest/gtest.h>
+
+#include <utility>
+
+namespace orlimo {
+
+WaylandClipboard::WaylandClipboard(std::map<std::string, std::optional<std::string>> environment)
+    : variables(std::move(environment))
+{}
+
+std::optional<std::string>
+WaylandClipboard::paste(const std::string& selection, const std::string& type) const
+{
+    std::vector<std::string> arguments{"--no-newline"};
+    if (!type.empty()) {
+        arguments.insert(arguments.end(), {"--type", type});
+    }
+    ChildProcess reader("/usr/bin/wl-paste", tool(std::move(arguments), selection));
+    const auto end = reader.awaitEnd();
+    return end.status == 0 ? std::optional(reader.output()) : std::nullopt;
+}
+
+std::vector<std::string> WaylandClipboard::types(const std::string& selection) const
+{
+    ChildProcess reader("/usr/bin/wl-paste", tool({"--list-types"}, selection));
+    reader.awaitEnd();
+    return linesOf(reader.output());
+}
+
+void WaylandClipboard::copy(const std::string& text, const std::string& selection)
+{
+    auto& owner = owners[selection];
+    owner = std::make_unique<ChildProcess>(
+        "/usr/bin/wl-copy", tool({"--foreground", "--", text}, selection));
+    EXPECT_TRUE(awaitSparingly([&] { return paste(selection) == text; })) << owner->errors();
+}
+
+ChildSettings
+WaylandClipboard::tool(std::vector<std::string> arguments, const std::string& selection) const
+{
+    if (selection == "primary") {
+        arguments.insert(arguments.begin(), "--primary");
+    }
+    return {
+        .arguments = std::move(arguments),
+        .environment = variables,
+        .beforeStart = endWithParent,
+    };
+}
+
+} // namespace orlimo
