@@ -2,6 +2,7 @@
 #include "platform/ApplicationInstance.h"
 #include "platform/MainThread.h"
 #include "platform/SharedApplication.h"
+#include "platform/ToQString.h"
 #include "platform/linux/ApplicationInterface.h"
 #include "platform/linux/SessionBus.h"
 
@@ -28,8 +29,7 @@ constexpr const char* tokenVariable = "XDG_ACTIVATION_TOKEN";
 /// The name under which the program is found on the bus.
 QString applicationName()
 {
-    constexpr auto name = identity::applicationIdentifier;
-    return QString::fromLatin1(name.data(), static_cast<qsizetype>(name.size()));
+    return toQString(identity::applicationIdentifier);
 }
 
 /// A second name, taken when the program is through with starting. Until then its main thread
