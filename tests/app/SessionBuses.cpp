@@ -1,7 +1,6 @@
 #include "tests/app/SessionBuses.h"
 
-#include "tests/support/ParentBond.h"
-#include "tests/support/TemporaryFolder.h"
+#include "tests/support/Await.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -10,23 +9,6 @@
 namespace orlimo {
 
 namespace {
-
-/// A bus that starts no service: nothing of the machine's desktop gets into a test.
-std::string busConfiguration(const std::filesystem::path& runtimeFolder)
-{
-    return R"(<busconfig>
-  <type>session</type>
-  <listen>unix:dir=)" +
-           runtimeFolder.string() + R"(</listen>
-  <auth>EXTERNAL</auth>
-  <policy context="default">
-    <allow send_destination="*" eavesdrop="true"/>
-    <allow eavesdrop="true"/>
-    <allow own="*"/>
-  </policy>
-</busconfig>
-)";
-}
 
 /// Asks the session bus where the accessibility bus is; empty as long as nobody answers.
 std::string accessibilityAddressOn(const QDBusConnection& session)
@@ -43,29 +25,18 @@ std::string accessibilityAddressOn(const QDBusConnection& session)
 } // namespace
 
 SessionBuses::SessionBuses(const std::filesystem::path& runtimeFolder)
+    : bus(runtimeFolder)
 {
-    const auto configuration = runtimeFolder / "session-bus.conf";
-    writeFile(configuration, busConfiguration(runtimeFolder));
-    sessionBus = std::make_unique<ChildProcess>(
-        "/usr/bin/dbus-daemon",
-        ChildSettings{
-            .arguments =
-                {"--config-file=" + configuration.string(), "--print-address=1", "--nofork"},
-            .beforeStart = endWithParent,
-        });
-    session = sessionBus->readLine().value_or("");
-    EXPECT_FALSE(session.empty()) << sessionBus->errors();
-
     accessibilityLauncher = std::make_unique<ChildProcess>(
         "/usr/libexec/at-spi-bus-launcher",
         ChildSettings{
             .arguments = {"--launch-immediately"},
             .environment =
-                {{"DBUS_SESSION_BUS_ADDRESS", session},
+                {{"DBUS_SESSION_BUS_ADDRESS", sessionAddress()},
                  {"GSETTINGS_BACKEND", "memory"},
                  {"XDG_RUNTIME_DIR", runtimeFolder.string()}},
         });
-    const auto name = QString::fromStdString(session);
+    const auto name = QString::fromStdString(sessionAddress());
     const auto connection = QDBusConnection::connectToBus(name, name);
     EXPECT_TRUE(awaitSparingly([&] {
         accessibility = accessibilityAddressOn(connection);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tests/app/MessageBus.h"
 #include "tests/support/ChildProcess.h"
 
 #include <filesystem>
@@ -21,14 +22,13 @@ public:
     ~SessionBuses();
 
     /// The value of DBUS_SESSION_BUS_ADDRESS for programs that are to use the session bus.
-    [[nodiscard]] const std::string& sessionAddress() const { return session; }
+    [[nodiscard]] const std::string& sessionAddress() const { return bus.address(); }
 
     [[nodiscard]] const std::string& accessibilityAddress() const { return accessibility; }
 
 private:
-    std::unique_ptr<ChildProcess> sessionBus;
+    MessageBus bus;
     std::unique_ptr<ChildProcess> accessibilityLauncher;
-    std::string session;
     std::string accessibility;
 };
 
