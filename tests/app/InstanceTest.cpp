@@ -286,12 +286,12 @@ TEST_F(Instance, OutlivesItsBus)
     ProgramSession first(onBus());
     first.start();
     ASSERT_TRUE(isTheOne(first));
-    const std::string errors = first.program().errors();
     bus.end();
     ProgramSession::waitThrottleOut();
     first.deliver("text Your code is 482913.");
     EXPECT_EQ(first.readReaction().back(), std::string(ProgramSession::reactionPrefix) + "482913");
-    EXPECT_EQ(first.program().errors(), errors);
+    EXPECT_THAT(first.program().errors(), Not(HasSubstr("Bus")));
+    EXPECT_THAT(first.program().errors(), Not(HasSubstr("orlimo")));
 
     ProgramSession second(onBus());
     second.start();
