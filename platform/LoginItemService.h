@@ -43,7 +43,7 @@ public:
 
     /// Has `handler` told of answers that come later, in the place of the one before. A host that
     /// answers at once never calls it.
-    virtual void setAnswerHandler(AnswerHandler handler) { static_cast<void>(handler); }
+    virtual void setAnswerHandler(const AnswerHandler& /*handler*/) {}
 };
 
 /// The running program's own. Lives to the end of the process.

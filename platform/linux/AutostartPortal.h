@@ -48,11 +48,10 @@ public:
     /// Whether the answer to a question is still to come.
     [[nodiscard]] bool isAsking() const { return static_cast<bool>(handler); }
 
-private Q_SLOTS:
-    /// The portal's signal. The message tells which question it answers.
-    void responseCame(uint response, const QVariantMap& results, const QDBusMessage& message);
-
 private:
+    /// The portal's signal. The message tells which question it answers.
+    Q_SLOT void
+    responseCame(uint response, const QVariantMap& results, const QDBusMessage& message);
     [[nodiscard]] QString requestPath(const QString& token) const;
     [[nodiscard]] bool listen(bool on);
     void callEnded(const QString& path, const QDBusPendingCall& call);

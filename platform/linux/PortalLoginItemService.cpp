@@ -31,9 +31,9 @@ std::optional<ServiceError> PortalLoginItemService::unregisterItem()
     return wish(false);
 }
 
-void PortalLoginItemService::setAnswerHandler(AnswerHandler handler)
+void PortalLoginItemService::setAnswerHandler(const AnswerHandler& handler)
 {
-    tell = std::move(handler);
+    tell = handler;
 }
 
 std::optional<ServiceError> PortalLoginItemService::wish(bool registered)

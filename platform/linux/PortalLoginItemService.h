@@ -35,7 +35,7 @@ public:
     [[nodiscard]] LoginItemStatus status() const override { return lastStatus; }
     [[nodiscard]] std::optional<ServiceError> registerItem() override;
     [[nodiscard]] std::optional<ServiceError> unregisterItem() override;
-    void setAnswerHandler(AnswerHandler handler) override;
+    void setAnswerHandler(const AnswerHandler& handler) override;
 
 private:
     [[nodiscard]] std::optional<ServiceError> wish(bool registered);

@@ -22,11 +22,13 @@ ChildSettings clipboardTool(const std::string& display, std::vector<std::string>
 } // namespace
 
 XServer::XServer(const std::string& screen)
-    // The server picks a free display and writes its number to standard output.
+    // The server picks a free display and writes its number to standard output. It keeps what it
+    // has when its last client goes, for the next one.
     : server(
           "/usr/bin/Xvfb",
           {
-              .arguments = {"-displayfd", "1", "-screen", "0", screen, "-nolisten", "tcp"},
+              .arguments =
+                  {"-displayfd", "1", "-noreset", "-screen", "0", screen, "-nolisten", "tcp"},
               .beforeStart = endWithParent,
           })
 {

@@ -1,5 +1,6 @@
 #include "login/LaunchAtLoginToggle.h"
 
+#include "tests/platform/MarkingTranslator.h"
 #include "tests/support/CapturedSyslog.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -8,11 +9,9 @@
 #include <QLabel>
 #include <QSignalSpy>
 #include <QTest>
-#include <QTranslator>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
@@ -24,27 +23,6 @@ namespace {
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
-
-/// Turns every text that it is asked for around and says its context.
-class BackwardTranslator final : public QTranslator
-{
-public:
-    BackwardTranslator() { QCoreApplication::installTranslator(this); }
-    ~BackwardTranslator() override { QCoreApplication::removeTranslator(this); }
-    Q_DISABLE_COPY_MOVE(BackwardTranslator)
-
-    [[nodiscard]] bool isEmpty() const override { return false; }
-    [[nodiscard]] QString translate(
-        const char* context,
-        const char* sourceText,
-        const char* /*disambiguation*/,
-        int /*n*/) const override
-    {
-        QString text = QString::fromUtf8(sourceText);
-        std::reverse(text.begin(), text.end());
-        return QString::fromUtf8(context) + QLatin1Char(':') + text;
-    }
-};
 
 template <typename Label> Switch& switchOf(const LaunchAtLogin::Toggle<Label>& toggle)
 {
@@ -89,7 +67,7 @@ TEST_F(LaunchAtLoginToggle, ObservesTheSharedObservableHoweverItIsMade)
 
 TEST_F(LaunchAtLoginToggle, WithoutArgumentIsTitledAsIsInEveryLanguage)
 {
-    const BackwardTranslator translator;
+    const MarkingTranslator translator;
     const LaunchAtLogin::Toggle<> toggle;
     EXPECT_EQ(toggle.label().text(), QStringLiteral("Launch at login"));
     EXPECT_EQ(announcedName(switchOf(toggle)), QStringLiteral("Launch at login"));
@@ -97,7 +75,7 @@ TEST_F(LaunchAtLoginToggle, WithoutArgumentIsTitledAsIsInEveryLanguage)
 
 TEST_F(LaunchAtLoginToggle, ShowsAnyStringAsItIs)
 {
-    const BackwardTranslator translator;
+    const MarkingTranslator translator;
     for (const auto& title :
          {QStringLiteral("Drag & drop"),
           QStringLiteral("<b>bold</b> &amp;"),
@@ -116,10 +94,10 @@ TEST_F(LaunchAtLoginToggle, LooksALocalizedKeyUp)
 {
     const LocalizedStringKey key{"orlimo::Test", "Start"};
     EXPECT_EQ(LaunchAtLogin::Toggle<>(key).label().text(), QStringLiteral("Start"));
-    const BackwardTranslator translator;
+    const MarkingTranslator translator;
     const LaunchAtLogin::Toggle<> toggle(key);
-    EXPECT_EQ(toggle.label().text(), QStringLiteral("orlimo::Test:tratS"));
-    EXPECT_EQ(announcedName(switchOf(toggle)), QStringLiteral("orlimo::Test:tratS"));
+    EXPECT_EQ(toggle.label().text(), QStringLiteral("orlimo::Test: Start"));
+    EXPECT_EQ(announcedName(switchOf(toggle)), QStringLiteral("orlimo::Test: Start"));
 }
 
 TEST_F(LaunchAtLoginToggle, BuildsItsLabelOnceAtTheBeginning)

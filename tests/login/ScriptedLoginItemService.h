@@ -4,7 +4,6 @@
 
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace orlimo {
@@ -25,7 +24,7 @@ public:
     /// Told of answers that come later; empty until somebody wants to be.
     AnswerHandler answered;
 
-    void setAnswerHandler(AnswerHandler handler) override { answered = std::move(handler); }
+    void setAnswerHandler(const AnswerHandler& handler) override { answered = handler; }
 
     [[nodiscard]] LoginItemStatus status() const override
     {

@@ -214,6 +214,13 @@ INSTANTIATE_TEST_SUITE_P(
             LoginItemStatus::requiresApproval,
             "register: org.freedesktop.portal.Background: Operation canceled"},
         AnswerCase{
+            "CancelledWhateverElseItSays",
+            true,
+            1,
+            autostart(true),
+            LoginItemStatus::requiresApproval,
+            "register: org.freedesktop.portal.Background: Operation canceled"},
+        AnswerCase{
             "Failed",
             true,
             2,
@@ -304,11 +311,14 @@ TEST_F(PortalLoginItem, IsToldOncePerQuestion)
     portal->onRequest([](ScriptedPortal& me, const ScriptedPortal::Request& request) {
         me.respond(request, 0, autostart(true));
         me.respond(request, 1, {});
-        me.refuse(request, QStringLiteral("too late"));
     });
     EXPECT_EQ(service->registerItem(), std::nullopt);
     ASSERT_TRUE(awaitAnswers(1));
-    portal->onRequest(responding(0, autostart(true)));
+    portal->onRequest([](ScriptedPortal& me, const ScriptedPortal::Request& request) {
+        me.refuse(me.requests().front(), QStringLiteral("too late"));
+        me.accept(request);
+        me.respond(request, 0, autostart(true));
+    });
     EXPECT_EQ(service->registerItem(), std::nullopt);
     ASSERT_TRUE(awaitAnswers(2));
     EXPECT_THAT(answers, ElementsAre("register: done", "register: done"));
@@ -357,7 +367,8 @@ TEST_F(PortalLoginItem, TellsOfAPortalThatDoesNotEvenAccept)
     startService(std::chrono::milliseconds(200));
     portal->onRequest([](ScriptedPortal&, const ScriptedPortal::Request&) {});
     EXPECT_EQ(service->registerItem(), std::nullopt);
-    ASSERT_TRUE(awaitAnswers(1));
+    // Sooner than the bus would give up by itself.
+    ASSERT_TRUE(await([this] { return !answers.empty(); }, std::chrono::seconds(20)));
     EXPECT_EQ(service->status(), LoginItemStatus::notRegistered);
     EXPECT_THAT(answers, ElementsAre(StartsWith("register: org.freedesktop.portal.Background: ")));
 }
@@ -400,7 +411,6 @@ TEST_F(PortalLoginItem, AsksOneQuestionAtATimeAndThenTheLast)
 {
     EXPECT_EQ(service->registerItem(), std::nullopt);
     ASSERT_TRUE(awaitRequests(1));
-    EXPECT_EQ(service->unregisterItem(), std::nullopt);
     EXPECT_EQ(service->registerItem(), std::nullopt);
     EXPECT_EQ(service->unregisterItem(), std::nullopt);
     portal->respond(portal->requests().front(), 1, {});
