@@ -51,9 +51,10 @@ const DataControlProtocol* DataControlConnection::offeredBy(const WaylandRegistr
     if (registry.find(wl_seat_interface.name) == nullptr) {
         return nullptr;
     }
-    const auto found = std::ranges::find_if(dataControlProtocols, [&](const auto* candidate) {
-        return registry.find(candidate->manager.name) != nullptr;
-    });
+    const auto* const found =
+        std::ranges::find_if(dataControlProtocols, [&](const auto* candidate) {
+            return registry.find(candidate->manager.name) != nullptr;
+        });
     return found == dataControlProtocols.end() ? nullptr : *found;
 }
 
@@ -86,7 +87,7 @@ bool DataControlConnection::begin(WaylandDisplay::Deadline deadline)
     return display.has_value();
 }
 
-bool DataControlConnection::setText(SharedText text, WaylandDisplay::Deadline deadline)
+bool DataControlConnection::setText(const SharedText& text, WaylandDisplay::Deadline deadline)
 {
     // What the compositor has said comes first: that it is gone, or that a seat is.
     if (!display || !display->dispatch() || devices.empty()) {

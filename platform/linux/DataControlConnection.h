@@ -26,7 +26,7 @@ public:
     /// where it does not offer this or has no seat, and where it does not say so before `deadline`.
     /// `transfers` must outlive the connection.
     [[nodiscard]] static std::unique_ptr<DataControlConnection>
-    open(const std::string& display, WaylandDisplay::Deadline deadline, TextTransfers& transfers);
+    open(const std::string& name, WaylandDisplay::Deadline deadline, TextTransfers& transfers);
 
     DataControlConnection(const DataControlConnection&) = delete;
     DataControlConnection& operator=(const DataControlConnection&) = delete;
@@ -38,7 +38,7 @@ public:
     /// Puts `text` on the clipboard of every seat: on its way to the compositor when this returns.
     /// False when the connection is lost, when the compositor does not take it before `deadline`,
     /// and when there is no seat; the connection is then of no more use.
-    [[nodiscard]] bool setText(SharedText text, WaylandDisplay::Deadline deadline);
+    [[nodiscard]] bool setText(const SharedText& text, WaylandDisplay::Deadline deadline);
 
 private:
     DataControlConnection(WaylandDisplay connected, TextTransfers& readers);

@@ -18,13 +18,13 @@ namespace orlimo {
 class DataControlDevice
 {
 public:
-    /// For `seat`. The manager and the transfers must outlive the device; `takenOver` is called
-    /// each time another program has replaced our text.
+    /// For the clipboard of `seatOfClipboard`. The manager and the readers must outlive the device;
+    /// `takenOver` is called each time another program has replaced our text.
     DataControlDevice(
-        const WaylandProxy& manager,
-        const DataControlProtocol& protocol,
-        WaylandProxy seat,
-        TextTransfers& transfers,
+        const WaylandProxy& dataControlManager,
+        const DataControlProtocol& namesOfAll,
+        WaylandProxy seatOfClipboard,
+        TextTransfers& readers,
         std::function<void()> takenOver);
     DataControlDevice(const DataControlDevice&) = delete;
     DataControlDevice& operator=(const DataControlDevice&) = delete;

@@ -109,7 +109,7 @@ template <typename Names>
 constexpr wl_interface
     Tables<Names>::offer = interface(Names::offer, 1, offerRequests, offerEvents);
 
-template <typename Names> constexpr DataControlProtocol protocol()
+template <typename Names> constexpr DataControlProtocol protocol() noexcept
 {
     using Named = Tables<Names>;
     return {Named::manager, Named::device, Named::source, Named::offer};

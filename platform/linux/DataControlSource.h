@@ -15,14 +15,14 @@ namespace orlimo {
 class DataControlSource
 {
 public:
-    /// Makes the object through `manager` and tells it what is on offer. Readers are served by
-    /// `transfers`, which must outlive it; `cancelled` is called when no more readers will come,
+    /// Makes the object through `manager` and tells it what is on offer. Those who ask join the
+    /// `readers`, which must outlive it; `cancelled` is called when no more readers will come,
     /// and may end the source.
     DataControlSource(
         const WaylandProxy& manager,
         const DataControlProtocol& protocol,
-        SharedText text,
-        TextTransfers& transfers,
+        SharedText textOnOffer,
+        TextTransfers& readers,
         std::function<void(DataControlSource&)> cancelled);
     DataControlSource(const DataControlSource&) = delete;
     DataControlSource& operator=(const DataControlSource&) = delete;

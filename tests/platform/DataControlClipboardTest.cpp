@@ -485,7 +485,9 @@ TEST_F(DataControlClipboardTest, ConnectsAnewAfterItWasToldOfAnError)
     start();
     testing::internal::CaptureStderr(); // the library says what it was told
     const std::size_t withCompositor = openDescriptors();
+    set("12345");
     set("123456");
+    EXPECT_TRUE(awaitCount(Kind::offer, 1)); // nothing else is on its way beside the error
     compositor->postError();
     EXPECT_TRUE(await([&] { return openDescriptors() == withCompositor; }));
     EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::HasSubstr("the test says so"));
