@@ -39,9 +39,9 @@ QDBusMessage question()
 } // namespace
 
 StatusNotifierHosts::StatusNotifierHosts(
-    std::function<void()> whoIsTold, const QDBusConnection& sessionBus)
+    std::function<void()> whoIsTold, QDBusConnection sessionBus)
     : didChange(std::move(whoIsTold))
-    , bus(sessionBus)
+    , bus(std::move(sessionBus))
     , watchers(watcherName(), bus, QDBusServiceWatcher::WatchForOwnerChange)
 {
     if (!bus.isConnected()) {

@@ -20,15 +20,13 @@ public:
     /// Asks at once; `whoIsTold` is called in the event loop, each time the answer is another one.
     explicit StatusNotifierHosts(
         std::function<void()> whoIsTold,
-        const QDBusConnection& sessionBus = QDBusConnection::sessionBus());
+        QDBusConnection sessionBus = QDBusConnection::sessionBus());
 
     /// Whether there is such a panel. None while nobody has answered.
     [[nodiscard]] std::optional<bool> exist() const { return answer; }
 
-private Q_SLOTS:
-    void ask();
-
 private:
+    Q_SLOT void ask();
     void watcherDidChange(const QString& owner);
     void learn(std::optional<bool> newAnswer);
 

@@ -3,7 +3,6 @@
 #include <QByteArray>
 #include <QCoreApplication>
 #include <QGuiApplication>
-#include <QMetaObject>
 
 #include <array>
 #include <cstdlib>
@@ -87,6 +86,9 @@ SystemTraySelection::SystemTraySelection(std::function<void()> whoIsTold)
     if (connection == nullptr) {
         return;
     }
+    lookSoon.setSingleShot(true);
+    lookSoon.setInterval(0);
+    QObject::connect(&lookSoon, &QTimer::timeout, this, &SystemTraySelection::look);
     const int screen = screenNumber();
     selection = atom(connection, "_NET_SYSTEM_TRAY_S" + std::to_string(screen));
     manager = atom(connection, "MANAGER");
@@ -102,7 +104,7 @@ bool SystemTraySelection::nativeEventFilter(
         tellsOfTrays(*static_cast<const xcb_generic_event_t*>(message)))
     {
         // Later, when the toolkit has dealt with it as well: it docks its icons anew.
-        QMetaObject::invokeMethod(this, &SystemTraySelection::look, Qt::QueuedConnection);
+        lookSoon.start();
     }
     return false;
 }

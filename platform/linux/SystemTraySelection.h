@@ -2,6 +2,7 @@
 
 #include <QAbstractNativeEventFilter>
 #include <QObject>
+#include <QTimer>
 
 #include <functional>
 
@@ -29,8 +30,8 @@ private:
     [[nodiscard]] xcb_window_t currentOwner() const;
 
     std::function<void()> didChange;
+    QTimer lookSoon;
     xcb_connection_t* connection = nullptr;
-    xcb_window_t root = XCB_NONE;
     xcb_atom_t selection = XCB_NONE;
     xcb_atom_t manager = XCB_NONE;
     xcb_window_t owner = XCB_NONE;

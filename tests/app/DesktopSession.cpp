@@ -28,6 +28,23 @@ DesktopSession::DesktopSession(WithoutTray /*kind*/, const std::string& screen)
         ChildSettings{.arguments = {"--sm-disable"}, .environment = environment()});
     EXPECT_TRUE(awaitSparingly([this] { return xWindows.hasWindowManager(); }))
         << windowManager->errors();
+    awaitManagement();
+}
+
+void DesktopSession::awaitManagement() const
+{
+    // What the window manager is told right at its start it may look at only once it is told
+    // something more, which is over when it has looked after one window.
+    {
+        const ChildProcess window(
+            "/usr/bin/xmessage",
+            ChildSettings{.arguments = {"Any window"}, .environment = environment()});
+        EXPECT_TRUE(awaitSparingly([this] {
+            xWindows.stir();
+            return !xWindows.windowsOf(0).empty();
+        })) << windowManager->errors();
+    }
+    EXPECT_TRUE(awaitSparingly([this] { return xWindows.windowsOf(0).empty(); }));
 }
 
 void DesktopSession::startTray(const TrayPlace& place)
@@ -59,9 +76,6 @@ void DesktopSession::startTray(const TrayPlace& place)
 void DesktopSession::awaitTray()
 {
     EXPECT_TRUE(awaitSparingly([this] {
-        // What the window manager is told right at its start it may look at only once it is told
-        // something more.
-        xWindows.stir();
         return xWindows.hasTray() && !xWindows.windowsOf(0).empty();
     })) << tray->errors();
 }

@@ -83,6 +83,7 @@ public:
 private:
     void control(std::vector<std::string> arguments) const;
     void installOpener() const;
+    void awaitManagement() const;
 
     TemporaryFolder folder;
     std::filesystem::path runtimeFolder;

@@ -217,6 +217,47 @@ TEST_F(MenuBarWindowTest, TakesAnOldLossOfFocusForOld)
     EXPECT_TRUE(window->isOpen());
 }
 
+TEST_F(MenuBarWindowTest, TakesTheFocusBackFromAWindowThatOpenedWithIt)
+{
+    other.show();
+    window->openAmongOthers();
+    ASSERT_TRUE(awaitFocus());
+    for (int time = 0; time < 3; ++time) {
+        other.activateWindow();
+        EXPECT_TRUE(await([this] { return content.isActiveWindow(); }));
+        EXPECT_TRUE(window->isOpen());
+        clock.advance(600ms);
+    }
+}
+
+TEST_F(MenuBarWindowTest, ClosesForAWindowThatOpenedWithItTwoSecondsLater)
+{
+    window->openAmongOthers();
+    ASSERT_TRUE(awaitFocus());
+    clock.advance(2s);
+    focusElsewhere();
+    EXPECT_FALSE(window->isOpen());
+}
+
+TEST_F(MenuBarWindowTest, ClosesForAnotherProgramAlsoWhenItOpenedAmongOthers)
+{
+    window->openAmongOthers();
+    ASSERT_TRUE(awaitFocus());
+    QApplication::setActiveWindow(nullptr);
+    EXPECT_FALSE(window->isOpen());
+}
+
+TEST_F(MenuBarWindowTest, HoldsTheFocusOnlyForTheOpeningAmongOthers)
+{
+    window->openAmongOthers();
+    ASSERT_TRUE(awaitFocus());
+    window->close();
+    focusElsewhere();
+    open();
+    focusElsewhere();
+    EXPECT_FALSE(window->isOpen());
+}
+
 TEST_F(MenuBarWindowTest, ClosesOnEscape)
 {
     open();

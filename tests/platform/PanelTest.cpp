@@ -139,7 +139,10 @@ TEST_F(PanelTest, WindowOpensByItselfWhileThePanelIsGone)
     desktop.startTray({});
     desktop.awaitTray();
     // The icon of a panel does not go over to a tray, so that the program is not to be seen.
-    tell("open where there is no icon");
+    ASSERT_TRUE(awaitSparingly([this] {
+        tell("open where there is no icon");
+        return window("Content").has_value();
+    }));
     EXPECT_TRUE(awaitActive("Content"));
 }
 

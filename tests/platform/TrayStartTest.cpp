@@ -106,5 +106,19 @@ TEST_F(TrayStartTest, WindowDoesNotOpenByItselfWhereThereIsATray)
     use();
 }
 
+TEST_F(TrayStartTest, WindowOpensByItselfWhileTheTrayIsGone)
+{
+    desktop.startTray({});
+    startProgram();
+    ASSERT_TRUE(awaitIcon());
+    desktop.killTray();
+    // The program may learn of it later than the test.
+    ASSERT_TRUE(awaitSparingly([this] {
+        tell("open where there is no icon");
+        return window("Content").has_value();
+    }));
+    EXPECT_TRUE(awaitActive("Content"));
+}
+
 } // namespace
 } // namespace orlimo
