@@ -1,0 +1,24 @@
+#include "tests/packaging/CommandResult.h"
+
+#include "tests/support/ParentBond.h"
+
+#include <utility>
+
+namespace orlimo {
+
+CommandResult CommandResult::of(
+    const std::filesystem::path& program, ChildSettings settings, std::chrono::milliseconds limit)
+{
+    settings.beforeStart = [before = std::move(settings.beforeStart)] {
+        endWithParent();
+        if (before) {
+            before();
+        }
+    };
+    ChildProcess process(program, settings);
+    process.closeInput();
+    const auto end = process.awaitEnd(limit);
+    return {end.status, process.output(), process.errors()};
+}
+
+} // namespace orlimo

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "tests/support/ChildProcess.h"
+
+#include <chrono>
+#include <filesystem>
+#include <optional>
+#include <string>
+
+namespace orlimo {
+
+/// How a command ended, and what it wrote.
+struct CommandResult
+{
+    /// Absent when a signal ended it.
+    std::optional<int> status;
+    std::string output;
+    std::string errors;
+
+    /// Runs `program` to its end. Ends it with this process.
+    [[nodiscard]] static CommandResult
+    of(const std::filesystem::path& program,
+       ChildSettings settings,
+       std::chrono::milliseconds limit = generousLimit);
+
+    /// All that it wrote, for a message.
+    [[nodiscard]] std::string text() const { return output + errors; }
+};
+
+} // namespace orlimo
