@@ -133,14 +133,6 @@ TYPED_TEST_P(PasteboardOnWayland, IsTakenAgainFromWhoeverHasTakenIt)
     }
 }
 
-TYPED_TEST_P(PasteboardOnWayland, LeavesThePrimarySelectionAlone)
-{
-    this->desktop().clipboard().copy("selected with the mouse", "primary");
-    this->put("text 482913");
-    ASSERT_TRUE(awaitPaste(this->desktop(), "482913"));
-    EXPECT_EQ(this->desktop().clipboard().paste("primary"), "selected with the mouse");
-}
-
 /// A reader that goes away in the middle of a large text.
 TYPED_TEST_P(PasteboardOnWayland, OutlivesAReaderThatHangsUp)
 {
@@ -233,14 +225,6 @@ TYPED_TEST_P(ClipboardOnWayland, IsTakenAgainFromWhoeverHasTakenIt)
     EXPECT_TRUE(awaitPaste(this->desktop(), "59302"));
 }
 
-TYPED_TEST_P(ClipboardOnWayland, LeavesThePrimarySelectionAlone)
-{
-    this->desktop().clipboard().copy("selected with the mouse", "primary");
-    this->session().deliver("text Your code is 482913.");
-    ASSERT_TRUE(awaitPaste(this->desktop(), "482913"));
-    EXPECT_EQ(this->desktop().clipboard().paste("primary"), "selected with the mouse");
-}
-
 TYPED_TEST_P(ClipboardOnWayland, IsLeftAloneByMessagesWithoutACode)
 {
     this->desktop().clipboard().copy("something that the user copied");
@@ -260,6 +244,21 @@ TYPED_TEST_P(ClipboardOnWayland, IsNotMissedByAProgramThatLosesItsCompositor)
     EXPECT_NE(end.status, 0);
 }
 
+/// The selection that a mouse button pastes, on a desktop that shows it to programs without a
+/// window.
+template <typename Desktop> class PrimarySelectionOnWayland : public ClipboardOnWayland<Desktop>
+{};
+
+TYPED_TEST_SUITE_P(PrimarySelectionOnWayland);
+
+TYPED_TEST_P(PrimarySelectionOnWayland, IsLeftAlone)
+{
+    this->desktop().clipboard().copy("selected with the mouse", "primary");
+    this->session().deliver("text Your code is 482913.");
+    ASSERT_TRUE(awaitPaste(this->desktop(), "482913"));
+    EXPECT_EQ(this->desktop().clipboard().paste("primary"), "selected with the mouse");
+}
+
 REGISTER_TYPED_TEST_SUITE_P(
     PasteboardOnWayland,
     IsThatOfWayland,
@@ -270,7 +269,6 @@ REGISTER_TYPED_TEST_SUITE_P(
     GivesTextThatIsNotAscii,
     GivesTheSameTextAsEachTypeThatItOffers,
     IsTakenAgainFromWhoeverHasTakenIt,
-    LeavesThePrimarySelectionAlone,
     OutlivesAReaderThatHangsUp,
     WaitsForNoReader,
     EndsWithTheCompositor);
@@ -279,8 +277,9 @@ REGISTER_TYPED_TEST_SUITE_P(
     ClipboardOnWayland,
     HoldsTheCodeInThePlaceOfItsOldContents,
     IsTakenAgainFromWhoeverHasTakenIt,
-    LeavesThePrimarySelectionAlone,
     IsLeftAloneByMessagesWithoutACode,
     IsNotMissedByAProgramThatLosesItsCompositor);
+
+REGISTER_TYPED_TEST_SUITE_P(PrimarySelectionOnWayland, IsLeftAlone);
 
 } // namespace orlimo
