@@ -45,6 +45,9 @@ int runApplication(
     orlimo::OrlimoApp app;
     const auto scene = app.body();
     orlimo::LaunchTurns turns(app.appDelegate(), launchedAtLogin, [&] {
+        if (!launchedAtLogin) {
+            scene->menuBarExtra().openWhereThereIsNoIcon();
+        }
         if (instance != nullptr) {
             instance->onActivation([&scene] { scene->menuBarExtra().open(); });
         }

@@ -2,14 +2,12 @@
 #include "platform/ApplicationInstance.h"
 #include "platform/MainThread.h"
 #include "platform/SharedApplication.h"
+#include "platform/ToQString.h"
 #include "platform/linux/ApplicationInterface.h"
 #include "platform/linux/SessionBus.h"
 
-#include <QDBusError>
-
 #include <array>
 #include <chrono>
-#include <optional>
 #include <utility>
 
 namespace orlimo {
@@ -28,8 +26,7 @@ constexpr const char* tokenVariable = "XDG_ACTIVATION_TOKEN";
 /// The name under which the program is found on the bus.
 QString applicationName()
 {
-    constexpr auto name = identity::applicationIdentifier;
-    return QString::fromLatin1(name.data(), static_cast<qsizetype>(name.size()));
+    return toQString(identity::applicationIdentifier);
 }
 
 /// A second name, taken when the program is through with starting. Until then its main thread
@@ -62,56 +59,28 @@ QVariantMap platformData()
     return data;
 }
 
-QDBusMessage callToOther(const QString& interface, const QString& method)
+/// Asks the program at `other` to open its window. True when it says that it has, or while it is
+/// still starting, when the request has reached it.
+bool activate(const QString& other, const SessionBus& bus)
 {
-    auto call = QDBusMessage::createMethodCall(applicationName(), objectPath(), interface, method);
-    // One that has just ended is not started anew: this start takes its place.
-    call.setAutoStartService(false);
-    return call;
-}
-
-/// Asks the other program to open its window. The reply says that it has, or while that program is
-/// still starting, that the request has reached it.
-QDBusMessage activateOther(const SessionBus& bus, const QDeadlineTimer& deadline)
-{
-    auto request =
-        callToOther(QStringLiteral("org.freedesktop.Application"), QStringLiteral("Activate"));
+    auto request = QDBusMessage::createMethodCall(
+        other,
+        objectPath(),
+        QStringLiteral("org.freedesktop.Application"),
+        QStringLiteral("Activate"));
     request << platformData();
-    if (bus.hasOwner(startedName())) {
-        return bus.call(request, deadline);
+    if (bus.ownerOf(startedName()) == other) {
+        return bus.call(request, answerLimit).type() == QDBusMessage::ReplyMessage;
     }
     bus.send(request);
     // The connection answers this one by itself, after it has received the request.
-    return bus.call(
-        callToOther(QStringLiteral("org.freedesktop.DBus.Peer"), QStringLiteral("Ping")), deadline);
-}
-
-/// Whether the other program ended before it could reply.
-bool hasEnded(const QDBusMessage& reply)
-{
-    const auto error = QDBusError(reply).type();
-    return error == QDBusError::ServiceUnknown || error == QDBusError::NoReply;
-}
-
-/// What came of asking the other program; none when there is no other one any more.
-std::optional<Claim> claimBesideOther(const SessionBus& bus, const QDeadlineTimer& deadline)
-{
-    const QDBusMessage reply = activateOther(bus, deadline);
-    if (reply.type() == QDBusMessage::ReplyMessage) {
-        return Claim::activatedOther;
-    }
-    if (!bus.isConnected()) {
-        return Claim::alone;
-    }
-    if (deadline.hasExpired() || !hasEnded(reply)) {
-        return Claim::otherDoesNotAnswer;
-    }
-    return std::nullopt;
+    const auto ping = QDBusMessage::createMethodCall(
+        other, objectPath(), QStringLiteral("org.freedesktop.DBus.Peer"), QStringLiteral("Ping"));
+    return bus.call(ping, answerLimit).type() == QDBusMessage::ReplyMessage;
 }
 
 Claim claimOn(const SessionBus& bus, bool launchedAtLogin)
 {
-    std::optional<QDeadlineTimer> deadline;
     for (;;) {
         switch (bus.take(applicationName())) {
         case SessionBus::Ownership::taken:
@@ -124,12 +93,14 @@ Claim claimOn(const SessionBus& bus, bool launchedAtLogin)
         if (launchedAtLogin) {
             return Claim::activatedOther;
         }
-        if (!deadline) {
-            deadline.emplace(answerLimit);
+        const QString other = bus.ownerOf(applicationName());
+        if (!other.isEmpty() && activate(other, bus)) {
+            return Claim::activatedOther;
         }
-        if (const auto claim = claimBesideOther(bus, *deadline)) {
-            return *claim;
+        if (!other.isEmpty() && bus.ownerOf(applicationName()) == other) {
+            return Claim::otherDoesNotAnswer;
         }
+        // It has ended in the meantime: this start takes its place.
     }
 }
 

@@ -7,6 +7,7 @@
 
 #include <QApplication>
 #include <QPointer>
+#include <QSessionManager>
 #include <QTimer>
 
 #include <utility>
@@ -29,6 +30,8 @@ public:
         ActivationObserver activations([&delegate] { delegate.applicationWillBecomeActive(); });
         ApplicationActivity activity(
             [&activations](bool isActive) { activations.activityDidChange(isActive); });
+
+        stayOutOfSavedSessions(activity);
 
         delegate.applicationWillFinishLaunching();
         QTimer firstTurn;
@@ -64,6 +67,17 @@ public:
     }
 
 private:
+    /// A saved session would start the program at the next login, beside the login item. Lasts as
+    /// long as `context`.
+    static void stayOutOfSavedSessions(QObject& context)
+    {
+        const auto refuse = [](QSessionManager& manager) {
+            manager.setRestartHint(QSessionManager::RestartNever);
+        };
+        QObject::connect(qApp, &QGuiApplication::commitDataRequest, &context, refuse);
+        QObject::connect(qApp, &QGuiApplication::saveStateRequest, &context, refuse);
+    }
+
     QPointer<AboutPanel> aboutPanel;
     bool isTerminating = false;
 };

@@ -1,7 +1,5 @@
 #include "platform/linux/SessionBus.h"
 
-#include <algorithm>
-#include <chrono>
 #include <cstdint>
 
 namespace orlimo {
@@ -21,8 +19,7 @@ SessionBus::Ownership SessionBus::take(const QString& name) const
     constexpr std::uint32_t doNotQueue = 4;
     constexpr std::uint32_t primaryOwner = 1;
     constexpr std::uint32_t exists = 3;
-    const QDBusMessage reply = askBus(QStringLiteral("RequestName"), {name, doNotQueue});
-    switch (reply.arguments().value(0).toUInt()) {
+    switch (askBus(QStringLiteral("RequestName"), {name, doNotQueue}).toUInt()) {
     case primaryOwner:
         return Ownership::taken;
     case exists:
@@ -32,9 +29,9 @@ SessionBus::Ownership SessionBus::take(const QString& name) const
     }
 }
 
-bool SessionBus::hasOwner(const QString& name) const
+QString SessionBus::ownerOf(const QString& name) const
 {
-    return askBus(QStringLiteral("NameHasOwner"), {name}).arguments().value(0).toBool();
+    return askBus(QStringLiteral("GetNameOwner"), {name}).toString();
 }
 
 void SessionBus::put(QObject& object, const QString& path)
@@ -42,14 +39,12 @@ void SessionBus::put(QObject& object, const QString& path)
     connection.registerObject(path, &object, QDBusConnection::ExportAllSlots);
 }
 
-QDBusMessage SessionBus::call(const QDBusMessage& message, const QDeadlineTimer& deadline) const
+QDBusMessage SessionBus::call(const QDBusMessage& message, std::chrono::milliseconds limit) const
 {
-    const auto left =
-        std::chrono::ceil<std::chrono::milliseconds>(deadline.remainingTimeAsDuration());
-    return connection.call(message, QDBus::Block, std::max(1, static_cast<int>(left.count())));
+    return connection.call(message, QDBus::Block, static_cast<int>(limit.count()));
 }
 
-QDBusMessage SessionBus::askBus(const QString& method, const QVariantList& arguments) const
+QVariant SessionBus::askBus(const QString& method, const QVariantList& arguments) const
 {
     auto request = QDBusMessage::createMethodCall(
         QStringLiteral("org.freedesktop.DBus"),
@@ -57,7 +52,9 @@ QDBusMessage SessionBus::askBus(const QString& method, const QVariantList& argum
         QStringLiteral("org.freedesktop.DBus"),
         method);
     request.setArguments(arguments);
-    return connection.call(request);
+    const QDBusMessage reply = connection.call(request);
+    // An error has an argument, too: its text.
+    return reply.type() == QDBusMessage::ReplyMessage ? reply.arguments().value(0) : QVariant();
 }
 
 } // namespace orlimo

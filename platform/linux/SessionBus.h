@@ -2,8 +2,10 @@
 
 #include <QDBusConnection>
 #include <QDBusMessage>
-#include <QDeadlineTimer>
 #include <QString>
+#include <QVariant>
+
+#include <chrono>
 
 namespace orlimo {
 
@@ -30,19 +32,22 @@ public:
     /// Takes `name` for this connection unless somebody else has it.
     [[nodiscard]] Ownership take(const QString& name) const;
 
-    [[nodiscard]] bool hasOwner(const QString& name) const;
+    /// The connection that has `name`, by the name that no other one ever has; empty when there is
+    /// none.
+    [[nodiscard]] QString ownerOf(const QString& name) const;
 
     /// Puts `object`, which stays the caller's, on the bus with all its slots.
     void put(QObject& object, const QString& path);
 
     void send(const QDBusMessage& message) const { connection.send(message); }
 
-    /// The reply to `message`, an error when there is none by the `deadline`.
+    /// The reply to `message`, an error when there is none within `limit`.
     [[nodiscard]] QDBusMessage
-    call(const QDBusMessage& message, const QDeadlineTimer& deadline) const;
+    call(const QDBusMessage& message, std::chrono::milliseconds limit) const;
 
 private:
-    [[nodiscard]] QDBusMessage askBus(const QString& method, const QVariantList& arguments) const;
+    /// The bus's own answer; invalid when it answers with an error or not at all.
+    [[nodiscard]] QVariant askBus(const QString& method, const QVariantList& arguments) const;
 
     QString connectionName;
     QDBusConnection connection;

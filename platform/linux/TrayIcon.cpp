@@ -1,11 +1,11 @@
 #include "platform/linux/TrayIcon.h"
 
 #include "platform/ApplicationIdentity.h"
+#include "platform/ToQString.h"
 #include "platform/linux/PanelIcon.h"
 
 #include <QApplication>
 #include <QEvent>
-#include <QString>
 
 #include <chrono>
 #include <utility>
@@ -32,9 +32,7 @@ TrayIcon::TrayIcon(QIcon label, Handlers whatToDo, UptimeClock uptimeClock)
         [this] { handlers.quit(); });
     QObject::connect(&icon, &QSystemTrayIcon::activated, this, &TrayIcon::wasActivated);
     icon.setContextMenu(&menu);
-    icon.setToolTip(QString::fromUtf8(
-        identity::applicationName.data(),
-        static_cast<qsizetype>(identity::applicationName.size())));
+    icon.setToolTip(toQString(identity::applicationName));
     icon.show();
 }
 

@@ -2,7 +2,7 @@
 
 #include "tests/app/ProgramSession.h"
 #include "tests/platform/ScriptedPortal.h"
-#include "tests/support/OwnSessionBus.h"
+#include "tests/support/MessageBus.h"
 
 #include <QStringList>
 #include <gmock/gmock.h>
@@ -47,7 +47,7 @@ protected:
     }
 
     TemporaryFolder folder;
-    OwnSessionBus bus{folder.path()};
+    MessageBus bus{folder.path()};
     std::vector<std::string> launcher = sandboxLauncher(folder.path());
 };
 

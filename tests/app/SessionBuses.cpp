@@ -1,5 +1,7 @@
 #include "tests/app/SessionBuses.h"
 
+#include "tests/support/Await.h"
+
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <gtest/gtest.h>
@@ -23,7 +25,7 @@ std::string accessibilityAddressOn(const QDBusConnection& session)
 } // namespace
 
 SessionBuses::SessionBuses(const std::filesystem::path& runtimeFolder)
-    : sessionBus(runtimeFolder)
+    : bus(runtimeFolder)
 {
     accessibilityLauncher = std::make_unique<ChildProcess>(
         "/usr/libexec/at-spi-bus-launcher",

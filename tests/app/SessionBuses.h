@@ -1,7 +1,7 @@
 #pragma once
 
 #include "tests/support/ChildProcess.h"
-#include "tests/support/OwnSessionBus.h"
+#include "tests/support/MessageBus.h"
 
 #include <filesystem>
 #include <memory>
@@ -22,12 +22,12 @@ public:
     ~SessionBuses();
 
     /// The value of DBUS_SESSION_BUS_ADDRESS for programs that are to use the session bus.
-    [[nodiscard]] const std::string& sessionAddress() const { return sessionBus.address(); }
+    [[nodiscard]] const std::string& sessionAddress() const { return bus.address(); }
 
     [[nodiscard]] const std::string& accessibilityAddress() const { return accessibility; }
 
 private:
-    OwnSessionBus sessionBus;
+    MessageBus bus;
     std::unique_ptr<ChildProcess> accessibilityLauncher;
     std::string accessibility;
 };

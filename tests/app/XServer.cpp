@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
+
 namespace orlimo {
 
 namespace {
@@ -37,6 +39,16 @@ XServer::~XServer()
 {
     // Asked to end, it takes its lock and its socket away.
     server.terminate();
+}
+
+void XServer::freeze() const
+{
+    server.signal(SIGSTOP);
+}
+
+void XServer::goOn() const
+{
+    server.signal(SIGCONT);
 }
 
 std::string XServer::paste(const std::string& selection) const

@@ -22,6 +22,10 @@ public:
     /// The value of DISPLAY for programs that are to use it.
     [[nodiscard]] const std::string& display() const { return name; }
 
+    /// Has the server stand still: programs that ask it for something wait until it goes on.
+    void freeze() const;
+    void goOn() const;
+
     /// What a program pastes from `selection`, "clipboard" or "primary"; empty when nobody owns it.
     [[nodiscard]] std::string paste(const std::string& selection) const;
 

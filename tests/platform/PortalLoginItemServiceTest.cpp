@@ -5,7 +5,7 @@
 #include "tests/platform/MarkingTranslator.h"
 #include "tests/platform/ScriptedPortal.h"
 #include "tests/support/Await.h"
-#include "tests/support/OwnSessionBus.h"
+#include "tests/support/MessageBus.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <QDBusConnection>
@@ -98,7 +98,7 @@ protected:
     }
 
     TemporaryFolder folder;
-    OwnSessionBus bus{folder.path()};
+    MessageBus bus{folder.path()};
     std::optional<ScriptedPortal> portal;
     std::optional<PortalLoginItemService> service;
     std::vector<std::string> answers;

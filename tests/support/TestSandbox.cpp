@@ -32,7 +32,11 @@ void moveInto(const std::filesystem::path& home)
     }
     std::filesystem::permissions(home / ".runtime", std::filesystem::perms::owner_all);
     for (const char* variable :
-         {"DISPLAY", "WAYLAND_DISPLAY", "DBUS_SESSION_BUS_ADDRESS", "XDG_SESSION_TYPE"})
+         {"DBUS_SESSION_BUS_ADDRESS",
+          "DISPLAY",
+          "SESSION_MANAGER",
+          "WAYLAND_DISPLAY",
+          "XDG_SESSION_TYPE"})
     {
         ::unsetenv(variable);
     }
