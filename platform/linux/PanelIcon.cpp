@@ -2,6 +2,7 @@
 
 #include <QPainter>
 #include <QPixmap>
+#include <QStringList>
 
 namespace orlimo {
 
@@ -19,7 +20,9 @@ QPixmap painted(QPixmap shape, const QColor& color)
 
 QColor panelTextColor(const QString& desktop, const QPalette& palette)
 {
-    const bool alwaysDark = desktop.split(u':').contains(u"GNOME", Qt::CaseInsensitive);
+    const QStringList names = desktop.split(u':');
+    const bool alwaysDark = names.contains(u"GNOME", Qt::CaseInsensitive) ||
+                            names.contains(u"sway", Qt::CaseInsensitive);
     return alwaysDark ? QColor(Qt::white) : palette.color(QPalette::WindowText);
 }
 

@@ -1,6 +1,7 @@
 #include "tests/app/KWinSession.h"
 
 #include "tests/app/DesktopVariables.h"
+#include "tests/app/MissingProgram.h"
 #include "tests/support/ParentBond.h"
 #include "tests/support/PrivateFolder.h"
 
@@ -26,6 +27,11 @@ std::filesystem::path copyOfCompositor(const std::filesystem::path& folder)
 }
 
 } // namespace
+
+std::string KWinSession::obstacle()
+{
+    return missingProgram({"/usr/bin/kwin_wayland", "/usr/bin/wl-copy"});
+}
 
 KWinSession::KWinSession()
     : runtimeFolder(makePrivateFolder(folder.path() / "runtime"))

@@ -18,6 +18,9 @@ namespace orlimo {
 class KWinSession
 {
 public:
+    /// Why this machine cannot start such a desktop; empty where it can.
+    [[nodiscard]] static std::string obstacle();
+
     /// Starts everything and waits until it serves; what does not start is a test failure.
     KWinSession();
     KWinSession(const KWinSession&) = delete;

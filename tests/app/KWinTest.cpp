@@ -4,6 +4,9 @@
 namespace orlimo {
 namespace {
 
+// The compositor shows the primary selection to no program without a window.
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(PrimarySelectionOnWayland);
+
 INSTANTIATE_TYPED_TEST_SUITE_P(KWin, PasteboardOnWayland, KWinSession);
 INSTANTIATE_TYPED_TEST_SUITE_P(KWin, ClipboardOnWayland, KWinSession);
 

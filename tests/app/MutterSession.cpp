@@ -1,6 +1,7 @@
 #include "tests/app/MutterSession.h"
 
 #include "tests/app/DesktopVariables.h"
+#include "tests/app/MissingProgram.h"
 #include "tests/support/ParentBond.h"
 #include "tests/support/PrivateFolder.h"
 
@@ -14,17 +15,23 @@ namespace {
 
 constexpr const char* waylandDisplay = "wayland-mutter";
 
+constexpr const char* socketFolder = "/tmp/.X11-unix";
+
+constexpr auto openToEverybody = std::filesystem::perms::all | std::filesystem::perms::sticky_bit;
+
 /// Makes the folder of X servers' sockets what it is on a machine that was started the usual way,
 /// for the compositor's X server refuses any other. Other X servers make it less open where they
-/// find none.
+/// find none. Somebody else's is left as it is.
 void openSocketFolder()
 {
-    using std::filesystem::perms;
-    const std::filesystem::path sockets = "/tmp/.X11-unix";
-    // Somebody else's is left as it is.
     std::error_code ignored;
-    std::filesystem::create_directory(sockets, ignored);
-    std::filesystem::permissions(sockets, perms::all | perms::sticky_bit, ignored);
+    std::filesystem::create_directory(socketFolder, ignored);
+    std::filesystem::permissions(socketFolder, openToEverybody, ignored);
+}
+
+bool isSocketFolderOpen()
+{
+    return std::filesystem::status(socketFolder).permissions() == openToEverybody;
 }
 
 /// What follows `lead` in `text`, up to a character of `ends`.
@@ -51,12 +58,19 @@ std::filesystem::path authorityIn(const std::filesystem::path& runtimeFolder)
 
 } // namespace
 
+std::string MutterSession::obstacle()
+{
+    openSocketFolder();
+    const std::string missing = missingProgram({"/usr/bin/mutter", "/usr/bin/Xwayland"});
+    return missing.empty() && !isSocketFolderOpen() ? "/tmp/.X11-unix is not open to everybody"
+                                                    : missing;
+}
+
 MutterSession::MutterSession()
     : runtimeFolder(makePrivateFolder(folder.path() / "runtime"))
     , buses(runtimeFolder)
     , tree(buses.accessibilityAddress())
 {
-    openSocketFolder();
     auto variables = environment();
     variables.erase("WAYLAND_DISPLAY");
     variables["GSETTINGS_BACKEND"] = "memory";

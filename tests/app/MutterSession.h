@@ -20,6 +20,9 @@ namespace orlimo {
 class MutterSession
 {
 public:
+    /// Why this machine cannot start such a desktop; empty where it can.
+    [[nodiscard]] static std::string obstacle();
+
     /// Starts everything and waits until it serves; what does not start is a test failure.
     MutterSession();
     MutterSession(const MutterSession&) = delete;

@@ -1,3 +1,4 @@
+#include "tests/app/DesktopTest.h"
 #include "tests/app/MutterSession.h"
 #include "tests/app/PlatformPlugin.h"
 #include "tests/app/ProgramSession.h"
@@ -12,44 +13,52 @@ namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::IsEmpty;
 
 /// A Wayland desktop that gives the clipboard only to the program with the focus, but has an X
 /// server.
-class OnMutter : public testing::Test
+class OnMutter : public DesktopTest<MutterSession>
 {
 protected:
     /// Waits until `expected` is what the compositor reads; says what is there instead when it is
     /// not.
     [[nodiscard]] testing::AssertionResult awaitPaste(const std::string& expected)
     {
-        if (awaitSparingly([&] { return desktop.clipboard().paste() == expected; })) {
+        if (awaitSparingly([&] { return desktop().clipboard().paste() == expected; })) {
             return testing::AssertionSuccess();
         }
         return testing::AssertionFailure()
-               << "the clipboard holds \"" << desktop.clipboard().paste().value_or("nothing")
+               << "the clipboard holds \"" << desktop().clipboard().paste().value_or("nothing")
                << '"';
     }
-
-    MutterSession desktop;
 };
 
-/// The program's own way to the clipboard, in a small program of X that never has a window.
+/// The program's own way to the clipboard, in a small program that never has a window.
 class PasteboardOnMutter : public OnMutter
 {
 protected:
-    [[nodiscard]] std::map<std::string, std::optional<std::string>> onX() const
+    void SetUp() override
     {
-        auto variables = desktop.environment();
-        variables["QT_QPA_PLATFORM"] = "xcb";
-        return variables;
+        OnMutter::SetUp();
+        if (!IsSkipped()) {
+            ownProbe.emplace(
+                ORLIMO_CLIPBOARD_PROBE,
+                ChildSettings{
+                    .environment = desktop().environment(), .beforeStart = endWithParent});
+        }
     }
 
-    void put(const std::string& command) { ASSERT_EQ(probe.ask(command), "done"); }
+    [[nodiscard]] ChildProcess& probe() { return *ownProbe; }
 
-    ChildProcess probe{
-        ORLIMO_CLIPBOARD_PROBE, {.environment = onX(), .beforeStart = endWithParent}};
+    void put(const std::string& command) { ASSERT_EQ(probe().ask(command), "done"); }
+
+private:
+    std::optional<ChildProcess> ownProbe;
 };
+
+TEST_F(PasteboardOnMutter, IsThatOfX)
+{
+    EXPECT_EQ(probe().ask("platform"), "xcb");
+}
 
 TEST_F(PasteboardOnMutter, TakesTwoHundredTextsOneAfterTheOther)
 {
@@ -70,7 +79,7 @@ TEST_F(PasteboardOnMutter, GivesALargeTextCompletely)
     put("digits " + std::to_string(text.size()));
     std::optional<std::string> pasted;
     ASSERT_TRUE(awaitSparingly([&] {
-        pasted = desktop.clipboard().paste();
+        pasted = desktop().clipboard().paste();
         return pasted && pasted->size() >= text.size();
     }));
     EXPECT_TRUE(*pasted == text) << pasted->size() << " bytes of " << text.size();
@@ -82,17 +91,17 @@ TEST_F(PasteboardOnMutter, IsTakenAgainFromWhoeverHasTakenIt)
         const std::string text = "48291" + std::to_string(round);
         put("text " + text);
         ASSERT_TRUE(awaitPaste(text));
-        desktop.copy("mine now " + text);
+        desktop().copy("mine now " + text);
     }
 }
 
-/// The program on that desktop.
+/// The program on that desktop().
 class ProgramOnMutter : public OnMutter
 {
 protected:
     void start(std::map<std::string, std::optional<std::string>> ownVariables = {})
     {
-        ownVariables.merge(desktop.environment());
+        ownVariables.merge(desktop().environment());
         session.emplace(ProgramSession::Settings{
             .environment = std::move(ownVariables), .beforeStart = endWithParent});
         session->start();
@@ -107,7 +116,7 @@ TEST_F(ProgramOnMutter, PutsTheCodeOnTheClipboardWithoutTheFocus)
 {
     start();
     EXPECT_EQ(platformOf(program().processId()), "xcb");
-    desktop.copy("something that the user copied");
+    desktop().copy("something that the user copied");
     for (const char* code : {"482913", "59302", "7764"}) {
         session->awaitOpenThrottle();
         session->deliver("text Your code is " + std::string(code) + ".");
@@ -121,12 +130,12 @@ TEST_F(ProgramOnMutter, PutsTheCodeOnTheClipboardWithoutTheFocus)
 TEST_F(ProgramOnMutter, LeavesTheClipboardAloneWhenThereIsNoCode)
 {
     start();
-    desktop.copy("something that the user copied");
+    desktop().copy("something that the user copied");
     session->awaitOpenThrottle();
     session->deliver("text Lunch at noon?");
     ASSERT_TRUE(program().awaitLine("Lunch at noon?"));
     runEventLoop(std::chrono::milliseconds(200));
-    EXPECT_EQ(desktop.clipboard().paste(), "something that the user copied\n");
+    EXPECT_EQ(desktop().clipboard().paste(), "something that the user copied\n");
 }
 
 TEST_F(ProgramOnMutter, IsOnWaylandWhereTheUserWantsIt)

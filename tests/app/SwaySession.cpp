@@ -1,6 +1,7 @@
 #include "tests/app/SwaySession.h"
 
 #include "tests/app/DesktopVariables.h"
+#include "tests/app/MissingProgram.h"
 #include "tests/support/ParentBond.h"
 #include "tests/support/Preloading.h"
 #include "tests/support/PrivateFolder.h"
@@ -72,6 +73,11 @@ void collect(const QJsonObject& node, bool isFloating, std::vector<SwayWindow>& 
 }
 
 } // namespace
+
+std::string SwaySession::obstacle()
+{
+    return missingProgram({"/usr/bin/sway", "/usr/bin/swaybar", "/usr/bin/wl-copy"});
+}
 
 SwaySession::SwaySession(Bar atTheStart)
     : runtimeFolder(makePrivateFolder(folder.path() / "runtime"))
@@ -174,9 +180,12 @@ void SwaySession::command(const std::string& words) const
 
 bool SwaySession::showsIcon() const
 {
+    constexpr QPoint inTheMiddle(500, 2);
+    constexpr QSize line(24, 20);
     constexpr int half = 6;
     const QRect place(onlyIcon - QPoint(half, half), onlyIcon + QPoint(half, half));
-    return xWindows.coloursIn(place) > 1;
+    // The bar is there, and it is not empty.
+    return xWindows.coloursIn({inTheMiddle, line}) == 1 && xWindows.coloursIn(place) > 1;
 }
 
 void SwaySession::click(const QPoint& point, int button) const

@@ -32,6 +32,9 @@ public:
         absent, ///< until `startBar`
     };
 
+    /// Why this machine cannot start such a desktop; empty where it can.
+    [[nodiscard]] static std::string obstacle();
+
     /// Starts everything and waits until it serves; what does not start is a test failure.
     explicit SwaySession(Bar bar = Bar::shown);
     SwaySession(const SwaySession&) = delete;

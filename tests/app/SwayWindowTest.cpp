@@ -1,3 +1,4 @@
+#include "tests/app/DesktopTest.h"
 #include "tests/app/PlatformPlugin.h"
 #include "tests/app/ProgramSession.h"
 #include "tests/app/SwaySession.h"
@@ -16,16 +17,27 @@ namespace {
 using testing::SizeIs;
 
 /// The program on a Wayland desktop whose bar has a tray.
-class ProgramOnSway : public testing::Test
+class ProgramOnSway : public DesktopTest<SwaySession>
 {
 protected:
+    void SetUp() override
+    {
+        DesktopTest::SetUp();
+        if (!IsSkipped()) {
+            ownSession.emplace(ProgramSession::Settings{
+                .environment = desktop().environment(), .beforeStart = endWithParent});
+        }
+    }
+
+    [[nodiscard]] ProgramSession& session() { return *ownSession; }
+
     void start()
     {
-        session.startWriter();
-        session.deliver("text Your code is 482913.");
-        session.startProgram();
-        ASSERT_TRUE(session.program().awaitLine("file access allowed"))
-            << session.program().errors();
+        session().startWriter();
+        session().deliver("text Your code is 482913.");
+        session().startProgram();
+        ASSERT_TRUE(session().program().awaitLine("file access allowed"))
+            << session().program().errors();
     }
 
     [[nodiscard]] testing::AssertionResult awaitIcon()
@@ -33,14 +45,15 @@ protected:
         if (awaitSparingly([this] { return icon().has_value(); })) {
             return testing::AssertionSuccess();
         }
-        return testing::AssertionFailure() << "no icon in the tray; " << session.program().errors();
+        return testing::AssertionFailure()
+               << "no icon in the tray; " << session().program().errors();
     }
 
     /// The program's icon: its name on the bus.
-    [[nodiscard]] std::optional<std::string> icon() const
+    [[nodiscard]] std::optional<std::string> icon()
     {
-        for (const std::string& service : desktop.tray().services()) {
-            if (desktop.tray().titleOf(service) == "Orlimo") {
+        for (const std::string& service : desktop().tray().services()) {
+            if (desktop().tray().titleOf(service) == "Orlimo") {
                 return service;
             }
         }
@@ -49,7 +62,7 @@ protected:
 
     [[nodiscard]] std::vector<SwayWindow> windows()
     {
-        return desktop.windowsOf(session.program().processId());
+        return desktop().windowsOf(session().program().processId());
     }
 
     [[nodiscard]] bool awaitOpen()
@@ -62,23 +75,27 @@ protected:
 
     [[nodiscard]] bool awaitClosed()
     {
-        return awaitSparingly([this] { return windows().empty(); });
-    }
-
-    /// Clicks the icon at the pace of a person: not so soon after the last click that both count as
-    /// one.
-    void clickIcon()
-    {
-        ASSERT_TRUE(awaitSparingly([this] { return desktop.showsIcon(); }));
-        std::this_thread::sleep_until(lastClick + betweenClicks);
-        desktop.click(SwaySession::onlyIcon);
+        const bool closed = awaitSparingly([this] { return windows().empty(); });
         lastClick = std::chrono::steady_clock::now();
+        return closed;
     }
 
+    /// Clicks the icon at the pace of a person: not so soon after the last click, or after the
+    /// window closed, that both count as one. False when the bar shows no icon.
+    [[nodiscard]] bool clickIcon()
+    {
+        const bool isShown = awaitSparingly([this] { return desktop().showsIcon(); });
+        std::this_thread::sleep_until(lastClick + betweenClicks);
+        desktop().click(SwaySession::onlyIcon);
+        lastClick = std::chrono::steady_clock::now();
+        return isShown;
+    }
+
+    /// Clicks the icon and waits until the window is open and has the focus.
     void open()
     {
         ASSERT_TRUE(awaitIcon());
-        clickIcon();
+        ASSERT_TRUE(clickIcon());
         ASSERT_TRUE(awaitOpen());
     }
 
@@ -87,23 +104,21 @@ protected:
     {
         std::optional<Accessible> element;
         ASSERT_TRUE(awaitSparingly([&] {
-            element = desktop.accessibility().find("Orlimo", role, name);
+            element = desktop().accessibility().find("Orlimo", role, name);
             return element.has_value();
-        })) << desktop.accessibility().describe("Orlimo");
+        })) << desktop().accessibility().describe("Orlimo");
         // A program of Wayland knows where it is in its window, and not where that is.
-        desktop.click(windows().front().area.topLeft() + element->area().center());
+        desktop().click(windows().front().area.topLeft() + element->area().center());
     }
 
     void activate()
     {
         ASSERT_TRUE(awaitIcon());
-        desktop.tray().activate(*icon(), SwaySession::onlyIcon.x(), SwaySession::onlyIcon.y());
+        desktop().tray().activate(*icon(), SwaySession::onlyIcon.x(), SwaySession::onlyIcon.y());
     }
 
-    SwaySession desktop;
-    ProgramSession session{{.environment = desktop.environment(), .beforeStart = endWithParent}};
-
 private:
+    std::optional<ProgramSession> ownSession;
     static constexpr std::chrono::milliseconds betweenClicks{700};
     std::chrono::steady_clock::time_point lastClick;
 };
@@ -112,7 +127,7 @@ TEST_F(ProgramOnSway, HasItsIconInTheTray)
 {
     start();
     EXPECT_TRUE(awaitIcon());
-    EXPECT_THAT(desktop.tray().services(), SizeIs(1));
+    EXPECT_THAT(desktop().tray().services(), SizeIs(1));
     EXPECT_TRUE(windows().empty());
 }
 
@@ -121,24 +136,24 @@ TEST_F(ProgramOnSway, BringsItsIconBackWhenTheTrayComesBack)
     start();
     ASSERT_TRUE(awaitIcon());
     for (int round = 0; round < 3; ++round) {
-        desktop.stopBar();
-        EXPECT_TRUE(session.program().isRunning());
-        desktop.startBar();
+        desktop().stopBar();
+        EXPECT_TRUE(session().program().isRunning());
+        desktop().startBar();
         EXPECT_TRUE(awaitIcon());
     }
-    EXPECT_THAT(desktop.tray().services(), SizeIs(1));
+    EXPECT_THAT(desktop().tray().services(), SizeIs(1));
 }
 
 TEST_F(ProgramOnSway, BringsItsIconWhenATrayComesLate)
 {
-    desktop.stopBar();
+    desktop().stopBar();
     start();
-    session.awaitOpenThrottle();
-    session.deliver("text Your code is 59302.");
-    ASSERT_TRUE(awaitSparingly([this] { return desktop.clipboard().paste() == "59302"; }));
+    session().awaitOpenThrottle();
+    session().deliver("text Your code is 59302.");
+    ASSERT_TRUE(awaitSparingly([this] { return desktop().clipboard().paste() == "59302"; }));
     EXPECT_TRUE(windows().empty());
 
-    desktop.startBar();
+    desktop().startBar();
     EXPECT_TRUE(awaitIcon());
     activate();
     EXPECT_TRUE(awaitOpen());
@@ -148,7 +163,7 @@ TEST_F(ProgramOnSway, IsOnWayland)
 {
     start();
     ASSERT_TRUE(awaitIcon());
-    EXPECT_EQ(platformOf(session.program().processId()), "wayland");
+    EXPECT_EQ(platformOf(session().program().processId()), "wayland");
 }
 
 TEST_F(ProgramOnSway, OpensAndClosesItsWindowAsThePanelAsks)
@@ -169,33 +184,33 @@ TEST_F(ProgramOnSway, OpensAndClosesItsWindowOnClicks)
     start();
     ASSERT_TRUE(awaitIcon());
     for (int round = 0; round < 3; ++round) {
-        clickIcon();
+        ASSERT_TRUE(clickIcon());
         ASSERT_TRUE(awaitOpen());
-        clickIcon();
+        ASSERT_TRUE(clickIcon());
         EXPECT_TRUE(awaitClosed());
     }
     // No click was one too many.
     runEventLoop(std::chrono::milliseconds(500));
     EXPECT_TRUE(windows().empty());
-    const auto lines = linesOf(session.program().output());
+    const auto lines = linesOf(session().program().output());
     EXPECT_EQ(std::ranges::count(lines, "Opened PopupWindow : APPEAR"), 3);
 }
 
 TEST_F(ProgramOnSway, ClosesItsWindowOnEscape)
 {
     start();
-    open();
-    desktop.press("Escape");
+    ASSERT_NO_FATAL_FAILURE(open());
+    desktop().press("Escape");
     EXPECT_TRUE(awaitClosed());
 }
 
 TEST_F(ProgramOnSway, ClosesItsWindowWhenItLosesTheFocus)
 {
     start();
-    open();
-    const auto other = desktop.openOtherApplication();
+    ASSERT_NO_FATAL_FAILURE(open());
+    const auto other = desktop().openOtherApplication();
     EXPECT_TRUE(awaitClosed());
-    const auto all = desktop.windows();
+    const auto all = desktop().windows();
     ASSERT_THAT(all, SizeIs(1));
     EXPECT_EQ(all.front().process, other->processId());
     EXPECT_TRUE(all.front().isFocused);
@@ -203,20 +218,20 @@ TEST_F(ProgramOnSway, ClosesItsWindowWhenItLosesTheFocus)
 
 TEST_F(ProgramOnSway, OpensItsWindowWithTheFocusInFrontOfOtherApplications)
 {
-    const auto other = desktop.openOtherApplication();
+    const auto other = desktop().openOtherApplication();
     start();
-    open();
+    ASSERT_NO_FATAL_FAILURE(open());
     EXPECT_TRUE(windows().front().isFloating);
 }
 
 TEST_F(ProgramOnSway, CopiesTheCodeThatItsWindowShows)
 {
     start();
-    open();
-    desktop.clipboard().copy("something that the user copied");
+    ASSERT_NO_FATAL_FAILURE(open());
+    desktop().clipboard().copy("something that the user copied");
     clickInWindow("push button", "Copy");
-    EXPECT_TRUE(awaitSparingly([this] { return desktop.clipboard().paste() == "482913"; }))
-        << desktop.clipboard().paste().value_or("nothing");
+    EXPECT_TRUE(awaitSparingly([this] { return desktop().clipboard().paste() == "482913"; }))
+        << desktop().clipboard().paste().value_or("nothing");
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tests/app/DesktopTest.h"
 #include "tests/app/ProgramSession.h"
 #include "tests/support/ParentBond.h"
 
@@ -30,22 +31,33 @@ awaitPaste(Desktop& desktop, const std::optional<std::string>& expected)
 
 /// The program's own way to the clipboard, in a small program, on a Wayland desktop where it never
 /// has a window.
-template <typename Desktop> class PasteboardOnWayland : public testing::Test
+template <typename Desktop> class PasteboardOnWayland : public DesktopTest<Desktop>
 {
 protected:
-    void put(const std::string& command) { ASSERT_EQ(probe.ask(command), "done"); }
+    void SetUp() override
+    {
+        DesktopTest<Desktop>::SetUp();
+        if (!this->IsSkipped()) {
+            ownProbe.emplace(
+                ORLIMO_CLIPBOARD_PROBE,
+                ChildSettings{
+                    .environment = this->desktop().environment(), .beforeStart = endWithParent});
+        }
+    }
 
-    Desktop desktop;
-    ChildProcess probe{
-        ORLIMO_CLIPBOARD_PROBE,
-        {.environment = desktop.environment(), .beforeStart = endWithParent}};
+    [[nodiscard]] ChildProcess& probe() { return *ownProbe; }
+
+    void put(const std::string& command) { ASSERT_EQ(probe().ask(command), "done"); }
+
+private:
+    std::optional<ChildProcess> ownProbe;
 };
 
 TYPED_TEST_SUITE_P(PasteboardOnWayland);
 
 TYPED_TEST_P(PasteboardOnWayland, IsThatOfWayland)
 {
-    EXPECT_THAT(this->probe.ask("platform"), testing::StartsWith("wayland"));
+    EXPECT_THAT(this->probe().ask("platform"), testing::StartsWith("wayland"));
 }
 
 TYPED_TEST_P(PasteboardOnWayland, TakesTwoHundredTextsOneAfterTheOther)
@@ -54,9 +66,9 @@ TYPED_TEST_P(PasteboardOnWayland, TakesTwoHundredTextsOneAfterTheOther)
     constexpr int count = 200;
     for (int text = first; text < first + count; ++text) {
         this->put("text " + std::to_string(text));
-        ASSERT_TRUE(awaitPaste(this->desktop, std::to_string(text)));
+        ASSERT_TRUE(awaitPaste(this->desktop(), std::to_string(text)));
     }
-    EXPECT_EQ(this->probe.errors(), "");
+    EXPECT_EQ(this->probe().errors(), "");
 }
 
 TYPED_TEST_P(PasteboardOnWayland, HoldsTheLastOfManyTextsThatNobodyWaitedFor)
@@ -64,7 +76,7 @@ TYPED_TEST_P(PasteboardOnWayland, HoldsTheLastOfManyTextsThatNobodyWaitedFor)
     for (int text = 0; text < 200; ++text) {
         this->put("text " + std::to_string(text));
     }
-    EXPECT_TRUE(awaitPaste(this->desktop, "199"));
+    EXPECT_TRUE(awaitPaste(this->desktop(), "199"));
 }
 
 TYPED_TEST_P(PasteboardOnWayland, GivesALargeTextCompletely)
@@ -76,7 +88,7 @@ TYPED_TEST_P(PasteboardOnWayland, GivesALargeTextCompletely)
     this->put("digits " + std::to_string(text.size()));
     std::optional<std::string> pasted;
     ASSERT_TRUE(awaitSparingly([&] {
-        pasted = this->desktop.clipboard().paste();
+        pasted = this->desktop().clipboard().paste();
         return pasted && pasted->size() >= text.size();
     }));
     EXPECT_TRUE(*pasted == text) << pasted->size() << " bytes of " << text.size();
@@ -84,22 +96,22 @@ TYPED_TEST_P(PasteboardOnWayland, GivesALargeTextCompletely)
 
 TYPED_TEST_P(PasteboardOnWayland, GivesAnEmptyText)
 {
-    this->desktop.clipboard().copy("something that the user copied");
+    this->desktop().clipboard().copy("something that the user copied");
     this->put("text ");
-    EXPECT_TRUE(awaitPaste(this->desktop, ""));
+    EXPECT_TRUE(awaitPaste(this->desktop(), ""));
 }
 
 TYPED_TEST_P(PasteboardOnWayland, GivesTextThatIsNotAscii)
 {
     this->put("text \u0661\u0662\u0663\u0664 e\u0301 \U0001F511");
-    EXPECT_TRUE(awaitPaste(this->desktop, "\u0661\u0662\u0663\u0664 e\u0301 \U0001F511"));
+    EXPECT_TRUE(awaitPaste(this->desktop(), "\u0661\u0662\u0663\u0664 e\u0301 \U0001F511"));
 }
 
 TYPED_TEST_P(PasteboardOnWayland, GivesTheSameTextAsEachTypeThatItOffers)
 {
     this->put("text 482913");
-    ASSERT_TRUE(awaitPaste(this->desktop, "482913"));
-    const auto types = this->desktop.clipboard().types();
+    ASSERT_TRUE(awaitPaste(this->desktop(), "482913"));
+    const auto types = this->desktop().clipboard().types();
     EXPECT_THAT(types, testing::Contains("text/plain;charset=utf-8"));
     EXPECT_THAT(types, testing::Contains("text/plain"));
     EXPECT_THAT(
@@ -107,7 +119,7 @@ TYPED_TEST_P(PasteboardOnWayland, GivesTheSameTextAsEachTypeThatItOffers)
         testing::Each(
             testing::AnyOf(testing::StartsWith("text/plain"), "UTF8_STRING", "STRING", "TEXT")));
     for (const std::string& type : types) {
-        EXPECT_EQ(this->desktop.clipboard().paste("clipboard", type), "482913") << type;
+        EXPECT_EQ(this->desktop().clipboard().paste("clipboard", type), "482913") << type;
     }
 }
 
@@ -116,17 +128,9 @@ TYPED_TEST_P(PasteboardOnWayland, IsTakenAgainFromWhoeverHasTakenIt)
     for (int round = 0; round < 3; ++round) {
         const std::string text = "48291" + std::to_string(round);
         this->put("text " + text);
-        ASSERT_TRUE(awaitPaste(this->desktop, text));
-        this->desktop.clipboard().copy("mine now " + text);
+        ASSERT_TRUE(awaitPaste(this->desktop(), text));
+        this->desktop().clipboard().copy("mine now " + text);
     }
-}
-
-TYPED_TEST_P(PasteboardOnWayland, LeavesThePrimarySelectionAlone)
-{
-    this->desktop.clipboard().copy("selected with the mouse", "primary");
-    this->put("text 482913");
-    ASSERT_TRUE(awaitPaste(this->desktop, "482913"));
-    EXPECT_EQ(this->desktop.clipboard().paste("primary"), "selected with the mouse");
 }
 
 /// A reader that goes away in the middle of a large text.
@@ -137,14 +141,14 @@ TYPED_TEST_P(PasteboardOnWayland, OutlivesAReaderThatHangsUp)
         ChildProcess reader(
             "/bin/sh",
             {.arguments = {"-c", "wl-paste --no-newline | head -c 10"},
-             .environment = this->desktop.environment(),
+             .environment = this->desktop().environment(),
              .beforeStart = endWithParent});
         EXPECT_EQ(reader.awaitEnd().status, 0);
         EXPECT_EQ(reader.output(), "0123456789");
     }
     this->put("text 482913");
-    EXPECT_TRUE(awaitPaste(this->desktop, "482913"));
-    EXPECT_EQ(this->probe.errors(), "");
+    EXPECT_TRUE(awaitPaste(this->desktop(), "482913"));
+    EXPECT_EQ(this->probe().errors(), "");
 }
 
 /// A reader that asks for a large text and then reads nothing, as a program that hangs does. It
@@ -155,90 +159,104 @@ TYPED_TEST_P(PasteboardOnWayland, WaitsForNoReader)
     ChildProcess reader(
         "/bin/sh",
         {.arguments = {"-c", "exec 3<&0; wl-paste --no-newline | { head -c 1; read _ <&3; }"},
-         .environment = this->desktop.environment(),
+         .environment = this->desktop().environment(),
          .beforeStart = endWithParent});
     ASSERT_TRUE(awaitSparingly([&] { return reader.output() == "0"; })) << reader.errors();
     this->put("text 482913");
-    EXPECT_TRUE(awaitPaste(this->desktop, "482913"));
+    EXPECT_TRUE(awaitPaste(this->desktop(), "482913"));
 }
 
 TYPED_TEST_P(PasteboardOnWayland, EndsWithTheCompositor)
 {
     this->put("text 482913");
-    ASSERT_TRUE(awaitPaste(this->desktop, "482913"));
-    this->desktop.kill();
-    const auto end = this->probe.awaitEnd();
+    ASSERT_TRUE(awaitPaste(this->desktop(), "482913"));
+    this->desktop().kill();
+    const auto end = this->probe().awaitEnd();
     EXPECT_EQ(end.signal, std::nullopt);
     EXPECT_NE(end.status, 0);
 }
 
 /// The program on a Wayland desktop, without a window and so never focused.
-template <typename Desktop> class ClipboardOnWayland : public testing::Test
+template <typename Desktop> class ClipboardOnWayland : public DesktopTest<Desktop>
 {
 protected:
     void SetUp() override
     {
-        session.start();
-        session.awaitOpenThrottle();
+        DesktopTest<Desktop>::SetUp();
+        if (!this->IsSkipped()) {
+            ownSession.emplace(ProgramSession::Settings{
+                .environment = this->desktop().environment(), .beforeStart = endWithParent});
+            session().start();
+            session().awaitOpenThrottle();
+        }
     }
 
-    Desktop desktop;
-    ProgramSession session{{.environment = desktop.environment(), .beforeStart = endWithParent}};
+    [[nodiscard]] ProgramSession& session() { return *ownSession; }
+
+private:
+    std::optional<ProgramSession> ownSession;
 };
 
 TYPED_TEST_SUITE_P(ClipboardOnWayland);
 
 TYPED_TEST_P(ClipboardOnWayland, HoldsTheCodeInThePlaceOfItsOldContents)
 {
-    this->desktop.clipboard().copy("something that the user copied");
+    this->desktop().clipboard().copy("something that the user copied");
     for (const char* code : {"482913", "59302", "7764"}) {
-        this->session.awaitOpenThrottle();
-        this->session.deliver("text Your code is " + std::string(code) + ".");
+        this->session().awaitOpenThrottle();
+        this->session().deliver("text Your code is " + std::string(code) + ".");
         EXPECT_EQ(
-            this->session.readReaction().back(),
+            this->session().readReaction().back(),
             std::string(ProgramSession::reactionPrefix) + code);
-        EXPECT_TRUE(awaitPaste(this->desktop, code));
+        EXPECT_TRUE(awaitPaste(this->desktop(), code));
     }
-    EXPECT_EQ(this->session.program().errors(), "");
+    EXPECT_EQ(this->session().program().errors(), "");
 }
 
 TYPED_TEST_P(ClipboardOnWayland, IsTakenAgainFromWhoeverHasTakenIt)
 {
-    this->session.deliver("text Your code is 482913.");
-    ASSERT_TRUE(awaitPaste(this->desktop, "482913"));
-    EXPECT_EQ(this->session.readReaction().size(), 4U);
-    this->desktop.clipboard().copy("mine now");
-    this->session.awaitOpenThrottle();
+    this->session().deliver("text Your code is 482913.");
+    ASSERT_TRUE(awaitPaste(this->desktop(), "482913"));
+    EXPECT_EQ(this->session().readReaction().size(), 4U);
+    this->desktop().clipboard().copy("mine now");
+    this->session().awaitOpenThrottle();
 
-    this->session.deliver("body Your code is 59302.");
-    EXPECT_TRUE(awaitPaste(this->desktop, "59302"));
-}
-
-TYPED_TEST_P(ClipboardOnWayland, LeavesThePrimarySelectionAlone)
-{
-    this->desktop.clipboard().copy("selected with the mouse", "primary");
-    this->session.deliver("text Your code is 482913.");
-    ASSERT_TRUE(awaitPaste(this->desktop, "482913"));
-    EXPECT_EQ(this->desktop.clipboard().paste("primary"), "selected with the mouse");
+    this->session().deliver("body Your code is 59302.");
+    EXPECT_TRUE(awaitPaste(this->desktop(), "59302"));
 }
 
 TYPED_TEST_P(ClipboardOnWayland, IsLeftAloneByMessagesWithoutACode)
 {
-    this->desktop.clipboard().copy("something that the user copied");
-    this->session.deliver("text Lunch at noon?");
-    ASSERT_TRUE(this->session.program().awaitLine("Lunch at noon?"));
+    this->desktop().clipboard().copy("something that the user copied");
+    this->session().deliver("text Lunch at noon?");
+    ASSERT_TRUE(this->session().program().awaitLine("Lunch at noon?"));
     runEventLoop(std::chrono::milliseconds(200));
-    EXPECT_EQ(this->desktop.clipboard().paste(), "something that the user copied");
+    EXPECT_EQ(this->desktop().clipboard().paste(), "something that the user copied");
 }
 
 TYPED_TEST_P(ClipboardOnWayland, IsNotMissedByAProgramThatLosesItsCompositor)
 {
-    this->session.deliver("text Your code is 482913.");
-    ASSERT_TRUE(awaitPaste(this->desktop, "482913"));
-    this->desktop.kill();
-    const auto end = this->session.program().awaitEnd();
-    EXPECT_EQ(end.signal, std::nullopt) << this->session.program().errors();
+    this->session().deliver("text Your code is 482913.");
+    ASSERT_TRUE(awaitPaste(this->desktop(), "482913"));
+    this->desktop().kill();
+    const auto end = this->session().program().awaitEnd();
+    EXPECT_EQ(end.signal, std::nullopt) << this->session().program().errors();
     EXPECT_NE(end.status, 0);
+}
+
+/// The selection that a mouse button pastes, on a desktop that shows it to programs without a
+/// window.
+template <typename Desktop> class PrimarySelectionOnWayland : public ClipboardOnWayland<Desktop>
+{};
+
+TYPED_TEST_SUITE_P(PrimarySelectionOnWayland);
+
+TYPED_TEST_P(PrimarySelectionOnWayland, IsLeftAlone)
+{
+    this->desktop().clipboard().copy("selected with the mouse", "primary");
+    this->session().deliver("text Your code is 482913.");
+    ASSERT_TRUE(awaitPaste(this->desktop(), "482913"));
+    EXPECT_EQ(this->desktop().clipboard().paste("primary"), "selected with the mouse");
 }
 
 REGISTER_TYPED_TEST_SUITE_P(
@@ -251,7 +269,6 @@ REGISTER_TYPED_TEST_SUITE_P(
     GivesTextThatIsNotAscii,
     GivesTheSameTextAsEachTypeThatItOffers,
     IsTakenAgainFromWhoeverHasTakenIt,
-    LeavesThePrimarySelectionAlone,
     OutlivesAReaderThatHangsUp,
     WaitsForNoReader,
     EndsWithTheCompositor);
@@ -260,8 +277,9 @@ REGISTER_TYPED_TEST_SUITE_P(
     ClipboardOnWayland,
     HoldsTheCodeInThePlaceOfItsOldContents,
     IsTakenAgainFromWhoeverHasTakenIt,
-    LeavesThePrimarySelectionAlone,
     IsLeftAloneByMessagesWithoutACode,
     IsNotMissedByAProgramThatLosesItsCompositor);
+
+REGISTER_TYPED_TEST_SUITE_P(PrimarySelectionOnWayland, IsLeftAlone);
 
 } // namespace orlimo

@@ -3,6 +3,7 @@
 // COUNT" so many digits, "platform" nothing, but names the toolkit's platform.
 
 #include "platform/Pasteboard.h"
+#include "platform/ToolkitArguments.h"
 
 #include <QGuiApplication>
 #include <QSocketNotifier>
@@ -58,7 +59,8 @@ std::string answerTo(const std::string& line)
 
 int main(int argc, char* argv[])
 {
-    const QGuiApplication application(argc, argv);
+    orlimo::ToolkitArguments arguments(argc, argv);
+    const QGuiApplication application(arguments.count(), arguments.values());
     const QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
     QObject::connect(&input, &QSocketNotifier::activated, &input, [] {
         std::string line;

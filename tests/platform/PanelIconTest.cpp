@@ -60,6 +60,12 @@ TEST(PanelTextColor, IsWhiteOnGnome)
     EXPECT_EQ(panelTextColor(QStringLiteral("GNOME-Flashback-like"), light), QColor(Qt::black));
 }
 
+TEST(PanelTextColor, IsWhiteOnSway)
+{
+    EXPECT_EQ(
+        panelTextColor(QStringLiteral("sway"), paletteWithText(Qt::black)), QColor(Qt::white));
+}
+
 TEST(PanelIcon, PaintsATemplateInTheColorAtEverySize)
 {
     const QColor color(200, 40, 90);
