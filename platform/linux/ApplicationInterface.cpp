@@ -17,7 +17,7 @@ using Kind = ApplicationRequest::Kind;
 QByteArray tokenIn(const QVariantMap& platformData)
 {
     for (const char* name : {"activation-token", "desktop-startup-id"}) {
-        const QByteArray token = platformData.value(QLatin1String(name)).toString().toUtf8();
+        QByteArray token = platformData.value(QLatin1String(name)).toString().toUtf8();
         if (!token.isEmpty()) {
             return token;
         }

@@ -31,7 +31,7 @@ public:
     /// Has requests done by `doIt` from now on; the kept one first, within the call.
     void serve(Work doIt);
 
-public Q_SLOTS:
+public Q_SLOTS: // NOLINT(readability-redundant-access-specifiers): it makes slots
     /// Shows the program.
     void Activate(const QVariantMap& platformData);
 

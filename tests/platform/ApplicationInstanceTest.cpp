@@ -11,6 +11,7 @@
 #include <QDBusPendingCall>
 #include <QDBusVirtualObject>
 #include <QThread>
+#include <QTimer>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -250,6 +251,12 @@ TEST_F(ApplicationInstanceTest, AskedToQuitWhileItStartsQuitsAndOpensNothing)
     serve(*first);
     EXPECT_THAT(openings, IsEmpty());
     IdleDelegate delegate;
+    QTimer limit;
+    QObject::connect(&limit, &QTimer::timeout, [] {
+        ADD_FAILURE() << "the program does not quit";
+        sharedApplication().terminate();
+    });
+    limit.start(generousLimit);
     EXPECT_EQ(sharedApplication().run(delegate), 0);
     QDBusConnection::disconnectFromBus(name);
 }
