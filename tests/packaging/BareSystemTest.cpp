@@ -1,6 +1,7 @@
 #include "tests/packaging/BareSystem.h"
 
 #include "platform/linux/DesktopEntry.h"
+#include "tests/app/ProgramSession.h"
 #include "tests/app/XServer.h"
 #include "tests/packaging/BuiltPackage.h"
 
@@ -72,6 +73,7 @@ protected:
 
         const auto program = system.start("orlimo", server.display());
         ASSERT_TRUE(program->awaitLine("file access allowed")) << program->errors();
+        ProgramSession::waitThrottleOut();
         EXPECT_THAT(writer.ask("text Your code is 482913"), StartsWith("committed"));
         EXPECT_TRUE(program->awaitLine("file changed!! at message: code? 482913"))
             << program->output() << program->errors();

@@ -100,6 +100,7 @@ TEST_F(Metainfo, NamesTheProgram)
     EXPECT_THAT(texts("dbus"), ElementsAre(id));
     EXPECT_THAT(texts("binary"), ElementsAre("orlimo"));
     EXPECT_THAT(texts("url"), ElementsAre(std::string(identity::website)));
+    EXPECT_THAT(texts("project_license"), ElementsAre("MIT"));
     EXPECT_EQ(attribute("release", "version"), identity::version);
 }
 
