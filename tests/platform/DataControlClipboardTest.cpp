@@ -351,6 +351,18 @@ TEST_F(DataControlClipboardTest, GivesTheOldTextToAReaderThatAskedRightBeforeItW
     EXPECT_EQ(pasted(), "new");
 }
 
+TEST_F(DataControlClipboardTest, GivesTheOldTextToAReaderThatAskedBeforeTheCompositorHadTheNewOne)
+{
+    start();
+    set("old");
+    compositor->hold();
+    ASSERT_TRUE(clipboard->setText("new"));
+    PipeReader reader(compositor->resumeWithPaste());
+    ASSERT_TRUE(reader.awaitEnd());
+    EXPECT_EQ(reader.content(), "old");
+    EXPECT_EQ(pasted(), "new");
+}
+
 TEST_F(DataControlClipboardTest, FinishesATransferAfterTheCompositorHasGone)
 {
     start();

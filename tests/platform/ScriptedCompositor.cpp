@@ -103,10 +103,13 @@ public:
     }
 
     /// The same, and waits for what comes of it.
-    template <typename Task> auto run(Task task)
+    template <typename Task> auto run(Task task) { return begin(std::move(task)).get(); }
+
+    /// The same without the wait.
+    template <typename Task> auto begin(Task task)
     {
         using Result = decltype(task());
-        const auto packaged = std::make_shared<std::packaged_task<Result()>>([&] {
+        const auto packaged = std::make_shared<std::packaged_task<Result()>>([this, task] {
             if constexpr (std::is_void_v<Result>) {
                 task();
                 wl_display_flush_clients(display);
@@ -118,7 +121,7 @@ public:
         });
         auto result = packaged->get_future();
         post([packaged] { (*packaged)(); });
-        return result.get();
+        return result;
     }
 
     void stop()
@@ -563,6 +566,13 @@ void ScriptedCompositor::resume()
     if (std::exchange(isHeld, false)) {
         release.release();
     }
+}
+
+UniqueFd ScriptedCompositor::resumeWithPaste()
+{
+    auto end = server->begin([this] { return server->paste("text/plain", 0); });
+    resume();
+    return end.get();
 }
 
 std::size_t ScriptedCompositor::count(Kind kind)

@@ -75,6 +75,9 @@ public:
     void hold();
     void resume();
 
+    /// Goes on, and asks for the text before it looks at what clients have said in the meantime.
+    [[nodiscard]] UniqueFd resumeWithPaste();
+
     /// How many objects of a kind the clients have at present.
     [[nodiscard]] std::size_t count(Kind kind);
 
