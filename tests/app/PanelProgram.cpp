@@ -50,10 +50,7 @@ std::string carryOut(StatusNotifierWatcher& watcher, const std::string& command)
 
 int run(bool withHost)
 {
-    StatusNotifierWatcher watcher(QDBusConnection::sessionBus());
-    if (withHost) {
-        watcher.setHost(true);
-    }
+    StatusNotifierWatcher watcher(QDBusConnection::sessionBus(), withHost);
     const QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
     QObject::connect(&input, &QSocketNotifier::activated, &watcher, [&watcher] {
         std::string command;

@@ -87,8 +87,9 @@ std::vector<std::pair<int, QString>> entries(const QDBusConnection& bus, const Q
 
 } // namespace
 
-StatusNotifierWatcher::StatusNotifierWatcher(const QDBusConnection& sessionBus)
+StatusNotifierWatcher::StatusNotifierWatcher(const QDBusConnection& sessionBus, bool withHost)
     : bus(sessionBus)
+    , host(withHost)
 {
     owners.setConnection(bus);
     owners.setWatchMode(QDBusServiceWatcher::WatchForUnregistration);

@@ -22,8 +22,9 @@ class StatusNotifierWatcher final : public QObject, protected QDBusContext
     Q_PROPERTY(int ProtocolVersion READ protocolVersion)
 
 public:
-    /// Takes the watcher's name on `sessionBus`, at first without a panel.
-    explicit StatusNotifierWatcher(const QDBusConnection& sessionBus);
+    /// Takes the watcher's name on `sessionBus`. A panel that is there from the start is not told
+    /// of by a signal.
+    StatusNotifierWatcher(const QDBusConnection& sessionBus, bool withHost);
 
     [[nodiscard]] bool hasHost() const { return host; }
     void setHost(bool isThere);
@@ -55,7 +56,7 @@ private:
     QDBusConnection bus;
     QDBusServiceWatcher owners;
     QStringList registered;
-    bool host = false;
+    bool host;
 };
 
 } // namespace orlimo
