@@ -99,12 +99,23 @@ TEST_F(PasteboardOnMutter, IsTakenAgainFromWhoeverHasTakenIt)
 class ProgramOnMutter : public OnMutter
 {
 protected:
-    void start(std::map<std::string, std::optional<std::string>> ownVariables = {})
+    void start(std::vector<std::string> arguments, const std::optional<std::string>& platform = {})
     {
-        ownVariables.merge(desktop().environment());
+        auto variables = desktop().environment();
+        variables["QT_QPA_PLATFORM"] = platform;
         session.emplace(ProgramSession::Settings{
-            .environment = std::move(ownVariables), .beforeStart = endWithParent});
+            .arguments = std::move(arguments),
+            .environment = std::move(variables),
+            .beforeStart = endWithParent});
         session->start();
+    }
+
+    /// At login, when no window opens.
+    void startInTheBackground() { start({"--launched-at-login"}); }
+
+    [[nodiscard]] bool showsItsWindow()
+    {
+        return desktop().accessibility().find("Orlimo", "push button", "Copy").has_value();
     }
 
     [[nodiscard]] ChildProcess& program() { return session->program(); }
@@ -114,7 +125,7 @@ protected:
 
 TEST_F(ProgramOnMutter, PutsTheCodeOnTheClipboardWithoutTheFocus)
 {
-    start();
+    startInTheBackground();
     EXPECT_EQ(platformOf(program().processId()), "xcb");
     desktop().copy("something that the user copied");
     for (const char* code : {"482913", "59302", "7764"}) {
@@ -124,12 +135,13 @@ TEST_F(ProgramOnMutter, PutsTheCodeOnTheClipboardWithoutTheFocus)
             session->readReaction().back(), std::string(ProgramSession::reactionPrefix) + code);
         EXPECT_TRUE(awaitPaste(code));
     }
+    EXPECT_FALSE(showsItsWindow());
     EXPECT_EQ(program().errors(), "");
 }
 
 TEST_F(ProgramOnMutter, LeavesTheClipboardAloneWhenThereIsNoCode)
 {
-    start();
+    startInTheBackground();
     desktop().copy("something that the user copied");
     session->awaitOpenThrottle();
     session->deliver("text Lunch at noon?");
@@ -140,10 +152,16 @@ TEST_F(ProgramOnMutter, LeavesTheClipboardAloneWhenThereIsNoCode)
 
 TEST_F(ProgramOnMutter, IsOnWaylandWhereTheUserWantsIt)
 {
-    start({{"QT_QPA_PLATFORM", "wayland"}});
+    start({"--launched-at-login"}, "wayland");
     EXPECT_EQ(platformOf(program().processId()), "wayland");
     EXPECT_TRUE(awaitSparingly([this] { return !program().errors().empty(); }));
     EXPECT_THAT(linesOf(program().errors()), ElementsAre(HasSubstr("clipboard")));
+}
+
+TEST_F(ProgramOnMutter, ShowsItsWindowWhenTheUserStartsIt)
+{
+    start({});
+    EXPECT_TRUE(awaitSparingly([this] { return showsItsWindow(); })) << program().errors();
 }
 
 } // namespace

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <thread>
+#include <utility>
 
 namespace orlimo {
 namespace {
@@ -20,25 +21,21 @@ using testing::SizeIs;
 class ProgramOnSway : public DesktopTest<SwaySession>
 {
 protected:
-    void SetUp() override
+    /// Starts the program on a store with a message, with arguments of its own.
+    void start(std::vector<std::string> arguments = {})
     {
-        DesktopTest::SetUp();
-        if (!IsSkipped()) {
-            ownSession.emplace(ProgramSession::Settings{
-                .environment = desktop().environment(), .beforeStart = endWithParent});
-        }
-    }
-
-    [[nodiscard]] ProgramSession& session() { return *ownSession; }
-
-    void start()
-    {
+        ownSession.emplace(ProgramSession::Settings{
+            .arguments = std::move(arguments),
+            .environment = desktop().environment(),
+            .beforeStart = endWithParent});
         session().startWriter();
         session().deliver("text Your code is 482913.");
         session().startProgram();
         ASSERT_TRUE(session().program().awaitLine("file access allowed"))
             << session().program().errors();
     }
+
+    [[nodiscard]] ProgramSession& session() { return *ownSession; }
 
     [[nodiscard]] testing::AssertionResult awaitIcon()
     {
@@ -147,16 +144,27 @@ TEST_F(ProgramOnSway, BringsItsIconBackWhenTheTrayComesBack)
 TEST_F(ProgramOnSway, BringsItsIconWhenATrayComesLate)
 {
     desktop().stopBar();
-    start();
+    start({"--launched-at-login"});
     session().awaitOpenThrottle();
     session().deliver("text Your code is 59302.");
     ASSERT_TRUE(awaitSparingly([this] { return desktop().clipboard().paste() == "59302"; }));
     EXPECT_TRUE(windows().empty());
 
     desktop().startBar();
-    EXPECT_TRUE(awaitIcon());
-    activate();
+    ASSERT_NO_FATAL_FAILURE(open());
+}
+
+TEST_F(ProgramOnSway, ShowsItsWindowWhenTheUserStartsItWithoutATray)
+{
+    desktop().stopBar();
+    start();
     EXPECT_TRUE(awaitOpen());
+    desktop().press("Escape");
+    EXPECT_TRUE(awaitClosed());
+    EXPECT_TRUE(session().program().isRunning());
+
+    desktop().startBar();
+    ASSERT_NO_FATAL_FAILURE(open());
 }
 
 TEST_F(ProgramOnSway, IsOnWayland)

@@ -184,8 +184,11 @@ protected:
     {
         DesktopTest<Desktop>::SetUp();
         if (!this->IsSkipped()) {
+            // Started by the user it would show its window on a desktop without a tray.
             ownSession.emplace(ProgramSession::Settings{
-                .environment = this->desktop().environment(), .beforeStart = endWithParent});
+                .arguments = {"--launched-at-login"},
+                .environment = this->desktop().environment(),
+                .beforeStart = endWithParent});
             session().start();
             session().awaitOpenThrottle();
         }
