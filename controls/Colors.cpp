@@ -19,17 +19,6 @@ double relativeLuminance(const QColor& color)
            0.0722 * linearComponent(color.blueF());
 }
 
-QColor mixed(const QColor& from, const QColor& to, double share)
-{
-    const auto component = [share](float start, float end) {
-        return static_cast<float>(start + (end - start) * share);
-    };
-    return QColor::fromRgbF(
-        component(from.redF(), to.redF()),
-        component(from.greenF(), to.greenF()),
-        component(from.blueF(), to.blueF()));
-}
-
 QColor textOver(const QPalette& palette, double opacity)
 {
     return mixed(windowColor(palette), textColor(palette), opacity);
@@ -64,6 +53,17 @@ QColor blended(const QColor& color, const QColor& background)
     return mixed(background, color, color.alphaF());
 }
 
+QColor mixed(const QColor& from, const QColor& to, double share)
+{
+    const auto component = [share](float start, float end) {
+        return static_cast<float>(start + (end - start) * share);
+    };
+    return QColor::fromRgbF(
+        component(from.redF(), to.redF()),
+        component(from.greenF(), to.greenF()),
+        component(from.blueF(), to.blueF()));
+}
+
 QColor windowColor(const QPalette& palette)
 {
     return palette.color(QPalette::Window);
@@ -72,6 +72,13 @@ QColor windowColor(const QPalette& palette)
 QColor textColor(const QPalette& palette)
 {
     return palette.color(QPalette::WindowText);
+}
+
+QColor textColor(const QPalette& palette, float opacity)
+{
+    QColor color = textColor(palette);
+    color.setAlphaF(opacity);
+    return color;
 }
 
 QColor grayColor(const QPalette& palette)

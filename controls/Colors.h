@@ -24,8 +24,13 @@ inline constexpr double legibleContrast = 4.5;
 /// `color` laid over the opaque `background`.
 [[nodiscard]] QColor blended(const QColor& color, const QColor& background);
 
+/// The opaque colour on the way from one to another, at `share` of it: 0 to 1.
+[[nodiscard]] QColor mixed(const QColor& from, const QColor& to, double share);
+
 [[nodiscard]] QColor windowColor(const QPalette& palette);
 [[nodiscard]] QColor textColor(const QPalette& palette);
+/// The same, of which the background shows through: `opacity` is 0 to 1.
+[[nodiscard]] QColor textColor(const QPalette& palette, float opacity);
 /// Gray text, legible on the window.
 [[nodiscard]] QColor grayColor(const QPalette& palette);
 [[nodiscard]] QColor whiteColor(const QPalette& palette);

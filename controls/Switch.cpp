@@ -23,13 +23,6 @@ QColor trackColorWhenOff(const QPalette& palette)
     return blended(text, windowColor(palette));
 }
 
-QColor between(const QColor& from, const QColor& to, double share)
-{
-    QColor over = to;
-    over.setAlphaF(static_cast<float>(share));
-    return blended(over, from);
-}
-
 } // namespace
 
 Switch::Switch(QWidget* parent)
@@ -86,7 +79,7 @@ void Switch::paintEvent(QPaintEvent* /*event*/)
 
     const QRectF track = rect();
     const double position = knobPosition();
-    painter.setBrush(between(trackColorWhenOff(palette()), accentColor(palette()), position));
+    painter.setBrush(mixed(trackColorWhenOff(palette()), accentColor(palette()), position));
     painter.drawRoundedRect(track, track.height() / 2, track.height() / 2);
 
     const double diameter = track.height() - 2 * knobMargin;

@@ -16,17 +16,6 @@
 
 namespace orlimo {
 
-namespace {
-
-QColor textWithOpacity(const QPalette& palette, float opacity)
-{
-    QColor color = textColor(palette);
-    color.setAlphaF(opacity);
-    return color;
-}
-
-} // namespace
-
 TextButton::TextButton(const QString& text, Look buttonLook)
     : QPushButton(text)
     , appearance(std::move(buttonLook))
@@ -74,12 +63,12 @@ QRectF TextButton::labelArea() const
 QColor TextButton::surface() const
 {
     if (isDown()) {
-        return textWithOpacity(palette(), 0.16F);
+        return textColor(palette(), 0.16F);
     }
     if (appearance.style == Style::bordered) {
-        return textWithOpacity(palette(), underMouse() ? 0.12F : 0.08F);
+        return textColor(palette(), underMouse() ? 0.12F : 0.08F);
     }
-    return underMouse() ? textWithOpacity(palette(), 0.06F) : QColor(Qt::transparent);
+    return underMouse() ? textColor(palette(), 0.06F) : QColor(Qt::transparent);
 }
 
 void TextButton::enterEvent(QEnterEvent* event)

@@ -3,8 +3,8 @@
 #include "tests/app/DesktopVariables.h"
 #include "tests/app/MissingProgram.h"
 #include "tests/support/ParentBond.h"
-#include "tests/support/Preloading.h"
 #include "tests/support/PrivateFolder.h"
+#include "tests/support/UnprivilegedUser.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -81,16 +81,21 @@ std::string SwaySession::obstacle()
 
 SwaySession::SwaySession(Bar atTheStart)
     : runtimeFolder(makePrivateFolder(folder.path() / "runtime"))
+    , compositorFolder(makePrivateFolder(folder.path() / "compositor"))
     , xServer(screen)
     , xWindows(xServer.display())
     , buses(runtimeFolder)
     , tree(buses.accessibilityAddress())
     , trayItems(buses.sessionAddress())
 {
-    const auto configurationFile = folder.path() / "sway.conf";
+    // The compositor does not run for the superuser.
+    std::filesystem::permissions(
+        folder.path(), std::filesystem::perms::others_exec, std::filesystem::perm_options::add);
+    handToUnprivilegedUser(compositorFolder);
+    const auto configurationFile = compositorFolder / "sway.conf";
     writeFile(configurationFile, configuration);
     auto variables = environment();
-    variables.merge(preloading({ORLIMO_USER_CHANGE_REFUSAL}));
+    variables["XDG_RUNTIME_DIR"] = compositorFolder.string();
     variables["WLR_BACKENDS"] = "x11";
     variables["WLR_RENDERER"] = "pixman";
     compositor = std::make_unique<ChildProcess>(
@@ -98,12 +103,19 @@ SwaySession::SwaySession(Bar atTheStart)
         ChildSettings{
             .arguments = {"--config", configurationFile.string()},
             .environment = variables,
-            .beforeStart = endWithParent,
+            .beforeStart =
+                [] {
+                    becomeUnprivilegedUser();
+                    // After it, for a new user forgets the bond.
+                    endWithParent();
+                },
         });
     std::istringstream answer(compositor->readLine().value_or(""));
     std::string serving;
-    answer >> serving >> waylandDisplay >> controlSocket;
+    std::string socket;
+    answer >> serving >> socket >> controlSocket;
     EXPECT_EQ(serving, "serving") << compositor->errors();
+    waylandDisplay = compositorFolder / socket;
     ownClipboard = std::make_unique<WaylandClipboard>(environment());
     if (atTheStart == Bar::shown) {
         startBar();

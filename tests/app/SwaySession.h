@@ -83,6 +83,7 @@ private:
 
     TemporaryFolder folder;
     std::filesystem::path runtimeFolder;
+    std::filesystem::path compositorFolder;
     XServer xServer;
     XWindows xWindows;
     SessionBuses buses;
