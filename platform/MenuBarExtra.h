@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/UptimeClock.h"
+
 #include <QIcon>
 #include <QWidget>
 
@@ -31,9 +33,10 @@ public:
     /// Makes the content, which becomes the window; called once, when the window first opens.
     using ContentBuilder = std::function<std::unique_ptr<QWidget>()>;
 
-    /// Shows `label` as the icon: at once, or when the host first has a place for it.
+    /// Shows `label` as the icon: at once, or when the host first has a place for it. `clock` tells
+    /// which clicks belong together, and how long other windows are still being given the focus.
     [[nodiscard]] static std::unique_ptr<MenuBarExtra>
-    create(ContentBuilder makeContent, const QIcon& label);
+    create(ContentBuilder makeContent, const QIcon& label, UptimeClock clock = currentUptime);
 };
 
 } // namespace orlimo

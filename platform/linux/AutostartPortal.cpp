@@ -29,6 +29,12 @@ const QString& backgroundInterface()
     return name;
 }
 
+const QString& requestInterface()
+{
+    static const auto name = QStringLiteral("org.freedesktop.portal.Request");
+    return name;
+}
+
 /// What the portal has the desktop run, inside the sandbox.
 QStringList commandLine()
 {
@@ -142,6 +148,15 @@ std::optional<ServiceError> AutostartPortal::ask(bool autostart, Handler whenAns
     return std::nullopt;
 }
 
+void AutostartPortal::takeBack()
+{
+    (void)listen(false);
+    handler = {};
+    // What becomes of it changes nothing: the portal may have forgotten the question long ago.
+    (void)bus.send(QDBusMessage::createMethodCall(
+        portalService(), openRequest, requestInterface(), QStringLiteral("Close")));
+}
+
 QString AutostartPortal::requestPath(const QString& token) const
 {
     QString sender = bus.baseService().mid(1);
@@ -151,17 +166,17 @@ QString AutostartPortal::requestPath(const QString& token) const
 
 bool AutostartPortal::listen(bool on)
 {
-    const auto interface = QStringLiteral("org.freedesktop.portal.Request");
     const auto signal = QStringLiteral("Response");
     const char* const slot = SLOT(responseCame(uint, QVariantMap, QDBusMessage));
-    return on ? bus.connect(portalService(), openRequest, interface, signal, this, slot)
-              : bus.disconnect(portalService(), openRequest, interface, signal, this, slot);
+    return on ? bus.connect(portalService(), openRequest, requestInterface(), signal, this, slot)
+              : bus.disconnect(
+                    portalService(), openRequest, requestInterface(), signal, this, slot);
 }
 
 void AutostartPortal::callEnded(const QString& path, const QDBusPendingCall& call)
 {
     if (!isAsking() || path != openRequest) {
-        return; // answered already
+        return; // answered or taken back already
     }
     if (call.isError()) {
         finish({.isAutostarted = {}, .error = failure(EIO, call.error().message())});

@@ -41,12 +41,21 @@ public:
     ~AutostartPortal() override = default;
 
     /// Asks for the program to be started at login, or no longer to be. `whenAnswered` is called
-    /// once, later, unless the answer never comes or the object goes first. The error, when there
-    /// is no bus to ask on; then nothing is called. One question at a time.
+    /// once, later, unless the answer never comes, the question is taken back or the object goes
+    /// first. The error, when there is no bus to ask on; then nothing is called. One question at a
+    /// time.
     [[nodiscard]] std::optional<ServiceError> ask(bool autostart, Handler whenAnswered);
 
     /// Whether the answer to a question is still to come.
     [[nodiscard]] bool isAsking() const { return static_cast<bool>(handler); }
+
+    /// Whether the portal has accepted the question, so that only the answer is missing. Nothing
+    /// but the portal going away puts a limit to that.
+    [[nodiscard]] bool isOpen() const { return isAsking() && isAccepted; }
+
+    /// Takes the open question back: the portal is told to close it, and its answer is not heard
+    /// any more. Does not wait for the portal.
+    void takeBack();
 
 private:
     /// The portal's signal. The message tells which question it answers.

@@ -38,6 +38,10 @@ void PortalLoginItemService::setAnswerHandler(const AnswerHandler& handler)
 
 std::optional<ServiceError> PortalLoginItemService::wish(bool registered)
 {
+    if (portal.isOpen()) {
+        portal.takeBack();
+        waitingWish.reset();
+    }
     if (portal.isAsking()) {
         waitingWish = registered;
         return std::nullopt;

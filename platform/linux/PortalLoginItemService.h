@@ -20,7 +20,10 @@ namespace orlimo {
 /// registration of a program without one is no error here.
 ///
 /// The portal works on several questions at once and in no order. So there is one at a time: what
-/// is asked for meanwhile waits, and only the last of it is asked.
+/// is asked for until the portal has accepted it waits, and only the last of it is asked. A
+/// question that it has accepted may stay without an answer for ever, be it that the user does not
+/// give one or that there is nothing left to give it to: a later wish takes it back and is asked in
+/// its place.
 class PortalLoginItemService final : public LoginItemService
 {
 public:

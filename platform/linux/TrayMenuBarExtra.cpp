@@ -22,9 +22,10 @@ constexpr std::chrono::seconds limitForAnAnswer{1};
 class TrayMenuBarExtra final : public MenuBarExtra
 {
 public:
-    TrayMenuBarExtra(ContentBuilder builder, QIcon image)
+    TrayMenuBarExtra(ContentBuilder builder, QIcon image, UptimeClock uptimeClock)
         : makeContent(std::move(builder))
         , label(std::move(image))
+        , clock(std::move(uptimeClock))
         , host([this] { placeDidChange(); })
     {
         answerIsDue.setSingleShot(true);
@@ -73,7 +74,8 @@ private:
                 TrayIcon::Handlers{
                     .toggle = [this] { window().toggle(); },
                     .open = [this] { open(); },
-                    .quit = [] { sharedApplication().terminate(); }});
+                    .quit = [] { sharedApplication().terminate(); }},
+                clock);
         }
     }
 
@@ -82,13 +84,14 @@ private:
         if (!menuBarWindow) {
             content = makeContent();
             menuBarWindow.emplace(
-                *content, [this] { return icon ? icon->geometry() : std::nullopt; });
+                *content, [this] { return icon ? icon->geometry() : std::nullopt; }, clock);
         }
         return *menuBarWindow;
     }
 
     ContentBuilder makeContent;
     QIcon label;
+    UptimeClock clock;
     std::unique_ptr<QWidget> content;
     std::optional<MenuBarWindow> menuBarWindow;
     std::optional<TrayIcon> icon;
@@ -98,9 +101,10 @@ private:
 
 } // namespace
 
-std::unique_ptr<MenuBarExtra> MenuBarExtra::create(ContentBuilder makeContent, const QIcon& label)
+std::unique_ptr<MenuBarExtra>
+MenuBarExtra::create(ContentBuilder makeContent, const QIcon& label, UptimeClock clock)
 {
-    return std::make_unique<TrayMenuBarExtra>(std::move(makeContent), label);
+    return std::make_unique<TrayMenuBarExtra>(std::move(makeContent), label, std::move(clock));
 }
 
 } // namespace orlimo

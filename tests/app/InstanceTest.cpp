@@ -10,6 +10,8 @@
 
 #include <algorithm>
 #include <csignal>
+#include <map>
+#include <string>
 
 namespace orlimo {
 namespace {
@@ -307,9 +309,13 @@ TEST_F(Instance, IsShownWhenItsBusStartsIt)
         programs / "orlimo", "#!/bin/sh\necho \"$# arguments\" >'" + started.string() + "'\n");
     std::filesystem::permissions(programs / "orlimo", std::filesystem::perms::owner_all);
     std::string service = contentOf(ORLIMO_SERVICE_TEMPLATE);
-    const std::string placeholder = "@CMAKE_INSTALL_FULL_BINDIR@";
-    ASSERT_NE(service.find(placeholder), std::string::npos);
-    service.replace(service.find(placeholder), placeholder.size(), programs.string());
+    const std::map<std::string, std::string> placeholders{
+        {"@CMAKE_INSTALL_FULL_BINDIR@", programs.string()},
+        {"@ORLIMO_IDENTIFIER@", "app.orlimo.Orlimo"}};
+    for (const auto& [placeholder, text] : placeholders) {
+        ASSERT_NE(service.find(placeholder), std::string::npos) << placeholder;
+        service.replace(service.find(placeholder), placeholder.size(), text);
+    }
     writeFile(bus.servicesFolder() / "app.orlimo.Orlimo.service", service);
 
     ChildProcess activation(

@@ -21,8 +21,9 @@ using testing::SizeIs;
 class ProgramOnSway : public DesktopTest<SwaySession>
 {
 protected:
-    /// Starts the program on a store with a message, with arguments of its own.
-    void start(std::vector<std::string> arguments = {})
+    /// Starts the program on a store with a message. Unless told otherwise, as the login does: not
+    /// even where the bus is slow to tell of the tray does its window then open by itself.
+    void start(std::vector<std::string> arguments = {"--launched-at-login"})
     {
         ownSession.emplace(ProgramSession::Settings{
             .arguments = std::move(arguments),
@@ -144,7 +145,7 @@ TEST_F(ProgramOnSway, BringsItsIconBackWhenTheTrayComesBack)
 TEST_F(ProgramOnSway, BringsItsIconWhenATrayComesLate)
 {
     desktop().stopBar();
-    start({"--launched-at-login"});
+    start();
     session().awaitOpenThrottle();
     session().deliver("text Your code is 59302.");
     ASSERT_TRUE(awaitSparingly([this] { return desktop().clipboard().paste() == "59302"; }));
@@ -157,7 +158,7 @@ TEST_F(ProgramOnSway, BringsItsIconWhenATrayComesLate)
 TEST_F(ProgramOnSway, ShowsItsWindowWhenTheUserStartsItWithoutATray)
 {
     desktop().stopBar();
-    start();
+    start({});
     EXPECT_TRUE(awaitOpen());
     desktop().press("Escape");
     EXPECT_TRUE(awaitClosed());

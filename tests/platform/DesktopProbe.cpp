@@ -5,6 +5,7 @@
 #include "platform/ApplicationDelegate.h"
 #include "platform/MenuBarExtra.h"
 #include "platform/SharedApplication.h"
+#include "platform/UptimeClock.h"
 #include "platform/Workspace.h"
 
 #include <QApplication>
@@ -14,10 +15,12 @@
 #include <QSocketNotifier>
 #include <QVBoxLayout>
 
+#include <chrono>
 #include <cstdio>
 #include <functional>
 #include <iostream>
 #include <map>
+#include <optional>
 #include <string>
 
 #include <unistd.h>
@@ -86,6 +89,18 @@ QIcon label()
     return QIcon(pixmap);
 }
 
+/// The host's clock, until it is stopped; from then on it goes on only when it is told to.
+class StoppableClock
+{
+public:
+    void stop() { stoppedAt = currentUptime(); }
+    void advance(std::chrono::seconds span) { stoppedAt.value() += span; }
+    [[nodiscard]] Uptime now() const { return stoppedAt ? *stoppedAt : currentUptime(); }
+
+private:
+    std::optional<Uptime> stoppedAt;
+};
+
 std::string yesOrNo(bool answer)
 {
     return answer ? "yes" : "no";
@@ -104,8 +119,11 @@ int runExtra()
 {
     auto made = std::make_unique<Content>();
     Content& content = *made;
+    StoppableClock clock;
     const auto extra = MenuBarExtra::create(
-        [&made]() -> std::unique_ptr<QWidget> { return std::move(made); }, label());
+        [&made]() -> std::unique_ptr<QWidget> { return std::move(made); },
+        label(),
+        [&clock] { return clock.now(); });
     QWidget beside;
     const std::map<std::string, std::function<std::string()>> commands{
         {"is open", [&] { return yesOrNo(extra->isOpen()); }},
@@ -119,6 +137,8 @@ int runExtra()
              beside.activateWindow();
              extra->openWhereThereIsNoIcon();
          })},
+        {"stop the clock", done([&] { clock.stop(); })},
+        {"let a minute pass", done([&] { clock.advance(std::chrono::minutes(1)); })},
         {"text", [&] { return content.text(); }},
         {"about", done([] { sharedApplication().orderFrontStandardAboutPanel({}); })},
         {"website", [] { return yesOrNo(openUrl(QUrl(QStringLiteral("https://orlimo.app/")))); }},

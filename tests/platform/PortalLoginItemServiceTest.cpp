@@ -11,6 +11,8 @@
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
+#include <QDBusPendingCall>
+#include <QDBusPendingCallWatcher>
 #include <QStringList>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -85,6 +87,20 @@ protected:
     [[nodiscard]] bool awaitAnswers(std::size_t count) const
     {
         return await([&] { return answers.size() >= count; });
+    }
+
+    /// Waits until the service has been told everything that the portal has sent so far.
+    [[nodiscard]] bool awaitTold() const
+    {
+        QDBusPendingCallWatcher ping(QDBusConnection(clientName)
+                                         .asyncCall(QDBusMessage::createMethodCall(
+                                             QStringLiteral("org.freedesktop.portal.Desktop"),
+                                             QStringLiteral("/"),
+                                             QStringLiteral("org.freedesktop.DBus.Peer"),
+                                             QStringLiteral("Ping"))));
+        bool isBack = false;
+        QObject::connect(&ping, &QDBusPendingCallWatcher::finished, [&] { isBack = true; });
+        return await([&] { return isBack; }) && !ping.isError();
     }
 
     /// What was asked for, in the order in which it came.
@@ -409,18 +425,81 @@ TEST_F(PortalLoginItem, TellsOfAPortalThatGoesBeforeItAccepts)
 
 TEST_F(PortalLoginItem, AsksOneQuestionAtATimeAndThenTheLast)
 {
+    portal->onRequest([](ScriptedPortal&, const ScriptedPortal::Request&) {});
     EXPECT_EQ(service->registerItem(), std::nullopt);
     ASSERT_TRUE(awaitRequests(1));
     EXPECT_EQ(service->registerItem(), std::nullopt);
     EXPECT_EQ(service->unregisterItem(), std::nullopt);
+    portal->accept(portal->requests().front());
     portal->respond(portal->requests().front(), 1, {});
     ASSERT_TRUE(awaitRequests(2));
     EXPECT_THAT(wishes(), ElementsAre(true, false));
+    EXPECT_THAT(portal->closedPaths(), IsEmpty());
     EXPECT_THAT(answers, IsEmpty()) << "the first wish has been taken back";
     portal->respond(portal->requests().back(), 0, autostart(false));
     ASSERT_TRUE(awaitAnswers(1));
     EXPECT_THAT(answers, ElementsAre("unregister: done"));
     EXPECT_EQ(service->status(), LoginItemStatus::notRegistered);
+}
+
+TEST_F(PortalLoginItem, TakesAnOpenQuestionBackForALaterWish)
+{
+    EXPECT_EQ(service->registerItem(), std::nullopt);
+    ASSERT_TRUE(awaitRequests(1));
+    ASSERT_TRUE(awaitTold());
+    std::vector<QString> closedBefore;
+    portal->onRequest([&](ScriptedPortal& me, const ScriptedPortal::Request& request) {
+        closedBefore = me.closedPaths();
+        me.accept(request);
+    });
+    EXPECT_EQ(service->unregisterItem(), std::nullopt);
+    ASSERT_TRUE(awaitRequests(2));
+    EXPECT_THAT(closedBefore, ElementsAre(portal->requests().front().path));
+    EXPECT_THAT(wishes(), ElementsAre(true, false));
+
+    portal->respond(portal->requests().front(), 0, autostart(true));
+    ASSERT_TRUE(awaitTold());
+    EXPECT_EQ(service->status(), LoginItemStatus::notRegistered);
+    EXPECT_THAT(answers, IsEmpty()) << "the portal answered what was taken back";
+
+    portal->respond(portal->requests().back(), 0, autostart(false));
+    ASSERT_TRUE(awaitAnswers(1));
+    EXPECT_THAT(answers, ElementsAre("unregister: done"));
+}
+
+TEST_F(PortalLoginItem, TakesBackWhatWaitedForTheOpenQuestion)
+{
+    portal->onRequest([](ScriptedPortal&, const ScriptedPortal::Request&) {});
+    EXPECT_EQ(service->registerItem(), std::nullopt);
+    ASSERT_TRUE(awaitRequests(1));
+    EXPECT_EQ(service->unregisterItem(), std::nullopt);
+    portal->accept(portal->requests().front());
+    ASSERT_TRUE(awaitTold());
+    portal->onRequest(responding(0, autostart(true)));
+    EXPECT_EQ(service->registerItem(), std::nullopt);
+    ASSERT_TRUE(awaitAnswers(1));
+    EXPECT_THAT(answers, ElementsAre("register: done"));
+    EXPECT_THAT(wishes(), ElementsAre(true, true));
+    EXPECT_THAT(portal->closedPaths(), ElementsAre(portal->requests().front().path));
+}
+
+TEST_F(PortalLoginItem, WaitsForTheQuestionInPlaceOfOneTakenBack)
+{
+    EXPECT_EQ(service->registerItem(), std::nullopt);
+    ASSERT_TRUE(awaitRequests(1));
+    ASSERT_TRUE(awaitTold());
+    portal->onRequest([](ScriptedPortal&, const ScriptedPortal::Request&) {});
+    EXPECT_EQ(service->unregisterItem(), std::nullopt);
+    EXPECT_EQ(service->registerItem(), std::nullopt);
+    ASSERT_TRUE(awaitRequests(2));
+    ASSERT_TRUE(awaitTold());
+    EXPECT_THAT(wishes(), ElementsAre(true, false));
+    portal->onRequest(responding(0, autostart(true)));
+    portal->respond(portal->requests().back(), 0, autostart(false));
+    ASSERT_TRUE(awaitAnswers(1));
+    EXPECT_THAT(wishes(), ElementsAre(true, false, true));
+    EXPECT_THAT(portal->closedPaths(), SizeIs(1));
+    EXPECT_THAT(answers, ElementsAre("register: done"));
 }
 
 TEST_F(PortalLoginItem, BelievesNobodyButThePortal)

@@ -17,7 +17,8 @@ const auto portalName = QStringLiteral("org.freedesktop.portal.Desktop");
 ScriptedPortal::ScriptedPortal(const std::string& address)
     : bus(QDBusConnection::connectToBus(QString::fromStdString(address), connectionName))
 {
-    EXPECT_TRUE(bus.registerVirtualObject(QStringLiteral("/org/freedesktop/portal/desktop"), this));
+    EXPECT_TRUE(bus.registerVirtualObject(
+        QStringLiteral("/org/freedesktop/portal/desktop"), this, QDBusConnection::SubPath));
     EXPECT_TRUE(bus.registerService(portalName));
 }
 
@@ -49,6 +50,12 @@ void ScriptedPortal::respond(const Request& request, uint response, const QVaria
 bool ScriptedPortal::handleMessage(
     const QDBusMessage& message, const QDBusConnection& /*connection*/)
 {
+    if (message.interface() == QStringLiteral("org.freedesktop.portal.Request") &&
+        message.member() == QStringLiteral("Close") && message.signature().isEmpty())
+    {
+        closed.push_back(message.path());
+        return true;
+    }
     if (message.interface() != QStringLiteral("org.freedesktop.portal.Background") ||
         message.member() != QStringLiteral("RequestBackground") ||
         message.signature() != QStringLiteral("sa{sv}"))

@@ -40,6 +40,8 @@ public:
     /// What is done with each request from now on. At the beginning: accepted and not answered.
     void onRequest(Script newScript) { script = std::move(newScript); }
     [[nodiscard]] const std::vector<Request>& requests() const { return received; }
+    /// Where the requests were that callers have closed, in the order in which they did.
+    [[nodiscard]] const std::vector<QString>& closedPaths() const { return closed; }
 
     /// Lets the call return, as the portal does before it asks the user.
     void accept(const Request& request);
@@ -55,6 +57,7 @@ private:
     QDBusConnection bus;
     Script script = [](ScriptedPortal& portal, const Request& request) { portal.accept(request); };
     std::vector<Request> received;
+    std::vector<QString> closed;
 };
 
 } // namespace orlimo
