@@ -1,9 +1,11 @@
 #include "platform/MenuBarExtra.h"
 #include "platform/SharedApplication.h"
+#include "platform/linux/ActivationToken.h"
 #include "platform/linux/MenuBarWindow.h"
 #include "platform/linux/TrayHost.h"
 #include "platform/linux/TrayIcon.h"
 
+#include <QByteArray>
 #include <QTimer>
 
 #include <chrono>
@@ -29,20 +31,23 @@ public:
     {
         answerIsDue.setSingleShot(true);
         answerIsDue.setInterval(limitForAnAnswer);
-        QObject::connect(
-            &answerIsDue, &QTimer::timeout, &answerIsDue, [this] { window().openAmongOthers(); });
+        QObject::connect(&answerIsDue, &QTimer::timeout, &answerIsDue, [this] { openForStart(); });
         showIcon();
     }
 
     void open() override { window().open(); }
 
+    void openAmongOthers() override { window().openAmongOthers(); }
+
     void openWhereThereIsNoIcon() override
     {
         const auto hasPlace = host.hasPlace();
         if (!hasPlace) {
+            // By the time of the answer it will have been taken from the environment.
+            startsToken = ActivationToken::takeFromStart();
             answerIsDue.start();
         } else if (!*hasPlace) {
-            window().openAmongOthers();
+            openForStart();
         }
     }
 
@@ -56,6 +61,12 @@ public:
     [[nodiscard]] bool isOpen() const override { return menuBarWindow && menuBarWindow->isOpen(); }
 
 private:
+    void openForStart()
+    {
+        const ActivationToken lent(std::exchange(startsToken, {}));
+        openAmongOthers();
+    }
+
     void placeDidChange()
     {
         showIcon();
@@ -93,6 +104,7 @@ private:
     std::optional<MenuBarWindow> menuBarWindow;
     std::optional<TrayIcon> icon;
     QTimer answerIsDue;
+    QByteArray startsToken;
     TrayHost host;
 };
 

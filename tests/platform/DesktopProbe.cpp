@@ -107,17 +107,24 @@ int runExtra()
     const auto extra = MenuBarExtra::create(
         [&made]() -> std::unique_ptr<QWidget> { return std::move(made); }, label());
     QWidget beside;
+    const auto showBeside = [&beside] {
+        beside.setWindowTitle(QStringLiteral("Beside"));
+        beside.setGeometry(20, 60, 200, 200);
+        beside.show();
+        beside.raise();
+        beside.activateWindow();
+    };
     const std::map<std::string, std::function<std::string()>> commands{
         {"is open", [&] { return yesOrNo(extra->isOpen()); }},
         {"open", done([&] { extra->open(); })},
         {"open where there is no icon", done([&] { extra->openWhereThereIsNoIcon(); })},
         {"open beside another window", done([&] {
-             beside.setWindowTitle(QStringLiteral("Beside"));
-             beside.setGeometry(20, 60, 200, 200);
-             beside.show();
-             beside.raise();
-             beside.activateWindow();
+             showBeside();
              extra->openWhereThereIsNoIcon();
+         })},
+        {"open on request beside another window", done([&] {
+             showBeside();
+             extra->openAmongOthers();
          })},
         {"text", [&] { return content.text(); }},
         {"about", done([] { sharedApplication().orderFrontStandardAboutPanel({}); })},
