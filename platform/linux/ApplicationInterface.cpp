@@ -28,6 +28,12 @@ QByteArray tokenIn(const QVariantMap& platformData)
 
 } // namespace
 
+ApplicationInterface::ApplicationInterface()
+{
+    nextTurn.setSingleShot(true);
+    QObject::connect(&nextTurn, &QTimer::timeout, this, &ApplicationInterface::doKept);
+}
+
 void ApplicationInterface::serve(Work doIt)
 {
     requireMainThread();
@@ -68,7 +74,7 @@ void ApplicationInterface::keep(const ApplicationRequest& request)
         kept = request;
     }
     // Not within the call: whoever asks waits for the answer, and opening takes its time.
-    QMetaObject::invokeMethod(this, &ApplicationInterface::doKept, Qt::QueuedConnection);
+    nextTurn.start(0);
 }
 
 void ApplicationInterface::doKept()

@@ -5,6 +5,7 @@
 #include <QDBusContext>
 #include <QObject>
 #include <QStringList>
+#include <QTimer>
 #include <QVariantMap>
 
 #include <functional>
@@ -24,7 +25,7 @@ class ApplicationInterface final : public QObject, protected QDBusContext
 public:
     using Work = std::function<void(const ApplicationRequest&)>;
 
-    ApplicationInterface() = default;
+    ApplicationInterface();
     ApplicationInterface(const ApplicationInterface&) = delete;
     ApplicationInterface& operator=(const ApplicationInterface&) = delete;
     ~ApplicationInterface() override = default;
@@ -50,6 +51,7 @@ private:
 
     Work work;
     std::optional<ApplicationRequest> kept;
+    QTimer nextTurn;
 };
 
 } // namespace orlimo
