@@ -45,11 +45,12 @@ int runApplication(
     orlimo::OrlimoApp app;
     const auto scene = app.body();
     orlimo::LaunchTurns turns(app.appDelegate(), launchedAtLogin, [&] {
-        if (!launchedAtLogin) {
-            scene->menuBarExtra().openWhereThereIsNoIcon();
-        }
         if (instance != nullptr) {
-            instance->onActivation([&scene] { scene->menuBarExtra().open(); });
+            instance->onActivation([&scene] { scene->menuBarExtra().openAmongOthers(); });
+        }
+        // What was asked while launching may have been to quit.
+        if (!launchedAtLogin && !orlimo::sharedApplication().isTerminating()) {
+            scene->menuBarExtra().openWhereThereIsNoIcon();
         }
     });
     const int status = orlimo::sharedApplication().run(turns);
@@ -69,7 +70,7 @@ int runOnce(int argc, char** argv, bool launchedAtLogin)
         break;
     case ApplicationInstance::Claim::activatedOther:
         if (!launchedAtLogin) {
-            std::cerr << "orlimo: already running in this session; its window has been opened\n"
+            std::cerr << "orlimo: already running in this session; its window opens\n"
                       << std::flush;
         }
         return 0;

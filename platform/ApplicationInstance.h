@@ -17,7 +17,7 @@ public:
         first,
         /// The host has no means to find others: they run side by side.
         alone,
-        /// Another one runs. It was asked to open its window, unless this start belongs to a login.
+        /// Another one runs. It opens its window, unless this start belongs to a login.
         activatedOther,
         /// Another one runs, and it did not answer in time.
         otherDoesNotAnswer,
@@ -30,12 +30,12 @@ public:
 
     [[nodiscard]] virtual Claim claim() const = 0;
 
-    /// Has `open` called on the main thread, in the event loop, each time the program is asked to
-    /// show itself; called once launching has finished. What was asked before is done within the
-    /// call, once however often it was asked.
+    /// Has `open` called on the main thread, in the event loop, when the program is asked to show
+    /// itself, once for what is asked at the same time; called once launching has finished. What
+    /// was asked before is done within the call. It may also have been to quit.
     virtual void onActivation(std::function<void()> open) = 0;
 
-    /// Makes the claim. Returns within two seconds where another one runs but stands still.
+    /// Makes the claim. Returns within two seconds, also where another one runs but stands still.
     [[nodiscard]] static std::unique_ptr<ApplicationInstance> create(bool launchedAtLogin);
 };
 

@@ -28,6 +28,8 @@ public:
 
     /// Ends the program with exit status 0, unasked.
     virtual void terminate() = 0;
+    /// Whether the program has been told to end and only has not come to it yet.
+    [[nodiscard]] virtual bool isTerminating() const = 0;
 };
 
 /// The one there is. Before the toolkit's application object exists a call is a fatal stop.

@@ -2,6 +2,7 @@
 
 #include "platform/MainThread.h"
 
+#include <QCoreApplication>
 #include <QDBusError>
 
 #include <utility>
@@ -30,15 +31,15 @@ QByteArray tokenIn(const QVariantMap& platformData)
 void ApplicationInterface::serve(Work doIt)
 {
     requireMainThread();
+    // What has reached the connection waits among the events and was asked before, too.
+    QCoreApplication::sendPostedEvents(this);
     work = std::move(doIt);
-    if (const auto request = std::exchange(kept, std::nullopt)) {
-        work(*request);
-    }
+    doKept();
 }
 
 void ApplicationInterface::Activate(const QVariantMap& platformData)
 {
-    doOrKeep({Kind::open, tokenIn(platformData)});
+    keep({Kind::open, tokenIn(platformData)});
 }
 
 void ApplicationInterface::Open(const QStringList& /*addresses*/, const QVariantMap& platformData)
@@ -52,22 +53,31 @@ void ApplicationInterface::ActivateAction(
     if (action == QLatin1String("open")) {
         Activate(platformData);
     } else if (action == QLatin1String("quit")) {
-        doOrKeep({Kind::quit, {}});
+        keep({Kind::quit, {}});
     } else {
         sendErrorReply(
             QDBusError::InvalidArgs, QStringLiteral("there is no action \"%1\"").arg(action));
     }
 }
 
-void ApplicationInterface::doOrKeep(const ApplicationRequest& request)
+void ApplicationInterface::keep(const ApplicationRequest& request)
 {
     requireMainThread();
-    if (work) {
-        work(request);
-    } else if (!kept || kept->kind != Kind::quit) {
-        // Opening twice is opening once, and a program that is to quit opens nothing.
+    // Opening twice is opening once, and a program that is to quit opens nothing.
+    if (!kept || kept->kind != Kind::quit) {
         kept = request;
     }
+    // Not within the call: whoever asks waits for the answer, and opening takes its time.
+    QMetaObject::invokeMethod(this, &ApplicationInterface::doKept, Qt::QueuedConnection);
+}
+
+void ApplicationInterface::doKept()
+{
+    if (!work || !kept) {
+        return;
+    }
+    const ApplicationRequest request = *std::exchange(kept, std::nullopt);
+    work(request);
 }
 
 } // namespace orlimo

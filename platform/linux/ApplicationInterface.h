@@ -13,8 +13,9 @@
 namespace orlimo {
 
 /// The D-Bus interface by which desktops start an application and its actions, to be registered
-/// with all its slots. What is asked before somebody serves is answered and kept. Main thread; may
-/// be made before the toolkit's application object.
+/// with all its slots. What is asked is answered at once and done in a later turn of the event
+/// loop, or kept until somebody serves. Main thread; may be made before the toolkit's application
+/// object.
 class ApplicationInterface final : public QObject, protected QDBusContext
 {
     Q_OBJECT
@@ -28,7 +29,8 @@ public:
     ApplicationInterface& operator=(const ApplicationInterface&) = delete;
     ~ApplicationInterface() override = default;
 
-    /// Has requests done by `doIt` from now on; the kept one first, within the call.
+    /// Has requests done by `doIt` from now on, once what was asked more than once in the meantime;
+    /// the kept one first, within the call.
     void serve(Work doIt);
 
 public Q_SLOTS: // NOLINT(readability-redundant-access-specifiers): it makes slots
@@ -43,7 +45,8 @@ public Q_SLOTS: // NOLINT(readability-redundant-access-specifiers): it makes slo
         const QString& action, const QVariantList& parameters, const QVariantMap& platformData);
 
 private:
-    void doOrKeep(const ApplicationRequest& request);
+    void keep(const ApplicationRequest& request);
+    void doKept();
 
     Work work;
     std::optional<ApplicationRequest> kept;

@@ -1,24 +1,17 @@
 #include "platform/linux/ClipboardRoute.h"
 
 #include "platform/linux/DataControlClipboard.h"
+#include "platform/linux/EnvironmentVariable.h"
 
-#include <cstdlib>
 #include <memory>
 #include <string_view>
+#include <utility>
 
 #include <xcb/xcb.h>
 
 namespace orlimo {
 
 namespace {
-
-// NOLINTBEGIN(concurrency-mt-unsafe): asked before there is a second thread
-std::string_view environmentVariable(const char* name)
-{
-    const char* const value = std::getenv(name);
-    return value == nullptr ? std::string_view() : std::string_view(value);
-}
-// NOLINTEND(concurrency-mt-unsafe)
 
 bool isOnWayland()
 {
@@ -37,10 +30,24 @@ bool canReachXServer()
     return xcb_connection_has_error(connection.get()) == 0;
 }
 
-/// The name of the first of the platforms, without what is asked of it: "xcb" of "xcb:opt;wayland".
-std::string_view nameOf(std::string_view platform)
+bool canReach(std::string_view platform, const DesktopFacts& facts)
 {
-    return platform.substr(0, platform.find_first_of(":;"));
+    if (platform.starts_with("wayland")) {
+        return facts.isWaylandSession;
+    }
+    return platform != "xcb" || facts.hasXServer();
+}
+
+/// The name of the platform on which the toolkit ends up: of several with semicolons between them,
+/// the first that can be reached. Behind a colon each may have options.
+std::string_view chosenPlatform(std::string_view platforms, const DesktopFacts& facts)
+{
+    const auto end = platforms.find(';');
+    const std::string_view first = platforms.substr(0, end);
+    const std::string_view name = first.substr(0, first.find(':'));
+    return end == std::string_view::npos || canReach(name, facts)
+               ? name
+               : chosenPlatform(platforms.substr(end + 1), facts);
 }
 
 ClipboardRoute routeOfOurChoice(const DesktopFacts& facts)
@@ -64,13 +71,13 @@ std::optional<ClipboardRoute>& settledRoute()
 
 DesktopFacts desktopFacts(const std::optional<std::string>& platformArgument)
 {
-    const std::string_view inEnvironment = environmentVariable("QT_QPA_PLATFORM");
-    auto chosenPlatform = platformArgument;
-    if (!chosenPlatform && !inEnvironment.empty()) {
-        chosenPlatform = inEnvironment;
+    const std::string inEnvironment = environmentVariable("QT_QPA_PLATFORM");
+    auto platform = platformArgument;
+    if (!platform && !inEnvironment.empty()) {
+        platform = inEnvironment;
     }
     return {
-        .chosenPlatform = std::move(chosenPlatform),
+        .chosenPlatform = std::move(platform),
         .isWaylandSession = isOnWayland(),
         .offersDataControl = [] { return DataControlClipboard::isOffered(); },
         .hasXServer = canReachXServer,
@@ -82,7 +89,7 @@ ClipboardRoute bestClipboardRoute(const DesktopFacts& facts)
     if (!facts.chosenPlatform) {
         return routeOfOurChoice(facts);
     }
-    const std::string_view platform = nameOf(*facts.chosenPlatform);
+    const std::string_view platform = chosenPlatform(*facts.chosenPlatform, facts);
     if (platform.starts_with("wayland")) {
         return facts.offersDataControl() ? ClipboardRoute::dataControl
                                          : ClipboardRoute::focusedOnly;

@@ -3,6 +3,8 @@
 #include "platform/MainThread.h"
 #include "platform/SharedApplication.h"
 #include "platform/ToQString.h"
+#include "platform/UptimeClock.h"
+#include "platform/linux/ActivationToken.h"
 #include "platform/linux/ApplicationInterface.h"
 #include "platform/linux/SessionBus.h"
 
@@ -16,12 +18,12 @@ namespace {
 
 using Claim = ApplicationInstance::Claim;
 
-/// How long the program that runs already may take to answer. With what a start needs besides, less
-/// than two seconds.
+/// How long the bus and the program that runs already may take together, until the claim is
+/// settled. With what a start needs besides, less than two seconds.
 constexpr std::chrono::milliseconds answerLimit{1500};
 
-/// Where the toolkit looks for the right to the focus when a window is to be activated.
-constexpr const char* tokenVariable = "XDG_ACTIVATION_TOKEN";
+/// How long the bus may hold up the end of the program.
+constexpr std::chrono::milliseconds farewellLimit{500};
 
 /// The name under which the program is found on the bus.
 QString applicationName()
@@ -46,8 +48,8 @@ QString objectPath()
 QVariantMap platformData()
 {
     constexpr std::array<std::pair<const char*, const char*>, 2> sources{{
-        {"activation-token", tokenVariable},
-        {"desktop-startup-id", "DESKTOP_STARTUP_ID"},
+        {"activation-token", ActivationToken::variable},
+        {"desktop-startup-id", ActivationToken::startVariable},
     }};
     QVariantMap data;
     for (const auto& [key, variable] : sources) {
@@ -59,9 +61,9 @@ QVariantMap platformData()
     return data;
 }
 
-/// Asks the program at `other` to open its window. True when it says that it has, or while it is
+/// Asks the program at `other` to open its window. True when it says that it will, or while it is
 /// still starting, when the request has reached it.
-bool activate(const QString& other, const SessionBus& bus)
+bool activate(const QString& other, const SessionBus& bus, Uptime deadline)
 {
     auto request = QDBusMessage::createMethodCall(
         other,
@@ -69,38 +71,43 @@ bool activate(const QString& other, const SessionBus& bus)
         QStringLiteral("org.freedesktop.Application"),
         QStringLiteral("Activate"));
     request << platformData();
-    if (bus.ownerOf(startedName()) == other) {
-        return bus.call(request, answerLimit).type() == QDBusMessage::ReplyMessage;
+    if (bus.ownerOf(startedName(), deadline) == other) {
+        return bus.call(request, deadline).type() == QDBusMessage::ReplyMessage;
     }
     bus.send(request);
     // The connection answers this one by itself, after it has received the request.
     const auto ping = QDBusMessage::createMethodCall(
         other, objectPath(), QStringLiteral("org.freedesktop.DBus.Peer"), QStringLiteral("Ping"));
-    return bus.call(ping, answerLimit).type() == QDBusMessage::ReplyMessage;
+    // One that is ending, and not starting, has given up the name before its connection.
+    return bus.call(ping, deadline).type() == QDBusMessage::ReplyMessage &&
+           bus.ownerOf(applicationName(), deadline) == other;
 }
 
 Claim claimOn(const SessionBus& bus, bool launchedAtLogin)
 {
+    const Uptime deadline = currentUptime() + answerLimit;
+    bool anotherWasFound = false;
     for (;;) {
-        switch (bus.take(applicationName())) {
+        switch (bus.take(applicationName(), deadline)) {
         case SessionBus::Ownership::taken:
             return Claim::first;
         case SessionBus::Ownership::refused:
-            return Claim::alone;
+            return anotherWasFound ? Claim::otherDoesNotAnswer : Claim::alone;
         case SessionBus::Ownership::another:
+            anotherWasFound = true;
             break;
         }
         if (launchedAtLogin) {
             return Claim::activatedOther;
         }
-        const QString other = bus.ownerOf(applicationName());
-        if (!other.isEmpty() && activate(other, bus)) {
+        const QString other = bus.ownerOf(applicationName(), deadline);
+        if (!other.isEmpty() && activate(other, bus, deadline)) {
             return Claim::activatedOther;
         }
-        if (!other.isEmpty() && bus.ownerOf(applicationName()) == other) {
+        if (!other.isEmpty() && bus.ownerOf(applicationName(), deadline) == other) {
             return Claim::otherDoesNotAnswer;
         }
-        // It has ended in the meantime: this start takes its place.
+        // It has ended in the meantime, and this start takes its place; or there is no time left.
     }
 }
 
@@ -111,13 +118,8 @@ void carryOut(const ApplicationRequest& request, const std::function<void()>& op
         sharedApplication().terminate();
         return;
     }
-    if (request.activationToken.isEmpty()) {
-        open();
-        return;
-    }
-    qputenv(tokenVariable, request.activationToken);
+    const ActivationToken lent(request.activationToken);
     open();
-    qunsetenv(tokenVariable);
 }
 
 /// The claim as the ownership of the program's name on the session bus.
@@ -132,6 +134,19 @@ public:
         ownClaim = claimOn(bus, launchedAtLogin);
     }
 
+    DBusApplicationInstance(const DBusApplicationInstance&) = delete;
+    DBusApplicationInstance& operator=(const DBusApplicationInstance&) = delete;
+
+    ~DBusApplicationInstance() override
+    {
+        if (ownClaim == Claim::first) {
+            // Before the object goes, and waiting for it: whoever finds the name finds the object.
+            const Uptime deadline = currentUptime() + farewellLimit;
+            bus.release(applicationName(), deadline);
+            bus.release(startedName(), deadline);
+        }
+    }
+
     [[nodiscard]] Claim claim() const override { return ownClaim; }
 
     void onActivation(std::function<void()> open) override
@@ -140,7 +155,7 @@ public:
             carryOut(request, open);
         });
         if (ownClaim == Claim::first) {
-            static_cast<void>(bus.take(startedName()));
+            static_cast<void>(bus.take(startedName(), currentUptime() + answerLimit));
         }
     }
 

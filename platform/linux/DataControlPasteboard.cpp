@@ -16,7 +16,8 @@ void DataControlPasteboard::declareTypes(std::initializer_list<PasteboardType> t
 
 void DataControlPasteboard::setString(std::string_view text, PasteboardType type)
 {
-    if (!take(text)) {
+    // A compositor that has just not answered is not waited for a second time.
+    if (isOutOfReach || !take(text)) {
         standIn.setString(text, type);
     }
 }

@@ -3,6 +3,7 @@
 #include "platform/SharedApplication.h"
 #include "platform/linux/AboutPanel.h"
 #include "platform/linux/ActivationObserver.h"
+#include "platform/linux/ActivationToken.h"
 #include "platform/linux/ApplicationActivity.h"
 
 #include <QApplication>
@@ -38,7 +39,8 @@ public:
         firstTurn.setSingleShot(true);
         QObject::connect(&firstTurn, &QTimer::timeout, &activity, [&] {
             delegate.applicationDidFinishLaunching();
-            if (isTerminating) {
+            ActivationToken::takeFromStart();
+            if (terminating) {
                 QApplication::exit(0);
             } else {
                 activations.launchingDidFinish();
@@ -47,7 +49,7 @@ public:
         firstTurn.start(0);
         const int status = QApplication::exec();
         delete aboutPanel;
-        isTerminating = false;
+        terminating = false;
         return status;
     }
 
@@ -62,9 +64,11 @@ public:
     void terminate() override
     {
         // Kept for an event loop that does not run yet. Unlike quit(), exit() asks no window.
-        isTerminating = true;
+        terminating = true;
         QApplication::exit(0);
     }
+
+    [[nodiscard]] bool isTerminating() const override { return terminating; }
 
 private:
     /// A saved session would start the program at the next login, beside the login item. Lasts as
@@ -79,7 +83,7 @@ private:
     }
 
     QPointer<AboutPanel> aboutPanel;
-    bool isTerminating = false;
+    bool terminating = false;
 };
 
 } // namespace

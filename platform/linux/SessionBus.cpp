@@ -1,5 +1,8 @@
 #include "platform/linux/SessionBus.h"
 
+#include <QDBusError>
+
+#include <chrono>
 #include <cstdint>
 
 namespace orlimo {
@@ -14,12 +17,12 @@ SessionBus::~SessionBus()
     QDBusConnection::disconnectFromBus(connectionName);
 }
 
-SessionBus::Ownership SessionBus::take(const QString& name) const
+SessionBus::Ownership SessionBus::take(const QString& name, Uptime deadline) const
 {
     constexpr std::uint32_t doNotQueue = 4;
     constexpr std::uint32_t primaryOwner = 1;
     constexpr std::uint32_t exists = 3;
-    switch (askBus(QStringLiteral("RequestName"), {name, doNotQueue}).toUInt()) {
+    switch (askBus(QStringLiteral("RequestName"), {name, doNotQueue}, deadline).toUInt()) {
     case primaryOwner:
         return Ownership::taken;
     case exists:
@@ -29,9 +32,14 @@ SessionBus::Ownership SessionBus::take(const QString& name) const
     }
 }
 
-QString SessionBus::ownerOf(const QString& name) const
+void SessionBus::release(const QString& name, Uptime deadline) const
 {
-    return askBus(QStringLiteral("GetNameOwner"), {name}).toString();
+    static_cast<void>(askBus(QStringLiteral("ReleaseName"), {name}, deadline));
+}
+
+QString SessionBus::ownerOf(const QString& name, Uptime deadline) const
+{
+    return askBus(QStringLiteral("GetNameOwner"), {name}, deadline).toString();
 }
 
 void SessionBus::put(QObject& object, const QString& path)
@@ -39,12 +47,19 @@ void SessionBus::put(QObject& object, const QString& path)
     connection.registerObject(path, &object, QDBusConnection::ExportAllSlots);
 }
 
-QDBusMessage SessionBus::call(const QDBusMessage& message, std::chrono::milliseconds limit) const
+QDBusMessage SessionBus::call(const QDBusMessage& message, Uptime deadline) const
 {
-    return connection.call(message, QDBus::Block, static_cast<int>(limit.count()));
+    const auto left =
+        std::chrono::duration_cast<std::chrono::milliseconds>(deadline - currentUptime());
+    if (left <= std::chrono::milliseconds::zero()) {
+        // Less than nothing would be a limit of the connection's own choice.
+        return QDBusMessage::createError(QDBusError::NoReply, QString());
+    }
+    return connection.call(message, QDBus::Block, static_cast<int>(left.count()));
 }
 
-QVariant SessionBus::askBus(const QString& method, const QVariantList& arguments) const
+QVariant
+SessionBus::askBus(const QString& method, const QVariantList& arguments, Uptime deadline) const
 {
     auto request = QDBusMessage::createMethodCall(
         QStringLiteral("org.freedesktop.DBus"),
@@ -52,7 +67,7 @@ QVariant SessionBus::askBus(const QString& method, const QVariantList& arguments
         QStringLiteral("org.freedesktop.DBus"),
         method);
     request.setArguments(arguments);
-    const QDBusMessage reply = connection.call(request);
+    const QDBusMessage reply = call(request, deadline);
     // An error has an argument, too: its text.
     return reply.type() == QDBusMessage::ReplyMessage ? reply.arguments().value(0) : QVariant();
 }

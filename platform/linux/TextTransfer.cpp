@@ -13,7 +13,8 @@ namespace orlimo {
 namespace {
 
 /// Keeps SIGPIPE away from this thread while it lives, and takes the one that a write has caused
-/// with it. One that was waiting before is left as it was.
+/// with it. One that was waiting before is left as it was. The program ignores the signal
+/// altogether; a transfer does not rely on that.
 class PipeSignalBlock
 {
 public:

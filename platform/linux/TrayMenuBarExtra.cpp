@@ -1,9 +1,12 @@
 #include "platform/MenuBarExtra.h"
 #include "platform/SharedApplication.h"
+#include "platform/linux/ActivationToken.h"
 #include "platform/linux/MenuBarWindow.h"
 #include "platform/linux/TrayHost.h"
 #include "platform/linux/TrayIcon.h"
 
+#include <QByteArray>
+#include <QGuiApplication>
 #include <QTimer>
 
 #include <chrono>
@@ -18,6 +21,13 @@ namespace {
 /// none. As long as a person who has started the program may be left without an answer.
 constexpr std::chrono::seconds limitForAnAnswer{1};
 
+/// Whether the windows are somewhere where somebody may look at them.
+bool isOnScreen()
+{
+    const QString platform = QGuiApplication::platformName();
+    return platform != u"offscreen" && platform != u"minimal";
+}
+
 /// An icon in the tray and its window.
 class TrayMenuBarExtra final : public MenuBarExtra
 {
@@ -30,20 +40,26 @@ public:
     {
         answerIsDue.setSingleShot(true);
         answerIsDue.setInterval(limitForAnAnswer);
-        QObject::connect(
-            &answerIsDue, &QTimer::timeout, &answerIsDue, [this] { window().openAmongOthers(); });
+        QObject::connect(&answerIsDue, &QTimer::timeout, &answerIsDue, [this] { openForStart(); });
         showIcon();
     }
 
     void open() override { window().open(); }
 
+    void openAmongOthers() override { window().openAmongOthers(); }
+
     void openWhereThereIsNoIcon() override
     {
+        if (!isOnScreen()) {
+            return;
+        }
         const auto hasPlace = host.hasPlace();
         if (!hasPlace) {
+            // By the time of the answer it will have been taken from the environment.
+            startsToken = ActivationToken::takeFromStart();
             answerIsDue.start();
         } else if (!*hasPlace) {
-            window().openAmongOthers();
+            openForStart();
         }
     }
 
@@ -57,6 +73,12 @@ public:
     [[nodiscard]] bool isOpen() const override { return menuBarWindow && menuBarWindow->isOpen(); }
 
 private:
+    void openForStart()
+    {
+        const ActivationToken lent(std::exchange(startsToken, {}));
+        openAmongOthers();
+    }
+
     void placeDidChange()
     {
         showIcon();
@@ -96,6 +118,7 @@ private:
     std::optional<MenuBarWindow> menuBarWindow;
     std::optional<TrayIcon> icon;
     QTimer answerIsDue;
+    QByteArray startsToken;
     TrayHost host;
 };
 

@@ -1,11 +1,11 @@
 #include "platform/linux/WaylandDisplay.h"
 
+#include "platform/linux/EnvironmentVariable.h"
 #include "platform/linux/UniqueFd.h"
 #include "platform/linux/WaylandProxy.h"
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 
@@ -23,21 +23,14 @@ namespace {
 using std::chrono::microseconds;
 using std::chrono::milliseconds;
 
-/// The value of a variable; empty when it is unset.
-std::string variable(const char* name)
-{
-    const char* const value = std::getenv(name); // NOLINT(concurrency-mt-unsafe): never set
-    return value == nullptr ? std::string() : value;
-}
-
 /// Where the compositor listens; empty when nothing tells.
 std::string socketPath(std::string name)
 {
     if (name.empty()) {
-        name = variable("WAYLAND_DISPLAY");
+        name = environmentVariable("WAYLAND_DISPLAY");
     }
     const std::filesystem::path relative = name.empty() ? "wayland-0" : name;
-    const std::filesystem::path folder = variable("XDG_RUNTIME_DIR");
+    const std::filesystem::path folder = environmentVariable("XDG_RUNTIME_DIR");
     const auto path = folder / relative; // an absolute path stays what it is
     return path.is_absolute() ? path.string() : std::string();
 }
@@ -76,7 +69,11 @@ UniqueFd connectedSocket(const std::string& path, WaylandDisplay::Deadline deadl
     }
     limitConnecting(socket.get(), deadline);
     const auto* const general = reinterpret_cast<const sockaddr*>(&address);
-    return ::connect(socket.get(), general, sizeof address) == 0 ? std::move(socket) : UniqueFd();
+    int result = 0;
+    do {
+        result = ::connect(socket.get(), general, sizeof address);
+    } while (result < 0 && errno == EINTR && std::chrono::steady_clock::now() < deadline);
+    return result == 0 ? std::move(socket) : UniqueFd();
 }
 
 /// Sees the answer to a request that asks for nothing else.

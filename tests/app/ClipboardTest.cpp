@@ -40,7 +40,9 @@ protected:
 
     XServer server;
     ProgramSession session{
-        {.environment = {{"DISPLAY", server.display()}, {"QT_QPA_PLATFORM", "xcb"}}}};
+        {// No window opens by itself then, for want of a tray.
+         .arguments = {"--launched-at-login"},
+         .environment = {{"DISPLAY", server.display()}, {"QT_QPA_PLATFORM", "xcb"}}}};
 };
 
 TEST_F(Clipboard, HoldsTheCodeInThePlaceOfItsOldContents)
@@ -136,7 +138,8 @@ TEST(ClipboardWithoutAReaderOfTheOutput, HoldsTheCodeAllTheSame)
 {
     const XServer server;
     ProgramSession session(
-        {.environment = {{"DISPLAY", server.display()}, {"QT_QPA_PLATFORM", "xcb"}},
+        {.arguments = {"--launched-at-login"},
+         .environment = {{"DISPLAY", server.display()}, {"QT_QPA_PLATFORM", "xcb"}},
          .beforeStart = hangUpOnOutput});
     session.startWriter();
     session.startProgram();

@@ -14,6 +14,7 @@ public:
     int run(ApplicationDelegate& delegate) override;
     void orderFrontStandardAboutPanel(const AboutPanelOptions& options) override;
     void terminate() override;
+    [[nodiscard]] bool isTerminating() const override { return false; }
 
     /// Each call so far: "run", "about" with the options as NAME=VALUE, or "terminate".
     std::vector<std::string> calls;

@@ -2,6 +2,8 @@
 
 #include "platform/ApplicationDelegate.h"
 #include "platform/SharedApplication.h"
+#include "platform/UptimeClock.h"
+#include "platform/linux/SessionBus.h"
 #include "tests/support/Await.h"
 #include "tests/support/MessageBus.h"
 #include "tests/support/TemporaryFolder.h"
@@ -9,6 +11,7 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCall>
+#include <QDBusServiceWatcher>
 #include <QDBusVirtualObject>
 #include <QThread>
 #include <QTimer>
@@ -68,9 +71,34 @@ protected:
 
     std::vector<std::string> openings;
 
+    static MessageBus* bus;
+
 private:
     static TemporaryFolder* folder;
-    static MessageBus* bus;
+};
+
+/// Another program that calls methods of the first one.
+struct Caller
+{
+    Caller() = default;
+    Caller(const Caller&) = delete;
+    Caller& operator=(const Caller&) = delete;
+    ~Caller() { QDBusConnection::disconnectFromBus(QStringLiteral("caller")); }
+
+    [[nodiscard]] QDBusPendingCall
+    call(const std::string& method, const QVariantList& arguments) const
+    {
+        auto message = QDBusMessage::createMethodCall(
+            QStringLiteral("app.orlimo.Orlimo"),
+            QStringLiteral("/app/orlimo/Orlimo"),
+            QStringLiteral("org.freedesktop.Application"),
+            QString::fromStdString(method));
+        message.setArguments(arguments);
+        return connection.asyncCall(message);
+    }
+
+    QDBusConnection connection =
+        QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("caller"));
 };
 
 TemporaryFolder* ApplicationInstanceTest::folder = nullptr;
@@ -106,7 +134,9 @@ TEST_F(ApplicationInstanceTest, DoesWhatWasAskedBeforeTheEventLoopRan)
     const auto first = start();
     EXPECT_EQ(start()->claim(), Claim::activatedOther);
     serve(*first);
-    EXPECT_TRUE(await([this] { return openings.size() == 1; }));
+    EXPECT_THAT(openings, ElementsAre("none"));
+    runEventLoop(std::chrono::milliseconds(100));
+    EXPECT_THAT(openings, ElementsAre("none"));
 }
 
 TEST_F(ApplicationInstanceTest, AsksNothingAtLogin)
@@ -135,6 +165,78 @@ TEST_F(ApplicationInstanceTest, ThatHasStartedAndHandlesNothingDoesNotAnswer)
     EXPECT_GE(waited, std::chrono::milliseconds(1400));
     EXPECT_LT(waited, std::chrono::seconds(16));
     EXPECT_TRUE(await([this] { return openings.size() == 1; }));
+}
+
+TEST_F(ApplicationInstanceTest, AnswersBeforeItOpens)
+{
+    const auto first = start();
+    const Caller caller;
+    std::optional<QDBusPendingCall> answer;
+    bool wasAnswered = false;
+    first->onActivation([&] {
+        answer->waitForFinished();
+        wasAnswered = answer->reply().type() == QDBusMessage::ReplyMessage;
+    });
+    answer = caller.call("Activate", {QVariantMap()});
+    EXPECT_TRUE(await([&answer] { return answer->isFinished(); }));
+    EXPECT_TRUE(await([&wasAnswered] { return wasAnswered; }));
+}
+
+TEST_F(ApplicationInstanceTest, OpensAgainWhenItIsAskedAgain)
+{
+    const auto first = start();
+    serve(*first);
+    const Caller caller;
+    for (std::size_t time = 1; time <= 3; ++time) {
+        (void)caller.call("Activate", {QVariantMap()});
+        EXPECT_TRUE(await([this, time] { return openings.size() == time; }));
+    }
+}
+
+TEST_F(ApplicationInstanceTest, GivesItsNamesUpBeforeItLeavesTheBus)
+{
+    auto first = start();
+    serve(*first);
+    const Caller caller;
+    QStringList releases;
+    QDBusServiceWatcher watcher;
+    watcher.setConnection(caller.connection);
+    watcher.setWatchMode(QDBusServiceWatcher::WatchForUnregistration);
+    watcher.setWatchedServices(
+        {QStringLiteral("app.orlimo.Orlimo"), QStringLiteral("app.orlimo.Orlimo.Started")});
+    QObject::connect(
+        &watcher, &QDBusServiceWatcher::serviceUnregistered, [&releases](const QString& name) {
+            releases.push_back(name);
+        });
+    first.reset();
+    EXPECT_TRUE(await([&releases] { return releases.size() == 2; }));
+    // A bus that ends a connection takes its names away the other way round.
+    EXPECT_EQ(releases, watcher.watchedServices());
+}
+
+TEST_F(ApplicationInstanceTest, EndsThoughItsBusStandsStill)
+{
+    auto first = start();
+    bus->freeze();
+    const auto before = std::chrono::steady_clock::now();
+    first.reset();
+    EXPECT_LT(std::chrono::steady_clock::now() - before, std::chrono::seconds(16));
+    bus->goOn();
+    EXPECT_EQ(start()->claim(), Claim::first);
+}
+
+TEST_F(ApplicationInstanceTest, TakesABusThatStandsStillForNone)
+{
+    const SessionBus own;
+    const QString name = QStringLiteral("app.orlimo.Test");
+    bus->freeze();
+    const auto before = currentUptime();
+    const auto deadline = before + std::chrono::milliseconds(100);
+    EXPECT_EQ(own.take(name, deadline), SessionBus::Ownership::refused);
+    EXPECT_GE(currentUptime() - before, std::chrono::milliseconds(50));
+    EXPECT_EQ(own.ownerOf(name, deadline), QString());
+    EXPECT_LT(currentUptime() - before, std::chrono::seconds(16));
+    bus->goOn();
 }
 
 TEST_F(ApplicationInstanceTest, HandsTheRightToTheFocusToTheToolkit)
@@ -235,21 +337,16 @@ public:
 TEST_F(ApplicationInstanceTest, AskedToQuitWhileItStartsQuitsAndOpensNothing)
 {
     const auto first = start();
-    auto quit = QDBusMessage::createMethodCall(
-        QStringLiteral("app.orlimo.Orlimo"),
-        QStringLiteral("/app/orlimo/Orlimo"),
-        QStringLiteral("org.freedesktop.Application"),
-        QStringLiteral("ActivateAction"));
-    quit << QStringLiteral("quit") << QVariantList() << QVariantMap();
-    const QString name = QStringLiteral("asking");
-    const auto asking = QDBusConnection::connectToBus(QDBusConnection::SessionBus, name);
-    const auto answer = asking.asyncCall(quit);
+    const Caller caller;
+    const auto answer = caller.call(
+        "ActivateAction", {QStringLiteral("quit"), QVariant(QVariantList()), QVariantMap()});
     EXPECT_TRUE(await([&answer] { return answer.isFinished(); }));
     EXPECT_FALSE(answer.isError());
     EXPECT_EQ(start()->claim(), Claim::activatedOther);
     runEventLoop(std::chrono::milliseconds(100));
     serve(*first);
     EXPECT_THAT(openings, IsEmpty());
+    EXPECT_TRUE(sharedApplication().isTerminating());
     IdleDelegate delegate;
     QTimer limit;
     QObject::connect(&limit, &QTimer::timeout, [] {
@@ -258,7 +355,6 @@ TEST_F(ApplicationInstanceTest, AskedToQuitWhileItStartsQuitsAndOpensNothing)
     });
     limit.start(generousLimit);
     EXPECT_EQ(sharedApplication().run(delegate), 0);
-    QDBusConnection::disconnectFromBus(name);
 }
 
 } // namespace

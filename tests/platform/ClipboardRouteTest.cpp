@@ -87,6 +87,16 @@ INSTANTIATE_TEST_SUITE_P(
             false,
             true,
             ClipboardRoute::focusedOnly},
+        Session{"ChosenBothOnX11", "wayland;xcb", false, false, true, ClipboardRoute::toolkit},
+        Session{
+            "ChosenXWithoutServer", "xcb;wayland", true, true, false, ClipboardRoute::dataControl},
+        Session{
+            "ChosenXWithoutServerOrDataControl",
+            "xcb;wayland",
+            true,
+            false,
+            false,
+            ClipboardRoute::focusedOnly},
         Session{"ChosenXOnX11", "xcb", false, false, true, ClipboardRoute::toolkit},
         Session{"ChosenXBesideCompositor", "xcb", true, true, true, ClipboardRoute::dataControl},
         Session{

@@ -125,20 +125,27 @@ int runExtra()
         label(),
         [&clock] { return clock.now(); });
     QWidget beside;
+    const auto showBeside = [&beside] {
+        beside.setWindowTitle(QStringLiteral("Beside"));
+        beside.setGeometry(20, 60, 200, 200);
+        beside.show();
+        beside.raise();
+        beside.activateWindow();
+    };
     const std::map<std::string, std::function<std::string()>> commands{
         {"is open", [&] { return yesOrNo(extra->isOpen()); }},
         {"open", done([&] { extra->open(); })},
         {"open where there is no icon", done([&] { extra->openWhereThereIsNoIcon(); })},
         {"open beside another window", done([&] {
-             beside.setWindowTitle(QStringLiteral("Beside"));
-             beside.setGeometry(20, 60, 200, 200);
-             beside.show();
-             beside.raise();
-             beside.activateWindow();
+             showBeside();
              extra->openWhereThereIsNoIcon();
          })},
         {"stop the clock", done([&] { clock.stop(); })},
         {"let a minute pass", done([&] { clock.advance(std::chrono::minutes(1)); })},
+        {"open on request beside another window", done([&] {
+             showBeside();
+             extra->openAmongOthers();
+         })},
         {"text", [&] { return content.text(); }},
         {"about", done([] { sharedApplication().orderFrontStandardAboutPanel({}); })},
         {"website", [] { return yesOrNo(openUrl(QUrl(QStringLiteral("https://orlimo.app/")))); }},

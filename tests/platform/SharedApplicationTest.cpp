@@ -12,6 +12,8 @@
 #include <QWidget>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <csignal>
 #include <functional>
 #include <memory>
@@ -105,6 +107,37 @@ TEST_F(SharedApplicationTest, LaunchesAndEndsWhenItIsTerminatedBeforeTheLoop)
     delegate.whenWillFinish = [] { sharedApplication().terminate(); };
     EXPECT_EQ(run(), 0);
     EXPECT_EQ(delegate.turns, (Turns{"will finish", "did finish"}));
+}
+
+TEST_F(SharedApplicationTest, SaysThatItIsTerminatingUntilItHasEnded)
+{
+    EXPECT_FALSE(sharedApplication().isTerminating());
+    delegate.whenDidFinish = [] {
+        EXPECT_FALSE(sharedApplication().isTerminating());
+        sharedApplication().terminate();
+        EXPECT_TRUE(sharedApplication().isTerminating());
+    };
+    EXPECT_EQ(run(), 0);
+    EXPECT_FALSE(sharedApplication().isTerminating());
+}
+
+TEST_F(SharedApplicationTest, LeavesNothingOfItsStartToWhatItStarts)
+{
+    constexpr std::array<const char*, 2> variables{"XDG_ACTIVATION_TOKEN", "DESKTOP_STARTUP_ID"};
+    for (const char* const variable : variables) {
+        qputenv(variable, "token");
+    }
+    const auto areSet = [&variables] {
+        return std::ranges::count_if(variables, qEnvironmentVariableIsSet);
+    };
+    delegate.whenDidFinish = [&areSet] {
+        EXPECT_EQ(areSet(), 2);
+        later([&areSet] {
+            EXPECT_EQ(areSet(), 0);
+            sharedApplication().terminate();
+        });
+    };
+    EXPECT_EQ(run(), 0);
 }
 
 TEST_F(SharedApplicationTest, RunsToTheEndAgain)

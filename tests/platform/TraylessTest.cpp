@@ -73,6 +73,18 @@ TEST_F(TraylessTest, WindowOpensBesideAnotherWindowAndStaysOpen)
     EXPECT_EQ(count("closed"), 0);
 }
 
+TEST_F(TraylessTest, WindowThatIsAskedForBesideAnotherWindowStaysOpen)
+{
+    startProgram();
+    tell("open on request beside another window");
+    ASSERT_TRUE(awaitActive("Content"));
+    runEventLoop(aWhile);
+    EXPECT_TRUE(window("Content"));
+    EXPECT_TRUE(window("Beside"));
+    EXPECT_EQ(count("closed"), 0);
+    EXPECT_TRUE(awaitActive("Content"));
+}
+
 TEST_F(TraylessTest, WindowThatOpenedByItselfClosesForAnotherProgram)
 {
     startProgram();

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
+
 namespace orlimo {
 
 namespace {
@@ -47,6 +49,16 @@ MessageBus::MessageBus(const std::filesystem::path& runtimeFolder)
         });
     ownAddress = daemon->readLine().value_or("");
     EXPECT_FALSE(ownAddress.empty()) << daemon->errors();
+}
+
+void MessageBus::freeze() const
+{
+    daemon->signal(SIGSTOP);
+}
+
+void MessageBus::goOn() const
+{
+    daemon->signal(SIGCONT);
 }
 
 void MessageBus::end()

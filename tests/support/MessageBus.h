@@ -23,6 +23,10 @@ public:
     /// is among them.
     [[nodiscard]] const std::filesystem::path& servicesFolder() const { return services; }
 
+    /// Has the bus stand still: it takes what it is sent, and answers when it goes on.
+    void freeze() const;
+    void goOn() const;
+
     /// Ends the bus before its time.
     void end();
 
