@@ -59,6 +59,7 @@ void XWindows::stir() const
 
 std::vector<XWindow> XWindows::windowsOf(std::uint32_t process) const
 {
+    stir();
     std::vector<XWindow> found;
     for (const xcb_window_t window : numbers(root, "_NET_CLIENT_LIST_STACKING")) {
         const auto description = describe(window);
@@ -71,12 +72,14 @@ std::vector<XWindow> XWindows::windowsOf(std::uint32_t process) const
 
 std::optional<XWindow> XWindows::activeWindow() const
 {
+    stir();
     const auto active = numbers(root, "_NET_ACTIVE_WINDOW");
     return active.empty() ? std::nullopt : describe(active.front());
 }
 
 std::optional<QRect> XWindows::trayIconOf(std::uint32_t process) const
 {
+    stir();
     for (const xcb_window_t topLevel : childrenOf(root)) {
         for (const xcb_window_t child : childrenOf(topLevel)) {
             if (const auto icon = embeddedIn(child, process)) {

@@ -24,9 +24,6 @@ public:
     /// Whether a tray takes icons.
     [[nodiscard]] bool hasTray() const;
 
-    /// Has the window manager told of a change that means nothing.
-    void stir() const;
-
     /// The windows of `process` that the window manager knows and that can be seen, the lowest
     /// first. Of every process when it is 0.
     [[nodiscard]] std::vector<XWindow> windowsOf(std::uint32_t process) const;
@@ -45,6 +42,10 @@ public:
     [[nodiscard]] std::size_t coloursIn(const QRect& area) const;
 
 private:
+    /// Has the window manager told of a change that means nothing. It may sleep on what it was told
+    /// of while it was busy, until it is told something more; so each look at windows does this.
+    void stir() const;
+
     struct Disconnect
     {
         void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
