@@ -1,12 +1,12 @@
 #include "platform/linux/SystemTraySelection.h"
 
+#include "platform/linux/XcbReply.h"
+
 #include <QByteArray>
 #include <QCoreApplication>
 #include <QGuiApplication>
 
 #include <array>
-#include <cstdlib>
-#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -14,17 +14,6 @@
 namespace orlimo {
 
 namespace {
-
-struct Free
-{
-    void operator()(void* reply) const { std::free(reply); } // NOLINT: the C library's own
-};
-
-/// Owns what the server answered; empty when it could not.
-template <typename Reply> std::unique_ptr<Reply, Free> owned(Reply* reply)
-{
-    return std::unique_ptr<Reply, Free>(reply);
-}
 
 xcb_connection_t* toolkitsConnection()
 {

@@ -21,6 +21,7 @@ DesktopSession::DesktopSession(WithoutTray /*kind*/, const std::string& screen)
     , buses(runtimeFolder)
     , tree(buses.accessibilityAddress())
     , xWindows(xServer.display())
+    , input(xServer.display())
 {
     installOpener();
     windowManager = std::make_unique<ChildProcess>(
@@ -97,40 +98,6 @@ std::map<std::string, std::optional<std::string>> DesktopSession::environment() 
     return variables;
 }
 
-void DesktopSession::movePointer(const QPoint& point) const
-{
-    control({"mousemove", std::to_string(point.x()), std::to_string(point.y())});
-}
-
-void DesktopSession::click(const QPoint& point, int button) const
-{
-    control(
-        {"mousemove",
-         std::to_string(point.x()),
-         std::to_string(point.y()),
-         "click",
-         std::to_string(button)});
-}
-
-void DesktopSession::doubleClick(const QPoint& point) const
-{
-    control(
-        {"mousemove",
-         std::to_string(point.x()),
-         std::to_string(point.y()),
-         "click",
-         "--repeat",
-         "2",
-         "--delay",
-         "100",
-         "1"});
-}
-
-void DesktopSession::press(const std::string& keys) const
-{
-    control({"key", keys});
-}
-
 std::unique_ptr<ChildProcess> DesktopSession::openOtherApplication() const
 {
     auto application = std::make_unique<ChildProcess>(
@@ -149,14 +116,6 @@ std::vector<std::string> DesktopSession::openedAddresses() const
 {
     const auto list = folder.path() / "opened";
     return std::filesystem::exists(list) ? linesOf(contentOf(list)) : std::vector<std::string>{};
-}
-
-void DesktopSession::control(std::vector<std::string> arguments) const
-{
-    ChildProcess tool(
-        "/usr/bin/xdotool",
-        {.arguments = std::move(arguments), .environment = {{"DISPLAY", xServer.display()}}});
-    EXPECT_EQ(tool.awaitEnd().status, 0) << tool.errors();
 }
 
 void DesktopSession::installOpener() const

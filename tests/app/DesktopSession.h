@@ -2,6 +2,7 @@
 
 #include "tests/app/AccessibilityTree.h"
 #include "tests/app/SessionBuses.h"
+#include "tests/app/XInput.h"
 #include "tests/app/XServer.h"
 #include "tests/app/XWindows.h"
 #include "tests/support/TemporaryFolder.h"
@@ -64,14 +65,14 @@ public:
     /// Kills the tray and waits until the X server knows.
     void killTray();
 
-    void movePointer(const QPoint& point) const;
+    void movePointer(const QPoint& point) const { input.movePointer(point); }
 
     /// Moves the pointer to `point` of the screen and presses `button`: 1 left, 2 middle, 3 right.
-    void click(const QPoint& point, int button = 1) const;
-    void doubleClick(const QPoint& point) const;
+    void click(const QPoint& point, int button = 1) const { input.click(point, button); }
+    void doubleClick(const QPoint& point) const { input.doubleClick(point); }
 
     /// Presses and releases keys, named as X names them: "Escape", "alt+F4".
-    void press(const std::string& keys) const;
+    void press(const std::string& keys) const { input.press(keys); }
 
     /// Another application's window over the middle of the screen, in front and with the focus,
     /// until the returned process ends.
@@ -81,7 +82,6 @@ public:
     [[nodiscard]] std::vector<std::string> openedAddresses() const;
 
 private:
-    void control(std::vector<std::string> arguments) const;
     void installOpener() const;
     void awaitManagement() const;
 
@@ -91,6 +91,7 @@ private:
     SessionBuses buses;
     AccessibilityTree tree;
     XWindows xWindows;
+    XInput input;
     std::unique_ptr<ChildProcess> windowManager;
     std::unique_ptr<ChildProcess> tray;
 };

@@ -1,4 +1,5 @@
 #include "tests/app/DesktopProgram.h"
+#include "tests/app/ShyWindowManager.h"
 
 #include <gtest/gtest.h>
 
@@ -66,27 +67,8 @@ TEST(InstanceOnDesktopAtTheStart, OpensOverTheGuidance)
 }
 
 /// A desktop whose window manager gives the keyboard to no new window by itself.
-class InstanceOnShyDesktop : public InstanceOnDesktop
-{
-protected:
-    static void SetUpTestSuite()
-    {
-        writeFile(
-            configuration(),
-            "<?xml version=\"1.0\"?>\n"
-            "<openbox_config xmlns=\"http://openbox.org/3.4/rc\">\n"
-            "<focus><focusNew>no</focusNew></focus>\n"
-            "</openbox_config>\n");
-    }
-
-    static void TearDownTestSuite() { std::filesystem::remove(configuration()); }
-
-private:
-    static std::filesystem::path configuration()
-    {
-        return qEnvironmentVariable("XDG_CONFIG_HOME").toStdString() + "/openbox/rc.xml";
-    }
-};
+class InstanceOnShyDesktop : private ShyWindowManager, public InstanceOnDesktop
+{};
 
 TEST_F(InstanceOnShyDesktop, GetsTheKeyboard)
 {

@@ -7,6 +7,7 @@
 #include <array>
 #include <cstdlib>
 #include <cstring>
+#include <utility>
 
 #include <poll.h>
 
@@ -50,10 +51,7 @@ public:
     ~Protocol()
     {
         current = nullptr;
-        if (connection != nullptr) {
-            IceSetShutdownNegotiation(connection, False);
-            IceCloseConnection(connection);
-        }
+        disconnect();
         IceFreeListenObjs(listenerCount, listeners);
     }
 
@@ -67,8 +65,15 @@ public:
             }
         }
         while (connection != nullptr && hasInput(IceConnectionNumber(connection))) {
-            if (IceProcessMessages(connection, nullptr, nullptr) != IceProcessMessagesSuccess) {
+            switch (IceProcessMessages(connection, nullptr, nullptr)) {
+            case IceProcessMessagesSuccess:
+                break;
+            case IceProcessMessagesIOError:
+                disconnect();
+                break;
+            case IceProcessMessagesConnectionClosed: // and given back by the library
                 connection = nullptr;
+                break;
             }
         }
     }
@@ -80,6 +85,17 @@ public:
     std::optional<int> restartStyle;
 
 private:
+    void disconnect()
+    {
+        if (client != nullptr) {
+            SmsCleanUp(std::exchange(client, nullptr));
+        }
+        if (connection != nullptr) {
+            IceSetShutdownNegotiation(connection, False);
+            IceCloseConnection(std::exchange(connection, nullptr));
+        }
+    }
+
     static bool hasInput(int descriptor)
     {
         pollfd input{.fd = descriptor, .events = POLLIN, .revents = 0};
@@ -125,7 +141,10 @@ private:
             },
             self};
         callbacks->close_connection = {
-            [](SmsConn, SmPointer, int count, char** reasons) { SmFreeReasons(count, reasons); },
+            [](SmsConn, SmPointer data, int count, char** reasons) {
+                SmFreeReasons(count, reasons);
+                of(data).disconnect();
+            },
             self};
         callbacks->set_properties = {
             [](SmsConn, SmPointer data, int count, SmProp** properties) {
@@ -136,7 +155,14 @@ private:
                 std::free(properties);
             },
             self};
-        callbacks->delete_properties = {[](SmsConn, SmPointer, int, char**) {}, self};
+        callbacks->delete_properties = {
+            [](SmsConn, SmPointer, int count, char** names) {
+                for (int index = 0; index < count; ++index) {
+                    std::free(names[index]);
+                }
+                std::free(names);
+            },
+            self};
         callbacks->get_properties = {[](SmsConn, SmPointer) {}, self};
         return 1;
     }

@@ -84,6 +84,7 @@ SwaySession::SwaySession(Bar atTheStart)
     , compositorFolder(makePrivateFolder(folder.path() / "compositor"))
     , xServer(screen)
     , xWindows(xServer.display())
+    , input(xServer.display())
     , buses(runtimeFolder)
     , tree(buses.accessibilityAddress())
     , trayItems(buses.sessionAddress())
@@ -198,29 +199,6 @@ bool SwaySession::showsIcon() const
     const QRect place(onlyIcon - QPoint(half, half), onlyIcon + QPoint(half, half));
     // The bar is there, and it is not empty.
     return xWindows.coloursIn({inTheMiddle, line}) == 1 && xWindows.coloursIn(place) > 1;
-}
-
-void SwaySession::click(const QPoint& point, int button) const
-{
-    control(
-        {"mousemove",
-         std::to_string(point.x()),
-         std::to_string(point.y()),
-         "click",
-         std::to_string(button)});
-}
-
-void SwaySession::press(const std::string& keys) const
-{
-    control({"key", keys});
-}
-
-void SwaySession::control(std::vector<std::string> arguments) const
-{
-    ChildProcess tool(
-        "/usr/bin/xdotool",
-        {.arguments = std::move(arguments), .environment = {{"DISPLAY", xServer.display()}}});
-    EXPECT_EQ(tool.awaitEnd().status, 0) << tool.errors();
 }
 
 std::unique_ptr<ChildProcess> SwaySession::openOtherApplication() const

@@ -5,6 +5,7 @@
 #include "tests/app/SwayWindow.h"
 #include "tests/app/TrayItems.h"
 #include "tests/app/WaylandClipboard.h"
+#include "tests/app/XInput.h"
 #include "tests/app/XServer.h"
 #include "tests/app/XWindows.h"
 #include "tests/support/TemporaryFolder.h"
@@ -61,10 +62,10 @@ public:
     void command(const std::string& words) const;
 
     /// Moves the pointer to `point` of the screen and presses `button`: 1 left, 2 middle, 3 right.
-    void click(const QPoint& point, int button = 1) const;
+    void click(const QPoint& point, int button = 1) const { input.click(point, button); }
 
     /// Presses and releases keys, named as X names them.
-    void press(const std::string& keys) const;
+    void press(const std::string& keys) const { input.press(keys); }
 
     /// Another application's window with the focus, until the returned process ends.
     [[nodiscard]] std::unique_ptr<ChildProcess> openOtherApplication() const;
@@ -79,13 +80,12 @@ public:
     static constexpr QPoint onlyIcon{1012, 12};
 
 private:
-    void control(std::vector<std::string> arguments) const;
-
     TemporaryFolder folder;
     std::filesystem::path runtimeFolder;
     std::filesystem::path compositorFolder;
     XServer xServer;
     XWindows xWindows;
+    XInput input;
     SessionBuses buses;
     AccessibilityTree tree;
     TrayItems trayItems;

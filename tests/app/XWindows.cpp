@@ -1,29 +1,15 @@
 #include "tests/app/XWindows.h"
 
+#include "platform/linux/XcbReply.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <array>
-#include <cstdlib>
 #include <set>
 #include <span>
 
 namespace orlimo {
-
-namespace {
-
-struct Free
-{
-    void operator()(void* reply) const { std::free(reply); } // NOLINT: the C library's own
-};
-
-/// Owns what the server answered; empty when it could not, as for a window that has gone.
-template <typename Reply> std::unique_ptr<Reply, Free> owned(Reply* reply)
-{
-    return std::unique_ptr<Reply, Free>(reply);
-}
-
-} // namespace
 
 XWindows::XWindows(const std::string& display)
     : connection(xcb_connect(display.c_str(), nullptr))

@@ -1,3 +1,4 @@
+#include "tests/app/ShyWindowManager.h"
 #include "tests/platform/DesktopProbeTest.h"
 #include "tests/support/OutputCapture.h"
 #include "tests/support/TemporaryFolder.h"
@@ -184,32 +185,8 @@ TEST_F(TrayTest, WebPageThatNothingOpensIsKnownAtOnce)
 }
 
 /// A desktop whose window manager gives the keyboard to no new window by itself.
-class TrayOfShyWindowsTest : public TrayTest
-{
-protected:
-    TrayOfShyWindowsTest()
-        : TrayTest(afterConfiguration())
-    {}
-
-    ~TrayOfShyWindowsTest() override { std::filesystem::remove(configuration()); }
-
-private:
-    static std::filesystem::path configuration()
-    {
-        return qEnvironmentVariable("XDG_CONFIG_HOME").toStdString() + "/openbox/rc.xml";
-    }
-
-    static DesktopSession::TrayPlace afterConfiguration()
-    {
-        writeFile(
-            configuration(),
-            "<?xml version=\"1.0\"?>\n"
-            "<openbox_config xmlns=\"http://openbox.org/3.4/rc\">\n"
-            "<focus><focusNew>no</focusNew></focus>\n"
-            "</openbox_config>\n");
-        return {};
-    }
-};
+class TrayOfShyWindowsTest : private ShyWindowManager, public TrayTest
+{};
 
 TEST_F(TrayOfShyWindowsTest, ClickGivesTheWindowTheKeyboard)
 {
