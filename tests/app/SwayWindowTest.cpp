@@ -146,9 +146,10 @@ TEST_F(ProgramOnSway, BringsItsIconWhenATrayComesLate)
 {
     desktop().stopBar();
     start();
-    session().awaitOpenThrottle();
+    ProgramSession::waitThrottleOut();
     session().deliver("text Your code is 59302.");
-    ASSERT_TRUE(awaitSparingly([this] { return desktop().clipboard().paste() == "59302"; }));
+    ASSERT_TRUE(awaitSparingly([this] { return desktop().clipboard().paste() == "59302"; }))
+        << session().program().output() << session().program().errors();
     EXPECT_TRUE(windows().empty());
 
     desktop().startBar();
