@@ -2,6 +2,7 @@
 #include "app/LaunchTurns.h"
 #include "app/MenuBarScene.h"
 #include "app/OrlimoApp.h"
+#include "login/LaunchAtLogin.h"
 #include "platform/ApplicationIdentity.h"
 #include "platform/ApplicationInstance.h"
 #include "platform/SharedApplication.h"
@@ -41,6 +42,8 @@ int runApplication(
     const QApplication application(arguments.count(), arguments.values());
     QApplication::setWindowIcon(orlimo::imageIcon(QStringLiteral("logo")));
     orlimo::installTranslations(*qApp);
+
+    orlimo::LaunchAtLogin::followAnswers();
 
     orlimo::OrlimoApp app;
     const auto scene = app.body();

@@ -26,7 +26,8 @@ public:
 
     /// From now on, what the host of `host` answers only after the call is announced through
     /// observable() too, and a failure that it tells of then is an entry in the log like any other.
-    static void followAnswers(const LoginHost& host);
+    /// Called once, before the first change.
+    static void followAnswers(const LoginHost& host = LoginHost::native());
 
     /// Whether the host's login item mechanism made this launch. False once launching has
     /// finished.

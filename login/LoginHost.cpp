@@ -6,13 +6,11 @@ namespace orlimo {
 
 LoginHost LoginHost::native()
 {
-    LoginHost host{
+    return {
         .service = mainAppService(),
         .logger = LaunchAtLogin::logger,
         .currentLaunchEvent = orlimo::currentLaunchEvent,
     };
-    [[maybe_unused]] static const bool isFollowed = (LaunchAtLogin::followAnswers(host), true);
-    return host;
 }
 
 } // namespace orlimo

@@ -1,11 +1,10 @@
+#include "tests/app/ApplicationCaller.h"
 #include "tests/app/ProgramSession.h"
 #include "tests/app/XServer.h"
 #include "tests/support/MessageBus.h"
 #include "tests/support/OutputCapture.h"
 #include "tests/support/ParentBond.h"
 
-#include <QDBusConnection>
-#include <QDBusMessage>
 #include <QDBusPendingCall>
 #include <QXmlStreamReader>
 #include <gmock/gmock.h>
@@ -339,13 +338,7 @@ protected:
         writeFile(bus.servicesFolder() / "app.orlimo.Orlimo.service", service);
 
         // Not by the tool, whose first question would be another one.
-        auto message = QDBusMessage::createMethodCall(
-            QStringLiteral("app.orlimo.Orlimo"),
-            QStringLiteral("/app/orlimo/Orlimo"),
-            QStringLiteral("org.freedesktop.Application"),
-            QString::fromStdString(method));
-        message.setArguments(arguments);
-        const auto answer = connection.asyncCall(message);
+        const auto answer = caller.call(method, arguments);
         EXPECT_TRUE(await([&started] {
             return std::filesystem::exists(started) && contentOf(started) == "0 arguments\n";
         }));
@@ -358,14 +351,8 @@ protected:
         return await([&call] { return call.isFinished(); }) && !call.isError();
     }
 
-    ~InstanceStartedByItsBus() override
-    {
-        QDBusConnection::disconnectFromBus(QStringLiteral("asking"));
-    }
-
 private:
-    QDBusConnection connection = QDBusConnection::connectToBus(
-        QString::fromStdString(bus.address()), QStringLiteral("asking"));
+    ApplicationCaller caller{bus.address()};
 };
 
 TEST_F(InstanceStartedByItsBus, IsShown)

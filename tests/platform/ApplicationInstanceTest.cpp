@@ -4,6 +4,7 @@
 #include "platform/SharedApplication.h"
 #include "platform/UptimeClock.h"
 #include "platform/linux/SessionBus.h"
+#include "tests/app/ApplicationCaller.h"
 #include "tests/support/Await.h"
 #include "tests/support/MessageBus.h"
 #include "tests/support/TemporaryFolder.h"
@@ -77,30 +78,6 @@ private:
     static TemporaryFolder* folder;
 };
 
-/// Another program that calls methods of the first one.
-struct Caller
-{
-    Caller() = default;
-    Caller(const Caller&) = delete;
-    Caller& operator=(const Caller&) = delete;
-    ~Caller() { QDBusConnection::disconnectFromBus(QStringLiteral("caller")); }
-
-    [[nodiscard]] QDBusPendingCall
-    call(const std::string& method, const QVariantList& arguments) const
-    {
-        auto message = QDBusMessage::createMethodCall(
-            QStringLiteral("app.orlimo.Orlimo"),
-            QStringLiteral("/app/orlimo/Orlimo"),
-            QStringLiteral("org.freedesktop.Application"),
-            QString::fromStdString(method));
-        message.setArguments(arguments);
-        return connection.asyncCall(message);
-    }
-
-    QDBusConnection connection =
-        QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("caller"));
-};
-
 TemporaryFolder* ApplicationInstanceTest::folder = nullptr;
 MessageBus* ApplicationInstanceTest::bus = nullptr;
 
@@ -170,7 +147,7 @@ TEST_F(ApplicationInstanceTest, ThatHasStartedAndHandlesNothingDoesNotAnswer)
 TEST_F(ApplicationInstanceTest, AnswersBeforeItOpens)
 {
     const auto first = start();
-    const Caller caller;
+    const ApplicationCaller caller(bus->address());
     std::optional<QDBusPendingCall> answer;
     bool wasAnswered = false;
     first->onActivation([&] {
@@ -186,7 +163,7 @@ TEST_F(ApplicationInstanceTest, OpensAgainWhenItIsAskedAgain)
 {
     const auto first = start();
     serve(*first);
-    const Caller caller;
+    const ApplicationCaller caller(bus->address());
     for (std::size_t time = 1; time <= 3; ++time) {
         (void)caller.call("Activate", {QVariantMap()});
         EXPECT_TRUE(await([this, time] { return openings.size() == time; }));
@@ -197,10 +174,10 @@ TEST_F(ApplicationInstanceTest, GivesItsNamesUpBeforeItLeavesTheBus)
 {
     auto first = start();
     serve(*first);
-    const Caller caller;
+    const ApplicationCaller caller(bus->address());
     QStringList releases;
     QDBusServiceWatcher watcher;
-    watcher.setConnection(caller.connection);
+    watcher.setConnection(caller.bus());
     watcher.setWatchMode(QDBusServiceWatcher::WatchForUnregistration);
     watcher.setWatchedServices(
         {QStringLiteral("app.orlimo.Orlimo"), QStringLiteral("app.orlimo.Orlimo.Started")});
@@ -337,7 +314,7 @@ public:
 TEST_F(ApplicationInstanceTest, AskedToQuitWhileItStartsQuitsAndOpensNothing)
 {
     const auto first = start();
-    const Caller caller;
+    const ApplicationCaller caller(bus->address());
     const auto answer = caller.call(
         "ActivateAction", {QStringLiteral("quit"), QVariant(QVariantList()), QVariantMap()});
     EXPECT_TRUE(await([&answer] { return answer.isFinished(); }));
