@@ -3,7 +3,7 @@
 #include "platform/ApplicationIdentity.h"
 #include "platform/LaunchEvent.h"
 #include "platform/linux/DesktopEntry.h"
-#include "platform/linux/UniqueFd.h"
+#include "platform/posix/UniqueFd.h"
 
 #include <QFile>
 #include <QSaveFile>

@@ -1,7 +1,7 @@
 #include "platform/VnodeSource.h"
-#include "platform/linux/GrowthMeter.h"
-#include "platform/linux/StoreWriteLock.h"
-#include "platform/linux/UniqueFd.h"
+#include "platform/posix/GrowthMeter.h"
+#include "platform/posix/StoreWriteLock.h"
+#include "platform/posix/UniqueFd.h"
 
 #include <algorithm>
 #include <array>

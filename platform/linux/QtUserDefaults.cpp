@@ -1,7 +1,7 @@
 #include "platform/ToQString.h"
 #include "platform/UserDefaults.h"
 #include "platform/linux/BooleanValue.h"
-#include "platform/linux/UniqueFd.h"
+#include "platform/posix/UniqueFd.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/linux/SharedText.h"
-#include "platform/linux/UniqueFd.h"
+#include "platform/posix/UniqueFd.h"
 
 #include <cstddef>
 

@@ -1,9 +1,9 @@
 #include "platform/MenuBarExtra.h"
 #include "platform/SharedApplication.h"
 #include "platform/linux/ActivationToken.h"
-#include "platform/linux/MenuBarWindow.h"
 #include "platform/linux/TrayHost.h"
 #include "platform/linux/TrayIcon.h"
+#include "platform/qt/MenuBarWindow.h"
 
 #include <QByteArray>
 #include <QGuiApplication>

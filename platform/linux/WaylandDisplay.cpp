@@ -1,8 +1,8 @@
 #include "platform/linux/WaylandDisplay.h"
 
 #include "platform/linux/EnvironmentVariable.h"
-#include "platform/linux/UniqueFd.h"
 #include "platform/linux/WaylandProxy.h"
+#include "platform/posix/UniqueFd.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -1,5 +1,5 @@
 #include "platform/VnodeSource.h"
-#include "platform/linux/UniqueFd.h"
+#include "platform/posix/UniqueFd.h"
 #include "tests/platform/ForeignLock.h"
 #include "tests/platform/WriterProcess.h"
 #include "tests/support/Await.h"

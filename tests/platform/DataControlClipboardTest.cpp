@@ -1,6 +1,6 @@
 #include "platform/linux/DataControlClipboard.h"
 
-#include "platform/linux/UniqueFd.h"
+#include "platform/posix/UniqueFd.h"
 #include "tests/platform/ListeningSocket.h"
 #include "tests/platform/NotifierCount.h"
 #include "tests/platform/OpenDescriptors.h"

@@ -1,6 +1,6 @@
-#include "platform/linux/GrowthMeter.h"
+#include "platform/posix/GrowthMeter.h"
 
-#include "platform/linux/UniqueFd.h"
+#include "platform/posix/UniqueFd.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>

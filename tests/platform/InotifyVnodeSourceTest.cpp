@@ -1,5 +1,5 @@
 #include "platform/VnodeSource.h"
-#include "platform/linux/UniqueFd.h"
+#include "platform/posix/UniqueFd.h"
 #include "tests/support/Await.h"
 #include "tests/support/ForkedRun.h"
 #include "tests/support/SharedHandQueue.h"

@@ -1,7 +1,7 @@
 #include "platform/LogLine.h"
 
 #include "platform/StandardStreams.h"
-#include "platform/linux/UniqueFd.h"
+#include "platform/posix/UniqueFd.h"
 #include "tests/platform/OutputRedirection.h"
 #include "tests/support/Await.h"
 #include "tests/support/ForkedRun.h"

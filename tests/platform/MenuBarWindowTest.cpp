@@ -1,4 +1,4 @@
-#include "platform/linux/MenuBarWindow.h"
+#include "platform/qt/MenuBarWindow.h"
 
 #include "tests/support/Await.h"
 #include "tests/support/HandClock.h"

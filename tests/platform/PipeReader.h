@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/UniqueFd.h"
+#include "platform/posix/UniqueFd.h"
 #include "tests/support/Await.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-#include "platform/linux/StoreWriteLock.h"
+#include "platform/posix/StoreWriteLock.h"
 
 #include "tests/platform/ForeignLock.h"
 #include "tests/platform/WriterProcess.h"

@@ -1,4 +1,4 @@
-#include "platform/linux/UniqueFd.h"
+#include "platform/posix/UniqueFd.h"
 
 #include <gtest/gtest.h>
 

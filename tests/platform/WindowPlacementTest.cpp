@@ -1,4 +1,4 @@
-#include "platform/linux/WindowPlacement.h"
+#include "platform/qt/WindowPlacement.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "platform/linux/StoreWriteLock.h"
+#include "platform/posix/StoreWriteLock.h"
 #include "tests/sample/StoreContent.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/TemporaryFolder.h"

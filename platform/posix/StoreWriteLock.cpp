@@ -1,4 +1,4 @@
-#include "platform/linux/StoreWriteLock.h"
+#include "platform/posix/StoreWriteLock.h"
 
 #include <string>
 

@@ -1,6 +1,6 @@
 #include "platform/LogLine.h"
 
-#include "platform/linux/WriteAll.h"
+#include "platform/posix/WriteAll.h"
 
 #include <mutex>
 #include <string>

@@ -1,6 +1,6 @@
-#include "platform/linux/MenuBarWindow.h"
+#include "platform/qt/MenuBarWindow.h"
 
-#include "platform/linux/WindowPlacement.h"
+#include "platform/qt/WindowPlacement.h"
 
 #include <QApplication>
 #include <QCursor>

@@ -1,4 +1,4 @@
-#include "platform/linux/GrowthMeter.h"
+#include "platform/posix/GrowthMeter.h"
 
 #include <cerrno>
 #include <optional>

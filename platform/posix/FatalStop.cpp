@@ -1,6 +1,6 @@
 #include "platform/FatalStop.h"
 
-#include "platform/linux/WriteAll.h"
+#include "platform/posix/WriteAll.h"
 
 #include <cstdlib>
 #include <string>

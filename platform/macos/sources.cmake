@@ -1,0 +1,37 @@
+# What makes up the platform on macOS, seen from platform/.
+set(orlimo_platform_sources
+    macos/DirectoryListing.mm
+    macos/DispatchQueues.mm
+    macos/DispatchVnodeSource.mm
+    macos/FileHandle.mm
+    macos/GeneralPasteboard.mm
+    macos/LaunchEvent.mm
+    macos/LibraryFolder.mm
+    macos/MainAppService.mm
+    macos/MainThread.cpp
+    macos/StandardUserDefaults.mm
+    macos/StringConversion.mm
+    macos/SystemUnifiedLog.mm
+    macos/ToolkitArguments.cpp
+    macos/UptimeClock.cpp
+    posix/FatalStop.cpp
+    posix/GrowthMeter.cpp
+    posix/LogLine.cpp
+    posix/StandardStreams.cpp
+    posix/StoreWriteLock.cpp
+    posix/UserDatabase.cpp)
+set(orlimo_desktop_sources
+    macos/CocoaSharedApplication.mm
+    macos/MainScreen.mm
+    macos/NamedSymbol.mm
+    macos/RunningInstance.mm
+    macos/StatusItem.mm
+    macos/StatusItemMenuBarExtra.mm
+    macos/Workspace.mm
+    qt/MenuBarWindow.cpp
+    qt/WindowPlacement.cpp)
+set(orlimo_platform_libraries
+    "-framework AppKit"
+    "-framework Foundation"
+    "-framework ServiceManagement")
+set(orlimo_desktop_libraries "-framework AppKit")

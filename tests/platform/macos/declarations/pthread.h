@@ -1,0 +1,15 @@
+// What the system's C library adds to this header.
+#pragma once
+
+#include_next <pthread.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/// The system's C library, macOS 10.4: not zero on the process's first thread.
+int pthread_main_np(void);
+
+#ifdef __cplusplus
+}
+#endif
