@@ -1,14 +1,16 @@
+#include "platform/UptimeClock.h"
 #include "platform/VnodeSource.h"
+#include "platform/posix/CommitGrowth.h"
 #include "platform/posix/GrowthMeter.h"
-#include "platform/posix/StoreWriteLock.h"
 #include "platform/posix/UniqueFd.h"
+#include "platform/posix/VnodeEventDelivery.h"
 
-#include <algorithm>
 #include <array>
-#include <atomic>
 #include <cerrno>
 #include <chrono>
 #include <csignal>
+#include <filesystem>
+#include <memory>
 #include <optional>
 #include <string>
 #include <system_error>
@@ -23,20 +25,7 @@ namespace orlimo {
 
 namespace {
 
-using std::chrono::steady_clock;
-using namespace std::chrono_literals;
-
-/// How long a writer that does not finish may hold an event up.
-constexpr steady_clock::duration longestWait = 1s;
-
-/// How long to wait before the writer's lock is asked for again: an eighth of what it has taken so
-/// far, so that the delay stays in proportion to the commit and a long commit costs few wake-ups.
-steady_clock::duration pauseAfter(steady_clock::duration waited)
-{
-    return std::clamp<steady_clock::duration>(waited / 8, 100us, 5ms);
-}
-
-timespec asTimespec(steady_clock::duration duration)
+timespec asTimespec(Uptime::duration duration)
 {
     const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(duration);
     const auto rest = std::chrono::duration_cast<std::chrono::nanoseconds>(duration - seconds);
@@ -64,62 +53,6 @@ std::filesystem::path nameOf(int descriptor)
     return std::filesystem::read_symlink(linkTo(descriptor), unknown);
 }
 
-/// Hands events over to the queue. Shared with the work that waits there, which may outlive the
-/// source.
-class Delivery : public std::enable_shared_from_this<Delivery>
-{
-public:
-    explicit Delivery(Queue& queueOfHandlers)
-        : queue(queueOfHandlers)
-    {}
-
-    /// Asks for one run of the event handler; what is asked before it runs is the same run. Any
-    /// thread.
-    void post()
-    {
-        if (!waiting.exchange(true)) {
-            queue.async([self = shared_from_this()] { self->fire(); });
-        }
-    }
-
-    /// Asks for the cancel handler; no event handler starts any more. Queue's thread.
-    void postCancellation()
-    {
-        cancelled = true;
-        queue.async([self = shared_from_this()] {
-            const auto runLast = std::exchange(self->cancelHandler, {});
-            const auto dropped = std::exchange(self->eventHandler, {});
-            if (runLast) {
-                runLast();
-            }
-        });
-    }
-
-    /// Delivers no event any more: there is no source to speak for. Queue's thread.
-    void drop() { cancelled = true; }
-
-    VnodeSource::Handler eventHandler;
-    VnodeSource::Handler cancelHandler;
-    VnodeEvents data = 0;
-
-private:
-    void fire()
-    {
-        waiting = false;
-        if (cancelled || !eventHandler) {
-            return;
-        }
-        data = vnodeExtend;
-        const auto running = eventHandler;
-        running();
-        data = 0;
-    }
-
-    Queue& queue;
-    std::atomic<bool> waiting = false;
-    bool cancelled = false;
-};
-
 /// Watches with inotify, on a thread of its own that sleeps until the file changes. The thread, and
 /// not the event loop, looks at the file: sizes are compared the moment they change, and waiting
 /// for a writer never holds the main thread up.
@@ -131,8 +64,9 @@ public:
         , notifications(checked(::inotify_init1(IN_CLOEXEC | IN_NONBLOCK), "cannot watch files"))
         , stop(checked(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK), "cannot make an event"))
         , meter(watched(fileDescriptor))
-        , writeLock(nameOf(fileDescriptor))
-        , delivery(std::make_shared<Delivery>(queue))
+        , growth(
+              nameOf(fileDescriptor), [this] { return hasGrown(); }, currentUptime)
+        , delivery(std::make_shared<VnodeEventDelivery>(queue))
     {}
 
     InotifyVnodeSource(const InotifyVnodeSource&) = delete;
@@ -148,7 +82,7 @@ public:
     {
         delivery->cancelHandler = std::move(handler);
     }
-    [[nodiscard]] VnodeEvents data() const override { return delivery->data; }
+    [[nodiscard]] VnodeEvents data() const override { return delivery->data(); }
 
     void resume() override
     {
@@ -170,6 +104,7 @@ public:
             return;
         }
         stopWatching();
+        delivery->drop();
         delivery->postCancellation();
     }
 
@@ -188,12 +123,12 @@ private:
     void watch()
     {
         while (sleep()) {
-            const auto now = steady_clock::now();
-            if (hasGrown() && !growthSince) {
-                growthSince = now;
+            const Uptime now = currentUptime();
+            if (hasGrown()) {
+                growth.note(now);
             }
-            if (growthSince) {
-                settle(now);
+            if (growth.settle(now)) {
+                delivery->post(vnodeExtend);
             }
         }
     }
@@ -205,8 +140,8 @@ private:
         std::array<pollfd, 2> awaited{
             pollfd{notifications.get(), POLLIN, 0}, pollfd{stop.get(), POLLIN, 0}};
         std::optional<timespec> limit;
-        if (growthSince) {
-            limit = asTimespec(pauseAfter(steady_clock::now() - *growthSince));
+        if (growth.isWaiting()) {
+            limit = asTimespec(growth.pause());
         }
         (void)::ppoll(awaited.data(), awaited.size(), limit ? &*limit : nullptr, nullptr);
         return awaited[1].revents == 0;
@@ -222,20 +157,6 @@ private:
         return meter.hasGrown();
     }
 
-    /// Delivers the growth when the commit that it belongs to can be read.
-    void settle(steady_clock::time_point now)
-    {
-        const bool expired = now - *growthSince >= longestWait;
-        if (!expired && writeLock.isHeldElsewhere()) {
-            return;
-        }
-        // The last of the commit's frames may have come between the look at the size and the look
-        // at the lock. They belong to this event, unless the next commit is already under way.
-        const bool nextMayHaveBegun = hasGrown() && writeLock.isHeldElsewhere();
-        delivery->post();
-        growthSince = nextMayHaveBegun ? std::optional(steady_clock::now()) : std::nullopt;
-    }
-
     void stopWatching()
     {
         if (watcher.joinable()) {
@@ -247,11 +168,10 @@ private:
     VnodeEvents reported;
     UniqueFd notifications;
     UniqueFd stop;
+    /// Both are the watching thread's own.
     GrowthMeter meter;
-    StoreWriteLock writeLock;
-    std::shared_ptr<Delivery> delivery;
-    /// Since when growth waits to be delivered. The watcher's own, as are the meter and the lock.
-    std::optional<steady_clock::time_point> growthSince;
+    CommitGrowth growth;
+    std::shared_ptr<VnodeEventDelivery> delivery;
     bool cancelled = false;
     std::thread watcher;
 };

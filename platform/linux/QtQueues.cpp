@@ -1,8 +1,7 @@
 #include "platform/Queue.h"
+#include "platform/qt/EventLoopQueue.h"
 
 #include <QCoreApplication>
-#include <QEvent>
-#include <QObject>
 
 #include <algorithm>
 #include <condition_variable>
@@ -18,50 +17,6 @@
 namespace orlimo {
 
 namespace {
-
-/// Work on the Qt event loop: one event for each piece of work.
-class EventLoopQueue final : public QObject, public Queue
-{
-public:
-    EventLoopQueue() { moveToThread(QCoreApplication::instance()->thread()); }
-
-    void async(Work work) override
-    {
-        const std::lock_guard guard(mutex);
-        if (open) {
-            list.push_back(std::move(work));
-            QCoreApplication::postEvent(this, new QEvent(QEvent::User));
-        }
-    }
-
-    /// From here on work is dropped: there is no event loop any more to post to.
-    void close()
-    {
-        const std::lock_guard guard(mutex);
-        open = false;
-    }
-
-    bool event(QEvent* event) override
-    {
-        // The mutex comes before the first look at the event, which was made by another thread:
-        // Qt's own hand-over of it is not visible to the thread sanitizer.
-        std::unique_lock guard(mutex);
-        if (event->type() != QEvent::User) {
-            guard.unlock();
-            return QObject::event(event);
-        }
-        const Work work = std::move(list.front());
-        list.pop_front();
-        guard.unlock();
-        work();
-        return true;
-    }
-
-private:
-    std::mutex mutex;
-    bool open = true;
-    std::deque<Work> list;
-};
 
 void lowerThreadPriority()
 {
@@ -132,19 +87,7 @@ private:
     std::size_t busy = 0;
 };
 
-// Both queues are deliberately never destroyed: threads that outlive the application object may
-// still offer work.
-
-EventLoopQueue& eventLoopQueue()
-{
-    static EventLoopQueue* const queue = [] {
-        auto* const made = new EventLoopQueue;
-        qAddPostRoutine([] { eventLoopQueue().close(); });
-        return made;
-    }();
-    return *queue;
-}
-
+// Deliberately never destroyed: threads that outlive the application object may still offer work.
 BackgroundQueue& backgroundPool()
 {
     static BackgroundQueue* const queue = [] {

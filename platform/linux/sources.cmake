@@ -19,6 +19,7 @@ set(orlimo_platform_sources
     linux/DesktopEntry.cpp
     linux/DirectoryListing.cpp
     linux/EnvironmentVariable.cpp
+    posix/CommitGrowth.cpp
     posix/FatalStop.cpp
     linux/FileHandle.cpp
     linux/GeneralPasteboard.cpp
@@ -41,6 +42,8 @@ set(orlimo_platform_sources
     linux/ToolkitArguments.cpp
     linux/UptimeClock.cpp
     posix/UserDatabase.cpp
+    posix/VnodeEventDelivery.cpp
+    qt/EventLoopQueue.cpp
     linux/WaylandDisplay.cpp
     linux/WaylandRegistry.cpp
     linux/XdgLoginItemService.cpp)
