@@ -1,5 +1,6 @@
 # What makes up the platform on macOS, seen from platform/.
 set(orlimo_platform_sources
+    macos/ChangeMeter.cpp
     macos/DirectoryListing.mm
     macos/DispatchQueues.mm
     macos/DispatchVnodeSource.mm
@@ -8,18 +9,22 @@ set(orlimo_platform_sources
     macos/LaunchEvent.mm
     macos/LibraryFolder.mm
     macos/MainAppService.mm
+    macos/MainDispatchQueue.cpp
     macos/MainThread.cpp
     macos/StandardUserDefaults.mm
     macos/StringConversion.mm
     macos/SystemUnifiedLog.mm
     macos/ToolkitArguments.cpp
     macos/UptimeClock.cpp
+    posix/CommitGrowth.cpp
     posix/FatalStop.cpp
     posix/GrowthMeter.cpp
     posix/LogLine.cpp
     posix/StandardStreams.cpp
     posix/StoreWriteLock.cpp
-    posix/UserDatabase.cpp)
+    posix/UserDatabase.cpp
+    posix/VnodeEventDelivery.cpp
+    qt/EventLoopQueue.cpp)
 set(orlimo_desktop_sources
     macos/CocoaSharedApplication.mm
     macos/MainScreen.mm

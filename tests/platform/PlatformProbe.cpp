@@ -2,7 +2,6 @@
 // application object that comes and goes.
 
 #include "platform/LoginItemService.h"
-#include "platform/Queue.h"
 #include "platform/UnifiedLog.h"
 #include "platform/UserDatabase.h"
 #include "platform/UserDefaults.h"
@@ -10,16 +9,12 @@
 #include <QCoreApplication>
 
 #include <array>
-#include <atomic>
 #include <cstdio>
 #include <functional>
 #include <iostream>
 #include <map>
-#include <memory>
 #include <optional>
 #include <string>
-#include <thread>
-#include <utility>
 #include <vector>
 
 #include <syslog.h>
@@ -27,12 +22,11 @@
 namespace orlimo {
 namespace {
 
-/// The application object, which the work under test outlives.
+/// The application object.
 class Application
 {
 public:
     Application() { application.emplace(count, arguments.data()); }
-    void takeDown() { application.reset(); }
 
 private:
     std::string name = "probe";
@@ -40,87 +34,6 @@ private:
     int count = 1;
     std::optional<QCoreApplication> application;
 };
-
-int succeedIf(bool condition)
-{
-    return condition ? 0 : 1;
-}
-
-/// Work offered to the main queue after the application object has gone is dropped at once.
-int offerAfterwards()
-{
-    Application application;
-    bool ranInTime = false;
-    mainQueue().async([&ranInTime] { ranInTime = true; });
-    QCoreApplication::processEvents();
-    application.takeDown();
-
-    auto token = std::make_shared<int>(0);
-    const std::weak_ptr<int> kept = token;
-    bool ranLate = false;
-    mainQueue().async([token, &ranLate] { ranLate = true; });
-    token.reset();
-    return succeedIf(ranInTime && !ranLate && kept.expired());
-}
-
-/// Work that still waits when the application object goes is not run.
-int leaveWaiting()
-{
-    Application application;
-    bool ran = false;
-    for (int work = 0; work < 100; ++work) {
-        mainQueue().async([&ran] { ran = true; });
-    }
-    application.takeDown();
-    return succeedIf(!ran);
-}
-
-/// Threads offer to both queues before, while and after the application object goes.
-int offerMeanwhile()
-{
-    constexpr int numberOfThreads = 4;
-    constexpr int offersOfEach = 2000;
-    Application application;
-    (void)mainQueue();
-    (void)backgroundQueue();
-    std::atomic<int> offers = 0;
-    std::vector<std::jthread> threads;
-    threads.reserve(numberOfThreads);
-    for (int thread = 0; thread < numberOfThreads; ++thread) {
-        threads.emplace_back([&offers] {
-            for (int offer = 0; offer < offersOfEach; ++offer) {
-                mainQueue().async([] {});
-                backgroundQueue().async([] { mainQueue().async([] {}); });
-                ++offers;
-            }
-        });
-    }
-    while (offers < offersOfEach) {
-        QCoreApplication::processEvents();
-    }
-    application.takeDown();
-    threads.clear();
-    return succeedIf(offers == numberOfThreads * offersOfEach);
-}
-
-/// Background work that has begun is finished before the application object is gone.
-int finishBackgroundWork()
-{
-    Application application;
-    std::atomic<bool> begun = false;
-    std::atomic<bool> finished = false;
-    backgroundQueue().async([&] {
-        begun = true;
-        std::this_thread::sleep_for(std::chrono::milliseconds(50));
-        mainQueue().async([] {});
-        finished = true;
-    });
-    while (!begun) {
-        std::this_thread::yield();
-    }
-    application.takeDown();
-    return succeedIf(finished);
-}
 
 int readDefault(const std::string& key)
 {
@@ -181,10 +94,6 @@ int sayHomeOfUser()
 int run(const std::vector<std::string>& arguments)
 {
     const std::map<std::string, std::function<int()>> commands{
-        {"offer-afterwards", offerAfterwards},
-        {"leave-waiting", leaveWaiting},
-        {"offer-meanwhile", offerMeanwhile},
-        {"finish-background-work", finishBackgroundWork},
         {"home-of-user", sayHomeOfUser},
         {"read-default", [&] { return readDefault(arguments.at(1)); }},
         {"login-item", serveLoginItem},

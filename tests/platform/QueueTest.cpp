@@ -19,20 +19,13 @@
 #include <utility>
 #include <vector>
 
-#include <sys/resource.h>
-
 namespace orlimo {
 namespace {
-
-int niceness()
-{
-    return ::getpriority(PRIO_PROCESS, 0);
-}
 
 /// How a probe that was told `command` ends, with what it said.
 void expectSuccessOf(const std::string& command)
 {
-    ChildProcess probe(ORLIMO_PLATFORM_PROBE, {.arguments = {command}});
+    ChildProcess probe(ORLIMO_QUEUE_PROBE, {.arguments = {command}});
     const auto end = probe.awaitEnd();
     EXPECT_EQ(end.status, 0) << command;
     EXPECT_EQ(end.signal, std::nullopt) << command;
@@ -171,22 +164,6 @@ TEST(BackgroundQueue, RunsSeveralPiecesOfWorkAtATime)
     EXPECT_TRUE(await([&met] { return met == 2; }));
 }
 
-TEST(BackgroundQueue, GivesWayToOtherPrograms)
-{
-    const int own = niceness();
-    std::atomic<int> lowest = 100;
-    std::atomic<int> ran = 0;
-    for (int work = 0; work < 100; ++work) {
-        backgroundQueue().async([&] {
-            lowest = std::min<int>(lowest, niceness());
-            ++ran;
-        });
-    }
-    ASSERT_TRUE(await([&ran] { return ran == 100; }));
-    EXPECT_GE(lowest, 10);
-    EXPECT_EQ(niceness(), own) << "the main thread keeps its own priority";
-}
-
 TEST(BackgroundQueue, DropsWorkWhenItHasRun)
 {
     auto token = std::make_shared<std::atomic<int>>(0);
@@ -194,11 +171,6 @@ TEST(BackgroundQueue, DropsWorkWhenItHasRun)
     backgroundQueue().async([token] { ++*token; });
     token.reset();
     EXPECT_TRUE(await([&kept] { return kept.expired(); }));
-}
-
-TEST(BackgroundQueue, FinishesWhatHasBegunBeforeTheApplicationObjectHasGone)
-{
-    expectSuccessOf("finish-background-work");
 }
 
 } // namespace

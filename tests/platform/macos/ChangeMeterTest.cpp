@@ -1,0 +1,86 @@
+#include "platform/macos/ChangeMeter.h"
+
+#include "platform/posix/UniqueFd.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <filesystem>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace orlimo {
+namespace {
+
+class ChangeMeterTest : public testing::Test
+{
+protected:
+    ChangeMeterTest()
+    {
+        writeFile(file, "0123456789");
+        setModification(1);
+        opened = UniqueFd(::open(file.c_str(), O_RDONLY | O_CLOEXEC));
+    }
+
+    void setModification(long nanoseconds)
+    {
+        const std::array<timespec, 2> times{
+            timespec{1000, nanoseconds}, timespec{1000, nanoseconds}};
+        ASSERT_EQ(::utimensat(AT_FDCWD, file.c_str(), times.data(), 0), 0);
+    }
+
+    TemporaryFolder folder;
+    std::filesystem::path file = folder.path() / "file";
+    UniqueFd opened;
+};
+
+TEST_F(ChangeMeterTest, WhatWasNeverLookedAtHasChanged)
+{
+    ChangeMeter meter(opened.get());
+    EXPECT_TRUE(meter.hasChanged());
+    EXPECT_FALSE(meter.hasChanged());
+}
+
+TEST_F(ChangeMeterTest, TellsEachGrowthAndEachShrinkOnce)
+{
+    ChangeMeter meter(opened.get());
+    (void)meter.hasChanged();
+    for (const std::uintmax_t size : {11U, 5U, 0U, 10U}) {
+        std::filesystem::resize_file(file, size);
+        EXPECT_TRUE(meter.hasChanged()) << size;
+        EXPECT_FALSE(meter.hasChanged()) << size;
+    }
+}
+
+TEST_F(ChangeMeterTest, TellsAFileOfTheSameSizeByTheNanosecond)
+{
+    ChangeMeter meter(opened.get());
+    (void)meter.hasChanged();
+    setModification(2);
+    EXPECT_TRUE(meter.hasChanged());
+    setModification(2);
+    EXPECT_FALSE(meter.hasChanged());
+}
+
+TEST_F(ChangeMeterTest, TellsAFileOfTheSameTimeByItsSize)
+{
+    ChangeMeter meter(opened.get());
+    (void)meter.hasChanged();
+    std::filesystem::resize_file(file, 11);
+    setModification(1);
+    EXPECT_TRUE(meter.hasChanged());
+}
+
+TEST_F(ChangeMeterTest, AFileThatCannotBeAskedMayHaveChanged)
+{
+    ChangeMeter meter(opened.get());
+    (void)meter.hasChanged();
+    opened = UniqueFd();
+    EXPECT_TRUE(meter.hasChanged());
+    EXPECT_TRUE(meter.hasChanged());
+}
+
+} // namespace
+} // namespace orlimo
