@@ -4,8 +4,6 @@
 #include "platform/LoginItemService.h"
 #include "platform/Queue.h"
 #include "platform/UnifiedLog.h"
-#include "platform/UserDatabase.h"
-#include "platform/UserDefaults.h"
 
 #include <QCoreApplication>
 
@@ -122,20 +120,6 @@ int finishBackgroundWork()
     return succeedIf(finished);
 }
 
-int readDefault(const std::string& key)
-{
-    const Application application;
-    (void)std::puts(standardUserDefaults().boolForKey(key) ? "true" : "false");
-    return 0;
-}
-
-int writeDefault(const std::string& key, const std::string& value)
-{
-    const Application application;
-    standardUserDefaults().setBool(value == "true", key);
-    return 0;
-}
-
 /// Answers each line of standard input with one line: the login item's status, or how a change of
 /// it went.
 int serveLoginItem()
@@ -166,18 +150,6 @@ int logErrors(int logMask)
     return 0;
 }
 
-/// What the user database says of whoever runs the process.
-int sayHomeOfUser()
-{
-    const auto entry = currentUserEntry();
-    if (entry) {
-        (void)std::puts(("home " + entry->homeDirectory.value_or("absent")).c_str());
-    } else {
-        (void)std::puts("no entry");
-    }
-    return 0;
-}
-
 int run(const std::vector<std::string>& arguments)
 {
     const std::map<std::string, std::function<int()>> commands{
@@ -185,12 +157,9 @@ int run(const std::vector<std::string>& arguments)
         {"leave-waiting", leaveWaiting},
         {"offer-meanwhile", offerMeanwhile},
         {"finish-background-work", finishBackgroundWork},
-        {"home-of-user", sayHomeOfUser},
-        {"read-default", [&] { return readDefault(arguments.at(1)); }},
         {"login-item", serveLoginItem},
         {"log-errors", [] { return logErrors(LOG_UPTO(LOG_DEBUG)); }},
         {"log-errors-masked", [] { return logErrors(LOG_UPTO(LOG_CRIT)); }},
-        {"write-default", [&] { return writeDefault(arguments.at(1), arguments.at(2)); }},
     };
     return commands.at(arguments.at(0))();
 }

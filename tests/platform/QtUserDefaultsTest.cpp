@@ -1,5 +1,4 @@
 #include "platform/UserDefaults.h"
-
 #include "tests/support/ChildProcess.h"
 #include "tests/support/ForkedRun.h"
 #include "tests/support/TemporaryFolder.h"
@@ -52,7 +51,7 @@ std::map<std::string, std::string> everything()
     return standardUserDefaults().dictionaryRepresentation();
 }
 
-class UserDefaultsTest : public testing::Test
+class QtUserDefaultsTest : public testing::Test
 {
 protected:
     void SetUp() override { clear(); }
@@ -84,40 +83,14 @@ protected:
     std::filesystem::path damagedCopy = folder / "Orlimo.conf.damaged";
 };
 
-TEST_F(UserDefaultsTest, IsOne)
-{
-    EXPECT_EQ(&standardUserDefaults(), &standardUserDefaults());
-}
-
-TEST_F(UserDefaultsTest, AnAbsentKeyIsFalse)
+TEST_F(QtUserDefaultsTest, ReadingWritesNothing)
 {
     EXPECT_FALSE(read());
-    EXPECT_FALSE(std::filesystem::exists(file)) << "reading writes nothing";
-    write(true, "fourDigitInclude");
-    EXPECT_FALSE(read());
+    EXPECT_TRUE(everything().empty());
+    EXPECT_FALSE(std::filesystem::exists(file));
 }
 
-TEST_F(UserDefaultsTest, ReadsBackWhatWasSet)
-{
-    write(true);
-    EXPECT_TRUE(read());
-    write(false);
-    EXPECT_FALSE(read());
-    write(true);
-    EXPECT_TRUE(read());
-}
-
-TEST_F(UserDefaultsTest, KeepsEachKeyByItself)
-{
-    write(true, "capturingEnabled");
-    write(false, "fourDigitInclude");
-    write(true, "loginItemEnabled");
-    EXPECT_TRUE(read("capturingEnabled"));
-    EXPECT_FALSE(read("fourDigitInclude"));
-    EXPECT_TRUE(read("loginItemEnabled"));
-}
-
-TEST_F(UserDefaultsTest, IsAFileInTheUsersConfigurationFolder)
+TEST_F(QtUserDefaultsTest, IsAFileInTheUsersConfigurationFolder)
 {
     write(true, "capturingEnabled");
     write(false, "fourDigitInclude");
@@ -129,7 +102,7 @@ TEST_F(UserDefaultsTest, IsAFileInTheUsersConfigurationFolder)
     EXPECT_EQ(names, std::vector<std::string>{"Orlimo.conf"});
 }
 
-TEST_F(UserDefaultsTest, IsInTheFileAtOnce)
+TEST_F(QtUserDefaultsTest, IsInTheFileAtOnce)
 {
     for (const bool value : {true, false, true}) {
         write(value);
@@ -137,7 +110,7 @@ TEST_F(UserDefaultsTest, IsInTheFileAtOnce)
     }
 }
 
-TEST_F(UserDefaultsTest, WritesThroughALink)
+TEST_F(QtUserDefaultsTest, WritesThroughALink)
 {
     const auto elsewhere = variable("HOME") / "settings in another folder";
     writeFile(elsewhere, storeWith("false"));
@@ -148,7 +121,7 @@ TEST_F(UserDefaultsTest, WritesThroughALink)
     EXPECT_TRUE(read());
 }
 
-TEST_F(UserDefaultsTest, MakesTheFolderWhenItIsMissing)
+TEST_F(QtUserDefaultsTest, MakesTheFolderWhenItIsMissing)
 {
     std::filesystem::remove_all(folder);
     EXPECT_FALSE(read());
@@ -157,7 +130,7 @@ TEST_F(UserDefaultsTest, MakesTheFolderWhenItIsMissing)
     EXPECT_EQ(contentOf(file), storeWith("true"));
 }
 
-TEST_F(UserDefaultsTest, KeepsWhatOthersStoredWhenItWrites)
+TEST_F(QtUserDefaultsTest, KeepsWhatOthersStoredWhenItWrites)
 {
     writeFile(file, "[General]\nother=kept\n\n[Window]\nwidth=300\n");
     write(true);
@@ -166,7 +139,7 @@ TEST_F(UserDefaultsTest, KeepsWhatOthersStoredWhenItWrites)
     EXPECT_EQ(everything(), expected);
 }
 
-TEST_F(UserDefaultsTest, KeysAreExactAndCaseSensitive)
+TEST_F(QtUserDefaultsTest, KeysAreExactAndCaseSensitive)
 {
     writeFile(
         file, "[General]\nCapturingEnabled=true\ncapturing=true\n[Other]\ncapturingEnabled=true\n");
@@ -174,7 +147,7 @@ TEST_F(UserDefaultsTest, KeysAreExactAndCaseSensitive)
     EXPECT_TRUE(read("CapturingEnabled"));
 }
 
-TEST_F(UserDefaultsTest, ListsEveryKeyWithItsValue)
+TEST_F(QtUserDefaultsTest, ListsEveryKeyWithItsValue)
 {
     EXPECT_TRUE(everything().empty());
     writeFile(file, "[General]\na=true\nb=\nc=two words\nd=7\n");
@@ -183,7 +156,7 @@ TEST_F(UserDefaultsTest, ListsEveryKeyWithItsValue)
     EXPECT_EQ(everything(), expected);
 }
 
-TEST_F(UserDefaultsTest, ReadsOddValuesByTheRulesForBooleans)
+TEST_F(QtUserDefaultsTest, ReadsOddValuesByTheRulesForBooleans)
 {
     struct Case
     {
@@ -235,19 +208,19 @@ TEST_F(UserDefaultsTest, ReadsOddValuesByTheRulesForBooleans)
     }
 }
 
-TEST_F(UserDefaultsTest, TheLastOfEqualKeysCounts)
+TEST_F(QtUserDefaultsTest, TheLastOfEqualKeysCounts)
 {
     writeFile(file, "[General]\ncapturingEnabled=true\ncapturingEnabled=false\n");
     EXPECT_FALSE(read());
 }
 
-TEST_F(UserDefaultsTest, ReadsAFileWithForeignLineBreaksAndComments)
+TEST_F(QtUserDefaultsTest, ReadsAFileWithForeignLineBreaksAndComments)
 {
     writeFile(file, "; a comment\r\n\r\n[General]\r\n; another\r\ncapturingEnabled=true\r\n");
     EXPECT_TRUE(read());
 }
 
-TEST_F(UserDefaultsTest, SeesWhatAnotherWriterChangedAtTheNextRead)
+TEST_F(QtUserDefaultsTest, SeesWhatAnotherWriterChangedAtTheNextRead)
 {
     write(true);
     EXPECT_TRUE(read());
@@ -260,7 +233,7 @@ TEST_F(UserDefaultsTest, SeesWhatAnotherWriterChangedAtTheNextRead)
     EXPECT_TRUE(everything().empty());
 }
 
-TEST_F(UserDefaultsTest, SeesWhatAnotherWriterChangedAtTheNextReadWhenTheSizeIsTheSame)
+TEST_F(QtUserDefaultsTest, SeesWhatAnotherWriterChangedAtTheNextReadWhenTheSizeIsTheSame)
 {
     for (int round = 0; round < 200; ++round) {
         const bool value = round % 2 == 0;
@@ -269,7 +242,7 @@ TEST_F(UserDefaultsTest, SeesWhatAnotherWriterChangedAtTheNextReadWhenTheSizeIsT
     }
 }
 
-TEST_F(UserDefaultsTest, SeesAFileThatAnotherWriterPutInThePlaceOfTheOldOne)
+TEST_F(QtUserDefaultsTest, SeesAFileThatAnotherWriterPutInThePlaceOfTheOldOne)
 {
     // As programs write that keep the file whole at every moment.
     const auto replacement = folder / "replacement";
@@ -281,7 +254,7 @@ TEST_F(UserDefaultsTest, SeesAFileThatAnotherWriterPutInThePlaceOfTheOldOne)
     }
 }
 
-TEST_F(UserDefaultsTest, SeesAFileThatWasPutBackWithItsOldTime)
+TEST_F(QtUserDefaultsTest, SeesAFileThatWasPutBackWithItsOldTime)
 {
     writeFile(file, storeWith("1"));
     EXPECT_TRUE(read());
@@ -291,17 +264,7 @@ TEST_F(UserDefaultsTest, SeesAFileThatWasPutBackWithItsOldTime)
     EXPECT_FALSE(read());
 }
 
-TEST_F(UserDefaultsTest, SeesWhatAnotherProcessStored)
-{
-    for (const std::string value : {"true", "false", "true"}) {
-        ChildProcess writer(
-            ORLIMO_PLATFORM_PROBE, {.arguments = {"write-default", std::string(key), value}});
-        ASSERT_EQ(writer.awaitEnd().status, 0);
-        EXPECT_EQ(read(), value == "true");
-    }
-}
-
-TEST_F(UserDefaultsTest, WritesOverWhatAnotherProcessStored)
+TEST_F(QtUserDefaultsTest, WritesOverWhatAnotherProcessStored)
 {
     write(true);
     writeFile(file, storeWith("false") + "fourDigitInclude=true\n");
@@ -327,12 +290,12 @@ readInHomeWith(const std::map<std::string, std::string>& files, bool configurati
     if (configurationFolderIsSet) {
         settings.environment["XDG_CONFIG_HOME"] = home.path() / "configuration";
     }
-    ChildProcess reader(ORLIMO_PLATFORM_PROBE, settings);
+    ChildProcess reader(ORLIMO_HOME_PROBE, settings);
     EXPECT_EQ(reader.awaitEnd().status, 0);
     return reader.output();
 }
 
-TEST_F(UserDefaultsTest, AreWhereTheUsersConfigurationFolderIs)
+TEST_F(QtUserDefaultsTest, AreWhereTheUsersConfigurationFolderIs)
 {
     EXPECT_EQ(
         readInHomeWith({{"configuration/Orlimo/Orlimo.conf", storeWith("true")}}, true), "true\n");
@@ -340,7 +303,7 @@ TEST_F(UserDefaultsTest, AreWhereTheUsersConfigurationFolderIs)
         readInHomeWith({{"home/.config/Orlimo/Orlimo.conf", storeWith("true")}}, false), "true\n");
 }
 
-TEST_F(UserDefaultsTest, AreNowhereElse)
+TEST_F(QtUserDefaultsTest, AreNowhereElse)
 {
     const std::string elsewhere = storeWith("true");
     EXPECT_EQ(
@@ -354,7 +317,7 @@ TEST_F(UserDefaultsTest, AreNowhereElse)
         "false\n");
 }
 
-TEST_F(UserDefaultsTest, DoNotSufferFromDamageElsewhere)
+TEST_F(QtUserDefaultsTest, DoNotSufferFromDamageElsewhere)
 {
     EXPECT_EQ(
         readInHomeWith(
@@ -378,7 +341,7 @@ constexpr std::array damagedFiles{
     "capturingEnabled=true\n\x7f\x45LF\x02\x01\n"sv,
 };
 
-TEST_F(UserDefaultsTest, ADamagedFileReadsAsEmptyEveryTimeAndIsLeftAsItIs)
+TEST_F(QtUserDefaultsTest, ADamagedFileReadsAsEmptyEveryTimeAndIsLeftAsItIs)
 {
     for (const std::string_view damaged : damagedFiles) {
         clear();
@@ -392,7 +355,7 @@ TEST_F(UserDefaultsTest, ADamagedFileReadsAsEmptyEveryTimeAndIsLeftAsItIs)
     }
 }
 
-TEST_F(UserDefaultsTest, ADamagedFileReadsAsEmptyWhenItIsListedFirst)
+TEST_F(QtUserDefaultsTest, ADamagedFileReadsAsEmptyWhenItIsListedFirst)
 {
     for (const std::string_view damaged : damagedFiles) {
         clear();
@@ -402,7 +365,7 @@ TEST_F(UserDefaultsTest, ADamagedFileReadsAsEmptyWhenItIsListedFirst)
     }
 }
 
-TEST_F(UserDefaultsTest, AFileOfRandomBytesReadsAsEmpty)
+TEST_F(QtUserDefaultsTest, AFileOfRandomBytesReadsAsEmpty)
 {
     std::string bytes;
     std::uint32_t state = 12345;
@@ -417,7 +380,7 @@ TEST_F(UserDefaultsTest, AFileOfRandomBytesReadsAsEmpty)
     EXPECT_TRUE(contentOf(file) == bytes);
 }
 
-TEST_F(UserDefaultsTest, AFileThatIsDamagedWhileInUseReadsAsEmpty)
+TEST_F(QtUserDefaultsTest, AFileThatIsDamagedWhileInUseReadsAsEmpty)
 {
     write(true);
     EXPECT_TRUE(read());
@@ -426,7 +389,7 @@ TEST_F(UserDefaultsTest, AFileThatIsDamagedWhileInUseReadsAsEmpty)
     EXPECT_FALSE(read());
 }
 
-TEST_F(UserDefaultsTest, ARepairedFileIsSeenAgain)
+TEST_F(QtUserDefaultsTest, ARepairedFileIsSeenAgain)
 {
     for (const std::string_view damaged : damagedFiles) {
         clear();
@@ -438,7 +401,7 @@ TEST_F(UserDefaultsTest, ARepairedFileIsSeenAgain)
     }
 }
 
-TEST_F(UserDefaultsTest, TheFirstWriteOverADamagedFileKeepsACopy)
+TEST_F(QtUserDefaultsTest, TheFirstWriteOverADamagedFileKeepsACopy)
 {
     for (const std::string_view damaged : damagedFiles) {
         clear();
@@ -454,7 +417,7 @@ TEST_F(UserDefaultsTest, TheFirstWriteOverADamagedFileKeepsACopy)
     }
 }
 
-TEST_F(UserDefaultsTest, TheWriteAfterThatChangesTheCopyNoMore)
+TEST_F(QtUserDefaultsTest, TheWriteAfterThatChangesTheCopyNoMore)
 {
     writeFile(file, "garbage\n");
     write(true);
@@ -465,7 +428,7 @@ TEST_F(UserDefaultsTest, TheWriteAfterThatChangesTheCopyNoMore)
     EXPECT_TRUE(read("fourDigitInclude"));
 }
 
-TEST_F(UserDefaultsTest, NoCopyIsMadeOfAFileThatIsWhole)
+TEST_F(QtUserDefaultsTest, NoCopyIsMadeOfAFileThatIsWhole)
 {
     writeFile(file, storeWith("true"));
     const auto run = runForked([] { write(false); });
@@ -476,7 +439,7 @@ TEST_F(UserDefaultsTest, NoCopyIsMadeOfAFileThatIsWhole)
     EXPECT_FALSE(std::filesystem::exists(damagedCopy));
 }
 
-TEST_F(UserDefaultsTest, AFolderInTheFilesPlaceReadsAsEmptyAndStays)
+TEST_F(QtUserDefaultsTest, AFolderInTheFilesPlaceReadsAsEmptyAndStays)
 {
     std::filesystem::create_directories(file / "inside");
     const auto run = runForked([] {
@@ -489,7 +452,7 @@ TEST_F(UserDefaultsTest, AFolderInTheFilesPlaceReadsAsEmptyAndStays)
     EXPECT_TRUE(std::filesystem::is_directory(file / "inside"));
 }
 
-TEST_F(UserDefaultsTest, AFileThatMayNotBeReadReadsAsEmptyAndStays)
+TEST_F(QtUserDefaultsTest, AFileThatMayNotBeReadReadsAsEmptyAndStays)
 {
     writeFile(file, storeWith("true"));
     std::filesystem::permissions(file, perms::none);
@@ -505,7 +468,7 @@ TEST_F(UserDefaultsTest, AFileThatMayNotBeReadReadsAsEmptyAndStays)
     EXPECT_FALSE(std::filesystem::exists(damagedCopy));
 }
 
-TEST_F(UserDefaultsTest, AHomeThatMayNotBeWrittenLeavesTheStoreAsItIs)
+TEST_F(QtUserDefaultsTest, AHomeThatMayNotBeWrittenLeavesTheStoreAsItIs)
 {
     writeFile(file, storeWith("false"));
     std::filesystem::permissions(file, perms(0444));
@@ -521,7 +484,7 @@ TEST_F(UserDefaultsTest, AHomeThatMayNotBeWrittenLeavesTheStoreAsItIs)
     EXPECT_EQ(contentOf(file), storeWith("false"));
 }
 
-TEST_F(UserDefaultsTest, AHomeThatMayNotBeWrittenStaysEmpty)
+TEST_F(QtUserDefaultsTest, AHomeThatMayNotBeWrittenStaysEmpty)
 {
     std::filesystem::permissions(folder, perms(0555));
     const auto run = runUnprivileged([] {
@@ -536,7 +499,7 @@ TEST_F(UserDefaultsTest, AHomeThatMayNotBeWrittenStaysEmpty)
     std::filesystem::permissions(folder, perms(0755));
 }
 
-TEST_F(UserDefaultsTest, AnEarlierFailureIsNotReportedByALaterWrite)
+TEST_F(QtUserDefaultsTest, AnEarlierFailureIsNotReportedByALaterWrite)
 {
     std::filesystem::create_directories(file);
     const auto run = runForked([this] {
