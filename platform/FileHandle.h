@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <memory>
 #include <system_error>
 
 namespace orlimo {
@@ -21,7 +22,7 @@ public:
     ~FileHandle();
 
     /// The descriptor, still owned by the handle; -1 once the handle is closed.
-    [[nodiscard]] int fileDescriptor() const { return descriptor; }
+    [[nodiscard]] int fileDescriptor() const;
 
     /// Moves the read position to the end of the file and returns that offset in bytes; 0 for what
     /// has no position, such as a pipe.
@@ -31,11 +32,12 @@ public:
     std::error_code close();
 
 private:
-    explicit FileHandle(int openDescriptor)
-        : descriptor(openDescriptor)
-    {}
+    class OpenFile;
 
-    int descriptor;
+    explicit FileHandle(std::unique_ptr<OpenFile> opened);
+
+    /// As the host has it; none once the handle is closed.
+    std::unique_ptr<OpenFile> openFile;
 };
 
 } // namespace orlimo

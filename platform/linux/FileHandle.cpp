@@ -1,5 +1,7 @@
 #include "platform/FileHandle.h"
 
+#include "platform/posix/UniqueFd.h"
+
 #include <cerrno>
 #include <utility>
 
@@ -8,45 +10,55 @@
 
 namespace orlimo {
 
+class FileHandle::OpenFile
+{
+public:
+    explicit OpenFile(UniqueFd opened)
+        : descriptor(std::move(opened))
+    {}
+
+    UniqueFd descriptor;
+};
+
 FileHandle FileHandle::openForReading(const std::filesystem::path& file)
 {
     // Not blocking, so that a pipe which someone put in the file's place cannot stop the main
     // thread.
-    const int descriptor = ::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
-    if (descriptor < 0) {
+    UniqueFd opened(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    if (!opened) {
         throw std::system_error(errno, std::generic_category(), "cannot open " + file.string());
     }
-    return FileHandle(descriptor);
+    return FileHandle(std::make_unique<OpenFile>(std::move(opened)));
 }
 
-FileHandle::FileHandle(FileHandle&& other) noexcept
-    : descriptor(std::exchange(other.descriptor, -1))
+FileHandle::FileHandle(std::unique_ptr<OpenFile> opened)
+    : openFile(std::move(opened))
 {}
 
-FileHandle& FileHandle::operator=(FileHandle&& other) noexcept
-{
-    std::swap(descriptor, other.descriptor);
-    return *this;
-}
+FileHandle::FileHandle(FileHandle&& other) noexcept = default;
+FileHandle& FileHandle::operator=(FileHandle&& other) noexcept = default;
+FileHandle::~FileHandle() = default;
 
-FileHandle::~FileHandle()
+int FileHandle::fileDescriptor() const
 {
-    close();
+    return openFile ? openFile->descriptor.get() : -1;
 }
 
 std::uint64_t FileHandle::seekToEndOfFile() const
 {
-    const off_t end = ::lseek(descriptor, 0, SEEK_END);
+    const off_t end = ::lseek(fileDescriptor(), 0, SEEK_END);
     return end < 0 ? 0 : static_cast<std::uint64_t>(end);
 }
 
 std::error_code FileHandle::close()
 {
-    const int closing = std::exchange(descriptor, -1);
-    if (closing >= 0 && ::close(closing) != 0) {
-        return {errno, std::generic_category()};
+    if (!openFile) {
+        return {};
     }
-    return {};
+    const int closing = openFile->descriptor.release();
+    openFile.reset();
+    return ::close(closing) == 0 ? std::error_code()
+                                 : std::error_code(errno, std::generic_category());
 }
 
 } // namespace orlimo

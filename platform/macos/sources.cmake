@@ -4,6 +4,7 @@ set(orlimo_platform_sources
     macos/DirectoryListing.mm
     macos/DispatchQueues.mm
     macos/DispatchVnodeSource.mm
+    macos/ErrorConversion.mm
     macos/FileHandle.mm
     macos/GeneralPasteboard.mm
     macos/LaunchEvent.mm

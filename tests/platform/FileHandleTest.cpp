@@ -61,13 +61,6 @@ TEST_F(FileHandleTest, IsNotHandedDownToOtherPrograms)
     EXPECT_EQ(::fcntl(handle.fileDescriptor(), F_GETFD) & FD_CLOEXEC, FD_CLOEXEC);
 }
 
-TEST_F(FileHandleTest, OpensAFileWhoseNameIsNotText)
-{
-    const auto odd = folder.path() / "\xFF\xFE odd\nname";
-    writeFile(odd, "x");
-    EXPECT_EQ(errorOfOpening(odd), 0);
-}
-
 TEST_F(FileHandleTest, FailsWithTheHostsErrorForAMissingFile)
 {
     EXPECT_EQ(errorOfOpening(folder.path() / "missing"), ENOENT);

@@ -39,7 +39,7 @@ protected:
              {"NSS_WRAPPER_GROUP", (folder.path() / "group").string()},
              {"HOME", home}});
         ChildProcess probe(
-            ORLIMO_PLATFORM_PROBE,
+            ORLIMO_HOME_PROBE,
             {.arguments = {"home-of-user"}, .environment = std::move(environment)});
         EXPECT_EQ(probe.awaitEnd().status, 0) << probe.errors();
         return probe.output();

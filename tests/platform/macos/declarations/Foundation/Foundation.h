@@ -14,4 +14,14 @@
 @interface NSURL (Declared)
 /// macOS 10.9: a C string for the file system, which lasts as long as the receiver.
 - (const char*)fileSystemRepresentation;
+/// macOS 10.9
++ (NSURL*)fileURLWithFileSystemRepresentation:(const char*)path
+                                  isDirectory:(BOOL)isDir
+                                relativeToURL:(NSURL*)baseURL;
+@end
+
+/// Foundation
+@interface NSFileHandle (Declared)
+/// macOS 10.15
+- (BOOL)closeAndReturnError:(out NSError**)error;
 @end
