@@ -6,6 +6,7 @@
 #include "platform/UnifiedLog.h"
 #include "platform/UserDatabase.h"
 #include "platform/UserDefaults.h"
+#include "tests/support/JoiningThread.h"
 
 #include <QCoreApplication>
 
@@ -84,7 +85,7 @@ int offerMeanwhile()
     (void)mainQueue();
     (void)backgroundQueue();
     std::atomic<int> offers = 0;
-    std::vector<std::jthread> threads;
+    std::vector<JoiningThread> threads;
     threads.reserve(numberOfThreads);
     for (int thread = 0; thread < numberOfThreads; ++thread) {
         threads.emplace_back([&offers] {
