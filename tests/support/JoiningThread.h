@@ -17,7 +17,10 @@ public:
     {}
     JoiningThread(JoiningThread&&) = default;
     JoiningThread& operator=(JoiningThread&&) = delete;
-    ~JoiningThread()
+    ~JoiningThread() { join(); }
+
+    /// Awaits its end before the object goes.
+    void join()
     {
         if (thread.joinable()) {
             thread.join();
