@@ -4,12 +4,15 @@
 #include "sample/Service.h"
 
 #include <charconv>
+#include <cstdlib>
 #include <exception>
 #include <iostream>
 #include <map>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
 namespace orlimo::sample {
@@ -43,6 +46,23 @@ class UsageError : public std::runtime_error
 public:
     using std::runtime_error::runtime_error;
 };
+
+/// Whether the whole of `text` is a number, which is then in `number`.
+template <typename Number> [[nodiscard]] bool isRead(const std::string& text, Number& number)
+{
+    const char* const end = text.data() + text.size();
+    if constexpr (std::is_floating_point_v<Number>) {
+        // Not every standard library reads such a number with from_chars; strtod takes more than is
+        // meant here.
+        char* stop = nullptr;
+        number = std::strtod(text.c_str(), &stop);
+        return !text.empty() && stop == end &&
+               text.find_first_not_of("0123456789.") == std::string::npos;
+    } else {
+        const auto [stop, error] = std::from_chars(text.data(), end, number);
+        return error == std::errc() && stop == end;
+    }
+}
 
 /// The words of the command line: the command, the store, and options with their values.
 class CommandLine
@@ -80,6 +100,7 @@ public:
         return &taken.back().mapped();
     }
 
+    /// The number that the option has; absent without the option. Throws where it has none.
     template <typename Number>
     [[nodiscard]] std::optional<Number> takeNumber(const std::string& option)
     {
@@ -89,9 +110,7 @@ public:
             return std::nullopt;
         }
         Number number{};
-        const char* const end = value->data() + value->size();
-        const auto [stop, error] = std::from_chars(value->data(), end, number);
-        if (error != std::errc() || stop != end || !(number >= 0 && number <= greatest)) {
+        if (!isRead(*value, number) || !(number >= 0 && number <= greatest)) {
             throw UsageError(option + " needs a number, not \"" + *value + "\"");
         }
         return number;

@@ -269,26 +269,5 @@ TEST_F(AppDelegateTest, ActivatedWithoutAControllerStops)
          .reason = "the application became active without a capture controller"});
 }
 
-// The program's own host
-
-TEST_F(AppDelegateTest, WorksOnTheUsersOwnPreferencesAndLoginItem)
-{
-    const auto entry = PreferenceSandbox::file().parent_path().parent_path() /
-                       "autostart/app.orlimo.Orlimo.desktop";
-    std::filesystem::remove(entry);
-    defaults.setBool(false, "loginItemEnabled");
-    AppDelegate native;
-    native.applicationWillFinishLaunching();
-    EXPECT_THAT(
-        linesOf(contentOf(PreferenceSandbox::file())),
-        ElementsAre(
-            "[General]",
-            "capturingEnabled=true",
-            "fourDigitInclude=true",
-            "loginItemEnabled=false"));
-    EXPECT_TRUE(std::filesystem::exists(entry));
-    std::filesystem::remove(entry);
-}
-
 } // namespace
 } // namespace orlimo

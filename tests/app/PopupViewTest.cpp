@@ -432,32 +432,6 @@ TEST_F(PopupViewTest, CopiesWithoutALogLine)
     EXPECT_EQ(output.text(), "");
 }
 
-// The program's own host
-
-TEST_F(PopupViewTest, WorksOnTheUsersOwnPreferencesPasteboardAndLoginItem)
-{
-    const auto entry = PreferenceSandbox::file().parent_path().parent_path() /
-                       "autostart/app.orlimo.Orlimo.desktop";
-    std::filesystem::remove(entry);
-    receive("482913");
-    defaults.setBool(true, "fourDigitInclude");
-    make(watching(), PanelHost::native());
-    EXPECT_TRUE(toggle("capturingEnabled").isChecked());
-    EXPECT_TRUE(toggle("fourDigitInclude").isChecked());
-    EXPECT_FALSE(toggle("loginItemEnabled").isChecked());
-    appear();
-    pressCopy();
-    EXPECT_EQ(clipboardText(), "482913");
-    pointer::click(toggle("fourDigitInclude"));
-    EXPECT_THAT(contentOf(PreferenceSandbox::file()), HasSubstr("fourDigitInclude=false\n"));
-    pointer::click(toggle("loginItemEnabled"));
-    EXPECT_THAT(contentOf(PreferenceSandbox::file()), HasSubstr("loginItemEnabled=true\n"));
-    EXPECT_TRUE(std::filesystem::exists(entry));
-    pointer::click(toggle("loginItemEnabled"));
-    EXPECT_THAT(contentOf(PreferenceSandbox::file()), HasSubstr("loginItemEnabled=false\n"));
-    EXPECT_FALSE(std::filesystem::exists(entry));
-}
-
 TEST_F(PopupViewTest, LeavesAnEmptyTextOnTheUsersPasteboard)
 {
     setClipboardText("before");

@@ -1,7 +1,7 @@
 #include "tests/app/Sandbox.h"
 
 #include "tests/app/ProgramSession.h"
-#include "tests/platform/ScriptedPortal.h"
+#include "tests/platform/linux/ScriptedPortal.h"
 #include "tests/support/MessageBus.h"
 
 #include <QStringList>

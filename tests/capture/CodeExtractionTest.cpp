@@ -314,31 +314,6 @@ TEST(CodeExtraction, PreferenceIsReadOnceInEachCall)
     EXPECT_THAT(defaults.calls(), ElementsAre("read fourDigitInclude", "read fourDigitInclude"));
 }
 
-TEST(CodeExtraction, PreferenceThatChangesBetweenCallsChangesResult)
-{
-    const PreferenceSandbox sandbox;
-    UserDefaults& defaults = standardUserDefaults();
-    const OutputCapture capture;
-
-    EXPECT_EQ(extractCode("Code 1234"), std::nullopt) << "an absent preference is off";
-    defaults.setBool(true, preference::fourDigitInclude);
-    EXPECT_EQ(extractCode("Code 1234"), "1234");
-    defaults.setBool(false, preference::fourDigitInclude);
-    EXPECT_EQ(extractCode("Code 1234"), std::nullopt);
-    writeFile(PreferenceSandbox::file(), "[General]\nfourDigitInclude=1\n");
-    EXPECT_EQ(extractCode("Code 1234"), "1234") << "another program has changed it";
-
-    EXPECT_THAT(
-        capture.lines(),
-        ElementsAre(
-            "Code 1234",
-            "Code 1234",
-            R"(Found numbers: ["1234"])",
-            "Code 1234",
-            "Code 1234",
-            R"(Found numbers: ["1234"])"));
-}
-
 TEST(CodeExtraction, OtherPreferencesDoNotMatter)
 {
     MemoryUserDefaults defaults;

@@ -259,18 +259,6 @@ TEST_F(MessageFaultTest, TextThatIsNotUtf8)
             "file changed!! at message: code? 482913"));
 }
 
-TEST_F(MessageFaultTest, DamagedPreferencesSwitchCapturingOff)
-{
-    store.appendText("Your code is 482913");
-    const std::string garbage = "\x01\x02 no preferences \xFF\n[[[\n=\n";
-    writeFile(PreferenceSandbox::file(), garbage);
-    const auto message = watching();
-    const OutputCapture capture;
-    message->fileDidChange();
-    EXPECT_EQ(capture.text(), "");
-    EXPECT_EQ(contentOf(PreferenceSandbox::file()), garbage);
-}
-
 // The fatal stops.
 
 class MessageFaultDeathTest : public MessageFaultTest

@@ -94,42 +94,6 @@ TEST_F(MessageTest, MayBeCreatedWithoutLibraryFolder)
     EXPECT_EQ(capture.text(), "");
 }
 
-TEST(MessageDeathTest, EveryOneHasTheSharedReaderAndThePlatformsOwn)
-{
-    EXPECT_EXIT(
-        {
-            ::dup2(STDERR_FILENO, STDOUT_FILENO);
-            moveIntoOwnHome();
-            StoreWriter store(libraryFolder().value_or(""));
-            store.appendText("Your code is 482913");
-            standardUserDefaults().setBool(true, preference::capturingEnabled);
-            const auto first = Message::create();
-            const auto second = Message::create();
-            first->registFileObserver();
-            second->registFileObserver();
-            first->fileDidChange();
-            (void)second->checkMessages();
-            const bool copied = QGuiApplication::clipboard()->text() == QStringLiteral("482913");
-            ::_exit(copied && first->libraryDirectory() == libraryFolder() ? 0 : 1);
-        },
-        testing::ExitedWithCode(0),
-        testing::MatchesRegex("Database init\n"
-                              "database connected!!\n"
-                              "registFileObserver\n"
-                              "init file monitor\n"
-                              "file access allowed\n"
-                              "registFileObserver\n"
-                              "init file monitor\n"
-                              "file access allowed\n"
-                              "ready to access disk\n"
-                              "Your code is 482913\n"
-                              "Found numbers: \\[\"482913\"\\]\n"
-                              "file changed!! at message: code\\? 482913\n"
-                              "ready to access disk\n"
-                              "Your code is 482913\n"
-                              "Found numbers: \\[\"482913\"\\]\n"));
-}
-
 // The watch.
 
 TEST_F(MessageTest, WatchesTheLog)
@@ -504,16 +468,6 @@ TEST_F(MessageTest, ChangeIsIgnoredWhileCapturingIsOff)
     EXPECT_EQ(message->verificationCode(), "482913");
     EXPECT_EQ(changes, 1);
     EXPECT_EQ(clipboardText(), "before");
-}
-
-TEST_F(MessageTest, AbsentPreferenceIgnoresChanges)
-{
-    store.appendText("Your code is 482913");
-    const auto message = watching();
-    std::filesystem::remove(PreferenceSandbox::file());
-    const OutputCapture capture;
-    message->fileDidChange();
-    EXPECT_EQ(capture.text(), "");
 }
 
 TEST_F(MessageTest, CapturingSwitchedOffWhileTheProgramRunsIsSeenAtTheNextChange)

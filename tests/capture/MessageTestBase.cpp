@@ -1,6 +1,7 @@
 #include "tests/capture/MessageTestBase.h"
 
 #include "capture/PreferenceKeys.h"
+#include "tests/capture/CaptureServices.h"
 #include "tests/capture/IdleVnodeSource.h"
 #include "tests/capture/KeptDatabase.h"
 #include "tests/support/OutputCapture.h"
@@ -28,7 +29,7 @@ WatchHost idleHost()
 MessageTestBase::MessageTestBase()
     : store(library.path())
     , database(keptDatabase(library.path()))
-    , defaults(standardUserDefaults())
+    , defaults(captureUserDefaults())
 {
     defaults.setBool(true, preference::capturingEnabled);
     setClipboardText("before");
@@ -44,7 +45,7 @@ CaptureHost MessageTestBase::host() const
     return {
         .database = database,
         .userDefaults = defaults,
-        .pasteboard = generalPasteboard(),
+        .pasteboard = capturePasteboard(),
         .libraryFolder = [folder = library.path()] { return folder; },
         .makeFileMonitor = [](const auto& file) { return FileMonitor::create(file, idleHost()); },
     };

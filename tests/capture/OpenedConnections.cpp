@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+#include <dlfcn.h>
+
 namespace orlimo {
 
 namespace {
@@ -15,32 +17,19 @@ std::vector<sqlite3*>& seen()
     return connections;
 }
 
-extern "C" int
-remember(sqlite3* connection, char** /*error*/, const sqlite3_api_routines* /*routines*/)
-{
-    seen().push_back(connection);
-    return SQLITE_OK;
-}
-
-/// What SQLite wants to be given, whatever the function's arguments are.
-using EntryPoint = void (*)();
-
-EntryPoint entryPoint()
-{
-    return reinterpret_cast<EntryPoint>(&remember);
-}
+bool listening = false;
 
 } // namespace
 
 OpenedConnections::OpenedConnections()
 {
     seen().clear();
-    EXPECT_EQ(sqlite3_auto_extension(entryPoint()), SQLITE_OK);
+    listening = true;
 }
 
 OpenedConnections::~OpenedConnections()
 {
-    EXPECT_EQ(sqlite3_cancel_auto_extension(entryPoint()), 1);
+    listening = false;
     seen().clear();
 }
 
@@ -63,3 +52,16 @@ std::vector<std::string> statementsOn(sqlite3* connection)
 }
 
 } // namespace orlimo
+
+/// Stands before the library's function of the same name, in this program only.
+int sqlite3_open_v2(const char* name, sqlite3** connection, int flags, const char* system)
+{
+    using Function = int (*)(const char*, sqlite3**, int, const char*);
+    static const auto ofTheLibrary =
+        reinterpret_cast<Function>(::dlsym(RTLD_NEXT, "sqlite3_open_v2"));
+    const int result = ofTheLibrary(name, connection, flags, system);
+    if (orlimo::listening && *connection != nullptr) {
+        orlimo::seen().push_back(*connection);
+    }
+    return result;
+}

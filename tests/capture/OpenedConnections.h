@@ -7,7 +7,7 @@ struct sqlite3;
 
 namespace orlimo {
 
-/// Learns of every SQLite connection that is opened while it lives. One at a time.
+/// Learns of every SQLite connection that sqlite3_open_v2 opens while it lives. One at a time.
 class OpenedConnections
 {
 public:

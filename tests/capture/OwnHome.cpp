@@ -15,6 +15,7 @@ void moveIntoOwnHome()
         std::abort();
     }
     ::setenv("HOME", home.c_str(), 1);                           // NOLINT(concurrency-mt-unsafe)
+    ::setenv("CFFIXED_USER_HOME", home.c_str(), 1);              // NOLINT(concurrency-mt-unsafe)
     ::setenv("XDG_CONFIG_HOME", (home + "/.config").c_str(), 1); // NOLINT(concurrency-mt-unsafe)
 }
 

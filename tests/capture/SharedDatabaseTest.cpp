@@ -2,6 +2,8 @@
 #include "platform/LibraryFolder.h"
 #include "tests/capture/OwnHome.h"
 #include "tests/support/Await.h"
+#include "tests/support/JoiningThread.h"
+#include "tests/support/OpenPipe.h"
 #include "tests/support/StoreWriter.h"
 
 #include <gtest/gtest.h>
@@ -30,7 +32,8 @@ class FullPipe
 public:
     FullPipe()
     {
-        (void)::pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK);
+        (void)::fcntl(ends[0], F_SETFL, O_NONBLOCK);
+        (void)::fcntl(ends[1], F_SETFL, O_NONBLOCK);
         const std::array<char, 4096> page{};
         while (::write(ends[1], page.data(), page.size()) > 0) {
             filling += page.size();
@@ -53,7 +56,7 @@ public:
     [[nodiscard]] std::string lines() const { return content.substr(filling); }
 
 private:
-    std::array<int, 2> ends{};
+    std::array<int, 2> ends = openPipe();
     std::size_t filling = 0;
     std::string content;
 };
@@ -85,7 +88,7 @@ bool othersSleep()
     std::vector<Database*> readers(threadCount);
     std::atomic<std::size_t> started = 0;
     std::atomic<std::size_t> finished = 0;
-    std::vector<std::jthread> threads;
+    std::vector<JoiningThread> threads;
     threads.reserve(threadCount);
     for (Database*& reader : readers) {
         threads.emplace_back([&reader, &started, &finished] {

@@ -1,15 +1,14 @@
 #include "tests/platform/ForeignLock.h"
 
 #include "tests/support/ForkedRun.h"
+#include "tests/support/OpenPipe.h"
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <cerrno>
 #include <csignal>
 
 #include <fcntl.h>
-#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -28,30 +27,32 @@ struct flock lockOf(short type, off_t first, off_t length)
     return lock;
 }
 
-/// What the holder does: takes the lock, says so with one byte, and keeps it.
-[[noreturn]] void hold(const std::filesystem::path& file, struct flock lock, int answer)
+/// What the holder does: takes the lock, says so with one byte, and keeps it until `life` ends.
+[[noreturn]] void hold(const std::filesystem::path& file, struct flock lock, int answer, int life)
 {
-    (void)::prctl(PR_SET_PDEATHSIG, SIGKILL);
     const int descriptor = ::open(file.c_str(), O_RDWR | O_CLOEXEC);
-    const char held = ::fcntl(descriptor, F_SETLK, &lock) == 0 ? 'y' : 'n';
+    char held = ::fcntl(descriptor, F_SETLK, &lock) == 0 ? 'y' : 'n';
     (void)!::write(answer, &held, 1);
-    for (;;) {
-        ::pause();
-    }
+    (void)!::read(life, &held, 1);
+    ::_exit(0);
 }
 
 } // namespace
 
 ForeignLock::ForeignLock(const std::filesystem::path& file, off_t byte, Kind kind)
 {
-    std::array<int, 2> ends{-1, -1};
-    EXPECT_EQ(::pipe2(ends.data(), O_CLOEXEC), 0);
+    const auto ends = openPipe();
+    // Open for as long as this process lives: one that is killed leaves no holder behind.
+    const auto life = openPipe();
     holder = ::fork();
     if (holder == 0) {
         const short type = kind == Kind::shared ? F_RDLCK : F_WRLCK;
-        hold(file, lockOf(type, byte, 1), ends[1]);
+        ::close(life[1]);
+        hold(file, lockOf(type, byte, 1), ends[1], life[0]);
     }
     ::close(ends[1]);
+    ::close(life[0]);
+    holdersLife = UniqueFd(life[1]);
     char answer = '\0';
     EXPECT_EQ(::read(ends[0], &answer, 1), 1);
     EXPECT_EQ(answer, 'y') << "no lock on " << file;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/posix/UniqueFd.h"
+
 #include <filesystem>
 
 #include <sys/types.h>
@@ -23,6 +25,7 @@ public:
 
 private:
     pid_t holder = -1;
+    UniqueFd holdersLife;
 };
 
 /// Whether a process other than this one finds a lock anywhere in the `length` bytes of `file` from

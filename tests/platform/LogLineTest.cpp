@@ -5,6 +5,8 @@
 #include "tests/platform/OutputRedirection.h"
 #include "tests/support/Await.h"
 #include "tests/support/ForkedRun.h"
+#include "tests/support/JoiningThread.h"
+#include "tests/support/OpenPipe.h"
 #include "tests/support/OutputCapture.h"
 
 #include <gtest/gtest.h>
@@ -31,10 +33,13 @@ using namespace std::string_view_literals;
 
 struct Pipe
 {
-    explicit Pipe(int flags = O_CLOEXEC)
+    /// `flags` hold for both ends.
+    explicit Pipe(int flags = 0)
     {
-        std::array<int, 2> ends{-1, -1};
-        EXPECT_EQ(::pipe2(ends.data(), flags), 0);
+        const auto ends = openPipe();
+        for (const int end : ends) {
+            EXPECT_EQ(::fcntl(end, F_SETFL, flags), 0);
+        }
         reader = UniqueFd(ends[0]);
         writer = UniqueFd(ends[1]);
     }
@@ -62,7 +67,7 @@ std::vector<std::string> writesOf(const std::function<void()>& work)
 {
     // A socket that keeps its messages apart gives each write back on its own.
     std::array<int, 2> ends{-1, -1};
-    EXPECT_EQ(::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends.data()), 0);
+    EXPECT_EQ(::socketpair(AF_UNIX, SOCK_DGRAM, 0, ends.data()), 0);
     const UniqueFd receiver(ends[0]);
     {
         const UniqueFd sender(ends[1]);
@@ -148,7 +153,7 @@ TEST(LogLine, IsInAFileAtOnce)
 
 TEST(LogLine, IsInAPipeAtOnce)
 {
-    const Pipe pipe(O_CLOEXEC | O_NONBLOCK);
+    const Pipe pipe(O_NONBLOCK);
     std::string seen;
     {
         const OutputRedirection redirection(pipe.writer.get());
@@ -182,7 +187,7 @@ TEST(LogLine, IsNotLostToASignal)
     interrupting.sa_handler = [](int) { ++interruptions; };
     ASSERT_EQ(::sigaction(SIGUSR1, &interrupting, &before), 0);
 
-    Pipe pipe(O_CLOEXEC | O_NONBLOCK);
+    Pipe pipe(O_NONBLOCK);
     const std::string filling(4096, 'x');
     std::size_t filled = 0;
     while (::write(pipe.writer.get(), filling.data(), filling.size()) > 0) {
@@ -222,7 +227,7 @@ std::string linesOfFourThreads(std::size_t length, int linesOfEach)
     {
         const OutputRedirection redirection(pipe.writer.get());
         pipe.writer = UniqueFd();
-        std::vector<std::jthread> writers;
+        std::vector<JoiningThread> writers;
         for (const char letter : {'a', 'b', 'c', 'd'}) {
             writers.emplace_back([letter, length, linesOfEach] {
                 for (int line = 0; line < linesOfEach; ++line) {

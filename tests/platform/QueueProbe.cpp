@@ -1,6 +1,7 @@
 // A program that offers work to the queues and takes its application object down.
 
 #include "platform/Queue.h"
+#include "tests/support/JoiningThread.h"
 
 #include <QCoreApplication>
 
@@ -75,7 +76,7 @@ int offerMeanwhile()
     (void)mainQueue();
     (void)backgroundQueue();
     std::atomic<int> offers = 0;
-    std::vector<std::jthread> threads;
+    std::vector<JoiningThread> threads;
     threads.reserve(numberOfThreads);
     for (int thread = 0; thread < numberOfThreads; ++thread) {
         threads.emplace_back([&offers] {

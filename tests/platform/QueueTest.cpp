@@ -3,6 +3,7 @@
 #include "platform/MainThread.h"
 #include "tests/support/Await.h"
 #include "tests/support/ChildProcess.h"
+#include "tests/support/JoiningThread.h"
 
 #include <QCoreApplication>
 #include <QThread>
@@ -60,7 +61,7 @@ TEST(MainQueue, RunsWorkOnceAndOnTheMainThreadWhereverItWasOffered)
     std::vector<Offer> offers; // the main thread's alone
     int strayed = 0;
     {
-        std::vector<std::jthread> threads;
+        std::vector<JoiningThread> threads;
         threads.reserve(4);
         for (int thread = 0; thread < 4; ++thread) {
             threads.emplace_back([&offers, &strayed, thread] {

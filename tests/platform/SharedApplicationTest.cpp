@@ -123,11 +123,11 @@ TEST_F(SharedApplicationTest, SaysThatItIsTerminatingUntilItHasEnded)
 
 TEST_F(SharedApplicationTest, LeavesNothingOfItsStartToWhatItStarts)
 {
-    constexpr std::array<const char*, 2> variables{"XDG_ACTIVATION_TOKEN", "DESKTOP_STARTUP_ID"};
+    static constexpr std::array<const char*, 2> variables{"XDG_ACTIVATION_TOKEN", "DESKTOP_STARTUP_ID"};
     for (const char* const variable : variables) {
         qputenv(variable, "token");
     }
-    const auto areSet = [&variables] {
+    const auto areSet = [] {
         return std::ranges::count_if(variables, qEnvironmentVariableIsSet);
     };
     delegate.whenDidFinish = [&areSet] {

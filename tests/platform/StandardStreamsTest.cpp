@@ -2,6 +2,7 @@
 
 #include "platform/LogLine.h"
 #include "tests/support/ForkedRun.h"
+#include "tests/support/OpenPipe.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -14,17 +15,28 @@
 #include <string>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace orlimo {
 namespace {
 
-/// Where a descriptor leads to; empty when it is closed.
+/// What a descriptor leads to, told apart from everything else; empty when it is closed.
 std::string targetOf(int descriptor)
 {
-    std::error_code closed;
-    return std::filesystem::read_symlink("/proc/self/fd/" + std::to_string(descriptor), closed)
-        .string();
+    struct stat target
+    {};
+    struct stat nothing
+    {};
+    if (::fstat(descriptor, &target) != 0) {
+        return "";
+    }
+    if (::stat("/dev/null", &nothing) == 0 && target.st_dev == nothing.st_dev &&
+        target.st_ino == nothing.st_ino)
+    {
+        return "/dev/null";
+    }
+    return std::to_string(target.st_dev) + ":" + std::to_string(target.st_ino);
 }
 
 /// Where the three standard streams lead to.
@@ -125,10 +137,7 @@ TEST_F(StandardStreamsTest, NoFileOpenedLaterReceivesLogLines)
 TEST_F(StandardStreamsTest, AReaderThatHangsUpNoLongerEndsTheProcess)
 {
     const auto hangUp = [] {
-        std::array<int, 2> ends{-1, -1};
-        if (::pipe2(ends.data(), O_CLOEXEC) != 0) {
-            ::_exit(2);
-        }
+        const auto ends = openPipe();
         ::close(ends[0]);
         return ::write(ends[1], "x", 1);
     };

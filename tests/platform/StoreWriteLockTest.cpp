@@ -28,7 +28,7 @@ constexpr off_t numberOfLockBytes = 9;
 
 std::ptrdiff_t openDescriptors()
 {
-    return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
+    return std::distance(std::filesystem::directory_iterator("/dev/fd"), {});
 }
 
 /// A connection of this process's own, which reads or writes beside the lock under test.
@@ -275,7 +275,7 @@ TEST_F(StoreWriteLockOfAnIndex, IsNotHandedDownToOtherPrograms)
 {
     (void)lock.isHeldElsewhere();
     int found = 0;
-    for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
+    for (const auto& entry : std::filesystem::directory_iterator("/dev/fd")) {
         std::error_code gone;
         if (std::filesystem::read_symlink(entry.path(), gone) == index) {
             const int descriptor = std::stoi(entry.path().filename().string());

@@ -1,13 +1,7 @@
 #pragma once
 
 #include "platform/posix/UniqueFd.h"
-
-#include <array>
-#include <cerrno>
-#include <system_error>
-
-#include <fcntl.h>
-#include <unistd.h>
+#include "tests/support/OpenPipe.h"
 
 namespace orlimo {
 
@@ -16,10 +10,7 @@ struct TestPipe
 {
     TestPipe()
     {
-        std::array<int, 2> ends{};
-        if (::pipe2(ends.data(), O_CLOEXEC) != 0) {
-            throw std::system_error(errno, std::generic_category(), "pipe");
-        }
+        const auto ends = openPipe();
         readEnd = UniqueFd(ends[0]);
         writeEnd = UniqueFd(ends[1]);
     }

@@ -1,6 +1,7 @@
 #include "platform/UnifiedLog.h"
 
 #include "tests/support/CapturedSyslog.h"
+#include "tests/support/JoiningThread.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -150,7 +151,7 @@ TEST_F(SyslogUnifiedLog, ServesManyThreads)
     constexpr int numberOfThreads = 4;
     constexpr int entriesOfEach = 250;
     const CapturedSyslog syslog;
-    std::vector<std::jthread> threads;
+    std::vector<JoiningThread> threads;
     threads.reserve(numberOfThreads);
     for (int thread = 0; thread < numberOfThreads; ++thread) {
         threads.emplace_back([this] {

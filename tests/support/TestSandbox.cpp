@@ -17,8 +17,10 @@ constexpr const char* sandboxMark = "ORLIMO_TEST_SANDBOX";
 /// and away from the user's desktop session.
 void moveInto(const std::filesystem::path& home)
 {
-    const std::array<std::pair<const char*, const char*>, 6> folders{{
+    const std::array<std::pair<const char*, const char*>, 7> folders{{
         {"HOME", ""},
+        // By which Foundation is told of a home.
+        {"CFFIXED_USER_HOME", ""},
         {"XDG_CONFIG_HOME", ".config"},
         {"XDG_DATA_HOME", ".local/share"},
         {"XDG_STATE_HOME", ".local/state"},

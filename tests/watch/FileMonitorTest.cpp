@@ -49,7 +49,7 @@ void overwriteStartOf(const std::filesystem::path& file, std::string_view bytes)
 /// How many descriptors this process has open.
 std::ptrdiff_t openDescriptors()
 {
-    return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
+    return std::distance(std::filesystem::directory_iterator("/dev/fd"), {});
 }
 
 /// The error with which `work` fails; none when it does not.

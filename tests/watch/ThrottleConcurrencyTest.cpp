@@ -1,6 +1,7 @@
 #include "platform/MainThread.h"
 #include "tests/support/Await.h"
 #include "tests/support/HandClock.h"
+#include "tests/support/JoiningThread.h"
 #include "tests/support/SharedHandQueue.h"
 #include "watch/Throttle.h"
 
@@ -23,7 +24,7 @@ using namespace std::chrono_literals;
 /// Runs `work` on each of `number` threads at a time and waits for their end.
 void onThreads(int number, const std::function<void()>& work)
 {
-    std::vector<std::jthread> threads;
+    std::vector<JoiningThread> threads;
     threads.reserve(static_cast<std::size_t>(number));
     for (int thread = 0; thread < number; ++thread) {
         threads.emplace_back(work);
@@ -133,7 +134,7 @@ TEST(ThrottleConcurrency, DropsWhatWaitsWhenItIsReleasedWhileThreadsOffer)
     std::array<std::weak_ptr<Throttle>, 4> observed{};
     observed.fill(throttle);
     std::atomic<std::size_t> next = 0;
-    std::vector<std::jthread> threads;
+    std::vector<JoiningThread> threads;
     threads.reserve(observed.size());
     for (std::size_t thread = 0; thread < observed.size(); ++thread) {
         threads.emplace_back([&] {
@@ -199,7 +200,7 @@ TEST_F(SimultaneousDecisions, OneThatIsOvertakenIsStillAcceptedWhenTheDelayIsNot
     });
     int runs = 0;
     throttle->throttle([&runs] { ++runs; });
-    std::jthread slow([this] { decisions.run(); });
+    JoiningThread slow([this] { decisions.run(); });
     hasRead.get_future().wait();
 
     time.advance(1s);

@@ -1,4 +1,4 @@
-#include "tests/platform/ScriptedPortal.h"
+#include "tests/platform/linux/ScriptedPortal.h"
 
 #include <QDBusArgument>
 #include <QDBusError>

@@ -1,9 +1,9 @@
 #include "platform/linux/TextTransfers.h"
 
-#include "tests/platform/NotifierCount.h"
 #include "tests/platform/OpenDescriptors.h"
 #include "tests/platform/PipeReader.h"
 #include "tests/platform/TestPipe.h"
+#include "tests/platform/linux/NotifierCount.h"
 #include "tests/support/Await.h"
 
 #include <gtest/gtest.h>

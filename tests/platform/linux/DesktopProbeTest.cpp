@@ -1,4 +1,4 @@
-#include "tests/platform/DesktopProbeTest.h"
+#include "tests/platform/linux/DesktopProbeTest.h"
 
 #include "tests/support/OutputCapture.h"
 #include "tests/support/ParentBond.h"

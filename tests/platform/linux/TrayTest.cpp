@@ -1,5 +1,5 @@
 #include "tests/app/ShyWindowManager.h"
-#include "tests/platform/DesktopProbeTest.h"
+#include "tests/platform/linux/DesktopProbeTest.h"
 #include "tests/support/OutputCapture.h"
 #include "tests/support/TemporaryFolder.h"
 

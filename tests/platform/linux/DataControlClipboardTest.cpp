@@ -1,11 +1,11 @@
 #include "platform/linux/DataControlClipboard.h"
 
 #include "platform/posix/UniqueFd.h"
-#include "tests/platform/ListeningSocket.h"
-#include "tests/platform/NotifierCount.h"
 #include "tests/platform/OpenDescriptors.h"
 #include "tests/platform/PipeReader.h"
-#include "tests/platform/ScriptedCompositor.h"
+#include "tests/platform/linux/ListeningSocket.h"
+#include "tests/platform/linux/NotifierCount.h"
+#include "tests/platform/linux/ScriptedCompositor.h"
 #include "tests/support/Await.h"
 #include "tests/support/TemporaryFolder.h"
 

@@ -3,7 +3,7 @@
 #include "platform/linux/MainAppService.h"
 #include "platform/linux/XdgLoginItemService.h"
 #include "tests/platform/MarkingTranslator.h"
-#include "tests/platform/ScriptedPortal.h"
+#include "tests/platform/linux/ScriptedPortal.h"
 #include "tests/support/Await.h"
 #include "tests/support/MessageBus.h"
 #include "tests/support/TemporaryFolder.h"

@@ -1,4 +1,4 @@
-#include "tests/platform/DesktopProbeTest.h"
+#include "tests/platform/linux/DesktopProbeTest.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 #include "tests/app/StatusNotifierPanel.h"
-#include "tests/platform/DesktopProbeTest.h"
+#include "tests/platform/linux/DesktopProbeTest.h"
 
 #include <QPoint>
 #include <QRect>

@@ -1,7 +1,7 @@
-#include "tests/platform/ScriptedCompositor.h"
+#include "tests/platform/linux/ScriptedCompositor.h"
 
 #include "platform/linux/DataControlProtocol.h"
-#include "tests/platform/ListeningSocket.h"
+#include "tests/platform/linux/ListeningSocket.h"
 
 #include <algorithm>
 #include <array>

@@ -1,0 +1,105 @@
+# The whole program as a black box, alone and on desktops of its own.
+find_package(Qt6 6.4.2 REQUIRED COMPONENTS DBus)
+find_package(X11 REQUIRED COMPONENTS ICE SM xcb)
+
+add_library(orlimo_program_session STATIC ProgramSession.cpp XServer.cpp)
+target_link_libraries(orlimo_program_session PUBLIC orlimo_test_support)
+
+add_library(orlimo_desktop_session STATIC
+    AccessibilityTree.cpp
+    Accessible.cpp
+    DesktopProgram.cpp
+    DesktopSession.cpp
+    DesktopVariables.cpp
+    SessionBuses.cpp
+    ShyWindowManager.cpp
+    StatusNotifierPanel.cpp
+    XInput.cpp
+    XWindows.cpp)
+target_link_libraries(orlimo_desktop_session PUBLIC orlimo_program_session Qt6::DBus X11::xcb)
+target_compile_definitions(orlimo_desktop_session PRIVATE
+    ORLIMO_TEST_PANEL="$<TARGET_FILE:orlimo-test-panel>")
+add_dependencies(orlimo_desktop_session orlimo-test-panel)
+
+add_executable(orlimo-test-panel PanelProgram.cpp StatusNotifierWatcher.cpp)
+target_link_libraries(orlimo-test-panel PRIVATE orlimo_options Qt6::DBus)
+set_target_properties(orlimo-test-panel PROPERTIES AUTOMOC ON)
+
+orlimo_add_tests(orlimo_program_tests
+    LABEL e2e
+    SOURCES ClipboardTest.cpp FaultTest.cpp RoadOfMessageTest.cpp StartUpTest.cpp UsageTest.cpp
+    LIBRARIES orlimo_program_session SQLite::SQLite3
+    NEEDS orlimo orlimo-sample-store)
+
+orlimo_add_tests(orlimo_whole_program_tests
+    LABEL e2e
+    ON x11-with-trayer
+    SOURCES GuidanceTest.cpp LoginItemTest.cpp TourTest.cpp WindowTest.cpp
+    LIBRARIES orlimo_desktop_session
+    NEEDS orlimo orlimo-sample-store)
+
+orlimo_add_tests(orlimo_sandbox_tests
+    LABEL e2e
+    SOURCES ../platform/linux/ScriptedPortal.cpp Sandbox.cpp SandboxTest.cpp
+    LIBRARIES orlimo_program_session Qt6::DBus
+    NEEDS orlimo orlimo-sample-store)
+
+# Whole Wayland desktops.
+add_library(orlimo_wayland_session STATIC
+    KWinSession.cpp
+    MissingProgram.cpp
+    MutterClipboard.cpp
+    MutterSession.cpp
+    PlatformPlugin.cpp
+    SwaySession.cpp
+    TrayItems.cpp
+    WaylandClipboard.cpp)
+target_link_libraries(orlimo_wayland_session PUBLIC orlimo_desktop_session)
+target_compile_definitions(orlimo_wayland_session PUBLIC
+    ORLIMO_CLIPBOARD_PROBE="$<TARGET_FILE:orlimo-clipboard-probe>"
+    ORLIMO_DESKTOP_PROBE="$<TARGET_FILE:orlimo-desktop-probe>")
+
+orlimo_add_tests(orlimo_sway_tests
+    LABEL desktop
+    ON wayland-sway
+    SOURCES SwayClipboardTest.cpp SwayWindowTest.cpp
+    LIBRARIES orlimo_wayland_session
+    NEEDS orlimo orlimo-clipboard-probe orlimo-desktop-probe orlimo-sample-store)
+
+orlimo_add_tests(orlimo_mutter_tests
+    LABEL desktop
+    ON wayland-mutter
+    SOURCES MutterTest.cpp
+    LIBRARIES orlimo_wayland_session
+    NEEDS orlimo orlimo-clipboard-probe orlimo-sample-store)
+
+orlimo_add_tests(orlimo_kwin_tests
+    LABEL desktop
+    ON wayland-kwin
+    SOURCES KWinTest.cpp
+    LIBRARIES orlimo_wayland_session
+    NEEDS orlimo orlimo-clipboard-probe orlimo-sample-store)
+
+# One program in a session: every start of a second one.
+orlimo_add_tests(orlimo_instance_tests
+    LABEL desktop
+    ON x11-with-trayer
+    SOURCES InstanceTest.cpp InstanceOnDesktopTest.cpp SavedSessionTest.cpp SessionManager.cpp
+    LIBRARIES orlimo_desktop_session X11::ICE X11::SM
+    NEEDS orlimo orlimo-sample-store)
+target_compile_definitions(orlimo_instance_tests PRIVATE
+    ORLIMO_SERVICE_TEMPLATE="${PROJECT_SOURCE_DIR}/packaging/linux/app.orlimo.Orlimo.service.in")
+
+orlimo_add_tests(orlimo_delivery_tests
+    LABEL slow
+    SOURCES DeliveryTest.cpp
+    LIBRARIES orlimo_program_session Threads::Threads
+    NEEDS orlimo orlimo-sample-store)
+
+# A program of its own, in which nothing is painted before the tests fork: the toolkit's painting
+# threads do not come along into a child.
+orlimo_add_tests(orlimo_application_tests
+    LABEL ui
+    WIDGETS
+    SOURCES OrlimoAppTest.cpp
+    LIBRARIES orlimo_view_test_base)

@@ -1,0 +1,54 @@
+#include "tests/scripts/StandInPrograms.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+namespace orlimo {
+namespace {
+
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::MatchesRegex;
+
+/// The script that starts what was built, in a scratch folder of the test's own.
+class RunTest : public testing::Test
+{
+protected:
+    [[nodiscard]] CommandResult run(const std::vector<std::string>& arguments) const
+    {
+        return programs.run(
+            "run", arguments, {{"QT_QPA_PLATFORM", "offscreen"}, {"TMPDIR", scratch.path()}});
+    }
+
+    StandInPrograms programs;
+    TemporaryFolder scratch;
+};
+
+TEST_F(RunTest, TheSampleEndsByItselfWithEveryCodeCaptured)
+{
+    const auto result = run({"--sample", "--built", ORLIMO_BUILD_FOLDER});
+    EXPECT_EQ(result.status, 0) << result.text();
+    EXPECT_THAT(result.output, HasSubstr("[sample] "));
+    const auto lastLine = result.output.substr(result.output.rfind("captured "));
+    EXPECT_THAT(lastLine, MatchesRegex("captured ([0-9]+) of [0-9]+ codes\n"));
+    EXPECT_TRUE(std::filesystem::is_empty(scratch.path())) << "something was left behind";
+}
+
+TEST_F(RunTest, HelpStartsNothing)
+{
+    const auto result = run({"--help"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_THAT(result.output, HasSubstr("Usage: ./run"));
+    EXPECT_THAT(programs.calls(), IsEmpty());
+}
+
+TEST_F(RunTest, AMistakeIsSaid)
+{
+    EXPECT_EQ(run({"--simple"}).status, 2);
+    EXPECT_EQ(run({"--built"}).status, 2);
+}
+
+} // namespace
+} // namespace orlimo

@@ -1,0 +1,115 @@
+#include "tests/scripts/ShellConstruct.h"
+
+namespace orlimo {
+
+bool ShellConstruct::isIn(const std::string& line) const
+{
+    static const std::regex comment(R"(^\s*#)");
+    return !std::regex_search(line, comment) && std::regex_search(line, pattern);
+}
+
+const std::vector<ShellConstruct>& constructsOfLinux()
+{
+    static const auto& constructs = *new std::vector<ShellConstruct>{
+        // The shell's language.
+        {"reading a list of lines into an array",
+         std::regex(R"((^|\W)(mapfile|readarray)\s)"),
+         "mapfile -t lines < <(ls)",
+         "echo mapfiles"},
+        {"a descriptor that the shell chooses",
+         std::regex(R"(\{[A-Za-z_]\w*\}[<>])"),
+         "exec {pace}>\"$file\"",
+         "exec 3>\"${file}\""},
+        {"an array by name",
+         std::regex(R"((declare|local|typeset)\s+-\w*[An])"),
+         "declare -A seen",
+         "local seen=-A"},
+        // An empty one is an unset variable there. Where it cannot be empty, the line says so.
+        {"an array that may be empty",
+         std::regex(R"rx((^|[^"]|[^+]")\$\{\w+\[[@*]\]\}(?!.*# never empty))rx"),
+         "run \"${options[@]}\"",
+         "run ${options[@]+\"${options[@]}\"}"},
+        {"another case of letters",
+         std::regex(R"(\$\{\w+(,,?|\^\^?)[^}]*\})"),
+         "echo \"${name,,}\"",
+         "echo \"${name%,}\""},
+        {"the quoted form of a value",
+         std::regex(R"(\$\{\w+@[A-Za-z]\})"),
+         "echo \"${name@Q}\"",
+         "echo \"name@Q\""},
+        {"a part of a second for read",
+         std::regex(R"(\bread\b.*\s-\w*t\s*[0-9]*\.[0-9])"),
+         "read -r -t 0.2 line",
+         "read -r -t 1 line"},
+        {"both streams at once",
+         std::regex(R"(&>>|\|&)"),
+         "make |& tee log",
+         "make 2>&1 | tee log"},
+        {"falling through a case", std::regex(R"(;;?&)"), "a) run ;;&", "a) run ;;"},
+        {"waiting for any process", std::regex(R"(\bwait\s+-n)"), "wait -n", "wait \"$process\""},
+        {"the end of an array by a negative number",
+         std::regex(R"(\[\s*-[0-9]+\s*\])"),
+         "echo \"${list[-1]}\"",
+         "echo \"${list[0]}\""},
+        {"whether a variable is set, asked by -v",
+         std::regex(R"(\[\[?\s+-v\s)"),
+         "[[ -v name ]]",
+         "[ -n \"$v\" ]"},
+        {"the time by printf",
+         std::regex(R"(printf\s.*%\()"),
+         "printf '%(%s)T'",
+         "printf '%s' \"(x)\""},
+        {"the time in a variable",
+         std::regex(R"(EPOCHSECONDS|EPOCHREALTIME|BASHPID|SRANDOM)"),
+         "start=$EPOCHSECONDS",
+         "start=$SECONDS"},
+        {"a place under the start of a glob",
+         std::regex(R"(shopt\s+-s\s+(globstar|lastpipe|inherit_errexit))"),
+         "shopt -s globstar",
+         "shopt -s nullglob"},
+        {"a job run aside with a name", std::regex(R"(\bcoproc\b)"), "coproc cat", "cp roc cat"},
+        // The tools.
+        {"the number of processors by nproc",
+         std::regex(R"((^|[^\w-])nproc\b)"),
+         "jobs=$(nproc)",
+         "jobs=$(getconf _NPROCESSORS_ONLN)"},
+        {"long options that BSD's tools do not have",
+         std::regex(
+             R"(\b(sed|mktemp|stat|tail|head|cp|mv|rm|ln|mkdir|touch|sort|cut|tr|wc|date|chmod|cat|tee|readlink|ls|find|du|uname|awk|id|kill|basename|dirname)\s+([^|;&]*\s)?--[a-z])"),
+         "mktemp --directory",
+         "brew list --quiet"},
+        {"long options that BSD's xargs does not have",
+         std::regex(R"(\bxargs\s+(-\w+(\s+[^-\s]\S*)?\s+)*--[a-z])"),
+         "xargs -n 4 --max-procs=2 run",
+         "xargs -n 4 run --quietly"},
+        {"a file in place by sed",
+         std::regex(R"(\bsed\s+([^|;&]*\s)?-i(\s|$))"),
+         "sed -i s/a/b/ file",
+         "sed -e s/-i/b/ file"},
+        {"a canonical path",
+         std::regex(R"(readlink\s+-\w*[fem]|\brealpath\b)"),
+         "readlink -f \"$0\"",
+         "readlink \"$0\""},
+        {"the date of a text", std::regex(R"(\bdate\s+-\w*d)"), "date -d now", "date +%s"},
+        {"Perl's expressions in grep",
+         std::regex(R"(\bgrep\s+([^|;&]*\s)?-\w*P)"),
+         "grep -oP '\\d+' file",
+         "grep -q P file"},
+        {"GNU's form of stat",
+         std::regex(R"(\bstat\s+-\w*c)"),
+         "stat -c %s file",
+         "stat -f %z file"},
+        {"a limit of time for a command",
+         std::regex(R"((^|[;&|(]\s*|\s)(timeout|setsid|flock|tac|shuf|sha256sum|md5sum)\s+\S)"),
+         "timeout 10 run",
+         "# no timeout"},
+        {"the folder of processes",
+         std::regex(R"(/proc/|/dev/shm|/run/user)"),
+         "cat /proc/self/status",
+         "cat /process"},
+        {"all but the last lines", std::regex(R"(\bhead\s+-n\s*-)"), "head -n -1", "head -n 1"},
+    };
+    return constructs;
+}
+
+} // namespace orlimo

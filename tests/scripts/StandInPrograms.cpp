@@ -1,0 +1,67 @@
+#include "tests/scripts/StandInPrograms.h"
+
+#include "tests/support/OutputCapture.h"
+
+#include <QStandardPaths>
+#include <gtest/gtest.h>
+
+namespace orlimo {
+
+namespace {
+
+constexpr const char* callsFile = "calls";
+
+void makeProgram(const std::filesystem::path& file, const std::string& text)
+{
+    writeFile(file, text);
+    std::filesystem::permissions(file, std::filesystem::perms::owner_all);
+}
+
+} // namespace
+
+StandInPrograms::StandInPrograms()
+    : systemPath(qEnvironmentVariable("PATH").toStdString())
+{
+    std::filesystem::create_directory(folder.path() / "bin");
+    writeFile(folder.path() / callsFile, "");
+}
+
+void StandInPrograms::add(const std::string& name, const std::string& body)
+{
+    makeProgram(
+        folder.path() / "bin" / name,
+        "#!/bin/sh\necho \"" + name + "${*:+ $*}\" >>\"" + (folder.path() / callsFile).string() +
+            "\"\n" + body + "\n");
+}
+
+void StandInPrograms::keepOnly(const std::vector<std::string>& programs)
+{
+    for (const std::string& name : programs) {
+        const auto found = QStandardPaths::findExecutable(QString::fromStdString(name));
+        ASSERT_FALSE(found.isEmpty()) << name;
+        std::filesystem::create_symlink(found.toStdString(), folder.path() / "bin" / name);
+    }
+    systemPath.reset();
+}
+
+std::vector<std::string> StandInPrograms::calls() const
+{
+    return linesOf(contentOf(folder.path() / callsFile));
+}
+
+CommandResult StandInPrograms::run(
+    const std::string& script,
+    const std::vector<std::string>& arguments,
+    std::map<std::string, std::optional<std::string>> environment) const
+{
+    environment["PATH"] =
+        (folder.path() / "bin").string() + (systemPath ? ":" + *systemPath : std::string());
+    std::vector<std::string> words{ORLIMO_SOURCES "/" + script};
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    return CommandResult::of(
+        "/bin/bash",
+        {.arguments = std::move(words), .environment = std::move(environment)},
+        std::chrono::minutes(4));
+}
+
+} // namespace orlimo
