@@ -20,6 +20,7 @@ set(orlimo_platform_sources
     linux/DirectoryListing.cpp
     linux/EnvironmentVariable.cpp
     posix/FatalStop.cpp
+    posix/FilledIn.cpp
     linux/FileHandle.cpp
     linux/GeneralPasteboard.cpp
     posix/GrowthMeter.cpp

@@ -15,6 +15,7 @@ set(orlimo_platform_sources
     macos/ToolkitArguments.cpp
     macos/UptimeClock.cpp
     posix/FatalStop.cpp
+    posix/FilledIn.cpp
     posix/GrowthMeter.cpp
     posix/LogLine.cpp
     posix/StandardStreams.cpp
