@@ -15,3 +15,5 @@
 /// macOS 10.9: a C string for the file system, which lasts as long as the receiver.
 - (const char*)fileSystemRepresentation;
 @end
+
+#include "declared/NSAppleEventManager.h"
