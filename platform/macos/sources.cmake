@@ -25,10 +25,12 @@ set(orlimo_desktop_sources
     macos/CocoaSharedApplication.mm
     macos/MainScreen.mm
     macos/NamedSymbol.mm
+    macos/ReopenEvents.mm
     macos/RunningInstance.mm
     macos/StatusItem.mm
     macos/StatusItemMenuBarExtra.mm
     macos/Workspace.mm
+    posix/ProcessLock.cpp
     qt/MenuBarWindow.cpp
     qt/WindowPlacement.cpp)
 set(orlimo_platform_libraries

@@ -21,6 +21,8 @@ public:
     ForeignLock& operator=(const ForeignLock&) = delete;
     ~ForeignLock();
 
+    [[nodiscard]] pid_t processId() const { return holder; }
+
 private:
     pid_t holder = -1;
 };
