@@ -1,6 +1,6 @@
 #include "platform/UnifiedLog.h"
+#include "platform/posix/FilledIn.h"
 
-#include <array>
 #include <utility>
 
 #include <syslog.h>
@@ -8,23 +8,6 @@
 namespace orlimo {
 
 namespace {
-
-/// `format` with each "%s" replaced by the next argument. What an argument holds is text, whatever
-/// it looks like.
-std::string filledIn(std::string_view format, const std::array<std::string_view, 2>& arguments)
-{
-    constexpr std::string_view place = "%s";
-    std::string text;
-    for (const auto argument : arguments) {
-        const auto found = format.find(place);
-        if (found == std::string_view::npos) {
-            break;
-        }
-        text.append(format.substr(0, found)).append(argument);
-        format.remove_prefix(found + place.size());
-    }
-    return text.append(format);
-}
 
 /// A line break would look like the beginning of another entry, a NUL like the end of this one.
 void blankOutControlCharacters(std::string& text)

@@ -21,6 +21,7 @@ set(orlimo_platform_sources
     linux/EnvironmentVariable.cpp
     posix/CommitGrowth.cpp
     posix/FatalStop.cpp
+    posix/FilledIn.cpp
     linux/FileHandle.cpp
     linux/GeneralPasteboard.cpp
     posix/GrowthMeter.cpp

@@ -19,6 +19,7 @@ set(orlimo_platform_sources
     macos/UptimeClock.cpp
     posix/CommitGrowth.cpp
     posix/FatalStop.cpp
+    posix/FilledIn.cpp
     posix/GrowthMeter.cpp
     posix/LogLine.cpp
     posix/StandardStreams.cpp
@@ -30,10 +31,12 @@ set(orlimo_desktop_sources
     macos/CocoaSharedApplication.mm
     macos/MainScreen.mm
     macos/NamedSymbol.mm
+    macos/ReopenEvents.mm
     macos/RunningInstance.mm
     macos/StatusItem.mm
     macos/StatusItemMenuBarExtra.mm
     macos/Workspace.mm
+    posix/ProcessLock.cpp
     qt/MenuBarWindow.cpp
     qt/WindowPlacement.cpp)
 set(orlimo_platform_libraries

@@ -25,3 +25,5 @@
 /// macOS 10.15
 - (BOOL)closeAndReturnError:(out NSError**)error;
 @end
+
+#include "declared/NSAppleEventManager.h"

@@ -1,0 +1,144 @@
+#include "login/LaunchAtLogin.h"
+#include "login/LaunchAtLoginObservable.h"
+#include "tests/support/CapturedSyslog.h"
+#include "tests/support/ForkedRun.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <functional>
+#include <string>
+
+#include <syslog.h>
+
+namespace orlimo {
+namespace {
+
+TEST(LaunchAtLoginNatively, KnowsTheLaunchOnlyWhileItIsHandled)
+{
+    EXPECT_FALSE(LaunchAtLogin::wasLaunchedAtLogin());
+    {
+        const LaunchEventHandling handling(true);
+        EXPECT_TRUE(LaunchAtLogin::wasLaunchedAtLogin());
+    }
+    EXPECT_FALSE(LaunchAtLogin::wasLaunchedAtLogin());
+    const LaunchEventHandling handling(false);
+    EXPECT_FALSE(LaunchAtLogin::wasLaunchedAtLogin());
+}
+
+/// The running program in a configuration folder of the test's; in a process of its own, for the
+/// folder is named by a variable.
+class LaunchAtLoginOnDisk : public testing::Test
+{
+protected:
+    [[nodiscard]] std::string sayAll(const std::function<void()>& work) const
+    {
+        const auto run = runForked([this, &work] {
+            ::setenv("XDG_CONFIG_HOME", configuration.c_str(), 1);
+            const CapturedSyslog syslog;
+            work();
+            for (const auto& [priority, text] : CapturedSyslog::entries()) {
+                (void)std::printf("%d %s\n", priority, text.c_str());
+            }
+        });
+        EXPECT_EQ(run.status, 0);
+        EXPECT_EQ(run.errors, "");
+        return run.output;
+    }
+
+    TemporaryFolder home;
+    std::filesystem::path configuration = home.path() / "configuration";
+    std::filesystem::path entry = configuration / "autostart/app.orlimo.Orlimo.desktop";
+};
+
+void sayState(bool enabled)
+{
+    (void)std::puts(enabled ? "on" : "off");
+}
+
+TEST_F(LaunchAtLoginOnDisk, ComesAndGoesWithItsEntry)
+{
+    EXPECT_EQ(
+        sayAll([this] {
+            sayState(LaunchAtLogin::isEnabled());
+            LaunchAtLogin::setEnabled(true);
+            sayState(LaunchAtLogin::isEnabled());
+            sayState(std::filesystem::exists(entry));
+            LaunchAtLogin::setEnabled(true);
+            sayState(LaunchAtLogin::isEnabled());
+            LaunchAtLogin::setEnabled(false);
+            sayState(LaunchAtLogin::isEnabled());
+            sayState(std::filesystem::exists(entry));
+        }),
+        "off\non\non\non\noff\noff\n");
+}
+
+TEST_F(LaunchAtLoginOnDisk, TheObservableForwards)
+{
+    EXPECT_EQ(
+        sayAll([] {
+            LaunchAtLogin::Observable& observable = LaunchAtLogin::observable();
+            sayState(observable.isEnabled());
+            observable.setEnabled(true);
+            sayState(observable.isEnabled());
+            sayState(LaunchAtLogin::isEnabled());
+            LaunchAtLogin::setEnabled(false);
+            sayState(observable.isEnabled());
+        }),
+        "off\non\non\noff\n");
+}
+
+TEST_F(LaunchAtLoginOnDisk, WhatTheUserHasSwitchedOffStaysOff)
+{
+    EXPECT_EQ(
+        sayAll([this] {
+            writeFile(entry, "[Desktop Entry]\nHidden=true\n");
+            LaunchAtLogin::setEnabled(true);
+            sayState(LaunchAtLogin::isEnabled());
+        }),
+        "off\n");
+    EXPECT_THAT(contentOf(entry), testing::HasSubstr("\nHidden=true\n"));
+    EXPECT_THAT(contentOf(entry), testing::HasSubstr("\nExec="));
+}
+
+TEST_F(LaunchAtLoginOnDisk, DisablingWhatIsNotThereIsLogged)
+{
+    EXPECT_EQ(
+        sayAll([] { LaunchAtLogin::setEnabled(false); }),
+        std::to_string(LOG_USER | LOG_ERR) +
+            " [app.orlimo.Orlimo.LaunchAtLogin:main] Failed to disable launch at login: " +
+            entry.string() + ": No such file or directory\n");
+}
+
+TEST_F(LaunchAtLoginOnDisk, AFolderThatCannotBeMadeIsLoggedAtEachAttempt)
+{
+    writeFile(configuration / "autostart", "a file");
+    const std::string line =
+        std::to_string(LOG_USER | LOG_ERR) +
+        " [app.orlimo.Orlimo.LaunchAtLogin:main] Failed to enable launch at login: " +
+        (configuration / "autostart").string() + ": File exists\n";
+    EXPECT_EQ(
+        sayAll([] {
+            LaunchAtLogin::setEnabled(true);
+            sayState(LaunchAtLogin::isEnabled());
+            LaunchAtLogin::setEnabled(true);
+        }),
+        "off\n" + line + line);
+}
+
+TEST_F(LaunchAtLoginOnDisk, NothingIsWrittenWhereErrorsAreMasked)
+{
+    EXPECT_EQ(
+        sayAll([] {
+            (void)::setlogmask(LOG_UPTO(LOG_CRIT));
+            LaunchAtLogin::setEnabled(false);
+        }),
+        "");
+}
+
+} // namespace
+} // namespace orlimo

@@ -1,0 +1,10 @@
+#include "tests/login/ServiceUnderTest.h"
+
+namespace orlimo {
+
+LoginItemService& serviceUnderTest(ScriptedLoginItemService& script)
+{
+    return script;
+}
+
+} // namespace orlimo

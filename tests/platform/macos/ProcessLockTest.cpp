@@ -1,0 +1,85 @@
+#include "platform/posix/ProcessLock.h"
+
+#include "tests/platform/ForeignLock.h"
+#include "tests/support/ForkedRun.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <optional>
+
+namespace orlimo {
+namespace {
+
+using Outcome = ProcessLock::Outcome;
+
+class ProcessLockOfAFile : public testing::Test
+{
+protected:
+    TemporaryFolder folder;
+    std::filesystem::path file = folder.path() / "lock";
+};
+
+TEST_F(ProcessLockOfAFile, MakesTheFileForItsUserAlone)
+{
+    const ProcessLock lock(file);
+    EXPECT_EQ(contentOf(file), "");
+    using std::filesystem::perms;
+    EXPECT_EQ(std::filesystem::status(file).permissions(), perms::owner_read | perms::owner_write);
+}
+
+TEST_F(ProcessLockOfAFile, IsHeldAsLongAsTheObjectLives)
+{
+    {
+        ProcessLock lock(file);
+        EXPECT_FALSE(isLockedSeenFromElsewhere(file, 0, 0));
+        EXPECT_EQ(lock.take(), Outcome::taken);
+        EXPECT_TRUE(isLockedSeenFromElsewhere(file, 0, 0));
+        EXPECT_EQ(lock.holder(), std::nullopt) << "no other one";
+    }
+    EXPECT_FALSE(isLockedSeenFromElsewhere(file, 0, 0));
+    EXPECT_TRUE(std::filesystem::exists(file));
+}
+
+TEST_F(ProcessLockOfAFile, IsRefusedWhileAnotherProcessHoldsIt)
+{
+    ProcessLock lock(file);
+    {
+        const ForeignLock other(file, 0);
+        EXPECT_EQ(lock.take(), Outcome::heldByAnother);
+        EXPECT_EQ(lock.holder(), other.processId());
+    }
+    EXPECT_EQ(lock.holder(), std::nullopt) << "killed, which gives it up";
+    EXPECT_EQ(lock.take(), Outcome::taken);
+}
+
+TEST_F(ProcessLockOfAFile, IsNotAChilds)
+{
+    ProcessLock lock(file);
+    ASSERT_EQ(lock.take(), Outcome::taken);
+    const auto child = runForked([&lock] {
+        (void)std::printf("%d", static_cast<int>(lock.take() == Outcome::heldByAnother));
+    });
+    EXPECT_EQ(child.output, "1");
+    EXPECT_TRUE(isLockedSeenFromElsewhere(file, 0, 0)) << "and its end does not take it away";
+}
+
+TEST_F(ProcessLockOfAFile, CannotBeHadWhereTheFileCannotBeOpened)
+{
+    ProcessLock lock(folder.path() / "missing" / "lock");
+    EXPECT_EQ(lock.take(), Outcome::unavailable);
+    EXPECT_EQ(lock.holder(), std::nullopt);
+}
+
+TEST_F(ProcessLockOfAFile, FollowsNoLink)
+{
+    std::filesystem::create_symlink(folder.path() / "elsewhere", file);
+    ProcessLock lock(file);
+    EXPECT_EQ(lock.take(), Outcome::unavailable);
+    EXPECT_FALSE(std::filesystem::exists(folder.path() / "elsewhere"));
+}
+
+} // namespace
+} // namespace orlimo
