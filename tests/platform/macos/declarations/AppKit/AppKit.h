@@ -1,0 +1,12 @@
+// AppKit as the system has it: what GNUstep's lacks is added to it.
+#pragma once
+
+#include_next <AppKit/AppKit.h>
+
+#include "declared/NSApplication.h"
+#include "declared/NSEvent.h"
+#include "declared/NSGraphics.h"
+#include "declared/NSImage.h"
+#include "declared/NSImageSymbolConfiguration.h"
+#include "declared/NSStatusItem.h"
+#include "declared/NSView.h"
