@@ -19,7 +19,8 @@ public:
     ~NotificationObserver();
 
 private:
-    Retained<id> observer;
+    std::function<void()> work;
+    Retained<NSObject*> target;
 };
 
 } // namespace orlimo

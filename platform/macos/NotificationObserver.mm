@@ -1,27 +1,27 @@
 #include "platform/macos/NotificationObserver.h"
 
+#include "platform/macos/ActionTarget.h"
+
 #include <utility>
 
 namespace orlimo {
 
 NotificationObserver::NotificationObserver(NSString* name, std::function<void()> whatToDo)
+    : work(std::move(whatToDo))
+    , target(Retained<NSObject*>::adopt([[OrlimoActionTarget alloc] initWithAction:&work]))
 {
     @autoreleasepool {
-        const auto work = std::move(whatToDo);
-        observer = Retained<id>::retain([[NSNotificationCenter defaultCenter]
-            addObserverForName:name
-                        object:nil
-                         queue:nil
-                    usingBlock:^(NSNotification* /*notification*/) {
-                        work();
-                    }]);
+        [[NSNotificationCenter defaultCenter] addObserver:target.get()
+                                                 selector:@selector(performAction:)
+                                                     name:name
+                                                   object:nil];
     }
 }
 
 NotificationObserver::~NotificationObserver()
 {
     @autoreleasepool {
-        [[NSNotificationCenter defaultCenter] removeObserver:observer.get()];
+        [[NSNotificationCenter defaultCenter] removeObserver:target.get()];
     }
 }
 

@@ -1,39 +1,12 @@
 #include "platform/macos/StatusItem.h"
 
 #include "platform/ApplicationIdentity.h"
+#include "platform/macos/ActionTarget.h"
 #include "platform/macos/MenuBarImage.h"
 #include "platform/macos/ScreenGeometry.h"
 #include "platform/macos/StringConversion.h"
 
 #include <utility>
-
-/// Hands the button's action on to a function that it does not own.
-@interface OrlimoStatusItemTarget : NSObject {
-    const std::function<void()>* _action;
-}
-- (instancetype)initWithAction:(const std::function<void()>*)action;
-- (void)statusItemWasPressed:(id)sender;
-@end
-
-@implementation OrlimoStatusItemTarget
-
-- (instancetype)initWithAction:(const std::function<void()>*)action
-{
-    self = [super init];
-    if (self != nil) {
-        _action = action;
-    }
-    return self;
-}
-
-- (void)statusItemWasPressed:(id)sender
-{
-    // The current event is not asked for anything: it need not be one of the mouse, and one that is
-    // not raises an exception when it is asked for a button.
-    (*_action)();
-}
-
-@end
 
 namespace orlimo {
 
@@ -42,7 +15,7 @@ StatusItem::StatusItem(const QIcon& label, std::function<void()> whatToDo)
 {
     @autoreleasepool {
         target =
-            Retained<NSObject*>::adopt([[OrlimoStatusItemTarget alloc] initWithAction:&wasPressed]);
+            Retained<NSObject*>::adopt([[OrlimoActionTarget alloc] initWithAction:&wasPressed]);
         item = Retained<NSStatusItem*>::retain(
             [[NSStatusBar systemStatusBar] statusItemWithLength:NSSquareStatusItemLength]);
         NSString* const name = toNSString(identity::applicationName);
@@ -51,7 +24,7 @@ StatusItem::StatusItem(const QIcon& label, std::function<void()> whatToDo)
         [button setToolTip:name];
         [button setAccessibilityLabel:name];
         [button setTarget:target.get()];
-        [button setAction:@selector(statusItemWasPressed:)];
+        [button setAction:@selector(performAction:)];
         // When the button goes down, as with the system's own items: a window that loses the focus
         // by the press is told so at the same time, however long the button is held.
         [button sendActionOn:NSEventMaskLeftMouseDown | NSEventMaskRightMouseDown];

@@ -21,6 +21,7 @@ set(orlimo_platform_sources
     posix/StoreWriteLock.cpp
     posix/UserDatabase.cpp)
 set(orlimo_desktop_sources
+    macos/ActionTarget.mm
     macos/AppKitHost.mm
     macos/AppKitTurns.mm
     macos/BitmapImage.mm
