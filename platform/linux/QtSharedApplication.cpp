@@ -1,17 +1,12 @@
-#include "platform/ApplicationDelegate.h"
 #include "platform/FatalStop.h"
 #include "platform/SharedApplication.h"
 #include "platform/linux/AboutPanel.h"
-#include "platform/linux/ActivationObserver.h"
 #include "platform/linux/ActivationToken.h"
-#include "platform/linux/ApplicationActivity.h"
+#include "platform/qt/ToolkitTurns.h"
 
 #include <QApplication>
 #include <QPointer>
 #include <QSessionManager>
-#include <QTimer>
-
-#include <utility>
 
 namespace orlimo {
 
@@ -28,25 +23,17 @@ public:
         QApplication::setQuitOnLastWindowClosed(false);
         QApplication::setQuitLockEnabled(false);
 
-        ActivationObserver activations([&delegate] { delegate.applicationWillBecomeActive(); });
-        ApplicationActivity activity(
-            [&activations](bool isActive) { activations.activityDidChange(isActive); });
+        const QObject whileItRuns;
+        stayOutOfSavedSessions(whileItRuns);
 
-        stayOutOfSavedSessions(activity);
-
-        delegate.applicationWillFinishLaunching();
-        QTimer firstTurn;
-        firstTurn.setSingleShot(true);
-        QObject::connect(&firstTurn, &QTimer::timeout, &activity, [&] {
-            delegate.applicationDidFinishLaunching();
+        ToolkitTurns turns(delegate, [this] {
             ActivationToken::takeFromStart();
             if (terminating) {
                 QApplication::exit(0);
-            } else {
-                activations.launchingDidFinish();
             }
+            return !terminating;
         });
-        firstTurn.start(0);
+        turns.begin();
         const int status = QApplication::exec();
         delete aboutPanel;
         terminating = false;
@@ -73,7 +60,7 @@ public:
 private:
     /// A saved session would start the program at the next login, beside the login item. Lasts as
     /// long as `context`.
-    static void stayOutOfSavedSessions(QObject& context)
+    static void stayOutOfSavedSessions(const QObject& context)
     {
         const auto refuse = [](QSessionManager& manager) {
             manager.setRestartHint(QSessionManager::RestartNever);

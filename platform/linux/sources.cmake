@@ -50,9 +50,9 @@ set(orlimo_platform_sources
     linux/XdgLoginItemService.cpp)
 set(orlimo_desktop_sources
     linux/AboutPanel.cpp
-    linux/ActivationObserver.cpp
+    qt/ActivationObserver.cpp
     linux/ActivationToken.cpp
-    linux/ApplicationActivity.cpp
+    qt/ApplicationActivity.cpp
     linux/ApplicationInterface.cpp
     linux/DBusApplicationInstance.cpp
     qt/MenuBarWindow.cpp
@@ -64,6 +64,7 @@ set(orlimo_desktop_sources
     linux/StatusNotifierHosts.cpp
     linux/SvgSystemSymbol.cpp
     linux/SystemTraySelection.cpp
+    qt/ToolkitTurns.cpp
     linux/TrayHost.cpp
     linux/TrayIcon.cpp
     linux/TrayMenuBarExtra.cpp

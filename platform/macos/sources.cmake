@@ -28,16 +28,26 @@ set(orlimo_platform_sources
     posix/VnodeEventDelivery.cpp
     qt/EventLoopQueue.cpp)
 set(orlimo_desktop_sources
+    macos/ActionTarget.mm
+    macos/AppKitHost.mm
+    macos/AppKitTurns.mm
+    macos/BitmapImage.mm
     macos/CocoaSharedApplication.mm
     macos/MainScreen.mm
+    macos/MenuBarImage.mm
     macos/NamedSymbol.mm
     macos/ReopenEvents.mm
+    macos/NotificationObserver.mm
     macos/RunningInstance.mm
+    macos/ScreenGeometry.mm
     macos/StatusItem.mm
     macos/StatusItemMenuBarExtra.mm
     macos/Workspace.mm
     posix/ProcessLock.cpp
+    qt/ActivationObserver.cpp
+    qt/ApplicationActivity.cpp
     qt/MenuBarWindow.cpp
+    qt/ToolkitTurns.cpp
     qt/WindowPlacement.cpp)
 set(orlimo_platform_libraries
     "-framework AppKit"

@@ -41,12 +41,18 @@ std::vector<ScreenArea> screenAreas()
 } // namespace
 
 MenuBarWindow::MenuBarWindow(QWidget& window, IconGeometry geometry, UptimeClock uptimeClock)
+    : MenuBarWindow(window, std::move(geometry), std::move(uptimeClock), Manner())
+{}
+
+MenuBarWindow::MenuBarWindow(
+    QWidget& window, IconGeometry geometry, UptimeClock uptimeClock, Manner hostsManner)
     : content(window)
     , iconGeometry(std::move(geometry))
     , clock(std::move(uptimeClock))
+    , manner(std::move(hostsManner))
     , escape(QKeySequence(Qt::Key_Escape), &window)
 {
-    content.setWindowFlags(Qt::Tool | Qt::FramelessWindowHint);
+    content.setWindowFlags(manner.flags);
     content.installEventFilter(this);
     QObject::connect(&escape, &QShortcut::activated, this, &MenuBarWindow::close);
 }
@@ -62,6 +68,7 @@ void MenuBarWindow::open()
     if (!isOpen()) {
         place();
     }
+    manner.willComeToFront(content);
     content.show();
     content.raise();
     content.activateWindow();

@@ -20,8 +20,18 @@ public:
     /// Where the icon is on the screen, in points; none where the host does not say.
     using IconGeometry = std::function<std::optional<QRect>()>;
 
+    /// What the host makes of such a window.
+    struct Manner
+    {
+        Qt::WindowFlags flags = Qt::Tool | Qt::FramelessWindowHint;
+        /// Called with the window each time before it comes to the front, in its place by then.
+        std::function<void(QWidget& window)> willComeToFront = [](QWidget& /*window*/) {};
+    };
+
     /// `window` becomes the window; it is not owned and must outlive this object.
     MenuBarWindow(QWidget& window, IconGeometry geometry, UptimeClock uptimeClock = currentUptime);
+    MenuBarWindow(
+        QWidget& window, IconGeometry geometry, UptimeClock uptimeClock, Manner hostsManner);
     MenuBarWindow(const MenuBarWindow&) = delete;
     MenuBarWindow& operator=(const MenuBarWindow&) = delete;
     ~MenuBarWindow() override;
@@ -53,6 +63,7 @@ private:
     QWidget& content;
     IconGeometry iconGeometry;
     UptimeClock clock;
+    Manner manner;
     QShortcut escape;
     std::optional<Uptime> closedByLosingFocus;
     std::optional<Uptime> openedAmongOthers;

@@ -1,6 +1,6 @@
 #include "platform/SharedApplication.h"
 
-#include "platform/ApplicationDelegate.h"
+#include "tests/platform/RecordingDelegate.h"
 #include "tests/support/Await.h"
 #include "tests/support/ChildProcess.h"
 
@@ -12,39 +12,13 @@
 #include <QWidget>
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <array>
 #include <csignal>
 #include <functional>
 #include <memory>
 #include <string>
-#include <vector>
 
 namespace orlimo {
 namespace {
-
-using Turns = std::vector<std::string>;
-
-/// Notes the turns of the application's life, and does what a test asks at them.
-class RecordingDelegate final : public ApplicationDelegate
-{
-public:
-    void applicationWillFinishLaunching() override { note("will finish", whenWillFinish); }
-    void applicationDidFinishLaunching() override { note("did finish", whenDidFinish); }
-    void applicationWillBecomeActive() override { note("active", whenActive); }
-
-    Turns turns;
-    std::function<void()> whenWillFinish = [] {};
-    std::function<void()> whenDidFinish = [] {};
-    std::function<void()> whenActive = [] {};
-
-private:
-    void note(const std::string& turn, const std::function<void()>& work)
-    {
-        turns.push_back(turn);
-        work();
-    }
-};
 
 /// Does `work` once the loop is through with what happens at the start.
 void later(const std::function<void()>& work)
@@ -119,25 +93,6 @@ TEST_F(SharedApplicationTest, SaysThatItIsTerminatingUntilItHasEnded)
     };
     EXPECT_EQ(run(), 0);
     EXPECT_FALSE(sharedApplication().isTerminating());
-}
-
-TEST_F(SharedApplicationTest, LeavesNothingOfItsStartToWhatItStarts)
-{
-    static constexpr std::array<const char*, 2> variables{"XDG_ACTIVATION_TOKEN", "DESKTOP_STARTUP_ID"};
-    for (const char* const variable : variables) {
-        qputenv(variable, "token");
-    }
-    const auto areSet = [] {
-        return std::ranges::count_if(variables, qEnvironmentVariableIsSet);
-    };
-    delegate.whenDidFinish = [&areSet] {
-        EXPECT_EQ(areSet(), 2);
-        later([&areSet] {
-            EXPECT_EQ(areSet(), 0);
-            sharedApplication().terminate();
-        });
-    };
-    EXPECT_EQ(run(), 0);
 }
 
 TEST_F(SharedApplicationTest, RunsToTheEndAgain)

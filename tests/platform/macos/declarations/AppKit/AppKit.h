@@ -4,3 +4,11 @@
 #include "declared/NSWorkspaceOpenConfiguration.h"
 
 #include_next <AppKit/AppKit.h>
+
+#include "declared/NSApplication.h"
+#include "declared/NSEvent.h"
+#include "declared/NSGraphics.h"
+#include "declared/NSImage.h"
+#include "declared/NSImageSymbolConfiguration.h"
+#include "declared/NSStatusItem.h"
+#include "declared/NSView.h"

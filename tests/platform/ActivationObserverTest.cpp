@@ -1,4 +1,4 @@
-#include "platform/linux/ActivationObserver.h"
+#include "platform/qt/ActivationObserver.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "platform/linux/ApplicationActivity.h"
+#include "platform/qt/ApplicationActivity.h"
 
 #include <QGuiApplication>
 #include <QPlatformSurfaceEvent>

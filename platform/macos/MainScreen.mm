@@ -1,0 +1,16 @@
+#include "platform/Screen.h"
+#include "platform/macos/ScreenGeometry.h"
+
+#import <AppKit/AppKit.h>
+
+namespace orlimo {
+
+std::optional<QRect> mainScreenFrame()
+{
+    @autoreleasepool {
+        NSScreen* const screen = [NSScreen mainScreen];
+        return screen == nil ? std::nullopt : std::optional(toToolkitGeometry([screen frame]));
+    }
+}
+
+} // namespace orlimo

@@ -1,0 +1,62 @@
+#include "platform/macos/ScreenGeometry.h"
+
+#include "platform/Screen.h"
+#include "tests/platform/macos/standins/ScriptedAppKit.h"
+#include "tests/support/QtPrinting.h"
+
+#include <gtest/gtest.h>
+
+namespace orlimo {
+namespace {
+
+class ScreenGeometryTest : public testing::Test
+{
+protected:
+    ScreenGeometryTest()
+    {
+        scriptedAppKit() = {};
+        scriptedAppKit().screens = {
+            NSMakeRect(0, 0, 1440, 900),
+            // Above the primary one, its upper half to the left.
+            NSMakeRect(-200, 900, 1920, 1080),
+            // To the left and lower.
+            NSMakeRect(-1280, -100, 1280, 800),
+        };
+    }
+};
+
+TEST_F(ScreenGeometryTest, CountsDownwardsFromThePrimaryScreensTop)
+{
+    EXPECT_EQ(toToolkitGeometry(NSMakeRect(0, 0, 1440, 900)), QRect(0, 0, 1440, 900));
+    EXPECT_EQ(toToolkitGeometry(NSMakeRect(1000, 876, 22, 24)), QRect(1000, 0, 22, 24));
+    EXPECT_EQ(toToolkitGeometry(NSMakeRect(0, 0, 10, 10)), QRect(0, 890, 10, 10));
+}
+
+TEST_F(ScreenGeometryTest, CountsOnAboveAndLeftOfIt)
+{
+    EXPECT_EQ(toToolkitGeometry(NSMakeRect(-200, 900, 1920, 1080)), QRect(-200, -1080, 1920, 1080));
+    EXPECT_EQ(toToolkitGeometry(NSMakeRect(-1280, -100, 1280, 800)), QRect(-1280, 200, 1280, 800));
+}
+
+TEST_F(ScreenGeometryTest, RoundsToWholePoints)
+{
+    EXPECT_EQ(toToolkitGeometry(NSMakeRect(10.4, 875.6, 22.2, 24)), QRect(10, 0, 22, 24));
+}
+
+TEST_F(ScreenGeometryTest, HasTheWholeFrameOfTheScreenWithTheFocus)
+{
+    scriptedAppKit().mainScreen = 0;
+    EXPECT_EQ(mainScreenFrame(), QRect(0, 0, 1440, 900));
+    scriptedAppKit().mainScreen = 1;
+    EXPECT_EQ(mainScreenFrame(), QRect(-200, -1080, 1920, 1080));
+}
+
+TEST_F(ScreenGeometryTest, HasNoMainScreenWhereThereIsNone)
+{
+    EXPECT_EQ(mainScreenFrame(), std::nullopt);
+    scriptedAppKit().screens.clear();
+    EXPECT_EQ(mainScreenFrame(), std::nullopt);
+}
+
+} // namespace
+} // namespace orlimo
