@@ -36,8 +36,8 @@ set(orlimo_desktop_sources
     macos/MainScreen.mm
     macos/MenuBarImage.mm
     macos/NamedSymbol.mm
-    macos/ReopenEvents.mm
     macos/NotificationObserver.mm
+    macos/ReopenEvents.mm
     macos/RunningInstance.mm
     macos/ScreenGeometry.mm
     macos/StatusItem.mm
