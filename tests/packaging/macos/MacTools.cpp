@@ -1,0 +1,71 @@
+#include "tests/packaging/macos/MacTools.h"
+
+#include "tests/support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <regex>
+#include <sstream>
+
+namespace orlimo {
+
+std::map<std::string, std::optional<std::string>> MacTools::environment() const
+{
+    return {
+        {"PATH", ORLIMO_MACOS_TESTS "/standins:" + std::string(std::getenv("PATH"))},
+        {"ORLIMO_AR", ORLIMO_LLVM_AR},
+        {"ORLIMO_CALLS", calls.string()},
+        {"ORLIMO_CLANG", ORLIMO_CLANG},
+        {"ORLIMO_INSTALL_NAME_TOOL", ORLIMO_LLVM_INSTALL_NAME_TOOL},
+        {"ORLIMO_LD64", ORLIMO_LD64},
+        {"ORLIMO_NOTARY_PROFILE", std::nullopt},
+        {"ORLIMO_OTOOL", ORLIMO_LLVM_OTOOL},
+        {"ORLIMO_RANLIB", ORLIMO_LLVM_RANLIB},
+        {"ORLIMO_SIGNING_IDENTITY", std::nullopt},
+    };
+}
+
+CommandResult MacTools::run(
+    const std::string& script,
+    std::vector<std::string> arguments,
+    const std::map<std::string, std::optional<std::string>>& changes) const
+{
+    auto variables = environment();
+    for (const auto& [name, value] : changes) {
+        variables[name] = value;
+    }
+    return CommandResult::of(
+        ORLIMO_SOURCES "/packaging/macos/" + script,
+        {.arguments = std::move(arguments), .environment = variables});
+}
+
+std::vector<std::string> MacTools::recordedCalls(const std::string& removed) const
+{
+    std::vector<std::string> found;
+    if (!std::filesystem::exists(calls)) {
+        return found;
+    }
+    std::istringstream lines(contentOf(calls));
+    for (std::string line; std::getline(lines, line);) {
+        for (auto at = line.find(removed); !removed.empty() && at != std::string::npos;
+             at = line.find(removed))
+        {
+            line.erase(at, removed.size());
+        }
+        // Where the work is done is called differently each time.
+        static const std::regex scratch("/[.]signing[.][A-Za-z0-9]+/");
+        found.push_back(std::regex_replace(line, scratch, "(copy)/"));
+    }
+    return found;
+}
+
+void MacTools::makeHomebrew(const std::filesystem::path& folder) const
+{
+    const auto making = CommandResult::of(
+        ORLIMO_MACOS_TESTS "/make-homebrew",
+        {.arguments = {folder.string()}, .environment = environment()});
+    ASSERT_EQ(making.status, 0) << making.text();
+}
+
+} // namespace orlimo

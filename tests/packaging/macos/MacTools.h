@@ -1,0 +1,42 @@
+#pragma once
+
+#include "tests/packaging/CommandResult.h"
+
+#include <filesystem>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace orlimo {
+
+/// Stand-ins for the tools of macOS, which note their calls in a file, and what they stand on.
+class MacTools
+{
+public:
+    /// Notes calls in `callsFile`.
+    explicit MacTools(std::filesystem::path callsFile)
+        : calls(std::move(callsFile))
+    {}
+
+    /// The environment in which programs find the stand-ins, and no settings for signing.
+    [[nodiscard]] std::map<std::string, std::optional<std::string>> environment() const;
+
+    /// Runs `script`, one of packaging/macos, with the stand-ins, to its end. `changes` are made to
+    /// the environment.
+    [[nodiscard]] CommandResult
+    run(const std::string& script,
+        std::vector<std::string> arguments,
+        const std::map<std::string, std::optional<std::string>>& changes = {}) const;
+
+    /// How the stand-ins were called until now, with the folder `removed` left out of the words.
+    [[nodiscard]] std::vector<std::string> recordedCalls(const std::string& removed = "") const;
+
+    /// Makes what is taken from a Mac with Homebrew in `folder`.
+    void makeHomebrew(const std::filesystem::path& folder) const;
+
+private:
+    std::filesystem::path calls;
+};
+
+} // namespace orlimo

@@ -1,0 +1,239 @@
+#include "tests/packaging/macos/MacTools.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+namespace orlimo {
+namespace {
+
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::SizeIs;
+
+/// Every file below `folder` with what it holds, links with where they lead.
+std::map<std::string, std::string> contentBelow(const std::filesystem::path& folder)
+{
+    std::map<std::string, std::string> found;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
+        const auto name = entry.path().lexically_relative(folder).string();
+        if (entry.is_symlink()) {
+            found.emplace(name, "-> " + std::filesystem::read_symlink(entry.path()).string());
+        } else {
+            found.emplace(name, entry.is_directory() ? "folder" : contentOf(entry.path()));
+        }
+    }
+    return found;
+}
+
+class Sign : public testing::Test
+{
+protected:
+    Sign()
+    {
+        const auto contents = bundle / "Contents";
+        writeFile(contents / "Info.plist", "list");
+        writeFile(contents / "MacOS/Orlimo", "program");
+        writeFile(contents / "PlugIns/platforms/libqcocoa.dylib", "plugin");
+        const auto framework = contents / "Frameworks/QtCore.framework";
+        writeFile(framework / "Versions/A/QtCore", "library");
+        writeFile(framework / "Versions/A/Libraries/libinner.dylib", "inner");
+        std::filesystem::create_symlink("A", framework / "Versions/Current");
+        std::filesystem::create_symlink("Versions/Current/QtCore", framework / "QtCore");
+        writeFile(image, "image");
+    }
+
+    [[nodiscard]] CommandResult sign(
+        std::vector<std::string> arguments,
+        const std::map<std::string, std::optional<std::string>>& changes = {}) const
+    {
+        return tools.run("sign", std::move(arguments), changes);
+    }
+
+    [[nodiscard]] std::vector<std::string> calls() const
+    {
+        return tools.recordedCalls(files.string());
+    }
+
+    TemporaryFolder folder;
+    std::filesystem::path files = folder.path() / "files";
+    std::filesystem::path bundle = files / "Orlimo.app";
+    std::filesystem::path image = files / "Orlimo.dmg";
+    MacTools tools{folder.path() / "calls"};
+};
+
+TEST_F(Sign, SignsABundleFromTheInsideOut)
+{
+    const auto result = sign({"--identity", "Somebody", bundle.string()});
+    EXPECT_EQ(result.status, 0) << result.text();
+    const std::string options = "codesign --force --sign Somebody --timestamp --options runtime ";
+    const std::string contents = "(copy)/Orlimo.app/Contents/";
+    const auto made = calls();
+    ASSERT_THAT(made, SizeIs(5));
+    EXPECT_THAT(
+        std::vector(made.begin(), made.begin() + 2),
+        testing::UnorderedElementsAre(
+            options + contents + "Frameworks/QtCore.framework/Versions/A/Libraries/libinner.dylib",
+            options + contents + "PlugIns/platforms/libqcocoa.dylib"));
+    EXPECT_EQ(made[2], options + contents + "Frameworks/QtCore.framework");
+    EXPECT_EQ(
+        made[3],
+        options + "--entitlements " ORLIMO_SOURCES
+                  "/packaging/macos/Orlimo.entitlements (copy)/Orlimo.app");
+    EXPECT_EQ(made[4], "codesign --verify --deep --strict --verbose=2 (copy)/Orlimo.app");
+}
+
+TEST_F(Sign, PutsTheSignedBundleInItsPlace)
+{
+    auto wanted = contentBelow(files);
+    EXPECT_EQ(sign({"--identity", "Somebody", bundle.string()}).status, 0);
+    wanted["Orlimo.app/signature"] = "signed\n";
+    wanted["Orlimo.app/Contents/PlugIns/platforms/libqcocoa.dylib"] = "pluginsigned\n";
+    const std::string framework = "Orlimo.app/Contents/Frameworks/QtCore.framework/";
+    wanted[framework + "signature"] = "signed\n";
+    wanted[framework + "Versions/A/Libraries/libinner.dylib"] = "innersigned\n";
+    EXPECT_EQ(contentBelow(files), wanted);
+}
+
+TEST_F(Sign, SignsForThisMachineWithoutWhatNeedsACertificate)
+{
+    EXPECT_EQ(sign({"--ad-hoc", bundle.string(), image.string()}).status, 0);
+    const auto made = calls();
+    ASSERT_THAT(made, SizeIs(7));
+    for (const auto& call : made) {
+        EXPECT_THAT(
+            call,
+            AllOf(
+                Not(HasSubstr("runtime")),
+                Not(HasSubstr("entitlements")),
+                Not(HasSubstr("xcrun")),
+                Not(HasSubstr("spctl"))));
+    }
+    EXPECT_EQ(made[3], "codesign --force --sign - --timestamp=none (copy)/Orlimo.app");
+    EXPECT_EQ(made[5], "codesign --force --sign - --timestamp=none (copy)/Orlimo.dmg");
+    EXPECT_EQ(made[6], "codesign --verify --strict --verbose=2 (copy)/Orlimo.dmg");
+}
+
+TEST_F(Sign, SignsAnImageAndHasItNotarised)
+{
+    const auto result =
+        sign({"--identity", "Somebody", "--keychain-profile", "Account", image.string()});
+    EXPECT_EQ(result.status, 0) << result.text();
+    EXPECT_THAT(
+        calls(),
+        ElementsAre(
+            "codesign --force --sign Somebody --timestamp (copy)/Orlimo.dmg",
+            "codesign --verify --strict --verbose=2 (copy)/Orlimo.dmg",
+            "xcrun notarytool submit (copy)/Orlimo.dmg --keychain-profile Account --wait",
+            "xcrun stapler staple (copy)/Orlimo.dmg",
+            "xcrun stapler validate (copy)/Orlimo.dmg",
+            "spctl --assess --type open --context context:primary-signature --verbose=2 "
+            "(copy)/Orlimo.dmg"));
+    EXPECT_EQ(contentOf(image), "imagesigned\n");
+}
+
+TEST_F(Sign, TakesTheNamesFromTheEnvironment)
+{
+    EXPECT_EQ(
+        sign(
+            {image.string()},
+            {{"ORLIMO_SIGNING_IDENTITY", "Somebody"}, {"ORLIMO_NOTARY_PROFILE", "Account"}})
+            .status,
+        0);
+    EXPECT_THAT(calls(), testing::Contains(HasSubstr("--sign Somebody")));
+    EXPECT_THAT(calls(), testing::Contains(HasSubstr("--keychain-profile Account")));
+}
+
+TEST_F(Sign, LeavesEverythingAsItWasWhenACallFails)
+{
+    const std::vector<std::pair<std::string, std::filesystem::path>> failures{
+        {"libinner.dylib", bundle},
+        {"QtCore.framework", bundle},
+        {"--entitlements", bundle},
+        {"--verify --deep", bundle},
+        {"--timestamp", image},
+        {"--verify --strict", image},
+        {"notarytool", image},
+        {"staple ", image},
+        {"validate", image},
+        {"spctl", image},
+    };
+    const auto before = contentBelow(files);
+    for (const auto& [failing, file] : failures) {
+        const auto result = sign(
+            {"--identity", "Somebody", "--keychain-profile", "Account", file.string()},
+            {{"ORLIMO_FAILING_CALL", failing}});
+        EXPECT_EQ(result.status, 1) << failing << result.text();
+        EXPECT_THAT(result.errors, HasSubstr("could not be signed; it is as it was"));
+        EXPECT_THAT(calls().back(), HasSubstr(failing)) << "nothing is tried after what failed";
+        EXPECT_EQ(contentBelow(files), before) << failing;
+    }
+}
+
+TEST_F(Sign, SaysWhatIsMissing)
+{
+    const auto before = contentBelow(files);
+    const auto result = sign({image.string()});
+    EXPECT_EQ(result.status, 2);
+    EXPECT_THAT(
+        result.errors,
+        AllOf(
+            HasSubstr("no certificate was named"),
+            HasSubstr("Developer ID Application"),
+            HasSubstr("ORLIMO_SIGNING_IDENTITY"),
+            HasSubstr("no account to notarise with was named"),
+            HasSubstr("notarytool store-credentials"),
+            HasSubstr("ORLIMO_NOTARY_PROFILE")));
+    EXPECT_THAT(calls(), IsEmpty());
+    EXPECT_EQ(contentBelow(files), before);
+}
+
+TEST_F(Sign, NeedsNoAccountForABundle)
+{
+    EXPECT_EQ(sign({"--identity", "Somebody", bundle.string()}).status, 0);
+    const auto result = sign({bundle.string()});
+    EXPECT_EQ(result.status, 2);
+    EXPECT_THAT(result.errors, Not(HasSubstr("notarise")));
+}
+
+TEST_F(Sign, SaysBeforehandWhetherAnImageCanBeSigned)
+{
+    EXPECT_EQ(sign({"--check"}).status, 2);
+    EXPECT_EQ(sign({"--check", "--identity", "Somebody"}).status, 2);
+    EXPECT_EQ(
+        sign({"--check", "--identity", "Somebody", "--keychain-profile", "Account"}).status, 0);
+    EXPECT_EQ(sign({"--check", "--ad-hoc"}).status, 0);
+    EXPECT_THAT(calls(), IsEmpty());
+}
+
+TEST_F(Sign, SaysWhichToolIsMissing)
+{
+    const auto result =
+        sign({"--ad-hoc", bundle.string()}, {{"PATH", std::string("/usr/bin:/bin")}});
+    EXPECT_EQ(result.status, 2);
+    EXPECT_THAT(result.errors, AllOf(HasSubstr("codesign"), HasSubstr("xcode-select --install")));
+}
+
+TEST_F(Sign, RefusesWhatItDoesNotUnderstand)
+{
+    const auto isRefused = [this](const std::vector<std::string>& arguments) {
+        return sign(arguments).status == 2;
+    };
+    EXPECT_TRUE(isRefused({}));
+    EXPECT_TRUE(isRefused({"--ad-hoc"}));
+    EXPECT_TRUE(isRefused({"--ad-hoc", "--unknown", bundle.string()}));
+    EXPECT_TRUE(isRefused({"--identity"}));
+    EXPECT_TRUE(isRefused({"--identity", ""}));
+    EXPECT_TRUE(isRefused({"--ad-hoc", (files / "Missing.app").string()}));
+    EXPECT_TRUE(isRefused({"--ad-hoc", (bundle / "Contents").string()}));
+    EXPECT_THAT(calls(), IsEmpty());
+    EXPECT_EQ(sign({"--help"}).status, 0);
+}
+
+} // namespace
+} // namespace orlimo

@@ -1,0 +1,163 @@
+#include "tests/packaging/macos/MacTools.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+namespace orlimo {
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+
+class StartBundle : public testing::Test
+{
+protected:
+    [[nodiscard]] CommandResult
+    start(const std::string& program, const std::string& sampleStore = ORLIMO_SAMPLE_STORE) const
+    {
+        return tools.run(
+            "start-bundle",
+            {"--seconds", "1", program, sampleStore},
+            {{"QT_QPA_PLATFORM", "offscreen"}, {"TMPDIR", folder.path().string()}});
+    }
+
+    /// A program that does what the lines of `script` say.
+    [[nodiscard]] std::string program(const std::string& script) const
+    {
+        const auto file = folder.path() / "program";
+        writeFile(file, "#!/bin/sh\n" + script + "\n");
+        std::filesystem::permissions(file, std::filesystem::perms::owner_all);
+        return file.string();
+    }
+
+    TemporaryFolder folder;
+    MacTools tools{folder.path() / "calls"};
+};
+
+TEST_F(StartBundle, SeesTheProgramAtWork)
+{
+    const auto result = start(ORLIMO_PROGRAM);
+    EXPECT_EQ(result.status, 0) << result.text();
+    EXPECT_THAT(
+        result.output,
+        AllOf(
+            HasSubstr("\nfile access allowed\n"),
+            HasSubstr("\nfile changed!! at message: code? 482913\n"),
+            HasSubstr("captured the code 482913\n")));
+    EXPECT_TRUE(std::filesystem::is_empty(folder.path())) << "nothing is left";
+}
+
+TEST_F(StartBundle, FindsTheProgramInABundle)
+{
+    const auto inside = folder.path() / "Orlimo.app/Contents/MacOS";
+    std::filesystem::create_directories(inside);
+    std::filesystem::create_symlink(ORLIMO_PROGRAM, inside / "Orlimo");
+    EXPECT_EQ(start((folder.path() / "Orlimo.app").string()).status, 0);
+}
+
+TEST_F(StartBundle, FailsWhenTheProgramEnds)
+{
+    const auto early = start(program("exit 0"));
+    EXPECT_EQ(early.status, 1);
+    EXPECT_THAT(early.errors, HasSubstr("ended before it printed \"file access allowed\""));
+
+    const auto late = start(program("echo 'file access allowed'; echo oh >&2; sleep 1"));
+    EXPECT_EQ(late.status, 1);
+    EXPECT_THAT(late.errors, HasSubstr("ended before it printed \"file changed!!"));
+    EXPECT_THAT(late.output, AllOf(HasSubstr("file access allowed\n"), HasSubstr("oh\n")));
+}
+
+TEST_F(StartBundle, FailsWhenTheProgramEndsBeforeItsTime)
+{
+    const auto result = tools.run(
+        "start-bundle",
+        {"--seconds",
+         "1000",
+         program("echo 'file access allowed'; echo 'file changed!! at message: code? 482913'; "
+                 "sleep 4"),
+         ORLIMO_SAMPLE_STORE});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.errors, HasSubstr("ended before its time"));
+}
+
+TEST_F(StartBundle, FailsWithoutAStore)
+{
+    const auto result = start(ORLIMO_PROGRAM, "/bin/false");
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.errors, HasSubstr("the sample store could not make the store"));
+}
+
+TEST_F(StartBundle, RefusesWhatItDoesNotUnderstand)
+{
+    EXPECT_EQ(start((folder.path() / "missing").string()).status, 2);
+    EXPECT_EQ(start(ORLIMO_PROGRAM, "/dev/null").status, 2);
+    EXPECT_EQ(tools.run("start-bundle", {}).status, 2);
+    EXPECT_EQ(tools.run("start-bundle", {"--seconds", "x", "a", "b"}).status, 2);
+    EXPECT_EQ(tools.run("start-bundle", {"--unknown", "a", "b"}).status, 2);
+    EXPECT_EQ(tools.run("start-bundle", {"--help"}).status, 0);
+}
+
+/// What is on an image, which here is the folder beside the image's file that is called after it.
+class CheckImage : public StartBundle
+{
+protected:
+    CheckImage()
+    {
+        writeFile(image, "image");
+        std::filesystem::create_directories(volume / "Orlimo.app/Contents/MacOS");
+        std::filesystem::create_symlink(
+            ORLIMO_PROGRAM, volume / "Orlimo.app/Contents/MacOS/Orlimo");
+        std::filesystem::create_symlink("/Applications", volume / "Applications");
+    }
+
+    [[nodiscard]] CommandResult
+    check(const std::map<std::string, std::optional<std::string>>& changes = {}) const
+    {
+        auto variables = changes;
+        variables["QT_QPA_PLATFORM"] = "offscreen";
+        return tools.run("check-image", {image.string(), ORLIMO_SAMPLE_STORE}, variables);
+    }
+
+    std::filesystem::path image = folder.path() / "Orlimo.dmg";
+    std::filesystem::path volume = folder.path() / "Orlimo.dmg.volume";
+};
+
+TEST_F(CheckImage, VerifiesAndStartsACopy)
+{
+    const auto result = check();
+    EXPECT_EQ(result.status, 0) << result.text();
+    EXPECT_THAT(result.output, HasSubstr("captured the code"));
+    const auto calls = tools.recordedCalls();
+    ASSERT_EQ(calls.size(), 3U);
+    EXPECT_THAT(calls[0], HasSubstr("hdiutil attach -quiet -nobrowse -readonly -mountpoint "));
+    EXPECT_THAT(calls[1], HasSubstr("hdiutil detach -quiet "));
+    EXPECT_THAT(calls[2], HasSubstr("codesign --verify --deep --strict --verbose=2 "));
+}
+
+TEST_F(CheckImage, FailsWhenTheSignatureIsWrong)
+{
+    const auto result = check({{"ORLIMO_FAILING_CALL", "--verify"}});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.output, "");
+}
+
+TEST_F(CheckImage, FailsWithoutTheLinkToTheApplications)
+{
+    std::filesystem::remove(volume / "Applications");
+    const auto result = check();
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.errors, HasSubstr("no link to the applications"));
+    EXPECT_THAT(tools.recordedCalls().back(), HasSubstr("hdiutil detach"));
+}
+
+TEST_F(CheckImage, WantsAnImageAndASampleStore)
+{
+    EXPECT_EQ(tools.run("check-image", {}).status, 2);
+    EXPECT_EQ(tools.run("check-image", {folder.path().string(), "x"}).status, 2);
+}
+
+} // namespace
+} // namespace orlimo
