@@ -4,11 +4,19 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cstdlib>
 #include <regex>
 #include <sstream>
 
 namespace orlimo {
+
+namespace {
+
+/// Scripts of many small steps take their time on a busy machine.
+constexpr std::chrono::minutes scriptLimit{4};
+
+} // namespace
 
 std::map<std::string, std::optional<std::string>> MacTools::environment() const
 {
@@ -37,7 +45,8 @@ CommandResult MacTools::run(
     }
     return CommandResult::of(
         ORLIMO_SOURCES "/packaging/macos/" + script,
-        {.arguments = std::move(arguments), .environment = variables});
+        {.arguments = std::move(arguments), .environment = variables},
+        scriptLimit);
 }
 
 std::vector<std::string> MacTools::recordedCalls(const std::string& removed) const
@@ -64,7 +73,8 @@ void MacTools::makeHomebrew(const std::filesystem::path& folder) const
 {
     const auto making = CommandResult::of(
         ORLIMO_MACOS_TESTS "/make-homebrew",
-        {.arguments = {folder.string()}, .environment = environment()});
+        {.arguments = {folder.string()}, .environment = environment()},
+        scriptLimit);
     ASSERT_EQ(making.status, 0) << making.text();
 }
 
