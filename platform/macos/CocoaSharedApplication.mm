@@ -44,8 +44,6 @@ int CocoaSharedApplication::run(ApplicationDelegate& delegate)
 int CocoaSharedApplication::runInAppKit(ApplicationDelegate& delegate)
 {
     @autoreleasepool {
-        // What the bundle says too; outside of it the system would allow no window and no icon.
-        [NSApp setActivationPolicy:NSApplicationActivationPolicyAccessory];
         const AppKitTurns turns(delegate, [this] { launchingDidFinish(); });
         return QApplication::exec();
     }

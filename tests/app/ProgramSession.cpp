@@ -119,7 +119,7 @@ void ProgramSession::startWriter()
 void ProgramSession::startProgram()
 {
     std::vector<std::string> command = settings.launcher;
-    command.emplace_back(ORLIMO_PROGRAM);
+    command.emplace_back(ORLIMO_PROGRAM_OF_SESSION);
     command.insert(command.end(), settings.arguments.begin(), settings.arguments.end());
     programProcess = std::make_unique<ChildProcess>(
         command.front(),

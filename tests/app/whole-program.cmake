@@ -4,6 +4,7 @@ find_package(X11 REQUIRED COMPONENTS ICE SM xcb)
 
 add_library(orlimo_program_session STATIC ProgramSession.cpp XServer.cpp)
 target_link_libraries(orlimo_program_session PUBLIC orlimo_test_support)
+target_compile_definitions(orlimo_program_session PRIVATE ORLIMO_PROGRAM_OF_SESSION="$<TARGET_FILE:orlimo>")
 
 add_library(orlimo_desktop_session STATIC
     AccessibilityTree.cpp

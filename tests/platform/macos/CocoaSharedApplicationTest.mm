@@ -108,11 +108,10 @@ TEST_F(CocoaSharedApplicationTest, IsToldOfNothingAfterItsEnd)
     EXPECT_THAT(delegate.turns, ElementsAre("will finish", "did finish"));
 }
 
-TEST_F(CocoaSharedApplicationTest, IsAnAgentAlsoOutsideOfItsBundle)
+TEST_F(CocoaSharedApplicationTest, LeavesItToTheBundleWhetherItIsAnAgent)
 {
     runWith([] {});
-    EXPECT_THAT(
-        scriptedAppKit().applicationMessages, ElementsAre("setActivationPolicy: 1", "terminate:"));
+    EXPECT_THAT(scriptedAppKit().applicationMessages, ElementsAre("terminate:"));
 }
 
 TEST_F(CocoaSharedApplicationTest, LaunchesAndEndsWhenItWasTerminatedBefore)
@@ -121,8 +120,7 @@ TEST_F(CocoaSharedApplicationTest, LaunchesAndEndsWhenItWasTerminatedBefore)
     EXPECT_TRUE(application.isTerminating());
     EXPECT_EQ(
         run([] {
-            EXPECT_THAT(
-                scriptedAppKit().applicationMessages, ElementsAre("setActivationPolicy: 1"));
+            EXPECT_THAT(scriptedAppKit().applicationMessages, IsEmpty());
             finishLaunching();
         }),
         0);
@@ -134,15 +132,14 @@ TEST_F(CocoaSharedApplicationTest, FinishesLaunchingBeforeItEnds)
 {
     delegate.whenWillFinish = [this] {
         application.terminate();
-        EXPECT_THAT(scriptedAppKit().applicationMessages, ElementsAre("setActivationPolicy: 1"));
+        EXPECT_THAT(scriptedAppKit().applicationMessages, IsEmpty());
     };
     delegate.whenDidFinish = [this] {
         EXPECT_TRUE(application.isTerminating());
-        EXPECT_THAT(scriptedAppKit().applicationMessages, ElementsAre("setActivationPolicy: 1"));
+        EXPECT_THAT(scriptedAppKit().applicationMessages, IsEmpty());
     };
     EXPECT_EQ(run([] { finishLaunching(); }), 0);
-    EXPECT_THAT(
-        scriptedAppKit().applicationMessages, ElementsAre("setActivationPolicy: 1", "terminate:"));
+    EXPECT_THAT(scriptedAppKit().applicationMessages, ElementsAre("terminate:"));
 }
 
 TEST_F(CocoaSharedApplicationTest, SaysThatItIsTerminatingUntilItHasEnded)

@@ -18,4 +18,5 @@ int fcntl_with_path(int descriptor, int command, ...);
 }
 #endif
 
+/// The system's C library, macOS 10.0
 #define fcntl(...) fcntl_with_path(__VA_ARGS__)
