@@ -1,8 +1,6 @@
 // AppKit as the system has it: what GNUstep's lacks is added to it.
 #pragma once
 
-#include_next <AppKit/AppKit.h>
-
 #include "declared/NSApplication.h"
 #include "declared/NSEvent.h"
 #include "declared/NSGraphics.h"
@@ -10,3 +8,5 @@
 #include "declared/NSImageSymbolConfiguration.h"
 #include "declared/NSStatusItem.h"
 #include "declared/NSView.h"
+
+#include_next <AppKit/AppKit.h>
