@@ -1,10 +1,6 @@
 // AppKit as the system has it: what GNUstep's lacks is added to it.
 #pragma once
 
-#include "declared/NSWorkspaceOpenConfiguration.h"
-
-#include_next <AppKit/AppKit.h>
-
 #include "declared/NSApplication.h"
 #include "declared/NSEvent.h"
 #include "declared/NSGraphics.h"
@@ -12,3 +8,6 @@
 #include "declared/NSImageSymbolConfiguration.h"
 #include "declared/NSStatusItem.h"
 #include "declared/NSView.h"
+#include "declared/NSWorkspaceOpenConfiguration.h"
+
+#include_next <AppKit/AppKit.h>

@@ -5,8 +5,7 @@
 
 /// AppKit
 /// macOS 11.0
-@interface NSImageSymbolConfiguration : NSObject
-{
+@interface NSImageSymbolConfiguration : NSObject {
     CGFloat _pointSize;
     NSFontWeight _weight;
 }

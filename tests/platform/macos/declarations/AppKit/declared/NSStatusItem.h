@@ -7,7 +7,7 @@
 /// AppKit
 @interface NSStatusItem (Declared)
 /// macOS 10.10: made with the item and owned by it.
-@property (readonly) NSStatusBarButton* button;
+@property(readonly) NSStatusBarButton* button;
 /// macOS 10.12: whether the item is in the menu bar; the user can take it out. YES unless set.
-@property (getter=isVisible) BOOL visible;
+@property(getter=isVisible) BOOL visible;
 @end
