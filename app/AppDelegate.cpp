@@ -4,6 +4,7 @@
 #include "app/HelperView.h"
 #include "capture/PreferenceDefaults.h"
 #include "platform/FatalStop.h"
+#include "platform/FrontWindow.h"
 #include "platform/MainThread.h"
 
 #include <utility>
@@ -51,8 +52,8 @@ void AppDelegate::showHelperWindow()
     secondaryWindow =
         std::make_unique<GuidanceWindow>(content.release(), GuidanceWindow::contentAreaOn(*screen));
     secondaryWindow->show();
-    secondaryWindow->raise();
     secondaryWindow->activateWindow();
+    orderFrontRegardless(*secondaryWindow);
 }
 
 } // namespace orlimo

@@ -22,7 +22,7 @@ public:
     [[nodiscard]] virtual bool boolForKey(std::string_view key) const = 0;
 
     /// Stores `value` under `key` at once. A store that cannot be written stays as it is, and
-    /// standard error says so.
+    /// standard error or the host's own log says so.
     virtual void setBool(bool value, std::string_view key) = 0;
 
     /// Every key that the store holds, with its value in printed form.

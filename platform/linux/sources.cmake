@@ -57,6 +57,7 @@ set(orlimo_desktop_sources
     linux/DBusApplicationInstance.cpp
     qt/MenuBarWindow.cpp
     linux/PanelIcon.cpp
+    linux/FrontWindow.cpp
     linux/QtScreen.cpp
     linux/QtSharedApplication.cpp
     linux/QtWorkspace.cpp

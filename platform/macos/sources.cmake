@@ -29,6 +29,7 @@ set(orlimo_platform_sources
     qt/EventLoopQueue.cpp)
 set(orlimo_desktop_sources
     macos/ActionTarget.mm
+    macos/AppKitFrontWindow.mm
     macos/AppKitHost.mm
     macos/AppKitTurns.mm
     macos/BitmapImage.mm

@@ -34,6 +34,8 @@ struct ScriptedAppKit
     /// What windows were told last.
     std::optional<bool> windowHidesOnDeactivate;
     std::optional<NSWindowCollectionBehavior> windowBehavior;
+    /// How often a window was brought to the front of all.
+    int windowsOrderedFront = 0;
 
     /// The items in the menu bar. Not owned: they take themselves out at their end.
     std::vector<NSStatusItem*> statusItems;

@@ -143,6 +143,11 @@
     orlimo::scriptedAppKit().windowBehavior = props;
 }
 
+- (void)orderFrontRegardless
+{
+    ++orlimo::scriptedAppKit().windowsOrderedFront;
+}
+
 - (NSRect)convertRectToScreen:(NSRect)aRect
 {
     const NSRect frame = orlimo::scriptedAppKit().statusItemWindow.value_or(NSZeroRect);
