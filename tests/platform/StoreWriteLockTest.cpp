@@ -275,10 +275,15 @@ TEST_F(StoreWriteLockOfAnIndex, IsNotHandedDownToOtherPrograms)
 {
     (void)lock.isHeldElsewhere();
     int found = 0;
-    for (const auto& entry : std::filesystem::directory_iterator("/dev/fd")) {
-        std::error_code gone;
-        if (std::filesystem::read_symlink(entry.path(), gone) == index) {
-            const int descriptor = std::stoi(entry.path().filename().string());
+    struct stat expected
+    {};
+    ASSERT_EQ(::stat(index.c_str(), &expected), 0);
+    for (int descriptor = 0; descriptor < 1024; ++descriptor) {
+        struct stat target
+        {};
+        if (::fstat(descriptor, &target) == 0 && target.st_dev == expected.st_dev &&
+            target.st_ino == expected.st_ino)
+        {
             EXPECT_EQ(::fcntl(descriptor, F_GETFD) & FD_CLOEXEC, FD_CLOEXEC);
             EXPECT_EQ(::fcntl(descriptor, F_GETFL) & O_ACCMODE, O_RDONLY);
             ++found;
