@@ -28,7 +28,7 @@ NSString* const NSPasteboardTypeString = @"NSPasteboardTypeString";
     return pasteboard;
 }
 
-- (NSInteger)declareTypes:(NSArray*)types owner:(id)owner
+- (int)declareTypes:(NSArray*)types owner:(id)owner
 {
     writePasteboard("");
     return 1;
