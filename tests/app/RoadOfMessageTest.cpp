@@ -1,4 +1,5 @@
 #include "tests/app/ProgramSession.h"
+#include "tests/app/StoredPreferences.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -209,11 +210,11 @@ TEST_F(RoadOfMessage, AnyGrowthCopiesTheSameCodeAgain)
 
 TEST_F(RoadOfMessage, CapturingSwitchedOffIgnoresTheChangeAltogether)
 {
-    writeFile(session.preferences(), "[General]\ncapturingEnabled=false\nfourDigitInclude=true\n");
+    storePreferences(session, {{"capturingEnabled", false}, {"fourDigitInclude", true}});
     session.deliver("text Code 111111");
     ProgramSession::waitThrottleOut();
 
-    writeFile(session.preferences(), "[General]\ncapturingEnabled=true\nfourDigitInclude=true\n");
+    storePreferences(session, {{"capturingEnabled", true}, {"fourDigitInclude", true}});
     session.deliver("text Code 222222");
     EXPECT_THAT(
         session.readReaction(),
@@ -226,7 +227,7 @@ TEST_F(RoadOfMessage, FourDigitsSwitchedOffTakesEffectAtTheNextMessage)
     EXPECT_EQ(session.readReaction().back(), "file changed!! at message: code? 4321");
     session.awaitOpenThrottle();
 
-    writeFile(session.preferences(), "[General]\ncapturingEnabled=true\nfourDigitInclude=false\n");
+    storePreferences(session, {{"capturingEnabled", true}, {"fourDigitInclude", false}});
     session.deliver("text PIN 4321, code 654321");
     EXPECT_THAT(
         session.readReaction(),

@@ -2,6 +2,7 @@
 #include "tests/support/Await.h"
 #include "tests/support/TemporaryFolder.h"
 
+#include <QtGlobal>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -20,6 +21,17 @@ std::string contentOf(const std::filesystem::path& file)
     content << std::ifstream(file, std::ios::binary).rdbuf();
     return content.str();
 }
+
+/// Has GNUstep look for the user's folders where this system has them.
+class FolderEnvironment : public testing::Environment
+{
+public:
+    void SetUp() override { qputenv("GNUSTEP_CONFIG_FILE", ORLIMO_GNUSTEP_FOLDERS); }
+};
+
+// GoogleTest owns it.
+[[maybe_unused]] const auto* const environment =
+    testing::AddGlobalTestEnvironment(new FolderEnvironment);
 
 class ProgramTest : public testing::Test
 {
