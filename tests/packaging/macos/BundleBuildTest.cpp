@@ -38,7 +38,8 @@ protected:
         ASSERT_EQ(result.status, 0) << result.text();
     }
 
-    void configure() const
+    /// With the tests and the benchmarks, ON, or the program alone, OFF.
+    void configure(const std::string& tests = "OFF") const
     {
         const auto plugins = homebrew / "share/qt/plugins";
         runTool(
@@ -50,8 +51,8 @@ protected:
              "-G",
              "Ninja",
              "-DCMAKE_BUILD_TYPE=Release",
-             "-DORLIMO_BUILD_BENCHMARKS=OFF",
-             "-DORLIMO_BUILD_TESTS=OFF",
+             "-DORLIMO_BUILD_BENCHMARKS=" + tests,
+             "-DORLIMO_BUILD_TESTS=" + tests,
              "-DCMAKE_TOOLCHAIN_FILE=" ORLIMO_MACOS_TESTS "/darwin.cmake",
              "-DORLIMO_PLUGIN_platforms_libqcocoa=" +
                  (plugins / "platforms/libqcocoa.dylib").string(),
@@ -106,6 +107,32 @@ protected:
     std::filesystem::path build = folder.path() / "build";
     MacTools tools{folder.path() / "calls"};
 };
+
+TEST_F(BundleBuild, HasTheTestsThatCanWorkThere)
+{
+    configure("ON");
+    const std::string rules = contentOf(build / "build.ninja");
+    // The rules are far too long to be printed.
+    const auto haveRuleFor = [&rules](const std::string& file) {
+        return rules.find("/tests/" + file + " ") != std::string::npos;
+    };
+    for (const char* const file :
+         {"app/AppDelegateTest.cpp",
+          "capture/MessageTest.cpp",
+          "controls/SwitchTest.cpp",
+          "login/LaunchAtLoginTest.cpp",
+          "platform/CommitAwarenessTest.cpp",
+          "platform/macos/LibraryFolderTest.mm",
+          "watch/FileMonitorTest.cpp"})
+    {
+        EXPECT_TRUE(haveRuleFor(file)) << file;
+    }
+    for (const char* const room : {"app", "capture", "login", "platform"}) {
+        const std::string ofLinux = "/tests/" + std::string(room) + "/linux/";
+        EXPECT_EQ(rules.find(ofLinux), std::string::npos) << ofLinux;
+    }
+    EXPECT_EQ(rules.find("/platform/linux/"), std::string::npos);
+}
 
 TEST_F(BundleBuild, MakesInstallsAndSignsAWholeBundle)
 {
