@@ -75,7 +75,7 @@ const std::vector<ShellConstruct>& constructsOfLinux()
          "jobs=$(getconf _NPROCESSORS_ONLN)"},
         {"long options that BSD's tools do not have",
          std::regex(
-             R"(\b(sed|mktemp|stat|tail|head|cp|mv|rm|ln|mkdir|touch|sort|cut|tr|wc|date|chmod|cat|tee|readlink|ls|find|du|uname|awk|id|kill|basename|dirname)\s+([^|;&]*\s)?--[a-z])"),
+             R"((^|[^\w-])(sed|mktemp|stat|tail|head|cp|mv|rm|ln|mkdir|touch|sort|cut|tr|wc|date|chmod|cat|tee|readlink|ls|find|du|uname|awk|id|kill|basename|dirname)\s+([^|;&]*\s)?--[a-z])"),
          "mktemp --directory",
          "brew list --quiet"},
         {"long options that BSD's xargs does not have",

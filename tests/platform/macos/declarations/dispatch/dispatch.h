@@ -20,28 +20,16 @@ private:
 } * dispatch_object_t;
 
 /// Dispatch, macOS 10.6
-typedef struct dispatch_queue_s : public dispatch_object_s
-{
-} * dispatch_queue_t;
+typedef struct dispatch_queue_s : public dispatch_object_s{} * dispatch_queue_t;
 
 /// Dispatch, macOS 10.14: subtypes of the queue.
-typedef struct dispatch_queue_global_s : public dispatch_queue_s
-{
-} * dispatch_queue_global_t;
-typedef struct dispatch_queue_serial_s : public dispatch_queue_s
-{
-} * dispatch_queue_serial_t;
-typedef struct dispatch_queue_main_s : public dispatch_queue_serial_s
-{
-} * dispatch_queue_main_t;
+typedef struct dispatch_queue_global_s : public dispatch_queue_s{} * dispatch_queue_global_t;
+typedef struct dispatch_queue_serial_s : public dispatch_queue_s{} * dispatch_queue_serial_t;
+typedef struct dispatch_queue_main_s : public dispatch_queue_serial_s{} * dispatch_queue_main_t;
 
 /// Dispatch, macOS 10.6
-typedef struct dispatch_queue_attr_s : public dispatch_object_s
-{
-} * dispatch_queue_attr_t;
-typedef struct dispatch_source_s : public dispatch_object_s
-{
-} * dispatch_source_t;
+typedef struct dispatch_queue_attr_s : public dispatch_object_s{} * dispatch_queue_attr_t;
+typedef struct dispatch_source_s : public dispatch_object_s{} * dispatch_source_t;
 typedef const struct dispatch_source_type_s* dispatch_source_type_t;
 typedef void (^dispatch_block_t)(void);
 typedef void (*dispatch_function_t)(void*);
