@@ -7,13 +7,6 @@
 namespace orlimo {
 namespace {
 
-TEST(QtPasteboard, StaysTakenAfterTheDeclaration)
-{
-    generalPasteboard().declareTypes({PasteboardType::string});
-    EXPECT_TRUE(QGuiApplication::clipboard()->ownsClipboard());
-    QGuiApplication::clipboard()->clear();
-}
-
 TEST(QtPasteboard, LeavesTheSelectionAlone)
 {
     // Not every platform has one; where it has, it is not ours.
