@@ -16,7 +16,9 @@ namespace orlimo {
 
 ScriptedDispatch& ScriptedDispatch::shared()
 {
-    static ScriptedDispatch script;
+    // Never destroyed, nor are the queues: handlers that are still held release what they hold
+    // here.
+    static ScriptedDispatch& script = *new ScriptedDispatch;
     return script;
 }
 
@@ -153,7 +155,7 @@ Object& objectBehind(dispatch_object_t object)
 
 template <typename Handle> Handle queueNamed(const std::string& name)
 {
-    static std::map<std::string, Object> objects;
+    static auto& objects = *new std::map<std::string, Object>;
     return reinterpret_cast<Handle>(&objects.try_emplace(name, Object{name, 0}).first->second);
 }
 
