@@ -163,6 +163,16 @@ bool DesktopProgram::shows(const std::string& role, const std::string& name) con
     return ownDesktop.accessibility().find(applicationName, role, name).has_value();
 }
 
+testing::AssertionResult
+DesktopProgram::awaitShown(const std::string& role, const std::string& name) const
+{
+    if (awaitSparingly([&] { return shows(role, name); })) {
+        return testing::AssertionSuccess();
+    }
+    return testing::AssertionFailure() << "shown are:\n"
+                                       << ownDesktop.accessibility().describe(applicationName);
+}
+
 void DesktopProgram::click(const std::string& role, const std::string& name)
 {
     ownDesktop.click(element(role, name).area().center());

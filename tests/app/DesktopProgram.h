@@ -59,6 +59,11 @@ public:
     /// Whether it shows that now.
     [[nodiscard]] bool shows(const std::string& role, const std::string& name) const;
 
+    /// Waits until it shows that: a program is on the accessibility bus only some time after it has
+    /// started. A failure says what is shown instead.
+    [[nodiscard]] testing::AssertionResult
+    awaitShown(const std::string& role, const std::string& name) const;
+
     /// Clicks the middle of such an element.
     void click(const std::string& role, const std::string& name);
 

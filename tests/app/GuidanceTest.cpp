@@ -46,13 +46,13 @@ TEST_F(Guidance, IsCentredOnTheScreenTitledClosableAndOfAFixedSize)
 TEST_F(Guidance, SaysWhatToDo)
 {
     startUnguided();
-    EXPECT_TRUE(program.shows(
+    EXPECT_TRUE(program.awaitShown(
         "label", "Full Disk Access is required to read the verification code from Messages."));
-    EXPECT_TRUE(program.shows(
+    EXPECT_TRUE(program.awaitShown(
         "label",
         "open System Preferences > Security & Privacy > Full Disk Access and allow Orlimo in the "
         "list."));
-    EXPECT_TRUE(program.shows("push button", "Open System Setting"));
+    EXPECT_TRUE(program.awaitShown("push button", "Open System Setting"));
 }
 
 TEST_F(Guidance, StandsInFrontOfOtherApplications)
@@ -80,7 +80,7 @@ TEST_F(Guidance, LeavesTheProgramRunningWhenItsCloseButtonIsClicked)
     program.session().deliver("text Your code is 482913.");
     EXPECT_TRUE(program.awaitPaste("482913"));
     program.open();
-    EXPECT_TRUE(program.shows("label", "482913"));
+    EXPECT_TRUE(program.awaitShown("label", "482913"));
 }
 
 TEST_F(Guidance, OpensTheSystemsSettingsAndStays)

@@ -103,7 +103,7 @@ TEST(LoginItemArgument, StartsTheProgramLikeAnyStart)
     program.session().deliver("text Your code is 482913.");
     program.start();
     program.open();
-    EXPECT_TRUE(program.shows("label", "482913"));
+    EXPECT_TRUE(program.awaitShown("label", "482913"));
     EXPECT_EQ(program.windows().size(), 1U);
 }
 

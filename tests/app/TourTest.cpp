@@ -70,7 +70,7 @@ TEST_F(Tour, TheWindowShowsTheLatestCodeAndTheCopyButtonCopiesIt)
 {
     program.desktop().server().copy("clipboard", "something that the user copied");
     program.open();
-    EXPECT_TRUE(program.shows("label", "482913"));
+    EXPECT_TRUE(program.awaitShown("label", "482913"));
 
     program.click("push button", "Copy");
     EXPECT_TRUE(program.awaitPaste("482913"));

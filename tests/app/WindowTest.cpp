@@ -115,11 +115,11 @@ TEST_F(Window, KeepsShowingItsCodeWhileItIsOpen)
 {
     ProgramSession::waitThrottleOut();
     program.open();
-    EXPECT_TRUE(program.shows("label", "482913"));
+    EXPECT_TRUE(program.awaitShown("label", "482913"));
 
     program.session().deliver("text Your code is 59302.");
     EXPECT_TRUE(program.awaitPaste("59302"));
-    EXPECT_TRUE(program.shows("label", "482913"));
+    EXPECT_TRUE(program.awaitShown("label", "482913"));
     EXPECT_FALSE(program.shows("label", "59302"));
 
     program.click("push button", "Copy");
@@ -127,7 +127,7 @@ TEST_F(Window, KeepsShowingItsCodeWhileItIsOpen)
 
     program.close();
     program.open();
-    EXPECT_TRUE(program.shows("label", "59302"));
+    EXPECT_TRUE(program.awaitShown("label", "59302"));
     EXPECT_FALSE(program.shows("label", "482913"));
 }
 
