@@ -1,6 +1,7 @@
 #include "tests/app/ApplicationCaller.h"
 #include "tests/app/ProgramSession.h"
 #include "tests/app/XServer.h"
+#include "tests/support/BuiltPrograms.h"
 #include "tests/support/MessageBus.h"
 #include "tests/support/OutputCapture.h"
 #include "tests/support/ParentBond.h"

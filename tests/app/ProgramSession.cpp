@@ -1,5 +1,7 @@
 #include "tests/app/ProgramSession.h"
 
+#include "tests/support/BuiltPrograms.h"
+#include "tests/support/BuiltRecorder.h"
 #include "tests/support/OutputCapture.h"
 #include "tests/support/PermissionDuty.h"
 #include "tests/support/Preloading.h"

@@ -1,4 +1,5 @@
 #include "tests/app/ProgramSession.h"
+#include "tests/support/BuiltPrograms.h"
 #include "tests/support/OutputCapture.h"
 #include "tests/support/UnprivilegedUser.h"
 

@@ -56,9 +56,9 @@ add_library(orlimo_wayland_session STATIC
     TrayItems.cpp
     WaylandClipboard.cpp)
 target_link_libraries(orlimo_wayland_session PUBLIC orlimo_desktop_session)
-target_compile_definitions(orlimo_wayland_session PUBLIC
-    ORLIMO_CLIPBOARD_PROBE="$<TARGET_FILE:orlimo-clipboard-probe>"
-    ORLIMO_DESKTOP_PROBE="$<TARGET_FILE:orlimo-desktop-probe>")
+orlimo_name_program(ORLIMO_CLIPBOARD_PROBE orlimo-clipboard-probe
+    IN KWinTest.cpp MutterTest.cpp SwayClipboardTest.cpp)
+orlimo_name_program(ORLIMO_DESKTOP_PROBE orlimo-desktop-probe IN SwaySession.cpp)
 
 orlimo_add_tests(orlimo_sway_tests
     LABEL desktop

@@ -4,6 +4,7 @@
 #include "tests/app/ProgramSession.h"
 #include "tests/app/XServer.h"
 #include "tests/packaging/BuiltPackage.h"
+#include "tests/support/BuiltPrograms.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

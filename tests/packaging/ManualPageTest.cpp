@@ -1,6 +1,7 @@
 #include "platform/ApplicationIdentity.h"
 #include "tests/packaging/CommandResult.h"
 #include "tests/packaging/InstalledTree.h"
+#include "tests/support/BuiltPrograms.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,5 +1,6 @@
 #include "platform/LoginItemService.h"
 
+#include "tests/support/BuiltPrograms.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/ForkedRun.h"
 #include "tests/support/TemporaryFolder.h"

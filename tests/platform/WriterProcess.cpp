@@ -1,5 +1,7 @@
 #include "tests/platform/WriterProcess.h"
 
+#include "tests/support/BuiltPrograms.h"
+
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 

@@ -1,5 +1,6 @@
 #include "sample/Delivery.h"
 #include "tests/sample/StoreContent.h"
+#include "tests/support/BuiltPrograms.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/OutputCapture.h"
 #include "tests/support/TemporaryFolder.h"

@@ -1,4 +1,5 @@
 #include "tests/sample/StoreContent.h"
+#include "tests/support/BuiltPrograms.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/TemporaryFolder.h"
 

@@ -1,4 +1,5 @@
 #include "tests/scripts/StandInPrograms.h"
+#include "tests/support/BuiltPrograms.h"
 #include "tests/support/OutputCapture.h"
 
 #include <gmock/gmock.h>

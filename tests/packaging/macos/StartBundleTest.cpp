@@ -1,4 +1,5 @@
 #include "tests/packaging/macos/MacTools.h"
+#include "tests/support/BuiltPrograms.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>

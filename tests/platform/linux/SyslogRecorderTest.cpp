@@ -1,4 +1,5 @@
 // The real syslog's place is taken in a program of its own, as the tests of whole programs do it.
+#include "tests/support/BuiltRecorder.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/OutputCapture.h"
 #include "tests/support/TemporaryFolder.h"
