@@ -103,6 +103,9 @@ TEST(Workflow, TestsAndPackagesOnBothSystems)
     };
     EXPECT_THAT(all, runs("debian", "./test"));
     EXPECT_THAT(all, runs("debian", "packaging/deb"));
+    EXPECT_THAT(all, runs("lint", "./test --lint"));
+    EXPECT_THAT(all, runs("asan", "./test --asan"));
+    EXPECT_THAT(all, runs("tsan", "./test --tsan"));
     EXPECT_THAT(all, runs("macos", "./test"));
     EXPECT_THAT(all, runs("macos", "packaging/macos/dmg --ad-hoc"));
     EXPECT_THAT(all, runs("macos", "packaging/macos/check-image "));
