@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <iomanip>
-#include <numeric>
 #include <sstream>
 
 namespace orlimo {
@@ -23,21 +22,20 @@ double inMilliseconds(std::chrono::microseconds time)
 
 } // namespace
 
-double SoakRecord::bytesPerCheck(std::size_t from) const
+double SoakRecord::bytesPerCheck() const
 {
-    const auto first = looks.begin() + static_cast<std::ptrdiff_t>(std::min(from, looks.size()));
-    const auto count = static_cast<double>(looks.end() - first);
+    const auto count = static_cast<double>(looks.size());
     double checks = 0;
     double memory = 0;
-    for (auto look = first; look != looks.end(); ++look) {
-        checks += static_cast<double>(look->checks) / count;
-        memory += static_cast<double>(look->usage.anonymous) / count;
+    for (const Look& look : looks) {
+        checks += static_cast<double>(look.checks) / count;
+        memory += static_cast<double>(look.usage.anonymous) / count;
     }
     double together = 0;
     double alone = 0;
-    for (auto look = first; look != looks.end(); ++look) {
-        const double distance = static_cast<double>(look->checks) - checks;
-        together += distance * (static_cast<double>(look->usage.anonymous) - memory);
+    for (const Look& look : looks) {
+        const double distance = static_cast<double>(look.checks) - checks;
+        together += distance * (static_cast<double>(look.usage.anonymous) - memory);
         alone += distance * distance;
     }
     return alone > 0 ? together / alone * bytesPerKib : 0;
@@ -58,7 +56,7 @@ std::string SoakRecord::summary(std::size_t rows) const
              << " ms, longest " << inMilliseconds(sorted.back()) << " ms\n";
     }
     text << "one compiled statement: " << statementCost << " bytes; each check added "
-         << bytesPerCheck(1) << " bytes\n";
+         << bytesPerCheck() << " bytes\n";
     text << " seconds  checks  descriptors  threads  resident KiB  anonymous KiB\n";
     const std::size_t step = std::max<std::size_t>(1, (looks.size() + rows - 1) / rows);
     for (std::size_t index = 0; index < looks.size(); ++index) {

@@ -33,9 +33,9 @@ struct SoakRecord
     std::vector<std::chrono::microseconds> delays;
     long statementCost = 0;
 
-    /// How many bytes without a file behind them each check has added, from the look number `from`
-    /// on to the last one: the slope of the line that fits the looks best.
-    [[nodiscard]] double bytesPerCheck(std::size_t from) const;
+    /// How many bytes without a file behind them each check has added: the slope of the line that
+    /// fits the looks best.
+    [[nodiscard]] double bytesPerCheck() const;
 
     /// For people, a line for each fact and a table of at most `rows` looks.
     [[nodiscard]] std::string summary(std::size_t rows) const;
