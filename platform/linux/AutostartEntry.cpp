@@ -3,6 +3,7 @@
 #include "platform/ApplicationIdentity.h"
 #include "platform/LaunchEvent.h"
 #include "platform/linux/DesktopEntry.h"
+#include "platform/linux/UserFolder.h"
 #include "platform/posix/UniqueFd.h"
 
 #include <QFile>
@@ -77,24 +78,6 @@ int errorOfProgram(const std::filesystem::path& program)
         return errno;
     }
     return S_ISREG(found.st_mode) ? 0 : ENOENT;
-}
-
-/// Makes `folder` and those above it, for the user alone. The number of the error; 0 when it is
-/// there.
-int makeFolder(const std::filesystem::path& folder)
-{
-    std::error_code unknown;
-    if (std::filesystem::is_directory(folder, unknown)) {
-        return 0;
-    }
-    if (::mkdir(folder.c_str(), S_IRWXU) == 0) {
-        return 0;
-    }
-    if (errno != ENOENT || !folder.has_relative_path()) {
-        return errno;
-    }
-    const int error = makeFolder(folder.parent_path());
-    return error == 0 && ::mkdir(folder.c_str(), S_IRWXU) != 0 ? errno : error;
 }
 
 bool isUtf8(const std::filesystem::path& path)
@@ -179,7 +162,7 @@ std::optional<ServiceError> AutostartEntry::add() const
             return failure(path, EILSEQ);
         }
     }
-    if (const int error = makeFolder(file.parent_path())) {
+    if (const int error = makeUserFolder(file.parent_path())) {
         return failure(file.parent_path(), error);
     }
     const auto [error, content] = read(file);

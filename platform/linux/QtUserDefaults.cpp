@@ -1,9 +1,9 @@
 #include "platform/ToQString.h"
 #include "platform/UserDefaults.h"
 #include "platform/linux/BooleanValue.h"
+#include "platform/linux/UserFolder.h"
 #include "platform/posix/UniqueFd.h"
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QLockFile>
@@ -127,7 +127,7 @@ private:
             return false; // what is in it would be lost
         }
         const QString target = present.exists() ? present.canonicalFilePath() : file;
-        (void)QDir().mkpath(QFileInfo(target).path());
+        (void)makeUserFolder(QFile::encodeName(QFileInfo(target).path()).toStdString());
         // The lock under which every other user of the format writes.
         QLockFile lock(target + QStringLiteral(".lock"));
         if (!lock.tryLock(longestWaitForLock)) {

@@ -43,6 +43,7 @@ set(orlimo_platform_sources
     linux/ToolkitArguments.cpp
     linux/UptimeClock.cpp
     posix/UserDatabase.cpp
+    linux/UserFolder.cpp
     posix/VnodeEventDelivery.cpp
     qt/EventLoopQueue.cpp
     linux/WaylandDisplay.cpp
