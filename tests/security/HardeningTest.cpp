@@ -1,4 +1,5 @@
 #include "tests/security/HardeningExpectation.h"
+#include "tests/support/BuiltPrograms.h"
 #include "tests/support/OutputCapture.h"
 #include "tests/support/TemporaryFolder.h"
 

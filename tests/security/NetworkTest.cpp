@@ -44,7 +44,7 @@ void useWholeProgram(DesktopProgram& program)
     program.session().deliver("text Your code is 482913.");
     EXPECT_TRUE(program.awaitPaste("482913"));
     program.open();
-    EXPECT_TRUE(program.shows("label", "482913"));
+    EXPECT_TRUE(program.awaitShown("label", "482913"));
     program.click("push button", "About");
     EXPECT_TRUE(program.awaitClosed());
     program.open();

@@ -84,7 +84,7 @@ protected:
     void readInWindow()
     {
         program.open();
-        EXPECT_TRUE(program.shows("label", "59302"));
+        EXPECT_TRUE(program.awaitShown("label", "59302"));
         program.close();
     }
 
