@@ -1,6 +1,7 @@
 #include "platform/ApplicationIdentity.h"
 #include "tests/packaging/BuiltPackage.h"
 #include "tests/packaging/CommandResult.h"
+#include "tests/security/HardeningExpectation.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -65,6 +66,17 @@ void expectNoComplaint(const BuiltPackage& package)
     EXPECT_THAT(check.text(), IsEmpty());
 }
 
+/// The program in the package is as hard to exploit as the one that is tested.
+void expectHardenedProgram(const BuiltPackage& package)
+{
+    const TemporaryFolder folder;
+    const auto unpacked = CommandResult::of(
+        "/usr/bin/dpkg-deb",
+        {.arguments = {"--extract", package.file().string(), folder.path().string()}});
+    ASSERT_EQ(unpacked.status, 0) << unpacked.text();
+    expectHardened(folder.path() / "usr/bin/orlimo");
+}
+
 TEST(DebianPackage, HoldsTheProgramAsDebianAsksForIt)
 {
     const BuiltPackage package;
@@ -86,6 +98,7 @@ TEST(DebianPackage, HoldsTheProgramAsDebianAsksForIt)
             "-rwxr-xr-x root/root ./usr/bin/orlimo",
         }));
     expectNoComplaint(package);
+    expectHardenedProgram(package);
 }
 
 } // namespace

@@ -21,6 +21,17 @@ namespace {
 
 using namespace std::chrono_literals;
 
+/// Where every step is watched, fewer are taken: what a sanitizer looks for comes soon or never.
+#ifdef ORLIMO_SANITIZED
+constexpr std::size_t ticksOfCourse = 3;
+constexpr std::size_t mostAcceptedOfCourse = 1;
+constexpr std::size_t simultaneousCalls = 2;
+#else
+constexpr std::size_t ticksOfCourse = 5;
+constexpr std::size_t mostAcceptedOfCourse = 2;
+constexpr std::size_t simultaneousCalls = 3;
+#endif
+
 constexpr double delay = 1.6;
 constexpr std::chrono::milliseconds interval(1600);
 
@@ -165,7 +176,7 @@ TEST(ThrottleInterleaving, EveryOrderOfOffersDecisionsRunsAndTimeGivesWhatIsToBe
     std::size_t courses = 0;
     std::size_t mostAccepted = 0;
     do {
-        Course course({.calls = 3, .ticks = 5});
+        Course course({.calls = 3, .ticks = ticksOfCourse});
         while (course.goOn(choice)) {
             ASSERT_TRUE(course.isRight()) << "course " << courses;
         }
@@ -174,7 +185,7 @@ TEST(ThrottleInterleaving, EveryOrderOfOffersDecisionsRunsAndTimeGivesWhatIsToBe
     } while (choice.next());
     RecordProperty("courses", std::to_string(courses));
     std::cout << courses << " courses\n";
-    EXPECT_EQ(mostAccepted, 2U);
+    EXPECT_EQ(mostAccepted, mostAcceptedOfCourse);
 }
 
 /// Decisions that are taken at the same time, from the moment on when a call is due: each may be
@@ -300,7 +311,7 @@ std::size_t simultaneousCourses(std::size_t calls, std::size_t ticks, std::size_
     return courses;
 }
 
-TEST(ThrottleInterleaving, EveryOrderOfTheStepsOfTwoSimultaneousDecisionsGivesWhatIsToBe)
+TEST(ThrottleInterleaving, EveryOrderOfTheStepsOfTwoDecisionsWhileTimePassesGivesWhatIsToBe)
 {
     std::size_t mostAccepted = 0;
     const std::size_t courses = simultaneousCourses(2, 3, mostAccepted);
@@ -309,10 +320,10 @@ TEST(ThrottleInterleaving, EveryOrderOfTheStepsOfTwoSimultaneousDecisionsGivesWh
     EXPECT_EQ(mostAccepted, 2U);
 }
 
-TEST(ThrottleInterleaving, EveryOrderOfTheStepsOfThreeSimultaneousDecisionsGivesWhatIsToBe)
+TEST(ThrottleInterleaving, EveryOrderOfTheStepsOfDecisionsAtOneTimeGivesWhatIsToBe)
 {
     std::size_t mostAccepted = 0;
-    const std::size_t courses = simultaneousCourses(3, 0, mostAccepted);
+    const std::size_t courses = simultaneousCourses(simultaneousCalls, 0, mostAccepted);
     RecordProperty("courses", std::to_string(courses));
     std::cout << courses << " courses\n";
     EXPECT_EQ(mostAccepted, 1U);
