@@ -10,9 +10,6 @@
 namespace orlimo {
 namespace {
 
-/// How many of the newest messages a check looks at.
-constexpr int examinedMessages = 10;
-
 /// Made when first asked for, and kept, for a large one takes its time.
 CheckedStore& storeOf(std::int64_t number)
 {
@@ -27,20 +24,20 @@ double medianMicroseconds(std::vector<std::chrono::nanoseconds> times)
     return std::chrono::duration<double, std::micro>(*middle).count();
 }
 
-/// One check after each message that another connection delivers, as in use: a commit makes the
-/// reader forget the pages that it knew. The counter is the median over the checks, which other
+/// `read` once after each message that another connection delivers, as in use: a commit makes the
+/// reader forget the pages that it knew. The counter is the median over the readings, which other
 /// programs on the same processors disturb less than the mean.
-void checkStore(benchmark::State& state, WordsIn place)
+void readStore(benchmark::State& state, void (CheckedStore::*read)(), WordsIn place)
 {
     CheckedStore& store = storeOf(state.range(0));
-    for (int delivered = 0; delivered < examinedMessages; ++delivered) {
+    for (int delivered = 0; delivered < CheckedStore::examinedMessages; ++delivered) {
         store.deliver(place);
     }
     std::vector<std::chrono::nanoseconds> times;
     while (state.KeepRunning()) {
         store.deliver(place);
         const auto before = std::chrono::steady_clock::now();
-        store.check();
+        (store.*read)();
         const auto taken = std::chrono::steady_clock::now() - before;
         times.emplace_back(taken);
         state.SetIterationTime(std::chrono::duration<double>(taken).count());
@@ -54,17 +51,23 @@ void checkStore(benchmark::State& state, WordsIn place)
     }
 }
 
-// Each check leaves a compiled statement behind, so that their number is limited.
-constexpr std::int64_t checks = 300;
+// Each leaves a compiled statement behind, so that their number is limited.
+constexpr std::int64_t readings = 300;
 
 void overSizesOfStores(benchmark::internal::Benchmark* benchmark)
 {
     benchmark->ArgName("messages")->Arg(1'000)->Arg(100'000)->Arg(5'000'000);
-    benchmark->UseManualTime()->Iterations(checks);
+    benchmark->UseManualTime()->Iterations(readings);
 }
 
-BENCHMARK_CAPTURE(checkStore, text, WordsIn::text)->Apply(overSizesOfStores);
-BENCHMARK_CAPTURE(checkStore, body, WordsIn::body)->Apply(overSizesOfStores);
+BENCHMARK_CAPTURE(readStore, checkText, &CheckedStore::check, WordsIn::text)
+    ->Apply(overSizesOfStores);
+BENCHMARK_CAPTURE(readStore, checkBody, &CheckedStore::check, WordsIn::body)
+    ->Apply(overSizesOfStores);
+BENCHMARK_CAPTURE(readStore, fetchText, &CheckedStore::fetch, WordsIn::text)
+    ->Apply(overSizesOfStores);
+BENCHMARK_CAPTURE(readStore, fetchBody, &CheckedStore::fetch, WordsIn::body)
+    ->Apply(overSizesOfStores);
 
 } // namespace
 } // namespace orlimo

@@ -16,6 +16,9 @@ namespace orlimo {
 class CheckedStore
 {
 public:
+    /// How many of the newest messages a check looks at.
+    static constexpr int examinedMessages = 10;
+
     /// With `number` messages to begin with. Failures are thrown as std::runtime_error.
     explicit CheckedStore(std::int64_t number);
 
@@ -25,7 +28,10 @@ public:
     /// One check of the newest messages. They hold no code, so that each of them is looked at.
     void check() { (void)message->checkMessages(); }
 
-    /// How SQLite goes about the query of the last check, its steps separated by a comma.
+    /// The part of a check that depends on the store: the newest messages are read.
+    void fetch() { (void)reader->fetchMessages(examinedMessages); }
+
+    /// How SQLite goes about the last query, its steps separated by a comma.
     [[nodiscard]] std::string queryPlan() const;
 
 private:
