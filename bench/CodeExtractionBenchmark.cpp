@@ -2,7 +2,9 @@
 
 #include <benchmark/benchmark.h>
 
+#include <ctime>
 #include <string>
+#include <string_view>
 
 namespace orlimo {
 namespace {
@@ -33,29 +35,76 @@ void findCodes(benchmark::State& state, std::string_view part)
         static_cast<std::int64_t>(text.size()) * static_cast<std::int64_t>(state.iterations()));
 }
 
-void overLengthsOfTexts(benchmark::internal::Benchmark* benchmark)
+/// How many nanoseconds of processor time one byte takes where `text` is searched `times` times.
+double nanosecondsPerByte(const std::string& text, int times)
+{
+    const std::clock_t before = std::clock();
+    for (int done = 0; done < times; ++done) {
+        benchmark::DoNotOptimize(findNumbers(text, pattern));
+    }
+    constexpr double nanoseconds = 1e9 / CLOCKS_PER_SEC;
+    return static_cast<double>(std::clock() - before) * nanoseconds /
+           (static_cast<double>(text.size()) * times);
+}
+
+/// Compares a text of that length with one of a sixteenth, which is searched as often as makes up
+/// for it, half of that before and half after: what slows the processor slows both. The counters
+/// are means over the iterations.
+void compareLengths(benchmark::State& state, std::string_view part)
+{
+    constexpr int fraction = 16;
+    const auto length = static_cast<std::size_t>(state.range(0));
+    const std::string longText = repeated(part, length);
+    const std::string shortText = repeated(part, length / fraction);
+    double ofLong = 0;
+    double ofShort = 0;
+    while (state.KeepRunning()) {
+        ofShort += nanosecondsPerByte(shortText, fraction / 2) / 2;
+        ofLong += nanosecondsPerByte(longText, 1);
+        ofShort += nanosecondsPerByte(shortText, fraction / 2) / 2;
+    }
+    state.counters["long_ns"] = {ofLong, benchmark::Counter::kAvgIterations};
+    state.counters["short_ns"] = {ofShort, benchmark::Counter::kAvgIterations};
+}
+
+void overLengths(benchmark::internal::Benchmark* benchmark)
 {
     benchmark->ArgName("bytes")->RangeMultiplier(10)->Range(100, 1'000'000)->Arg(16'000'000);
     benchmark->Complexity();
 }
 
-BENCHMARK_CAPTURE(findCodes, words, "lunch at noon? ")->Apply(overLengthsOfTexts);
-BENCHMARK_CAPTURE(findCodes, codes, "482913 ")->Apply(overLengthsOfTexts);
-BENCHMARK_CAPTURE(findCodes, digits, "7")->Apply(overLengthsOfTexts);
-BENCHMARK_CAPTURE(findCodes, digitAndLetter, "7a")->Apply(overLengthsOfTexts);
-BENCHMARK_CAPTURE(findCodes, threeDigitsAndLetter, "777a")->Apply(overLengthsOfTexts);
-BENCHMARK_CAPTURE(findCodes, fullWidthDigits, "\xEF\xBC\x97")->Apply(overLengthsOfTexts);
-// An enclosing keycap (U+20E3) on the last of five digits, so that each match ends inside a
-// character and is left out.
-BENCHMARK_CAPTURE(findCodes, keycaps, "77777\xE2\x83\xA3")->Apply(overLengthsOfTexts);
-// Combining acute accents (U+0301) alone: characters without an end.
-BENCHMARK_CAPTURE(findCodes, combiningMarks, "\xCC\x81")->Apply(overLengthsOfTexts);
-// A match, and then a character that is long.
-BENCHMARK_CAPTURE(
-    findCodes,
-    codesWithCombiningMarks,
-    "48291 \xCC\x81\xCC\x81\xCC\x81\xCC\x81\xCC\x81\xCC\x81\xCC\x81\xCC\x81\xCC\x81\xCC\x81")
-    ->Apply(overLengthsOfTexts);
+void onLongTexts(benchmark::internal::Benchmark* benchmark)
+{
+    benchmark->ArgName("bytes")->Arg(160'000)->Arg(16'000'000)->Iterations(1);
+}
+
+// An enclosing keycap (U+20E3) on the last of five digits: each match ends inside a character and
+// is left out.
+constexpr std::string_view keycap = "77777\xE2\x83\xA3";
+// The combining acute accent (U+0301), alone and in a long character after each code.
+constexpr std::string_view accent = "\xCC\x81";
+constexpr std::string_view codeAndAccents =
+    "48291 \xCC\x81\xCC\x81\xCC\x81\xCC\x81\xCC\x81\xCC\x81\xCC\x81\xCC\x81\xCC\x81\xCC\x81";
+
+BENCHMARK_CAPTURE(findCodes, words, "lunch at noon? ")->Apply(overLengths);
+BENCHMARK_CAPTURE(findCodes, codes, "482913 ")->Apply(overLengths);
+BENCHMARK_CAPTURE(findCodes, digits, "7")->Apply(overLengths);
+BENCHMARK_CAPTURE(findCodes, digitAndLetter, "7a")->Apply(overLengths);
+BENCHMARK_CAPTURE(findCodes, threeDigitsAndLetter, "777a")->Apply(overLengths);
+BENCHMARK_CAPTURE(findCodes, fullWidthDigits, "\xEF\xBC\x97")->Apply(overLengths);
+BENCHMARK_CAPTURE(findCodes, keycaps, keycap)->Apply(overLengths);
+BENCHMARK_CAPTURE(findCodes, combiningMarks, accent)->Apply(overLengths);
+BENCHMARK_CAPTURE(findCodes, codesWithCombiningMarks, codeAndAccents)->Apply(overLengths);
+
+BENCHMARK_CAPTURE(compareLengths, words, "lunch at noon? ")->Apply(onLongTexts);
+BENCHMARK_CAPTURE(compareLengths, codes, "482913 ")->Apply(onLongTexts);
+BENCHMARK_CAPTURE(compareLengths, digits, "7")->Apply(onLongTexts);
+BENCHMARK_CAPTURE(compareLengths, digitAndLetter, "7a")->Apply(onLongTexts);
+BENCHMARK_CAPTURE(compareLengths, threeDigitsAndLetter, "777a")->Apply(onLongTexts);
+BENCHMARK_CAPTURE(compareLengths, fullWidthDigits, "\xEF\xBC\x97")->Apply(onLongTexts);
+BENCHMARK_CAPTURE(compareLengths, keycaps, keycap)->Apply(onLongTexts);
+BENCHMARK_CAPTURE(compareLengths, combiningMarks, accent)->Apply(onLongTexts);
+BENCHMARK_CAPTURE(compareLengths, codesWithCombiningMarks, codeAndAccents)->Apply(onLongTexts);
 
 } // namespace
 } // namespace orlimo

@@ -42,9 +42,8 @@ void FilledStore::fill(std::int64_t number)
         ") INSERT INTO message (guid, text, handle_id, service, account, date, is_delivered, "
         "is_finished) SELECT printf('%032X', number), 'On my way', 1, 'SMS', 'P:+15550199', "
         "number * 1000000000, 1, 1 FROM counted");
-    store.run(
-        "INSERT INTO chat_message_join (chat_id, message_id, message_date) "
-        "SELECT 1, ROWID, date FROM message");
+    store.run("INSERT INTO chat_message_join (chat_id, message_id, message_date) "
+              "SELECT 1, ROWID, date FROM message");
     store.commit();
     store.run("PRAGMA journal_mode = WAL");
     // Moved into the store now and then, so that the log does not grow with the number of checks.
