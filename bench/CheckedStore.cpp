@@ -1,6 +1,7 @@
 #include "bench/CheckedStore.h"
 
 #include "tests/capture/IdleVnodeSource.h"
+#include "tests/capture/KeptDatabase.h"
 #include "tests/capture/OpenedConnections.h"
 
 #include <sqlite3.h>
@@ -33,7 +34,7 @@ CheckedStore::CheckedStore(std::int64_t number)
     : store(number)
     , reader(openedReader())
     , message(Message::create({
-          .database = *reader,
+          .database = reader,
           .userDefaults = standardUserDefaults(),
           .pasteboard = generalPasteboard(),
           .libraryFolder = [folder = store.libraryFolder()] { return folder; },
@@ -45,10 +46,10 @@ CheckedStore::CheckedStore(std::int64_t number)
     }
 }
 
-std::unique_ptr<Database> CheckedStore::openedReader()
+Database& CheckedStore::openedReader()
 {
     const OpenedConnections opened;
-    auto database = std::make_unique<Database>(store.libraryFolder());
+    Database& database = keptDatabase(store.libraryFolder());
     connection = opened.only();
     return database;
 }

@@ -29,18 +29,19 @@ public:
     void check() { (void)message->checkMessages(); }
 
     /// The part of a check that depends on the store: the newest messages are read.
-    void fetch() { (void)reader->fetchMessages(examinedMessages); }
+    void fetch() { (void)reader.fetchMessages(examinedMessages); }
 
     /// How SQLite goes about the last query, its steps separated by a comma.
     [[nodiscard]] std::string queryPlan() const;
 
 private:
-    [[nodiscard]] std::unique_ptr<Database> openedReader();
+    [[nodiscard]] Database& openedReader();
 
     FilledStore store;
     // The reader's own, to ask about its statements.
     sqlite3* connection = nullptr;
-    std::unique_ptr<Database> reader;
+    // Lives as long as the process, as the program's own.
+    Database& reader;
     std::shared_ptr<Message> message;
 };
 
