@@ -1,10 +1,10 @@
 #include "capture/BodyDecoding.h"
+#include "tests/capture/Dice.h"
 #include "tests/capture/PlainBodyDecoding.h"
 
 #include <benchmark/benchmark.h>
 
 #include <cstring>
-#include <random>
 #include <string>
 
 namespace orlimo {
@@ -19,9 +19,9 @@ std::string bodyOf(std::size_t length)
                        "019584012B"
                        "05"
                        "48656C6C6F";
-    std::mt19937 generator; // the same in each run
+    Dice dice(1);
     while (body.size() < length) {
-        body.push_back(digits[generator() % digits.size()]);
+        body.push_back(digits[dice.below(digits.size())]);
     }
     return body;
 }
