@@ -1,29 +1,35 @@
+#include "bench/DescriptorBuffer.h"
+#include "platform/posix/UniqueFd.h"
+#include "tests/support/TestSandbox.h"
+
+#include <QGuiApplication>
 #include <benchmark/benchmark.h>
 
-#include <fstream>
-#include <string>
+#include <iostream>
 
 #include <fcntl.h>
 #include <unistd.h>
 
-/// Runs the benchmarks with the program's own log lines led to nowhere, and the table where
-/// standard output was.
+/// Runs the benchmarks in a home of their own, with the program's own log lines led to nowhere and
+/// the figures where standard output was.
 int main(int argc, char* argv[])
 {
-    const int table = ::dup(STDOUT_FILENO);
-    const int nowhere = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
-    if (table < 0 || nowhere < 0 || ::dup2(nowhere, STDOUT_FILENO) < 0) {
+    const orlimo::UniqueFd figures(::dup(STDOUT_FILENO));
+    const orlimo::UniqueFd nowhere(::open("/dev/null", O_WRONLY | O_CLOEXEC));
+    if (!figures || !nowhere || ::dup2(nowhere.get(), STDOUT_FILENO) < 0) {
         return 1;
     }
-    std::ofstream stream("/dev/fd/" + std::to_string(table), std::ios::app);
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
         return 2;
     }
-    benchmark::ConsoleReporter reporter(benchmark::ConsoleReporter::OO_None);
-    reporter.SetOutputStream(&stream);
-    reporter.SetErrorStream(&stream);
-    benchmark::RunSpecifiedBenchmarks(&reporter);
+    const orlimo::TestSandbox sandbox;
+    const QGuiApplication application(argc, argv);
+    // The library's reporters write to this stream, the log lines to the descriptor itself.
+    orlimo::DescriptorBuffer buffer(figures.get());
+    std::streambuf* const before = std::cout.rdbuf(&buffer);
+    benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();
+    std::cout.rdbuf(before);
     return 0;
 }

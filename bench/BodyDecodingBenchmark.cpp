@@ -1,4 +1,6 @@
 #include "capture/BodyDecoding.h"
+#include "tests/capture/Dice.h"
+#include "tests/capture/PlainBodyDecoding.h"
 
 #include <benchmark/benchmark.h>
 
@@ -8,17 +10,25 @@
 namespace orlimo {
 namespace {
 
-/// The hexadecimal text of a body of about `length` characters: a short string and a long rest.
+/// The hexadecimal text of a body of `length` characters: a short string, and a rest of arbitrary
+/// bytes.
 std::string bodyOf(std::size_t length)
 {
+    constexpr std::string_view digits = "0123456789ABCDEF";
     std::string body = "4E53537472696E67"
                        "019584012B"
                        "05"
                        "48656C6C6F";
+    Dice dice(1);
     while (body.size() < length) {
-        body += "8684026949";
+        body.push_back(digits[dice.below(digits.size())]);
     }
     return body;
+}
+
+void setBytes(benchmark::State& state)
+{
+    state.SetBytesProcessed(state.range(0) * static_cast<std::int64_t>(state.iterations()));
 }
 
 void decodeBody(benchmark::State& state)
@@ -27,8 +37,17 @@ void decodeBody(benchmark::State& state)
     while (state.KeepRunning()) {
         benchmark::DoNotOptimize(decodeAttributedBody(body));
     }
-    state.SetBytesProcessed(
-        static_cast<std::int64_t>(body.size()) * static_cast<std::int64_t>(state.iterations()));
+    setBytes(state);
+}
+
+/// The implementation by which the tests judge the one above.
+void decodeBodyPlainly(benchmark::State& state)
+{
+    const std::string body = bodyOf(static_cast<std::size_t>(state.range(0)));
+    while (state.KeepRunning()) {
+        benchmark::DoNotOptimize(plainDecoding(body));
+    }
+    setBytes(state);
 }
 
 /// One pass of a byte copy over the same text, the floor for anything that reads it.
@@ -41,15 +60,17 @@ void copyBody(benchmark::State& state)
         benchmark::DoNotOptimize(copy.data());
         benchmark::ClobberMemory();
     }
-    state.SetBytesProcessed(
-        static_cast<std::int64_t>(body.size()) * static_cast<std::int64_t>(state.iterations()));
+    setBytes(state);
 }
 
-constexpr std::int64_t shortest = 100;
-constexpr std::int64_t longest = 16'000'000;
+void overLengthsOfBodies(benchmark::internal::Benchmark* benchmark)
+{
+    benchmark->ArgName("bytes")->RangeMultiplier(10)->Range(100, 1'000'000)->Arg(16'000'000);
+}
 
-BENCHMARK(decodeBody)->RangeMultiplier(10)->Range(shortest, longest);
-BENCHMARK(copyBody)->RangeMultiplier(10)->Range(shortest, longest);
+BENCHMARK(decodeBody)->Apply(overLengthsOfBodies);
+BENCHMARK(decodeBodyPlainly)->Apply(overLengthsOfBodies);
+BENCHMARK(copyBody)->Apply(overLengthsOfBodies);
 
 } // namespace
 } // namespace orlimo

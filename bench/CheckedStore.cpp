@@ -1,0 +1,71 @@
+#include "bench/CheckedStore.h"
+
+#include "tests/capture/IdleVnodeSource.h"
+#include "tests/capture/KeptDatabase.h"
+#include "tests/capture/OpenedConnections.h"
+
+#include <sqlite3.h>
+
+#include <stdexcept>
+
+namespace orlimo {
+
+namespace {
+
+std::shared_ptr<FileMonitor> deafMonitor(const std::filesystem::path& file)
+{
+    WatchHost host = WatchHost::native();
+    host.makeVnodeSource = [](int, VnodeEvents, Queue&) {
+        return std::make_unique<IdleVnodeSource>();
+    };
+    return FileMonitor::create(file, host);
+}
+
+int appendStep(void* plan, int columns, char** values, char** /*names*/)
+{
+    auto& text = *static_cast<std::string*>(plan);
+    text.append(text.empty() ? "" : ", ").append(values[columns - 1]);
+    return 0;
+}
+
+} // namespace
+
+CheckedStore::CheckedStore(std::int64_t number)
+    : store(number)
+    , reader(openedReader())
+    , message(Message::create({
+          .database = reader,
+          .userDefaults = standardUserDefaults(),
+          .pasteboard = generalPasteboard(),
+          .libraryFolder = [folder = store.libraryFolder()] { return folder; },
+          .makeFileMonitor = deafMonitor,
+      }))
+{
+    if (!message->registFileObserver()) {
+        throw std::runtime_error("the store cannot be watched");
+    }
+}
+
+Database& CheckedStore::openedReader()
+{
+    const OpenedConnections opened;
+    Database& database = keptDatabase(store.libraryFolder());
+    connection = opened.only();
+    return database;
+}
+
+std::string CheckedStore::queryPlan() const
+{
+    const auto statements = statementsOn(connection);
+    if (statements.empty()) {
+        throw std::runtime_error("nothing was asked of the store");
+    }
+    std::string plan;
+    const std::string question = "EXPLAIN QUERY PLAN " + statements.back();
+    if (sqlite3_exec(connection, question.c_str(), appendStep, &plan, nullptr) != SQLITE_OK) {
+        throw std::runtime_error(sqlite3_errmsg(connection));
+    }
+    return plan;
+}
+
+} // namespace orlimo
