@@ -108,6 +108,12 @@ class Desktop:
         clock.await_line("ready")
         return clock
 
+    def start_status_notifier_host(self):
+        """A panel on the session bus, which tells when an icon has come."""
+        clock = self.start([str(self.programs / "orlimo-panel-clock")], self.environment())
+        clock.await_line("ready")
+        return clock
+
     def make_home(self, name):
         return Home(self, self.folder / name)
 
