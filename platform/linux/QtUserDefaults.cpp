@@ -108,12 +108,8 @@ class SettingsUserDefaults final : public UserDefaults
 public:
     [[nodiscard]] bool boolForKey(std::string_view key) const override
     {
-        // The file is read each time; what the same text means is not worked out again.
-        const QByteArray text = content();
-        if (!latest || !latest->isOf(text)) {
-            latest.emplace(text);
-        }
-        return !latest->isDamaged() && asBool(latest->contents().value(toQString(key)));
+        const SettingsText& settings = understood(content());
+        return !settings.isDamaged() && asBool(settings.contents().value(toQString(key)));
     }
 
     void setBool(bool value, std::string_view key) override
@@ -128,7 +124,7 @@ public:
     [[nodiscard]] std::map<std::string, std::string> dictionaryRepresentation() const override
     {
         std::map<std::string, std::string> dictionary;
-        const SettingsText settings(understoodContent());
+        const SettingsText& settings = understood(understoodContent());
         const QVariantMap& contents = settings.contents();
         for (auto entry = contents.begin(); entry != contents.end(); ++entry) {
             dictionary.emplace(entry.key().toStdString(), entry.value().toString().toStdString());
@@ -172,6 +168,16 @@ private:
         return true;
     }
 
+    /// What `text` stands for. The file is read at each use; what the same text means is worked out
+    /// once. Good until the next call.
+    [[nodiscard]] const SettingsText& understood(const QByteArray& text) const
+    {
+        if (!latest || !latest->isOf(text)) {
+            latest.emplace(text);
+        }
+        return *latest;
+    }
+
     [[nodiscard]] QByteArray content() const
     {
         // At each use, on the way of a code to the clipboard: with as few calls as can be.
@@ -189,7 +195,7 @@ private:
     [[nodiscard]] QByteArray understoodContent() const
     {
         QByteArray text = content();
-        return SettingsText(text).isDamaged() ? QByteArray() : text;
+        return understood(text).isDamaged() ? QByteArray() : text;
     }
 
     /// The first write replaces a file that could not be understood: what the user had in it is
@@ -197,7 +203,7 @@ private:
     void keepDamagedFile() const
     {
         const QString copy = file + QStringLiteral(".damaged");
-        if (SettingsText(content()).isDamaged() && QFile::copy(file, copy)) {
+        if (understood(content()).isDamaged() && QFile::copy(file, copy)) {
             (void)std::fprintf(
                 stderr,
                 "Orlimo cannot understand its preferences; the old file is kept as %s\n",
