@@ -256,7 +256,7 @@ public:
     }
 
     /// Clicks the middle of `window` and says how many nanoseconds later the screen looked for the
-    /// first time as it did in the end, but for a fiftieth of what changed.
+    /// first time as it did in the end, but for a twentieth of what changed.
     std::string click(xcb_window_t window)
     {
         const auto place = middleOf(screen, window);
@@ -331,13 +331,13 @@ private:
         for (std::size_t index = 0; index < last.size(); ++index) {
             changed += last[index] != before[index] ? 1U : 0U;
         }
-        constexpr std::size_t fiftieth = 50;
+        constexpr std::size_t twentieth = 20;
         for (const Look& look : looks) {
             std::size_t missing = 0;
             for (std::size_t index = 0; index < last.size(); ++index) {
                 missing += look.pixels[index] != last[index] ? 1U : 0U;
             }
-            if (missing <= changed / fiftieth) {
+            if (missing <= changed / twentieth) {
                 return std::to_string(look.moment - clicked) + ' ' + std::to_string(changed);
             }
         }
