@@ -189,10 +189,25 @@ constexpr std::uint8_t kindOf(const xcb_generic_event_t& event)
     });
 }
 
-/// Says when a tray takes a window in, and where the window has come to be; for a screen without a
-/// window manager.
+/// Which process says that it has made a window; 0 when none does.
+std::uint32_t processOf(const Screen& screen, xcb_window_t window, xcb_atom_t property)
+{
+    const auto reply = owned(xcb_get_property_reply(
+        screen.connection(),
+        xcb_get_property(screen.connection(), 0, window, property, XCB_ATOM_CARDINAL, 0, 1),
+        nullptr));
+    std::uint32_t process = 0;
+    if (reply && xcb_get_property_value_length(reply.get()) == sizeof process) {
+        std::memcpy(&process, xcb_get_property_value(reply.get()), sizeof process);
+    }
+    return process;
+}
+
+/// Says when a window is taken into another one, as a tray does with an icon, which window it is
+/// and whose.
 [[noreturn]] void followDocking(const Screen& screen)
 {
+    const xcb_atom_t process = screen.atom("_NET_WM_PID");
     const std::uint32_t mask = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
     xcb_change_window_attributes(screen.connection(), screen.root(), XCB_CW_EVENT_MASK, &mask);
     screen.roundTrip();
@@ -201,7 +216,8 @@ constexpr std::uint8_t kindOf(const xcb_generic_event_t& event)
         if (kindOf(event) == XCB_REPARENT_NOTIFY) {
             const auto& change = reinterpret_cast<const xcb_reparent_notify_event_t&>(event);
             if (change.parent != screen.root()) {
-                std::cout << moment << ' ' << change.window << std::endl;
+                std::cout << moment << ' ' << change.window << ' '
+                          << processOf(screen, change.window, process) << std::endl;
             }
         }
     });

@@ -118,6 +118,16 @@ class Desktop:
         return Home(self, self.folder / name)
 
 
+def await_icon(clock, process):
+    """The moment at which the icon of `process` had its place, and what the place calls it."""
+    while read := clock.read_line():
+        moment, name, *owner = read[0].split()
+        # A panel on the bus tells of nothing but icons.
+        if not owner or int(owner[0]) == process.pid:
+            return int(moment), name
+    raise RuntimeError(f"{process.command[0]} has no icon in the tray")
+
+
 class Home:
     """A home with settings and a message store of its own."""
 
