@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QLabel>
 #include <QPainter>
 #include <QPixmap>
 #include <QSystemTrayIcon>
@@ -33,7 +34,8 @@ QPixmap disc()
 
 /// The least that a program with an icon in the tray and a window can be: nothing is read, watched
 /// or translated, and the window is empty. Says "application" when it has the toolkit's application
-/// object, and "icon" when it has asked for its icon's place.
+/// object, and "icon" when it has asked for its icon's place. With the argument --text there is one
+/// line of text in the window.
 int main(int argc, char* argv[])
 {
     const QApplication application(argc, argv);
@@ -42,6 +44,10 @@ int main(int argc, char* argv[])
     QWidget window;
     window.setWindowFlags(Qt::Tool | Qt::FramelessWindowHint);
     window.setFixedSize(300, 540);
+    QLabel label(&window);
+    if (argc == 2 && std::string_view(argv[1]) == "--text") {
+        label.setText(QStringLiteral("Latest Code"));
+    }
     QSystemTrayIcon icon{QIcon(disc())};
     QObject::connect(&icon, &QSystemTrayIcon::activated, &window, [&window] {
         if (window.isHidden()) {
