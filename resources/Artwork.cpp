@@ -15,6 +15,7 @@ namespace orlimo {
 
 Artwork::Artwork(QStringView folder, QStringView name)
     : file(QStringLiteral(":/%1/%2.svg").arg(folder, name))
+    , renderer(std::make_shared<QSvgRenderer>())
 {
     registerResources();
 }
@@ -32,7 +33,10 @@ QPixmap Artwork::drawn(QSize size, qreal devicePixelRatio) const
     }
     pixmap.fill(Qt::transparent);
     QPainter painter(&pixmap);
-    QSvgRenderer(file).render(&painter, QRectF(pixmap.rect()));
+    if (!renderer->isValid()) {
+        renderer->load(file);
+    }
+    renderer->render(&painter, QRectF(pixmap.rect()));
     painter.end();
     pixmap.setDevicePixelRatio(devicePixelRatio);
     return pixmap;

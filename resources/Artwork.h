@@ -6,9 +6,14 @@
 #include <QString>
 #include <QStringView>
 
+#include <memory>
+
+class QSvgRenderer;
+
 namespace orlimo {
 
-/// One vector drawing among the program's resources. Main thread.
+/// One vector drawing among the program's resources, understood when it is first drawn; copies
+/// share that. Main thread.
 class Artwork
 {
 public:
@@ -27,6 +32,7 @@ public:
 
 private:
     QString file;
+    std::shared_ptr<QSvgRenderer> renderer;
 };
 
 } // namespace orlimo

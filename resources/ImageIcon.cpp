@@ -1,10 +1,11 @@
 #include "resources/ImageIcon.h"
 
-#include "resources/ImageAsset.h"
+#include "resources/Artwork.h"
 
 #include <QIconEngine>
 #include <QPainter>
 
+#include <map>
 #include <utility>
 
 namespace orlimo {
@@ -14,8 +15,8 @@ namespace {
 class ImageIconEngine final : public QIconEngine
 {
 public:
-    explicit ImageIconEngine(QString name)
-        : imageName(std::move(name))
+    explicit ImageIconEngine(const QString& name)
+        : image(u"images", name)
     {}
 
     void paint(QPainter* painter, const QRect& area, QIcon::Mode mode, QIcon::State state) override
@@ -32,8 +33,13 @@ public:
     QPixmap scaledPixmap(
         const QSize& size, QIcon::Mode /*mode*/, QIcon::State /*state*/, qreal scale) override
     {
-        // The size counts pixels here, and points where the image is asked for.
-        QPixmap pixmap = imageNamed(imageName, size, 1);
+        // Whoever takes an icon takes all its sizes, and often more than once.
+        auto known = drawn.find({size.width(), size.height()});
+        if (known == drawn.end()) {
+            // The size counts pixels here, and points where the image is asked for.
+            known = drawn.insert({{size.width(), size.height()}, image.drawn(size, 1)}).first;
+        }
+        QPixmap pixmap = known->second;
         pixmap.setDevicePixelRatio(scale);
         return pixmap;
     }
@@ -41,7 +47,7 @@ public:
     QList<QSize> availableSizes(QIcon::Mode /*mode*/, QIcon::State /*state*/) override
     {
         QList<QSize> sizes;
-        for (const int edge : {16, 22, 24, 32, 44, 48, 64, 128, 256}) {
+        for (const int edge : {16, 22, 24, 32, 44, 48, 64, 128}) {
             sizes.append({edge, edge});
         }
         return sizes;
@@ -52,7 +58,8 @@ public:
     QString key() const override { return QStringLiteral("ImageIconEngine"); }
 
 private:
-    QString imageName;
+    Artwork image;
+    std::map<std::pair<int, int>, QPixmap> drawn;
 };
 
 } // namespace

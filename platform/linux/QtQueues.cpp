@@ -33,12 +33,15 @@ class BackgroundQueue final : public Queue
 public:
     void async(Work work) override
     {
-        const std::lock_guard guard(mutex);
-        list.push_back(std::move(work));
-        if (idle < list.size() && threads < mostThreads) {
-            ++threads;
-            std::thread([this] { runForEver(); }).detach();
+        {
+            const std::lock_guard guard(mutex);
+            list.push_back(std::move(work));
+            if (idle < list.size() && threads < mostThreads) {
+                ++threads;
+                std::thread([this] { runForEver(); }).detach();
+            }
         }
+        // Not under the mutex, for which the thread that wakes would fall asleep again.
         changed.notify_one();
     }
 

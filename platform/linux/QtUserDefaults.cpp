@@ -12,13 +12,18 @@
 #include <QString>
 #include <QTemporaryFile>
 #include <QVariant>
+#include <QVariantMap>
 
 #include <array>
 #include <cstdio>
-#include <memory>
+#include <ctime>
+#include <optional>
+#include <utility>
 
+#include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace orlimo {
 
@@ -43,17 +48,19 @@ bool asBool(const QVariant& value)
 }
 
 /// The settings that one text stands for.
-///
-/// QSettings remembers what it read from a file by the file's name, size and time in whole
-/// milliseconds, keeps a value that it could not write as if it were stored, and reports a damaged
-/// file to one reader only. So it never sees the user's file: it is given the text in a file in
-/// memory, which differs in time from every one before.
 class SettingsText
 {
 public:
-    explicit SettingsText(const QByteArray& text)
-        : descriptor(::memfd_create("settings", MFD_CLOEXEC))
+    /// Has the toolkit understand `text`.
+    ///
+    /// QSettings remembers what it read from a file by the file's name, size and time in whole
+    /// milliseconds, keeps a value that it could not write as if it were stored, and reports a
+    /// damaged file to one reader only. So it never sees the user's file: it is given the text in a
+    /// file in memory, which differs in time from every one before.
+    explicit SettingsText(QByteArray understood)
+        : text(std::move(understood))
     {
+        const UniqueFd descriptor(::memfd_create("settings", MFD_CLOEXEC));
         const QString name = QStringLiteral("/proc/self/fd/%1").arg(descriptor.get());
         QFile file(name);
         if (file.open(QIODevice::WriteOnly)) {
@@ -64,18 +71,24 @@ public:
         const timespec time{++lastTime, 0};
         const std::array<timespec, 2> accessAndChange{time, time};
         (void)::futimens(descriptor.get(), accessAndChange.data());
-        settings = std::make_unique<QSettings>(name, QSettings::NativeFormat);
+        const QSettings settings(name, QSettings::NativeFormat);
         // Lines are understood only when they are asked for; damage is not reported before.
-        (void)settings->allKeys();
+        for (const QString& key : settings.allKeys()) {
+            values.insert(key, settings.value(key));
+        }
+        damaged = settings.status() == QSettings::FormatError;
     }
 
-    [[nodiscard]] bool isDamaged() const { return settings->status() == QSettings::FormatError; }
+    [[nodiscard]] bool isOf(const QByteArray& other) const { return text == other; }
+    [[nodiscard]] bool isDamaged() const { return damaged; }
 
-    const QSettings* operator->() const { return settings.get(); }
+    /// What is under each key, also in a damaged text.
+    [[nodiscard]] const QVariantMap& contents() const { return values; }
 
 private:
-    UniqueFd descriptor;
-    std::unique_ptr<QSettings> settings;
+    QByteArray text;
+    QVariantMap values;
+    bool damaged = false;
 };
 
 /// The settings file of the application "Orlimo" of the organisation "Orlimo", in the folder where
@@ -95,8 +108,8 @@ class SettingsUserDefaults final : public UserDefaults
 public:
     [[nodiscard]] bool boolForKey(std::string_view key) const override
     {
-        const SettingsText settings(content());
-        return !settings.isDamaged() && asBool(settings->value(toQString(key)));
+        const SettingsText& settings = understood(content());
+        return !settings.isDamaged() && asBool(settings.contents().value(toQString(key)));
     }
 
     void setBool(bool value, std::string_view key) override
@@ -111,9 +124,10 @@ public:
     [[nodiscard]] std::map<std::string, std::string> dictionaryRepresentation() const override
     {
         std::map<std::string, std::string> dictionary;
-        const SettingsText settings(understoodContent());
-        for (const QString& key : settings->allKeys()) {
-            dictionary.emplace(key.toStdString(), settings->value(key).toString().toStdString());
+        const SettingsText& settings = understood(understoodContent());
+        const QVariantMap& contents = settings.contents();
+        for (auto entry = contents.begin(); entry != contents.end(); ++entry) {
+            dictionary.emplace(entry.key().toStdString(), entry.value().toString().toStdString());
         }
         return dictionary;
     }
@@ -154,17 +168,34 @@ private:
         return true;
     }
 
+    /// What `text` stands for. The file is read at each use; what the same text means is worked out
+    /// once. Good until the next call.
+    [[nodiscard]] const SettingsText& understood(const QByteArray& text) const
+    {
+        if (!latest || !latest->isOf(text)) {
+            latest.emplace(text);
+        }
+        return *latest;
+    }
+
     [[nodiscard]] QByteArray content() const
     {
-        QFile stored(file);
-        return stored.open(QIODevice::ReadOnly) ? stored.readAll() : QByteArray();
+        // At each use, on the way of a code to the clipboard: with as few calls as can be.
+        const UniqueFd stored(::open(QFile::encodeName(file).constData(), O_RDONLY | O_CLOEXEC));
+        QByteArray text;
+        std::array<char, 4096> part{};
+        ssize_t length = 0;
+        while (stored.get() >= 0 && (length = ::read(stored.get(), part.data(), part.size())) > 0) {
+            text.append(part.data(), length);
+        }
+        return text;
     }
 
     /// The content of the file as it is now, or nothing when it is damaged.
     [[nodiscard]] QByteArray understoodContent() const
     {
         QByteArray text = content();
-        return SettingsText(text).isDamaged() ? QByteArray() : text;
+        return understood(text).isDamaged() ? QByteArray() : text;
     }
 
     /// The first write replaces a file that could not be understood: what the user had in it is
@@ -172,7 +203,7 @@ private:
     void keepDamagedFile() const
     {
         const QString copy = file + QStringLiteral(".damaged");
-        if (SettingsText(content()).isDamaged() && QFile::copy(file, copy)) {
+        if (understood(content()).isDamaged() && QFile::copy(file, copy)) {
             (void)std::fprintf(
                 stderr,
                 "Orlimo cannot understand its preferences; the old file is kept as %s\n",
@@ -181,6 +212,7 @@ private:
     }
 
     const QString file = settingsFileName();
+    mutable std::optional<SettingsText> latest;
 };
 
 } // namespace

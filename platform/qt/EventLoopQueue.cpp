@@ -5,6 +5,7 @@
 #include <QObject>
 
 #include <deque>
+#include <memory>
 #include <mutex>
 #include <utility>
 
@@ -20,11 +21,17 @@ public:
 
     void async(Work work) override
     {
-        const std::lock_guard guard(mutex);
-        if (open) {
+        auto event = std::make_unique<QEvent>(QEvent::User);
+        {
+            const std::lock_guard guard(mutex);
+            if (!open) {
+                return;
+            }
             list.push_back(std::move(work));
-            QCoreApplication::postEvent(this, new QEvent(QEvent::User));
         }
+        // Not under the mutex, for which the event loop's thread that wakes would fall asleep
+        // again.
+        QCoreApplication::postEvent(this, event.release());
     }
 
     /// From here on work is dropped: there is no event loop any more to post to.

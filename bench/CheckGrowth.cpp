@@ -1,0 +1,115 @@
+#include "capture/Message.h"
+#include "capture/PreferenceDefaults.h"
+
+#include <QCoreApplication>
+#include <sqlite3.h>
+
+#include <charconv>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <iostream>
+
+#include <malloc.h>
+
+namespace orlimo {
+namespace {
+
+/// Takes what is copied and keeps nothing of it.
+class NoPasteboard final : public Pasteboard
+{
+public:
+    void declareTypes(std::initializer_list<PasteboardType> /*types*/) override {}
+    void setString(std::string_view /*text*/, PasteboardType /*type*/) override {}
+};
+
+/// Has SQLite's memory come from the allocator as it is, with nothing of SQLite's in front of each
+/// piece, so that SQLite and the allocator count the same.
+void letSqliteAllocatePlainly()
+{
+    constexpr int alignment = 8;
+    sqlite3_mem_methods methods{
+        .xMalloc = [](int size) { return std::malloc(static_cast<std::size_t>(size)); },
+        .xFree = std::free,
+        .xRealloc = [](void* piece,
+                       int size) { return std::realloc(piece, static_cast<std::size_t>(size)); },
+        .xSize = [](void* piece) { return static_cast<int>(::malloc_usable_size(piece)); },
+        .xRoundup = [](int size) { return (size + alignment - 1) / alignment * alignment; },
+        .xInit = [](void* /*data*/) { return SQLITE_OK; },
+        .xShutdown = [](void* /*data*/) {},
+        .pAppData = nullptr,
+    };
+    if (sqlite3_config(SQLITE_CONFIG_MALLOC, &methods) != SQLITE_OK) {
+        std::abort();
+    }
+}
+
+/// What the process has allocated and not given back, in bytes.
+struct Allocated
+{
+    std::int64_t byProgram = 0;
+    std::int64_t ofThatBySqlite = 0;
+
+    static Allocated now()
+    {
+        const auto heap = ::mallinfo2();
+        sqlite3_int64 pieces = 0;
+        sqlite3_int64 most = 0;
+        (void)sqlite3_status64(SQLITE_STATUS_MALLOC_COUNT, &pieces, &most, 0);
+        // What the allocator itself puts in front of each piece.
+        constexpr std::int64_t header = sizeof(std::size_t);
+        return {
+            static_cast<std::int64_t>(heap.uordblks + heap.hblkhd),
+            sqlite3_memory_used() + pieces * header,
+        };
+    }
+};
+
+int run(int checks)
+{
+    NoPasteboard pasteboard;
+    CaptureHost host{
+        .database = Database::shared(),
+        .userDefaults = standardUserDefaults(),
+        .pasteboard = pasteboard,
+        .libraryFolder = libraryFolder,
+        .makeFileMonitor = [](const auto& file) { return FileMonitor::create(file); },
+    };
+    writePreferenceDefaults(host.userDefaults);
+    const auto message = Message::create(std::move(host));
+    if (!message->registFileObserver()) {
+        return 1;
+    }
+    // What is made once is there after a few.
+    constexpr int first = 20;
+    for (int number = 0; number < first; ++number) {
+        message->fileDidChange();
+    }
+    const Allocated before = Allocated::now();
+    for (int number = 0; number < checks; ++number) {
+        message->fileDidChange();
+    }
+    const Allocated after = Allocated::now();
+    std::cerr << after.byProgram - before.byProgram << ' '
+              << after.ofThatBySqlite - before.ofThatBySqlite << std::endl;
+    return message->verificationCode() == "No Code" ? 1 : 0;
+}
+
+} // namespace
+} // namespace orlimo
+
+/// Has the controller look at the store of the home folder as often as it is told, as it does when
+/// the store has changed, and says on standard error by how many bytes that has made what is
+/// allocated grow, and how many of them are SQLite's.
+int main(int argc, char* argv[])
+{
+    int checks = 0;
+    const char* const number = argc == 2 ? argv[1] : "";
+    if (std::from_chars(number, number + std::strlen(number), checks).ec != std::errc()) {
+        std::cerr << "Usage: orlimo-check-growth CHECKS\n";
+        return 2;
+    }
+    orlimo::letSqliteAllocatePlainly();
+    const QCoreApplication application(argc, argv);
+    return orlimo::run(checks);
+}

@@ -1,0 +1,1 @@
+"""What the measurements of the whole program share: desktops, stores, processes, figures."""
