@@ -17,24 +17,6 @@ namespace {
 constexpr std::string_view fiveOrSixDigits = R"((?<!\d)\d{5,6}(?!\d))";
 constexpr std::string_view fourToSixDigits = R"((?<!\d)\d{4,6}(?!\d))";
 
-/// The pattern's compiled form, or null when it has none. Compiling takes longer than searching a
-/// message, so that the latest form is kept: it is good until the next call.
-const icu::RegexPattern* compiled(std::string_view pattern)
-{
-    static std::string latest;
-    static std::unique_ptr<icu::RegexPattern> form;
-    if (!form || latest != pattern) {
-        UErrorCode status = U_ZERO_ERROR;
-        UParseError where{};
-        form.reset(icu::RegexPattern::compile(asUtf16(pattern), 0, where, status));
-        if (U_FAILURE(status)) {
-            form.reset();
-        }
-        latest = pattern;
-    }
-    return form.get();
-}
-
 /// The list in printed form: ["482913", "1234"].
 std::string printed(const std::vector<std::string>& numbers)
 {
@@ -51,8 +33,10 @@ std::optional<std::vector<std::string>>
 findNumbers(const std::string& text, std::string_view pattern)
 {
     UErrorCode status = U_ZERO_ERROR;
-    const icu::RegexPattern* const expression = compiled(pattern);
-    if (expression == nullptr) {
+    UParseError where{};
+    const std::unique_ptr<icu::RegexPattern> expression(
+        icu::RegexPattern::compile(asUtf16(pattern), 0, where, status));
+    if (U_FAILURE(status)) {
         return std::nullopt;
     }
     const icu::UnicodeString searched = asUtf16(text);

@@ -323,12 +323,28 @@ TEST(CodeExtraction, OtherPreferencesDoNotMatter)
     EXPECT_EQ(extractCode("Code 1234", defaults), std::nullopt);
 }
 
+TEST(CodeExtraction, PatternIsCompiledAnewOnEveryCall)
+{
+    const ForkedRun run = runForked([] {
+        const MemoryUserDefaults defaults;
+        (void)extractCode("Code 123456", defaults);
+        refuseMemoryToIcu();
+        (void)extractCode("Code 654321", defaults);
+    });
+    EXPECT_EQ(run.status, 0);
+    EXPECT_THAT(
+        linesOf(run.output),
+        ElementsAre(
+            "Code 123456",
+            R"(Found numbers: ["123456"])",
+            "Code 654321",
+            "Invalid regex pattern"));
+}
+
 TEST(CodeExtraction, PatternThatCannotBeCompiledIsLogged)
 {
     const ForkedRun run = runForked([] {
         const MemoryUserDefaults defaults;
-        // The compiled form that an earlier test has left is no longer there.
-        (void)findNumbers("", "another pattern");
         refuseMemoryToIcu();
         if (!extractCode("Code 123456", defaults)) {
             writeLogLine("nothing");
