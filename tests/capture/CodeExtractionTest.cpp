@@ -335,10 +335,7 @@ TEST(CodeExtraction, PatternIsCompiledAnewOnEveryCall)
     EXPECT_THAT(
         linesOf(run.output),
         ElementsAre(
-            "Code 123456",
-            R"(Found numbers: ["123456"])",
-            "Code 654321",
-            "Invalid regex pattern"));
+            "Code 123456", R"(Found numbers: ["123456"])", "Code 654321", "Invalid regex pattern"));
 }
 
 TEST(CodeExtraction, PatternThatCannotBeCompiledIsLogged)
