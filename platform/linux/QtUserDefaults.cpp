@@ -15,7 +15,11 @@
 
 #include <array>
 #include <cstdio>
+#include <filesystem>
 #include <memory>
+#include <optional>
+#include <system_error>
+#include <utility>
 
 #include <sys/mman.h>
 #include <sys/stat.h>
@@ -56,9 +60,8 @@ public:
     {
         const QString name = QStringLiteral("/proc/self/fd/%1").arg(descriptor.get());
         QFile file(name);
-        if (file.open(QIODevice::WriteOnly)) {
-            file.write(text);
-        }
+        isWhole =
+            descriptor && file.open(QIODevice::WriteOnly) && file.write(text) >= 0 && file.flush();
         file.close();
         static std::time_t lastTime = 0;
         const timespec time{++lastTime, 0};
@@ -69,12 +72,19 @@ public:
         (void)settings->allKeys();
     }
 
-    [[nodiscard]] bool isDamaged() const { return settings->status() == QSettings::FormatError; }
+    /// Whether the host had the memory for it. Without, nothing here says anything about the text.
+    [[nodiscard]] bool isAvailable() const { return isWhole; }
+
+    [[nodiscard]] bool isDamaged() const
+    {
+        return isWhole && settings->status() == QSettings::FormatError;
+    }
 
     const QSettings* operator->() const { return settings.get(); }
 
 private:
     UniqueFd descriptor;
+    bool isWhole = false;
     std::unique_ptr<QSettings> settings;
 };
 
@@ -89,20 +99,24 @@ QString settingsFileName()
 /// How long another process that writes the file is waited for, in milliseconds.
 constexpr int longestWaitForLock = 2000;
 
+/// How old a lock has to be, in milliseconds, to be taken away when its file does not name a holder
+/// who is alive: one that was killed before it had written its name leaves an empty file. From a
+/// holder who is alive none is taken, for the host's own lock on the file keeps it.
+constexpr int namelessLockAge = 250;
+
 /// Preferences in the settings file of the user's configuration folder.
 class SettingsUserDefaults final : public UserDefaults
 {
 public:
     [[nodiscard]] bool boolForKey(std::string_view key) const override
     {
-        const SettingsText settings(content());
-        return !settings.isDamaged() && asBool(settings->value(toQString(key)));
+        const auto present = stored();
+        return present && asBool(present->settings->value(toQString(key)));
     }
 
     void setBool(bool value, std::string_view key) override
     {
-        keepDamagedFile();
-        if (!store(value, key)) {
+        if (!keepDamagedFile() || !store(value, key, isReadable)) {
             (void)std::fprintf(
                 stderr, "Orlimo cannot store preferences in %s\n", qUtf8Printable(file));
         }
@@ -111,7 +125,11 @@ public:
     [[nodiscard]] std::map<std::string, std::string> dictionaryRepresentation() const override
     {
         std::map<std::string, std::string> dictionary;
-        const SettingsText settings(understoodContent());
+        const auto present = stored();
+        if (!present) {
+            return dictionary;
+        }
+        const SettingsText& settings = present->settings;
         for (const QString& key : settings->allKeys()) {
             dictionary.emplace(key.toStdString(), settings->value(key).toString().toStdString());
         }
@@ -119,22 +137,32 @@ public:
     }
 
 private:
-    /// Puts a new file with the changed content in the place of the old one.
-    [[nodiscard]] bool store(bool value, std::string_view key) const
+    /// The file's content and what it stands for; both are empty when it is damaged.
+    struct Stored
+    {
+        QByteArray text;
+        SettingsText settings;
+    };
+
+    /// Puts a new file with the changed content in the place of the old one. Where the store is not
+    /// `isKnown`, because it could not be read, a value that turns out to be there stays.
+    [[nodiscard]] bool store(bool value, std::string_view key, bool isKnown) const
     {
         const QFileInfo present(file);
-        if (present.exists() && !present.isReadable()) {
-            return false; // what is in it would be lost
-        }
         const QString target = present.exists() ? present.canonicalFilePath() : file;
         (void)QDir().mkpath(QFileInfo(target).path());
         // The lock under which every other user of the format writes.
         QLockFile lock(target + QStringLiteral(".lock"));
+        lock.setStaleLockTime(namelessLockAge);
         if (!lock.tryLock(longestWaitForLock)) {
             return false;
         }
+        const auto old = stored();
+        if (!old || (!isKnown && old->settings->contains(toQString(key)))) {
+            return false; // what is in it would be lost
+        }
         QTemporaryFile changed(target + QStringLiteral(".XXXXXX"));
-        if (!changed.open() || changed.write(understoodContent()) < 0 || !changed.flush()) {
+        if (!changed.open() || changed.write(old->text) < 0 || !changed.flush()) {
             return false;
         }
         if (present.exists()) {
@@ -154,32 +182,67 @@ private:
         return true;
     }
 
-    [[nodiscard]] QByteArray content() const
+    /// Nothing where there is no file; absent where there is one, or may be, that cannot be read
+    /// now.
+    [[nodiscard]] std::optional<QByteArray> content() const
     {
-        QFile stored(file);
-        return stored.open(QIODevice::ReadOnly) ? stored.readAll() : QByteArray();
+        QFile opened(file);
+        if (opened.open(QIODevice::ReadOnly)) {
+            QByteArray text = opened.readAll();
+            return opened.error() == QFileDevice::NoError ? std::optional(std::move(text))
+                                                          : std::nullopt;
+        }
+        std::error_code unknown;
+        const auto found = std::filesystem::status(QFile::encodeName(file).toStdString(), unknown);
+        return found.type() == std::filesystem::file_type::not_found ? std::optional(QByteArray())
+                                                                     : std::nullopt;
     }
 
-    /// The content of the file as it is now, or nothing when it is damaged.
-    [[nodiscard]] QByteArray understoodContent() const
+    /// What is stored now. Absent where it cannot be read, which is said once until it can be
+    /// again.
+    [[nodiscard]] std::optional<Stored> stored() const
     {
-        QByteArray text = content();
-        return SettingsText(text).isDamaged() ? QByteArray() : text;
+        auto present = understood(content());
+        if (std::exchange(isReadable, present.has_value()) && !isReadable) {
+            (void)std::fprintf(
+                stderr, "Orlimo cannot read its preferences in %s\n", qUtf8Printable(file));
+        }
+        return present;
+    }
+
+    [[nodiscard]] static std::optional<Stored> understood(std::optional<QByteArray> text)
+    {
+        if (!text) {
+            return std::nullopt;
+        }
+        SettingsText settings(*text);
+        if (settings.isDamaged()) {
+            return Stored{QByteArray(), SettingsText(QByteArray())};
+        }
+        return settings.isAvailable() ? std::optional(Stored{*std::move(text), std::move(settings)})
+                                      : std::nullopt;
     }
 
     /// The first write replaces a file that could not be understood: what the user had in it is
-    /// kept in a copy.
-    void keepDamagedFile() const
+    /// kept in a copy. False where that cannot be made.
+    [[nodiscard]] bool keepDamagedFile() const
     {
+        const auto text = content();
+        if (!text || !SettingsText(*text).isDamaged()) {
+            return true;
+        }
         const QString copy = file + QStringLiteral(".damaged");
-        if (SettingsText(content()).isDamaged() && QFile::copy(file, copy)) {
+        if (QFile::copy(file, copy)) {
             (void)std::fprintf(
                 stderr,
                 "Orlimo cannot understand its preferences; the old file is kept as %s\n",
                 qUtf8Printable(copy));
+            return true;
         }
+        return QFile::exists(copy);
     }
 
+    mutable bool isReadable = true;
     const QString file = settingsFileName();
 };
 
