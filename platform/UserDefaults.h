@@ -18,7 +18,8 @@ public:
 
     /// The boolean under `key`. Absent is false, a number is true unless it is zero, a string is
     /// true when it begins with Y, y, T, t or a number that is not zero, and anything else is
-    /// false. A store that cannot be read or understood reads as empty and is left as it is.
+    /// false. A store that cannot be read or understood reads as empty and is left as it is;
+    /// where it cannot be read, standard error or the host's own log says so.
     [[nodiscard]] virtual bool boolForKey(std::string_view key) const = 0;
 
     /// Stores `value` under `key` at once. A store that cannot be written stays as it is, and

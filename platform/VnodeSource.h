@@ -40,7 +40,8 @@ public:
     /// What to run once after `cancel`, when no event will be delivered any more.
     virtual void setCancelHandler(Handler handler) = 0;
 
-    /// Starts the delivery of events. What happens to the file from now on is reported.
+    /// Starts the delivery of events. What happens to the file from now on is reported. Throws
+    /// std::system_error when the host has nothing left to watch with.
     virtual void resume() = 0;
 
     /// Ends the delivery: no event handler starts after this. The cancel handler runs later on the

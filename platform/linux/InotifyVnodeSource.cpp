@@ -54,6 +54,25 @@ std::filesystem::path nameOf(int descriptor)
     return std::filesystem::read_symlink(linkTo(descriptor), unknown);
 }
 
+/// Keeps signals from this thread, and from those that it starts for their whole lives, while the
+/// object lives.
+class WithoutSignals
+{
+public:
+    WithoutSignals()
+    {
+        sigset_t all{};
+        ::sigfillset(&all);
+        ::pthread_sigmask(SIG_SETMASK, &all, &previous);
+    }
+    WithoutSignals(const WithoutSignals&) = delete;
+    WithoutSignals& operator=(const WithoutSignals&) = delete;
+    ~WithoutSignals() { ::pthread_sigmask(SIG_SETMASK, &previous, nullptr); }
+
+private:
+    sigset_t previous{};
+};
+
 /// Watches with inotify, on a thread of its own that sleeps until the file changes. The thread, and
 /// not the event loop, looks at the file: sizes are compared the moment they change, and waiting
 /// for a writer never holds the main thread up.
@@ -91,12 +110,8 @@ public:
             return;
         }
         // Signals are the main thread's business.
-        sigset_t all{};
-        sigset_t previous{};
-        ::sigfillset(&all);
-        ::pthread_sigmask(SIG_SETMASK, &all, &previous);
+        const WithoutSignals forTheNewThread;
         watcher = std::thread([this] { watch(); });
-        ::pthread_sigmask(SIG_SETMASK, &previous, nullptr);
     }
 
     void cancel() override

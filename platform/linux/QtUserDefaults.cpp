@@ -1,6 +1,7 @@
 #include "platform/ToQString.h"
 #include "platform/UserDefaults.h"
 #include "platform/linux/BooleanValue.h"
+#include "platform/linux/SettingsText.h"
 #include "platform/linux/UserFolder.h"
 #include "platform/posix/UniqueFd.h"
 
@@ -12,17 +13,15 @@
 #include <QString>
 #include <QTemporaryFile>
 #include <QVariant>
-#include <QVariantMap>
 
 #include <array>
+#include <cerrno>
 #include <cstdio>
-#include <ctime>
+#include <memory>
 #include <optional>
 #include <utility>
 
 #include <fcntl.h>
-#include <sys/mman.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace orlimo {
@@ -47,50 +46,6 @@ bool asBool(const QVariant& value)
     }
 }
 
-/// The settings that one text stands for.
-class SettingsText
-{
-public:
-    /// Has the toolkit understand `text`.
-    ///
-    /// QSettings remembers what it read from a file by the file's name, size and time in whole
-    /// milliseconds, keeps a value that it could not write as if it were stored, and reports a
-    /// damaged file to one reader only. So it never sees the user's file: it is given the text in a
-    /// file in memory, which differs in time from every one before.
-    explicit SettingsText(QByteArray understood)
-        : text(std::move(understood))
-    {
-        const UniqueFd descriptor(::memfd_create("settings", MFD_CLOEXEC));
-        const QString name = QStringLiteral("/proc/self/fd/%1").arg(descriptor.get());
-        QFile file(name);
-        if (file.open(QIODevice::WriteOnly)) {
-            file.write(text);
-        }
-        file.close();
-        static std::time_t lastTime = 0;
-        const timespec time{++lastTime, 0};
-        const std::array<timespec, 2> accessAndChange{time, time};
-        (void)::futimens(descriptor.get(), accessAndChange.data());
-        const QSettings settings(name, QSettings::NativeFormat);
-        // Lines are understood only when they are asked for; damage is not reported before.
-        for (const QString& key : settings.allKeys()) {
-            values.insert(key, settings.value(key));
-        }
-        damaged = settings.status() == QSettings::FormatError;
-    }
-
-    [[nodiscard]] bool isOf(const QByteArray& other) const { return text == other; }
-    [[nodiscard]] bool isDamaged() const { return damaged; }
-
-    /// What is under each key, also in a damaged text.
-    [[nodiscard]] const QVariantMap& contents() const { return values; }
-
-private:
-    QByteArray text;
-    QVariantMap values;
-    bool damaged = false;
-};
-
 /// The settings file of the application "Orlimo" of the organisation "Orlimo", in the folder where
 /// the desktop's own rules put it.
 QString settingsFileName()
@@ -99,8 +54,38 @@ QString settingsFileName()
     return QSettings(QSettings::NativeFormat, QSettings::UserScope, name, name).fileName();
 }
 
+/// Nothing where there is no file; absent where there is one, or may be, that cannot be read now.
+/// Preferences are read on the way of a code to the clipboard: with as few calls as can be.
+std::optional<QByteArray> contentOf(const QString& name)
+{
+    const UniqueFd file(::open(QFile::encodeName(name).constData(), O_RDONLY | O_CLOEXEC));
+    if (!file) {
+        return errno == ENOENT || errno == ENOTDIR ? std::optional(QByteArray()) : std::nullopt;
+    }
+    QByteArray text;
+    std::array<char, 4096> part{};
+    ssize_t length = 0;
+    do {
+        length = ::read(file.get(), part.data(), part.size());
+        if (length > 0) {
+            text.append(part.data(), length);
+        }
+    } while (length > 0 || (length < 0 && errno == EINTR));
+    return length == 0 ? std::optional(std::move(text)) : std::nullopt;
+}
+
+bool isDamaged(const QByteArray& text)
+{
+    return SettingsText(text).isDamaged();
+}
+
 /// How long another process that writes the file is waited for, in milliseconds.
 constexpr int longestWaitForLock = 2000;
+
+/// How old a lock has to be, in milliseconds, to be taken away when its file does not name a holder
+/// who is alive: one that was killed before it had written its name leaves an empty file. From a
+/// holder who is alive none is taken, for the host's own lock on the file keeps it.
+constexpr int namelessLockAge = 250;
 
 /// Preferences in the settings file of the user's configuration folder.
 class SettingsUserDefaults final : public UserDefaults
@@ -108,14 +93,13 @@ class SettingsUserDefaults final : public UserDefaults
 public:
     [[nodiscard]] bool boolForKey(std::string_view key) const override
     {
-        const SettingsText& settings = understood(content());
-        return !settings.isDamaged() && asBool(settings.contents().value(toQString(key)));
+        const SettingsText* present = stored();
+        return present != nullptr && asBool(present->contents().value(toQString(key)));
     }
 
     void setBool(bool value, std::string_view key) override
     {
-        keepDamagedFile();
-        if (!store(value, key)) {
+        if (!keepDamagedFile() || !store(value, key, isReadable)) {
             (void)std::fprintf(
                 stderr, "Orlimo cannot store preferences in %s\n", qUtf8Printable(file));
         }
@@ -124,95 +108,119 @@ public:
     [[nodiscard]] std::map<std::string, std::string> dictionaryRepresentation() const override
     {
         std::map<std::string, std::string> dictionary;
-        const SettingsText& settings = understood(understoodContent());
-        const QVariantMap& contents = settings.contents();
-        for (auto entry = contents.begin(); entry != contents.end(); ++entry) {
-            dictionary.emplace(entry.key().toStdString(), entry.value().toString().toStdString());
+        if (const SettingsText* present = stored()) {
+            const QVariantMap& contents = present->contents();
+            for (auto entry = contents.begin(); entry != contents.end(); ++entry) {
+                dictionary.emplace(
+                    entry.key().toStdString(), entry.value().toString().toStdString());
+            }
         }
         return dictionary;
     }
 
 private:
-    /// Puts a new file with the changed content in the place of the old one.
-    [[nodiscard]] bool store(bool value, std::string_view key) const
+    /// Puts a new file with the changed content in the place of the old one. Where the store is not
+    /// `isKnown`, because it could not be read, a value that turns out to be there stays.
+    [[nodiscard]] bool store(bool value, std::string_view key, bool isKnown) const
     {
         const QFileInfo present(file);
-        if (present.exists() && !present.isReadable()) {
-            return false; // what is in it would be lost
-        }
         const QString target = present.exists() ? present.canonicalFilePath() : file;
         (void)makeUserFolder(QFile::encodeName(QFileInfo(target).path()).toStdString());
         // The lock under which every other user of the format writes.
         QLockFile lock(target + QStringLiteral(".lock"));
+        lock.setStaleLockTime(namelessLockAge);
         if (!lock.tryLock(longestWaitForLock)) {
             return false;
         }
-        QTemporaryFile changed(target + QStringLiteral(".XXXXXX"));
-        if (!changed.open() || changed.write(understoodContent()) < 0 || !changed.flush()) {
-            return false;
+        const SettingsText* old = stored();
+        if (old == nullptr || (!isKnown && old->contents().contains(toQString(key)))) {
+            return false; // what is in it would be lost
         }
-        if (present.exists()) {
-            changed.setPermissions(present.permissions());
+        auto changed =
+            changedFile(target, old->isDamaged() ? QByteArray() : old->text(), value, key);
+        if (changed && isDamaged(contentOf(changed->fileName()).value_or(QByteArray()))) {
+            // Odd files are understood at first, and no longer once QSettings has written them.
+            changed = keepCopy() ? changedFile(target, {}, value, key) : nullptr;
         }
-        QSettings settings(changed.fileName(), QSettings::NativeFormat);
-        settings.setValue(toQString(key), value);
-        settings.sync();
-        if (settings.status() != QSettings::NoError ||
-            std::rename(
-                QFile::encodeName(changed.fileName()).constData(),
-                QFile::encodeName(target).constData()) != 0)
+        if (!changed || std::rename(
+                            QFile::encodeName(changed->fileName()).constData(),
+                            QFile::encodeName(target).constData()) != 0)
         {
             return false;
         }
-        changed.setAutoRemove(false);
+        changed->setAutoRemove(false);
         return true;
     }
 
-    /// What `text` stands for. The file is read at each use; what the same text means is worked out
-    /// once. Good until the next call.
-    [[nodiscard]] const SettingsText& understood(const QByteArray& text) const
+    /// A new file beside `target`, with its permissions: the settings `text`, and `value` under
+    /// `key`. Null when it cannot be written.
+    [[nodiscard]] static std::unique_ptr<QTemporaryFile>
+    changedFile(const QString& target, const QByteArray& text, bool value, std::string_view key)
     {
-        if (!latest || !latest->isOf(text)) {
+        auto changed = std::make_unique<QTemporaryFile>(target + QStringLiteral(".XXXXXX"));
+        if (!changed->open() || changed->write(text) < 0 || !changed->flush()) {
+            return nullptr;
+        }
+        const QFileInfo present(target);
+        if (present.exists()) {
+            changed->setPermissions(present.permissions());
+        }
+        QSettings settings(changed->fileName(), QSettings::NativeFormat);
+        settings.setValue(toQString(key), value);
+        settings.sync();
+        return settings.status() == QSettings::NoError ? std::move(changed) : nullptr;
+    }
+
+    /// What is stored now, good until the next call. Null where it cannot be read, which is said
+    /// once until it can be again.
+    [[nodiscard]] const SettingsText* stored() const
+    {
+        const auto text = contentOf(file);
+        const SettingsText* present = text ? understood(*text) : nullptr;
+        if (std::exchange(isReadable, present != nullptr) && !isReadable) {
+            (void)std::fprintf(
+                stderr, "Orlimo cannot read its preferences in %s\n", qUtf8Printable(file));
+        }
+        return present;
+    }
+
+    /// What `text` stands for, good until the next call. The file is read at each use; what the
+    /// same text means is worked out once. Null where there is no memory for that.
+    [[nodiscard]] const SettingsText* understood(const QByteArray& text) const
+    {
+        if (!latest || latest->text() != text) {
             latest.emplace(text);
         }
-        return *latest;
-    }
-
-    [[nodiscard]] QByteArray content() const
-    {
-        // At each use, on the way of a code to the clipboard: with as few calls as can be.
-        const UniqueFd stored(::open(QFile::encodeName(file).constData(), O_RDONLY | O_CLOEXEC));
-        QByteArray text;
-        std::array<char, 4096> part{};
-        ssize_t length = 0;
-        while (stored.get() >= 0 && (length = ::read(stored.get(), part.data(), part.size())) > 0) {
-            text.append(part.data(), length);
+        if (!latest->isAvailable()) {
+            latest.reset();
         }
-        return text;
-    }
-
-    /// The content of the file as it is now, or nothing when it is damaged.
-    [[nodiscard]] QByteArray understoodContent() const
-    {
-        QByteArray text = content();
-        return understood(text).isDamaged() ? QByteArray() : text;
+        return latest ? &*latest : nullptr;
     }
 
     /// The first write replaces a file that could not be understood: what the user had in it is
-    /// kept in a copy.
-    void keepDamagedFile() const
+    /// kept in a copy. False where that cannot be made.
+    [[nodiscard]] bool keepDamagedFile() const
+    {
+        const auto text = contentOf(file);
+        return !text || !isDamaged(*text) || keepCopy();
+    }
+
+    [[nodiscard]] bool keepCopy() const
     {
         const QString copy = file + QStringLiteral(".damaged");
-        if (understood(content()).isDamaged() && QFile::copy(file, copy)) {
+        if (QFile::copy(file, copy)) {
             (void)std::fprintf(
                 stderr,
                 "Orlimo cannot understand its preferences; the old file is kept as %s\n",
                 qUtf8Printable(copy));
+            return true;
         }
+        return QFile::exists(copy);
     }
 
-    const QString file = settingsFileName();
+    mutable bool isReadable = true;
     mutable std::optional<SettingsText> latest;
+    const QString file = settingsFileName();
 };
 
 } // namespace

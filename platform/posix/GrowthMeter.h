@@ -14,7 +14,7 @@ public:
     explicit GrowthMeter(int fileDescriptor);
 
     /// Whether the file is longer than when it was last looked at. A file whose size cannot be
-    /// asked any more has not grown.
+    /// asked counts as grown.
     [[nodiscard]] bool hasGrown();
 
 private:

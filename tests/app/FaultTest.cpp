@@ -1,11 +1,11 @@
 #include "tests/app/ProgramSession.h"
 #include "tests/support/BuiltPrograms.h"
 #include "tests/support/OutputCapture.h"
+#include "tests/support/StoreIntegrity.h"
 #include "tests/support/UnprivilegedUser.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sqlite3.h>
 
 #include <csignal>
 
@@ -63,23 +63,6 @@ void makeWritable(const std::filesystem::path& folder)
         std::filesystem::permissions(entry.path(), perms::owner_all);
     }
     std::filesystem::permissions(folder, perms::owner_all);
-}
-
-/// What SQLite says of the store's integrity; "ok" when it finds nothing wrong.
-std::string integrityOf(const std::filesystem::path& store)
-{
-    sqlite3* connection = nullptr;
-    EXPECT_EQ(
-        sqlite3_open_v2(store.c_str(), &connection, SQLITE_OPEN_READWRITE, nullptr), SQLITE_OK);
-    std::string answer;
-    const auto keep = [](void* words, int, char** values, char**) {
-        *static_cast<std::string*>(words) += values[0];
-        return 0;
-    };
-    EXPECT_EQ(
-        sqlite3_exec(connection, "PRAGMA integrity_check", keep, &answer, nullptr), SQLITE_OK);
-    EXPECT_EQ(sqlite3_close(connection), SQLITE_OK);
-    return answer;
 }
 
 class Fault : public testing::Test

@@ -603,6 +603,30 @@ TEST_F(InotifyVnodeSourceTest, FailsWithTheHostsErrorWhenTheUsersWatchersAreUsed
     EXPECT_EQ(run.status, EMFILE);
 }
 
+TEST_F(InotifyVnodeSourceTest, LeavesSignalsAsTheyWereWhenNoThreadCanBeStarted)
+{
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "only the superuser can become a user who disturbs nobody";
+    }
+    const auto run = runForked([this] {
+        constexpr uid_t nobodyElse = 1'234'567;
+        const rlimit none{0, 0};
+        if (::setuid(nobodyElse) != 0 || ::setrlimit(RLIMIT_NPROC, &none) != 0) {
+            ::_exit(255);
+        }
+        const auto watch = makeFileSystemObjectSource(opened.get(), vnodeExtend, queue);
+        try {
+            watch->resume();
+        } catch (const std::system_error& error) {
+            sigset_t own{};
+            (void)::pthread_sigmask(SIG_SETMASK, nullptr, &own);
+            ::_exit(::sigismember(&own, SIGTERM) == 0 ? error.code().value() : 254);
+        }
+        ::_exit(253);
+    });
+    EXPECT_EQ(run.status, EAGAIN) << run.errors;
+}
+
 TEST_F(InotifyVnodeSourceTest, FailsWithTheHostsErrorWhenDescriptorsAreUsedUp)
 {
 #if defined(__SANITIZE_ADDRESS__)

@@ -4,9 +4,11 @@
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/UnprivilegedUser.h"
 
+#include <QLockFile>
 #include <gtest/gtest.h>
 
 #include <array>
+#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <functional>
@@ -81,6 +83,8 @@ protected:
     std::filesystem::path folder = variable("XDG_CONFIG_HOME") / "Orlimo";
     std::filesystem::path file = folder / "Orlimo.conf";
     std::filesystem::path damagedCopy = folder / "Orlimo.conf.damaged";
+    std::string cannotRead = "Orlimo cannot read its preferences in " + file.string() + "\n";
+    std::string cannotStore = "Orlimo cannot store preferences in " + file.string() + "\n";
 };
 
 TEST_F(QtUserDefaultsTest, ReadingWritesNothing)
@@ -448,7 +452,7 @@ TEST_F(QtUserDefaultsTest, AFolderInTheFilesPlaceReadsAsEmptyAndStays)
         ::_exit(empty && !read() ? 0 : 1);
     });
     EXPECT_EQ(run.status, 0);
-    EXPECT_EQ(run.errors, "Orlimo cannot store preferences in " + file.string() + "\n");
+    EXPECT_EQ(run.errors, cannotRead + cannotStore);
     EXPECT_TRUE(std::filesystem::is_directory(file / "inside"));
 }
 
@@ -462,7 +466,7 @@ TEST_F(QtUserDefaultsTest, AFileThatMayNotBeReadReadsAsEmptyAndStays)
         ::_exit(empty ? 0 : 1);
     });
     EXPECT_EQ(run.status, 0);
-    EXPECT_EQ(run.errors, "Orlimo cannot store preferences in " + file.string() + "\n");
+    EXPECT_EQ(run.errors, cannotRead + cannotStore);
     std::filesystem::permissions(file, perms::owner_all);
     EXPECT_EQ(contentOf(file), storeWith("true"));
     EXPECT_FALSE(std::filesystem::exists(damagedCopy));
@@ -509,7 +513,54 @@ TEST_F(QtUserDefaultsTest, AnEarlierFailureIsNotReportedByALaterWrite)
         ::_exit(read() ? 0 : 1);
     });
     EXPECT_EQ(run.status, 0);
-    EXPECT_EQ(run.errors, "Orlimo cannot store preferences in " + file.string() + "\n");
+    EXPECT_EQ(run.errors, cannotRead + cannotStore);
+}
+
+TEST_F(QtUserDefaultsTest, SaysAgainThatTheFileCannotBeReadWhenItCouldBeMeanwhile)
+{
+    std::filesystem::create_directories(file);
+    const auto run = runForked([this] {
+        const bool before = read() || read();
+        std::filesystem::remove(file);
+        const bool meanwhile = read();
+        std::filesystem::create_directories(file);
+        ::_exit(before || meanwhile || read() ? 1 : 0);
+    });
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.errors, cannotRead + cannotRead);
+}
+
+TEST_F(QtUserDefaultsTest, ALockWhoseHolderWasKilledBeforeItWroteItsNameIsTakenAway)
+{
+    writeFile(file.string() + ".lock", "");
+    const auto run = runForked([] {
+        write(true);
+        ::_exit(read() ? 0 : 1);
+    });
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.errors, "");
+}
+
+TEST_F(QtUserDefaultsTest, ALockIsNotTakenFromAHolderWhoIsAlive)
+{
+    QLockFile held(QString::fromStdString(file.string() + ".lock"));
+    ASSERT_TRUE(held.lock());
+    // Older than any write takes.
+    const auto old = std::filesystem::file_time_type::clock::now() - std::chrono::hours(1);
+    std::filesystem::last_write_time(file.string() + ".lock", old);
+    const auto run = runForked([] { write(true); });
+    EXPECT_EQ(run.errors, cannotStore);
+    EXPECT_FALSE(std::filesystem::exists(file));
+}
+
+TEST_F(QtUserDefaultsTest, ADamagedFileOfWhichNoCopyCanBeMadeIsNotReplaced)
+{
+    writeFile(file, "garbage\n");
+    // A link into nowhere: no file comes into being under the copy's name.
+    std::filesystem::create_symlink(folder / "missing" / "copy", damagedCopy);
+    const auto run = runForked([] { write(true); });
+    EXPECT_EQ(run.errors, cannotStore);
+    EXPECT_EQ(contentOf(file), "garbage\n");
 }
 
 } // namespace

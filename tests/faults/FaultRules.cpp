@@ -1,0 +1,196 @@
+#include "tests/faults/FaultRules.h"
+
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <cstddef>
+#include <cstdlib>
+#include <cstring>
+#include <map>
+#include <sstream>
+#include <string_view>
+
+#include <fcntl.h>
+#include <fnmatch.h>
+#include <sys/socket.h>
+#include <sys/syscall.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+namespace orlimo {
+namespace {
+
+constexpr int always = -1;
+
+struct Rule
+{
+    std::string call;
+    std::string target;
+    Fault fault;
+    /// How many calls it may still meet, or `always`.
+    std::atomic<int> left = always;
+};
+
+std::string variable(const char* name)
+{
+    const char* const value = std::getenv(name); // NOLINT(concurrency-mt-unsafe): never set here
+    return value == nullptr ? "" : value;
+}
+
+Fault faultNamed(const std::string& name)
+{
+    static const std::map<std::string, int> errors{
+        {"EACCES", EACCES},
+        {"EAGAIN", EAGAIN},
+        {"ECONNREFUSED", ECONNREFUSED},
+        {"ECONNRESET", ECONNRESET},
+        {"EDQUOT", EDQUOT},
+        {"EINTR", EINTR},
+        {"EIO", EIO},
+        {"EMFILE", EMFILE},
+        {"ENFILE", ENFILE},
+        {"ENOLCK", ENOLCK},
+        {"ENOMEM", ENOMEM},
+        {"ENOSPC", ENOSPC},
+        {"EPERM", EPERM},
+        {"EPIPE", EPIPE},
+        {"EROFS", EROFS},
+    };
+    if (name == "part") {
+        return {Fault::Kind::part, 0};
+    }
+    if (name == "nothing") {
+        return {Fault::Kind::nothing, 0};
+    }
+    const auto found = errors.find(name);
+    if (found == errors.end()) {
+        // A rule that nobody understands would be a test of nothing.
+        std::abort();
+    }
+    return {Fault::Kind::error, found->second};
+}
+
+/// Every rule. Never taken down: calls come to the very end of the process.
+std::array<Rule, 8>& rules()
+{
+    static auto* const all = [] {
+        auto* const read = new std::array<Rule, 8>;
+        std::istringstream text(variable("ORLIMO_FAULTS"));
+        std::string line;
+        for (std::size_t index = 0; std::getline(text, line, ';'); ++index) {
+            std::istringstream words(line);
+            std::string fault;
+            std::string times;
+            Rule& rule = read->at(index);
+            if (!(words >> rule.call >> rule.target >> fault >> times)) {
+                std::abort();
+            }
+            rule.fault = faultNamed(fault);
+            rule.left = times == "always" ? always : std::stoi(times);
+        }
+        return read;
+    }();
+    return *all;
+}
+
+bool isSwitchedOn()
+{
+    static const auto* const file = new std::string(variable("ORLIMO_FAULTS_SWITCH"));
+    // Past the C library, whose functions are the ones that are replaced.
+    return file->empty() || ::syscall(SYS_faccessat, AT_FDCWD, file->c_str(), F_OK) == 0;
+}
+
+/// Whether the rule may meet one call more; counts it.
+bool takeOne(Rule& rule)
+{
+    int left = rule.left;
+    while (left != always) {
+        if (left == 0) {
+            return false;
+        }
+        if (rule.left.compare_exchange_weak(left, left - 1)) {
+            return true;
+        }
+    }
+    return true;
+}
+
+void record(const char* call, const std::string& target)
+{
+    static const auto* const file = new std::string(variable("ORLIMO_FAULTS_RECORD"));
+    const std::string line = std::string(call) + " " + target + "\n";
+    const long descriptor = ::syscall(
+        SYS_openat, AT_FDCWD, file->c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0666);
+    if (descriptor >= 0) {
+        (void)::syscall(SYS_write, descriptor, line.data(), line.size());
+        (void)::syscall(SYS_close, descriptor);
+    }
+}
+
+/// The path of the socket's other end.
+std::string peerOf(int descriptor)
+{
+    sockaddr_un address{};
+    socklen_t length = sizeof address;
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast): the interface's own way
+    auto* const general = reinterpret_cast<sockaddr*>(&address);
+    return ::getpeername(descriptor, general, &length) == 0 ? nameOf(general, length) : "";
+}
+
+} // namespace
+
+Fault faultOf(const char* call, const std::string& target)
+{
+    const int errorBefore = errno;
+    Fault fault;
+    for (Rule& rule : rules()) {
+        if (rule.call == call && ::fnmatch(rule.target.c_str(), target.c_str(), 0) == 0 &&
+            isSwitchedOn() && takeOne(rule))
+        {
+            record(call, target);
+            fault = rule.fault;
+            break;
+        }
+    }
+    errno = errorBefore;
+    return fault;
+}
+
+std::string targetOf(int descriptor)
+{
+    if (descriptor == STDOUT_FILENO) {
+        return "stdout";
+    }
+    const int errorBefore = errno;
+    const std::string link = "/proc/self/fd/" + std::to_string(descriptor);
+    std::array<char, 4096> name{};
+    const long length = ::syscall(SYS_readlinkat, AT_FDCWD, link.c_str(), name.data(), name.size());
+    std::string target(name.data(), length < 0 ? 0 : static_cast<std::size_t>(length));
+    if (target.starts_with("socket:")) {
+        target = peerOf(descriptor);
+    }
+    errno = errorBefore;
+    return target;
+}
+
+std::string targetOf(const char* path)
+{
+    constexpr std::string_view ownDescriptor = "/proc/self/fd/";
+    const std::string target = path == nullptr ? "" : path;
+    return target.starts_with(ownDescriptor)
+               ? targetOf(std::atoi(target.c_str() + ownDescriptor.size()))
+               : target;
+}
+
+std::string nameOf(const sockaddr* address, unsigned length)
+{
+    constexpr std::size_t before = offsetof(sockaddr_un, sun_path);
+    if (address == nullptr || address->sa_family != AF_UNIX || length <= before) {
+        return "";
+    }
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast): the interface's own way
+    const char* const path = reinterpret_cast<const sockaddr_un*>(address)->sun_path;
+    return *path == '\0' ? "@" + std::string(path + 1, length - before - 1) : std::string(path);
+}
+
+} // namespace orlimo

@@ -1,0 +1,80 @@
+#include "tests/faults/FaultTable.h"
+#include "tests/faults/FaultyProgram.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <utility>
+#include <vector>
+
+namespace orlimo {
+namespace {
+
+/// Codes that differ, also between the rows of a group, which share a clipboard.
+class Codes
+{
+public:
+    [[nodiscard]] std::string next() { return std::to_string(++last); }
+
+private:
+    int last = 482'100;
+};
+
+/// The rows of one group run side by side, so that they wait for their throttles together.
+class FaultGroupTest : public testing::TestWithParam<FaultGroup>
+{
+protected:
+    void forEach(const auto& step)
+    {
+        for (auto& [row, program] : programs) {
+            const testing::ScopedTrace trace(__FILE__, __LINE__, row->name);
+            step(*row, *program);
+        }
+    }
+
+    XServer server;
+    std::vector<std::pair<const FaultRow*, std::unique_ptr<FaultyProgram>>> programs;
+};
+
+TEST_P(FaultGroupTest, EndsAsTheTableSays)
+{
+    for (const FaultRow& row : GetParam().rows) {
+        programs.emplace_back(&row, std::make_unique<FaultyProgram>(row, server));
+    }
+    Codes codes;
+    forEach([](const FaultRow&, FaultyProgram& program) {
+        program.start();
+        program.checkStart();
+    });
+    ProgramSession::waitThrottleOut();
+    forEach([](const FaultRow&, FaultyProgram& program) { program.strike(); });
+    forEach([&](const FaultRow& row, FaultyProgram& program) {
+        program.checkReaction(row.meanwhile, codes.next());
+    });
+    forEach([](const FaultRow&, FaultyProgram& program) { program.lift(); });
+    ProgramSession::waitThrottleOut();
+    forEach([&](const FaultRow& row, FaultyProgram& program) {
+        program.checkReaction(row.afterwards, codes.next());
+    });
+    forEach([](const FaultRow&, FaultyProgram& program) { program.checkOutcome(); });
+}
+
+std::string nameOf(const testing::TestParamInfo<FaultGroup>& group)
+{
+    std::string name;
+    bool isFirst = true;
+    for (const char letter : group.param.name) {
+        if (letter == ' ') {
+            isFirst = true;
+        } else {
+            name += isFirst ? static_cast<char>(std::toupper(letter)) : letter;
+            isFirst = false;
+        }
+    }
+    return name;
+}
+
+INSTANTIATE_TEST_SUITE_P(Faults, FaultGroupTest, testing::ValuesIn(faultTable()), nameOf);
+
+} // namespace
+} // namespace orlimo
