@@ -202,7 +202,8 @@ private:
     [[nodiscard]] bool keepDamagedFile() const
     {
         const auto text = contentOf(file);
-        return !text || !isDamaged(*text) || keepCopy();
+        const SettingsText* present = text ? understood(*text) : nullptr;
+        return present == nullptr || !present->isDamaged() || keepCopy();
     }
 
     [[nodiscard]] bool keepCopy() const

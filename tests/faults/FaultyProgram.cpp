@@ -1,6 +1,7 @@
 #include "tests/faults/FaultyProgram.h"
 
 #include "tests/platform/PipeReader.h"
+#include "tests/support/BuiltRecorder.h"
 #include "tests/support/OutputCapture.h"
 #include "tests/support/Preloading.h"
 #include "tests/support/PrivateFolder.h"
