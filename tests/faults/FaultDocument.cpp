@@ -4,7 +4,6 @@
 #include "tests/faults/FaultTable.h"
 
 #include <algorithm>
-#include <csignal>
 #include <vector>
 
 namespace orlimo {
