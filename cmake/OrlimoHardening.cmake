@@ -5,15 +5,15 @@ if(ORLIMO_SANITIZERS)
     return()
 endif()
 
-include(CheckPIESupported)
-check_pie_supported(LANGUAGES CXX)
-set(CMAKE_POSITION_INDEPENDENT_CODE ON)
-
 add_compile_options(-fstack-protector-strong)
 if(APPLE)
     # What else there is, that system's compiler and linker do unasked.
     return()
 endif()
+
+include(CheckPIESupported)
+check_pie_supported(LANGUAGES CXX)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 
 add_compile_options(-fstack-clash-protection)
 if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|amd64|i.86)$")
@@ -23,7 +23,7 @@ elseif(CMAKE_SYSTEM_PROCESSOR MATCHES "^(aarch64|arm64)$")
 endif()
 # The C library checks sizes where it knows them, which takes an optimiser. Taken back first, for some
 # compilers come with a weaker wish of their own.
-add_compile_options("$<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:SHELL:-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=3>")
+add_compile_options("$<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=3>")
 # An index beyond the end, or an optional without a value, ends the program instead of reading on.
 add_compile_definitions(_GLIBCXX_ASSERTIONS)
 add_link_options(LINKER:-z,relro LINKER:-z,now LINKER:-z,noexecstack LINKER:--as-needed)

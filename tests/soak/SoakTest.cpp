@@ -163,8 +163,10 @@ protected:
             [] {},
         };
         for (const auto& act : acts) {
-            act();
-            deliverAndExpectCode();
+            if (record.missed == 0) { // after one, the rest would be waited for in vain
+                act();
+                deliverAndExpectCode();
+            }
         }
     }
 
