@@ -38,17 +38,9 @@ QRect SymbolLabel::symbolArea() const
 void SymbolLabel::paintEvent(QPaintEvent* /*event*/)
 {
     QPainter painter(this);
-    painter.drawPixmap(symbolArea().topLeft(), drawn(colorOf(palette())));
-}
-
-const QPixmap& SymbolLabel::drawn(const QColor& color)
-{
-    const qreal ratio = devicePixelRatioF();
-    if (lastColor != color || lastDrawn.devicePixelRatio() != ratio) {
-        lastColor = color;
-        lastDrawn = systemSymbol(symbol, label->fontPixelSize(), color, ratio);
-    }
-    return lastDrawn;
+    painter.drawPixmap(
+        symbolArea().topLeft(),
+        systemSymbol(symbol, label->fontPixelSize(), colorOf(palette()), devicePixelRatioF()));
 }
 
 } // namespace orlimo

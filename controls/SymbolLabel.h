@@ -2,8 +2,6 @@
 
 #include "controls/Colors.h"
 
-#include <QColor>
-#include <QPixmap>
 #include <QString>
 #include <QWidget>
 
@@ -35,14 +33,9 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    /// The symbol in `color` for the screen that the label is on, drawn when one of them changes.
-    [[nodiscard]] const QPixmap& drawn(const QColor& color);
-
     QString symbol;
     PaletteColor colorOf;
     TextLabel* label;
-    QPixmap lastDrawn;
-    QColor lastColor;
 };
 
 } // namespace orlimo
