@@ -6,9 +6,9 @@
 
 namespace orlimo {
 
-std::set<std::size_t> plainCharacterBoundaries(const std::string& text)
+std::vector<std::size_t> plainCharacterBoundaries(const std::string& text)
 {
-    std::set<std::size_t> boundaries;
+    std::vector<std::size_t> boundaries;
     if (text.empty()) {
         return boundaries;
     }
@@ -20,7 +20,7 @@ std::set<std::size_t> plainCharacterBoundaries(const std::string& text)
     EXPECT_TRUE(U_SUCCESS(status)) << u_errorName(status);
     for (std::int32_t place = ubrk_first(iterator); place != UBRK_DONE; place = ubrk_next(iterator))
     {
-        boundaries.insert(static_cast<std::size_t>(place));
+        boundaries.push_back(static_cast<std::size_t>(place));
     }
     ubrk_close(iterator);
     utext_close(bytes);
