@@ -16,6 +16,7 @@
 #include <array>
 #include <cstdio>
 #include <memory>
+#include <utility>
 
 #include <sys/mman.h>
 #include <sys/stat.h>
@@ -133,32 +134,48 @@ private:
         if (!lock.tryLock(longestWaitForLock)) {
             return false;
         }
-        QTemporaryFile changed(target + QStringLiteral(".XXXXXX"));
-        if (!changed.open() || changed.write(understoodContent()) < 0 || !changed.flush()) {
-            return false;
+        auto changed = changedFile(target, understoodContent(), value, key);
+        if (changed && SettingsText(contentOf(changed->fileName())).isDamaged()) {
+            // Odd files are understood at first, and no longer once QSettings has written them.
+            keepCopy();
+            changed = changedFile(target, {}, value, key);
         }
-        if (present.exists()) {
-            changed.setPermissions(present.permissions());
-        }
-        QSettings settings(changed.fileName(), QSettings::NativeFormat);
-        settings.setValue(toQString(key), value);
-        settings.sync();
-        if (settings.status() != QSettings::NoError ||
-            std::rename(
-                QFile::encodeName(changed.fileName()).constData(),
-                QFile::encodeName(target).constData()) != 0)
+        if (!changed || std::rename(
+                            QFile::encodeName(changed->fileName()).constData(),
+                            QFile::encodeName(target).constData()) != 0)
         {
             return false;
         }
-        changed.setAutoRemove(false);
+        changed->setAutoRemove(false);
         return true;
     }
 
-    [[nodiscard]] QByteArray content() const
+    /// A new file beside `target`, with its permissions: the settings `text`, and `value` under
+    /// `key`. Null when it cannot be written.
+    [[nodiscard]] static std::unique_ptr<QTemporaryFile>
+    changedFile(const QString& target, const QByteArray& text, bool value, std::string_view key)
     {
-        QFile stored(file);
+        auto changed = std::make_unique<QTemporaryFile>(target + QStringLiteral(".XXXXXX"));
+        if (!changed->open() || changed->write(text) < 0 || !changed->flush()) {
+            return nullptr;
+        }
+        const QFileInfo present(target);
+        if (present.exists()) {
+            changed->setPermissions(present.permissions());
+        }
+        QSettings settings(changed->fileName(), QSettings::NativeFormat);
+        settings.setValue(toQString(key), value);
+        settings.sync();
+        return settings.status() == QSettings::NoError ? std::move(changed) : nullptr;
+    }
+
+    [[nodiscard]] static QByteArray contentOf(const QString& name)
+    {
+        QFile stored(name);
         return stored.open(QIODevice::ReadOnly) ? stored.readAll() : QByteArray();
     }
+
+    [[nodiscard]] QByteArray content() const { return contentOf(file); }
 
     /// The content of the file as it is now, or nothing when it is damaged.
     [[nodiscard]] QByteArray understoodContent() const
@@ -171,8 +188,15 @@ private:
     /// kept in a copy.
     void keepDamagedFile() const
     {
+        if (SettingsText(content()).isDamaged()) {
+            keepCopy();
+        }
+    }
+
+    void keepCopy() const
+    {
         const QString copy = file + QStringLiteral(".damaged");
-        if (SettingsText(content()).isDamaged() && QFile::copy(file, copy)) {
+        if (QFile::copy(file, copy)) {
             (void)std::fprintf(
                 stderr,
                 "Orlimo cannot understand its preferences; the old file is kept as %s\n",

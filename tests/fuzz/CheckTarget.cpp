@@ -50,9 +50,8 @@ struct Checking
               .makeFileMonitor = [&host](const auto&) { return host.monitor; },
           }))
     {
-        QObject::connect(message.get(), &Message::objectWillChange, message.get(), [this] {
-            ++changes;
-        });
+        QObject::connect(
+            message.get(), &Message::objectWillChange, message.get(), [this] { ++changes; });
         message->registFileObserver();
         logged::clear();
     }
@@ -111,8 +110,7 @@ Finding judgeCheck(Checking& checking, const PlainCheck& expected, bool afterCha
     {
         return finding;
     }
-    if (auto finding =
-            disagreement("pasteboard", checking.pasteboard.calls, after.pasteboardCalls))
+    if (auto finding = disagreement("pasteboard", checking.pasteboard.calls, after.pasteboardCalls))
     {
         return finding;
     }

@@ -8,8 +8,8 @@ namespace orlimo::feedback {
 namespace {
 
 // libFuzzer finds the counters by the name of their section.
-__attribute__((section("__libfuzzer_extra_counters"), used))
-std::array<std::uint8_t, 8192> counters{};
+__attribute__((section("__libfuzzer_extra_counters"), used)) std::array<std::uint8_t, 8192>
+    counters{};
 
 } // namespace
 

@@ -6,16 +6,16 @@
 #include <unordered_map>
 
 // A check compiles its regular expression once for each message, and that takes longer than all the
-// rest of it together. Where it is the check that is fuzzed, each expression is compiled once; where
-// it is the code rule, it is compiled each time, as in the program.
+// rest of it together. Where it is the check that is fuzzed, each expression is compiled once;
+// where it is the code rule, it is compiled each time, as in the program.
 
 U_NAMESPACE_BEGIN
 
 namespace {
 
 /// The other way to compile, which the program does not use.
-std::unique_ptr<RegexPattern>
-compiled(const UnicodeString& expression, std::uint32_t flags, UParseError& where, UErrorCode& status)
+std::unique_ptr<RegexPattern> compiled(
+    const UnicodeString& expression, std::uint32_t flags, UParseError& where, UErrorCode& status)
 {
     UText* const text = utext_openConstUnicodeString(nullptr, &expression, &status);
     std::unique_ptr<RegexPattern> pattern(RegexPattern::compile(text, flags, where, status));

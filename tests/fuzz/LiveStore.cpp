@@ -66,8 +66,7 @@ LiveStore::LiveStore()
         "CREATE TABLE message (ROWID INTEGER PRIMARY KEY, text TEXT, attributedBody BLOB,"
         " date INTEGER);"
         "CREATE INDEX message_idx_date ON message (date);";
-    expect(
-        sqlite3_exec(writing, preparation, nullptr, nullptr, nullptr) == SQLITE_OK, preparation);
+    expect(sqlite3_exec(writing, preparation, nullptr, nullptr, nullptr) == SQLITE_OK, preparation);
     begin = compiled("BEGIN IMMEDIATE");
     erase = compiled("DELETE FROM message");
     insertion = compiled("INSERT INTO message (text, attributedBody, date) VALUES (?, ?, ?)");

@@ -15,8 +15,8 @@ struct sqlite3_stmt;
 namespace orlimo {
 
 /// A message store in a folder of its own, written by one connection and read by the program's: its
-/// rows are replaced by others as often as wanted. Lives to the end of the process, as the program's
-/// connection does.
+/// rows are replaced by others as often as wanted. Lives to the end of the process, as the
+/// program's connection does.
 class LiveStore
 {
 public:
