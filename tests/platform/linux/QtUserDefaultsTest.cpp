@@ -132,8 +132,8 @@ TEST_F(QtUserDefaultsTest, MakesTheFolderWhenItIsMissing)
 
 TEST_F(QtUserDefaultsTest, FileThatWouldBeDamagedByWritingItAgainIsReplacedAndKept)
 {
-    // A key without a name, which the toolkit reads and then writes as it cannot read it.
-    const std::string odd = "[Odd]\n=nameless\n[General]\nfourDigitInclude=true\n";
+    // A key without a name in a group of a group: the toolkit writes it as it cannot read it.
+    const std::string odd = "[Odd/Group]\n=nameless\n[General]\nfourDigitInclude=true\n";
     writeFile(file, odd);
     EXPECT_TRUE(read("fourDigitInclude"));
     write(true);
