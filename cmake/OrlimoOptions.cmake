@@ -26,3 +26,10 @@ if(ORLIMO_SANITIZERS)
         -fsanitize=${ORLIMO_SANITIZERS} -fno-omit-frame-pointer -fno-sanitize-recover=all)
     target_link_options(orlimo_options INTERFACE -fsanitize=${ORLIMO_SANITIZERS})
 endif()
+
+# The fuzzer sees which ways an input takes through what is compiled like this; needs clang.
+option(ORLIMO_FUZZERS "Build the fuzzers in the place of the tests that replay their inputs" OFF)
+if(ORLIMO_FUZZERS)
+    target_compile_options(orlimo_options INTERFACE
+        -fsanitize-coverage=inline-8bit-counters,indirect-calls,pc-table)
+endif()

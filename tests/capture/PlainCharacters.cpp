@@ -4,17 +4,13 @@
 #include <unicode/ubrk.h>
 #include <unicode/utext.h>
 
-#include <functional>
-
 namespace orlimo {
 
-namespace {
-
-/// Tells of each place where a character begins or ends, in ascending order.
-void visitBoundaries(const std::string& text, const std::function<void(std::size_t)>& visit)
+std::vector<std::size_t> plainCharacterBoundaries(const std::string& text)
 {
+    std::vector<std::size_t> boundaries;
     if (text.empty()) {
-        return;
+        return boundaries;
     }
     UErrorCode status = U_ZERO_ERROR;
     UText* const bytes =
@@ -24,26 +20,17 @@ void visitBoundaries(const std::string& text, const std::function<void(std::size
     EXPECT_TRUE(U_SUCCESS(status)) << u_errorName(status);
     for (std::int32_t place = ubrk_first(iterator); place != UBRK_DONE; place = ubrk_next(iterator))
     {
-        visit(static_cast<std::size_t>(place));
+        boundaries.push_back(static_cast<std::size_t>(place));
     }
     ubrk_close(iterator);
     utext_close(bytes);
-}
-
-} // namespace
-
-std::set<std::size_t> plainCharacterBoundaries(const std::string& text)
-{
-    std::set<std::size_t> boundaries;
-    visitBoundaries(text, [&](std::size_t place) { boundaries.insert(place); });
     return boundaries;
 }
 
 std::size_t plainCharacterCount(const std::string& text)
 {
-    std::size_t boundaries = 0;
-    visitBoundaries(text, [&](std::size_t) { ++boundaries; });
-    return boundaries == 0 ? 0 : boundaries - 1;
+    const auto boundaries = plainCharacterBoundaries(text);
+    return boundaries.empty() ? 0 : boundaries.size() - 1;
 }
 
 } // namespace orlimo

@@ -5,6 +5,8 @@
 
 #include <unicode/uchar.h>
 
+#include <algorithm>
+
 namespace orlimo {
 
 namespace {
@@ -41,13 +43,18 @@ std::vector<Run> runsOfDigits(const std::string& text)
     return runs;
 }
 
+bool isIn(const std::vector<std::size_t>& places, std::size_t place)
+{
+    return std::binary_search(places.begin(), places.end(), place);
+}
+
 std::vector<std::string> numbersIn(const std::string& text, std::size_t fewestDigits)
 {
     const auto boundaries = plainCharacterBoundaries(text);
     std::vector<std::string> numbers;
     for (const Run& run : runsOfDigits(text)) {
         const bool qualifies = run.digits >= fewestDigits && run.digits <= 6;
-        const bool isWhole = boundaries.contains(run.start) && boundaries.contains(run.end);
+        const bool isWhole = isIn(boundaries, run.start) && isIn(boundaries, run.end);
         if (qualifies && isWhole) {
             numbers.push_back(text.substr(run.start, run.end - run.start));
         }

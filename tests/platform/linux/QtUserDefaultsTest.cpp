@@ -134,6 +134,18 @@ TEST_F(QtUserDefaultsTest, MakesTheFolderWhenItIsMissing)
     EXPECT_EQ(contentOf(file), storeWith("true"));
 }
 
+TEST_F(QtUserDefaultsTest, FileThatWouldBeDamagedByWritingItAgainIsReplacedAndKept)
+{
+    // A key without a name in a group of a group: the toolkit writes it as it cannot read it.
+    const std::string odd = "[Odd/Group]\n=nameless\n[General]\nfourDigitInclude=true\n";
+    writeFile(file, odd);
+    EXPECT_TRUE(read("fourDigitInclude"));
+    write(true);
+    EXPECT_TRUE(read());
+    EXPECT_EQ(contentOf(file), storeWith("true"));
+    EXPECT_EQ(contentOf(damagedCopy), odd);
+}
+
 TEST_F(QtUserDefaultsTest, KeepsWhatOthersStoredWhenItWrites)
 {
     writeFile(file, "[General]\nother=kept\n\n[Window]\nwidth=300\n");

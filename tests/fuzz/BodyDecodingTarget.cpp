@@ -1,0 +1,62 @@
+#include "capture/BodyDecoding.h"
+#include "tests/capture/BodyBytes.h"
+#include "tests/capture/PlainBodyDecoding.h"
+#include "tests/capture/PlainUtf8.h"
+#include "tests/fuzz/Disagreement.h"
+#include "tests/fuzz/FuzzTarget.h"
+#include "tests/fuzz/LoggedLines.h"
+#include "tests/fuzz/UnwindingStop.h"
+
+#include <optional>
+#include <string>
+#include <variant>
+
+namespace orlimo {
+
+namespace {
+
+/// The first byte says what the others are: any text in place of the hexadecimal one, or the body's
+/// own bytes, from which the store makes that.
+std::string hexadecimalText(std::string_view input)
+{
+    if (input.empty()) {
+        return {};
+    }
+    const std::string_view rest = input.substr(1);
+    return input.front() == 't' ? plainlyRepaired(rest) : asHexadecimal(rest);
+}
+
+std::string printed(const PlainDecoding& decoding)
+{
+    if (std::holds_alternative<PlainDecoding::Fatal>(decoding.outcome)) {
+        return "stop";
+    }
+    const auto* const words = std::get_if<PlainDecoding::Words>(&decoding.outcome);
+    return words != nullptr ? "words " + words->text : "nothing";
+}
+
+std::string outcomeOf(const std::string& text)
+{
+    try {
+        const auto words = decodeAttributedBody(text);
+        return words ? "words " + *words : "nothing";
+    } catch (const UnwindingStop&) {
+        return "stop";
+    }
+}
+
+} // namespace
+
+Finding judge(std::string_view input)
+{
+    const std::string text = hexadecimalText(input);
+    logged::clear();
+    const std::string outcome = outcomeOf(text);
+    const PlainDecoding expected = plainDecoding(text);
+    if (auto finding = disagreement("outcome", outcome, printed(expected))) {
+        return finding;
+    }
+    return disagreement("log", logged::lines(), expected.lines);
+}
+
+} // namespace orlimo

@@ -1,0 +1,190 @@
+#include "capture/PreferenceKeys.h"
+#include "platform/UserDefaults.h"
+#include "tests/capture/PreferenceSandbox.h"
+#include "tests/fuzz/Disagreement.h"
+#include "tests/fuzz/FuzzTarget.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <QSettings>
+#include <QString>
+
+#include <filesystem>
+#include <map>
+#include <numeric>
+#include <optional>
+#include <string>
+
+namespace orlimo {
+
+namespace {
+
+using Dictionary = std::map<std::string, std::string>;
+
+std::filesystem::path damagedCopy()
+{
+    return PreferenceSandbox::file().string() + ".damaged";
+}
+
+/// A file that the toolkit has never seen before, for it remembers what was in them.
+class FreshFile
+{
+public:
+    explicit FreshFile(std::string_view bytes)
+    {
+        static const TemporaryFolder folder;
+        static long number = 0;
+        file = folder.path() / std::to_string(++number);
+        writeFile(file, bytes);
+    }
+    FreshFile(const FreshFile&) = delete;
+    FreshFile& operator=(const FreshFile&) = delete;
+    ~FreshFile() { std::filesystem::remove(file); }
+
+    [[nodiscard]] QString name() const { return QString::fromStdString(file.string()); }
+    [[nodiscard]] std::string content() const { return contentOf(file); }
+
+private:
+    std::filesystem::path file;
+};
+
+/// What the toolkit itself finds in a file; absent when it reports damage.
+std::optional<Dictionary> plainDictionary(std::string_view bytes)
+{
+    const FreshFile file(bytes);
+    const QSettings settings(file.name(), QSettings::NativeFormat);
+    Dictionary dictionary;
+    for (const QString& key : settings.allKeys()) {
+        dictionary.emplace(key.toStdString(), settings.value(key).toString().toStdString());
+    }
+    return settings.status() == QSettings::FormatError ? std::nullopt : std::optional(dictionary);
+}
+
+/// What the toolkit itself makes of `bytes` when one value is to be stored.
+std::string rewritten(std::string_view bytes, std::string_view key, bool value)
+{
+    const FreshFile file(bytes);
+    QSettings settings(file.name(), QSettings::NativeFormat);
+    settings.setValue(QLatin1String(key.data(), static_cast<int>(key.size())), value);
+    settings.sync();
+    return file.content();
+}
+
+/// The boolean that a string stands for: a second implementation, kept plain on purpose.
+bool plainBoolean(const std::string& text)
+{
+    std::size_t place = text.find_first_not_of(" \t\n\v\f\r");
+    if (place == std::string::npos) {
+        return false;
+    }
+    if (text[place] == 'Y' || text[place] == 'y' || text[place] == 'T' || text[place] == 't') {
+        return true;
+    }
+    if (text[place] == '+' || text[place] == '-') {
+        ++place;
+    }
+    bool insideFraction = false;
+    for (; place < text.size(); ++place) {
+        if (text[place] >= '1' && text[place] <= '9') {
+            return true;
+        }
+        if (text[place] == '.' && !insideFraction) {
+            insideFraction = true;
+        } else if (text[place] != '0') {
+            return false;
+        }
+    }
+    return false;
+}
+
+/// What is not a string has an at sign before it.
+bool holdsStringsAlone(std::string_view bytes)
+{
+    return bytes.find('@') == std::string_view::npos;
+}
+
+Finding judgeReading(std::string_view bytes, const Dictionary& present, std::string_view key)
+{
+    const bool value = standardUserDefaults().boolForKey(key);
+    const auto found = present.find(std::string(key));
+    if (found == present.end() || holdsStringsAlone(bytes)) {
+        const bool expected = found != present.end() && plainBoolean(found->second);
+        if (auto finding = disagreement("value of " + std::string(key), value, expected)) {
+            return finding;
+        }
+    }
+    return disagreement(
+        "file that was only read", contentOf(PreferenceSandbox::file()), std::string(bytes));
+}
+
+/// The program's own preferences other than `written` must still be there.
+Finding
+judgeOwnPreferences(const Dictionary& before, const Dictionary& after, std::string_view written)
+{
+    for (const std::string_view key : preference::keys) {
+        const auto kept = before.find(std::string(key));
+        if (key == written || kept == before.end()) {
+            continue;
+        }
+        const auto found = after.find(kept->first);
+        const auto now = found == after.end() ? "" : found->second;
+        if (auto finding = disagreement("other preference", now, kept->second)) {
+            return finding;
+        }
+    }
+    return std::nullopt;
+}
+
+/// What cannot be understood, or would not be once it is written, is replaced, and a copy kept.
+Finding judgeWriting(std::string_view bytes, const Dictionary& present, std::string_view key)
+{
+    UserDefaults& defaults = standardUserDefaults();
+    const bool value = bytes.size() % 2 == 0;
+    defaults.setBool(value, key);
+    const Dictionary after = defaults.dictionaryRepresentation();
+
+    const auto understood = plainDictionary(bytes);
+    const auto changed = understood ? plainDictionary(rewritten(bytes, key, value)) : std::nullopt;
+    const Dictionary alone{{std::string(key), value ? "true" : "false"}};
+    if (auto finding =
+            disagreement("preferences before", present, understood.value_or(Dictionary()))) {
+        return finding;
+    }
+    if (auto finding = disagreement("preferences after", after, changed.value_or(alone))) {
+        return finding;
+    }
+    if (auto finding = disagreement("value written", defaults.boolForKey(key), value)) {
+        return finding;
+    }
+    const bool copied = std::filesystem::exists(damagedCopy());
+    if (auto finding = disagreement("copy kept", copied, !changed)) {
+        return finding;
+    }
+    return copied ? disagreement("copy", contentOf(damagedCopy()), std::string(bytes))
+                  : judgeOwnPreferences(present, after, key);
+}
+
+/// Whether the file is written to as well, which takes far longer than to read it: decided by the
+/// bytes, so that the judgement is the same each time.
+bool isToBeWritten(std::string_view bytes)
+{
+    const auto sum = [](unsigned total, char byte) { return total + static_cast<unsigned>(byte); };
+    return std::accumulate(bytes.begin(), bytes.end(), 0U, sum) % 32 == 0;
+}
+
+} // namespace
+
+/// The input is the settings file, byte for byte.
+Finding judge(std::string_view input)
+{
+    static const PreferenceSandbox sandbox;
+    writeFile(PreferenceSandbox::file(), input);
+    std::filesystem::remove(damagedCopy());
+    const Dictionary present = standardUserDefaults().dictionaryRepresentation();
+    const std::string_view key = preference::keys.at(input.size() % preference::keys.size());
+    if (auto finding = judgeReading(input, present, key)) {
+        return finding;
+    }
+    return isToBeWritten(input) ? judgeWriting(input, present, key) : std::nullopt;
+}
+
+} // namespace orlimo

@@ -1,0 +1,48 @@
+#include "tests/fuzz/FuzzTarget.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <vector>
+
+namespace orlimo {
+
+namespace {
+
+/// The inputs that are kept for this program's target, in alphabetical order.
+std::vector<std::filesystem::path> keptInputs()
+{
+    std::vector<std::filesystem::path> files;
+    for (const auto& entry : std::filesystem::directory_iterator(ORLIMO_FUZZ_CORPUS)) {
+        files.push_back(entry.path());
+    }
+    std::sort(files.begin(), files.end());
+    return files;
+}
+
+TEST(Replay, KeptInputsAreJudgedWell)
+{
+    const auto files = keptInputs();
+    EXPECT_FALSE(files.empty());
+    for (const auto& file : files) {
+        const Finding finding = judge(contentOf(file));
+        EXPECT_FALSE(finding) << file << ": " << finding.value_or("");
+    }
+}
+
+// What a call leaves behind must not change the judgement: the same inputs, in the other order.
+TEST(Replay, KeptInputsAreJudgedWellInAnyOrder)
+{
+    auto files = keptInputs();
+    std::reverse(files.begin(), files.end());
+    for (const auto& file : files) {
+        const Finding finding = judge(contentOf(file));
+        EXPECT_FALSE(finding) << file << ": " << finding.value_or("");
+    }
+}
+
+} // namespace
+
+} // namespace orlimo
