@@ -531,6 +531,14 @@ TEST_F(InotifyVnodeSourceTest, IsDestroyedWhileTheFileGrows)
 
 // Limits of the host. Each is reached in a process of its own, where it disturbs nobody.
 
+/// A user whom no other test, running at the same time, is or disturbs: the host counts watchers and
+/// threads by user.
+uid_t userOfOwn()
+{
+    constexpr uid_t firstOfMany = 1'000'000'000;
+    return firstOfMany + static_cast<uid_t>(::getpid());
+}
+
 /// The error with which a source for `descriptor` cannot be made, as an exit status.
 int errorOfWatching(int descriptor)
 {
@@ -584,9 +592,8 @@ TEST_F(InotifyVnodeSourceTest, FailsWithTheHostsErrorWhenTheUsersWatchersAreUsed
         GTEST_SKIP() << "only the superuser can become a user who disturbs nobody";
     }
     const auto run = runForked([this] {
-        constexpr uid_t nobodyElse = 1'234'567;
         rlimit many{};
-        if (::getrlimit(RLIMIT_NOFILE, &many) != 0 || ::setuid(nobodyElse) != 0) {
+        if (::getrlimit(RLIMIT_NOFILE, &many) != 0 || ::setuid(userOfOwn()) != 0) {
             ::_exit(255);
         }
         many.rlim_cur = many.rlim_max;
@@ -609,9 +616,8 @@ TEST_F(InotifyVnodeSourceTest, LeavesSignalsAsTheyWereWhenNoThreadCanBeStarted)
         GTEST_SKIP() << "only the superuser can become a user who disturbs nobody";
     }
     const auto run = runForked([this] {
-        constexpr uid_t nobodyElse = 1'234'567;
         const rlimit none{0, 0};
-        if (::setuid(nobodyElse) != 0 || ::setrlimit(RLIMIT_NPROC, &none) != 0) {
+        if (::setuid(userOfOwn()) != 0 || ::setrlimit(RLIMIT_NPROC, &none) != 0) {
             ::_exit(255);
         }
         const auto watch = makeFileSystemObjectSource(opened.get(), vnodeExtend, queue);
