@@ -40,6 +40,8 @@ StatusMenuView::StatusMenuView(std::shared_ptr<Message> controller, MenuHost men
 {
     requireMainThread();
     setFixedSize(size);
+    // It fills itself, so that the toolkit need not do so before.
+    setAttribute(Qt::WA_OpaquePaintEvent);
     auto* stack = new QVBoxLayout(this);
     stack->setContentsMargins(0, 0, 0, 0);
     stack->setSpacing(stackSpacing);

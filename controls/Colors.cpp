@@ -2,6 +2,7 @@
 
 #include <QPalette>
 
+#include <algorithm>
 #include <cmath>
 
 namespace orlimo {
@@ -19,6 +20,11 @@ double relativeLuminance(const QColor& color)
            0.0722 * linearComponent(color.blueF());
 }
 
+double contrastOfLuminances(double one, double other)
+{
+    return (std::max(one, other) + 0.05) / (std::min(one, other) + 0.05);
+}
+
 QColor textOver(const QPalette& palette, double opacity)
 {
     return mixed(windowColor(palette), textColor(palette), opacity);
@@ -28,20 +34,19 @@ QColor textOver(const QPalette& palette, double opacity)
 
 double contrastRatio(const QColor& one, const QColor& other)
 {
-    const double first = relativeLuminance(one) + 0.05;
-    const double second = relativeLuminance(other) + 0.05;
-    return first > second ? first / second : second / first;
+    return contrastOfLuminances(relativeLuminance(one), relativeLuminance(other));
 }
 
 QColor legibleColor(const QColor& color, const QColor& background)
 {
-    const bool onDark = contrastRatio(background, Qt::white) > contrastRatio(background, Qt::black);
+    const double luminance = relativeLuminance(background);
+    const bool onDark = contrastOfLuminances(luminance, 1) > contrastOfLuminances(luminance, 0);
     const QColor goal = onDark ? Qt::white : Qt::black;
     constexpr int steps = 64;
     for (int step = 0; step < steps; ++step) {
         // Rounded to what is painted before it is judged.
         const QColor candidate(mixed(color, goal, static_cast<double>(step) / steps).rgb());
-        if (contrastRatio(candidate, background) >= legibleContrast) {
+        if (contrastOfLuminances(relativeLuminance(candidate), luminance) >= legibleContrast) {
             return candidate;
         }
     }

@@ -35,12 +35,19 @@ QRect SymbolLabel::symbolArea() const
     return QStyle::visualRect(layoutDirection(), rect(), leading);
 }
 
+const QPixmap& SymbolLabel::drawnSymbol()
+{
+    const QColor color = colorOf(palette());
+    const qreal ratio = devicePixelRatioF();
+    if (drawing.color != color || drawing.devicePixelRatio != ratio) {
+        drawing = {color, ratio, systemSymbol(symbol, label->fontPixelSize(), color, ratio)};
+    }
+    return drawing.pixmap;
+}
+
 void SymbolLabel::paintEvent(QPaintEvent* /*event*/)
 {
-    QPainter painter(this);
-    painter.drawPixmap(
-        symbolArea().topLeft(),
-        systemSymbol(symbol, label->fontPixelSize(), colorOf(palette()), devicePixelRatioF()));
+    QPainter(this).drawPixmap(symbolArea().topLeft(), drawnSymbol());
 }
 
 } // namespace orlimo

@@ -2,6 +2,8 @@
 
 #include "controls/Colors.h"
 
+#include <QColor>
+#include <QPixmap>
 #include <QString>
 #include <QWidget>
 
@@ -33,6 +35,17 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    /// The symbol as it was last painted: drawing it takes longer than all else in the label.
+    struct Drawing
+    {
+        QColor color;
+        qreal devicePixelRatio = 0;
+        QPixmap pixmap;
+    };
+
+    [[nodiscard]] const QPixmap& drawnSymbol();
+
+    Drawing drawing;
     QString symbol;
     PaletteColor colorOf;
     TextLabel* label;

@@ -49,10 +49,20 @@ int TextButton::symbolAdvance() const
 
 QRectF TextButton::labelArea() const
 {
+    return areaOf(block());
+}
+
+TextBlock TextButton::block() const
+{
+    const QMargins& padding = appearance.padding;
+    return TextBlock::fitted(
+        text(), font(), width() - padding.left() - padding.right() - symbolAdvance());
+}
+
+QRectF TextButton::areaOf(const TextBlock& laidOut) const
+{
     const QRectF inside = QRectF(rect()).marginsRemoved(appearance.padding);
-    const double textWidth =
-        TextBlock::fitted(text(), font(), inside.width() - symbolAdvance()).size().width();
-    const double width = symbolAdvance() + textWidth;
+    const double width = symbolAdvance() + laidOut.size().width();
     return {
         std::floor(inside.left() + (inside.width() - width) / 2),
         inside.top(),
@@ -89,7 +99,8 @@ void TextButton::paintEvent(QPaintEvent* /*event*/)
     painter.setRenderHint(QPainter::Antialiasing);
     painter.fillPath(continuousRoundedRectangle(rect(), cornerRadius), surface());
 
-    const QRectF label = labelArea();
+    const TextBlock laidOut = block();
+    const QRectF label = areaOf(laidOut);
     const QColor color = textColor(palette());
     const int advance = symbolAdvance();
     if (advance > 0) {
@@ -106,10 +117,9 @@ void TextButton::paintEvent(QPaintEvent* /*event*/)
                 appearance.systemSymbolName, appearance.fontPixelSize, color, devicePixelRatioF()));
     }
     painter.setPen(color);
-    const TextBlock block = TextBlock::fitted(text(), font(), label.width() - advance);
     const double left =
         layoutDirection() == Qt::RightToLeft ? label.left() : label.left() + advance;
-    block.draw(painter, {left, std::floor(label.center().y() - block.size().height() / 2)});
+    laidOut.draw(painter, {left, std::floor(label.center().y() - laidOut.size().height() / 2)});
 }
 
 } // namespace orlimo

@@ -7,6 +7,8 @@
 
 namespace orlimo {
 
+class TextBlock;
+
 /// A button with a text, and a system symbol before it where one is named.
 class TextButton : public QPushButton
 {
@@ -49,6 +51,9 @@ private:
     [[nodiscard]] QColor surface() const;
     /// The symbol's width with the gap after it.
     [[nodiscard]] int symbolAdvance() const;
+    [[nodiscard]] TextBlock block() const;
+    /// Laying out is most of the work: who has the block hands it in.
+    [[nodiscard]] QRectF areaOf(const TextBlock& laidOut) const;
 
     Look appearance;
 };

@@ -64,7 +64,12 @@ TextBlock TextLabel::block() const
 
 QRectF TextLabel::textArea() const
 {
-    const QSizeF size = block().size();
+    return areaOf(block());
+}
+
+QRectF TextLabel::areaOf(const TextBlock& laidOut) const
+{
+    const QSizeF size = laidOut.size();
     const Qt::Alignment visual = QStyle::visualAlignment(layoutDirection(), alignment());
     double left = 0;
     if (visual.testFlag(Qt::AlignHCenter)) {
@@ -79,7 +84,8 @@ void TextLabel::paintEvent(QPaintEvent* /*event*/)
 {
     QPainter painter(this);
     painter.setPen(paintedColor());
-    block().draw(painter, textArea().topLeft());
+    const TextBlock laidOut = block();
+    laidOut.draw(painter, areaOf(laidOut).topLeft());
 }
 
 } // namespace orlimo

@@ -45,6 +45,8 @@ protected:
 
 private:
     [[nodiscard]] TextBlock block() const;
+    /// Laying out is most of the work: who has the block hands it in.
+    [[nodiscard]] QRectF areaOf(const TextBlock& laidOut) const;
 
     PaletteColor color;
     Lines lines;
