@@ -1,6 +1,7 @@
 #include "app/GuidanceWindow.h"
 
 #include "controls/Colors.h"
+#include "resources/ImageIcon.h"
 
 #include <QPalette>
 #include <QVBoxLayout>
@@ -27,6 +28,7 @@ GuidanceWindow::GuidanceWindow(QWidget* content, const QRect& contentArea)
           nullptr,
           Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint)
 {
+    setWindowIcon(imageIcon(QStringLiteral("logo")));
     setPalette(darkPalette());
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);

@@ -9,7 +9,6 @@
 #include "platform/StandardStreams.h"
 #include "platform/ToQString.h"
 #include "platform/ToolkitArguments.h"
-#include "resources/ImageIcon.h"
 #include "resources/translations/TranslationCatalogue.h"
 
 #include <QApplication>
@@ -40,7 +39,6 @@ int runApplication(
     nameApplication();
     orlimo::ToolkitArguments arguments(argc, argv);
     const QApplication application(arguments.count(), arguments.values());
-    QApplication::setWindowIcon(orlimo::imageIcon(QStringLiteral("logo")));
     orlimo::installTranslations(*qApp);
 
     orlimo::LaunchAtLogin::followAnswers();

@@ -3,6 +3,7 @@
 #include "platform/ApplicationIdentity.h"
 #include "platform/ToQString.h"
 #include "resources/ImageAsset.h"
+#include "resources/ImageIcon.h"
 
 #include <QCoreApplication>
 #include <QFont>
@@ -63,6 +64,7 @@ AboutPanel::AboutPanel()
     , version(makeLine(13, QFont::Normal))
     , copyright(makeLine(11, QFont::Normal))
 {
+    setWindowIcon(imageIcon(QStringLiteral("logo")));
     auto* const column = new QVBoxLayout(this);
     column->setContentsMargins(40, 28, 40, 24);
     column->setSpacing(0);

@@ -1,20 +1,62 @@
 #include "platform/linux/PanelIcon.h"
 
+#include <QIconEngine>
 #include <QPainter>
 #include <QPixmap>
 #include <QStringList>
+
+#include <utility>
 
 namespace orlimo {
 
 namespace {
 
-QPixmap painted(QPixmap shape, const QColor& color)
+/// A template in a color. A size is drawn when it is asked for: hosts want few of them, and the
+/// icon is wanted at once when the program starts.
+class PaintedTemplate final : public QIconEngine
 {
-    QPainter painter(&shape);
-    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
-    painter.fillRect(shape.rect(), color);
-    return shape;
-}
+public:
+    PaintedTemplate(QIcon shape, const QColor& inColor)
+        : icon(std::move(shape))
+        , color(inColor)
+    {}
+
+    void paint(QPainter* painter, const QRect& area, QIcon::Mode mode, QIcon::State state) override
+    {
+        const double scale = painter->device()->devicePixelRatioF();
+        painter->drawPixmap(area, scaledPixmap(area.size() * scale, mode, state, scale));
+    }
+
+    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override
+    {
+        return scaledPixmap(size, mode, state, 1);
+    }
+
+    QPixmap
+    scaledPixmap(const QSize& size, QIcon::Mode mode, QIcon::State state, qreal scale) override
+    {
+        QPixmap shape = icon.pixmap(size, 1, mode, state);
+        QPainter painter(&shape);
+        painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+        painter.fillRect(shape.rect(), color);
+        painter.end();
+        shape.setDevicePixelRatio(scale);
+        return shape;
+    }
+
+    QList<QSize> availableSizes(QIcon::Mode mode, QIcon::State state) override
+    {
+        return icon.availableSizes(mode, state);
+    }
+
+    [[nodiscard]] QIconEngine* clone() const override { return new PaintedTemplate(*this); }
+
+    QString key() const override { return QStringLiteral("PaintedTemplate"); }
+
+private:
+    QIcon icon;
+    QColor color;
+};
 
 } // namespace
 
@@ -28,14 +70,7 @@ QColor panelTextColor(const QString& desktop, const QPalette& palette)
 
 QIcon panelIcon(const QIcon& icon, const QColor& color)
 {
-    if (!icon.isMask()) {
-        return icon;
-    }
-    QIcon result;
-    for (const QSize size : icon.availableSizes()) {
-        result.addPixmap(painted(icon.pixmap(size, 1.0), color));
-    }
-    return result;
+    return icon.isMask() ? QIcon(new PaintedTemplate(icon, color)) : icon;
 }
 
 } // namespace orlimo

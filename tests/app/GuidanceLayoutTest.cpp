@@ -6,6 +6,7 @@
 #include "controls/TextBlock.h"
 #include "controls/TextButton.h"
 #include "controls/TextLabel.h"
+#include "resources/ImageIcon.h"
 #include "tests/app/Appearance.h"
 #include "tests/app/ViewTestBase.h"
 #include "tests/support/LayoutExpectation.h"
@@ -48,6 +49,13 @@ TEST_P(GuidanceLayout, Is500By500)
     EXPECT_EQ(window.maximumSize(), QSize(500, 500));
     EXPECT_EQ(window.geometry().topLeft(), QPoint(30, 40));
     EXPECT_EQ(areaIn(window, *view), QRect(0, 0, 500, 500));
+}
+
+TEST_P(GuidanceLayout, HasTheProgramsIconInTheListOfWindows)
+{
+    EXPECT_EQ(
+        window.windowIcon().pixmap(64).toImage(),
+        imageIcon(QStringLiteral("logo")).pixmap(64).toImage());
 }
 
 TEST_P(GuidanceLayout, HasEightElementsInTheirOrderInTheMiddle)

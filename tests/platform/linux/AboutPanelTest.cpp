@@ -1,5 +1,6 @@
 #include "platform/ApplicationIdentity.h"
 #include "platform/SharedApplication.h"
+#include "resources/ImageIcon.h"
 #include "tests/platform/MarkingTranslator.h"
 #include "tests/support/Await.h"
 
@@ -80,6 +81,13 @@ TEST_F(AboutPanelTest, SaysWhoTheProgramIs)
         texts(panel),
         (QStringList{QStringLiteral("Orlimo"), QStringLiteral("Version 1.0.0"), copyright}));
     EXPECT_TRUE(copyright.contains(QChar(0xA9)));
+}
+
+TEST_F(AboutPanelTest, HasTheProgramsIconInTheListOfWindows)
+{
+    EXPECT_EQ(
+        show().windowIcon().pixmap(64).toImage(),
+        imageIcon(QStringLiteral("logo")).pixmap(64).toImage());
 }
 
 TEST_F(AboutPanelTest, PutsTheNameInBoldAndEverythingInTheMiddle)

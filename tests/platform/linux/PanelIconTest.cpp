@@ -2,6 +2,7 @@
 
 #include "resources/ImageIcon.h"
 
+#include <QIconEngine>
 #include <QImage>
 #include <QPainter>
 #include <gtest/gtest.h>
@@ -44,6 +45,36 @@ Ink inkOf(const QIcon& icon, int edge, const QColor& color)
     return ink;
 }
 
+/// Says which sizes of it were drawn.
+class WatchedEngine final : public QIconEngine
+{
+public:
+    explicit WatchedEngine(QList<QSize>& sizes)
+        : drawn(sizes)
+    {}
+    void paint(
+        QPainter* /*painter*/,
+        const QRect& /*area*/,
+        QIcon::Mode /*mode*/,
+        QIcon::State /*state*/) override
+    {}
+    QPixmap pixmap(const QSize& size, QIcon::Mode /*mode*/, QIcon::State /*state*/) override
+    {
+        drawn.append(size);
+        QPixmap pixmap(size);
+        pixmap.fill(Qt::black);
+        return pixmap;
+    }
+    QList<QSize> availableSizes(QIcon::Mode /*mode*/, QIcon::State /*state*/) override
+    {
+        return {{16, 16}, {128, 128}};
+    }
+    [[nodiscard]] QIconEngine* clone() const override { return new WatchedEngine(drawn); }
+
+private:
+    QList<QSize>& drawn;
+};
+
 } // namespace
 
 TEST(PanelTextColor, FollowsTheScheme)
@@ -76,6 +107,18 @@ TEST(PanelIcon, PaintsATemplateInTheColorAtEverySize)
         EXPECT_EQ(ink.inColor, ink.pixels) << edge;
         EXPECT_EQ(icon.pixmap(QSize(edge, edge), 1.0).size(), QSize(edge, edge));
     }
+}
+
+TEST(PanelIcon, DrawsNoSizeThatIsNotAskedFor)
+{
+    QList<QSize> drawn;
+    QIcon shape(new WatchedEngine(drawn));
+    shape.setIsMask(true);
+    const QIcon icon = panelIcon(shape, Qt::white);
+    EXPECT_EQ(icon.availableSizes(), (QList<QSize>{{16, 16}, {128, 128}}));
+    EXPECT_TRUE(drawn.isEmpty());
+    EXPECT_EQ(inkOf(icon, 16, Qt::white).inColor, 16 * 16);
+    EXPECT_EQ(drawn, QList<QSize>{QSize(16, 16)});
 }
 
 TEST(PanelIcon, LeavesAPictureItsColors)
