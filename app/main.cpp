@@ -5,6 +5,7 @@
 #include "login/LaunchAtLogin.h"
 #include "platform/ApplicationIdentity.h"
 #include "platform/ApplicationInstance.h"
+#include "platform/Queue.h"
 #include "platform/SharedApplication.h"
 #include "platform/StandardStreams.h"
 #include "platform/ToQString.h"
@@ -12,7 +13,11 @@
 #include "resources/translations/TranslationCatalogue.h"
 
 #include <QApplication>
+#include <QFontDatabase>
+#include <QStringList>
+#include <QTimer>
 
+#include <chrono>
 #include <iostream>
 #include <memory>
 #include <utility>
@@ -26,6 +31,16 @@ void nameApplication()
     QApplication::setApplicationVersion(orlimo::toQString(identity::version));
     QApplication::setDesktopFileName(orlimo::toQString(identity::applicationIdentifier));
     QApplication::setQuitOnLastWindowClosed(false);
+}
+
+/// By then the icon has its place, and the start nothing left to do.
+constexpr std::chrono::milliseconds settlingTime{500};
+
+/// Has the toolkit read which fonts there are, for which the first window would otherwise wait as
+/// long as for all the rest of it.
+void readFonts()
+{
+    orlimo::backgroundQueue().async([] { (void)QFontDatabase::families(); });
 }
 
 /// Runs to the end of the program. `instance` is asked for what later starts want; none when they
@@ -45,6 +60,9 @@ int runApplication(
 
     orlimo::OrlimoApp app;
     const auto scene = app.body();
+    QTimer settled;
+    settled.setSingleShot(true);
+    QObject::connect(&settled, &QTimer::timeout, &settled, readFonts);
     orlimo::LaunchTurns turns(app.appDelegate(), launchedAtLogin, [&] {
         if (instance != nullptr) {
             instance->onActivation([&scene] { scene->menuBarExtra().openAmongOthers(); });
@@ -53,6 +71,7 @@ int runApplication(
         if (!launchedAtLogin && !orlimo::sharedApplication().isTerminating()) {
             scene->menuBarExtra().openWhereThereIsNoIcon();
         }
+        settled.start(settlingTime);
     });
     const int status = orlimo::sharedApplication().run(turns);
     // From here on a later start is the first one.
