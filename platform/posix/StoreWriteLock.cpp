@@ -1,5 +1,6 @@
 #include "platform/posix/StoreWriteLock.h"
 
+#include <cerrno>
 #include <string>
 
 #include <fcntl.h>
@@ -36,15 +37,21 @@ bool StoreWriteLock::isHeldElsewhere()
     lock.l_whence = SEEK_SET;
     lock.l_start = writeLockByte;
     lock.l_len = 1;
-    return ::fcntl(descriptor, F_GETLK, &lock) == 0 && lock.l_type != F_UNLCK;
+    // Where the host does not tell, it is to be asked again: a commit that is reported before it
+    // can be read is a message missed.
+    return ::fcntl(descriptor, F_GETLK, &lock) != 0 || lock.l_type != F_UNLCK;
 }
 
 bool StoreWriteLock::openSharedIndex()
 {
+    if (!sharedIndex) {
+        return false;
+    }
     struct stat present
     {};
-    if (!sharedIndex || ::stat(sharedIndex->c_str(), &present) != 0) {
-        return false;
+    if (::stat(sharedIndex->c_str(), &present) != 0) {
+        // One that cannot be looked at for the moment is most likely still the one that was opened.
+        return errno != ENOENT && descriptor >= 0;
     }
     if (descriptor >= 0 && present.st_dev == device && present.st_ino == inode) {
         return true;

@@ -19,7 +19,7 @@ public:
     explicit StoreWriteLock(const std::filesystem::path& log);
 
     /// Whether another process holds the lock now. False when there is no shared index, when it
-    /// cannot be opened, and for a lock of this process's own.
+    /// cannot be opened, and for a lock of this process's own; true when the host does not tell.
     [[nodiscard]] bool isHeldElsewhere();
 
 private:

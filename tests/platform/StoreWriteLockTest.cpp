@@ -9,10 +9,14 @@
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
+#include <cerrno>
 #include <filesystem>
 #include <iterator>
 #include <memory>
+#include <optional>
 #include <string>
+#include <system_error>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -250,6 +254,27 @@ TEST_F(StoreWriteLockOfAnIndex, IsFreeWhenTheIndexMayNotBeRead)
     });
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(run.errors, "");
+}
+
+TEST_F(StoreWriteLockOfAnIndex, IsThatOfTheKnownIndexWhileItCannotBeFound)
+{
+    std::optional<ForeignLock> foreign(std::in_place, index, firstLockByte);
+    EXPECT_TRUE(lock.isHeldElsewhere());
+    const auto whileItCannotBeFound = [this] {
+        return runForked([this] {
+            handToUnprivilegedUser(folder.path());
+            std::filesystem::permissions(folder.path(), std::filesystem::perms::none);
+            becomeUnprivilegedUser();
+            std::error_code error;
+            (void)std::filesystem::exists(index, error);
+            const bool isHeld = lock.isHeldElsewhere();
+            std::filesystem::permissions(folder.path(), std::filesystem::perms::owner_all);
+            ::_exit(error.value() != EACCES ? 2 : isHeld ? 1 : 0);
+        });
+    };
+    EXPECT_EQ(whileItCannotBeFound().status, 1);
+    foreign.reset();
+    EXPECT_EQ(whileItCannotBeFound().status, 0);
 }
 
 TEST_F(StoreWriteLockOfAnIndex, IsFreeWhenSomethingElseStandsInTheIndexesPlace)
