@@ -26,8 +26,8 @@ public:
 /// built; the queue itself lives to the end of the process.
 [[nodiscard]] Queue& mainQueue();
 
-/// The host's concurrent queue of background priority. Work may run on several threads at a time.
-/// Lives to the end of the process.
+/// The host's concurrent queue of background priority. Work may run on several threads at a time;
+/// where the host has no thread left, it waits for the next offer. Lives to the end of the process.
 [[nodiscard]] Queue& backgroundQueue();
 
 } // namespace orlimo

@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <deque>
 #include <mutex>
+#include <system_error>
 #include <thread>
 #include <utility>
 
@@ -37,22 +38,33 @@ public:
             const std::lock_guard guard(mutex);
             list.push_back(std::move(work));
             if (idle < list.size() && threads < mostThreads) {
-                ++threads;
-                std::thread([this] { runForEver(); }).detach();
+                startThread();
             }
         }
         // Not under the mutex, for which the thread that wakes would fall asleep again.
         changed.notify_one();
     }
 
-    /// Waits until everything that was offered has run.
+    /// Waits until everything that was offered has run, as far as there is a thread to run it.
     void waitForDone()
     {
         std::unique_lock guard(mutex);
-        done.wait(guard, [this] { return list.empty() && busy == 0; });
+        done.wait(guard, [this] { return busy == 0 && (list.empty() || threads == 0); });
     }
 
 private:
+    /// Where the host has no thread left, what waits is run by those that there are, or by the one
+    /// that is started for the next offer. With the mutex locked.
+    void startThread()
+    {
+        try {
+            std::thread([this] { runForEver(); }).detach();
+            ++threads;
+        } catch (const std::system_error&) {
+            return;
+        }
+    }
+
     void runForEver()
     {
         lowerThreadPriority();

@@ -2,6 +2,7 @@
 
 #include "platform/Queue.h"
 #include "tests/support/JoiningThread.h"
+#include "tests/support/UserOfOwn.h"
 
 #include <QCoreApplication>
 
@@ -15,6 +16,8 @@
 #include <string>
 #include <thread>
 #include <vector>
+
+#include <sys/resource.h>
 
 namespace orlimo {
 namespace {
@@ -114,6 +117,64 @@ int finishBackgroundWork()
     return succeedIf(finished);
 }
 
+/// The status that says that the host does not let the probe do what it is to do.
+constexpr int notPossibleHere = 77;
+
+/// While it lives no thread can be started in this process, which becomes another user for it.
+class NoThreads
+{
+public:
+    NoThreads()
+    {
+        possible = ::getrlimit(RLIMIT_NPROC, &former) == 0 && ::setuid(userOfOwn()) == 0;
+        const rlimit none{0, former.rlim_max};
+        possible = possible && ::setrlimit(RLIMIT_NPROC, &none) == 0;
+    }
+    NoThreads(const NoThreads&) = delete;
+    NoThreads& operator=(const NoThreads&) = delete;
+    ~NoThreads() { (void)::setrlimit(RLIMIT_NPROC, &former); }
+
+    [[nodiscard]] bool isPossible() const { return possible; }
+
+private:
+    rlimit former{};
+    bool possible = false;
+};
+
+/// Background work for which no thread can be started waits until one can.
+int offerBeforeThereAreThreads()
+{
+    Application application;
+    std::atomic<int> ran = 0;
+    {
+        const NoThreads limit;
+        if (!limit.isPossible()) {
+            return notPossibleHere;
+        }
+        backgroundQueue().async([&ran] { ++ran; });
+    }
+    if (ran != 0) {
+        return 1;
+    }
+    backgroundQueue().async([&ran] { ++ran; });
+    application.takeDown();
+    return succeedIf(ran == 2);
+}
+
+/// Background work for which no thread was ever started does not hold the end up.
+int leaveWithoutThreads()
+{
+    Application application;
+    const NoThreads limit;
+    if (!limit.isPossible()) {
+        return notPossibleHere;
+    }
+    bool ran = false;
+    backgroundQueue().async([&ran] { ran = true; });
+    application.takeDown();
+    return succeedIf(!ran);
+}
+
 int run(const std::string& command)
 {
     const std::map<std::string, std::function<int()>> commands{
@@ -121,6 +182,8 @@ int run(const std::string& command)
         {"leave-waiting", leaveWaiting},
         {"offer-meanwhile", offerMeanwhile},
         {"finish-background-work", finishBackgroundWork},
+        {"offer-before-there-are-threads", offerBeforeThereAreThreads},
+        {"leave-without-threads", leaveWithoutThreads},
     };
     return commands.at(command)();
 }

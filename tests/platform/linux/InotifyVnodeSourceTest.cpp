@@ -4,6 +4,7 @@
 #include "tests/support/ForkedRun.h"
 #include "tests/support/SharedHandQueue.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/UserOfOwn.h"
 
 #include <gtest/gtest.h>
 
@@ -530,14 +531,6 @@ TEST_F(InotifyVnodeSourceTest, IsDestroyedWhileTheFileGrows)
 }
 
 // Limits of the host. Each is reached in a process of its own, where it disturbs nobody.
-
-/// A user whom no other test, running at the same time, is or disturbs: the host counts watchers and
-/// threads by user.
-uid_t userOfOwn()
-{
-    constexpr uid_t firstOfMany = 1'000'000'000;
-    return firstOfMany + static_cast<uid_t>(::getpid());
-}
 
 /// The error with which a source for `descriptor` cannot be made, as an exit status.
 int errorOfWatching(int descriptor)
