@@ -1,6 +1,5 @@
 #include <chrono>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <ctime>
 #include <functional>
@@ -136,21 +135,17 @@ constexpr std::uint8_t kindOf(const xcb_generic_event_t& event)
     return event.response_type & static_cast<std::uint8_t>(~sentByAProgram);
 }
 
-[[noreturn]] void forEachEvent(
+/// Until the server hangs up.
+void forEachEvent(
     const Screen& screen, const std::function<void(const xcb_generic_event_t&, Moment)>& tell)
 {
-    for (;;) {
-        const auto event = owned(xcb_wait_for_event(screen.connection()));
-        const Moment moment = now();
-        if (!event) {
-            std::exit(0);
-        }
-        tell(*event, moment);
+    while (const auto event = owned(xcb_wait_for_event(screen.connection()))) {
+        tell(*event, now());
     }
 }
 
 /// Reads the clipboard each time it has a new owner, and says what it held and when that was read.
-[[noreturn]] void followClipboard(const Screen& screen)
+void followClipboard(const Screen& screen)
 {
     const xcb_atom_t clipboard = screen.atom("CLIPBOARD");
     const xcb_atom_t text = screen.atom("UTF8_STRING");
@@ -205,7 +200,7 @@ std::uint32_t processOf(const Screen& screen, xcb_window_t window, xcb_atom_t pr
 
 /// Says when a window is taken into another one, as a tray does with an icon, which window it is
 /// and whose.
-[[noreturn]] void followDocking(const Screen& screen)
+void followDocking(const Screen& screen)
 {
     const xcb_atom_t process = screen.atom("_NET_WM_PID");
     const std::uint32_t mask = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
@@ -396,10 +391,11 @@ int main(int argc, char* argv[])
             orlimo::followDocking(screen);
         } else if (what == "clicks") {
             orlimo::followClicks(screen);
-            return 0;
+        } else {
+            std::cerr << "Usage: orlimo-screen-clock clipboard|docking|clicks\n";
+            return 2;
         }
-        std::cerr << "Usage: orlimo-screen-clock clipboard|docking|clicks\n";
-        return 2;
+        return 0;
     } catch (const std::exception& error) {
         std::cerr << "orlimo-screen-clock: " << error.what() << '\n';
         return 1;

@@ -40,7 +40,7 @@ public:
     /// Chooses the entry of the item's menu with this text.
     [[nodiscard]] std::string choose(const QString& text) const;
 
-public Q_SLOTS:
+public Q_SLOTS: // NOLINT(readability-redundant-access-specifiers): it makes slots
     void RegisterStatusNotifierItem(const QString& service);
     void RegisterStatusNotifierHost(const QString& service);
 
