@@ -62,7 +62,7 @@ int runApplication(
     const auto scene = app.body();
     QTimer settled;
     settled.setSingleShot(true);
-    QObject::connect(&settled, &QTimer::timeout, &settled, readFonts);
+    settled.callOnTimeout(readFonts);
     orlimo::LaunchTurns turns(app.appDelegate(), launchedAtLogin, [&] {
         if (instance != nullptr) {
             instance->onActivation([&scene] { scene->menuBarExtra().openAmongOthers(); });
