@@ -2,7 +2,7 @@
 
 #include "platform/Queue.h"
 #include "tests/support/JoiningThread.h"
-#include "tests/support/UserOfOwn.h"
+#include "tests/support/NoThreads.h"
 
 #include <QCoreApplication>
 
@@ -16,8 +16,6 @@
 #include <string>
 #include <thread>
 #include <vector>
-
-#include <sys/resource.h>
 
 namespace orlimo {
 namespace {
@@ -119,27 +117,6 @@ int finishBackgroundWork()
 
 /// The status that says that the host does not let the probe do what it is to do.
 constexpr int notPossibleHere = 77;
-
-/// While it lives no thread can be started in this process, which becomes another user for it.
-class NoThreads
-{
-public:
-    NoThreads()
-    {
-        possible = ::getrlimit(RLIMIT_NPROC, &former) == 0 && ::setuid(userOfOwn()) == 0;
-        const rlimit none{0, former.rlim_max};
-        possible = possible && ::setrlimit(RLIMIT_NPROC, &none) == 0;
-    }
-    NoThreads(const NoThreads&) = delete;
-    NoThreads& operator=(const NoThreads&) = delete;
-    ~NoThreads() { (void)::setrlimit(RLIMIT_NPROC, &former); }
-
-    [[nodiscard]] bool isPossible() const { return possible; }
-
-private:
-    rlimit former{};
-    bool possible = false;
-};
 
 /// Background work for which no thread can be started waits until one can.
 int offerBeforeThereAreThreads()

@@ -2,6 +2,7 @@
 #include "platform/posix/UniqueFd.h"
 #include "tests/support/Await.h"
 #include "tests/support/ForkedRun.h"
+#include "tests/support/NoThreads.h"
 #include "tests/support/SharedHandQueue.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/UserOfOwn.h"
@@ -609,8 +610,8 @@ TEST_F(InotifyVnodeSourceTest, LeavesSignalsAsTheyWereWhenNoThreadCanBeStarted)
         GTEST_SKIP() << "only the superuser can become a user who disturbs nobody";
     }
     const auto run = runForked([this] {
-        const rlimit none{0, 0};
-        if (::setuid(userOfOwn()) != 0 || ::setrlimit(RLIMIT_NPROC, &none) != 0) {
+        const NoThreads limit;
+        if (!limit.isPossible()) {
             ::_exit(255);
         }
         const auto watch = makeFileSystemObjectSource(opened.get(), vnodeExtend, queue);
