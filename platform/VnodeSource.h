@@ -17,10 +17,9 @@ inline constexpr VnodeEvents vnodeExtend = 0x4;
 ///
 /// Events that pile up before the handler runs are merged into one call. For the write-ahead log of
 /// an SQLite store, all growth that belongs to one commit is one event, delivered as soon as the
-/// commit can be read: SQLite appends to the log first and makes the commit visible only then, so
-/// that a reader who acted on the first byte would see the store as it was before. A writer that
-/// does not finish holds the event up for one second at the most. Any other file is reported at
-/// once.
+/// commit can be read, however long its writer takes: SQLite appends to the log first and makes the
+/// commit visible only then, so that a reader who acted on the first byte would see the store as it
+/// was before. Any other file is reported at once.
 ///
 /// All members are called on the queue's thread; handlers run there too.
 class VnodeSource

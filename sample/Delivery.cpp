@@ -29,9 +29,7 @@ bool awaitNext(SampleStore& store, const DeliveryPlan& plan, std::istream& input
     if (plan.paced && !std::getline(input, line)) {
         return false;
     }
-    // In the middle between two messages, so that whoever watches the log has seen it grow by the
-    // one before it shrinks, and sees it shrunk before it grows by the next.
-    std::this_thread::sleep_for(plan.interval / 2);
+    std::this_thread::sleep_for(plan.interval);
     if (store.logSize() > plan.longestLog) {
         try {
             store.truncateLog();
@@ -39,7 +37,6 @@ bool awaitNext(SampleStore& store, const DeliveryPlan& plan, std::istream& input
             // Somebody reads just now: after the next message, then.
         }
     }
-    std::this_thread::sleep_for(plan.interval / 2);
     return true;
 }
 

@@ -51,7 +51,13 @@ void FileMonitor::start()
     source->setEventHandler([self = shared_from_this()] { self->sourceDidFire(); });
     source->setCancelHandler([self = shared_from_this()] { (void)self->fileHandle.close(); });
     fileHandle.seekToEndOfFile();
-    source->resume();
+    try {
+        source->resume();
+    } catch (...) {
+        // Ends the circle: the source drops its handlers.
+        source->cancel();
+        throw;
+    }
 }
 
 void FileMonitor::sourceDidFire()

@@ -1,7 +1,6 @@
 #include "platform/UptimeClock.h"
 #include "platform/VnodeSource.h"
-#include "platform/posix/CommitGrowth.h"
-#include "platform/posix/GrowthMeter.h"
+#include "platform/posix/GrowthDetector.h"
 #include "platform/posix/UniqueFd.h"
 #include "platform/posix/VnodeEventDelivery.h"
 
@@ -83,9 +82,7 @@ public:
         : reported(mask)
         , notifications(checked(::inotify_init1(IN_CLOEXEC | IN_NONBLOCK), "cannot watch files"))
         , stop(checked(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK), "cannot make an event"))
-        , meter(watched(fileDescriptor))
-        , growth(
-              nameOf(fileDescriptor), [this] { return hasGrown(); }, currentUptime)
+        , growth(watched(fileDescriptor), nameOf(fileDescriptor), currentUptime)
         , delivery(std::make_shared<VnodeEventDelivery>(queue))
     {}
 
@@ -140,19 +137,18 @@ private:
     {
         // The pauses are as long as they are meant to be, and not half as long again.
         (void)::prctl(PR_SET_TIMERSLACK, 1UL);
-        while (sleep()) {
-            const Uptime now = currentUptime();
-            if (hasGrown()) {
-                growth.note(now);
-            }
-            if (growth.settle(now)) {
+        do {
+            // Before the file is looked at: what changes after that leaves a notification to be
+            // woken by.
+            takeNotifications();
+            if (growth.look()) {
                 delivery->post(vnodeExtend);
             }
-        }
+        } while (sleep());
     }
 
-    /// Until the file changes, until it is time to ask for the writer's lock again, or, with the
-    /// answer false, until the source is cancelled.
+    /// Until the file changes or until it is time to look again; false when the source is
+    /// cancelled.
     bool sleep()
     {
         std::array<pollfd, 2> awaited{
@@ -165,14 +161,11 @@ private:
         return awaited[1].revents == 0;
     }
 
-    /// Takes the notifications and compares the sizes. The order matters: what grows after the
-    /// sizes are compared leaves a notification to be woken by.
-    bool hasGrown()
+    void takeNotifications()
     {
         alignas(inotify_event) std::array<char, 4096> events{};
         while (::read(notifications.get(), events.data(), events.size()) > 0) {
         }
-        return meter.hasGrown();
     }
 
     void stopWatching()
@@ -186,9 +179,8 @@ private:
     VnodeEvents reported;
     UniqueFd notifications;
     UniqueFd stop;
-    /// Both are the watching thread's own.
-    GrowthMeter meter;
-    CommitGrowth growth;
+    /// The watching thread's own once that runs.
+    GrowthDetector growth;
     std::shared_ptr<VnodeEventDelivery> delivery;
     bool cancelled = false;
     std::thread watcher;

@@ -19,12 +19,11 @@ set(orlimo_platform_sources
     linux/DesktopEntry.cpp
     linux/DirectoryListing.cpp
     linux/EnvironmentVariable.cpp
-    posix/CommitGrowth.cpp
     posix/FatalStop.cpp
     posix/FilledIn.cpp
     linux/FileHandle.cpp
     linux/GeneralPasteboard.cpp
-    posix/GrowthMeter.cpp
+    posix/GrowthDetector.cpp
     linux/InotifyVnodeSource.cpp
     linux/LaunchEvent.cpp
     linux/LibraryFolder.cpp
@@ -37,7 +36,6 @@ set(orlimo_platform_sources
     linux/RunningProgram.cpp
     linux/SettingsText.cpp
     posix/StandardStreams.cpp
-    posix/StoreWriteLock.cpp
     linux/SyslogUnifiedLog.cpp
     linux/TextTransfer.cpp
     linux/TextTransfers.cpp
@@ -46,6 +44,7 @@ set(orlimo_platform_sources
     posix/UserDatabase.cpp
     linux/UserFolder.cpp
     posix/VnodeEventDelivery.cpp
+    posix/WalIndex.cpp
     qt/EventLoopQueue.cpp
     linux/WaylandDisplay.cpp
     linux/WaylandRegistry.cpp

@@ -3,7 +3,7 @@
 #include "platform/macos/ChangeMeter.h"
 #include "platform/macos/DispatchObject.h"
 #include "platform/macos/MainDispatchQueue.h"
-#include "platform/posix/CommitGrowth.h"
+#include "platform/posix/GrowthDetector.h"
 #include "platform/posix/VnodeEventDelivery.h"
 
 #include <array>
@@ -69,10 +69,8 @@ public:
         Queue& queueOfHandlers,
         const UptimeClock& uptimeClock)
         : queue(std::move(dispatchQueue))
-        , clock(uptimeClock)
         , meter(fileDescriptor)
-        , growth(
-              nameOf(fileDescriptor), [this] { return meter.hasChanged(); }, uptimeClock)
+        , growth(fileDescriptor, nameOf(fileDescriptor), uptimeClock)
         , delivery(std::make_shared<VnodeEventDelivery>(queueOfHandlers))
     {}
 
@@ -111,19 +109,18 @@ private:
     void noticeGrowth()
     {
         // The system says that the file grew, so that its size need not show it: the file may have
-        // been cut since. A file that is as it was at the last delivery, however, was reported with
-        // it: the system tells of a commit's last frames once more when they are long delivered.
-        const bool changed = meter.hasChanged();
-        if (changed || growth.isWaiting()) {
-            const Uptime now = clock();
-            growth.note(now);
-            settle(now);
+        // been cut since. A file that is as it was at the last look, however, was reported with
+        // that: the system tells of a commit's last frames once more when they are long delivered.
+        if (meter.hasChanged()) {
+            look(true);
+        } else if (growth.isWaiting()) {
+            look(false);
         }
     }
 
-    void settle(Uptime now)
+    void look(bool hasGrown)
     {
-        if (growth.settle(now)) {
+        if (growth.look(hasGrown)) {
             delivery->post(vnodeExtend);
         }
         if (growth.isWaiting() && !lookIsDue && !ended) {
@@ -138,23 +135,23 @@ private:
         const auto self = shared_from_this();
         const std::chrono::nanoseconds pause = growth.pause();
         dispatch_after(dispatch_time(DISPATCH_TIME_NOW, pause.count()), queue.get(), ^{
-            self->look();
+            self->lookAgain();
         });
     }
 
-    void look()
+    void lookAgain()
     {
         lookIsDue = false;
         if (!ended && growth.isWaiting()) {
+            // Before the look: what changes after that is looked at when the system reports it.
             (void)meter.hasChanged();
-            settle(clock());
+            look(false);
         }
     }
 
     DispatchObject<dispatch_queue_t> queue;
-    UptimeClock clock;
     ChangeMeter meter;
-    CommitGrowth growth;
+    GrowthDetector growth;
     std::shared_ptr<VnodeEventDelivery> delivery;
     std::function<void()> releaseHandler;
     bool lookIsDue = false;

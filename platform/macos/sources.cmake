@@ -17,15 +17,14 @@ set(orlimo_platform_sources
     macos/SystemUnifiedLog.mm
     macos/ToolkitArguments.cpp
     macos/UptimeClock.cpp
-    posix/CommitGrowth.cpp
     posix/FatalStop.cpp
     posix/FilledIn.cpp
-    posix/GrowthMeter.cpp
+    posix/GrowthDetector.cpp
     posix/LogLine.cpp
     posix/StandardStreams.cpp
-    posix/StoreWriteLock.cpp
     posix/UserDatabase.cpp
     posix/VnodeEventDelivery.cpp
+    posix/WalIndex.cpp
     qt/EventLoopQueue.cpp)
 set(orlimo_desktop_sources
     macos/ActionTarget.mm

@@ -114,6 +114,7 @@ void ProgramSession::startWriter()
                  settings.synchronous,
                  "--messages",
                  std::to_string(settings.messages)},
+            .environment = settings.writerEnvironment,
         });
     ASSERT_TRUE(writer().awaitLine("ready")) << writer().errors();
 }

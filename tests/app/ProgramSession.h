@@ -32,6 +32,8 @@ public:
     {
         /// How the writer syncs: FULL, NORMAL or OFF.
         std::string synchronous = "NORMAL";
+        /// The writer's, beside this process's own.
+        std::map<std::string, std::optional<std::string>> writerEnvironment{};
         /// How many messages the store holds at the start.
         int messages = 0;
         DiskAccess diskAccess = DiskAccess::granted;

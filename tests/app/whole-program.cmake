@@ -95,7 +95,8 @@ orlimo_add_tests(orlimo_delivery_tests
     LABEL slow
     SOURCES DeliveryTest.cpp
     LIBRARIES orlimo_program_session Threads::Threads
-    NEEDS orlimo orlimo-sample-store)
+    NEEDS orlimo orlimo-sample-store orlimo_slow_disk)
+orlimo_name_program(ORLIMO_SLOW_DISK orlimo_slow_disk IN DeliveryTest.cpp)
 
 # A program of its own, in which nothing is painted before the tests fork: the toolkit's painting
 # threads do not come along into a child.

@@ -172,6 +172,13 @@ ssize_t write(int descriptor, const void* buffer, size_t size)
     });
 }
 
+ssize_t pread(int descriptor, void* buffer, size_t size, off_t offset)
+{
+    return orlimo::moved("pread", descriptor, size, [&](size_t most) {
+        return orlimo::original<decltype(&::pread)>("pread")(descriptor, buffer, most, offset);
+    });
+}
+
 ssize_t pread64(int descriptor, void* buffer, size_t size, off64_t offset)
 {
     return orlimo::moved("pread", descriptor, size, [&](size_t most) {

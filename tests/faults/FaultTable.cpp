@@ -210,6 +210,11 @@ FaultGroup watch()
                 .rules = "stat */chat.db-shm EACCES 1",
                 .moment = Moment::whileRunning,
             },
+            {
+                .name = "the shared index cannot be read by the watch (EIO)",
+                .rules = "pread */chat.db-shm EIO 1",
+                .moment = Moment::whileRunning,
+            },
         },
     };
 }

@@ -9,10 +9,14 @@
 
 namespace orlimo {
 
-WriterProcess::WriterProcess(const std::filesystem::path& store, const std::string& synchronous)
+WriterProcess::WriterProcess(
+    const std::filesystem::path& store,
+    const std::string& synchronous,
+    const std::map<std::string, std::optional<std::string>>& environment)
     : process(
           ORLIMO_SAMPLE_STORE,
-          {.arguments = {"serve", store, "--messages", "1", "--synchronous", synchronous}})
+          {.arguments = {"serve", store, "--messages", "1", "--synchronous", synchronous},
+           .environment = environment})
 {
     EXPECT_TRUE(process.awaitLine("ready")) << process.errors();
 }

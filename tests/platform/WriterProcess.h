@@ -3,6 +3,8 @@
 #include "tests/support/ChildProcess.h"
 
 #include <filesystem>
+#include <map>
+#include <optional>
 #include <string>
 
 namespace orlimo {
@@ -12,9 +14,12 @@ namespace orlimo {
 class WriterProcess
 {
 public:
-    /// Creates the store, with one message in it, and keeps it open.
+    /// Creates the store, with one message in it, and keeps it open. `environment` is set beside
+    /// this process's own.
     explicit WriterProcess(
-        const std::filesystem::path& store, const std::string& synchronous = "full");
+        const std::filesystem::path& store,
+        const std::string& synchronous = "full",
+        const std::map<std::string, std::optional<std::string>>& environment = {});
 
     /// Has one command carried out. One that fails is a test failure.
     void tell(const std::string& command);

@@ -1,4 +1,4 @@
-#include "platform/posix/StoreWriteLock.h"
+#include "platform/posix/WalIndex.h"
 #include "tests/sample/StoreContent.h"
 #include "tests/support/BuiltPrograms.h"
 #include "tests/support/ChildProcess.h"
@@ -89,27 +89,27 @@ TEST_F(SampleService, UnknownEscapesAreAnErrorAndStoreNothing)
 
 TEST_F(SampleService, TransactionHoldsTheWritersLockFromItsFirstMessageToItsCommit)
 {
-    StoreWriteLock lock(logOf(store));
-    EXPECT_FALSE(lock.isHeldElsewhere());
+    WalIndex index(logOf(store));
+    EXPECT_FALSE(index.writeLock() == WalIndex::Lock::held);
     EXPECT_EQ(ask("begin"), "ok");
     EXPECT_EQ(ask("text one"), "added 1");
-    EXPECT_TRUE(lock.isHeldElsewhere());
+    EXPECT_TRUE(index.writeLock() == WalIndex::Lock::held);
     EXPECT_EQ(ask("body two"), "added 2");
     EXPECT_EQ(content().number("SELECT count(*) FROM message"), 0);
     EXPECT_EQ(ask("commit"), "committed");
-    EXPECT_FALSE(lock.isHeldElsewhere());
+    EXPECT_FALSE(index.writeLock() == WalIndex::Lock::held);
     EXPECT_EQ(content().number("SELECT count(*) FROM message"), 2);
 }
 
 TEST_F(SampleService, SpilledFramesAreInTheLogWhileTheLockIsHeld)
 {
-    StoreWriteLock lock(logOf(store));
+    WalIndex index(logOf(store));
     EXPECT_EQ(ask("begin"), "ok");
     EXPECT_EQ(ask("text one"), "added 1");
     const auto size = logSize();
     EXPECT_EQ(ask("spill"), "ok");
     EXPECT_GT(logSize(), size);
-    EXPECT_TRUE(lock.isHeldElsewhere());
+    EXPECT_TRUE(index.writeLock() == WalIndex::Lock::held);
     EXPECT_EQ(content().number("SELECT count(*) FROM message"), 0);
     EXPECT_EQ(ask("commit"), "committed");
     EXPECT_EQ(content().number("SELECT count(*) FROM message"), 1);
@@ -117,12 +117,12 @@ TEST_F(SampleService, SpilledFramesAreInTheLogWhileTheLockIsHeld)
 
 TEST_F(SampleService, RollbackGivesTheLockBackAndLeavesNothing)
 {
-    StoreWriteLock lock(logOf(store));
+    WalIndex index(logOf(store));
     EXPECT_EQ(ask("begin"), "ok");
     EXPECT_EQ(ask("text one"), "added 1");
     EXPECT_EQ(ask("spill"), "ok");
     EXPECT_EQ(ask("rollback"), "rolled back");
-    EXPECT_FALSE(lock.isHeldElsewhere());
+    EXPECT_FALSE(index.writeLock() == WalIndex::Lock::held);
     EXPECT_EQ(content().number("SELECT count(*) FROM message"), 0);
     EXPECT_EQ(ask("text two"), "committed 1");
 }

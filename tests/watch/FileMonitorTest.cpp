@@ -452,6 +452,48 @@ TEST(FileMonitorOnTheHost, AWatchThatCannotBeMadeFailsAndClosesTheFile)
     EXPECT_EQ(openDescriptors(), descriptors);
 }
 
+/// The system's own source on a system that has nothing left to start it with.
+class UnstartableSource final : public VnodeSource
+{
+public:
+    explicit UnstartableSource(std::unique_ptr<VnodeSource> systemsOwn)
+        : source(std::move(systemsOwn))
+    {}
+
+    void setEventHandler(Handler handler) override { source->setEventHandler(std::move(handler)); }
+    void setCancelHandler(Handler handler) override
+    {
+        source->setCancelHandler(std::move(handler));
+    }
+    void resume() override { throw std::system_error(EAGAIN, std::generic_category()); }
+    void cancel() override { source->cancel(); }
+    [[nodiscard]] VnodeEvents data() const override { return source->data(); }
+
+private:
+    std::unique_ptr<VnodeSource> source;
+};
+
+TEST(FileMonitorOnTheHost, AWatchThatCannotBeStartedFailsAndIsFreed)
+{
+    const TemporaryFolder folder;
+    const auto file = folder.path() / "store-log";
+    writeFile(file, "start");
+    letHostOpenItsOwnFiles();
+    const auto descriptors = openDescriptors();
+    auto host = WatchHost::native();
+    host.makeVnodeSource = [](int descriptor, VnodeEvents mask, Queue& queue) {
+        return std::make_unique<UnstartableSource>(
+            makeFileSystemObjectSource(descriptor, mask, queue));
+    };
+    std::error_code error;
+    {
+        const OutputCapture output;
+        error = errorOf([&] { (void)FileMonitor::create(file, host); });
+    }
+    EXPECT_EQ(error, std::error_code(EAGAIN, std::generic_category()));
+    EXPECT_TRUE(await([&] { return openDescriptors() == descriptors; }));
+}
+
 /// What the monitor does to its source, with a source that notes it.
 class FileMonitorAndItsSource : public testing::Test
 {

@@ -290,7 +290,7 @@ TEST_F(DispatchVnodeSourceTest, AWriterThatNeverLetsGoHoldsTheEventUpForASecond)
         pass(1ms);
         ASSERT_EQ(events(), 0U) << passed.count();
     }
-    pass(6ms);
+    pass(11ms);
     EXPECT_EQ(events(), 1U);
     EXPECT_TRUE(script.delays().empty()) << "nothing is looked at any more";
     pass(1h);

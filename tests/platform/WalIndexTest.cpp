@@ -1,4 +1,4 @@
-#include "platform/posix/StoreWriteLock.h"
+#include "platform/posix/WalIndex.h"
 
 #include "tests/platform/ForeignLock.h"
 #include "tests/platform/WriterProcess.h"
@@ -30,6 +30,11 @@ namespace {
 constexpr off_t firstLockByte = 120;
 constexpr off_t numberOfLockBytes = 9;
 
+bool isWriteLockHeld(WalIndex& index)
+{
+    return index.writeLock() == WalIndex::Lock::held;
+}
+
 std::ptrdiff_t openDescriptors()
 {
     return std::distance(std::filesystem::directory_iterator("/dev/fd"), {});
@@ -58,208 +63,207 @@ private:
 };
 
 /// The lock of a real store that another process writes.
-class StoreWriteLockTest : public testing::Test
+class WalIndexTest : public testing::Test
 {
 protected:
     TemporaryFolder folder;
     std::filesystem::path store = folder.path() / "chat.db";
     std::filesystem::path index = folder.path() / "chat.db-shm";
     WriterProcess writer{store};
-    StoreWriteLock lock{folder.path() / "chat.db-wal"};
+    WalIndex walIndex{folder.path() / "chat.db-wal"};
 };
 
-TEST_F(StoreWriteLockTest, IsFreeWhileNobodyWrites)
+TEST_F(WalIndexTest, WriteLockIsFreeWhileNobodyWrites)
 {
-    EXPECT_FALSE(lock.isHeldElsewhere());
+    EXPECT_FALSE(isWriteLockHeld(walIndex));
     writer.tell("text a message");
-    EXPECT_FALSE(lock.isHeldElsewhere());
+    EXPECT_FALSE(isWriteLockHeld(walIndex));
 }
 
-TEST_F(StoreWriteLockTest, IsHeldFromTheFirstFrameToTheCommit)
+TEST_F(WalIndexTest, WriteLockIsHeldFromTheFirstFrameToTheCommit)
 {
     writer.holdTransactionOpen();
-    EXPECT_TRUE(lock.isHeldElsewhere());
-    EXPECT_TRUE(lock.isHeldElsewhere());
+    EXPECT_TRUE(isWriteLockHeld(walIndex));
+    EXPECT_TRUE(isWriteLockHeld(walIndex));
     EXPECT_EQ(visibleMessages(store), 1);
     writer.tell("commit");
-    EXPECT_FALSE(lock.isHeldElsewhere());
+    EXPECT_FALSE(isWriteLockHeld(walIndex));
     EXPECT_EQ(visibleMessages(store), 2);
 }
 
-TEST_F(StoreWriteLockTest, IsFreeAfterARollback)
+TEST_F(WalIndexTest, WriteLockIsFreeAfterARollback)
 {
     writer.holdTransactionOpen();
     writer.tell("rollback");
-    EXPECT_FALSE(lock.isHeldElsewhere());
+    EXPECT_FALSE(isWriteLockHeld(walIndex));
 }
 
-TEST_F(StoreWriteLockTest, IsFreeWhenTheWriterHasCrashed)
+TEST_F(WalIndexTest, WriteLockIsFreeWhenTheWriterHasCrashed)
 {
     writer.holdTransactionOpen();
-    EXPECT_TRUE(lock.isHeldElsewhere());
+    EXPECT_TRUE(isWriteLockHeld(walIndex));
     writer.crash();
-    EXPECT_FALSE(lock.isHeldElsewhere());
+    EXPECT_FALSE(isWriteLockHeld(walIndex));
 }
 
-TEST_F(StoreWriteLockTest, AskingDoesNotHinderTheWriter)
+TEST_F(WalIndexTest, AskingDoesNotHinderTheWriter)
 {
     for (int message = 0; message < 20; ++message) {
-        EXPECT_FALSE(lock.isHeldElsewhere());
+        EXPECT_FALSE(isWriteLockHeld(walIndex));
         writer.holdTransactionOpen();
-        EXPECT_TRUE(lock.isHeldElsewhere());
+        EXPECT_TRUE(isWriteLockHeld(walIndex));
         writer.tell("commit");
     }
     writer.tell("truncate");
     EXPECT_FALSE(isLockedSeenFromElsewhere(index, firstLockByte, numberOfLockBytes - 1));
 }
 
-TEST_F(StoreWriteLockTest, ReadersDoNotHoldIt)
+TEST_F(WalIndexTest, ReadersDoNotHoldTheWriteLock)
 {
     WriterProcess reader(folder.path() / "chat.db");
     reader.tell("sql BEGIN; SELECT count(*) FROM message");
-    EXPECT_FALSE(lock.isHeldElsewhere());
+    EXPECT_FALSE(isWriteLockHeld(walIndex));
 }
 
-TEST_F(StoreWriteLockTest, OneOfThisProcessesOwnDoesNotCount)
+TEST_F(WalIndexTest, WriteLockOfThisProcessDoesNotCount)
 {
     OwnConnection own(store);
     own.run("BEGIN IMMEDIATE; DELETE FROM message");
     EXPECT_TRUE(isLockedSeenFromElsewhere(index, firstLockByte, 1));
-    EXPECT_FALSE(lock.isHeldElsewhere());
+    EXPECT_FALSE(isWriteLockHeld(walIndex));
     own.run("ROLLBACK");
 }
 
-TEST_F(StoreWriteLockTest, AskingDoesNotDropThisProcessesOwnLocks)
+TEST_F(WalIndexTest, AskingDoesNotDropThisProcessesOwnLocks)
 {
     OwnConnection own(store);
     own.run("BEGIN; SELECT count(*) FROM message");
     writer.tell("text after the reader has begun");
     ASSERT_TRUE(isLockedSeenFromElsewhere(index, firstLockByte + 3, 5)) << "the reader's lock";
     for (int time = 0; time < 1000; ++time) {
-        EXPECT_FALSE(lock.isHeldElsewhere());
+        EXPECT_FALSE(isWriteLockHeld(walIndex));
     }
     EXPECT_TRUE(isLockedSeenFromElsewhere(index, firstLockByte + 3, 5)) << "the reader's lock";
     own.run("COMMIT");
     EXPECT_FALSE(isLockedSeenFromElsewhere(index, firstLockByte + 3, 5));
 }
 
-TEST_F(StoreWriteLockTest, GoingAwayDoesNotDropThisProcessesOwnLocks)
+TEST_F(WalIndexTest, GoingAwayDoesNotDropThisProcessesOwnLocks)
 {
     OwnConnection own(store);
     own.run("BEGIN; SELECT count(*) FROM message");
-    EXPECT_FALSE(
-        std::make_unique<StoreWriteLock>(folder.path() / "chat.db-wal")->isHeldElsewhere());
+    EXPECT_FALSE(isWriteLockHeld(*std::make_unique<WalIndex>(folder.path() / "chat.db-wal")));
     EXPECT_TRUE(isLockedSeenFromElsewhere(index, firstLockByte + 3, 5)) << "the reader's lock";
     own.run("COMMIT");
 }
 
-TEST_F(StoreWriteLockTest, OpensTheIndexOnce)
+TEST_F(WalIndexTest, OpensTheIndexOnce)
 {
-    EXPECT_FALSE(lock.isHeldElsewhere());
+    EXPECT_FALSE(isWriteLockHeld(walIndex));
     const auto before = openDescriptors();
     for (int time = 0; time < 100; ++time) {
-        (void)lock.isHeldElsewhere();
+        (void)isWriteLockHeld(walIndex);
     }
     EXPECT_EQ(openDescriptors(), before);
 }
 
 /// The lock of a shared index that the test makes itself.
-class StoreWriteLockOfAnIndex : public testing::Test
+class WalIndexOfItsOwn : public testing::Test
 {
 protected:
-    StoreWriteLockOfAnIndex() { writeFile(index, "an index"); }
+    WalIndexOfItsOwn() { writeFile(index, "an index"); }
 
     TemporaryFolder folder;
     std::filesystem::path log = folder.path() / "store-wal";
     std::filesystem::path index = folder.path() / "store-shm";
-    StoreWriteLock lock{log};
+    WalIndex walIndex{log};
 };
 
-TEST_F(StoreWriteLockOfAnIndex, IsTheWritersByteAlone)
+TEST_F(WalIndexOfItsOwn, WriteLockIsTheWritersByteAlone)
 {
     for (off_t byte = firstLockByte - 1; byte < firstLockByte + numberOfLockBytes; ++byte) {
         const ForeignLock foreign(index, byte);
-        EXPECT_EQ(lock.isHeldElsewhere(), byte == firstLockByte) << byte;
+        EXPECT_EQ(isWriteLockHeld(walIndex), byte == firstLockByte) << byte;
     }
-    EXPECT_FALSE(lock.isHeldElsewhere());
+    EXPECT_FALSE(isWriteLockHeld(walIndex));
 }
 
-TEST_F(StoreWriteLockOfAnIndex, IsHeldExclusivelyOrNotAtAll)
+TEST_F(WalIndexOfItsOwn, WriteLockIsHeldExclusivelyOrNotAtAll)
 {
     const ForeignLock foreign(index, firstLockByte, ForeignLock::Kind::shared);
-    EXPECT_FALSE(lock.isHeldElsewhere());
+    EXPECT_FALSE(isWriteLockHeld(walIndex));
 }
 
-TEST_F(StoreWriteLockOfAnIndex, OfAFileThatIsNoLogIsNeverHeld)
+TEST_F(WalIndexOfItsOwn, WriteLockOfAFileThatIsNoLogIsFree)
 {
     const ForeignLock foreign(index, firstLockByte);
     for (const char* name : {"store", "store-shm", "store-wal2", "store.wal", "-wa", ""}) {
-        EXPECT_FALSE(StoreWriteLock(folder.path() / name).isHeldElsewhere()) << name;
+        EXPECT_FALSE(WalIndex(folder.path() / name).writeLock() == WalIndex::Lock::held) << name;
     }
-    EXPECT_FALSE(StoreWriteLock("").isHeldElsewhere());
-    EXPECT_TRUE(lock.isHeldElsewhere());
+    EXPECT_FALSE(WalIndex("").writeLock() == WalIndex::Lock::held);
+    EXPECT_TRUE(isWriteLockHeld(walIndex));
 }
 
-TEST_F(StoreWriteLockOfAnIndex, IsFoundInFoldersWithOddNames)
+TEST_F(WalIndexOfItsOwn, WriteLockIsFoundInFoldersWithOddNames)
 {
     const auto odd = folder.path() / "a-wal folder\n-wal\xFF" / "store-wal-wal";
     const std::string sharedIndex = odd.string().substr(0, odd.string().size() - 4) + "-shm";
     writeFile(sharedIndex, "an index");
-    StoreWriteLock oddLock(odd);
-    EXPECT_FALSE(oddLock.isHeldElsewhere());
+    WalIndex oddIndex(odd);
+    EXPECT_FALSE(isWriteLockHeld(oddIndex));
     const ForeignLock foreign(sharedIndex, firstLockByte);
-    EXPECT_TRUE(oddLock.isHeldElsewhere());
+    EXPECT_TRUE(isWriteLockHeld(oddIndex));
 }
 
-TEST_F(StoreWriteLockOfAnIndex, IsFreeWithoutAnIndexAndFoundWhenThereIsOne)
+TEST_F(WalIndexOfItsOwn, WriteLockIsFreeWithoutAnIndexAndFoundWhenThereIsOne)
 {
     std::filesystem::remove(index);
-    EXPECT_FALSE(lock.isHeldElsewhere());
+    EXPECT_FALSE(isWriteLockHeld(walIndex));
     EXPECT_FALSE(std::filesystem::exists(index)) << "asking makes none";
     writeFile(index, "an index");
     const ForeignLock foreign(index, firstLockByte);
-    EXPECT_TRUE(lock.isHeldElsewhere());
+    EXPECT_TRUE(isWriteLockHeld(walIndex));
 }
 
-TEST_F(StoreWriteLockOfAnIndex, IsFreeWhenTheIndexWasDeletedUnderItsWriter)
+TEST_F(WalIndexOfItsOwn, WriteLockIsFreeWhenTheIndexWasDeletedUnderItsWriter)
 {
     const ForeignLock foreign(index, firstLockByte);
-    EXPECT_TRUE(lock.isHeldElsewhere());
+    EXPECT_TRUE(isWriteLockHeld(walIndex));
     std::filesystem::remove(index);
-    EXPECT_FALSE(lock.isHeldElsewhere());
+    EXPECT_FALSE(isWriteLockHeld(walIndex));
 }
 
-TEST_F(StoreWriteLockOfAnIndex, IsThatOfANewIndexInTheOldOnesPlace)
+TEST_F(WalIndexOfItsOwn, WriteLockIsThatOfANewIndexInTheOldOnesPlace)
 {
     const ForeignLock foreign(index, firstLockByte);
-    EXPECT_TRUE(lock.isHeldElsewhere());
+    EXPECT_TRUE(isWriteLockHeld(walIndex));
 
     const auto replacement = folder.path() / "replacement";
     writeFile(replacement, "another index");
     std::filesystem::rename(replacement, index);
-    EXPECT_FALSE(lock.isHeldElsewhere());
+    EXPECT_FALSE(isWriteLockHeld(walIndex));
 
     const ForeignLock second(index, firstLockByte);
-    EXPECT_TRUE(lock.isHeldElsewhere());
+    EXPECT_TRUE(isWriteLockHeld(walIndex));
 }
 
-TEST_F(StoreWriteLockOfAnIndex, IsFreeWhenTheIndexMayNotBeRead)
+TEST_F(WalIndexOfItsOwn, WriteLockIsFreeWhenTheIndexMayNotBeRead)
 {
     const ForeignLock foreign(index, firstLockByte);
     std::filesystem::permissions(folder.path(), std::filesystem::perms(0755));
     std::filesystem::permissions(index, std::filesystem::perms::none);
     const auto run = runForked([this] {
         becomeUnprivilegedUser();
-        ::_exit(lock.isHeldElsewhere() ? 1 : 0);
+        ::_exit(isWriteLockHeld(walIndex) ? 1 : 0);
     });
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(run.errors, "");
 }
 
-TEST_F(StoreWriteLockOfAnIndex, IsThatOfTheKnownIndexWhileItCannotBeFound)
+TEST_F(WalIndexOfItsOwn, WriteLockIsThatOfTheKnownIndexWhileItCannotBeFound)
 {
     std::optional<ForeignLock> foreign(std::in_place, index, firstLockByte);
-    EXPECT_TRUE(lock.isHeldElsewhere());
+    EXPECT_TRUE(isWriteLockHeld(walIndex));
     const auto whileItCannotBeFound = [this] {
         return runForked([this] {
             handToUnprivilegedUser(folder.path());
@@ -267,7 +271,7 @@ TEST_F(StoreWriteLockOfAnIndex, IsThatOfTheKnownIndexWhileItCannotBeFound)
             becomeUnprivilegedUser();
             std::error_code error;
             (void)std::filesystem::exists(index, error);
-            const bool isHeld = lock.isHeldElsewhere();
+            const bool isHeld = isWriteLockHeld(walIndex);
             std::filesystem::permissions(folder.path(), std::filesystem::perms::owner_all);
             ::_exit(error.value() != EACCES ? 2 : isHeld ? 1 : 0);
         });
@@ -277,28 +281,28 @@ TEST_F(StoreWriteLockOfAnIndex, IsThatOfTheKnownIndexWhileItCannotBeFound)
     EXPECT_EQ(whileItCannotBeFound().status, 0);
 }
 
-TEST_F(StoreWriteLockOfAnIndex, IsFreeWhenSomethingElseStandsInTheIndexesPlace)
+TEST_F(WalIndexOfItsOwn, WriteLockIsFreeWhenSomethingElseStandsInTheIndexesPlace)
 {
     std::filesystem::remove(index);
     std::filesystem::create_directory(index);
-    EXPECT_FALSE(lock.isHeldElsewhere());
+    EXPECT_FALSE(isWriteLockHeld(walIndex));
     std::filesystem::remove(index);
     std::filesystem::create_symlink(index, index);
-    EXPECT_FALSE(lock.isHeldElsewhere());
+    EXPECT_FALSE(isWriteLockHeld(walIndex));
     std::filesystem::remove(index);
 
     // A pipe without a writer would block an ordinary open; an alarm ends the process if it does.
     ASSERT_EQ(::mkfifo(index.c_str(), 0600), 0);
     const auto run = runForked([this] {
         ::alarm(10);
-        ::_exit(lock.isHeldElsewhere() ? 1 : 0);
+        ::_exit(isWriteLockHeld(walIndex) ? 1 : 0);
     });
     EXPECT_EQ(run.status, 0);
 }
 
-TEST_F(StoreWriteLockOfAnIndex, IsNotHandedDownToOtherPrograms)
+TEST_F(WalIndexOfItsOwn, WriteLockIsNotHandedDownToOtherPrograms)
 {
-    (void)lock.isHeldElsewhere();
+    (void)isWriteLockHeld(walIndex);
     int found = 0;
     struct stat expected
     {};
