@@ -7,7 +7,7 @@
 namespace orlimo {
 
 /// The user's persisted preferences. Nothing is cached: each read tells what the store holds now,
-/// also when another process wrote it, but for values that it could not be given. Main thread.
+/// also when another process wrote it, except values that could not be stored. Main thread.
 class UserDefaults
 {
 public:
