@@ -10,7 +10,7 @@ void writePreferenceDefaults(UserDefaults& defaults)
 {
     for (const auto key : preference::keys) {
         if (!defaults.dictionaryRepresentation().contains(std::string(key))) {
-            defaults.setBool(true, key);
+            defaults.setDefault(true, key);
         }
     }
 }

@@ -7,7 +7,7 @@
 namespace orlimo {
 
 /// The user's persisted preferences. Nothing is cached: each read tells what the store holds now,
-/// also when another process wrote it. Main thread.
+/// also when another process wrote it, except values that could not be stored. Main thread.
 class UserDefaults
 {
 public:
@@ -23,10 +23,15 @@ public:
     [[nodiscard]] virtual bool boolForKey(std::string_view key) const = 0;
 
     /// Stores `value` under `key` at once. A store that cannot be written stays as it is, and
-    /// standard error or the host's own log says so.
+    /// standard error or the host's own log says so; the value then overrides the store for this
+    /// process's reads until a later write, of any key, has stored it too.
     virtual void setBool(bool value, std::string_view key) = 0;
 
-    /// Every key that the store holds, with its value in printed form.
+    /// Stores `value` under a `key` that is absent, as setBool() does. Where the store could not be
+    /// read or written, a value that turns out to be in it is neither replaced nor overridden.
+    virtual void setDefault(bool value, std::string_view key) { setBool(value, key); }
+
+    /// Every key that boolForKey() finds a value for, with that value in printed form.
     [[nodiscard]] virtual std::map<std::string, std::string> dictionaryRepresentation() const = 0;
 };
 

@@ -17,8 +17,8 @@ namespace orlimo {
 
 /// QSettings remembers what it read from a file by the file's name, size and time in whole
 /// milliseconds, keeps a value that it could not write as if it were stored, and reports a damaged
-/// file to one reader only. So it never sees the user's file: it is given the text in a file in
-/// memory, which differs in time from every one before.
+/// file to one reader only. So it is not given the user's file, but its text in a file in memory,
+/// which differs in time from every one before.
 SettingsText::SettingsText(QByteArray text)
     : ownText(std::move(text))
 {

@@ -34,12 +34,14 @@ set(orlimo_platform_sources
     linux/QtQueues.cpp
     linux/QtUserDefaults.cpp
     linux/RunningProgram.cpp
+    linux/SettingsFile.cpp
     linux/SettingsText.cpp
     posix/StandardStreams.cpp
     linux/SyslogUnifiedLog.cpp
     linux/TextTransfer.cpp
     linux/TextTransfers.cpp
     linux/ToolkitArguments.cpp
+    linux/UnstoredPreferences.cpp
     linux/UptimeClock.cpp
     posix/UserDatabase.cpp
     linux/UserFolder.cpp

@@ -11,11 +11,13 @@
 
 #include <grp.h>
 #include <sys/inotify.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace orlimo {
 namespace {
 
+using testing::Contains;
 using testing::ElementsAre;
 using testing::ElementsAreArray;
 using testing::HasSubstr;
@@ -310,7 +312,7 @@ TEST_F(ReadOnlyHome, WithStoredPreferencesStillCaptures)
     EXPECT_EQ(session.readReaction().back(), "file changed!! at message: code? 482913");
 }
 
-TEST_F(ReadOnlyHome, WithoutPreferencesSaysSoAndCapturesNothing)
+TEST_F(ReadOnlyHome, WithoutPreferencesSaysSoAndCapturesByTheDefaults)
 {
     session.startWriter();
     session.deliver("text Hello");
@@ -322,11 +324,26 @@ TEST_F(ReadOnlyHome, WithoutPreferencesSaysSoAndCapturesNothing)
     }));
     ProgramSession::waitThrottleOut();
 
+    session.deliver("text Code 4829");
+    EXPECT_THAT(session.readReaction(), Contains("file changed!! at message: code? 4829"));
+}
+
+TEST(PipeInThePreferencesPlace, NeitherHangsTheStartNorStopsCapturing)
+{
+    ProgramSession session({.arguments = {"--launched-at-login"}});
+    std::filesystem::create_directories(session.preferences().parent_path());
+    ASSERT_EQ(::mkfifo(session.preferences().c_str(), 0600), 0);
+    session.start();
+    session.awaitOpenThrottle();
+
     session.deliver("text Code 482913");
-    runEventLoop(std::chrono::milliseconds(500));
-    EXPECT_TRUE(session.program().isRunning());
-    EXPECT_THAT(
-        linesOf(session.program().output()), ElementsAreArray(ProgramSession::startUpLines()));
+    EXPECT_THAT(session.readReaction(), Contains("file changed!! at message: code? 482913"));
+    const std::string place = session.preferences().string() + "\n";
+    const std::string refused = "Orlimo cannot store preferences in " + place;
+    EXPECT_EQ(
+        session.program().errors(),
+        "Orlimo cannot read its preferences in " + place + refused + refused + refused);
+    EXPECT_TRUE(std::filesystem::is_fifo(session.preferences()));
 }
 
 TEST(FullInotifyTable, RefusesAccess)

@@ -255,13 +255,11 @@ constexpr const char* cannotStore = "Orlimo cannot store preferences in ";
 
 FaultGroup settings()
 {
-    // Where the first start can store nothing, capturing is off: an absent preference is off.
+    // Where the first start can store nothing, its defaults hold in the process.
     const auto emptyAtFirst = [](const std::string& name, const std::string& rules) {
         return FaultRow{
             .name = name + ", and there is none yet",
             .rules = rules,
-            .meanwhile = unheard,
-            .afterwards = unheard,
             .errors = cannotStore,
             .settings = Settings::none,
         };
@@ -307,7 +305,6 @@ FaultGroup settings()
             {
                 .name = "the file cannot be read (EIO)",
                 .rules = "read */Orlimo.conf EIO always",
-                .meanwhile = unheard,
                 .errors = cannotRead,
                 .hasFiles = true,
                 .settings = Settings::asBefore,

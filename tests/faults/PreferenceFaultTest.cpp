@@ -55,6 +55,12 @@ TEST_F(PreferenceFaultTest, AFileThatCannotBeOpenedIsNotReplaced)
     EXPECT_EQ(contentOf(file), usersSettings);
 }
 
+TEST_F(PreferenceFaultTest, AFileIsOpenedByNothingButTheReadsThatReportFaults)
+{
+    EXPECT_EQ(store("open */Orlimo.conf EMFILE 1"), cannotRead + cannotStore);
+    EXPECT_EQ(contentOf(file), usersSettings);
+}
+
 TEST_F(PreferenceFaultTest, AFileForWhichThereIsNoMemoryIsNotReplaced)
 {
     EXPECT_EQ(store("memfd_create settings ENOMEM always"), cannotRead + cannotStore);

@@ -74,6 +74,25 @@ TEST_F(CapturePreferences, DamagedOnesSwitchCapturingOff)
     EXPECT_EQ(contentOf(PreferenceSandbox::file()), garbage);
 }
 
+TEST_F(CapturePreferences, SwitchedOffOnesSwitchCapturingOffAlsoWhereTheyCannotBeStored)
+{
+    store.appendText("Your code is 482913");
+    const auto message = watching();
+    setClipboardText("before");
+    // Where there is a folder no lock can be made, and without it nothing is written.
+    const auto lock = PreferenceSandbox::file().string() + ".lock";
+    std::filesystem::create_directory(lock);
+    const OutputCapture capture;
+    defaults.setBool(false, preference::capturingEnabled);
+    message->fileDidChange();
+    EXPECT_EQ(capture.text(), "");
+    EXPECT_EQ(clipboardText(), "before");
+    std::filesystem::remove(lock);
+    // Stored, so that it is not kept beyond this test.
+    defaults.setBool(false, preference::capturingEnabled);
+    EXPECT_THAT(contentOf(PreferenceSandbox::file()), testing::HasSubstr("capturingEnabled=false"));
+}
+
 TEST(CapturePreferencesDeathTest, EveryOneHasTheSharedReaderAndThePlatformsOwn)
 {
     EXPECT_EXIT(
