@@ -35,6 +35,7 @@ set(orlimo_platform_sources
     linux/QtQueues.cpp
     linux/QtUserDefaults.cpp
     linux/RunningProgram.cpp
+    linux/SessionBusProbe.cpp
     linux/SettingsText.cpp
     posix/StandardStreams.cpp
     posix/StoreWriteLock.cpp
