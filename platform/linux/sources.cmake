@@ -28,6 +28,7 @@ set(orlimo_platform_sources
     linux/InotifyVnodeSource.cpp
     linux/LaunchEvent.cpp
     linux/LibraryFolder.cpp
+    posix/JournalStream.cpp
     posix/LogLine.cpp
     linux/MainAppService.cpp
     linux/MainThread.cpp

@@ -21,6 +21,7 @@ set(orlimo_platform_sources
     posix/FatalStop.cpp
     posix/FilledIn.cpp
     posix/GrowthMeter.cpp
+    posix/JournalStream.cpp
     posix/LogLine.cpp
     posix/StandardStreams.cpp
     posix/StoreWriteLock.cpp
