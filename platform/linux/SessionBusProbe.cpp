@@ -140,7 +140,9 @@ Response askBusAt(const SocketAddress& address, Uptime deadline)
         return errno == EAGAIN ? Response::missing : Response::notConnected;
     }
     constexpr std::string_view question{"\0AUTH\r\n", 7};
-    (void)::send(descriptor, question.data(), question.size(), MSG_NOSIGNAL);
+    if (::send(descriptor, question.data(), question.size(), MSG_NOSIGNAL) < 0) {
+        return Response::notConnected;
+    }
     char first = '\0';
     const auto receiving = uninterrupted(
         descriptor, deadline, [&] { return ::recv(descriptor, &first, sizeof first, 0); });
