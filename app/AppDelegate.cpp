@@ -49,10 +49,11 @@ void AppDelegate::showHelperWindow()
     if (!screen) {
         return;
     }
-    secondaryWindow =
+    auto guidance =
         std::make_unique<GuidanceWindow>(content.release(), GuidanceWindow::contentAreaOn(*screen));
-    secondaryWindow->show();
-    secondaryWindow->activateWindow();
+    guidance->show();
+    guidance->activateWindow();
+    secondaryWindow = std::move(guidance);
     orderFrontRegardless(*secondaryWindow);
 }
 

@@ -1,6 +1,7 @@
 #include "app/CopyButtonStyle.h"
 
 #include "controls/LayoutMetrics.h"
+#include "platform/MainThread.h"
 
 #include <QPainter>
 
@@ -10,6 +11,7 @@ namespace orlimo {
 
 DrawnView CopyButtonStyle::makeBody(Configuration configuration)
 {
+    requireMainThread();
     constexpr int padding = metrics::defaultPadding;
     DrawnView label = clippedToRoundedRectangle(std::move(configuration.label), cornerRadius);
     const QSize size = label.size.grownBy({padding, padding, padding, padding});

@@ -14,7 +14,7 @@ struct CopyButtonStyle
         bool isPressed = false;
     };
 
-    /// The styled label.
+    /// The styled label. Main thread.
     [[nodiscard]] static DrawnView makeBody(Configuration configuration);
 
     static constexpr double cornerRadius = 10;

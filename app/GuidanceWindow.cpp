@@ -23,7 +23,7 @@ QPalette darkPalette()
 
 } // namespace
 
-GuidanceWindow::GuidanceWindow(QWidget* content, const QRect& contentArea)
+GuidanceWindow::GuidanceWindow(QWidget* content, const QRectF& contentArea)
     : QWidget(
           nullptr,
           Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint)
@@ -33,17 +33,15 @@ GuidanceWindow::GuidanceWindow(QWidget* content, const QRect& contentArea)
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(content);
-    setFixedSize(contentArea.size());
-    setGeometry(contentArea);
+    setFixedSize(contentArea.size().toSize());
+    // Qt places windows on whole points only, on every system.
+    setGeometry(contentArea.toRect());
 }
 
-QRect GuidanceWindow::contentAreaOn(const QRect& screenFrame)
+QRectF GuidanceWindow::contentAreaOn(const QRect& screenFrame)
 {
-    return {
-        QPoint(
-            (screenFrame.width() - contentSize.width()) / 2,
-            (screenFrame.height() - contentSize.height()) / 2),
-        contentSize};
+    const QSizeF free = screenFrame.size() - contentSize;
+    return {QPointF(free.width() * 0.5, free.height() * 0.5), QSizeF(contentSize)};
 }
 
 } // namespace orlimo

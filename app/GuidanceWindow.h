@@ -12,13 +12,15 @@ class GuidanceWindow : public QWidget
     Q_OBJECT
 
 public:
-    /// Takes `content` over. `contentArea` is the content's place on the screen, without the frame.
-    GuidanceWindow(QWidget* content, const QRect& contentArea);
+    /// Takes `content` over. `contentArea` is the content's place on the screen in points, without
+    /// the frame; rounded to whole points.
+    GuidanceWindow(QWidget* content, const QRectF& contentArea);
 
     static constexpr QSize contentSize{500, 500};
 
-    /// Where the window stands on a screen of this frame: in the middle of its whole size.
-    [[nodiscard]] static QRect contentAreaOn(const QRect& screenFrame);
+    /// Where the window's content stands on a screen of this frame: in the middle of its whole
+    /// size, exactly.
+    [[nodiscard]] static QRectF contentAreaOn(const QRect& screenFrame);
 };
 
 } // namespace orlimo

@@ -28,6 +28,7 @@ MenuBarIcon::MenuBarIcon()
 
 QIcon MenuBarIcon::icon()
 {
+    requireMainThread();
     return templateIcon(QString::fromUtf16(imageName));
 }
 

@@ -2,6 +2,7 @@
 
 #include "app/MenuBarScene.h"
 #include "platform/LogLine.h"
+#include "platform/MainThread.h"
 
 namespace orlimo {
 
@@ -18,6 +19,7 @@ OrlimoApp::OrlimoApp()
 
 std::unique_ptr<MenuBarScene> OrlimoApp::body() const
 {
+    requireMainThread();
     return std::make_unique<MenuBarScene>(controller);
 }
 

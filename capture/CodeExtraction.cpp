@@ -8,6 +8,7 @@
 #include <unicode/regex.h>
 #include <unicode/unistr.h>
 
+#include <array>
 #include <memory>
 
 namespace orlimo {
@@ -27,20 +28,37 @@ std::string printed(const std::vector<std::string>& numbers)
     return list + "]";
 }
 
-} // namespace
-
-std::optional<std::vector<std::string>>
-findNumbers(const std::string& text, std::string_view pattern)
+/// The expression for `pattern`; none when it cannot be compiled.
+std::unique_ptr<icu::RegexPattern> compiled(std::string_view pattern)
 {
     UErrorCode status = U_ZERO_ERROR;
     UParseError where{};
-    const std::unique_ptr<icu::RegexPattern> expression(
+    std::unique_ptr<icu::RegexPattern> expression(
         icu::RegexPattern::compile(asUtf16(pattern), 0, where, status));
     if (U_FAILURE(status)) {
-        return std::nullopt;
+        expression.reset();
     }
+    return expression;
+}
+
+/// The expression by which codes are found: compiled at its first use and kept from then on. None
+/// when it cannot be compiled; the next use tries again.
+const icu::RegexPattern* codePattern(bool withFourDigits)
+{
+    static std::array<std::unique_ptr<icu::RegexPattern>, 2> kept;
+    auto& expression = kept.at(withFourDigits ? 1 : 0);
+    if (expression == nullptr) {
+        expression = compiled(withFourDigits ? fourToSixDigits : fiveOrSixDigits);
+    }
+    return expression.get();
+}
+
+/// The parts of `text` that match `expression` and are whole characters, left to right.
+std::vector<std::string> matches(const icu::RegexPattern& expression, const std::string& text)
+{
+    UErrorCode status = U_ZERO_ERROR;
     const icu::UnicodeString searched = asUtf16(text);
-    const std::unique_ptr<icu::RegexMatcher> matcher(expression->matcher(searched, status));
+    const std::unique_ptr<icu::RegexMatcher> matcher(expression.matcher(searched, status));
     std::vector<std::string> numbers;
     std::optional<Characters> characters;
     while (U_SUCCESS(status) && matcher->find(status) != 0) {
@@ -56,20 +74,30 @@ findNumbers(const std::string& text, std::string_view pattern)
     return numbers;
 }
 
+} // namespace
+
+std::optional<std::vector<std::string>>
+findNumbers(const std::string& text, std::string_view pattern)
+{
+    const auto expression = compiled(pattern);
+    return expression == nullptr ? std::nullopt : std::optional(matches(*expression, text));
+}
+
 std::optional<std::string> extractCode(const std::string& text, const UserDefaults& defaults)
 {
     writeLogLine(text);
     const bool withFourDigits = defaults.boolForKey(preference::fourDigitInclude);
-    const auto numbers = findNumbers(text, withFourDigits ? fourToSixDigits : fiveOrSixDigits);
-    if (!numbers) {
+    const icu::RegexPattern* const pattern = codePattern(withFourDigits);
+    if (pattern == nullptr) {
         writeLogLine("Invalid regex pattern");
         return std::nullopt;
     }
-    if (numbers->empty()) {
+    const auto numbers = matches(*pattern, text);
+    if (numbers.empty()) {
         return std::nullopt;
     }
-    writeLogLine("Found numbers: " + printed(*numbers));
-    return numbers->front();
+    writeLogLine("Found numbers: " + printed(numbers));
+    return numbers.front();
 }
 
 } // namespace orlimo

@@ -13,7 +13,8 @@ namespace orlimo {
 /// digits, or of four to six where the preference `fourDigitInclude` says so, that no further digit
 /// touches. Digits of every script count. Nothing when the text holds none.
 ///
-/// Logs the text, and the numbers found. Reads the preference afresh. Main thread; does not fail.
+/// Logs the text, and the numbers found. Reads the preference afresh; the two regular expressions
+/// are compiled at their first use and kept. Main thread; does not fail.
 [[nodiscard]] std::optional<std::string>
 extractCode(const std::string& text, const UserDefaults& defaults = standardUserDefaults());
 

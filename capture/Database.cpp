@@ -23,6 +23,23 @@ std::optional<std::string> columnText(sqlite3_stmt* statement, int column)
     return repairedUtf8(reinterpret_cast<const char*>(text));
 }
 
+/// Ends the read transaction of `connection` where it outlives its statement. A step that meets
+/// another program's lock leaves its statement running: that one holds no lock then, but keeps the
+/// transaction of the next statement from ending. Inside a transaction it can be stepped on to its
+/// end, for which no lock is needed any more.
+void endReadTransaction(sqlite3* connection)
+{
+    sqlite3_stmt* statement = nullptr;
+    while (sqlite3_txn_state(connection, nullptr) > SQLITE_TXN_NONE &&
+           // The latest comes first, so that a long run's many statements are not looked through.
+           (statement = sqlite3_next_stmt(connection, statement)) != nullptr)
+    {
+        // A step of one that has ended would run it anew.
+        while (sqlite3_stmt_busy(statement) != 0 && sqlite3_step(statement) == SQLITE_ROW) {
+        }
+    }
+}
+
 } // namespace
 
 Database& Database::shared()
@@ -83,6 +100,7 @@ std::vector<Msg> Database::fetchMessages(std::int64_t limit)
         });
     }
     // The statement is not finalised: it belongs to the connection until the process ends.
+    endReadTransaction(db);
     return messages;
 }
 

@@ -34,7 +34,7 @@ public:
 
     /// The newest messages, newest first, at most `limit` of them. Empty, with a line in the log,
     /// when the store cannot be read; the rows before an error where it strikes later. The compiled
-    /// statement stays allocated on the connection.
+    /// statement stays allocated on the connection; no transaction and no lock on the store stays.
     [[nodiscard]] std::vector<Msg> fetchMessages(std::int64_t limit);
 
 private:

@@ -35,7 +35,8 @@ public:
     /// was asked before is done within the call. It may also have been to quit.
     virtual void onActivation(std::function<void()> open) = 0;
 
-    /// Makes the claim. Returns within two seconds, also where another one runs but stands still.
+    /// Makes the claim. Returns within two seconds, also where another one runs but stands still;
+    /// a start at login, which nobody waits for, may take eleven where the session is slow.
     [[nodiscard]] static std::unique_ptr<ApplicationInstance> create(bool launchedAtLogin);
 };
 

@@ -7,6 +7,7 @@
 #include "platform/linux/ActivationToken.h"
 #include "platform/linux/ApplicationInterface.h"
 #include "platform/linux/SessionBus.h"
+#include "platform/linux/SessionBusProbe.h"
 
 #include <array>
 #include <chrono>
@@ -21,6 +22,10 @@ using Claim = ApplicationInstance::Claim;
 /// How long the bus and the program that runs already may take together, until the claim is
 /// settled. With what a start needs besides, less than two seconds.
 constexpr std::chrono::milliseconds answerLimit{1500};
+
+/// The same for a start at login, which nobody waits for, and when the bus may be as busy as never
+/// again: without the bus there may be no icon.
+constexpr std::chrono::seconds loginAnswerLimit{10};
 
 /// How long the bus may hold up the end of the program.
 constexpr std::chrono::milliseconds farewellLimit{500};
@@ -83,9 +88,8 @@ bool activate(const QString& other, const SessionBus& bus, Uptime deadline)
            bus.ownerOf(applicationName(), deadline) == other;
 }
 
-Claim claimOn(const SessionBus& bus, bool launchedAtLogin)
+Claim claimOn(const SessionBus& bus, bool launchedAtLogin, Uptime deadline)
 {
-    const Uptime deadline = currentUptime() + answerLimit;
     bool anotherWasFound = false;
     for (;;) {
         switch (bus.take(applicationName(), deadline)) {
@@ -126,12 +130,11 @@ void carryOut(const ApplicationRequest& request, const std::function<void()>& op
 class DBusApplicationInstance final : public ApplicationInstance
 {
 public:
-    explicit DBusApplicationInstance(bool launchedAtLogin)
+    DBusApplicationInstance(bool launchedAtLogin, Uptime deadline)
     {
-        requireMainThread();
         // Before the name is taken: whoever finds the name finds the object.
         bus.put(interface, objectPath());
-        ownClaim = claimOn(bus, launchedAtLogin);
+        ownClaim = claimOn(bus, launchedAtLogin, deadline);
     }
 
     DBusApplicationInstance(const DBusApplicationInstance&) = delete;
@@ -169,7 +172,10 @@ private:
 
 std::unique_ptr<ApplicationInstance> ApplicationInstance::create(bool launchedAtLogin)
 {
-    return std::make_unique<DBusApplicationInstance>(launchedAtLogin);
+    requireMainThread();
+    const Uptime deadline = currentUptime() + (launchedAtLogin ? loginAnswerLimit : answerLimit);
+    disableSilentSessionBus(deadline);
+    return std::make_unique<DBusApplicationInstance>(launchedAtLogin, deadline);
 }
 
 } // namespace orlimo

@@ -1,14 +1,20 @@
 #include "platform/ToolkitArguments.h"
 
+#include "platform/UptimeClock.h"
 #include "platform/linux/ClipboardRoute.h"
+#include "platform/linux/SessionBusProbe.h"
 
 #include <algorithm>
+#include <chrono>
 #include <iostream>
 #include <optional>
 
 namespace orlimo {
 
 namespace {
+
+/// How long the session bus may take to answer before the program runs without it.
+constexpr std::chrono::milliseconds busLimit{1500};
 
 /// The platform that the arguments name: the last one, as the toolkit takes it.
 std::optional<std::string> platformArgument(const std::vector<std::string>& arguments)
@@ -34,6 +40,8 @@ void tellOfMissingRoute()
 ToolkitArguments::ToolkitArguments(int argc, const char* const* argv)
     : texts(argv, argv + argc)
 {
+    // The application object connects to the bus.
+    disableSilentSessionBus(currentUptime() + busLimit);
     const ClipboardRoute route = bestClipboardRoute(desktopFacts(platformArgument(texts)));
     takeClipboardRoute(route);
     if (route == ClipboardRoute::xServer) {

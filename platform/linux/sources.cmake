@@ -27,6 +27,7 @@ set(orlimo_platform_sources
     linux/InotifyVnodeSource.cpp
     linux/LaunchEvent.cpp
     linux/LibraryFolder.cpp
+    posix/JournalStream.cpp
     posix/LogLine.cpp
     linux/MainAppService.cpp
     linux/MainThread.cpp
@@ -34,6 +35,7 @@ set(orlimo_platform_sources
     linux/QtQueues.cpp
     linux/QtUserDefaults.cpp
     linux/RunningProgram.cpp
+    linux/SessionBusProbe.cpp
     linux/SettingsFile.cpp
     linux/SettingsText.cpp
     posix/StandardStreams.cpp

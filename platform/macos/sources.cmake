@@ -20,6 +20,7 @@ set(orlimo_platform_sources
     posix/FatalStop.cpp
     posix/FilledIn.cpp
     posix/GrowthDetector.cpp
+    posix/JournalStream.cpp
     posix/LogLine.cpp
     posix/StandardStreams.cpp
     posix/UserDatabase.cpp

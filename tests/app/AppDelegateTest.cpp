@@ -10,6 +10,7 @@
 #include "tests/support/TemporaryFolder.h"
 
 #include <QApplication>
+#include <QEvent>
 #include <QPointer>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -17,6 +18,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <optional>
+#include <vector>
 
 namespace orlimo {
 namespace {
@@ -154,7 +156,8 @@ TEST_F(AppDelegateTest, CentresTheGuidanceWindowOnTheScreensSize)
     for (const auto& [frame, origin] :
          {std::pair(QRect(0, 0, 1920, 1080), QPoint(710, 290)),
           std::pair(QRect(1920, -200, 1920, 1080), QPoint(710, 290)),
-          std::pair(QRect(-1280, 0, 1280, 1024), QPoint(390, 262))})
+          std::pair(QRect(-1280, 0, 1280, 1024), QPoint(390, 262)),
+          std::pair(QRect(0, 0, 1367, 769), QPoint(434, 135))})
     {
         screen = frame;
         delegate.showHelperWindow();
@@ -164,10 +167,12 @@ TEST_F(AppDelegateTest, CentresTheGuidanceWindowOnTheScreensSize)
 
 TEST(GuidanceWindowPlace, IsTheMiddleOfTheScreensSizeWhateverThatIs)
 {
-    const QSize size(500, 500);
-    EXPECT_EQ(GuidanceWindow::contentAreaOn({0, 0, 500, 500}), QRect({0, 0}, size));
-    EXPECT_EQ(GuidanceWindow::contentAreaOn({70, 80, 2560, 1440}), QRect({1030, 470}, size));
-    EXPECT_EQ(GuidanceWindow::contentAreaOn({0, 0, 400, 300}), QRect({-50, -100}, size));
+    const QSizeF size(500, 500);
+    EXPECT_EQ(GuidanceWindow::contentAreaOn({0, 0, 500, 500}), QRectF({0, 0}, size));
+    EXPECT_EQ(GuidanceWindow::contentAreaOn({70, 80, 2560, 1440}), QRectF({1030, 470}, size));
+    EXPECT_EQ(GuidanceWindow::contentAreaOn({0, 0, 400, 300}), QRectF({-50, -100}, size));
+    EXPECT_EQ(GuidanceWindow::contentAreaOn({0, 0, 1367, 769}), QRectF({433.5, 134.5}, size));
+    EXPECT_EQ(GuidanceWindow::contentAreaOn({0, 0, 399, 299}), QRectF({-50.5, -100.5}, size));
 }
 
 TEST_F(AppDelegateTest, GivesTheGuidanceWindowATitleBarAndACloseButtonOnly)
@@ -218,6 +223,46 @@ TEST_F(AppDelegateTest, ReplacesTheGuidanceWindowThatItHolds)
     EXPECT_TRUE(first.isNull());
     ASSERT_NE(delegate.secondaryWindow, nullptr);
     EXPECT_TRUE(delegate.secondaryWindow->isVisible());
+}
+
+/// Notes which window a delegate holds each time a guidance window is shown or raised.
+class HeldWindows : public QObject
+{
+public:
+    explicit HeldWindows(const AppDelegate& watchedDelegate)
+        : delegate(watchedDelegate)
+    {
+        qApp->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject* object, QEvent* event) override
+    {
+        if (qobject_cast<GuidanceWindow*>(object) != nullptr) {
+            if (event->type() == QEvent::Show) {
+                whenShown.push_back(delegate.secondaryWindow.get());
+            } else if (event->type() == QEvent::ZOrderChange) {
+                whenRaised.push_back(delegate.secondaryWindow.get());
+            }
+        }
+        return false;
+    }
+
+    std::vector<const QWidget*> whenShown;
+    std::vector<const QWidget*> whenRaised;
+
+private:
+    const AppDelegate& delegate;
+};
+
+TEST_F(AppDelegateTest, HoldsTheGuidanceWindowFromShowingToRaisingIt)
+{
+    const HeldWindows held(delegate);
+    delegate.showHelperWindow();
+    const QWidget* const first = delegate.secondaryWindow.get();
+    delegate.showHelperWindow();
+    const QWidget* const second = delegate.secondaryWindow.get();
+    EXPECT_THAT(held.whenShown, ElementsAre(nullptr, first));
+    EXPECT_THAT(held.whenRaised, ElementsAre(first, second));
 }
 
 TEST_F(AppDelegateTest, TakesItsWindowAndItsControllerAlong)

@@ -1,3 +1,4 @@
+#include "platform/posix/UniqueFd.h"
 #include "tests/app/ProgramSession.h"
 #include "tests/app/XServer.h"
 
@@ -5,7 +6,11 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <filesystem>
+#include <string>
 
+#include <sys/socket.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace orlimo {
@@ -14,6 +19,8 @@ namespace {
 using testing::AnyOf;
 using testing::Contains;
 using testing::Each;
+using testing::HasSubstr;
+using testing::IsEmpty;
 using testing::StartsWith;
 
 /// The program on a real X server, its clipboard looked at by another program.
@@ -52,6 +59,72 @@ TEST_F(Clipboard, HoldsTheCodeInThePlaceOfItsOldContents)
 
     session.deliver("text Your code is 482913.");
     EXPECT_TRUE(awaitPaste("482913"));
+}
+
+/// One of a pair of sockets for a program's standard output, and the other to read from.
+struct OutputSocket
+{
+    OutputSocket()
+    {
+        std::array<int, 2> sockets{-1, -1};
+        EXPECT_EQ(::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, sockets.data()), 0);
+        reader = UniqueFd(sockets[0]);
+        writer = UniqueFd(sockets[1]);
+    }
+
+    /// Its name in the variable JOURNAL_STREAM, with `offset` added to its inode.
+    [[nodiscard]] std::string name(ino_t offset) const
+    {
+        struct stat status
+        {};
+        EXPECT_EQ(::fstat(writer.get(), &status), 0);
+        return std::to_string(status.st_dev) + ":" + std::to_string(status.st_ino + offset);
+    }
+
+    /// Everything that was written. Waits for the end of the programs that write.
+    [[nodiscard]] std::string text()
+    {
+        writer = UniqueFd();
+        std::string all;
+        std::array<char, 4096> part{};
+        for (ssize_t got = 0; (got = ::read(reader.get(), part.data(), part.size())) > 0;) {
+            all.append(part.data(), static_cast<std::size_t>(got));
+        }
+        return all;
+    }
+
+    UniqueFd reader;
+    UniqueFd writer;
+};
+
+TEST_F(Clipboard, HoldsTheCodeOfAProgramWhoseLinesWouldEndInTheJournal)
+{
+    for (const bool isJournal : {true, false}) {
+        server.copy("clipboard", "something that the user copied");
+        ASSERT_TRUE(awaitPaste("something that the user copied\n"));
+        OutputSocket output;
+        ProgramSession other(
+            {.arguments = {"--launched-at-login", "--side-by-side"},
+             .environment =
+                 {{"DISPLAY", server.display()},
+                  {"JOURNAL_STREAM", output.name(isJournal ? 0 : 1)},
+                  {"QT_QPA_PLATFORM", "xcb"}},
+             .beforeStart = [&output] { ::dup2(output.writer.get(), STDOUT_FILENO); }});
+        other.startWriter();
+        other.startProgram();
+        // It watches the store by then.
+        ASSERT_TRUE(await([&other] { return std::filesystem::exists(other.autostartEntry()); }));
+        ProgramSession::waitThrottleOut();
+        other.deliver("text Your code is 482913.");
+        EXPECT_TRUE(awaitPaste("482913"));
+        EXPECT_EQ(other.program().errors(), "");
+        other.program().terminate();
+        if (isJournal) {
+            EXPECT_THAT(output.text(), IsEmpty());
+        } else {
+            EXPECT_THAT(output.text(), HasSubstr("Your code is 482913."));
+        }
+    }
 }
 
 TEST_F(Clipboard, OffersPlainTextAlone)

@@ -1,4 +1,5 @@
 #include "tests/app/ProgramSession.h"
+#include "tests/capture/StoreLock.h"
 #include "tests/support/BuiltPrograms.h"
 #include "tests/support/OutputCapture.h"
 #include "tests/support/StoreIntegrity.h"
@@ -132,6 +133,28 @@ TEST_F(Fault, LockedStoreIsReportedAndReadAgainWhenItIsFree)
     EXPECT_THAT(
         session.readReaction(),
         ElementsAreArray(ProgramSession::reactionTo("Code 333333", "333333")));
+}
+
+TEST_F(Fault, LogLockedDuringAReadIsReadOnAndCanBeEmptied)
+{
+    startOpen();
+    session.deliver("text Code 111111");
+    EXPECT_EQ(session.readReaction().size(), 4U);
+    session.awaitOpenThrottle();
+    {
+        const StoreLock lock(session.home() / "Library", StoreWriter::Journal::writeAheadLog);
+        appendToFile(session.log(), "growth");
+        ASSERT_EQ(session.program().readLine(), "ready to access disk");
+        ProgramSession::waitThrottleOut();
+    }
+    for (const std::string code : {"222222", "333333"}) {
+        session.deliver("text Code " + code);
+        EXPECT_THAT(
+            session.readReaction(),
+            ElementsAreArray(ProgramSession::reactionTo("Code " + code, code)));
+        EXPECT_EQ(session.writer().ask("truncate"), "ok");
+        session.awaitOpenThrottle();
+    }
 }
 
 TEST_F(Fault, RowWithNeitherTextNorBodyStopsTheProgram)

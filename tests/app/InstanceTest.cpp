@@ -12,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
 #include <csignal>
 #include <map>
 #include <optional>
@@ -295,6 +296,43 @@ TEST_F(Instance, IsNotAloneWithoutABus)
         EXPECT_TRUE(first.program().isRunning()) << address.value_or("no variable");
         EXPECT_THAT(second.program().errors(), Not(HasSubstr("orlimo:")));
     }
+}
+
+TEST_F(Instance, RunsWithoutABusThatDoesNotAnswer)
+{
+    for (const std::vector<std::string>& arguments :
+         {std::vector<std::string>(), std::vector<std::string>{"--side-by-side"}})
+    {
+        ProgramSession session(onBus(arguments));
+        session.startWriter();
+        bus.freeze();
+        const auto before = std::chrono::steady_clock::now();
+        session.startProgram();
+        EXPECT_TRUE(session.program().awaitLine("file access allowed", tooLong));
+        EXPECT_LT(std::chrono::steady_clock::now() - before, tooLong);
+        ProgramSession::waitThrottleOut();
+        session.deliver("text Your code is 482913.");
+        EXPECT_EQ(
+            session.readReaction().back(), std::string(ProgramSession::reactionPrefix) + "482913");
+        EXPECT_THAT(
+            session.program().errors(),
+            HasSubstr("orlimo: the session bus does not answer; running without it\n"));
+        bus.goOn();
+    }
+}
+
+TEST_F(Instance, AtLoginWaitsForABusThatIsSlow)
+{
+    ProgramSession session(onBus({"--launched-at-login"}));
+    session.startWriter();
+    bus.freeze();
+    session.startProgram();
+    // Longer than a start that somebody waits for.
+    runEventLoop(std::chrono::seconds(3));
+    EXPECT_EQ(session.program().output(), "");
+    bus.goOn();
+    EXPECT_TRUE(session.program().awaitLine("file access allowed"));
+    EXPECT_TRUE(isTheOne(session));
 }
 
 TEST_F(Instance, OutlivesItsBus)

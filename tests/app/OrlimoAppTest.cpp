@@ -3,6 +3,7 @@
 #include "app/MenuBarScene.h"
 #include "platform/LogLine.h"
 #include "tests/capture/OwnHome.h"
+#include "tests/support/FatalStopExpectation.h"
 #include "tests/support/ForkedRun.h"
 #include "tests/support/OutputCapture.h"
 #include "tests/support/StoreWriter.h"
@@ -13,6 +14,7 @@
 
 #include <filesystem>
 #include <functional>
+#include <thread>
 
 namespace orlimo {
 namespace {
@@ -116,6 +118,23 @@ TEST(OrlimoApp, HasOneSceneWhoseWindowShowsTheControllersCodes)
     EXPECT_EQ(rest[2], "ready to access disk");
     EXPECT_EQ(rest[rest.size() - 2], "open: yes");
     EXPECT_EQ(rest.back(), "the code: yes");
+}
+
+TEST(OrlimoApp, BodyOnAnotherThreadStops)
+{
+    expectFatalStop(
+        [] {
+            moveIntoOwnHome();
+            const OrlimoApp app;
+            std::thread([&app] { (void)app.body(); }).join();
+        },
+        {"Database init",
+         "database connection:  unable to open database file",
+         "OrlimoApp init",
+         "registFileObserver",
+         "init file monitor",
+         "file access not allowed"},
+        {.file = "app/OrlimoApp.cpp", .reason = "called off the main thread"});
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "app/AppDelegate.h"
 #include "app/CopyButton.h"
+#include "app/CopyButtonStyle.h"
 #include "app/HelperView.h"
 #include "app/MenuBarIcon.h"
 #include "app/OrlimoApp.h"
@@ -75,6 +76,21 @@ TEST_F(ViewThreads, StopTheGuidancesMakingElsewhere)
 TEST_F(ViewThreads, StopTheIconsMakingElsewhere)
 {
     expectStopOnAnotherThread([] { const MenuBarIcon icon; }, "app/MenuBarIcon.cpp");
+}
+
+TEST_F(ViewThreads, StopTheTraysImageElsewhere)
+{
+    expectStopOnAnotherThread([] { (void)MenuBarIcon::icon(); }, "app/MenuBarIcon.cpp");
+}
+
+TEST_F(ViewThreads, StopTheCopyButtonsStyleElsewhere)
+{
+    expectStopOnAnotherThread(
+        [] {
+            (void)CopyButtonStyle::makeBody(
+                {.label = {.size = {140, 40}, .draw = [](QPainter&) {}}});
+        },
+        "app/CopyButtonStyle.cpp");
 }
 
 TEST_F(ViewThreads, StopAPointerElsewhere)

@@ -28,7 +28,15 @@ set_target_properties(orlimo-test-panel PROPERTIES AUTOMOC ON)
 
 orlimo_add_tests(orlimo_program_tests
     LABEL e2e
-    SOURCES ClipboardTest.cpp FaultTest.cpp RoadOfMessageTest.cpp StartUpTest.cpp UsageTest.cpp linux/StoredPreferences.cpp
+    SOURCES
+        ../capture/StoreLock.cpp
+        ../platform/ForeignLock.cpp
+        ClipboardTest.cpp
+        FaultTest.cpp
+        RoadOfMessageTest.cpp
+        StartUpTest.cpp
+        UsageTest.cpp
+        linux/StoredPreferences.cpp
     LIBRARIES orlimo_program_session SQLite::SQLite3
     NEEDS orlimo orlimo-sample-store)
 

@@ -6,6 +6,7 @@
 #include "tests/capture/SilentSqlite.h"
 #include "tests/capture/StarvedSqlite.h"
 #include "tests/capture/StoreFiles.h"
+#include "tests/capture/StoreLock.h"
 #include "tests/support/DeliberateLeak.h"
 #include "tests/support/FatalStopExpectation.h"
 #include "tests/support/ForkedRun.h"
@@ -560,19 +561,53 @@ TEST_F(DatabaseTest, LockedStoreIsLogged)
     EXPECT_THAT(database.fetchMessages(10), ElementsAre(textMessage(1, "locked away")));
 }
 
-TEST_F(DatabaseTest, StoreLockedAfterFirstFetchHoldsNoMessages)
+class LockedStore : public DatabaseTest, public testing::WithParamInterface<StoreWriter::Journal>
 {
-    StoreWriter writer(library(), StoreWriter::Journal::rollback);
+protected:
+    /// What SQLite says to another program that empties the log.
+    [[nodiscard]] int checkpoint() const
+    {
+        sqlite3* connection = nullptr;
+        EXPECT_EQ(sqlite3_open(store().c_str(), &connection), SQLITE_OK);
+        const int result = sqlite3_wal_checkpoint_v2(
+            connection, nullptr, SQLITE_CHECKPOINT_TRUNCATE, nullptr, nullptr);
+        sqlite3_close(connection);
+        return result;
+    }
+};
+
+TEST_P(LockedStore, HoldsNoMessagesAndEveryCommitAfterIt)
+{
+    StoreWriter writer(library(), GetParam());
     writer.appendText("locked away");
+    const OpenedConnections opened;
     Database& database = keptDatabase(library());
     const OutputCapture capture;
     EXPECT_THAT(database.fetchMessages(10), SizeIs(1));
-    writer.run("BEGIN EXCLUSIVE");
-    EXPECT_THAT(database.fetchMessages(10), IsEmpty()) << "the step fails, not the preparation";
-    writer.run("COMMIT");
-    EXPECT_THAT(database.fetchMessages(10), SizeIs(1));
+    {
+        const StoreLock lock(library(), GetParam());
+        for (int fetch = 0; fetch < 3; ++fetch) {
+            EXPECT_THAT(database.fetchMessages(10), IsEmpty())
+                << "the step fails, not the preparation";
+        }
+    }
+    for (std::size_t commit = 2; commit <= 4; ++commit) {
+        writer.appendText("after the lock");
+        EXPECT_THAT(database.fetchMessages(10), SizeIs(commit));
+        EXPECT_EQ(sqlite3_txn_state(opened.only(), nullptr), SQLITE_TXN_NONE);
+        EXPECT_EQ(checkpoint(), SQLITE_OK);
+    }
+    EXPECT_THAT(statementsOn(opened.only()), SizeIs(7)) << "none is finalised";
     EXPECT_EQ(capture.text(), "");
 }
+
+INSTANTIATE_TEST_SUITE_P(
+    Journals,
+    LockedStore,
+    testing::Values(StoreWriter::Journal::rollback, StoreWriter::Journal::writeAheadLog),
+    [](const auto& parameter) {
+        return parameter.param == StoreWriter::Journal::rollback ? "Rollback" : "WriteAheadLog";
+    });
 
 // The statements.
 

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+namespace orlimo {
+
+/// The socket by which a service's output reaches systemd's journal, as the variable JOURNAL_STREAM
+/// names it: see systemd.exec(5). The variable is inherited, also by programs whose output goes
+/// somewhere else.
+class JournalStream
+{
+public:
+    /// Reads the variable's value, "device:inode" in decimal. Absent where that is malformed.
+    [[nodiscard]] static std::optional<JournalStream> parse(std::string_view value);
+
+    /// Whether `descriptor` is that socket. False for one that cannot be examined. Any thread.
+    [[nodiscard]] bool is(int descriptor) const;
+
+private:
+    std::uint64_t device = 0;
+    std::uint64_t inode = 0;
+};
+
+} // namespace orlimo
