@@ -6,18 +6,11 @@
 
 namespace orlimo {
 
-void DataControlPasteboard::declareTypes(std::initializer_list<PasteboardType> types)
-{
-    // Whatever others had put there is gone from now on, the text follows with the next call.
-    if (!take({})) {
-        standIn.declareTypes(types);
-    }
-}
+void DataControlPasteboard::declareTypes(std::initializer_list<PasteboardType> /*types*/) {}
 
 void DataControlPasteboard::setString(std::string_view text, PasteboardType type)
 {
-    // A compositor that has just not answered is not waited for a second time.
-    if (isOutOfReach || !take(text)) {
+    if (!take(text)) {
         standIn.setString(text, type);
     }
 }

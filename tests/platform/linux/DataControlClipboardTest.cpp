@@ -37,8 +37,14 @@ using Script = ScriptedCompositor::Script;
 /// The longest that one call may take, with room for a busy machine.
 constexpr std::chrono::milliseconds bound = 10s;
 
-const auto isPlainText =
-    ElementsAre("text/plain;charset=utf-8", "text/plain", "UTF8_STRING", "STRING", "TEXT");
+/// What a text is offered as, in this order; the last one is not the text.
+const auto isSecretText = ElementsAre(
+    "text/plain;charset=utf-8",
+    "text/plain",
+    "UTF8_STRING",
+    "STRING",
+    "TEXT",
+    "x-kde-passwordManagerHint");
 
 /// More than a pipe and a socket hold, and different everywhere.
 std::string longText()
@@ -243,13 +249,14 @@ TEST_F(DataControlClipboardTest, DoesNotConnectBeforeItIsUsed)
     EXPECT_EQ(compositor->connections(), 0U);
 }
 
-TEST_F(DataControlClipboardTest, OffersPlainTextUnderAllItsNames)
+TEST_F(DataControlClipboardTest, OffersPlainTextUnderAllItsNamesAndMarksItAsSecret)
 {
     start();
     set("123456");
-    EXPECT_THAT(compositor->types(), isPlainText);
+    EXPECT_THAT(compositor->types(), isSecretText);
     for (const std::string& type : compositor->types()) {
-        EXPECT_EQ(pasted(type), "123456") << type;
+        const bool isHint = type == "x-kde-passwordManagerHint";
+        EXPECT_EQ(pasted(type), isHint ? "secret" : "123456") << type;
     }
 }
 
@@ -266,7 +273,7 @@ TEST_F(DataControlClipboardTest, GivesTheTextAsItIs)
     using namespace std::string_literals;
     for (const auto& text : {""s, "1"s, "\u0661\u0662 e\u0301 \U0001F511\n"s, "12\0 34"s}) {
         set(text);
-        EXPECT_THAT(compositor->types(), isPlainText);
+        EXPECT_THAT(compositor->types(), isSecretText);
         EXPECT_EQ(pasted(), text);
     }
 }
@@ -400,7 +407,7 @@ TEST_F(DataControlClipboardTest, GivesUpWhatAnotherProgramHasReplacedAndTakesItB
     EXPECT_TRUE(awaitCount(Kind::source, 0));
     EXPECT_TRUE(compositor->types().empty());
     set("7777");
-    EXPECT_THAT(compositor->types(), isPlainText);
+    EXPECT_THAT(compositor->types(), isSecretText);
     EXPECT_EQ(pasted(), "7777");
     EXPECT_EQ(compositor->connections(), 1U);
 }
