@@ -3,7 +3,6 @@
 #include "platform/linux/ClipboardRoute.h"
 
 #include <algorithm>
-#include <iostream>
 #include <optional>
 
 namespace orlimo {
@@ -22,13 +21,6 @@ std::optional<std::string> platformArgument(const std::vector<std::string>& argu
                : std::optional(*std::prev(option));
 }
 
-void tellOfMissingRoute()
-{
-    std::cerr << "orlimo: this session lets no program without a focused window set the "
-                 "clipboard; the Copy button still does\n"
-              << std::flush;
-}
-
 } // namespace
 
 ToolkitArguments::ToolkitArguments(int argc, const char* const* argv)
@@ -36,11 +28,11 @@ ToolkitArguments::ToolkitArguments(int argc, const char* const* argv)
 {
     const ClipboardRoute route = bestClipboardRoute(desktopFacts(platformArgument(texts)));
     takeClipboardRoute(route);
-    if (route == ClipboardRoute::xServer) {
+    if (route == ClipboardRoute::xServer || route == ClipboardRoute::dataControlOrXServer) {
         // Not by the environment: what the program starts is to choose for itself.
         texts.insert(texts.end(), {"-platform", "xcb;wayland"});
     } else if (route == ClipboardRoute::focusedOnly) {
-        tellOfMissingRoute();
+        reportThatClipboardNeedsFocus();
     }
     for (std::string& text : texts) {
         pointers.push_back(text.data());
