@@ -10,6 +10,15 @@
 
 namespace orlimo {
 
+namespace {
+
+bool isQtOnWayland()
+{
+    return QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
+}
+
+} // namespace
+
 DataControlPasteboard::DataControlPasteboard()
 {
     using namespace std::chrono_literals;
@@ -17,7 +26,11 @@ DataControlPasteboard::DataControlPasteboard()
     responseLimit.setInterval(2s);
     responseLimit.callOnTimeout([this] {
         reportOutOfReach();
-        useStandIn();
+        // On Wayland Qt would ask the same compositor, and its request, which is in vain without
+        // the focus, could come after ours and take the clipboard away again.
+        if (!isQtOnWayland()) {
+            useStandIn();
+        }
     });
 }
 
@@ -50,7 +63,7 @@ void DataControlPasteboard::didComplete(DataControlClipboard::Outcome outcome)
         break;
     case DataControlClipboard::Outcome::unsupported:
         isUnsupported = true;
-        if (QGuiApplication::platformName().startsWith(QLatin1String("wayland"))) {
+        if (isQtOnWayland()) {
             reportThatClipboardNeedsFocus();
         }
         useStandIn();

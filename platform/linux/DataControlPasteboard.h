@@ -11,10 +11,11 @@
 namespace orlimo {
 
 /// The clipboard of a Wayland session whose compositor offers data control, or has not said yet
-/// whether it does: no window needs the focus. Qt's clipboard gets the text too where the
-/// compositor cannot be reached or does not respond for two seconds, which a line on standard error
-/// says; the compositor gets it all the same as soon as it responds. Where it says only then that
-/// it does not offer data control, Qt's clipboard is used from there on. Main thread.
+/// whether it does: no window needs the focus. A line on standard error says when the compositor
+/// cannot be reached or does not respond for two seconds. In the first case Qt's clipboard gets the
+/// text instead. In the second the compositor gets it as soon as it responds, and where Qt does not
+/// run on that compositor its clipboard has the text meanwhile. Where the response is that data
+/// control is not offered, Qt's clipboard is used from there on. Main thread.
 class DataControlPasteboard final : public Pasteboard
 {
 public:
