@@ -50,7 +50,11 @@ void WaylandClipboard::copy(const std::string& text, const std::string& selectio
     auto& owner = owners[selection];
     owner = std::make_unique<ChildProcess>(
         "/usr/bin/wl-copy", tool({"--foreground", "--", text}, selection));
-    EXPECT_TRUE(awaitSparingly([&] { return paste(selection) == text; })) << owner->errors();
+    std::optional<std::string> found;
+    EXPECT_TRUE(awaitSparingly([&] { return (found = paste(selection)) == text; }))
+        << "instead of \"" << text << "\" it holds " << found.value_or("nothing: " + problem())
+        << '\n'
+        << owner->errors();
 }
 
 ChildSettings
