@@ -14,11 +14,11 @@ enum class ClipboardRoute {
     /// The toolkit's clipboard, on the platform that it takes by itself: X11, and platforms that
     /// have a clipboard of their own.
     toolkit,
-    /// A data-control client of our own beside the toolkit; also where the compositor has not said
-    /// yet whether it offers that. Where it says no, the toolkit's clipboard.
+    /// A data-control client of our own beside Qt; also where the compositor has not responded yet.
+    /// Where it turns out not to offer data control, Qt's clipboard.
     dataControl,
-    /// The same on the X server that serves this Wayland session, where the compositor has not said
-    /// yet whether it offers data control: where it says no, that server's clipboard is the way.
+    /// The same with Qt on the X server that serves this Wayland session, where the compositor has
+    /// not responded yet: without data control, that server's clipboard works in the background.
     dataControlOrXServer,
     /// The toolkit's clipboard, on the X server that serves this Wayland session.
     xServer,

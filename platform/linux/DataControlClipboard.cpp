@@ -22,7 +22,7 @@ using namespace std::chrono_literals;
 constexpr std::chrono::milliseconds firstPause = 250ms;
 constexpr std::chrono::milliseconds longestPause = 16s;
 
-/// What a connection that fails, with `error`, says of the compositor.
+/// Whether a compositor listens that did not take the connection in time.
 bool isBusy(const std::error_code& error)
 {
     return error == std::errc::resource_unavailable_try_again;
@@ -72,7 +72,7 @@ void DataControlClipboard::setText(std::string text, Completion completed)
     }
 }
 
-/// Hands the pending text over, or sees to what that takes.
+/// Sends the pending text, or takes the next step towards that.
 void DataControlClipboard::advance()
 {
     if (!pending) {
@@ -85,7 +85,7 @@ void DataControlClipboard::advance()
     switch (connection->state()) {
     case DataControlConnection::State::connecting:
     case DataControlConnection::State::ready:
-        break; // it says when it gets on
+        break; // the connection notifies of progress
     case DataControlConnection::State::unsupported:
         connection.reset();
         complete(Outcome::unsupported);

@@ -23,7 +23,7 @@ class TextTransfers;
 class DataControlClipboard
 {
 public:
-    /// What came of a text.
+    /// The result of setting a text.
     enum class Outcome {
         sent,        ///< it is on its way to the compositor
         unsupported, ///< the compositor does not offer this
@@ -46,9 +46,9 @@ public:
     ~DataControlClipboard();
 
     /// Takes the clipboard of every seat over with `text`, UTF-8, which may be empty, as soon as
-    /// the compositor can be had; never waits. Only the newest text is kept until then: for an
-    /// older one `completed` is not called any more. `completed` is called once, from within this
-    /// function or later. A connection that was lost is made anew.
+    /// the compositor responds and has a seat; never blocks. `completed` is called once, from
+    /// within this function or later, or not at all when a newer text replaces this one before:
+    /// only the newest is kept. A connection that was lost is made anew.
     void setText(std::string text, Completion completed);
 
 private:

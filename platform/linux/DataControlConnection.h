@@ -23,7 +23,7 @@ class DataControlConnection
 {
 public:
     enum class State {
-        connecting,  ///< the compositor has not listed yet what it offers
+        connecting,  ///< the compositor has not listed its globals yet
         ready,       ///< the clipboards of the seats that there are can be set
         unsupported, ///< the compositor does not offer this
         lost,        ///< the connection has ended; of no more use

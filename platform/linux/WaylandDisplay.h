@@ -24,7 +24,7 @@ public:
         lost,    ///< the connection has ended
     };
 
-    /// What came of a round trip.
+    /// The result of a round trip.
     enum class Response {
         received,
         late, ///< none before the deadline
