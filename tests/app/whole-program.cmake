@@ -101,7 +101,7 @@ target_compile_definitions(orlimo_instance_tests PRIVATE
 
 orlimo_add_tests(orlimo_delivery_tests
     LABEL slow
-    SOURCES DeliveryTest.cpp
+    SOURCES DeliveryTest.cpp PlatformPlugin.cpp SilentCompositorTest.cpp
     LIBRARIES orlimo_program_session Threads::Threads
     NEEDS orlimo orlimo-sample-store)
 
