@@ -168,6 +168,7 @@ TYPED_TEST_P(PasteboardOnWayland, IsTakenAgainFromWhoeverHasTakenIt)
 TYPED_TEST_P(PasteboardOnWayland, OutlivesAReaderThatHangsUp)
 {
     this->put("digits 3000000");
+    ASSERT_TRUE(awaitSparingly([&] { return !this->desktop().clipboard().types().empty(); }));
     for (int round = 0; round < 5; ++round) {
         ChildProcess reader(
             "/bin/sh",
@@ -187,6 +188,7 @@ TYPED_TEST_P(PasteboardOnWayland, OutlivesAReaderThatHangsUp)
 TYPED_TEST_P(PasteboardOnWayland, WaitsForNoReader)
 {
     this->put("digits 3000000");
+    ASSERT_TRUE(awaitSparingly([&] { return !this->desktop().clipboard().types().empty(); }));
     ChildProcess reader(
         "/bin/sh",
         {.arguments = {"-c", "exec 3<&0; wl-paste --no-newline | { head -c 1; read _ <&3; }"},
