@@ -19,10 +19,14 @@ public:
     Pasteboard& operator=(const Pasteboard&) = delete;
     virtual ~Pasteboard() = default;
 
-    /// Takes the pasteboard over: whatever it held is gone, and `types` are what it will offer.
+    /// Announces `types` as what the pasteboard will hold. On macOS this takes the pasteboard over:
+    /// whatever it held is gone. On Linux nothing changes before `setString`, and nothing at all
+    /// where that does not follow: other programs see one change for each text, and no empty one.
     virtual void declareTypes(std::initializer_list<PasteboardType> types) = 0;
 
-    /// Puts `text`, UTF-8, on the pasteboard as data of a type declared before.
+    /// Puts `text`, UTF-8, which may be empty, on the pasteboard as data of a type declared before,
+    /// in the place of whatever it held. On Linux the text is marked as a secret, which clipboard
+    /// managers do not keep.
     virtual void setString(std::string_view text, PasteboardType type) = 0;
 };
 

@@ -1,23 +1,27 @@
 #include "platform/linux/ClipboardPasteboard.h"
 
 #include "platform/ToQString.h"
+#include "platform/linux/PasswordManagerHint.h"
 
+#include <QByteArray>
 #include <QClipboard>
 #include <QGuiApplication>
-#include <QString>
+#include <QMimeData>
+
+#include <memory>
 
 namespace orlimo {
 
-void ClipboardPasteboard::declareTypes(std::initializer_list<PasteboardType> /*types*/)
-{
-    // Taken over with an empty text and not given up: while nobody owns the clipboard, a clipboard
-    // manager may put the old contents back, and win against the text that follows.
-    QGuiApplication::clipboard()->setText(QString(), QClipboard::Clipboard);
-}
+void ClipboardPasteboard::declareTypes(std::initializer_list<PasteboardType> /*types*/) {}
 
 void ClipboardPasteboard::setString(std::string_view text, PasteboardType /*type*/)
 {
-    QGuiApplication::clipboard()->setText(toQString(text), QClipboard::Clipboard);
+    auto data = std::make_unique<QMimeData>();
+    data->setText(toQString(text));
+    data->setData(
+        QString::fromLatin1(passwordManagerHint::type),
+        QByteArray(passwordManagerHint::value.data(), passwordManagerHint::value.size()));
+    QGuiApplication::clipboard()->setMimeData(data.release(), QClipboard::Clipboard);
 }
 
 } // namespace orlimo

@@ -3,6 +3,7 @@
 #include "platform/linux/DataControlClipboard.h"
 #include "platform/linux/EnvironmentVariable.h"
 
+#include <iostream>
 #include <memory>
 #include <string_view>
 #include <utility>
@@ -12,6 +13,15 @@
 namespace orlimo {
 
 namespace {
+
+using namespace std::chrono_literals;
+
+/// How long a compositor may take where nothing but the clipboard depends on its response.
+constexpr std::chrono::milliseconds shortLimit = 2s;
+
+/// The same where the platform depends on it. A compositor that is slow at login takes seconds, and
+/// Qt on Wayland would wait for it without any limit.
+constexpr std::chrono::milliseconds longLimit = 30s;
 
 bool isOnWayland()
 {
@@ -55,10 +65,19 @@ ClipboardRoute routeOfOurChoice(const DesktopFacts& facts)
     if (!facts.isWaylandSession) {
         return ClipboardRoute::toolkit;
     }
-    if (facts.offersDataControl()) {
-        return ClipboardRoute::dataControl;
+    const auto dataControl = facts.dataControl(longLimit);
+    if (dataControl == DataControlAvailability::notOffered) {
+        return facts.hasXServer() ? ClipboardRoute::xServer : ClipboardRoute::focusedOnly;
     }
-    return facts.hasXServer() ? ClipboardRoute::xServer : ClipboardRoute::focusedOnly;
+    // On the X server Qt does not wait for the compositor, and both ways stay open.
+    const bool isUnknown = dataControl == DataControlAvailability::unknown;
+    return isUnknown && facts.hasXServer() ? ClipboardRoute::dataControlOrXServer
+                                           : ClipboardRoute::dataControl;
+}
+
+bool mayOfferDataControl(const DesktopFacts& facts)
+{
+    return facts.dataControl(shortLimit) != DataControlAvailability::notOffered;
 }
 
 std::optional<ClipboardRoute>& settledRoute()
@@ -79,7 +98,7 @@ DesktopFacts desktopFacts(const std::optional<std::string>& platformArgument)
     return {
         .chosenPlatform = std::move(platform),
         .isWaylandSession = isOnWayland(),
-        .offersDataControl = [] { return DataControlClipboard::isOffered(); },
+        .dataControl = [](auto limit) { return DataControlClipboard::availability(limit); },
         .hasXServer = canReachXServer,
     };
 }
@@ -91,13 +110,13 @@ ClipboardRoute bestClipboardRoute(const DesktopFacts& facts)
     }
     const std::string_view platform = chosenPlatform(*facts.chosenPlatform, facts);
     if (platform.starts_with("wayland")) {
-        return facts.offersDataControl() ? ClipboardRoute::dataControl
-                                         : ClipboardRoute::focusedOnly;
+        return mayOfferDataControl(facts) ? ClipboardRoute::dataControl
+                                          : ClipboardRoute::focusedOnly;
     }
     // Compositors that have data control mostly listen to X programs only while one has the focus.
     const bool isBesideCompositor = platform == "xcb" && facts.isWaylandSession;
-    return isBesideCompositor && facts.offersDataControl() ? ClipboardRoute::dataControl
-                                                           : ClipboardRoute::toolkit;
+    return isBesideCompositor && mayOfferDataControl(facts) ? ClipboardRoute::dataControl
+                                                            : ClipboardRoute::toolkit;
 }
 
 void takeClipboardRoute(ClipboardRoute route)
@@ -108,6 +127,13 @@ void takeClipboardRoute(ClipboardRoute route)
 ClipboardRoute takenClipboardRoute()
 {
     return settledRoute().value_or(ClipboardRoute::toolkit);
+}
+
+void reportThatClipboardNeedsFocus()
+{
+    std::cerr << "orlimo: this session lets no program without a focused window set the "
+                 "clipboard; the Copy button still does\n"
+              << std::flush;
 }
 
 } // namespace orlimo

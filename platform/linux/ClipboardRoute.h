@@ -1,5 +1,8 @@
 #pragma once
 
+#include "platform/linux/DataControlAvailability.h"
+
+#include <chrono>
 #include <functional>
 #include <optional>
 #include <string>
@@ -11,8 +14,12 @@ enum class ClipboardRoute {
     /// The toolkit's clipboard, on the platform that it takes by itself: X11, and platforms that
     /// have a clipboard of their own.
     toolkit,
-    /// A data-control client of our own beside the toolkit.
+    /// A data-control client of our own beside Qt; also where the compositor has not responded yet.
+    /// Where it turns out not to offer data control, Qt's clipboard.
     dataControl,
+    /// The same with Qt on the X server that serves this Wayland session, where the compositor has
+    /// not responded yet: without data control, that server's clipboard works in the background.
+    dataControlOrXServer,
     /// The toolkit's clipboard, on the X server that serves this Wayland session.
     xServer,
     /// None. The toolkit's clipboard works while a window of the program has the focus.
@@ -26,7 +33,8 @@ struct DesktopFacts
     std::optional<std::string> chosenPlatform;
     /// Whether a Wayland compositor serves the session.
     bool isWaylandSession = false;
-    std::function<bool()> offersDataControl;
+    /// Asks the compositor, and waits for `limit` at most.
+    std::function<DataControlAvailability(std::chrono::milliseconds limit)> dataControl;
     std::function<bool()> hasXServer;
 };
 
@@ -34,7 +42,9 @@ struct DesktopFacts
 /// line, which overrides the environment.
 [[nodiscard]] DesktopFacts desktopFacts(const std::optional<std::string>& platformArgument);
 
-/// The best route there is. A platform that the user chose is kept to.
+/// The best route there is. A platform that the user chose is kept to, and the compositor is then
+/// asked for two seconds. Where the platform is left to the program and depends on the response,
+/// the compositor has thirty seconds: the wrong platform would be that of the whole run.
 [[nodiscard]] ClipboardRoute bestClipboardRoute(const DesktopFacts& facts);
 
 /// Settles the route of this process, once, before the toolkit's application object is made.
@@ -42,5 +52,8 @@ void takeClipboardRoute(ClipboardRoute route);
 
 /// The route that was taken; the toolkit's where none was. Main thread.
 [[nodiscard]] ClipboardRoute takenClipboardRoute();
+
+/// Says on standard error that the clipboard cannot be set in the background in this session.
+void reportThatClipboardNeedsFocus();
 
 } // namespace orlimo

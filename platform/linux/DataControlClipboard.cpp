@@ -1,13 +1,15 @@
 #include "platform/linux/DataControlClipboard.h"
 
 #include "platform/linux/DataControlConnection.h"
-#include "platform/linux/SharedText.h"
 #include "platform/linux/TextTransfers.h"
 #include "platform/linux/WaylandDisplay.h"
 #include "platform/linux/WaylandRegistry.h"
 
-#include <chrono>
+#include <algorithm>
+#include <system_error>
 #include <utility>
+
+#include <wayland-client-protocol.h>
 
 namespace orlimo {
 
@@ -15,48 +17,115 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// How long a compositor may take for all that one call needs of it.
-constexpr auto longestWait = 2s;
+/// The pauses between two attempts to connect to a compositor whose queue of connections is full,
+/// which the system gives no notification for: each is twice the last one.
+constexpr std::chrono::milliseconds firstPause = 250ms;
+constexpr std::chrono::milliseconds longestPause = 16s;
 
-WaylandDisplay::Deadline deadlineFromNow()
+/// Whether a compositor listens that did not take the connection in time.
+bool isBusy(const std::error_code& error)
 {
-    return std::chrono::steady_clock::now() + longestWait;
+    return error == std::errc::resource_unavailable_try_again;
 }
 
 } // namespace
 
-bool DataControlClipboard::isOffered(const std::string& display)
+DataControlAvailability
+DataControlClipboard::availability(std::chrono::milliseconds limit, const std::string& display)
 {
-    const auto deadline = deadlineFromNow();
-    auto connected = WaylandDisplay::connect(display, deadline);
+    const auto deadline = std::chrono::steady_clock::now() + limit;
+    std::error_code error;
+    auto connected = WaylandDisplay::connect(display, deadline, error);
     if (!connected) {
-        return false;
+        return isBusy(error) ? DataControlAvailability::unknown
+                             : DataControlAvailability::notOffered;
     }
     WaylandRegistry registry(*connected); // learns while it lives, so it is no constant
-    return connected->roundTrip(deadline) && DataControlConnection::offeredBy(registry) != nullptr;
+    const auto response = connected->roundTrip(deadline);
+    if (response == WaylandDisplay::Response::late) {
+        return DataControlAvailability::unknown;
+    }
+    const bool isOffered = response == WaylandDisplay::Response::received &&
+                           DataControlConnection::offeredBy(registry) != nullptr &&
+                           registry.find(wl_seat_interface.name) != nullptr;
+    return isOffered ? DataControlAvailability::offered : DataControlAvailability::notOffered;
 }
 
 DataControlClipboard::DataControlClipboard(std::string displayName)
     : display(std::move(displayName))
     , transfers(std::make_unique<TextTransfers>())
-{}
+{
+    retry.setSingleShot(true);
+    retry.callOnTimeout([this] { connect(); });
+}
 
 DataControlClipboard::~DataControlClipboard() = default;
 
-bool DataControlClipboard::setText(std::string text)
+void DataControlClipboard::setText(std::string text, Completion completed)
 {
-    const auto deadline = deadlineFromNow();
-    const auto shared = std::make_shared<const std::string>(std::move(text));
-    if (connection && connection->setText(shared, deadline)) {
-        return true;
+    pending = {std::make_shared<const std::string>(std::move(text)), std::move(completed)};
+    pause = firstPause;
+    if (!connection) {
+        connect();
+    } else {
+        advance();
     }
-    // One at a time: the old connection would still hold the clipboard.
-    connection.reset();
-    connection = DataControlConnection::open(display, deadline, *transfers);
-    if (connection && !connection->setText(shared, deadline)) {
+}
+
+/// Sends the pending text, or takes the next step towards that.
+void DataControlClipboard::advance()
+{
+    if (!pending) {
+        return;
+    }
+    if (connection->setText(pending->text)) {
+        complete(Outcome::sent);
+        return;
+    }
+    switch (connection->state()) {
+    case DataControlConnection::State::connecting:
+    case DataControlConnection::State::ready:
+        break; // the connection notifies of progress
+    case DataControlConnection::State::unsupported:
         connection.reset();
+        complete(Outcome::unsupported);
+        break;
+    case DataControlConnection::State::lost:
+        connection.reset();
+        if (isConnectionNew) {
+            complete(Outcome::unreachable);
+        } else {
+            connect();
+        }
+        break;
     }
-    return connection != nullptr;
+}
+
+void DataControlClipboard::connect()
+{
+    retry.stop();
+    std::error_code error;
+    auto connected = WaylandDisplay::connect(display, std::chrono::steady_clock::now(), error);
+    if (!connected && isBusy(error)) {
+        retry.start(pause);
+        pause = std::min(2 * pause, longestPause);
+        return;
+    }
+    if (!connected) {
+        complete(Outcome::unreachable);
+        return;
+    }
+    connection = std::make_unique<DataControlConnection>(
+        *std::move(connected), *transfers, [this] { advance(); });
+    isConnectionNew = true;
+    advance();
+}
+
+void DataControlClipboard::complete(Outcome outcome)
+{
+    isConnectionNew = false;
+    const auto completed = std::exchange(pending, std::nullopt)->completed;
+    completed(outcome);
 }
 
 } // namespace orlimo

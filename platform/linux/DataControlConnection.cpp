@@ -26,31 +26,29 @@ WaylandProxy boundSeat(const WaylandRegistry& registry, const WaylandRegistry::G
 
 } // namespace
 
-std::unique_ptr<DataControlConnection> DataControlConnection::open(
-    const std::string& name, WaylandDisplay::Deadline deadline, TextTransfers& transfers)
-{
-    auto display = WaylandDisplay::connect(name, deadline);
-    if (!display) {
-        return nullptr;
-    }
-    std::unique_ptr<DataControlConnection> connection(
-        new DataControlConnection(*std::move(display), transfers));
-    return connection->begin(deadline) ? std::move(connection) : nullptr;
-}
-
-DataControlConnection::DataControlConnection(WaylandDisplay connected, TextTransfers& readers)
+DataControlConnection::DataControlConnection(
+    WaylandDisplay connected, TextTransfers& readers, std::function<void()> progressed)
     : transfers(readers)
+    , whenProgressed(std::move(progressed))
     , display(std::move(connected))
     , registry(*display)
-{}
+    , listing(display->get())
+{
+    readable = makeDescriptorNotifier(display->descriptor(), QSocketNotifier::Read, [this] {
+        dispatch();
+        notify();
+    });
+    writable = makeDescriptorNotifier(display->descriptor(), QSocketNotifier::Write, [this] {
+        flush();
+        notify();
+    });
+    flush();
+}
 
 DataControlConnection::~DataControlConnection() = default;
 
 const DataControlProtocol* DataControlConnection::offeredBy(const WaylandRegistry& registry)
 {
-    if (registry.find(wl_seat_interface.name) == nullptr) {
-        return nullptr;
-    }
     const auto* const found =
         std::ranges::find_if(dataControlProtocols, [&](const auto* candidate) {
             return registry.find(candidate->manager.name) != nullptr;
@@ -58,14 +56,45 @@ const DataControlProtocol* DataControlConnection::offeredBy(const WaylandRegistr
     return found == dataControlProtocols.end() ? nullptr : *found;
 }
 
-bool DataControlConnection::begin(WaylandDisplay::Deadline deadline)
+DataControlConnection::State DataControlConnection::state() const
 {
-    if (!display->roundTrip(deadline)) {
+    if (!display) {
+        return State::lost;
+    }
+    if (manager) {
+        return State::ready;
+    }
+    return listing->isComplete() ? State::unsupported : State::connecting;
+}
+
+bool DataControlConnection::setText(const SharedText& text)
+{
+    if (display) {
+        // What the compositor has said comes first: that it is gone, or that a seat is.
+        dispatch();
+    }
+    const bool canSend = state() == State::ready && !devices.empty() && !writable->isEnabled();
+    if (!canSend) {
+        held.reset(); // replaced, though the compositor is not to know before the text can be sent
         return false;
+    }
+    held = text;
+    for (auto& [name, device] : devices) {
+        device.setText(text);
+    }
+    flush();
+    return display.has_value();
+}
+
+/// Takes what is offered into use, once that is known.
+void DataControlConnection::begin()
+{
+    if (manager || !listing->isComplete()) {
+        return;
     }
     protocol = offeredBy(*registry);
     if (protocol == nullptr) {
-        return false;
+        return;
     }
     manager = WaylandProxy(
         registry->bind(
@@ -79,27 +108,6 @@ bool DataControlConnection::begin(WaylandDisplay::Deadline deadline)
     registry->observe(
         [this](const WaylandRegistry::Global& global) { seatDidAppear(global); },
         [this](std::uint32_t name) { devices.erase(name); });
-    readable =
-        makeDescriptorNotifier(display->descriptor(), QSocketNotifier::Read, [this] { serve(); });
-    writable =
-        makeDescriptorNotifier(display->descriptor(), QSocketNotifier::Write, [this] { flush(); });
-    flush();
-    return display.has_value();
-}
-
-bool DataControlConnection::setText(const SharedText& text, WaylandDisplay::Deadline deadline)
-{
-    // What the compositor has said comes first: that it is gone, or that a seat is.
-    if (!display || !display->dispatch() || devices.empty()) {
-        return false;
-    }
-    held = text;
-    for (auto& [name, device] : devices) {
-        device.setText(text);
-    }
-    const bool isSent = display->flush(deadline);
-    flush();
-    return isSent && display.has_value();
 }
 
 /// Makes the clipboard of a seat that there is from now on, and gives it the text that the other
@@ -118,18 +126,19 @@ void DataControlConnection::seatDidAppear(const WaylandRegistry::Global& global)
     }
 }
 
-/// Takes what the compositor says.
-void DataControlConnection::serve()
+/// Takes what the compositor says, and sends what that has made necessary.
+void DataControlConnection::dispatch()
 {
     if (display->dispatch()) {
+        begin();
         flush();
     } else {
         release();
     }
 }
 
-/// Sends what the events have made necessary. While the compositor does not take it, nothing more
-/// is read from it either: what is waiting to be sent stays small.
+/// Sends what was written. While the compositor does not take it, nothing more is read from it
+/// either: what is waiting to be sent stays small.
 void DataControlConnection::flush()
 {
     const auto output = display->flush();
@@ -149,8 +158,15 @@ void DataControlConnection::release()
     readable.reset();
     devices.clear();
     manager = WaylandProxy();
+    listing.reset();
     registry.reset();
     display.reset();
+}
+
+void DataControlConnection::notify() const
+{
+    const auto running = whenProgressed; // this object may end in the call
+    running();
 }
 
 } // namespace orlimo

@@ -1,7 +1,11 @@
 #include "platform/linux/DataControlSource.h"
 
+#include "platform/linux/PasswordManagerHint.h"
+
 #include <algorithm>
 #include <array>
+#include <memory>
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -37,14 +41,20 @@ DataControlSource::DataControlSource(
     for (const char* const type : textTypes) {
         source.send(DataControlProtocol::SourceRequest::offer, type);
     }
+    source.send(DataControlProtocol::SourceRequest::offer, passwordManagerHint::type);
 }
 
 void DataControlSource::receive(std::uint32_t event, const wl_argument* arguments)
 {
     if (event == DataControlProtocol::SourceEvent::send) {
         UniqueFd writeEnd(arguments[1].h); // ours whether it is served or not
-        if (isText(arguments[0].s)) {
+        const std::string_view type = arguments[0].s;
+        if (isText(type)) {
             transfers.start(text, std::move(writeEnd));
+        } else if (type == passwordManagerHint::type) {
+            transfers.start(
+                std::make_shared<const std::string>(passwordManagerHint::value),
+                std::move(writeEnd));
         }
     } else if (event == DataControlProtocol::SourceEvent::cancelled) {
         const auto running = whenCancelled; // this object may end in the call

@@ -10,7 +10,8 @@
 
 namespace orlimo {
 
-/// One text on offer to a compositor, under each of the names that programs know plain text by.
+/// One text on offer to a compositor, under each of the names that programs know plain text by, and
+/// marked as a secret.
 /// Can be put on one clipboard, once. Main thread.
 class DataControlSource
 {

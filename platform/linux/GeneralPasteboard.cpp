@@ -11,7 +11,8 @@ namespace {
 
 std::unique_ptr<Pasteboard> makePasteboard()
 {
-    if (takenClipboardRoute() == ClipboardRoute::dataControl) {
+    const ClipboardRoute route = takenClipboardRoute();
+    if (route == ClipboardRoute::dataControl || route == ClipboardRoute::dataControlOrXServer) {
         return std::make_unique<DataControlPasteboard>();
     }
     return std::make_unique<ClipboardPasteboard>();

@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <iostream>
 #include <optional>
 
 namespace orlimo {
@@ -28,13 +27,6 @@ std::optional<std::string> platformArgument(const std::vector<std::string>& argu
                : std::optional(*std::prev(option));
 }
 
-void tellOfMissingRoute()
-{
-    std::cerr << "orlimo: this session lets no program without a focused window set the "
-                 "clipboard; the Copy button still does\n"
-              << std::flush;
-}
-
 } // namespace
 
 ToolkitArguments::ToolkitArguments(int argc, const char* const* argv)
@@ -44,11 +36,11 @@ ToolkitArguments::ToolkitArguments(int argc, const char* const* argv)
     disableSilentSessionBus(currentUptime() + busLimit);
     const ClipboardRoute route = bestClipboardRoute(desktopFacts(platformArgument(texts)));
     takeClipboardRoute(route);
-    if (route == ClipboardRoute::xServer) {
+    if (route == ClipboardRoute::xServer || route == ClipboardRoute::dataControlOrXServer) {
         // Not by the environment: what the program starts is to choose for itself.
         texts.insert(texts.end(), {"-platform", "xcb;wayland"});
     } else if (route == ClipboardRoute::focusedOnly) {
-        tellOfMissingRoute();
+        reportThatClipboardNeedsFocus();
     }
     for (std::string& text : texts) {
         pointers.push_back(text.data());

@@ -1,7 +1,7 @@
 #include "platform/linux/WaylandDisplay.h"
 
 #include "platform/linux/EnvironmentVariable.h"
-#include "platform/linux/WaylandProxy.h"
+#include "platform/linux/WaylandRoundTrip.h"
 #include "platform/posix/UniqueFd.h"
 
 #include <algorithm>
@@ -13,8 +13,6 @@
 #include <sys/socket.h>
 #include <sys/time.h>
 #include <sys/un.h>
-
-#include <wayland-client-protocol.h>
 
 namespace orlimo {
 
@@ -54,12 +52,14 @@ void limitConnecting(int socket, WaylandDisplay::Deadline deadline)
     (void)::setsockopt(socket, SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof limit);
 }
 
-/// A connection to the socket at `path`; none when that fails.
+/// A connection to the socket at `path`; none when that fails, with errno set: EAGAIN when it is
+/// not taken before `deadline`.
 UniqueFd connectedSocket(const std::string& path, WaylandDisplay::Deadline deadline)
 {
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
     if (path.empty() || path.size() >= sizeof address.sun_path) {
+        errno = path.empty() ? ENOENT : ENAMETOOLONG;
         return {};
     }
     std::memcpy(&address.sun_path, path.c_str(), path.size() + 1);
@@ -73,29 +73,27 @@ UniqueFd connectedSocket(const std::string& path, WaylandDisplay::Deadline deadl
     do {
         result = ::connect(socket.get(), general, sizeof address);
     } while (result < 0 && errno == EINTR && std::chrono::steady_clock::now() < deadline);
+    if (result < 0 && errno == EINTR) {
+        errno = EAGAIN;
+    }
+    // Closing the socket leaves errno as it is.
     return result == 0 ? std::move(socket) : UniqueFd();
 }
 
-/// Sees the answer to a request that asks for nothing else.
-struct Answer
-{
-    void receive(std::uint32_t /*event*/, const wl_argument* /*arguments*/) { hasCome = true; }
-
-    bool hasCome = false;
-};
-
 } // namespace
 
-std::optional<WaylandDisplay> WaylandDisplay::connect(const std::string& name, Deadline deadline)
+std::optional<WaylandDisplay>
+WaylandDisplay::connect(const std::string& name, Deadline deadline, std::error_code& error)
 {
     // Not left to the library: it would wait without a limit, and would use up the socket that
     // WAYLAND_SOCKET hands to the toolkit.
     UniqueFd socket = connectedSocket(socketPath(name), deadline);
-    if (!socket) {
+    wl_display* const connected = socket ? wl_display_connect_to_fd(socket.release()) : nullptr;
+    if (connected == nullptr) {
+        error = std::error_code(errno, std::generic_category());
         return std::nullopt;
     }
-    wl_display* const connected = wl_display_connect_to_fd(socket.release());
-    return connected == nullptr ? std::nullopt : std::optional(WaylandDisplay(connected));
+    return WaylandDisplay(connected);
 }
 
 wl_proxy* WaylandDisplay::proxy() const
@@ -132,21 +130,17 @@ bool WaylandDisplay::dispatch()
            wl_display_dispatch_pending(display.get()) >= 0;
 }
 
-bool WaylandDisplay::roundTrip(Deadline deadline)
+WaylandDisplay::Response WaylandDisplay::roundTrip(Deadline deadline)
 {
-    Answer answer;
-    const WaylandProxy callback(reinterpret_cast<wl_proxy*>(wl_display_sync(display.get())));
-    callback.deliverTo(answer);
-    if (!callback || !flush(deadline)) {
-        return false;
-    }
+    const WaylandRoundTrip request(display.get());
     // The limit holds for a compositor too that keeps talking of other things.
-    while (!answer.hasCome && std::chrono::steady_clock::now() < deadline) {
-        if (!awaitReadiness(POLLIN, deadline) || !dispatch() || !flush(deadline)) {
-            return false;
+    const auto hasTime = [&] { return std::chrono::steady_clock::now() < deadline; };
+    while (!request.isComplete() && hasTime()) {
+        if (!flush(deadline) || !awaitReadiness(POLLIN, deadline) || !dispatch()) {
+            return hasTime() ? Response::lost : Response::late;
         }
     }
-    return answer.hasCome;
+    return request.isComplete() ? Response::received : Response::late;
 }
 
 bool WaylandDisplay::awaitReadiness(short events, Deadline deadline) const

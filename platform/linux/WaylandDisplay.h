@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <system_error>
 
 #include <wayland-client-core.h>
 
@@ -23,11 +24,19 @@ public:
         lost,    ///< the connection has ended
     };
 
+    /// The result of a round trip.
+    enum class Response {
+        received,
+        late, ///< none before the deadline
+        lost, ///< the connection has ended
+    };
+
     /// Connects to the compositor of that name, a socket in the user's runtime folder unless it is
-    /// an absolute path; an empty name stands for the session's own (WAYLAND_DISPLAY). Absent where
-    /// there is no compositor, or none that takes the connection before `deadline`.
+    /// an absolute path; an empty name stands for the session's own (WAYLAND_DISPLAY). Absent, with
+    /// the reason in `error`, where that fails: `resource_unavailable_try_again` where a compositor
+    /// listens and does not take the connection before `deadline`, which may have passed already.
     [[nodiscard]] static std::optional<WaylandDisplay>
-    connect(const std::string& name, Deadline deadline);
+    connect(const std::string& name, Deadline deadline, std::error_code& error);
 
     [[nodiscard]] wl_display* get() const { return display.get(); }
 
@@ -48,9 +57,9 @@ public:
     /// connection has ended.
     [[nodiscard]] bool dispatch();
 
-    /// Delivers events until the compositor has answered everything that was written so far. False
-    /// when the connection has ended, or when there is no answer before `deadline`.
-    [[nodiscard]] bool roundTrip(Deadline deadline);
+    /// Delivers events until the compositor has handled everything that was written so far, or
+    /// until `deadline`.
+    [[nodiscard]] Response roundTrip(Deadline deadline);
 
 private:
     struct Disconnect

@@ -52,6 +52,7 @@ set(orlimo_platform_sources
     qt/EventLoopQueue.cpp
     linux/WaylandDisplay.cpp
     linux/WaylandRegistry.cpp
+    linux/WaylandRoundTrip.cpp
     linux/XdgLoginItemService.cpp)
 set(orlimo_desktop_sources
     linux/AboutPanel.cpp

@@ -1,5 +1,6 @@
 #include "platform/posix/UniqueFd.h"
 #include "tests/app/ProgramSession.h"
+#include "tests/app/SelectionOwnerChanges.h"
 #include "tests/app/XServer.h"
 
 #include <gmock/gmock.h>
@@ -127,7 +128,20 @@ TEST_F(Clipboard, HoldsTheCodeOfAProgramWhoseLinesWouldEndInTheJournal)
     }
 }
 
-TEST_F(Clipboard, OffersPlainTextAlone)
+TEST_F(Clipboard, ChangesHandsOnceForEachCode)
+{
+    SelectionOwnerChanges changes(server.display());
+    for (const std::size_t codes : {1U, 2U}) {
+        const std::string code = "48291" + std::to_string(codes);
+        session.awaitOpenThrottle();
+        session.deliver("text Your code is " + code + ".");
+        EXPECT_EQ(session.readReaction().size(), 4U);
+        ASSERT_TRUE(awaitPaste(code));
+        EXPECT_EQ(changes.count(), codes);
+    }
+}
+
+TEST_F(Clipboard, OffersPlainTextAloneAndMarksItAsSecret)
 {
     session.deliver("text Your code is 482913.");
     ASSERT_TRUE(awaitPaste("482913"));
@@ -145,7 +159,9 @@ TEST_F(Clipboard, OffersPlainTextAlone)
             "STRING",
             "TEXT",
             "COMPOUND_TEXT",
+            "x-kde-passwordManagerHint",
             StartsWith("text/plain"))));
+    EXPECT_EQ(server.paste("clipboard", "x-kde-passwordManagerHint"), "secret");
 }
 
 TEST_F(Clipboard, LeavesThePrimarySelectionAlone)

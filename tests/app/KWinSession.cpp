@@ -90,4 +90,14 @@ void KWinSession::kill()
     compositor->awaitEnd();
 }
 
+void KWinSession::freeze() const
+{
+    compositor->signal(SIGSTOP);
+}
+
+void KWinSession::goOn() const
+{
+    compositor->signal(SIGCONT);
+}
+
 } // namespace orlimo

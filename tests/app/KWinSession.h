@@ -35,6 +35,10 @@ public:
     /// Kills the compositor, as a crash would.
     void kill();
 
+    /// Has the compositor stand still: programs that ask it for something wait until it goes on.
+    void freeze() const;
+    void goOn() const;
+
 private:
     TemporaryFolder folder;
     std::filesystem::path runtimeFolder;

@@ -9,6 +9,7 @@ GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(PrimarySelectionOnWayland);
 
 INSTANTIATE_TYPED_TEST_SUITE_P(KWin, PasteboardOnWayland, KWinSession);
 INSTANTIATE_TYPED_TEST_SUITE_P(KWin, ClipboardOnWayland, KWinSession);
+INSTANTIATE_TYPED_TEST_SUITE_P(KWin, ClipboardOfSlowCompositor, KWinSession);
 
 } // namespace
 } // namespace orlimo

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <system_error>
 
 namespace orlimo {
@@ -124,6 +125,16 @@ void MutterSession::copy(const std::string& text) const
     tool.closeInput();
     tool.awaitEnd();
     EXPECT_TRUE(awaitSparingly([&] { return ownClipboard->paste() == text + "\n"; }));
+}
+
+void MutterSession::freeze() const
+{
+    compositor->signal(SIGSTOP);
+}
+
+void MutterSession::goOn() const
+{
+    compositor->signal(SIGCONT);
 }
 
 } // namespace orlimo

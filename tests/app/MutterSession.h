@@ -40,6 +40,10 @@ public:
     /// until the compositor knows.
     void copy(const std::string& text) const;
 
+    /// Has the compositor stand still: programs that ask it for something wait until it goes on.
+    void freeze() const;
+    void goOn() const;
+
 private:
     TemporaryFolder folder;
     std::filesystem::path runtimeFolder;

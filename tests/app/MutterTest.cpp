@@ -8,6 +8,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <filesystem>
+
 namespace orlimo {
 namespace {
 
@@ -136,6 +139,25 @@ TEST_F(ProgramOnMutter, PutsTheCodeOnTheClipboardWithoutTheFocus)
         EXPECT_TRUE(awaitPaste(code));
     }
     EXPECT_FALSE(showsItsWindow());
+    EXPECT_EQ(program().errors(), "");
+}
+
+TEST_F(ProgramOnMutter, TakesXAlsoWhereTheCompositorStoodStillAtTheStart)
+{
+    session.emplace(ProgramSession::Settings{
+        .arguments = {"--launched-at-login"},
+        .environment = desktop().environment(),
+        .beforeStart = endWithParent});
+    session->startWriter();
+    desktop().freeze();
+    session->startProgram();
+    runEventLoop(std::chrono::seconds(4));
+    desktop().goOn();
+    ASSERT_TRUE(await([this] { return std::filesystem::exists(session->preferences()); }));
+    ProgramSession::waitThrottleOut();
+    EXPECT_EQ(platformOf(program().processId()), "xcb");
+    session->deliver("text Your code is 482913.");
+    EXPECT_TRUE(awaitPaste("482913"));
     EXPECT_EQ(program().errors(), "");
 }
 

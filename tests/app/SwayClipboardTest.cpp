@@ -6,6 +6,7 @@ namespace {
 
 INSTANTIATE_TYPED_TEST_SUITE_P(Sway, PasteboardOnWayland, SwaySession);
 INSTANTIATE_TYPED_TEST_SUITE_P(Sway, ClipboardOnWayland, SwaySession);
+INSTANTIATE_TYPED_TEST_SUITE_P(Sway, ClipboardOfSlowCompositor, SwaySession);
 INSTANTIATE_TYPED_TEST_SUITE_P(Sway, PrimarySelectionOnWayland, SwaySession);
 
 } // namespace

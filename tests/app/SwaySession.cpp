@@ -220,4 +220,14 @@ void SwaySession::kill()
     compositor->awaitEnd();
 }
 
+void SwaySession::freeze() const
+{
+    compositor->signal(SIGSTOP);
+}
+
+void SwaySession::goOn() const
+{
+    compositor->signal(SIGCONT);
+}
+
 } // namespace orlimo

@@ -9,6 +9,14 @@
 
 namespace orlimo {
 
+namespace {
+
+/// How long the tool may take to read a selection: much less than a test waits for it to change, so
+/// that a selection whose owner is silent is read again.
+constexpr std::chrono::seconds readerLimit{10};
+
+} // namespace
+
 WaylandClipboard::WaylandClipboard(std::map<std::string, std::optional<std::string>> environment)
     : variables(std::move(environment))
 {}
@@ -21,8 +29,13 @@ WaylandClipboard::paste(const std::string& selection, const std::string& type) c
         arguments.insert(arguments.end(), {"--type", type});
     }
     ChildProcess reader("/usr/bin/wl-paste", tool(std::move(arguments), selection));
-    const auto end = reader.awaitEnd();
-    return end.status == 0 ? std::optional(reader.output()) : std::nullopt;
+    if (!reader.endsWithin(readerLimit)) {
+        lastProblem = "its owner does not hand its text over: wl-paste does not end";
+        return std::nullopt;
+    }
+    const bool hasText = reader.awaitEnd().status == 0;
+    lastProblem = hasText ? "" : reader.errors();
+    return hasText ? std::optional(reader.output()) : std::nullopt;
 }
 
 std::vector<std::string> WaylandClipboard::types(const std::string& selection) const
@@ -37,7 +50,11 @@ void WaylandClipboard::copy(const std::string& text, const std::string& selectio
     auto& owner = owners[selection];
     owner = std::make_unique<ChildProcess>(
         "/usr/bin/wl-copy", tool({"--foreground", "--", text}, selection));
-    EXPECT_TRUE(awaitSparingly([&] { return paste(selection) == text; })) << owner->errors();
+    std::optional<std::string> found;
+    EXPECT_TRUE(awaitSparingly([&] { return (found = paste(selection)) == text; }))
+        << "instead of \"" << text << "\" it holds " << found.value_or("nothing: " + problem())
+        << '\n'
+        << owner->errors();
 }
 
 ChildSettings

@@ -22,9 +22,13 @@ public:
     ~WaylandClipboard() = default;
 
     /// What a program pastes from `selection`, byte for byte, as `type` or, where that is empty, as
-    /// what a program that wants text picks. Absent when nobody owns it or the type is not offered.
+    /// what a program that wants text picks. Absent when nobody owns it, when the type is not
+    /// offered, and when the text does not come to an end within ten seconds; `problem` says which.
     [[nodiscard]] std::optional<std::string>
     paste(const std::string& selection = "clipboard", const std::string& type = "") const;
+
+    /// Why the last paste got nothing; empty where it did.
+    [[nodiscard]] const std::string& problem() const { return lastProblem; }
 
     /// The types that the owner of `selection` offers.
     [[nodiscard]] std::vector<std::string> types(const std::string& selection = "clipboard") const;
@@ -39,6 +43,7 @@ private:
 
     std::map<std::string, std::optional<std::string>> variables;
     std::map<std::string, std::unique_ptr<ChildProcess>> owners;
+    mutable std::string lastProblem;
 };
 
 } // namespace orlimo

@@ -53,19 +53,17 @@ void XServer::goOn() const
     server.signal(SIGCONT);
 }
 
-std::string XServer::paste(const std::string& selection) const
+std::string XServer::paste(const std::string& selection, const std::string& target) const
 {
-    ChildProcess tool("/usr/bin/xclip", clipboardTool(name, {"-o", "-selection", selection}));
+    ChildProcess tool(
+        "/usr/bin/xclip", clipboardTool(name, {"-o", "-selection", selection, "-t", target}));
     tool.awaitEnd();
     return tool.output();
 }
 
 std::vector<std::string> XServer::targets(const std::string& selection) const
 {
-    ChildProcess tool(
-        "/usr/bin/xclip", clipboardTool(name, {"-o", "-selection", selection, "-t", "TARGETS"}));
-    tool.awaitEnd();
-    return linesOf(tool.output());
+    return linesOf(paste(selection, "TARGETS"));
 }
 
 void XServer::copy(const std::string& selection, const std::string& text) const

@@ -26,8 +26,10 @@ public:
     void freeze() const;
     void goOn() const;
 
-    /// What a program pastes from `selection`, "clipboard" or "primary"; empty when nobody owns it.
-    [[nodiscard]] std::string paste(const std::string& selection) const;
+    /// What a program pastes from `selection`, "clipboard" or "primary", as `target`; empty when
+    /// nobody owns it.
+    [[nodiscard]] std::string
+    paste(const std::string& selection, const std::string& target = "UTF8_STRING") const;
 
     /// The targets that the owner of `selection` offers.
     [[nodiscard]] std::vector<std::string> targets(const std::string& selection) const;

@@ -1,6 +1,7 @@
 # The whole program as a black box, alone and on desktops of its own.
 find_package(Qt6 6.4.2 REQUIRED COMPONENTS DBus)
 find_package(X11 REQUIRED COMPONENTS ICE SM xcb)
+pkg_check_modules(XcbXfixes REQUIRED IMPORTED_TARGET xcb-xfixes)
 
 add_library(orlimo_program_session STATIC ProgramSession.cpp XServer.cpp)
 target_link_libraries(orlimo_program_session PUBLIC orlimo_test_support)
@@ -34,10 +35,11 @@ orlimo_add_tests(orlimo_program_tests
         ClipboardTest.cpp
         FaultTest.cpp
         RoadOfMessageTest.cpp
+        SelectionOwnerChanges.cpp
         StartUpTest.cpp
         UsageTest.cpp
         linux/StoredPreferences.cpp
-    LIBRARIES orlimo_program_session SQLite::SQLite3
+    LIBRARIES orlimo_program_session SQLite::SQLite3 X11::xcb PkgConfig::XcbXfixes
     NEEDS orlimo orlimo-sample-store)
 
 orlimo_add_tests(orlimo_whole_program_tests
@@ -101,7 +103,7 @@ target_compile_definitions(orlimo_instance_tests PRIVATE
 
 orlimo_add_tests(orlimo_delivery_tests
     LABEL slow
-    SOURCES DeliveryTest.cpp
+    SOURCES DeliveryTest.cpp PlatformPlugin.cpp SilentCompositorTest.cpp
     LIBRARIES orlimo_program_session Threads::Threads
     NEEDS orlimo orlimo-sample-store orlimo_slow_disk)
 orlimo_name_program(ORLIMO_SLOW_DISK orlimo_slow_disk IN DeliveryTest.cpp)

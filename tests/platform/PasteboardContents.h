@@ -14,8 +14,8 @@ namespace contents {
 /// The types on offer, by the system's names.
 [[nodiscard]] std::vector<std::string> types();
 
-/// The system's name for plain text.
-[[nodiscard]] std::string typeOfText();
+/// The types, by the system's names, that a text which the program puts there is offered as.
+[[nodiscard]] std::vector<std::string> typesOfText();
 
 /// Puts something of several types there, as another program would.
 void fill();

@@ -123,14 +123,19 @@ void ChildProcess::signal(int number) const
     EXPECT_EQ(::kill(pid, number), 0);
 }
 
-ChildProcess::End ChildProcess::awaitEnd(std::chrono::milliseconds limit)
+bool ChildProcess::endsWithin(std::chrono::milliseconds limit)
 {
     const QDeadlineTimer deadline(limit);
     while (process.state() != QProcess::NotRunning && !deadline.hasExpired()) {
         pump(std::chrono::milliseconds(20));
     }
     pump(std::chrono::milliseconds(0));
-    if (process.state() != QProcess::NotRunning) {
+    return process.state() == QProcess::NotRunning;
+}
+
+ChildProcess::End ChildProcess::awaitEnd(std::chrono::milliseconds limit)
+{
+    if (!endsWithin(limit)) {
         ADD_FAILURE() << name << " does not end";
         return {};
     }

@@ -70,6 +70,9 @@ public:
     [[nodiscard]] pid_t processId() const;
     void signal(int number) const;
 
+    /// Waits for the end of the process. False when it does not come within `limit`.
+    [[nodiscard]] bool endsWithin(std::chrono::milliseconds limit);
+
     /// Waits for the end of the process; a test failure when it does not come.
     End awaitEnd(std::chrono::milliseconds limit = generousLimit);
 

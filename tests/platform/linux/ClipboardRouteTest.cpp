@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <optional>
 #include <ostream>
 #include <string>
@@ -16,6 +17,9 @@ void PrintTo(ClipboardRoute route, std::ostream* stream)
         break;
     case ClipboardRoute::dataControl:
         *stream << "dataControl";
+        break;
+    case ClipboardRoute::dataControlOrXServer:
+        *stream << "dataControlOrXServer";
         break;
     case ClipboardRoute::xServer:
         *stream << "xServer";
@@ -34,7 +38,7 @@ struct Session
     std::string name;
     std::optional<std::string> chosenPlatform;
     bool isWaylandSession;
-    bool offersDataControl;
+    DataControlAvailability dataControl;
     bool hasXServer;
     ClipboardRoute best;
 };
@@ -54,81 +58,111 @@ TEST_P(ClipboardRouteTest, IsTheBestOfTheSession)
         bestClipboardRoute(
             {.chosenPlatform = session.chosenPlatform,
              .isWaylandSession = session.isWaylandSession,
-             .offersDataControl = [&] { return session.offersDataControl; },
+             .dataControl = [&](auto /*limit*/) { return session.dataControl; },
              .hasXServer = [&] { return session.hasXServer; }}),
         session.best);
 }
 
 constexpr auto none = std::nullopt;
 
+constexpr auto offered = DataControlAvailability::offered;
+constexpr auto notOffered = DataControlAvailability::notOffered;
+constexpr auto unknown = DataControlAvailability::unknown;
+
 INSTANTIATE_TEST_SUITE_P(
     Sessions,
     ClipboardRouteTest,
     testing::Values(
-        Session{"X11", none, false, false, true, ClipboardRoute::toolkit},
-        Session{"NoDisplay", none, false, false, false, ClipboardRoute::toolkit},
-        Session{"WaylandWithBoth", none, true, true, true, ClipboardRoute::dataControl},
-        Session{"WaylandAlone", none, true, true, false, ClipboardRoute::dataControl},
-        Session{"WaylandWithXServerOnly", none, true, false, true, ClipboardRoute::xServer},
-        Session{"WaylandWithNeither", none, true, false, false, ClipboardRoute::focusedOnly},
-        Session{"ChosenWayland", "wayland", true, true, true, ClipboardRoute::dataControl},
-        Session{"ChosenWaylandEgl", "wayland-egl", true, true, true, ClipboardRoute::dataControl},
+        Session{"X11", none, false, notOffered, true, ClipboardRoute::toolkit},
+        Session{"NoDisplay", none, false, notOffered, false, ClipboardRoute::toolkit},
+        Session{"WaylandWithBoth", none, true, offered, true, ClipboardRoute::dataControl},
+        Session{"WaylandAlone", none, true, offered, false, ClipboardRoute::dataControl},
+        Session{"WaylandWithXServerOnly", none, true, notOffered, true, ClipboardRoute::xServer},
+        Session{"WaylandWithNeither", none, true, notOffered, false, ClipboardRoute::focusedOnly},
+        Session{
+            "SilentWaylandWithXServer",
+            none,
+            true,
+            unknown,
+            true,
+            ClipboardRoute::dataControlOrXServer},
+        Session{"SilentWaylandAlone", none, true, unknown, false, ClipboardRoute::dataControl},
+        Session{"ChosenSilentWayland", "wayland", true, unknown, true, ClipboardRoute::dataControl},
+        Session{
+            "ChosenXBesideSilentCompositor",
+            "xcb",
+            true,
+            unknown,
+            true,
+            ClipboardRoute::dataControl},
+        Session{"ChosenWayland", "wayland", true, offered, true, ClipboardRoute::dataControl},
+        Session{
+            "ChosenWaylandEgl", "wayland-egl", true, offered, true, ClipboardRoute::dataControl},
         Session{
             "ChosenWaylandWithXServerOnly",
             "wayland",
             true,
-            false,
+            notOffered,
             true,
             ClipboardRoute::focusedOnly},
         Session{
             "ChosenWaylandBeforeOthers",
             "wayland;xcb",
             true,
-            false,
+            notOffered,
             true,
             ClipboardRoute::focusedOnly},
-        Session{"ChosenBothOnX11", "wayland;xcb", false, false, true, ClipboardRoute::toolkit},
+        Session{"ChosenBothOnX11", "wayland;xcb", false, notOffered, true, ClipboardRoute::toolkit},
         Session{
-            "ChosenXWithoutServer", "xcb;wayland", true, true, false, ClipboardRoute::dataControl},
+            "ChosenXWithoutServer",
+            "xcb;wayland",
+            true,
+            offered,
+            false,
+            ClipboardRoute::dataControl},
         Session{
             "ChosenXWithoutServerOrDataControl",
             "xcb;wayland",
             true,
-            false,
+            notOffered,
             false,
             ClipboardRoute::focusedOnly},
-        Session{"ChosenXOnX11", "xcb", false, false, true, ClipboardRoute::toolkit},
-        Session{"ChosenXBesideCompositor", "xcb", true, true, true, ClipboardRoute::dataControl},
+        Session{"ChosenXOnX11", "xcb", false, notOffered, true, ClipboardRoute::toolkit},
+        Session{"ChosenXBesideCompositor", "xcb", true, offered, true, ClipboardRoute::dataControl},
         Session{
             "ChosenXWithOptions",
             "xcb:someoption;wayland",
             true,
-            true,
+            offered,
             true,
             ClipboardRoute::dataControl},
         Session{
             "ChosenXOnWaylandWithoutDataControl",
             "xcb",
             true,
-            false,
+            notOffered,
             true,
             ClipboardRoute::toolkit},
-        Session{"ChosenOther", "offscreen", true, true, true, ClipboardRoute::toolkit},
-        Session{"ChosenOtherWithNeither", "vnc", true, false, false, ClipboardRoute::toolkit}),
+        Session{"ChosenOther", "offscreen", true, offered, true, ClipboardRoute::toolkit},
+        Session{"ChosenOtherWithNeither", "vnc", true, notOffered, false, ClipboardRoute::toolkit}),
     [](const auto& instance) { return instance.param.name; });
 
 TEST(ClipboardRouteQuestions, AreAskedOnlyWhereTheyMatter)
 {
     int questions = 0;
-    const auto count = [&questions] {
-        ++questions;
-        return true;
-    };
     DesktopFacts facts{
         .chosenPlatform = none,
         .isWaylandSession = false,
-        .offersDataControl = count,
-        .hasXServer = count};
+        .dataControl =
+            [&](auto /*limit*/) {
+                ++questions;
+                return offered;
+            },
+        .hasXServer =
+            [&] {
+                ++questions;
+                return true;
+            }};
     (void)bestClipboardRoute(facts);
     facts.chosenPlatform = "offscreen";
     facts.isWaylandSession = true;
@@ -137,6 +171,27 @@ TEST(ClipboardRouteQuestions, AreAskedOnlyWhereTheyMatter)
     facts.chosenPlatform.reset();
     (void)bestClipboardRoute(facts);
     EXPECT_EQ(questions, 1) << "an X server is of no interest beside data control";
+}
+
+TEST(ClipboardRouteQuestions, WaitLongOnlyWhereThePlatformDependsOnTheResponse)
+{
+    std::optional<std::chrono::milliseconds> waited;
+    DesktopFacts facts{
+        .chosenPlatform = none,
+        .isWaylandSession = true,
+        .dataControl =
+            [&](auto limit) {
+                waited = limit;
+                return unknown;
+            },
+        .hasXServer = [] { return true; }};
+    (void)bestClipboardRoute(facts);
+    EXPECT_EQ(waited, std::chrono::seconds(30));
+    for (const char* platform : {"wayland", "xcb"}) {
+        facts.chosenPlatform = platform;
+        (void)bestClipboardRoute(facts);
+        EXPECT_EQ(waited, std::chrono::seconds(2)) << platform;
+    }
 }
 
 TEST(TakenClipboardRoute, IsTheToolkitsUntilOneIsTaken)

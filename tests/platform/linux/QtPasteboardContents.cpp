@@ -29,9 +29,9 @@ std::vector<std::string> types()
     return names;
 }
 
-std::string typeOfText()
+std::vector<std::string> typesOfText()
 {
-    return "text/plain";
+    return {"text/plain", "x-kde-passwordManagerHint"};
 }
 
 void fill()

@@ -1,4 +1,5 @@
 #include "platform/Pasteboard.h"
+#include "tests/platform/PasteboardContents.h"
 #include "tests/platform/macos/PasteboardServer.h"
 
 #include <gtest/gtest.h>
@@ -39,6 +40,14 @@ TEST(GeneralPasteboard, IsWhatOtherProgramsPasteFrom)
     generalPasteboard().declareTypes({PasteboardType::string});
     generalPasteboard().setString("\u0661\u0662 e\u0301", PasteboardType::string);
     EXPECT_EQ(pasteboardServer()->paste(), "\u0661\u0662 e\u0301");
+}
+
+TEST(GeneralPasteboard, IsEmptyAfterTheDeclaration)
+{
+    contents::fill();
+    generalPasteboard().declareTypes({PasteboardType::string});
+    EXPECT_EQ(contents::text(), "");
+    EXPECT_EQ(contents::types(), contents::typesOfText());
 }
 
 } // namespace

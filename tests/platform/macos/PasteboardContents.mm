@@ -26,10 +26,10 @@ std::vector<std::string> types()
     }
 }
 
-std::string typeOfText()
+std::vector<std::string> typesOfText()
 {
     @autoreleasepool {
-        return toUtf8(NSPasteboardTypeString);
+        return {toUtf8(NSPasteboardTypeString)};
     }
 }
 
