@@ -290,6 +290,10 @@ void GrowthDetector::reportUpTo(const Snapshot& present)
         reportedCommits = earlierLogEnd = reportedSize;
     } else {
         lastHeader = latest.index.header;
+        // What was committed by then can be read now, also where the log has been begun anew.
+        if (later.isReadable()) {
+            lastHeader->commits = later.index.header.commits;
+        }
         // Behind the commits of a log that is not yet past its old end is what was there before;
         // so it is where the file was cut to a limit and not to nothing.
         if (!isNextBeingWritten &&

@@ -16,6 +16,7 @@
 #include <optional>
 #include <string>
 #include <system_error>
+#include <utility>
 
 #include <arpa/inet.h>
 #include <fcntl.h>
@@ -350,6 +351,26 @@ TEST_F(GrowthOfALog, IsReportedAlsoWhenItWasCutOffWhileItWaited)
     beginAnew();
     cut();
     EXPECT_TRUE(detector->look());
+    EXPECT_FALSE(detector->isWaiting());
+}
+
+TEST_F(GrowthOfALog, IsReportedOnceWhenItIsCutOffDuringTheLook)
+{
+    bool isCut = false;
+    detector.emplace(opened.get(), log, [&] {
+        if (!std::exchange(isCut, true)) {
+            publish(7);
+            releaseWriteLock();
+            beginAnew();
+            cut();
+        }
+        return clock.now();
+    });
+    takeWriteLock();
+    write(7);
+    EXPECT_TRUE(detector->look());
+    ASSERT_TRUE(isCut);
+    EXPECT_FALSE(detector->look());
     EXPECT_FALSE(detector->isWaiting());
 }
 
