@@ -52,20 +52,21 @@ GrowthDetector::GrowthDetector(
     if (!present.size) {
         throw std::system_error(errno, std::generic_category(), "cannot ask a file's size");
     }
-    reportedSize = reportedCommits = *present.size;
+    startAt(*present.size);
     if (!present.isReadable()) {
         return;
     }
     lastHeader = present.index.header;
     // The commit that a writer is at work on is still to come, also when the log has grown by it.
     if (index.writeLock() == WalIndex::Lock::held) {
-        reportedSize = std::min(reportedSize, lastHeader->committedBytes());
-        reportedCommits = reportedSize;
+        startAt(std::min(*present.size, lastHeader->committedBytes()));
     }
 }
 
 bool GrowthDetector::look(bool hasGrown)
 {
+    // Asked before the index is read: where nobody writes, what is committed is in the index.
+    const bool mayFramesBeReplaced = hasAbandonedFrames() && isLogBeingWritten();
     const auto present = takeSnapshot();
     if (!present.size) {
         return reportUnknownGrowth();
@@ -73,7 +74,11 @@ bool GrowthDetector::look(bool hasGrown)
     const bool decided = isDecided(present, hasGrown);
     if (decided) {
         moveStart(present, hasGrown);
-        if (!holdsGrowth(present)) {
+    }
+    const bool grown = decided && holdsGrowth(present);
+    if (decided) {
+        lastSize = *present.size;
+        if (!grown && !mayFramesBeReplaced) {
             waitingSince.reset();
             return false;
         }
@@ -81,7 +86,7 @@ bool GrowthDetector::look(bool hasGrown)
     if (!waitingSince) {
         waitingSince = clock();
     }
-    if (!decided || mustWait(present)) {
+    if (!grown || mustWait(present)) {
         return false;
     }
     reportUpTo(present);
@@ -119,6 +124,8 @@ GrowthDetector::Snapshot GrowthDetector::takeSnapshot()
         if (present.index.state == WalIndex::State::absent || !present.size) {
             return present;
         }
+        // And after it: the next writer may have begun in between, and the size be its own.
+        present.isBeingBegunAnew = present.isBeingBegunAnew || isBeingBegunAnew(present.index);
         const auto again = index.read();
         if (present.isReadable() && again.state == WalIndex::State::readable &&
             again.header == present.index.header)
@@ -133,7 +140,14 @@ GrowthDetector::Snapshot GrowthDetector::takeSnapshot()
 bool GrowthDetector::isBeingBegunAnew(const WalIndex::Reading& reading)
 {
     return reading.state == WalIndex::State::readable && lastHeader &&
-           reading.header.salts != lastHeader->salts && index.writeLock() != WalIndex::Lock::free;
+           reading.header.salts != lastHeader->salts && isLogBeingWritten();
+}
+
+/// Where the system does not tell, for a while.
+bool GrowthDetector::isLogBeingWritten()
+{
+    const auto lock = index.writeLock();
+    return lock == WalIndex::Lock::held || (lock == WalIndex::Lock::unknown && !hasExpired());
 }
 
 /// Whether commits fill the log to its end.
@@ -151,8 +165,7 @@ bool GrowthDetector::isDecided(const Snapshot& present, bool hasGrown) const
     if (present.index.state == WalIndex::State::changing) {
         return hasExpired();
     }
-    return !present.isBeingBegunAnew || hasGrown || *present.size != reportedSize ||
-           isFull(present);
+    return !present.isBeingBegunAnew || hasGrown || *present.size != knownEnd() || isFull(present);
 }
 
 /// Whether the log was neither cut nor begun anew in between, so that `later` holds all of
@@ -169,7 +182,7 @@ void GrowthDetector::moveStart(const Snapshot& present, bool hasGrown)
     if (present.isReadable()) {
         moveStartOfStoreLog(present, hasGrown);
     } else if (*present.size < reportedSize || (hasGrown && *present.size == reportedSize)) {
-        reportedSize = reportedCommits = hasGrown ? 0 : *present.size;
+        startAt(hasGrown ? 0 : *present.size);
     }
 }
 
@@ -177,31 +190,63 @@ void GrowthDetector::moveStartOfStoreLog(const Snapshot& present, bool hasGrown)
 {
     const WalIndex::Header& header = present.index.header;
     const bool isBegunAnew = lastHeader && header.salts != lastHeader->salts;
-    if (*present.size < reportedSize) {
-        const bool hasNewCommit = header.frames > 0 && (!lastHeader || header != *lastHeader);
+    if (isBegunAnew && (lastSize > reportedSize || mayBeCutBehindCommit(present))) {
+        isOverdue = true;
+    }
+    if (*present.size < knownEnd()) {
+        const bool hasNewCommit =
+            lastHeader ? header.commits != lastHeader->commits : header.frames > 0;
         const bool isBeingWritten = index.writeLock() != WalIndex::Lock::free;
-        reportedSize = hasGrown || hasNewCommit || isBeingWritten ? 0 : *present.size;
-        reportedCommits = reportedSize;
+        startAt(hasGrown || hasNewCommit || isBeingWritten ? 0 : *present.size);
     } else if (isBegunAnew) {
         // One that is full to its old end was cut and has grown again or was written over as a
         // whole, which cannot be told apart. A look too many is better than a missed message.
-        if (*present.size == reportedSize && (isFull(present) || hasGrown)) {
-            reportedSize = 0;
-        }
-        reportedCommits = reportedSize;
+        const bool wasCut = *present.size == knownEnd() && (isFull(present) || hasGrown);
+        startAt(wasCut ? 0 : knownEnd());
     }
     lastHeader = header;
 }
 
+/// Whether something may have been committed since the last look and then cut off. Of the commits
+/// since then the new log holds at least one if it holds any. A log that was begun anew twice may
+/// have been cut the first time.
+bool GrowthDetector::mayBeCutBehindCommit(const Snapshot& present) const
+{
+    const WalIndex::Header& header = present.index.header;
+    const std::uint32_t commits = header.commits - lastHeader->commits;
+    const bool mayBeCut =
+        *present.size < knownEnd() || *present.size == 0 || header.restartsSince(*lastHeader) > 1;
+    return mayBeCut && commits > (header.frames > 0 ? 1U : 0U);
+}
+
+/// How long the file was when it was last looked at, growth that waits included.
+std::int64_t GrowthDetector::knownEnd() const
+{
+    return std::max(reportedSize, lastSize);
+}
+
+/// From here on only what goes beyond `size` is growth.
+void GrowthDetector::startAt(std::int64_t size)
+{
+    reportedSize = reportedCommits = earlierLogEnd = size;
+}
+
 bool GrowthDetector::holdsGrowth(const Snapshot& present) const
 {
-    return *present.size > reportedSize ||
-           (reportedCommits < reportedSize && holdsNewCommit(present));
+    return *present.size > reportedSize || holdsNewCommit(present);
 }
 
 bool GrowthDetector::holdsNewCommit(const Snapshot& present) const
 {
-    return present.isReadable() && present.index.header.committedBytes() > reportedCommits;
+    return isOverdue ||
+           (present.isReadable() && std::min(present.index.header.committedBytes(), *present.size) >
+                                        std::max(reportedCommits, earlierLogEnd));
+}
+
+/// Whether the log ends in frames that a writer gave up, so that a commit may take their place.
+bool GrowthDetector::hasAbandonedFrames() const
+{
+    return std::max(reportedCommits, earlierLogEnd) < reportedSize;
 }
 
 bool GrowthDetector::mustWait(const Snapshot& present)
@@ -230,22 +275,36 @@ bool GrowthDetector::hasExpired() const
 void GrowthDetector::reportUpTo(const Snapshot& present)
 {
     const bool isNewCommit = holdsNewCommit(present);
+    const bool hasGrownFromNothing = reportedSize == 0;
     const auto later = takeSnapshot();
     const Snapshot& latest = isSameLog(present, later) ? later : present;
     const std::int64_t commits =
         latest.isReadable() ? std::min(latest.index.header.committedBytes(), *latest.size) : 0;
     // Asked after the sizes: what has been written by then can be read once nobody writes.
-    reportedSize = *latest.size;
-    if (index.writeLock() != WalIndex::Lock::free) {
-        reportedSize = isNewCommit ? commits : std::max(commits, *present.size);
-    }
-    const bool isGivenUp = latest.isReadable() && !isNewCommit;
-    reportedCommits = isGivenUp ? std::min(commits, reportedSize) : reportedSize;
-    if (latest.isReadable()) {
+    const bool isNextBeingWritten = index.writeLock() != WalIndex::Lock::free;
+    reportedSize = isNextBeingWritten
+                       ? std::max({reportedSize, commits, isNewCommit ? 0 : *present.size})
+                       : *latest.size;
+    reportedCommits = commits;
+    if (!latest.isReadable()) {
+        reportedCommits = earlierLogEnd = reportedSize;
+    } else {
         lastHeader = latest.index.header;
+        // What was committed by then can be read now, also where the log has been begun anew.
+        if (later.isReadable()) {
+            lastHeader->commits = later.index.header.commits;
+        }
+        // Behind the commits of a log that is not yet past its old end is what was there before;
+        // so it is where the file was cut to a limit and not to nothing.
+        if (!isNextBeingWritten &&
+            (commits < earlierLogEnd || (hasGrownFromNothing && isNewCommit))) {
+            earlierLogEnd = reportedSize;
+        }
     }
+    isOverdue = false;
     waitingSince.reset();
-    if (*latest.size > reportedSize) {
+    lastSize = *latest.size;
+    if (lastSize > reportedSize) {
         waitingSince = clock();
     }
 }

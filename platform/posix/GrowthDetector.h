@@ -57,11 +57,16 @@ private:
     [[nodiscard]] static bool isFull(const Snapshot& present);
     [[nodiscard]] static bool isSameLog(const Snapshot& earlier, const Snapshot& later);
     [[nodiscard]] bool isBeingBegunAnew(const WalIndex::Reading& reading);
+    [[nodiscard]] bool isLogBeingWritten();
+    [[nodiscard]] std::int64_t knownEnd() const;
     [[nodiscard]] bool isDecided(const Snapshot& present, bool hasGrown) const;
     void moveStart(const Snapshot& present, bool hasGrown);
     void moveStartOfStoreLog(const Snapshot& present, bool hasGrown);
+    [[nodiscard]] bool mayBeCutBehindCommit(const Snapshot& present) const;
+    void startAt(std::int64_t size);
     [[nodiscard]] bool holdsGrowth(const Snapshot& present) const;
     [[nodiscard]] bool holdsNewCommit(const Snapshot& present) const;
+    [[nodiscard]] bool hasAbandonedFrames() const;
     [[nodiscard]] bool mustWait(const Snapshot& present);
     [[nodiscard]] bool hasExpired() const;
     void reportUpTo(const Snapshot& present);
@@ -71,9 +76,18 @@ private:
     UptimeClock clock;
     /// The size up to which growth was reported.
     std::int64_t reportedSize = 0;
-    /// Up to where the log could be read then. Less than `reportedSize` where a writer gave frames
-    /// up: the commit that takes their place is new although the log does not grow by it.
+    /// Up to where the commits of the present log were reported. Less than `reportedSize` where a
+    /// writer gave frames up: the commit that takes their place is new although the log does not
+    /// grow by it.
     std::int64_t reportedCommits = 0;
+    /// Up to where the file may still hold what was there before the log was begun anew: a commit
+    /// that ends within it is no growth.
+    std::int64_t earlierLogEnd = 0;
+    /// The size at the last look.
+    std::int64_t lastSize = 0;
+    /// Whether there was growth in a log that has been begun anew before it was reported: what was
+    /// committed with it can be read from the store.
+    bool isOverdue = false;
     std::optional<WalIndex::Header> lastHeader;
     std::optional<Uptime> waitingSince;
 };

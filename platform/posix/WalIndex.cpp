@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include <arpa/inet.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -67,6 +68,11 @@ std::int64_t WalIndex::Header::committedBytes() const
     return frames == 0 ? 0 : logHeaderSize + frames * (frameHeaderSize + pageSize);
 }
 
+std::uint32_t WalIndex::Header::restartsSince(const Header& earlier) const
+{
+    return ntohl(salts[0]) - ntohl(earlier.salts[0]);
+}
+
 WalIndex::WalIndex(const std::filesystem::path& log)
 {
     constexpr std::string_view suffix = "-wal";
@@ -92,7 +98,10 @@ WalIndex::Reading WalIndex::read()
     }
     return {
         State::readable,
-        {.frames = header.frames, .pageSize = pageSizeOf(header), .salts = header.salts}};
+        {.commits = header.changes,
+         .frames = header.frames,
+         .pageSize = pageSizeOf(header),
+         .salts = header.salts}};
 }
 
 WalIndex::Lock WalIndex::writeLock()

@@ -159,6 +159,36 @@ TEST_P(CommitAwareness, AMessageRightBehindACutIsNotMissed)
     EXPECT_EQ(events, 40);
 }
 
+TEST_P(CommitAwareness, AMessageRightBeforeACutIsNotMissed)
+{
+    watch(immediately);
+    for (int message = 1; message <= 40; ++message) {
+        writer.tell(
+            "sql INSERT INTO message (guid, text, date) VALUES (hex(randomblob(9)), 'x', " +
+            std::to_string(message) + "); PRAGMA wal_checkpoint(TRUNCATE)");
+        ASSERT_TRUE(await([this, message] { return messagesSeen == 1 + message; })) << message;
+    }
+    EXPECT_FALSE(moreThan(40));
+}
+
+TEST_P(CommitAwareness, MessagesInThePlaceOfWhatWasRolledBackAreNotMissed)
+{
+    writer.tell("sql CREATE TABLE load(bytes)");
+    watch(immediately);
+    writer.tell("begin");
+    writer.tell("sql INSERT INTO load VALUES (randomblob(400000))");
+    writer.tell("spill");
+    writer.tell("rollback");
+    ASSERT_TRUE(awaitEvents(1));
+    const auto size = std::filesystem::file_size(log);
+    for (int message = 1; message <= 10; ++message) {
+        writer.tell("text message");
+        ASSERT_TRUE(await([this, message] { return messagesSeen == 1 + message; })) << message;
+    }
+    ASSERT_EQ(std::filesystem::file_size(log), size);
+    EXPECT_FALSE(moreThan(11));
+}
+
 TEST_P(CommitAwareness, GrowthThatIsRolledBackIsReportedWhenTheWriterLetsGo)
 {
     watch(immediately);

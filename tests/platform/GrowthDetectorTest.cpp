@@ -16,7 +16,9 @@
 #include <optional>
 #include <string>
 #include <system_error>
+#include <utility>
 
+#include <arpa/inet.h>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -157,6 +159,12 @@ protected:
     /// What a commit leaves in the index: both copies of its header.
     void publish(std::uint32_t frames)
     {
+        ++commits;
+        storeBoth(frames);
+    }
+
+    void storeBoth(std::uint32_t frames) const
+    {
         store(0, frames);
         store(48, frames);
     }
@@ -166,14 +174,14 @@ protected:
     void beginAnew()
     {
         ++salt;
-        publish(0);
+        storeBoth(0);
     }
 
     /// A copy of the index's header at `offset`.
     void store(off_t offset, std::uint32_t frames) const
     {
         std::array<std::uint32_t, 12> header{
-            3'007'000, 0, 1, 0, frames, 10, 0, 0, salt, ~salt, 0, 0};
+            3'007'000, 0, commits, 0, frames, 10, 0, 0, htonl(salt), ~salt, 0, 0};
         const std::uint8_t initialized = 1;
         const auto storedPageSize = static_cast<std::uint16_t>(pageSize == 65'536 ? 1 : pageSize);
         std::memcpy(&header[3], &initialized, sizeof initialized);
@@ -190,6 +198,7 @@ protected:
     std::filesystem::path index = folder.path() / "store-shm";
     int pageSize = 4096;
     std::uint32_t salt = 7;
+    std::uint32_t commits = 0;
     UniqueFd opened;
     HandClock clock;
     std::optional<ForeignLock> writeLock;
@@ -259,12 +268,16 @@ TEST_F(GrowthOfALog, ThatAWriterGivesUpIsReportedWhenItLetsGo)
     EXPECT_TRUE(detector->look());
     EXPECT_FALSE(detector->look());
 
-    takeWriteLock();
-    EXPECT_FALSE(detector->look());
-    publish(7);
-    EXPECT_TRUE(detector->look()) << "the commit in the place of what was given up is new";
-    releaseWriteLock();
-    EXPECT_FALSE(detector->look());
+    for (const std::uint32_t frames : {6U, 7U}) {
+        takeWriteLock();
+        EXPECT_FALSE(detector->look());
+        EXPECT_TRUE(detector->isWaiting()) << "nothing reports what is only published";
+        publish(frames);
+        EXPECT_TRUE(detector->look()) << "the commit in the place of what was given up is new";
+        releaseWriteLock();
+        EXPECT_FALSE(detector->look());
+        EXPECT_FALSE(detector->isWaiting());
+    }
 }
 
 TEST_F(GrowthOfALog, IsReportedWhenItsCommitWasBegunBeforeTheWatch)
@@ -313,6 +326,141 @@ TEST_F(GrowthOfALog, IsNotACut)
     write(2);
     publish(2);
     EXPECT_TRUE(detector->look());
+}
+
+TEST_F(GrowthOfALog, IsReportedAlsoWhenItWasCutOffBeforeTheLook)
+{
+    write(7);
+    publish(7);
+    beginAnew();
+    cut();
+    EXPECT_TRUE(detector->look()) << "its commit can be read from the store";
+    EXPECT_FALSE(detector->isWaiting());
+    EXPECT_FALSE(detector->look());
+    write(2);
+    publish(2);
+    EXPECT_TRUE(detector->look());
+}
+
+TEST_F(GrowthOfALog, IsReportedAlsoWhenItWasCutOffWhileItWaited)
+{
+    takeWriteLock();
+    write(7);
+    EXPECT_FALSE(detector->look());
+    publish(7);
+    beginAnew();
+    cut();
+    EXPECT_TRUE(detector->look());
+    EXPECT_FALSE(detector->isWaiting());
+}
+
+TEST_F(GrowthOfALog, IsReportedOnceWhenItIsCutOffDuringTheLook)
+{
+    bool isCut = false;
+    detector.emplace(opened.get(), log, [&] {
+        if (!std::exchange(isCut, true)) {
+            publish(7);
+            releaseWriteLock();
+            beginAnew();
+            cut();
+        }
+        return clock.now();
+    });
+    takeWriteLock();
+    write(7);
+    EXPECT_TRUE(detector->look());
+    ASSERT_TRUE(isCut);
+    EXPECT_FALSE(detector->look());
+    EXPECT_FALSE(detector->isWaiting());
+}
+
+TEST_F(GrowthOfALog, IsReportedAlsoWhenTheLogWasBegunAnewWhileItWaited)
+{
+    takeWriteLock();
+    write(7);
+    EXPECT_FALSE(detector->look());
+    publish(7);
+    beginAnew();
+    EXPECT_FALSE(detector->look()) << "it may be about to be cut";
+    EXPECT_TRUE(detector->isWaiting());
+    publish(2);
+    releaseWriteLock();
+    EXPECT_TRUE(detector->look());
+    EXPECT_FALSE(detector->isWaiting());
+    publish(7);
+    EXPECT_FALSE(detector->look()) << "it is written over";
+}
+
+TEST_F(GrowthOfALog, IsNotWhatIsWrittenFromTheBeginningBehindAnUnnoticedCommit)
+{
+    write(7);
+    publish(7);
+    beginAnew();
+    publish(2);
+    EXPECT_TRUE(detector->look());
+    for (const std::uint32_t frames : {3U, 6U, 7U}) {
+        publish(frames);
+        EXPECT_FALSE(detector->look()) << frames;
+        EXPECT_FALSE(detector->isWaiting()) << frames;
+    }
+    write(8);
+    publish(8);
+    EXPECT_TRUE(detector->look());
+}
+
+TEST_F(GrowthOfALog, IsNotWhatIsWrittenIntoALogThatWasCutToALimit)
+{
+    // The first commit of the new log cuts what is beyond the limit.
+    takeWriteLock();
+    beginAnew();
+    EXPECT_FALSE(detector->look());
+    write(4);
+    publish(1);
+    releaseWriteLock();
+    EXPECT_TRUE(detector->look()) << "it may have been cut to nothing";
+    for (const std::uint32_t frames : {2U, 4U}) {
+        publish(frames);
+        EXPECT_FALSE(detector->look()) << frames;
+    }
+    write(5);
+    publish(5);
+    EXPECT_TRUE(detector->look());
+}
+
+TEST_F(GrowthOfALog, IsReportedAlsoWhenTheLogWasEmptyBeforeAndAfterIt)
+{
+    beginAnew();
+    cut();
+    EXPECT_FALSE(detector->look());
+    write(2);
+    publish(2);
+    beginAnew();
+    cut();
+    EXPECT_TRUE(detector->look());
+    beginAnew();
+    EXPECT_FALSE(detector->look());
+}
+
+TEST_F(GrowthOfALog, IsReportedAlsoWhenTheLogThatHasItsOldLengthAgainIsWrittenOver)
+{
+    beginAnew();
+    cut();
+    write(5);
+    publish(5);
+    beginAnew();
+    publish(2);
+    EXPECT_TRUE(detector->look());
+    publish(3);
+    EXPECT_FALSE(detector->look());
+}
+
+TEST_F(GrowthOfALog, IsNotWhatIsWrittenFromTheBeginningInSeveralCommits)
+{
+    beginAnew();
+    publish(2);
+    publish(4);
+    EXPECT_FALSE(detector->look());
+    EXPECT_FALSE(detector->isWaiting());
 }
 
 /// How many frames a log of five has after it was cut and written again, unnoticed.
