@@ -98,6 +98,10 @@ private:
                     .open = [this] { open(); },
                     .quit = [] { sharedApplication().terminate(); }},
                 clock);
+            host.iconWasMade();
+        }
+        if (icon) {
+            icon->setTextColor(host.textColor());
         }
     }
 
