@@ -3,7 +3,9 @@
 #include "controls/Colors.h"
 #include "resources/ImageIcon.h"
 
+#include <QEvent>
 #include <QPalette>
+#include <QTimer>
 #include <QVBoxLayout>
 
 namespace orlimo {
@@ -44,6 +46,18 @@ QRect GuidanceWindow::contentAreaOn(const QRect& screenFrame)
             (screenFrame.width() - contentSize.width()) / 2,
             (screenFrame.height() - contentSize.height()) / 2),
         contentSize};
+}
+
+void GuidanceWindow::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::WindowStateChange && isMinimized()) {
+        // Later, when Qt has dealt with the change.
+        QTimer::singleShot(0, this, [this] {
+            setWindowState(windowState() & ~Qt::WindowMinimized);
+            activateWindow();
+        });
+    }
 }
 
 } // namespace orlimo
