@@ -3,7 +3,9 @@
 #include "controls/Colors.h"
 #include "resources/ImageIcon.h"
 
+#include <QEvent>
 #include <QPalette>
+#include <QTimer>
 #include <QVBoxLayout>
 
 namespace orlimo {
@@ -42,6 +44,18 @@ QRectF GuidanceWindow::contentAreaOn(const QRect& screenFrame)
 {
     const QSizeF free = screenFrame.size() - contentSize;
     return {QPointF(free.width() * 0.5, free.height() * 0.5), QSizeF(contentSize)};
+}
+
+void GuidanceWindow::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::WindowStateChange && isMinimized()) {
+        // Later, when Qt has dealt with the change.
+        QTimer::singleShot(0, this, [this] {
+            setWindowState(windowState() & ~Qt::WindowMinimized);
+            activateWindow();
+        });
+    }
 }
 
 } // namespace orlimo

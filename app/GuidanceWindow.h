@@ -21,6 +21,11 @@ public:
     /// Where the window's content stands on a screen of this frame: in the middle of its whole
     /// size, exactly.
     [[nodiscard]] static QRectF contentAreaOn(const QRect& screenFrame);
+
+protected:
+    /// Undoes being minimized: the window has no button for that, but some window managers offer it
+    /// all the same, and one without a task bar would not show the window again.
+    void changeEvent(QEvent* event) override;
 };
 
 } // namespace orlimo

@@ -2,6 +2,7 @@
 #include "app/LaunchTurns.h"
 #include "app/MenuBarScene.h"
 #include "app/OrlimoApp.h"
+#include "app/WindowCloseObserver.h"
 #include "login/LaunchAtLogin.h"
 #include "platform/ApplicationIdentity.h"
 #include "platform/ApplicationInstance.h"
@@ -20,6 +21,7 @@
 #include <chrono>
 #include <iostream>
 #include <memory>
+#include <optional>
 #include <utility>
 
 namespace {
@@ -60,6 +62,13 @@ int runApplication(
 
     orlimo::OrlimoApp app;
     const auto scene = app.body();
+    const auto openForStart = [&scene] {
+        // What was asked meanwhile may have been to quit.
+        if (!orlimo::sharedApplication().isTerminating()) {
+            scene->menuBarExtra().openWhereThereIsNoIcon();
+        }
+    };
+    std::optional<orlimo::WindowCloseObserver> guidanceObserver;
     QTimer settled;
     settled.setSingleShot(true);
     settled.callOnTimeout(readFonts);
@@ -67,9 +76,12 @@ int runApplication(
         if (instance != nullptr) {
             instance->onActivation([&scene] { scene->menuBarExtra().openAmongOthers(); });
         }
-        // What was asked while launching may have been to quit.
-        if (!launchedAtLogin && !orlimo::sharedApplication().isTerminating()) {
-            scene->menuBarExtra().openWhereThereIsNoIcon();
+        // One window at a time: without access to the store the guidance comes first.
+        QWidget* const guidance = app.appDelegate().secondaryWindow.get();
+        if (!launchedAtLogin && guidance != nullptr && guidance->isVisible()) {
+            guidanceObserver.emplace(*guidance, openForStart);
+        } else if (!launchedAtLogin) {
+            openForStart();
         }
         settled.start(settlingTime);
     });

@@ -1,12 +1,12 @@
 #include "resources/ImageIcon.h"
 
 #include "resources/Artwork.h"
+#include "resources/IconSquare.h"
 
 #include <QIconEngine>
 #include <QPainter>
 
 #include <map>
-#include <utility>
 
 namespace orlimo {
 
@@ -22,7 +22,13 @@ public:
     void paint(QPainter* painter, const QRect& area, QIcon::Mode mode, QIcon::State state) override
     {
         const double scale = painter->device()->devicePixelRatioF();
-        painter->drawPixmap(area, scaledPixmap(area.size() * scale, mode, state, scale));
+        const QRect square = centredSquare(area);
+        painter->drawPixmap(square, scaledPixmap(square.size() * scale, mode, state, scale));
+    }
+
+    QSize actualSize(const QSize& size, QIcon::Mode /*mode*/, QIcon::State /*state*/) override
+    {
+        return squareIn(size);
     }
 
     QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override
@@ -34,10 +40,11 @@ public:
         const QSize& size, QIcon::Mode /*mode*/, QIcon::State /*state*/, qreal scale) override
     {
         // Whoever takes an icon takes all its sizes, and often more than once.
-        auto known = drawn.find({size.width(), size.height()});
+        const QSize square = squareIn(size);
+        auto known = drawn.find(square.width());
         if (known == drawn.end()) {
             // The size counts pixels here, and points where the image is asked for.
-            known = drawn.insert({{size.width(), size.height()}, image.drawn(size, 1)}).first;
+            known = drawn.insert({square.width(), image.drawn(square, 1)}).first;
         }
         QPixmap pixmap = known->second;
         pixmap.setDevicePixelRatio(scale);
@@ -59,7 +66,8 @@ public:
 
 private:
     Artwork image;
-    std::map<std::pair<int, int>, QPixmap> drawn;
+    /// By the length of an edge.
+    std::map<int, QPixmap> drawn;
 };
 
 } // namespace

@@ -5,7 +5,8 @@
 
 namespace orlimo {
 
-/// The image asset as an icon, sharp at any size.
+/// The image asset, a square, as an icon: sharp at any size, and square also where it is given a
+/// place that is not.
 [[nodiscard]] QIcon imageIcon(const QString& imageName);
 
 /// The same as a template, `QIcon::isMask()`: who shows it gives its shape the colour of the text

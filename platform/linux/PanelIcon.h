@@ -7,13 +7,23 @@
 
 namespace orlimo {
 
-/// The colour of text on the desktop's panel. `desktop` is what XDG_CURRENT_DESKTOP says, names
+/// The color of text on the desktop's panel. `desktop` is what XDG_CURRENT_DESKTOP says, names
 /// with colons between; the panels of GNOME and sway are dark in light schemes too, the others
 /// follow the scheme.
 [[nodiscard]] QColor panelTextColor(const QString& desktop, const QPalette& palette);
 
-/// `icon` as the panel is to show it: a template is painted in `color`, at all its sizes; any other
-/// icon stays as it is.
-[[nodiscard]] QIcon panelIcon(const QIcon& icon, const QColor& color);
+/// `color` where it stands out from `background` by 3 to 1 at least; otherwise black or white,
+/// whichever stands out more.
+[[nodiscard]] QColor colorOnPanel(const QColor& color, const QColor& background);
+
+/// The name under which a panel on `desktop` finds the icon as a symbolic one, which it paints in
+/// its own color; empty where the icon is not installed, and for sway, whose bar shows a symbolic
+/// icon in the color of its file.
+[[nodiscard]] QString panelIconName(const QString& desktop);
+
+/// `icon` as the panel is to show it: a template is painted in `color`, at all its sizes, is drawn
+/// no larger than 16 by 16 points, and has the icon theme's name `name`; any other icon stays as it
+/// is.
+[[nodiscard]] QIcon panelIcon(const QIcon& icon, const QColor& color, const QString& name = {});
 
 } // namespace orlimo

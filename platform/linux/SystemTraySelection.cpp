@@ -1,54 +1,21 @@
 #include "platform/linux/SystemTraySelection.h"
 
+#include "platform/linux/X11Connection.h"
 #include "platform/linux/XcbReply.h"
 
 #include <QByteArray>
-#include <QCoreApplication>
 #include <QGuiApplication>
 
 #include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
 #include <string>
-#include <string_view>
 #include <utility>
 
 namespace orlimo {
 
 namespace {
-
-xcb_connection_t* toolkitsConnection()
-{
-    const auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    return x11 == nullptr ? nullptr : x11->connection();
-}
-
-/// The number of the screen that DISPLAY names; the first one where it names none.
-int screenNumber()
-{
-    char* host = nullptr;
-    int display = 0;
-    int screen = 0;
-    xcb_parse_display(nullptr, &host, &display, &screen);
-    static_cast<void>(owned(host));
-    return screen;
-}
-
-xcb_window_t rootOf(xcb_connection_t* connection, int screen)
-{
-    auto screens = xcb_setup_roots_iterator(xcb_get_setup(connection));
-    for (int number = 0; number < screen && screens.rem > 1; ++number) {
-        xcb_screen_next(&screens);
-    }
-    return screens.data->root;
-}
-
-xcb_atom_t atom(xcb_connection_t* connection, std::string_view name)
-{
-    const auto reply = owned(xcb_intern_atom_reply(
-        connection,
-        xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.data()),
-        nullptr));
-    return reply ? reply->atom : XCB_NONE;
-}
 
 /// Has the server tell of changes of `window`, too, beside what it tells this connection already.
 void listenTo(xcb_connection_t* connection, xcb_window_t window)
@@ -59,7 +26,8 @@ void listenTo(xcb_connection_t* connection, xcb_window_t window)
         return;
     }
     const std::array<std::uint32_t, 1> mask{
-        attributes->your_event_mask | XCB_EVENT_MASK_STRUCTURE_NOTIFY};
+        attributes->your_event_mask | XCB_EVENT_MASK_STRUCTURE_NOTIFY |
+        XCB_EVENT_MASK_PROPERTY_CHANGE};
     // The answer is awaited, or the toolkit complained of a window that has gone.
     static_cast<void>(owned(xcb_request_check(
         connection,
@@ -70,7 +38,7 @@ void listenTo(xcb_connection_t* connection, xcb_window_t window)
 
 SystemTraySelection::SystemTraySelection(std::function<void()> whoIsTold)
     : didChange(std::move(whoIsTold))
-    , connection(toolkitsConnection())
+    , connection(x11Connection())
 {
     if (connection == nullptr) {
         return;
@@ -78,12 +46,21 @@ SystemTraySelection::SystemTraySelection(std::function<void()> whoIsTold)
     lookSoon.setSingleShot(true);
     lookSoon.setInterval(0);
     QObject::connect(&lookSoon, &QTimer::timeout, this, &SystemTraySelection::look);
-    const int screen = screenNumber();
-    selection = atom(connection, "_NET_SYSTEM_TRAY_S" + std::to_string(screen));
-    manager = atom(connection, "MANAGER");
+    const int screen = x11ScreenNumber();
+    selection = x11Atom(connection, "_NET_SYSTEM_TRAY_S" + std::to_string(screen));
+    manager = x11Atom(connection, "MANAGER");
+    colors = x11Atom(connection, "_NET_SYSTEM_TRAY_COLORS");
     qGuiApp->installNativeEventFilter(this);
-    listenTo(connection, rootOf(connection, screen));
+    listenTo(connection, x11Root(connection, screen));
     owner = listenToOwner();
+    color = publishedColor();
+}
+
+void SystemTraySelection::iconWasMade()
+{
+    if (connection != nullptr) {
+        lookSoon.start();
+    }
 }
 
 bool SystemTraySelection::nativeEventFilter(
@@ -108,6 +85,10 @@ bool SystemTraySelection::tellsOfTrays(const xcb_generic_event_t& event) const
     }
     case XCB_DESTROY_NOTIFY:
         return reinterpret_cast<const xcb_destroy_notify_event_t&>(event).window == owner;
+    case XCB_PROPERTY_NOTIFY: {
+        const auto& change = reinterpret_cast<const xcb_property_notify_event_t&>(event);
+        return change.window == owner && change.atom == colors;
+    }
     default:
         return false;
     }
@@ -116,8 +97,10 @@ bool SystemTraySelection::tellsOfTrays(const xcb_generic_event_t& event) const
 void SystemTraySelection::look()
 {
     const bool had = hasOwner();
+    const auto before = color;
     owner = listenToOwner();
-    if (hasOwner() != had) {
+    color = publishedColor();
+    if (hasOwner() != had || color != before) {
         didChange();
     }
 }
@@ -136,6 +119,28 @@ xcb_window_t SystemTraySelection::currentOwner() const
     const auto reply = owned(xcb_get_selection_owner_reply(
         connection, xcb_get_selection_owner(connection, selection), nullptr));
     return reply ? reply->owner : XCB_NONE;
+}
+
+std::optional<QColor> SystemTraySelection::publishedColor() const
+{
+    if (!hasOwner()) {
+        return std::nullopt;
+    }
+    // Four colors of three 16-bit parts each; the first one is that of text and symbols.
+    constexpr std::uint32_t parts = 3;
+    const auto reply = owned(xcb_get_property_reply(
+        connection,
+        xcb_get_property(connection, 0, owner, colors, XCB_ATOM_CARDINAL, 0, parts),
+        nullptr));
+    if (!reply || reply->format != 32 || reply->value_len != parts) {
+        return std::nullopt;
+    }
+    const std::span values(
+        static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get())), parts);
+    const auto part = [&](std::size_t index) {
+        return static_cast<int>(values[index] >> 8U & 0xFFU);
+    };
+    return QColor(part(0), part(1), part(2));
 }
 
 } // namespace orlimo

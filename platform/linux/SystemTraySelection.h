@@ -1,10 +1,12 @@
 #pragma once
 
 #include <QAbstractNativeEventFilter>
+#include <QColor>
 #include <QObject>
 #include <QTimer>
 
 #include <functional>
+#include <optional>
 
 #include <xcb/xcb.h>
 
@@ -16,11 +18,20 @@ namespace orlimo {
 class SystemTraySelection final : public QObject, private QAbstractNativeEventFilter
 {
 public:
-    /// `whoIsTold` is called in the event loop, each time that a tray has come or gone.
+    /// `whoIsTold` is called in the event loop, each time that a tray has come or gone or paints
+    /// its text in another color.
     explicit SystemTraySelection(std::function<void()> whoIsTold);
 
     /// Whether there is a tray.
     [[nodiscard]] bool hasOwner() const { return owner != XCB_NONE; }
+
+    /// The color of text and symbols in the tray, as the tray publishes it
+    /// (`_NET_SYSTEM_TRAY_COLORS`); none where it does not.
+    [[nodiscard]] std::optional<QColor> textColor() const { return color; }
+
+    /// To be called when Qt has made an icon: for that Qt chooses anew which changes of the tray
+    /// this connection is notified of, and those of the color are not among them.
+    void iconWasMade();
 
 private:
     bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
@@ -28,13 +39,16 @@ private:
     void look();
     [[nodiscard]] xcb_window_t listenToOwner() const;
     [[nodiscard]] xcb_window_t currentOwner() const;
+    [[nodiscard]] std::optional<QColor> publishedColor() const;
 
     std::function<void()> didChange;
     QTimer lookSoon;
     xcb_connection_t* connection = nullptr;
     xcb_atom_t selection = XCB_NONE;
     xcb_atom_t manager = XCB_NONE;
+    xcb_atom_t colors = XCB_NONE;
     xcb_window_t owner = XCB_NONE;
+    std::optional<QColor> color;
 };
 
 } // namespace orlimo

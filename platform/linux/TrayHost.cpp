@@ -20,6 +20,11 @@ std::optional<bool> TrayHost::hasPlace() const
     return hosts.exist();
 }
 
+std::optional<QColor> TrayHost::textColor() const
+{
+    return kind == Kind::systemTray ? selection.textColor() : std::nullopt;
+}
+
 void TrayHost::update()
 {
     settle();

@@ -21,12 +21,20 @@ namespace orlimo {
 class TrayHost
 {
 public:
-    /// `whoIsTold` is called in the event loop, each time that `hasPlace` may have changed.
+    /// `whoIsTold` is called in the event loop, each time that `hasPlace` or `textColor` may have
+    /// changed.
     explicit TrayHost(std::function<void()> whoIsTold);
 
     /// Whether there is a place. None while it is not known: the bus has not answered. After the
     /// first yes an icon can be made, and comes and goes with its place by itself.
     [[nodiscard]] std::optional<bool> hasPlace() const;
+
+    /// The color of text where the icon is, as an X11 tray publishes it; none where nothing is
+    /// published.
+    [[nodiscard]] std::optional<QColor> textColor() const;
+
+    /// To be called when an icon has been made, for `textColor` to be followed from then on.
+    void iconWasMade() { selection.iconWasMade(); }
 
 private:
     enum class Kind {

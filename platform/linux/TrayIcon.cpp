@@ -3,6 +3,7 @@
 #include "platform/ApplicationIdentity.h"
 #include "platform/ToQString.h"
 #include "platform/linux/PanelIcon.h"
+#include "platform/linux/TrayBackground.h"
 
 #include <QApplication>
 #include <QEvent>
@@ -12,12 +13,27 @@
 
 namespace orlimo {
 
+namespace {
+
+/// How long the X server may take until what was painted is on the screen.
+constexpr std::chrono::milliseconds timeToPaint{100};
+
+QString currentDesktop()
+{
+    return qEnvironmentVariable("XDG_CURRENT_DESKTOP");
+}
+
+} // namespace
+
 TrayIcon::TrayIcon(QIcon label, Handlers whatToDo, UptimeClock uptimeClock)
     : image(std::move(label))
     , handlers(std::move(whatToDo))
     , clock(std::move(uptimeClock))
     , icon(this)
 {
+    lookSoon.setSingleShot(true);
+    lookSoon.setInterval(timeToPaint);
+    QObject::connect(&lookSoon, &QTimer::timeout, this, &TrayIcon::lookAtBackground);
     showImage();
     qApp->installEventFilter(this);
     QObject::connect(
@@ -40,14 +56,45 @@ bool TrayIcon::eventFilter(QObject* watched, QEvent* event)
 {
     if (watched == qApp && event->type() == QEvent::ApplicationPaletteChange) {
         showImage();
+    } else if (event->type() == QEvent::Paint && watched->inherits("QSystemTrayIconSys")) {
+        window = qobject_cast<QWidget*>(watched);
+        lookSoon.start();
     }
     return QObject::eventFilter(watched, event);
 }
 
 void TrayIcon::showImage()
 {
-    const QString desktop = qEnvironmentVariable("XDG_CURRENT_DESKTOP");
-    icon.setIcon(panelIcon(image, panelTextColor(desktop, QApplication::palette())));
+    icon.setIcon(panelIcon(image, color(), panelIconName(currentDesktop())));
+}
+
+QColor TrayIcon::color() const
+{
+    if (textColor) {
+        return *textColor;
+    }
+    const QColor text = panelTextColor(currentDesktop(), QApplication::palette());
+    return background ? colorOnPanel(text, *background) : text;
+}
+
+void TrayIcon::lookAtBackground()
+{
+    const auto seen =
+        window ? trayBackground(static_cast<xcb_window_t>(window->internalWinId())) : std::nullopt;
+    const QColor before = color();
+    // While it cannot be seen it is what it was.
+    background = seen ? seen : background;
+    if (color() != before) {
+        showImage();
+    }
+}
+
+void TrayIcon::setTextColor(const std::optional<QColor>& published)
+{
+    if (textColor != published) {
+        textColor = published;
+        showImage();
+    }
 }
 
 std::optional<QRect> TrayIcon::geometry() const
@@ -60,9 +107,14 @@ void TrayIcon::wasActivated(QSystemTrayIcon::ActivationReason reason)
 {
     switch (reason) {
     case QSystemTrayIcon::Trigger:
-        handlers.toggle();
-        // Only now: a second press has waited for the first one's work.
-        triggered = clock();
+        // StatusNotifier hosts report a double click as two clicks.
+        if (hasJustBeenTriggered()) {
+            triggered.reset();
+        } else {
+            handlers.toggle();
+            // Only now: a second press has waited for the first one's work.
+            triggered = clock();
+        }
         break;
     case QSystemTrayIcon::DoubleClick:
         // Some hosts tell of the first press of a double click as a click of its own.

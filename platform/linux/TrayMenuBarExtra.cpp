@@ -3,6 +3,9 @@
 #include "platform/linux/ActivationToken.h"
 #include "platform/linux/TrayHost.h"
 #include "platform/linux/TrayIcon.h"
+#include "platform/linux/WaylandFocus.h"
+#include "platform/linux/X11Connection.h"
+#include "platform/linux/X11Focus.h"
 #include "platform/qt/MenuBarWindow.h"
 
 #include <QByteArray>
@@ -98,6 +101,10 @@ private:
                     .open = [this] { open(); },
                     .quit = [] { sharedApplication().terminate(); }},
                 clock);
+            host.iconWasMade();
+        }
+        if (icon) {
+            icon->setTextColor(host.textColor());
         }
     }
 
@@ -105,16 +112,35 @@ private:
     {
         if (!menuBarWindow) {
             content = makeContent();
+            if (x11Connection() != nullptr) {
+                x11Focus.emplace(
+                    *content,
+                    [this](const QPoint& place) { menuBarWindow->pointerWasPressed(place); },
+                    clock);
+            }
             menuBarWindow.emplace(
-                *content, [this] { return icon ? icon->geometry() : std::nullopt; }, clock);
+                *content,
+                [this] { return icon ? icon->geometry() : std::nullopt; },
+                clock,
+                MenuBarWindow::Manner{.focusLoss = [this] { return focusLoss(); }});
         }
         return *menuBarWindow;
+    }
+
+    [[nodiscard]] FocusLoss focusLoss() const
+    {
+        if (x11Focus) {
+            return x11Focus->lastLoss();
+        }
+        const bool isOnWayland = QGuiApplication::platformName().startsWith(u"wayland");
+        return isOnWayland ? focusLossOnWayland() : FocusLoss::deliberate;
     }
 
     ContentBuilder makeContent;
     QIcon label;
     UptimeClock clock;
     std::unique_ptr<QWidget> content;
+    std::optional<X11Focus> x11Focus;
     std::optional<MenuBarWindow> menuBarWindow;
     std::optional<TrayIcon> icon;
     QTimer answerIsDue;

@@ -72,8 +72,12 @@ set(orlimo_desktop_sources
     linux/SvgSystemSymbol.cpp
     linux/SystemTraySelection.cpp
     qt/ToolkitTurns.cpp
+    linux/TrayBackground.cpp
     linux/TrayHost.cpp
     linux/TrayIcon.cpp
     linux/TrayMenuBarExtra.cpp
+    linux/WaylandFocus.cpp
+    linux/X11Connection.cpp
+    linux/X11Focus.cpp
     qt/WindowPlacement.cpp)
 set(orlimo_desktop_libraries Qt6::DBus PkgConfig::Xcb)

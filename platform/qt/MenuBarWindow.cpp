@@ -8,6 +8,7 @@
 #include <QKeySequence>
 #include <QScreen>
 
+#include <algorithm>
 #include <chrono>
 #include <utility>
 #include <vector>
@@ -22,6 +23,10 @@ constexpr std::chrono::milliseconds sameClick{500};
 
 /// How long after they were opened the program's windows may still be given the focus for it.
 constexpr std::chrono::seconds openingTime{2};
+
+/// How far apart the loss of the focus and the leaving of the pointer may be reported that belong
+/// together.
+constexpr std::chrono::milliseconds sameMove{150};
 
 /// Where programs may not place their windows, the compositor does.
 bool compositorPlacesWindows()
@@ -55,6 +60,8 @@ MenuBarWindow::MenuBarWindow(
     content.setWindowFlags(manner.flags);
     content.installEventFilter(this);
     QObject::connect(&escape, &QShortcut::activated, this, &MenuBarWindow::close);
+    closing.setSingleShot(true);
+    QObject::connect(&closing, &QTimer::timeout, this, &MenuBarWindow::closeForLossOfFocus);
 }
 
 MenuBarWindow::~MenuBarWindow()
@@ -66,6 +73,7 @@ void MenuBarWindow::open()
 {
     closedByLosingFocus.reset();
     if (!isOpen()) {
+        forgetPointer();
         place();
     }
     manner.willComeToFront(content);
@@ -76,6 +84,12 @@ void MenuBarWindow::open()
 
 void MenuBarWindow::openAmongOthers()
 {
+    openedWith.clear();
+    for (QWidget* const other : QApplication::topLevelWidgets()) {
+        if (other != &content && other->isVisible()) {
+            openedWith.emplace_back(other);
+        }
+    }
     open();
     openedAmongOthers = clock();
 }
@@ -83,6 +97,7 @@ void MenuBarWindow::openAmongOthers()
 void MenuBarWindow::close()
 {
     openedAmongOthers.reset();
+    closing.stop();
     content.hide();
 }
 
@@ -103,11 +118,38 @@ void MenuBarWindow::toggle()
 
 bool MenuBarWindow::eventFilter(QObject* watched, QEvent* event)
 {
-    // A popup of the window's own, such as a text's menu, does not deactivate it.
-    if (watched == &content && event->type() == QEvent::WindowDeactivate) {
-        didLoseFocus();
+    if (watched == &content) {
+        switch (event->type()) {
+        case QEvent::WindowDeactivate:
+            // A popup of the window's own, such as a text's menu, does not deactivate it.
+            didLoseFocus();
+            break;
+        case QEvent::WindowActivate:
+            hasLostFocusForUnknownReason = false;
+            closing.stop();
+            break;
+        case QEvent::Enter:
+            pointerDidEnter();
+            break;
+        case QEvent::Leave:
+            pointerDidLeave();
+            break;
+        default:
+            break;
+        }
     }
     return QObject::eventFilter(watched, event);
+}
+
+void MenuBarWindow::pointerWasPressed(const QPoint& place)
+{
+    const bool isElsewhere = !content.frameGeometry().contains(place) &&
+                             !iconGeometry().value_or(QRect()).contains(place);
+    if (isOpen() && isElsewhere && !content.isActiveWindow() &&
+        QApplication::activePopupWidget() == nullptr)
+    {
+        closeForLossOfFocus();
+    }
 }
 
 void MenuBarWindow::place()
@@ -130,16 +172,70 @@ void MenuBarWindow::didLoseFocus()
     }
     if (othersAreStillBeingOpened()) {
         content.activateWindow();
-    } else {
-        close();
-        closedByLosingFocus = clock();
+        return;
     }
+    switch (manner.focusLoss()) {
+    case FocusLoss::deliberate:
+        closeForLossOfFocus();
+        break;
+    case FocusLoss::followedPointer:
+        break;
+    case FocusLoss::unknown:
+        didLoseFocusForUnknownReason();
+        break;
+    }
+}
+
+void MenuBarWindow::didLoseFocusForUnknownReason()
+{
+    hasLostFocusForUnknownReason = true;
+    if (isPointerInside) {
+        // Either it is just leaving, which is reported next, or it stays and was not the reason.
+        closing.start(sameMove);
+    } else if (pointerLeft && clock() - *pointerLeft < sameMove) {
+        closing.start(manner.timeToReturn);
+    } else if (hasPointerBeenInside) {
+        closeForLossOfFocus();
+    }
+}
+
+void MenuBarWindow::pointerDidEnter()
+{
+    isPointerInside = true;
+    hasPointerBeenInside = true;
+    closing.stop();
+}
+
+void MenuBarWindow::pointerDidLeave()
+{
+    isPointerInside = false;
+    pointerLeft = clock();
+    if (isOpen() && hasLostFocusForUnknownReason) {
+        closing.start(manner.timeToReturn);
+    }
+}
+
+void MenuBarWindow::closeForLossOfFocus()
+{
+    close();
+    closedByLosingFocus = clock();
+}
+
+void MenuBarWindow::forgetPointer()
+{
+    hasLostFocusForUnknownReason = false;
+    isPointerInside = false;
+    hasPointerBeenInside = false;
+    pointerLeft.reset();
 }
 
 bool MenuBarWindow::othersAreStillBeingOpened() const
 {
-    const bool anotherHasTheFocus = QApplication::activeWindow() != nullptr;
-    return anotherHasTheFocus && openedAmongOthers && clock() - *openedAmongOthers < openingTime;
+    const QWidget* const active = QApplication::activeWindow();
+    const bool openedWithIt =
+        active != nullptr &&
+        std::find(openedWith.begin(), openedWith.end(), active) != openedWith.end();
+    return openedWithIt && openedAmongOthers && clock() - *openedAmongOthers < openingTime;
 }
 
 bool MenuBarWindow::hasJustLostFocus() const

@@ -49,27 +49,29 @@ void DesktopSession::awaitManagement() const
 void DesktopSession::startTray(const TrayPlace& place)
 {
     // As wide from the start as it will be, so that an icon stays where it is first seen.
+    startTrayWith(
+        {"--edge",
+         place.edge,
+         "--align",
+         place.align,
+         "--widthtype",
+         "pixel",
+         "--width",
+         "120",
+         "--heighttype",
+         "pixel",
+         "--height",
+         "24",
+         "--SetDockType",
+         "true",
+         "--SetPartialStrut",
+         "true"});
+}
+
+void DesktopSession::startTrayWith(const std::vector<std::string>& options)
+{
     tray = std::make_unique<ChildProcess>(
-        "/usr/bin/trayer",
-        ChildSettings{
-            .arguments =
-                {"--edge",
-                 place.edge,
-                 "--align",
-                 place.align,
-                 "--widthtype",
-                 "pixel",
-                 "--width",
-                 "120",
-                 "--heighttype",
-                 "pixel",
-                 "--height",
-                 "24",
-                 "--SetDockType",
-                 "true",
-                 "--SetPartialStrut",
-                 "true"},
-            .environment = environment()});
+        "/usr/bin/trayer", ChildSettings{.arguments = options, .environment = environment()});
 }
 
 void DesktopSession::awaitTray()

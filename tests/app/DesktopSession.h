@@ -58,6 +58,8 @@ public:
 
     /// Starts a tray, and does not wait for it.
     void startTray(const TrayPlace& place);
+    /// The same with the tray's own options and, beyond these, its defaults.
+    void startTrayWith(const std::vector<std::string>& options);
 
     /// Waits until the tray takes icons and the window manager has seen it.
     void awaitTray();

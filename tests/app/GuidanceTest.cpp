@@ -96,6 +96,23 @@ TEST_F(Guidance, OpensTheSystemsSettingsAndStays)
     EXPECT_EQ(windows.front().id, window.id);
 }
 
+TEST_F(Guidance, ComesBackWhenTheWindowManagerMinimizesIt)
+{
+    const XWindow window = startUnguided();
+    ASSERT_TRUE(awaitSparingly([&] { return program.hasFocus(window); }));
+    // The window manager draws a button for that although the window asks for none, the third one
+    // from the right.
+    constexpr int fromTheRight = 42;
+    program.desktop().click(
+        {window.area.right() + window.frame.right() - fromTheRight,
+         window.area.top() - window.frame.top() / 2});
+    runEventLoop(std::chrono::milliseconds(500));
+    EXPECT_TRUE(awaitSparingly([&] {
+        const auto windows = program.windows();
+        return windows.size() == 1 && program.hasFocus(windows.front());
+    }));
+}
+
 TEST_F(Guidance, HasTheMessagesReadOnceForItsActivation)
 {
     const XWindow window = startUnguided();
@@ -103,6 +120,30 @@ TEST_F(Guidance, HasTheMessagesReadOnceForItsActivation)
     EXPECT_TRUE(awaitSparingly([this] { return program.count(DesktopProgram::readLine) == 1; }));
     runEventLoop(std::chrono::milliseconds(500));
     EXPECT_EQ(program.count(DesktopProgram::readLine), 1);
+}
+
+TEST_F(Guidance, ComesBeforeTheWindowThatOpensWhereThereIsNoTray)
+{
+    program.desktop().killTray();
+    program.session().startProgram();
+    EXPECT_EQ(program.element("label", "Allow acess").name(), "Allow acess");
+    // Longer than the program waits to learn whether there is a tray.
+    runEventLoop(std::chrono::milliseconds(1500));
+    EXPECT_EQ(program.windows().size(), 1U);
+    EXPECT_FALSE(program.window());
+
+    program.desktop().press("alt+F4");
+    EXPECT_TRUE(program.awaitOpen());
+    EXPECT_EQ(program.windows().size(), 1U);
+}
+
+TEST_F(Guidance, LeavesTheIconItsWindowWhereThereIsATray)
+{
+    startUnguided();
+    program.desktop().press("alt+F4");
+    ASSERT_TRUE(awaitSparingly([this] { return program.windows().empty(); }));
+    runEventLoop(std::chrono::milliseconds(1500));
+    EXPECT_TRUE(program.windows().empty());
 }
 
 TEST_F(Guidance, IsNotShownTwiceInARun)

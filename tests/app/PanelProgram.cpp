@@ -33,6 +33,8 @@ std::string carryOut(StatusNotifierWatcher& watcher, const std::string& command)
     const std::map<std::string, std::function<std::string()>> commands{
         {"items", [&] { return std::to_string(watcher.items().size()); }},
         {"activate", [&] { return watcher.activate(); }},
+        {"icon name", [&] { return watcher.iconName(); }},
+        {"icon sizes", [&] { return watcher.iconSizes(); }},
         {"menu", [&] { return watcher.menu(); }},
         {"host comes",
          [&] {

@@ -1,21 +1,17 @@
 #pragma once
 
-#include <filesystem>
+#include "tests/app/OpenboxConfiguration.h"
 
 namespace orlimo {
 
 /// Has window managers that start from now on give the keyboard to no new window by themselves, as
 /// long as it lives.
-class ShyWindowManager
+class ShyWindowManager : private OpenboxConfiguration
 {
 public:
-    ShyWindowManager();
-    ShyWindowManager(const ShyWindowManager&) = delete;
-    ShyWindowManager& operator=(const ShyWindowManager&) = delete;
-    ~ShyWindowManager();
-
-private:
-    std::filesystem::path configuration;
+    ShyWindowManager()
+        : OpenboxConfiguration("<focusNew>no</focusNew>")
+    {}
 };
 
 } // namespace orlimo

@@ -44,6 +44,16 @@ void StatusNotifierPanel::click()
     command("activate");
 }
 
+std::string StatusNotifierPanel::iconName()
+{
+    return process.ask("icon name");
+}
+
+std::string StatusNotifierPanel::iconSizes()
+{
+    return process.ask("icon sizes");
+}
+
 std::string StatusNotifierPanel::menu()
 {
     return process.ask("menu");

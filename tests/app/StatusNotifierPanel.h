@@ -34,6 +34,11 @@ public:
     /// Clicks the item; a failure of that is a test failure.
     void click();
 
+    /// The name of the item's icon, empty where it has none.
+    [[nodiscard]] std::string iconName();
+    /// The edges of its pixmaps in pixels, a comma after each.
+    [[nodiscard]] std::string iconSizes();
+
     /// The texts of the item's menu, a comma after each.
     [[nodiscard]] std::string menu();
     void choose(const std::string& text);

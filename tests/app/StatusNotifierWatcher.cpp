@@ -127,6 +127,41 @@ std::string StatusNotifierWatcher::activate() const
             {0, 0}));
 }
 
+std::string StatusNotifierWatcher::iconName() const
+{
+    return itemProperty(QStringLiteral("IconName")).toString().toStdString();
+}
+
+std::string StatusNotifierWatcher::iconSizes() const
+{
+    const auto pixmaps = itemProperty(QStringLiteral("IconPixmap")).value<QDBusArgument>();
+    std::string sizes;
+    pixmaps.beginArray();
+    while (!pixmaps.atEnd()) {
+        int width = 0;
+        int height = 0;
+        QByteArray pixels;
+        pixmaps.beginStructure();
+        pixmaps >> width >> height >> pixels;
+        pixmaps.endStructure();
+        sizes += std::to_string(width) + ",";
+    }
+    pixmaps.endArray();
+    return sizes;
+}
+
+QVariant StatusNotifierWatcher::itemProperty(const QString& name) const
+{
+    const auto answer =
+        ask(bus,
+            registered.value(0),
+            QStringLiteral("/StatusNotifierItem"),
+            QStringLiteral("org.freedesktop.DBus.Properties"),
+            QStringLiteral("Get"),
+            {itemInterface, name});
+    return answer.arguments().value(0).value<QDBusVariant>().variant();
+}
+
 std::string StatusNotifierWatcher::menu() const
 {
     std::string texts;

@@ -34,6 +34,10 @@ public:
     /// Clicks the item.
     [[nodiscard]] std::string activate() const;
 
+    /// The name of the item's icon, and the edges of its pixmaps in pixels, a comma after each.
+    [[nodiscard]] std::string iconName() const;
+    [[nodiscard]] std::string iconSizes() const;
+
     /// The texts of the item's menu, a comma after each.
     [[nodiscard]] std::string menu() const;
 
@@ -52,6 +56,8 @@ Q_SIGNALS:
 
 private:
     [[nodiscard]] static int protocolVersion() { return 0; }
+
+    [[nodiscard]] QVariant itemProperty(const QString& name) const;
 
     QDBusConnection bus;
     QDBusServiceWatcher owners;

@@ -22,7 +22,6 @@ namespace {
 /// where.
 constexpr const char* configuration = R"(xwayland disable
 default_border none
-focus_follows_mouse no
 bar main {
     swaybar_command true
     position top

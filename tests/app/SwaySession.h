@@ -61,6 +61,8 @@ public:
     /// Has the compositor carry out a command of its own; one that it refuses is a test failure.
     void command(const std::string& words) const;
 
+    void movePointer(const QPoint& point) const { input.movePointer(point); }
+
     /// Moves the pointer to `point` of the screen and presses `button`: 1 left, 2 middle, 3 right.
     void click(const QPoint& point, int button = 1) const { input.click(point, button); }
 

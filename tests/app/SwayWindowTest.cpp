@@ -97,6 +97,18 @@ protected:
         ASSERT_TRUE(awaitOpen());
     }
 
+    /// Moves the pointer, step by step as a hand does, from the icon to the middle of the window.
+    void movePointerInside()
+    {
+        const QPoint from = SwaySession::onlyIcon;
+        const QPoint way = windows().front().area.center() - from;
+        constexpr int steps = 8;
+        for (int step = 1; step <= steps; ++step) {
+            desktop().movePointer(from + way * step / steps);
+        }
+        ASSERT_TRUE(awaitOpen());
+    }
+
     /// Clicks the middle of what the window shows under this role and name.
     void clickInWindow(const std::string& role, const std::string& name)
     {
@@ -115,9 +127,11 @@ protected:
         desktop().tray().activate(*icon(), SwaySession::onlyIcon.x(), SwaySession::onlyIcon.y());
     }
 
+    /// Longer than the clicks of a double click lie apart.
+    static constexpr std::chrono::milliseconds betweenClicks{700};
+
 private:
     std::optional<ProgramSession> ownSession;
-    static constexpr std::chrono::milliseconds betweenClicks{700};
     std::chrono::steady_clock::time_point lastClick;
 };
 
@@ -184,8 +198,10 @@ TEST_F(ProgramOnSway, OpensAndClosesItsWindowAsThePanelAsks)
         ASSERT_TRUE(awaitOpen());
         EXPECT_TRUE(windows().front().isWayland);
         EXPECT_EQ(windows().front().area.size(), QSize(300, 540));
+        runEventLoop(betweenClicks);
         activate();
         EXPECT_TRUE(awaitClosed());
+        runEventLoop(betweenClicks);
     }
 }
 
@@ -214,10 +230,64 @@ TEST_F(ProgramOnSway, ClosesItsWindowOnEscape)
     EXPECT_TRUE(awaitClosed());
 }
 
-TEST_F(ProgramOnSway, ClosesItsWindowWhenItLosesTheFocus)
+TEST_F(ProgramOnSway, WaitsForThePointerThatTakesTheFocusAlong)
+{
+    const auto other = desktop().openOtherApplication();
+    start();
+    ASSERT_NO_FATAL_FAILURE(open());
+    constexpr QPoint inTheOtherApplication(900, 700);
+    desktop().movePointer(inTheOtherApplication);
+    ASSERT_TRUE(awaitSparingly([this] {
+        const auto all = windows();
+        return all.size() != 1 || !all.front().isFocused;
+    }));
+    runEventLoop(std::chrono::seconds(2));
+    ASSERT_THAT(windows(), SizeIs(1));
+    ASSERT_NO_FATAL_FAILURE(movePointerInside());
+    runEventLoop(std::chrono::seconds(2));
+    ASSERT_THAT(windows(), SizeIs(1));
+    desktop().press("Escape");
+    EXPECT_TRUE(awaitClosed());
+}
+
+TEST_F(ProgramOnSway, WaitsForThePointerOnItsWayOverTheEmptyDesktop)
 {
     start();
     ASSERT_NO_FATAL_FAILURE(open());
+    ASSERT_NO_FATAL_FAILURE(movePointerInside());
+}
+
+TEST_F(ProgramOnSway, ClosesItsWindowWhenThePointerDoesNotComeBack)
+{
+    const auto other = desktop().openOtherApplication();
+    start();
+    ASSERT_NO_FATAL_FAILURE(open());
+    ASSERT_NO_FATAL_FAILURE(movePointerInside());
+    desktop().movePointer({900, 700});
+    EXPECT_TRUE(awaitClosed());
+}
+
+TEST_F(ProgramOnSway, ClosesItsWindowOnASecondClickOnTheIconWithoutTheFocus)
+{
+    const auto other = desktop().openOtherApplication();
+    start();
+    ASSERT_NO_FATAL_FAILURE(open());
+    desktop().movePointer({900, 700});
+    ASSERT_TRUE(awaitSparingly([this] {
+        const auto all = windows();
+        return all.size() != 1 || !all.front().isFocused;
+    }));
+    ASSERT_TRUE(clickIcon());
+    EXPECT_TRUE(awaitClosed());
+    runEventLoop(std::chrono::milliseconds(500));
+    EXPECT_TRUE(windows().empty());
+}
+
+TEST_F(ProgramOnSway, ClosesItsWindowWhenAnotherApplicationTakesTheFocus)
+{
+    start();
+    ASSERT_NO_FATAL_FAILURE(open());
+    ASSERT_NO_FATAL_FAILURE(movePointerInside());
     const auto other = desktop().openOtherApplication();
     EXPECT_TRUE(awaitClosed());
     const auto all = desktop().windows();

@@ -86,9 +86,9 @@ std::optional<QRect> XWindows::menuOf(std::uint32_t process) const
     return std::nullopt;
 }
 
-std::size_t XWindows::coloursIn(const QRect& area) const
+QImage XWindows::picture(const QRect& area) const
 {
-    const auto picture = owned(xcb_get_image_reply(
+    const auto reply = owned(xcb_get_image_reply(
         connection.get(),
         xcb_get_image(
             connection.get(),
@@ -100,18 +100,51 @@ std::size_t XWindows::coloursIn(const QRect& area) const
             static_cast<std::uint16_t>(area.height()),
             ~0U),
         nullptr));
-    if (!picture) {
-        return 0;
-    }
     // Four bytes a pixel, of which the last means nothing.
-    const std::span bytes(
-        xcb_get_image_data(picture.get()),
-        static_cast<std::size_t>(xcb_get_image_data_length(picture.get())));
-    std::set<std::array<std::uint8_t, 3>> colours;
-    for (std::size_t pixel = 0; pixel + 3 < bytes.size(); pixel += 4) {
-        colours.insert({bytes[pixel], bytes[pixel + 1], bytes[pixel + 2]});
+    return reply ? QImage(
+                       xcb_get_image_data(reply.get()),
+                       area.width(),
+                       area.height(),
+                       QImage::Format_RGB32)
+                       .copy()
+                 : QImage();
+}
+
+std::size_t XWindows::coloursIn(const QRect& area) const
+{
+    const QImage shown = picture(area);
+    std::set<QRgb> colours;
+    for (int y = 0; y < shown.height(); ++y) {
+        for (int x = 0; x < shown.width(); ++x) {
+            colours.insert(shown.pixelColor(x, y).rgb());
+        }
     }
     return colours.size();
+}
+
+void XWindows::publishTrayColor(const QColor& text) const
+{
+    const auto owner = owned(xcb_get_selection_owner_reply(
+        connection.get(),
+        xcb_get_selection_owner(connection.get(), atom("_NET_SYSTEM_TRAY_S0")),
+        nullptr));
+    ASSERT_TRUE(owner && owner->owner != XCB_NONE) << "no tray";
+    // Text, error, warning and success; 16 bits of red, green and blue each.
+    constexpr std::uint32_t widen = 0x101;
+    std::array<std::uint32_t, 12> values{};
+    values[0] = static_cast<std::uint32_t>(text.red()) * widen;
+    values[1] = static_cast<std::uint32_t>(text.green()) * widen;
+    values[2] = static_cast<std::uint32_t>(text.blue()) * widen;
+    xcb_change_property(
+        connection.get(),
+        XCB_PROP_MODE_REPLACE,
+        owner->owner,
+        atom("_NET_SYSTEM_TRAY_COLORS"),
+        XCB_ATOM_CARDINAL,
+        32,
+        values.size(),
+        values.data());
+    xcb_flush(connection.get());
 }
 
 bool XWindows::belongsTo(xcb_window_t window, std::uint32_t process) const

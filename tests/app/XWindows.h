@@ -2,6 +2,9 @@
 
 #include "tests/app/XWindow.h"
 
+#include <QColor>
+#include <QImage>
+
 #include <memory>
 #include <optional>
 #include <string>
@@ -38,8 +41,14 @@ public:
     /// there is none.
     [[nodiscard]] std::optional<QRect> menuOf(std::uint32_t process) const;
 
+    /// What the screen shows in `area`; null where there is no such place.
+    [[nodiscard]] QImage picture(const QRect& area) const;
+
     /// How many colours the screen shows in `area`.
     [[nodiscard]] std::size_t coloursIn(const QRect& area) const;
+
+    /// Has the tray publish `text` as the color of its text and symbols.
+    void publishTrayColor(const QColor& text) const;
 
 private:
     /// Has the window manager told of a change that means nothing. It may sleep on what it was told

@@ -14,7 +14,7 @@ add_library(orlimo_desktop_session STATIC
     DesktopSession.cpp
     DesktopVariables.cpp
     SessionBuses.cpp
-    ShyWindowManager.cpp
+    OpenboxConfiguration.cpp
     StatusNotifierPanel.cpp
     XInput.cpp
     XWindows.cpp)

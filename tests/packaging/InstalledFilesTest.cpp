@@ -84,9 +84,8 @@ TEST(InstalledFiles, HoldASymbolThatDesktopsPaintInTheirColour)
     const std::string symbol =
         contentOf(tree.file("share/icons/hicolor/symbolic/apps/app.orlimo.Orlimo-symbolic.svg"));
     EXPECT_THAT(symbol, HasSubstr("width=\"16\" height=\"16\""));
-    for (const char* paint : {"fill=", "stroke", "style", "color", "class=", "opacity"}) {
-        EXPECT_THAT(symbol, Not(HasSubstr(paint)));
-    }
+    EXPECT_THAT(symbol, HasSubstr("<style id=\"current-color-scheme\" type=\"text/css\">"));
+    EXPECT_THAT(symbol, HasSubstr("<path class=\"ColorScheme-Text\" fill=\"currentColor\""));
 }
 
 } // namespace

@@ -7,11 +7,11 @@
 #include "platform/SharedApplication.h"
 #include "platform/UptimeClock.h"
 #include "platform/Workspace.h"
+#include "resources/ImageIcon.h"
 
 #include <QApplication>
 #include <QIcon>
 #include <QLineEdit>
-#include <QPixmap>
 #include <QSocketNotifier>
 #include <QVBoxLayout>
 
@@ -84,9 +84,7 @@ public:
 
 QIcon label()
 {
-    QPixmap pixmap(32, 32);
-    pixmap.fill(Qt::red);
-    return QIcon(pixmap);
+    return templateIcon(QStringLiteral("StatusBarIcon"));
 }
 
 /// The host's clock, until it is stopped; from then on it goes on only when it is told to.

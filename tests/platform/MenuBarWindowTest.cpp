@@ -57,12 +57,33 @@ protected:
         ASSERT_TRUE(await([this] { return other.isActiveWindow(); }));
     }
 
+    void pointerEnters()
+    {
+        QEnterEvent event(QPointF(10, 10), QPointF(10, 10), QPointF(10, 10));
+        QCoreApplication::sendEvent(&content, &event);
+    }
+
+    void pointerLeaves()
+    {
+        QEvent event(QEvent::Leave);
+        QCoreApplication::sendEvent(&content, &event);
+    }
+
+    /// Longer than a window waits for the pointer to come back.
+    static constexpr std::chrono::milliseconds longEnough{300};
+
     HandClock clock;
     std::optional<QRect> icon = QRect(400, 1, 22, 22);
+    FocusLoss focusLoss = FocusLoss::deliberate;
     Content content;
     QWidget other;
     std::unique_ptr<MenuBarWindow> window = std::make_unique<MenuBarWindow>(
-        content, [this] { return icon; }, clock.function());
+        content,
+        [this] { return icon; },
+        clock.function(),
+        MenuBarWindow::Manner{
+            .focusLoss = [this] { return focusLoss; },
+            .timeToReturn = std::chrono::milliseconds(50)});
 };
 
 TEST_F(MenuBarWindowTest, IsClosedAtFirst)
@@ -176,6 +197,101 @@ TEST_F(MenuBarWindowTest, ClosesWhenItLosesTheFocus)
     EXPECT_FALSE(window->isOpen());
 }
 
+TEST_F(MenuBarWindowTest, StaysOpenWhenTheFocusFollowedThePointer)
+{
+    focusLoss = FocusLoss::followedPointer;
+    open();
+    focusElsewhere();
+    runEventLoop(longEnough);
+    EXPECT_TRUE(window->isOpen());
+    window->toggle();
+    EXPECT_FALSE(window->isOpen());
+}
+
+TEST_F(MenuBarWindowTest, ClosesAtAPressElsewhereAfterTheFocusFollowedThePointer)
+{
+    focusLoss = FocusLoss::followedPointer;
+    open();
+    window->pointerWasPressed(QPoint(0, 0));
+    EXPECT_TRUE(window->isOpen()) << "with the focus";
+    focusElsewhere();
+    window->pointerWasPressed(content.geometry().center());
+    EXPECT_TRUE(window->isOpen()) << "inside";
+    window->pointerWasPressed(icon->center());
+    EXPECT_TRUE(window->isOpen()) << "on the icon";
+    window->pointerWasPressed(QPoint(0, 0));
+    EXPECT_FALSE(window->isOpen());
+}
+
+TEST_F(MenuBarWindowTest, StaysOpenForAnUnknownReasonUntilThePointerHasBeenInside)
+{
+    focusLoss = FocusLoss::unknown;
+    open();
+    focusElsewhere();
+    runEventLoop(longEnough);
+    EXPECT_TRUE(window->isOpen());
+    pointerEnters();
+    content.activateWindow();
+    ASSERT_TRUE(awaitFocus());
+    runEventLoop(longEnough);
+    EXPECT_TRUE(window->isOpen());
+    // The compositor tells of the keyboard first.
+    focusElsewhere();
+    pointerLeaves();
+    EXPECT_TRUE(window->isOpen());
+    EXPECT_TRUE(await([this] { return !window->isOpen(); }));
+}
+
+TEST_F(MenuBarWindowTest, StaysOpenWhenThePointerComesBackSoon)
+{
+    focusLoss = FocusLoss::unknown;
+    open();
+    pointerEnters();
+    pointerLeaves();
+    focusElsewhere();
+    EXPECT_TRUE(window->isOpen());
+    pointerEnters();
+    content.activateWindow();
+    ASSERT_TRUE(awaitFocus());
+    runEventLoop(longEnough);
+    EXPECT_TRUE(window->isOpen());
+}
+
+TEST_F(MenuBarWindowTest, ClosesWhenTheFocusIsLostLongAfterThePointerLeft)
+{
+    focusLoss = FocusLoss::unknown;
+    open();
+    pointerEnters();
+    pointerLeaves();
+    clock.advance(1s);
+    focusElsewhere();
+    EXPECT_FALSE(window->isOpen());
+}
+
+TEST_F(MenuBarWindowTest, ClosesWhenTheFocusIsLostAndThePointerStaysInside)
+{
+    focusLoss = FocusLoss::unknown;
+    open();
+    pointerEnters();
+    focusElsewhere();
+    EXPECT_TRUE(await([this] { return !window->isOpen(); }));
+}
+
+TEST_F(MenuBarWindowTest, ForgetsThePointerWhenItOpensAgain)
+{
+    focusLoss = FocusLoss::unknown;
+    open();
+    pointerEnters();
+    pointerLeaves();
+    clock.advance(1s);
+    focusElsewhere();
+    ASSERT_FALSE(window->isOpen());
+    open();
+    focusElsewhere();
+    runEventLoop(longEnough);
+    EXPECT_TRUE(window->isOpen());
+}
+
 TEST_F(MenuBarWindowTest, IsNotOpenedByTheClickThatTookItsFocus)
 {
     open();
@@ -230,8 +346,17 @@ TEST_F(MenuBarWindowTest, TakesTheFocusBackFromAWindowThatOpenedWithIt)
     }
 }
 
+TEST_F(MenuBarWindowTest, ClosesForAWindowThatIsOpenedAfterIt)
+{
+    window->openAmongOthers();
+    ASSERT_TRUE(awaitFocus());
+    focusElsewhere();
+    EXPECT_FALSE(window->isOpen());
+}
+
 TEST_F(MenuBarWindowTest, ClosesForAWindowThatOpenedWithItTwoSecondsLater)
 {
+    other.show();
     window->openAmongOthers();
     ASSERT_TRUE(awaitFocus());
     clock.advance(2s);

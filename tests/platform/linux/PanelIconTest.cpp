@@ -1,6 +1,9 @@
 #include "platform/linux/PanelIcon.h"
 
 #include "resources/ImageIcon.h"
+#include "tests/support/EnvironmentChange.h"
+#include "tests/support/PixelReading.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <QIconEngine>
 #include <QImage>
@@ -96,6 +99,74 @@ TEST(PanelTextColor, IsWhiteOnSway)
     EXPECT_EQ(
         panelTextColor(QStringLiteral("sway"), paletteWithText(Qt::black)), QColor(Qt::white));
 }
+
+TEST(ColorOnPanel, IsKeptWhereItStandsOut)
+{
+    EXPECT_EQ(colorOnPanel(Qt::black, QColor(0xDC, 0xDA, 0xD5)), QColor(Qt::black));
+    EXPECT_EQ(colorOnPanel(QColor(200, 40, 90), Qt::black), QColor(200, 40, 90));
+}
+
+TEST(ColorOnPanel, IsBlackOrWhiteWhereItDoesNot)
+{
+    EXPECT_EQ(colorOnPanel(Qt::black, QColor(0x20, 0x20, 0x20)), QColor(Qt::white));
+    EXPECT_EQ(colorOnPanel(Qt::white, QColor(0xDC, 0xDA, 0xD5)), QColor(Qt::black));
+}
+
+TEST(PanelIconName, IsThatOfTheInstalledSymbolExceptOnSway)
+{
+    const TemporaryFolder data;
+    const EnvironmentChange change("XDG_DATA_DIRS", data.path().string());
+    EXPECT_EQ(panelIconName(QStringLiteral("KDE")), QString());
+    writeFile(data.path() / "icons/hicolor/symbolic/apps/app.orlimo.Orlimo-symbolic.svg", "<svg/>");
+    EXPECT_EQ(panelIconName(QStringLiteral("KDE")), QStringLiteral("app.orlimo.Orlimo-symbolic"));
+    EXPECT_EQ(panelIconName(QStringLiteral("sway")), QString());
+}
+
+TEST(PanelIcon, HasItsThemeName)
+{
+    const QIcon shape = templateIcon(QStringLiteral("StatusBarIcon"));
+    EXPECT_EQ(panelIcon(shape, Qt::white, QStringLiteral("a-name")).name(), u"a-name");
+    EXPECT_EQ(panelIcon(shape, Qt::white).name(), QString());
+}
+
+/// A place of an icon and what of it the icon is to fill, in points.
+struct PlaceOfIcon
+{
+    QSize place;
+    QRect square;
+};
+
+class PanelIconInItsPlace : public testing::TestWithParam<PlaceOfIcon>
+{};
+
+TEST_P(PanelIconInItsPlace, IsASquareOfAtMostSixteenPointsInTheMiddle)
+{
+    const auto& [place, square] = GetParam();
+    const QIcon icon = panelIcon(templateIcon(QStringLiteral("StatusBarIcon")), Qt::black);
+    for (const int scale : {1, 2}) {
+        QImage screen(place * scale, QImage::Format_ARGB32);
+        screen.setDevicePixelRatio(scale);
+        screen.fill(Qt::transparent);
+        QPainter painter(&screen);
+        icon.paint(&painter, QRect(QPoint(), place));
+        painter.end();
+        // The drawing is as wide as its square.
+        const QRect ink = inkOf(screen);
+        EXPECT_EQ(ink.x(), square.x() * scale);
+        EXPECT_EQ(ink.width(), square.width() * scale);
+        EXPECT_NEAR(ink.y() + ink.height(), (square.y() + square.height()) * scale, scale);
+        EXPECT_NEAR(ink.height(), ink.width() * 15 / 16, scale);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Trays,
+    PanelIconInItsPlace,
+    testing::Values(
+        PlaceOfIcon{{22, 22}, {3, 3, 16, 16}},
+        PlaceOfIcon{{22, 38}, {3, 11, 16, 16}},
+        PlaceOfIcon{{38, 22}, {11, 3, 16, 16}},
+        PlaceOfIcon{{22, 12}, {5, 0, 12, 12}}));
 
 TEST(PanelIcon, PaintsATemplateInTheColorAtEverySize)
 {

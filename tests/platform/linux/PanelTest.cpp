@@ -1,5 +1,6 @@
 #include "tests/app/StatusNotifierPanel.h"
 #include "tests/platform/linux/DesktopProbeTest.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <QPoint>
 #include <QRect>
@@ -180,6 +181,41 @@ TEST_F(PanelTest, WindowClosesWhenItLosesTheFocus)
     EXPECT_TRUE(awaitClosed());
     runEventLoop(aWhile);
     openByPanel();
+}
+
+TEST_F(PanelTest, DoubleClickOpensTheWindow)
+{
+    startWithPanel();
+    panel->click();
+    panel->click();
+    ASSERT_TRUE(awaitActive("Content"));
+    runEventLoop(aWhile);
+    EXPECT_TRUE(window("Content"));
+    EXPECT_EQ(count("opened"), 1);
+    EXPECT_EQ(count("closed"), 0);
+    panel->click();
+    EXPECT_TRUE(awaitClosed());
+}
+
+TEST_F(PanelTest, ItemNamesTheInstalledSymbolBesideItsPixmaps)
+{
+    const TemporaryFolder data;
+    writeFile(data.path() / "icons/hicolor/symbolic/apps/app.orlimo.Orlimo-symbolic.svg", "<svg/>");
+    panel.emplace(desktop);
+    startProgram({{"XDG_DATA_DIRS", data.path().string()}});
+    ASSERT_TRUE(panel->awaitItem());
+    EXPECT_EQ(panel->iconName(), "app.orlimo.Orlimo-symbolic");
+    EXPECT_EQ(panel->iconSizes(), "16,22,24,32,44,48,64,");
+}
+
+TEST_F(PanelTest, ItemHasPixmapsAloneWhereTheSymbolIsNotInstalled)
+{
+    const TemporaryFolder data;
+    panel.emplace(desktop);
+    startProgram({{"XDG_DATA_DIRS", data.path().string()}});
+    ASSERT_TRUE(panel->awaitItem());
+    EXPECT_EQ(panel->iconName(), "");
+    EXPECT_EQ(panel->iconSizes(), "16,22,24,32,44,48,64,");
 }
 
 TEST_F(PanelTest, MenuOpensTheWindow)

@@ -11,6 +11,7 @@
 
 #include <chrono>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -24,6 +25,11 @@ QIcon anyIcon()
     QPixmap pixmap(16, 16);
     pixmap.fill(Qt::black);
     return QIcon(pixmap);
+}
+
+std::chrono::milliseconds doubleClickInterval()
+{
+    return std::chrono::milliseconds(QApplication::doubleClickInterval());
 }
 
 class TrayIconTest : public testing::Test
@@ -59,6 +65,17 @@ TEST_F(TrayIconTest, TogglesAtAClick)
 {
     activate(QSystemTrayIcon::Trigger);
     EXPECT_EQ(asked, once);
+    clock.advance(doubleClickInterval() + 1ms);
+    activate(QSystemTrayIcon::Trigger);
+    EXPECT_EQ(asked, twice);
+}
+
+TEST_F(TrayIconTest, TogglesOnceAtADoubleClickThatComesAsTwoClicks)
+{
+    activate(QSystemTrayIcon::Trigger);
+    clock.advance(doubleClickInterval());
+    activate(QSystemTrayIcon::Trigger);
+    EXPECT_EQ(asked, once);
     activate(QSystemTrayIcon::Trigger);
     EXPECT_EQ(asked, twice);
 }
@@ -82,7 +99,7 @@ TEST_F(TrayIconTest, TogglesAtADoubleClickThatComesAlone)
 TEST_F(TrayIconTest, TogglesOnceAtADoubleClickThatComesInTwoParts)
 {
     activate(QSystemTrayIcon::Trigger);
-    clock.advance(std::chrono::milliseconds(QApplication::doubleClickInterval()));
+    clock.advance(doubleClickInterval());
     activate(QSystemTrayIcon::DoubleClick);
     EXPECT_EQ(asked, once);
 }
@@ -90,7 +107,7 @@ TEST_F(TrayIconTest, TogglesOnceAtADoubleClickThatComesInTwoParts)
 TEST_F(TrayIconTest, TogglesTwiceAtAClickAndALaterDoubleClick)
 {
     activate(QSystemTrayIcon::Trigger);
-    clock.advance(std::chrono::milliseconds(QApplication::doubleClickInterval() + 1));
+    clock.advance(doubleClickInterval() + 1ms);
     activate(QSystemTrayIcon::DoubleClick);
     EXPECT_EQ(asked, twice);
 }
@@ -147,6 +164,22 @@ TEST_F(TrayIconTest, HasAMenuThatOpensAndQuits)
     EXPECT_EQ(asked, std::vector<std::string>{"open"});
     actions.at(1)->trigger();
     EXPECT_EQ(asked, (std::vector<std::string>{"open", "quit"}));
+}
+
+TEST(TrayIconOfATemplate, IsPaintedInTheColorThatTheTrayPublishes)
+{
+    QIcon shape = anyIcon();
+    shape.setIsMask(true);
+    TrayIcon icon(shape, {.toggle = [] {}, .open = [] {}, .quit = [] {}});
+    const auto shown = [&icon] {
+        const auto& toolkitIcon = *icon.findChild<QSystemTrayIcon*>();
+        return toolkitIcon.icon().pixmap(QSize(16, 16), 1).toImage().pixelColor(8, 8);
+    };
+    const QColor before = shown();
+    icon.setTextColor(QColor(200, 40, 90));
+    EXPECT_EQ(shown(), QColor(200, 40, 90));
+    icon.setTextColor(std::nullopt);
+    EXPECT_EQ(shown(), before);
 }
 
 TEST_F(TrayIconTest, SaysNothingOfItsPlaceWhereThereIsNoTray)

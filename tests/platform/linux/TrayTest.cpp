@@ -1,4 +1,5 @@
 #include "tests/app/ShyWindowManager.h"
+#include "tests/app/SloppyWindowManager.h"
 #include "tests/platform/linux/DesktopProbeTest.h"
 #include "tests/support/OutputCapture.h"
 #include "tests/support/TemporaryFolder.h"
@@ -10,6 +11,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <memory>
 #include <ostream>
 #include <string>
 #include <utility>
@@ -196,6 +198,107 @@ TEST_F(TrayOfShyWindowsTest, ClickGivesTheWindowTheKeyboard)
     EXPECT_TRUE(awaitClosed());
     runEventLoop(aWhile);
     openByClick();
+}
+
+/// A desktop whose window manager gives the focus to the window under the pointer.
+class TrayOfSloppyFocusTest : private SloppyWindowManager, public TrayTest
+{
+protected:
+    /// Opens the window by a click and moves the pointer on to another application's window, which
+    /// takes the focus with that.
+    void openAndMoveToOther()
+    {
+        other = desktop.openOtherApplication();
+        start();
+        openByClick();
+        desktop.movePointer(inOther);
+        ASSERT_TRUE(awaitActive("xmessage"));
+        runEventLoop(aWhile);
+        EXPECT_TRUE(window("Content"));
+    }
+
+    /// Moves the pointer into the window and waits for the focus.
+    void moveInside()
+    {
+        desktop.movePointer(window("Content")->center());
+        ASSERT_TRUE(awaitActive("Content"));
+    }
+
+    static constexpr QPoint inOther{400, 600};
+    static constexpr QPoint onTheDesktop{100, 700};
+    std::unique_ptr<ChildProcess> other;
+};
+
+TEST_F(TrayOfSloppyFocusTest, WindowWaitsForThePointer)
+{
+    ASSERT_NO_FATAL_FAILURE(openAndMoveToOther());
+    ASSERT_NO_FATAL_FAILURE(moveInside());
+    desktop.press("4");
+    EXPECT_TRUE(await([this] { return program->ask("text") == "4"; }));
+    desktop.press("Escape");
+    EXPECT_TRUE(awaitClosed());
+}
+
+TEST_F(TrayOfSloppyFocusTest, WindowWaitsForThePointerOnItsWayOverTheDesktop)
+{
+    start();
+    openByClick();
+    desktop.movePointer(onTheDesktop);
+    runEventLoop(aWhile);
+    ASSERT_TRUE(window("Content"));
+    ASSERT_NO_FATAL_FAILURE(moveInside());
+}
+
+TEST_F(TrayOfSloppyFocusTest, WindowStaysOpenWhenThePointerLeavesIt)
+{
+    ASSERT_NO_FATAL_FAILURE(openAndMoveToOther());
+    ASSERT_NO_FATAL_FAILURE(moveInside());
+    desktop.movePointer(inOther);
+    ASSERT_TRUE(awaitActive("xmessage"));
+    runEventLoop(std::chrono::seconds(2));
+    EXPECT_TRUE(window("Content"));
+    EXPECT_EQ(count("closed"), 0);
+}
+
+TEST_F(TrayOfSloppyFocusTest, WindowClosesAtAClickElsewhere)
+{
+    ASSERT_NO_FATAL_FAILURE(openAndMoveToOther());
+    desktop.click(inOther);
+    EXPECT_TRUE(awaitClosed());
+}
+
+TEST_F(TrayOfSloppyFocusTest, WindowClosesAtAClickOnTheDesktop)
+{
+    ASSERT_NO_FATAL_FAILURE(openAndMoveToOther());
+    desktop.click(onTheDesktop);
+    EXPECT_TRUE(awaitClosed());
+}
+
+TEST_F(TrayOfSloppyFocusTest, WindowStaysOpenWhenTheWheelIsTurnedElsewhere)
+{
+    constexpr int wheel = 5;
+    ASSERT_NO_FATAL_FAILURE(openAndMoveToOther());
+    desktop.click(inOther, wheel);
+    runEventLoop(aWhile);
+    EXPECT_TRUE(window("Content"));
+}
+
+TEST_F(TrayOfSloppyFocusTest, WindowClosesAtASecondClickOnTheIcon)
+{
+    ASSERT_NO_FATAL_FAILURE(openAndMoveToOther());
+    desktop.click(icon.center());
+    EXPECT_TRUE(awaitClosed());
+    runEventLoop(aWhile);
+    EXPECT_FALSE(window("Content"));
+    EXPECT_EQ(count("opened"), 1);
+}
+
+TEST_F(TrayOfSloppyFocusTest, WindowClosesWhenAnotherApplicationOpens)
+{
+    start();
+    openByClick();
+    other = desktop.openOtherApplication();
+    EXPECT_TRUE(awaitClosed());
 }
 
 class TrayOfLargeScreenTest : public TrayTest

@@ -85,6 +85,19 @@ TEST_F(TraylessTest, WindowThatIsAskedForBesideAnotherWindowStaysOpen)
     EXPECT_TRUE(awaitActive("Content"));
 }
 
+TEST_F(TraylessTest, AboutPanelTakesTheFocusRightAfterAnOpeningOnRequest)
+{
+    startProgram();
+    tell("stop the clock");
+    tell("open on request beside another window");
+    ASSERT_TRUE(awaitActive("Content"));
+    tell("about");
+    EXPECT_TRUE(awaitActive("About Orlimo"));
+    EXPECT_TRUE(awaitClosed());
+    runEventLoop(aWhile);
+    EXPECT_TRUE(awaitActive("About Orlimo"));
+}
+
 TEST_F(TraylessTest, WindowThatOpenedByItselfClosesForAnotherProgram)
 {
     startProgram();

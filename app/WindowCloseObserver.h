@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QEvent>
+#include <QObject>
+#include <QTimer>
+#include <QWidget>
+
+#include <functional>
+#include <utility>
+
+namespace orlimo {
+
+/// Calls a function once a visible window has been closed, in the event loop and at most once. The
+/// observer and the window may go in either order; nothing is called after the observer has gone.
+/// Main thread.
+class WindowCloseObserver final : public QObject
+{
+public:
+    WindowCloseObserver(QWidget& window, std::function<void()> closedHandler)
+        : didClose(std::move(closedHandler))
+    {
+        window.installEventFilter(this);
+    }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        // The system reports a minimized window as hidden, too: that is a spontaneous event.
+        if (event->type() == QEvent::Hide && !event->spontaneous()) {
+            watched->removeEventFilter(this);
+            QTimer::singleShot(0, this, [this] { didClose(); });
+        }
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    std::function<void()> didClose;
+};
+
+} // namespace orlimo

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "platform/UptimeClock.h"
+#include "platform/qt/FocusLoss.h"
+
+#include <QAbstractNativeEventFilter>
+#include <QPoint>
+#include <QWidget>
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <vector>
+
+#include <xcb/xcb.h>
+
+namespace orlimo {
+
+/// Watches on the X server why a window loses the focus: sees each press of a mouse button,
+/// wherever it is, and where the pointer is when the focus goes. The focus has followed the pointer
+/// when nothing was pressed, and the pointer is in the window that has the focus now, and that
+/// window is not a new one. Main thread; needs the application
+/// object, on Qt's xcb platform.
+class X11Focus final : private QAbstractNativeEventFilter
+{
+public:
+    /// Called in the event loop at each press, with its place on the screen in points.
+    using PressHandler = std::function<void(const QPoint&)>;
+
+    /// `window` must outlive this object.
+    X11Focus(QWidget& window, PressHandler pressHandler, UptimeClock uptimeClock = currentUptime);
+    X11Focus(const X11Focus&) = delete;
+    X11Focus& operator=(const X11Focus&) = delete;
+    ~X11Focus() override = default;
+
+    /// Why the window has lost the focus; never `unknown`.
+    [[nodiscard]] FocusLoss lastLoss() const;
+
+private:
+    bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
+    void selectPresses() const;
+    [[nodiscard]] bool isPress(const xcb_generic_event_t& event) const;
+    [[nodiscard]] bool movesFocus(const xcb_generic_event_t& event) const;
+    void noteTopLevels();
+    [[nodiscard]] bool wasJustPressed() const;
+    [[nodiscard]] bool isPointerWhereFocusIs() const;
+    [[nodiscard]] bool isAnotherWindowActive() const;
+
+    QWidget& content;
+    PressHandler handlePress;
+    UptimeClock clock;
+    xcb_connection_t* connection;
+    xcb_window_t root;
+    xcb_atom_t activeWindow;
+    std::uint8_t inputExtension = 0;
+    std::optional<Uptime> pressed;
+    /// Those that were there when the window got the focus.
+    std::vector<xcb_window_t> topLevels;
+    FocusLoss loss = FocusLoss::deliberate;
+};
+
+} // namespace orlimo
