@@ -243,8 +243,9 @@ TEST_F(CopyButtonTest, FollowsAChangeOfPaletteWhileItIsHoveredToo)
 TEST_F(CopyButtonTest, HasItsFocusRingAroundThePill)
 {
     copy.setFocus(Qt::TabFocusReason);
-    EXPECT_THAT(seenAt(QPointF(86, 16 - 2)), isColor(accent));
-    EXPECT_THAT(seenAt(QPointF(86, 56 + 1.5)), isColor(accent));
+    const QColor ring = focusRingColor(lightPalette());
+    EXPECT_THAT(seenAt(QPointF(86, 16 - 2)), isColor(ring));
+    EXPECT_THAT(seenAt(QPointF(86, 56 + 1.5)), isColor(ring));
     EXPECT_THAT(seenAt(QPointF(86, 16 - 0.5)), isColor(ground));
     copy.clearFocus();
     EXPECT_THAT(seenAt(QPointF(86, 16 - 2)), isColor(ground));

@@ -83,7 +83,25 @@ TEST_F(SwitchTest, OffHasItsKnobAtTheLeadingEndOfADullTrack)
     const QColor track = Picture::of(toggle).at(QPointF(28, 10));
     EXPECT_EQ(track.alpha(), 255);
     EXPECT_LT(track.hsvSaturation(), 20);
-    EXPECT_GT(contrastRatio(track, windowColor(toggle.palette())), 1.5);
+}
+
+TEST_F(SwitchTest, IsDistinctOnAndOffInEveryPalette)
+{
+    for (const QColor& accent : {QColor(53, 132, 228), QColor(0, 0, 90), QColor(255, 230, 0)}) {
+        for (const QPalette& scheme : allPalettes(accent)) {
+            const PaletteChange change(scheme);
+            for (const bool on : {false, true}) {
+                toggle.setChecked(on);
+                const QColor track = Picture::of(toggle).at(QPointF(on ? 8 : 28, 10));
+                for (const QColor& beside :
+                     {windowColor(scheme), surfaceColor(scheme), QColor(Qt::white)}) {
+                    EXPECT_GE(contrastRatio(track, beside), distinctContrast)
+                        << testing::PrintToString(track) << " on "
+                        << testing::PrintToString(beside);
+                }
+            }
+        }
+    }
 }
 
 TEST_F(SwitchTest, OnHasItsKnobAtTheTrailingEndOfATrackInTheAccentColor)
