@@ -2,6 +2,7 @@
 
 #include "controls/Colors.h"
 #include "controls/FocusRing.h"
+#include "controls/ReturnKey.h"
 
 #include <QPainter>
 #include <QStyle>
@@ -37,6 +38,7 @@ Switch::Switch(QWidget* parent)
     setFixedSize(trackSize);
     setFocusPolicy(Qt::StrongFocus);
     FocusRing::attach(*this, trackSize.height() / 2.0);
+    ReturnKey::attach(*this);
     slide.setDuration(static_cast<int>(slideDuration.count()));
     slide.setEasingCurve(QEasingCurve::InOutQuad);
     connect(&slide, &QVariantAnimation::valueChanged, this, [this] { update(); });

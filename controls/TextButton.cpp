@@ -2,6 +2,7 @@
 
 #include "controls/FocusRing.h"
 #include "controls/LayoutMetrics.h"
+#include "controls/ReturnKey.h"
 #include "controls/RoundedRectangle.h"
 #include "controls/SymbolLabel.h"
 #include "controls/TextBlock.h"
@@ -27,6 +28,7 @@ TextButton::TextButton(const QString& text, Look buttonLook)
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     FocusRing::attach(*this, cornerRadius);
+    ReturnKey::attach(*this);
 }
 
 QSize TextButton::sizeHint() const

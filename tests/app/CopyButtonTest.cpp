@@ -159,8 +159,11 @@ TEST_F(CopyButtonTest, IsClickedByTheKeyboard)
 {
     QSignalSpy clicked(&copy, &CopyButton::clicked);
     copy.setFocus(Qt::TabFocusReason);
-    QTest::keyClick(&copy, Qt::Key_Space);
-    EXPECT_EQ(clicked.count(), 1);
+    int expected = 0;
+    for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter}) {
+        QTest::keyClick(&copy, key);
+        EXPECT_EQ(clicked.count(), ++expected) << key;
+    }
 }
 
 TEST_F(CopyButtonTest, HasTheRoundCornersOfItsPillAndNothingAround)

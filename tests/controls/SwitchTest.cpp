@@ -221,13 +221,15 @@ TEST_F(ShownSwitch, IsNotToggledWhereThePointerIsReleasedElsewhere)
     EXPECT_FALSE(shown->isChecked());
 }
 
-TEST_F(ShownSwitch, IsToggledBySpace)
+TEST_F(ShownSwitch, IsToggledBySpaceAndReturn)
 {
     shown->setFocus(Qt::TabFocusReason);
-    QTest::keyClick(&*shown, Qt::Key_Space);
-    EXPECT_TRUE(shown->isChecked());
-    QTest::keyClick(&*shown, Qt::Key_Space);
-    EXPECT_FALSE(shown->isChecked());
+    for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter}) {
+        QTest::keyClick(&*shown, key);
+        EXPECT_TRUE(shown->isChecked()) << key;
+        QTest::keyClick(&*shown, key);
+        EXPECT_FALSE(shown->isChecked()) << key;
+    }
 }
 
 TEST_F(ShownSwitch, IsReachedByTab)

@@ -197,8 +197,11 @@ TEST_F(TextButtonTest, IsClickedByPointerAndKeyboard)
     EXPECT_EQ(clicked.count(), 1);
     QTest::keyClick(&button.window, Qt::Key_Tab);
     ASSERT_TRUE(button->hasFocus());
-    QTest::keyClick(&*button, Qt::Key_Space);
-    EXPECT_EQ(clicked.count(), 2);
+    int expected = 1;
+    for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter}) {
+        QTest::keyClick(&*button, key);
+        EXPECT_EQ(clicked.count(), ++expected) << key;
+    }
 }
 
 TEST_F(TextButtonTest, FollowsAChangeOfPalette)
