@@ -148,8 +148,9 @@ TEST_P(GuidanceLayout, HasAButtonWithItsSymbolInTwoPaddings)
     EXPECT_EQ(button.look().systemSymbolName, QStringLiteral("hand.raised.fill"));
     EXPECT_EQ(button.font().pixelSize(), 15);
     EXPECT_EQ(button.font().weight(), QFont::Normal);
-    // Five points around the label, and the default style's own edge around those.
-    EXPECT_EQ(button.look().padding, QMargins(5 + 8, 5 + 1, 5 + 8, 5 + 1));
+    // Five points around the label, and the bordered style's own edge around those.
+    EXPECT_EQ(button.look().padding, QMargins(5, 5, 5, 5));
+    EXPECT_EQ(button.margins(), QMargins(5 + 8, 5 + 1, 5 + 8, 5 + 1));
     const QRect frame = area("buttonFrame");
     EXPECT_EQ(areaIn(window, button), frame.marginsRemoved({16, 16, 16, 16}));
     EXPECT_EQ(button.size(), button.sizeHint());
