@@ -4,6 +4,7 @@
 #include "resources/ImageIcon.h"
 
 #include <QPalette>
+#include <QShowEvent>
 #include <QVBoxLayout>
 
 namespace orlimo {
@@ -35,6 +36,15 @@ GuidanceWindow::GuidanceWindow(QWidget* content, const QRect& contentArea)
     layout->addWidget(content);
     setFixedSize(contentArea.size());
     setGeometry(contentArea);
+}
+
+void GuidanceWindow::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    // Qt would give the focus to the button, unseen, and Tab would have nowhere to go.
+    if (!event->spontaneous()) {
+        setFocus();
+    }
 }
 
 QRect GuidanceWindow::contentAreaOn(const QRect& screenFrame)

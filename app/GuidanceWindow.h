@@ -5,8 +5,8 @@
 namespace orlimo {
 
 /// The window around `HelperView`: a title bar and a close button, a content of 500 by 500 points,
-/// and a dark surface in light and dark schemes alike, because the view's texts are white. Main
-/// thread.
+/// and a dark surface in light and dark schemes alike, because the view's texts are white. No
+/// control has the keyboard focus when it is shown: Tab gives it to the first. Main thread.
 class GuidanceWindow : public QWidget
 {
     Q_OBJECT
@@ -19,6 +19,9 @@ public:
 
     /// Where the window stands on a screen of this frame: in the middle of its whole size.
     [[nodiscard]] static QRect contentAreaOn(const QRect& screenFrame);
+
+protected:
+    void showEvent(QShowEvent* event) override;
 };
 
 } // namespace orlimo

@@ -9,6 +9,7 @@
 #include "platform/MainThread.h"
 
 #include <QPainter>
+#include <QShowEvent>
 #include <QUrl>
 #include <QVBoxLayout>
 
@@ -100,6 +101,16 @@ void StatusMenuView::quit() const
 {
     requireMainThread();
     host.application().terminate();
+}
+
+void StatusMenuView::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    // Qt would give the focus to the first control, or to that of last time, without a ring: the
+    // space bar would work on it unseen. From the window, Tab leads to the first one.
+    if (!event->spontaneous()) {
+        setFocus();
+    }
 }
 
 void StatusMenuView::paintEvent(QPaintEvent* /*event*/)

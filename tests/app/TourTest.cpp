@@ -5,6 +5,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <map>
+
 namespace orlimo {
 namespace {
 
@@ -134,6 +136,35 @@ TEST_F(Tour, EverySwitchIsStoredAtOnceWhenFlippedWithTheKeyboard)
         expected[key] = "true";
         EXPECT_TRUE(program.awaitPreferences(expected)) << name;
         EXPECT_TRUE(awaitSwitch(name, true));
+    }
+}
+
+TEST_F(Tour, NoKeyWorksOnAControlBeforeTabHasLedToIt)
+{
+    for (int opening = 0; opening < 2; ++opening) {
+        program.open();
+        for (const char* key : {"space", "Return", "KP_Enter"}) {
+            program.desktop().press(key);
+        }
+        focusSwitch("Include 4 digit code");
+        EXPECT_TRUE(awaitSwitch("Auto Copy to Clipboard", true));
+        EXPECT_TRUE(program.awaitPreferences(allPreferencesOn()));
+        program.close();
+    }
+}
+
+TEST_F(Tour, ReturnAndEnterPressAButton)
+{
+    program.open();
+    ASSERT_TRUE(program.awaitShown("label", "482913"));
+    program.desktop().press("shift+Tab");
+    program.desktop().press("shift+Tab");
+    for (const char* key : {"Return", "KP_Enter"}) {
+        const auto before = program.desktop().openedAddresses().size();
+        program.desktop().press(key);
+        EXPECT_TRUE(awaitSparingly([&] {
+            return program.desktop().openedAddresses().size() == before + 1;
+        })) << key;
     }
 }
 
