@@ -1,5 +1,6 @@
 #include "app/GuidanceWindow.h"
 
+#include "controls/AccessibleWindow.h"
 #include "controls/Colors.h"
 #include "resources/ImageIcon.h"
 
@@ -29,6 +30,7 @@ GuidanceWindow::GuidanceWindow(QWidget* content, const QRect& contentArea)
           nullptr,
           Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint)
 {
+    announceWindows();
     setWindowIcon(imageIcon(QStringLiteral("logo")));
     setPalette(darkPalette());
     auto* layout = new QVBoxLayout(this);

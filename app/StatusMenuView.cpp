@@ -1,6 +1,7 @@
 #include "app/StatusMenuView.h"
 
 #include "app/PopupView.h"
+#include "controls/AccessibleWindow.h"
 #include "controls/Colors.h"
 #include "controls/Divider.h"
 #include "controls/LayoutMetrics.h"
@@ -41,6 +42,7 @@ StatusMenuView::StatusMenuView(std::shared_ptr<Message> controller, MenuHost men
 {
     requireMainThread();
     setFixedSize(size);
+    announceWindows();
     // It fills itself, so that the toolkit need not do so before.
     setAttribute(Qt::WA_OpaquePaintEvent);
     auto* stack = new QVBoxLayout(this);

@@ -14,6 +14,7 @@
 #include "tests/support/Picture.h"
 #include "tests/support/WidgetWindow.h"
 
+#include <QAccessible>
 #include <QLayout>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -182,6 +183,14 @@ TEST_P(GuidanceLayout, IsLegibleInEveryScheme)
                 legibleContrast);
         }
     }
+}
+
+TEST_P(GuidanceLayout, IsAnnouncedUnderTheProgramsName)
+{
+    auto* accessible = QAccessible::queryAccessibleInterface(&window);
+    ASSERT_NE(accessible, nullptr);
+    EXPECT_EQ(accessible->role(), QAccessible::Window);
+    EXPECT_EQ(accessible->text(QAccessible::Name), QStringLiteral("Orlimo"));
 }
 
 TEST_P(GuidanceLayout, IsNotClipped)

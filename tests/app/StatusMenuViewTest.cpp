@@ -14,6 +14,7 @@
 #include "tests/support/Pointer.h"
 #include "tests/support/WidgetWindow.h"
 
+#include <QAccessible>
 #include <QShowEvent>
 #include <QTest>
 #include <gmock/gmock.h>
@@ -180,6 +181,15 @@ TEST_F(StatusMenuViewTest, KeepsTheFocusWhenTheWindowSystemHidesAndShowsIt)
     QSpontaneKeyEvent::setSpontaneous(&event);
     QCoreApplication::instance()->notify(menu.get(), &event);
     EXPECT_TRUE(named<Switch>(*menu, "capturingEnabled").hasFocus());
+}
+
+TEST_F(StatusMenuViewTest, IsAnnouncedUnderTheProgramsName)
+{
+    const auto menu = shownMenu();
+    auto* accessible = QAccessible::queryAccessibleInterface(menu.get());
+    ASSERT_NE(accessible, nullptr);
+    EXPECT_EQ(accessible->role(), QAccessible::Window);
+    EXPECT_EQ(accessible->text(QAccessible::Name), QStringLiteral("Orlimo"));
 }
 
 TEST_F(StatusMenuViewTest, IsWalkedThroughByTabFromTopToBottom)

@@ -168,6 +168,31 @@ TEST_F(Tour, ReturnAndEnterPressAButton)
     }
 }
 
+TEST_F(Tour, TheWindowIsAnnouncedUnderTheProgramsNameAndEachOfItsTextsOnce)
+{
+    program.open();
+    ASSERT_TRUE(program.awaitShown("frame", "Orlimo"));
+    const AccessibilityTree& tree = program.desktop().accessibility();
+    std::map<std::string, int> counts;
+    for (const Accessible& element : tree.showing("Orlimo")) {
+        ++counts[element.name()];
+    }
+    for (const char* text :
+         {"Capture Options",
+          "Auto Copy to Clipboard",
+          "Include 4 digit code",
+          "Launch at login",
+          "Latest Code",
+          "482913",
+          "Copy",
+          "About",
+          "Open website",
+          "Quit"})
+    {
+        EXPECT_EQ(counts[text], 1) << text << '\n' << tree.describe("Orlimo");
+    }
+}
+
 TEST_F(Tour, TheLoginSwitchMakesAndRemovesTheAutostartEntry)
 {
     ASSERT_TRUE(awaitSparingly([this] { return startsAtLogin(); }));
