@@ -4,6 +4,7 @@
 #include "controls/Colors.h"
 #include "controls/FocusRing.h"
 #include "controls/LayoutMetrics.h"
+#include "controls/ReturnKey.h"
 #include "controls/TextBlock.h"
 #include "platform/MainThread.h"
 
@@ -25,6 +26,7 @@ CopyButton::CopyButton(const QString& text)
     setFixedSize(styledSize());
     setAttribute(Qt::WA_Hover);
     FocusRing::attach(*this, pillCornerRadius, metrics::defaultPadding);
+    ReturnKey::attach(*this);
 }
 
 QSize CopyButton::sizeHint() const

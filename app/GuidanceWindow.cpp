@@ -1,10 +1,12 @@
 #include "app/GuidanceWindow.h"
 
+#include "controls/AccessibleWindow.h"
 #include "controls/Colors.h"
 #include "resources/ImageIcon.h"
 
 #include <QEvent>
 #include <QPalette>
+#include <QShowEvent>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -30,6 +32,7 @@ GuidanceWindow::GuidanceWindow(QWidget* content, const QRectF& contentArea)
           nullptr,
           Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint)
 {
+    announceWindows();
     setWindowIcon(imageIcon(QStringLiteral("logo")));
     setPalette(darkPalette());
     auto* layout = new QVBoxLayout(this);
@@ -38,6 +41,15 @@ GuidanceWindow::GuidanceWindow(QWidget* content, const QRectF& contentArea)
     setFixedSize(contentArea.size().toSize());
     // Qt places windows on whole points only, on every system.
     setGeometry(contentArea.toRect());
+}
+
+void GuidanceWindow::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    // Qt would give the focus to the button, unseen, and Tab would have nowhere to go.
+    if (!event->spontaneous()) {
+        setFocus();
+    }
 }
 
 QRectF GuidanceWindow::contentAreaOn(const QRect& screenFrame)

@@ -5,8 +5,8 @@
 namespace orlimo {
 
 /// The window around `HelperView`: a title bar and a close button, a content of 500 by 500 points,
-/// and a dark surface in light and dark schemes alike, because the view's texts are white. Main
-/// thread.
+/// and a dark surface in light and dark schemes alike, because the view's texts are white. No
+/// control has the keyboard focus when it is shown: Tab gives it to the first. Main thread.
 class GuidanceWindow : public QWidget
 {
     Q_OBJECT
@@ -26,6 +26,7 @@ protected:
     /// Undoes being minimized: the window has no button for that, but some window managers offer it
     /// all the same, and one without a task bar would not show the window again.
     void changeEvent(QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
 };
 
 } // namespace orlimo

@@ -23,8 +23,6 @@ constexpr int textWidth = 420;
 constexpr int textFontSize = 14;
 constexpr int buttonFontSize = 15;
 constexpr int buttonLabelPadding = 5;
-/// What the default button style adds around its label, at the sides and at top and bottom.
-constexpr QMargins buttonBezel{8, 1, 8, 1};
 
 constexpr const char16_t* settingsPage =
     u"x-apple.systempreferences:com.apple.preference.security?Privacy_AllFiles";
@@ -92,7 +90,7 @@ HelperView::HelperView(std::function<bool(const QUrl&)> open)
         tr("Open System Setting"),
         {.style = TextButton::Style::bordered,
          .fontPixelSize = buttonFontSize,
-         .padding = QMargins(label, label, label, label) + buttonBezel,
+         .padding = QMargins(label, label, label, label),
          .systemSymbolName = QStringLiteral("hand.raised.fill")});
     button->setObjectName(QStringLiteral("openSystemSetting"));
     connect(button, &TextButton::clicked, this, &HelperView::openSystemSettings);

@@ -1,5 +1,6 @@
 #include "app/OptionRow.h"
 
+#include "controls/AccessibleWithoutLabel.h"
 #include "controls/LayoutMetrics.h"
 #include "controls/Spacer.h"
 #include "controls/Switch.h"
@@ -8,6 +9,18 @@
 #include <QHBoxLayout>
 
 namespace orlimo {
+
+namespace {
+
+QAccessibleInterface* makeAccessibleRow(const QString& /*className*/, QObject* object)
+{
+    auto* row = qobject_cast<OptionRow*>(object);
+    return row == nullptr ? nullptr
+                          : new AccessibleWithoutLabel(
+                                *row, QAccessible::Client, {}, row->text(), row->toggle());
+}
+
+} // namespace
 
 OptionRow::OptionRow(const QString& text, bool on, int leastTextWidth)
     : label(new TextLabel(text, metrics::bodyFontSize))
@@ -23,6 +36,7 @@ OptionRow::OptionRow(const QString& text, bool on, int leastTextWidth)
     row->addWidget(new Spacer(Qt::Horizontal), 1);
     row->addWidget(onOff, 0, Qt::AlignVCenter);
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    QAccessible::installFactory(makeAccessibleRow);
 }
 
 } // namespace orlimo

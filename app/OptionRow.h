@@ -7,7 +7,8 @@ namespace orlimo {
 class Switch;
 class TextLabel;
 
-/// A text at the leading edge and its switch at the trailing one.
+/// A text at the leading edge and its switch at the trailing one, announced as the switch under
+/// that text.
 class OptionRow : public QWidget
 {
     Q_OBJECT
@@ -17,7 +18,7 @@ public:
     OptionRow(const QString& text, bool on, int leastTextWidth = 0);
 
     [[nodiscard]] Switch& toggle() const { return *onOff; }
-    [[nodiscard]] const TextLabel& text() const { return *label; }
+    [[nodiscard]] TextLabel& text() const { return *label; }
 
     /// The least width of a framed text, and what surrounds the row, in points.
     static constexpr int framedTextWidth = 120;

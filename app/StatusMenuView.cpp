@@ -1,6 +1,7 @@
 #include "app/StatusMenuView.h"
 
 #include "app/PopupView.h"
+#include "controls/AccessibleWindow.h"
 #include "controls/Colors.h"
 #include "controls/Divider.h"
 #include "controls/LayoutMetrics.h"
@@ -9,6 +10,7 @@
 #include "platform/MainThread.h"
 
 #include <QPainter>
+#include <QShowEvent>
 #include <QUrl>
 #include <QVBoxLayout>
 
@@ -40,6 +42,7 @@ StatusMenuView::StatusMenuView(std::shared_ptr<Message> controller, MenuHost men
 {
     requireMainThread();
     setFixedSize(size);
+    announceWindows();
     // It fills itself, so that the toolkit need not do so before.
     setAttribute(Qt::WA_OpaquePaintEvent);
     auto* stack = new QVBoxLayout(this);
@@ -100,6 +103,16 @@ void StatusMenuView::quit() const
 {
     requireMainThread();
     host.application().terminate();
+}
+
+void StatusMenuView::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    // Qt would give the focus to the first control, or to that of last time, without a ring: the
+    // space bar would work on it unseen. From the window, Tab leads to the first one.
+    if (!event->spontaneous()) {
+        setFocus();
+    }
 }
 
 void StatusMenuView::paintEvent(QPaintEvent* /*event*/)

@@ -13,7 +13,8 @@ class PopupView;
 class TextButton;
 
 /// The menu-bar window's content: the code panel above the commands "About", "Open website" and
-/// "Quit". Main thread.
+/// "Quit". No control has the keyboard focus when it is shown: Tab gives it to the first. Main
+/// thread.
 class StatusMenuView : public QWidget
 {
     Q_OBJECT
@@ -25,6 +26,7 @@ public:
     static constexpr QSize size{300, 540};
 
 protected:
+    void showEvent(QShowEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
 private:

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <initializer_list>
 
 namespace orlimo {
 
@@ -25,9 +26,54 @@ double contrastOfLuminances(double one, double other)
     return (std::max(one, other) + 0.05) / (std::min(one, other) + 0.05);
 }
 
+/// `color`, made darker or lighter, whichever leads further from all of `backgrounds`, by as little
+/// as it takes for `contrast` to each.
+QColor
+contrastingColor(const QColor& color, std::initializer_list<QColor> backgrounds, double contrast)
+{
+    double darkest = 1;
+    double lightest = 0;
+    for (const QColor& background : backgrounds) {
+        const double luminance = relativeLuminance(background);
+        darkest = std::min(darkest, luminance);
+        lightest = std::max(lightest, luminance);
+    }
+    const bool onDark = contrastOfLuminances(lightest, 1) > contrastOfLuminances(darkest, 0);
+    const QColor goal = onDark ? Qt::white : Qt::black;
+    constexpr int steps = 64;
+    for (int step = 0; step < steps; ++step) {
+        // Rounded to what is painted before it is judged.
+        const QColor candidate(mixed(color, goal, static_cast<double>(step) / steps).rgb());
+        const double luminance = relativeLuminance(candidate);
+        if (contrastOfLuminances(luminance, darkest) >= contrast &&
+            contrastOfLuminances(luminance, lightest) >= contrast)
+        {
+            return candidate;
+        }
+    }
+    return goal;
+}
+
 QColor textOver(const QPalette& palette, double opacity)
 {
     return mixed(windowColor(palette), textColor(palette), opacity);
+}
+
+/// An outline of this opacity, or of more in a high-contrast palette.
+QColor outline(const QPalette& palette, double opacity)
+{
+    constexpr double highOpacity = 0.6;
+    return textOver(palette, isHighContrast(palette) ? highOpacity : opacity);
+}
+
+/// As the user chose it.
+QColor chosenAccent(const QPalette& palette)
+{
+#if QT_VERSION >= QT_VERSION_CHECK(6, 6, 0)
+    return palette.color(QPalette::Accent);
+#else
+    return palette.color(QPalette::Highlight);
+#endif
 }
 
 } // namespace
@@ -39,18 +85,12 @@ double contrastRatio(const QColor& one, const QColor& other)
 
 QColor legibleColor(const QColor& color, const QColor& background)
 {
-    const double luminance = relativeLuminance(background);
-    const bool onDark = contrastOfLuminances(luminance, 1) > contrastOfLuminances(luminance, 0);
-    const QColor goal = onDark ? Qt::white : Qt::black;
-    constexpr int steps = 64;
-    for (int step = 0; step < steps; ++step) {
-        // Rounded to what is painted before it is judged.
-        const QColor candidate(mixed(color, goal, static_cast<double>(step) / steps).rgb());
-        if (contrastOfLuminances(relativeLuminance(candidate), luminance) >= legibleContrast) {
-            return candidate;
-        }
-    }
-    return goal;
+    return contrastingColor(color, {background}, legibleContrast);
+}
+
+QColor distinctColor(const QColor& color, const QPalette& palette)
+{
+    return contrastingColor(color, {windowColor(palette), surfaceColor(palette)}, distinctContrast);
 }
 
 QColor blended(const QColor& color, const QColor& background)
@@ -67,6 +107,14 @@ QColor mixed(const QColor& from, const QColor& to, double share)
         component(from.redF(), to.redF()),
         component(from.greenF(), to.greenF()),
         component(from.blueF(), to.blueF()));
+}
+
+bool isHighContrast(const QPalette& palette)
+{
+    // Black on white has 21 and yellow on black 19.6; ordinary windows, such as those with black
+    // on a light gray, have less than 18.5.
+    constexpr double least = 19;
+    return contrastRatio(textColor(palette), windowColor(palette)) >= least;
 }
 
 QColor windowColor(const QPalette& palette)
@@ -99,17 +147,17 @@ QColor whiteColor(const QPalette& /*palette*/)
 
 QColor accentColor(const QPalette& palette)
 {
-#if QT_VERSION >= QT_VERSION_CHECK(6, 6, 0)
-    const QColor accent = palette.color(QPalette::Accent);
-#else
-    const QColor accent = palette.color(QPalette::Highlight);
-#endif
-    return legibleColor(accent, Qt::white);
+    return legibleColor(chosenAccent(palette), Qt::white);
+}
+
+QColor focusRingColor(const QPalette& palette)
+{
+    return distinctColor(chosenAccent(palette), palette);
 }
 
 QColor separatorColor(const QPalette& palette)
 {
-    return textOver(palette, 0.14);
+    return outline(palette, 0.14);
 }
 
 QColor surfaceColor(const QPalette& palette)
@@ -119,7 +167,12 @@ QColor surfaceColor(const QPalette& palette)
 
 QColor surfaceBorderColor(const QPalette& palette)
 {
-    return textOver(palette, 0.1);
+    return outline(palette, 0.1);
+}
+
+QColor controlBorderColor(const QPalette& palette)
+{
+    return outline(palette, 0.36);
 }
 
 } // namespace orlimo

@@ -14,6 +14,10 @@ using PaletteColor = QColor (*)(const QPalette& palette);
 /// The least contrast at which small text is legible (WCAG 2.1, level AA).
 inline constexpr double legibleContrast = 4.5;
 
+/// The least contrast at which lines and shapes can be told from what is beside them (WCAG 2.1,
+/// level AA).
+inline constexpr double distinctContrast = 3;
+
 /// The contrast between two opaque colours, 1 to 21 (WCAG 2.1).
 [[nodiscard]] double contrastRatio(const QColor& one, const QColor& other);
 
@@ -21,11 +25,19 @@ inline constexpr double legibleContrast = 4.5;
 /// takes to be legible on it.
 [[nodiscard]] QColor legibleColor(const QColor& color, const QColor& background);
 
+/// `color`, made darker or lighter by as little as it takes to be distinct on the window and on the
+/// surfaces in it.
+[[nodiscard]] QColor distinctColor(const QColor& color, const QPalette& palette);
+
 /// `color` laid over the opaque `background`.
 [[nodiscard]] QColor blended(const QColor& color, const QColor& background);
 
 /// The opaque colour on the way from one to another, at `share` of it: 0 to 1.
 [[nodiscard]] QColor mixed(const QColor& from, const QColor& to, double share);
+
+/// Whether text and window are about as far apart as black and white, as in the palettes made for
+/// people with low vision: lines and shapes are to be distinct there, too.
+[[nodiscard]] bool isHighContrast(const QPalette& palette);
 
 [[nodiscard]] QColor windowColor(const QPalette& palette);
 [[nodiscard]] QColor textColor(const QPalette& palette);
@@ -36,10 +48,16 @@ inline constexpr double legibleContrast = 4.5;
 [[nodiscard]] QColor whiteColor(const QPalette& palette);
 /// The accent colour, dark enough that white text is legible on it.
 [[nodiscard]] QColor accentColor(const QPalette& palette);
-/// A thin line between things.
+/// What shows where the keyboard works, distinct on the window: the user's accent as far as that
+/// allows.
+[[nodiscard]] QColor focusRingColor(const QPalette& palette);
+/// A thin line between things. Faint, and distinct in a high-contrast palette, like each of the
+/// outlines below.
 [[nodiscard]] QColor separatorColor(const QPalette& palette);
 /// A surface that stands out a little from the window, and its outline.
 [[nodiscard]] QColor surfaceColor(const QPalette& palette);
 [[nodiscard]] QColor surfaceBorderColor(const QPalette& palette);
+/// The outline of a control, stronger than the others.
+[[nodiscard]] QColor controlBorderColor(const QPalette& palette);
 
 } // namespace orlimo

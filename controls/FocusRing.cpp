@@ -18,6 +18,12 @@ bool cameByKeyboard(const QFocusEvent& event)
            event.reason() == Qt::ShortcutFocusReason;
 }
 
+/// Whether the focus only went to another window, or comes back from there.
+bool isOfWindows(const QFocusEvent& event)
+{
+    return event.reason() == Qt::ActiveWindowFocusReason || event.reason() == Qt::PopupFocusReason;
+}
+
 } // namespace
 
 void FocusRing::attach(QWidget& control, double cornerRadius, int inset)
@@ -45,14 +51,28 @@ FocusRing::FocusRing(QWidget& surrounded, double radius, int controlInset)
 bool FocusRing::eventFilter(QObject* /*watched*/, QEvent* event)
 {
     switch (event->type()) {
-    case QEvent::FocusIn:
-        if (cameByKeyboard(*static_cast<QFocusEvent*>(event))) {
+    case QEvent::FocusIn: {
+        const auto& focus = *static_cast<QFocusEvent*>(event);
+        if (cameByKeyboard(focus) || (isOfWindows(focus) && comesBack)) {
             surround();
         }
         break;
+    }
     case QEvent::FocusOut:
-    case QEvent::Hide:
+        comesBack = !isHidden() && isOfWindows(*static_cast<QFocusEvent*>(event));
         hide();
+        break;
+    case QEvent::KeyPress:
+        // A modifier alone has no text and works on no control.
+        if (!static_cast<QKeyEvent*>(event)->text().isEmpty() && control.hasFocus()) {
+            surround();
+        }
+        break;
+    case QEvent::Hide:
+        // The window system's own hiding takes the ring along and shows it again.
+        if (!event->spontaneous()) {
+            hide();
+        }
         break;
     case QEvent::Move:
     case QEvent::Resize:
@@ -80,7 +100,7 @@ void FocusRing::paintEvent(QPaintEvent* /*event*/)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(accentColor(control.palette()), ringWidth));
+    painter.setPen(QPen(focusRingColor(control.palette()), ringWidth));
     constexpr double half = ringWidth / 2;
     painter.drawPath(continuousRoundedRectangle(
         QRectF(rect()).adjusted(half, half, -half, -half), cornerRadius + reach - half));

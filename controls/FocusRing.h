@@ -5,8 +5,8 @@
 namespace orlimo {
 
 /// The ring around the control that the keyboard works on. It appears when the focus came by the
-/// keyboard, and lies over the window outside the control's own area, so that no control needs room
-/// for it.
+/// keyboard or a key is pressed, comes back when its window has the focus again, and lies over the
+/// window outside the control's own area, so that no control needs room for it.
 class FocusRing : public QWidget
 {
 public:
@@ -29,6 +29,8 @@ private:
     QWidget& control;
     double cornerRadius;
     int inset;
+    /// Whether the focus went to another window while the ring was there.
+    bool comesBack = false;
 };
 
 } // namespace orlimo

@@ -1,12 +1,12 @@
 #include "controls/GroupBox.h"
 
+#include "controls/AccessibleWithoutLabel.h"
 #include "controls/Colors.h"
 #include "controls/LayoutMetrics.h"
 #include "controls/RoundedRectangle.h"
 #include "controls/SymbolLabel.h"
 #include "controls/TextLabel.h"
 
-#include <QAccessibleWidget>
 #include <QPainter>
 #include <QVBoxLayout>
 
@@ -18,8 +18,12 @@ QAccessibleInterface* makeAccessibleGroup(const QString& /*className*/, QObject*
 {
     auto* group = qobject_cast<GroupBox*>(object);
     return group == nullptr ? nullptr
-                            : new QAccessibleWidget(
-                                  group, QAccessible::Grouping, group->title().textLabel().text());
+                            : new AccessibleWithoutLabel(
+                                  *group,
+                                  QAccessible::Grouping,
+                                  group->title().textLabel().text(),
+                                  group->title(),
+                                  *group);
 }
 
 } // namespace

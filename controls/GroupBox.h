@@ -21,7 +21,7 @@ public:
     /// Adds a view, which the box takes over, below those already there.
     void addView(QWidget* view, Qt::Alignment alignment = {});
 
-    [[nodiscard]] const SymbolLabel& title() const { return *titleLabel; }
+    [[nodiscard]] SymbolLabel& title() const { return *titleLabel; }
     /// The box, without the title.
     [[nodiscard]] QRect boxArea() const { return box->geometry(); }
 

@@ -2,6 +2,7 @@
 
 #include "controls/Colors.h"
 #include "controls/FocusRing.h"
+#include "controls/ReturnKey.h"
 
 #include <QPainter>
 #include <QStyle>
@@ -20,7 +21,13 @@ QColor trackColorWhenOff(const QPalette& palette)
 {
     QColor text = textColor(palette);
     text.setAlphaF(0.28F);
-    return blended(text, windowColor(palette));
+    return distinctColor(blended(text, windowColor(palette)), palette);
+}
+
+/// Distinct as well: an accent that white is legible on may be too dark for a dark window.
+QColor trackColorWhenOn(const QPalette& palette)
+{
+    return distinctColor(accentColor(palette), palette);
 }
 
 } // namespace
@@ -31,6 +38,7 @@ Switch::Switch(QWidget* parent)
     setFixedSize(trackSize);
     setFocusPolicy(Qt::StrongFocus);
     FocusRing::attach(*this, trackSize.height() / 2.0);
+    ReturnKey::attach(*this);
     slide.setDuration(static_cast<int>(slideDuration.count()));
     slide.setEasingCurve(QEasingCurve::InOutQuad);
     connect(&slide, &QVariantAnimation::valueChanged, this, [this] { update(); });
@@ -79,7 +87,7 @@ void Switch::paintEvent(QPaintEvent* /*event*/)
 
     const QRectF track = rect();
     const double position = knobPosition();
-    painter.setBrush(mixed(trackColorWhenOff(palette()), accentColor(palette()), position));
+    painter.setBrush(mixed(trackColorWhenOff(palette()), trackColorWhenOn(palette()), position));
     painter.drawRoundedRect(track, track.height() / 2, track.height() / 2);
 
     const double diameter = track.height() - 2 * knobMargin;

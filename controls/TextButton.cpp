@@ -2,6 +2,7 @@
 
 #include "controls/FocusRing.h"
 #include "controls/LayoutMetrics.h"
+#include "controls/ReturnKey.h"
 #include "controls/RoundedRectangle.h"
 #include "controls/SymbolLabel.h"
 #include "controls/TextBlock.h"
@@ -27,18 +28,24 @@ TextButton::TextButton(const QString& text, Look buttonLook)
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     FocusRing::attach(*this, cornerRadius);
+    ReturnKey::attach(*this);
 }
 
 QSize TextButton::sizeHint() const
 {
     const QSize label = TextBlock(text(), font()).size().toSize();
-    return QSize(label.width() + symbolAdvance(), label.height()).grownBy(appearance.padding);
+    return QSize(label.width() + symbolAdvance(), label.height()).grownBy(margins());
 }
 
 QSize TextButton::minimumSizeHint() const
 {
-    const QMargins& padding = appearance.padding;
-    return {padding.left() + symbolAdvance() + padding.right(), sizeHint().height()};
+    const QMargins around = margins();
+    return {around.left() + symbolAdvance() + around.right(), sizeHint().height()};
+}
+
+QMargins TextButton::margins() const
+{
+    return appearance.style == Style::bordered ? appearance.padding + bezel : appearance.padding;
 }
 
 int TextButton::symbolAdvance() const
@@ -54,14 +61,14 @@ QRectF TextButton::labelArea() const
 
 TextBlock TextButton::block() const
 {
-    const QMargins& padding = appearance.padding;
+    const QMargins around = margins();
     return TextBlock::fitted(
-        text(), font(), width() - padding.left() - padding.right() - symbolAdvance());
+        text(), font(), width() - around.left() - around.right() - symbolAdvance());
 }
 
 QRectF TextButton::areaOf(const TextBlock& laidOut) const
 {
-    const QRectF inside = QRectF(rect()).marginsRemoved(appearance.padding);
+    const QRectF inside = QRectF(rect()).marginsRemoved(margins());
     const double width = symbolAdvance() + laidOut.size().width();
     return {
         std::floor(inside.left() + (inside.width() - width) / 2),
@@ -81,6 +88,13 @@ QColor TextButton::surface() const
     return underMouse() ? textColor(palette(), 0.06F) : QColor(Qt::transparent);
 }
 
+bool TextButton::hasOutline() const
+{
+    // In a high-contrast palette the faint surface alone would not show the pointer or a press.
+    return appearance.style == Style::bordered ||
+           (isHighContrast(palette()) && (isDown() || underMouse()));
+}
+
 void TextButton::enterEvent(QEnterEvent* event)
 {
     QPushButton::enterEvent(event);
@@ -98,6 +112,11 @@ void TextButton::paintEvent(QPaintEvent* /*event*/)
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.fillPath(continuousRoundedRectangle(rect(), cornerRadius), surface());
+    if (hasOutline()) {
+        painter.setPen(QPen(controlBorderColor(palette()), 1));
+        painter.drawPath(continuousRoundedRectangle(
+            QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), cornerRadius - 0.5));
+    }
 
     const TextBlock laidOut = block();
     const QRectF label = areaOf(laidOut);

@@ -17,7 +17,7 @@ class TextButton : public QPushButton
 public:
     enum class Style {
         plain,    ///< nothing but its label, until the pointer or a press is on it
-        bordered, ///< on a surface of its own
+        bordered, ///< on a surface of its own, with an outline, in a bezel around its padding
     };
 
     struct Look
@@ -39,8 +39,12 @@ public:
     /// Where symbol and text are painted.
     [[nodiscard]] QRectF labelArea() const;
 
-    /// The surface's corner radius, in points.
+    /// Around the label: the look's padding, and the bezel of a bordered button.
+    [[nodiscard]] QMargins margins() const;
+
+    /// The surface's corner radius, and what the bordered style adds around the padding, in points.
     static constexpr double cornerRadius = 7;
+    static constexpr QMargins bezel{8, 1, 8, 1};
 
 protected:
     void enterEvent(QEnterEvent* event) override;
@@ -49,6 +53,7 @@ protected:
 
 private:
     [[nodiscard]] QColor surface() const;
+    [[nodiscard]] bool hasOutline() const;
     /// The symbol's width with the gap after it.
     [[nodiscard]] int symbolAdvance() const;
     [[nodiscard]] TextBlock block() const;

@@ -159,8 +159,11 @@ TEST_F(CopyButtonTest, IsClickedByTheKeyboard)
 {
     QSignalSpy clicked(&copy, &CopyButton::clicked);
     copy.setFocus(Qt::TabFocusReason);
-    QTest::keyClick(&copy, Qt::Key_Space);
-    EXPECT_EQ(clicked.count(), 1);
+    int expected = 0;
+    for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter}) {
+        QTest::keyClick(&copy, key);
+        EXPECT_EQ(clicked.count(), ++expected) << key;
+    }
 }
 
 TEST_F(CopyButtonTest, HasTheRoundCornersOfItsPillAndNothingAround)
@@ -243,8 +246,9 @@ TEST_F(CopyButtonTest, FollowsAChangeOfPaletteWhileItIsHoveredToo)
 TEST_F(CopyButtonTest, HasItsFocusRingAroundThePill)
 {
     copy.setFocus(Qt::TabFocusReason);
-    EXPECT_THAT(seenAt(QPointF(86, 16 - 2)), isColor(accent));
-    EXPECT_THAT(seenAt(QPointF(86, 56 + 1.5)), isColor(accent));
+    const QColor ring = focusRingColor(lightPalette());
+    EXPECT_THAT(seenAt(QPointF(86, 16 - 2)), isColor(ring));
+    EXPECT_THAT(seenAt(QPointF(86, 56 + 1.5)), isColor(ring));
     EXPECT_THAT(seenAt(QPointF(86, 16 - 0.5)), isColor(ground));
     copy.clearFocus();
     EXPECT_THAT(seenAt(QPointF(86, 16 - 2)), isColor(ground));

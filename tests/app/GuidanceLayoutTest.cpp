@@ -14,6 +14,7 @@
 #include "tests/support/Picture.h"
 #include "tests/support/WidgetWindow.h"
 
+#include <QAccessible>
 #include <QLayout>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -148,8 +149,9 @@ TEST_P(GuidanceLayout, HasAButtonWithItsSymbolInTwoPaddings)
     EXPECT_EQ(button.look().systemSymbolName, QStringLiteral("hand.raised.fill"));
     EXPECT_EQ(button.font().pixelSize(), 15);
     EXPECT_EQ(button.font().weight(), QFont::Normal);
-    // Five points around the label, and the default style's own edge around those.
-    EXPECT_EQ(button.look().padding, QMargins(5 + 8, 5 + 1, 5 + 8, 5 + 1));
+    // Five points around the label, and the bordered style's own edge around those.
+    EXPECT_EQ(button.look().padding, QMargins(5, 5, 5, 5));
+    EXPECT_EQ(button.margins(), QMargins(5 + 8, 5 + 1, 5 + 8, 5 + 1));
     const QRect frame = area("buttonFrame");
     EXPECT_EQ(areaIn(window, button), frame.marginsRemoved({16, 16, 16, 16}));
     EXPECT_EQ(button.size(), button.sizeHint());
@@ -181,6 +183,14 @@ TEST_P(GuidanceLayout, IsLegibleInEveryScheme)
                 legibleContrast);
         }
     }
+}
+
+TEST_P(GuidanceLayout, IsAnnouncedUnderTheProgramsName)
+{
+    auto* accessible = QAccessible::queryAccessibleInterface(&window);
+    ASSERT_NE(accessible, nullptr);
+    EXPECT_EQ(accessible->role(), QAccessible::Window);
+    EXPECT_EQ(accessible->text(QAccessible::Name), QStringLiteral("Orlimo"));
 }
 
 TEST_P(GuidanceLayout, IsNotClipped)

@@ -1,9 +1,12 @@
 #include "app/HelperView.h"
 
 #include "app/GuidanceWindow.h"
+#include "controls/Colors.h"
 #include "controls/TextButton.h"
 #include "tests/app/ViewTestBase.h"
+#include "tests/support/LayoutExpectation.h"
 #include "tests/support/OutputCapture.h"
+#include "tests/support/Picture.h"
 #include "tests/support/Pointer.h"
 #include "tests/support/WidgetWindow.h"
 
@@ -52,8 +55,35 @@ TEST_F(HelperViewTest, OpensItAgainAtEachPress)
     pointer::click(button);
     pointer::click(button);
     button.setFocus(Qt::TabFocusReason);
-    QTest::keyClick(&button, Qt::Key_Space);
-    EXPECT_EQ(opened.size(), 3);
+    for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter}) {
+        QTest::keyClick(&button, key);
+    }
+    EXPECT_EQ(opened.size(), 5);
+}
+
+TEST_F(HelperViewTest, IsOperatedWithTheKeyboardFromTabOnUnderARing)
+{
+    QWidget other;
+    for (int times = 1; times <= 2; ++times) {
+        for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter}) {
+            QTest::keyClick(window.windowHandle(), key);
+        }
+        EXPECT_EQ(opened.size(), times - 1);
+        const QPointF aboveButton(250, areaIn(window, button).top() - 2);
+        const QColor ground = Picture::ofWindow(window).at(aboveButton);
+        EXPECT_EQ(ground, windowColor(window.palette()));
+
+        QTest::keyClick(window.windowHandle(), Qt::Key_Tab);
+        EXPECT_TRUE(button.hasFocus());
+        EXPECT_GE(
+            contrastRatio(Picture::ofWindow(window).at(aboveButton), ground), distinctContrast);
+        QTest::keyClick(window.windowHandle(), Qt::Key_Return);
+        EXPECT_EQ(opened.size(), times);
+
+        window.hide();
+        showActive(other);
+        showActive(window);
+    }
 }
 
 TEST_F(HelperViewTest, StaysOpenWhetherOrNotTheSettingsOpen)

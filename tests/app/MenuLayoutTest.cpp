@@ -113,9 +113,11 @@ TEST_P(MenuLayout, HasSmallCommandsWithPaddedTitlesInTheMiddle)
         EXPECT_EQ(button.look().padding, QMargins(20, 10, 20, 10)) << name;
         EXPECT_EQ(button.font().pixelSize(), 11) << name;
         EXPECT_EQ(button.font().weight(), QFont::Normal) << name;
-        EXPECT_EQ(button.height(), 10 + 13 + 10) << name;
+        // The border of the one that has one lies around the padding.
+        const QMargins border = button.margins() - button.look().padding;
+        EXPECT_EQ(button.height(), border.top() + 10 + 13 + 10 + border.bottom()) << name;
         EXPECT_NEAR(button.labelArea().center().x(), 130, 1) << name;
-        EXPECT_EQ(button.labelArea().top(), 10) << name;
+        EXPECT_EQ(button.labelArea().top(), border.top() + 10) << name;
         EXPECT_EQ(button.look().systemSymbolName, QString()) << name;
     }
 }
@@ -125,6 +127,8 @@ TEST_P(MenuLayout, HasABorderAroundQuitAlone)
     EXPECT_EQ(command("about").look().style, TextButton::Style::plain);
     EXPECT_EQ(command("openWebsite").look().style, TextButton::Style::plain);
     EXPECT_EQ(command("quit").look().style, TextButton::Style::bordered);
+    EXPECT_EQ(command("about").margins(), command("about").look().padding);
+    EXPECT_EQ(command("quit").margins(), command("quit").look().padding + TextButton::bezel);
 }
 
 TEST_P(MenuLayout, StandsOnTheWindowsColorToEveryEdge)

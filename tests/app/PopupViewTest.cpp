@@ -2,7 +2,9 @@
 
 #include "app/CodeLabel.h"
 #include "app/CopyButton.h"
+#include "app/OptionRow.h"
 #include "controls/Switch.h"
+#include "controls/TextLabel.h"
 #include "tests/app/ViewTestBase.h"
 #include "tests/capture/PreferenceSandbox.h"
 #include "tests/support/OutputCapture.h"
@@ -22,6 +24,7 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
+#include <map>
 #include <optional>
 
 namespace orlimo {
@@ -209,6 +212,56 @@ TEST_F(PopupViewTest, NamesEachSwitchAfterItsRow)
         ASSERT_NE(accessible, nullptr);
         EXPECT_EQ(accessible->role(), QAccessible::CheckBox);
         EXPECT_EQ(accessible->text(QAccessible::Name), QLatin1String(names[number]));
+    }
+}
+
+/// Adds how often each name is announced in `element`.
+void countNames(QAccessibleInterface& element, std::map<QString, int>& counts)
+{
+    if (!element.state().invisible) {
+        ++counts[element.text(QAccessible::Name)];
+    }
+    for (int number = 0; number < element.childCount(); ++number) {
+        countNames(*element.child(number), counts);
+    }
+}
+
+TEST_F(PopupViewTest, AnnouncesEachTextOnce)
+{
+    receive("482913");
+    make(watching());
+    appear();
+    std::map<QString, int> counts;
+    countNames(*QAccessible::queryAccessibleInterface(panel.get()), counts);
+    counts.erase(QString());
+    using testing::Pair;
+    EXPECT_THAT(
+        counts,
+        testing::UnorderedElementsAre(
+            Pair(QStringLiteral("Capture Options"), 1),
+            Pair(QStringLiteral("Auto Copy to Clipboard"), 1),
+            Pair(QStringLiteral("Include 4 digit code"), 1),
+            Pair(QStringLiteral("Launch at login"), 1),
+            Pair(QStringLiteral("Latest Code"), 1),
+            Pair(QStringLiteral("482913"), 1),
+            Pair(QStringLiteral("Copy"), 1)));
+}
+
+TEST_F(PopupViewTest, HasEachSwitchFoundWhereverInItsRowOnePoints)
+{
+    make(watching());
+    appear();
+    for (const char* key : keys) {
+        Switch& onOff = toggle(key);
+        const OptionRow& row = *qobject_cast<OptionRow*>(onOff.parentWidget());
+        auto* accessible = QAccessible::queryAccessibleInterface(onOff.parentWidget());
+        for (const QWidget* place :
+             {static_cast<QWidget*>(&row.text()), static_cast<QWidget*>(&onOff)}) {
+            const QPoint onScreen = place->mapToGlobal(place->rect().center());
+            auto* found = accessible->childAt(onScreen.x(), onScreen.y());
+            ASSERT_NE(found, nullptr) << key;
+            EXPECT_EQ(found->object(), &onOff) << key;
+        }
     }
 }
 

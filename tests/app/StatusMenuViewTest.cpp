@@ -1,17 +1,21 @@
 #include "app/StatusMenuView.h"
 
 #include "app/PopupView.h"
+#include "controls/Switch.h"
 #include "controls/TextButton.h"
 #include "platform/ApplicationIdentity.h"
 #include "platform/FatalStop.h"
 #include "tests/app/ViewTestBase.h"
 #include "tests/support/FatalStopExpectation.h"
 #include "tests/support/ForkedRun.h"
+#include "tests/support/LayoutExpectation.h"
 #include "tests/support/OutputCapture.h"
 #include "tests/support/Picture.h"
 #include "tests/support/Pointer.h"
 #include "tests/support/WidgetWindow.h"
 
+#include <QAccessible>
+#include <QShowEvent>
 #include <QTest>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -134,15 +138,64 @@ TEST_F(StatusMenuViewTest, ObeysTheKeyboard)
     const auto menu = shownMenu();
     auto& quit = named<TextButton>(*menu, "quit");
     quit.setFocus(Qt::TabFocusReason);
-    QTest::keyClick(&quit, Qt::Key_Space);
-    EXPECT_THAT(application.calls, ElementsAre("terminate"));
+    for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter}) {
+        application.calls.clear();
+        QTest::keyClick(&quit, key);
+        EXPECT_THAT(application.calls, ElementsAre("terminate")) << key;
+    }
+}
+
+TEST_F(StatusMenuViewTest, HasTheFocusItselfAtEachOpening)
+{
+    const auto menu = shownMenu();
+    const auto callsAtStart = preferences.calls();
+    auto& first = named<Switch>(*menu, "capturingEnabled");
+    QWidget other;
+    for (int opening = 0; opening < 2; ++opening) {
+        for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter}) {
+            QTest::keyClick(menu->windowHandle(), key);
+        }
+        EXPECT_TRUE(menu->hasFocus());
+        EXPECT_EQ(preferences.calls(), callsAtStart);
+        EXPECT_THAT(pasteboard.calls, IsEmpty());
+        EXPECT_THAT(application.calls, IsEmpty());
+
+        const Picture withoutRing = Picture::ofWindow(*menu);
+        QTest::keyClick(menu->windowHandle(), Qt::Key_Tab);
+        EXPECT_TRUE(first.hasFocus());
+        const QRectF change = Picture::ofWindow(*menu).differenceFrom(withoutRing);
+        EXPECT_TRUE(change.contains(areaIn(*menu, first))) << testing::PrintToString(change);
+
+        menu->hide();
+        const OutputCapture swallowed;
+        showActive(other);
+        showActive(*menu);
+    }
+}
+
+TEST_F(StatusMenuViewTest, KeepsTheFocusWhenTheWindowSystemHidesAndShowsIt)
+{
+    const auto menu = shownMenu();
+    QTest::keyClick(menu->windowHandle(), Qt::Key_Tab);
+    QShowEvent event;
+    QSpontaneKeyEvent::setSpontaneous(&event);
+    QCoreApplication::instance()->notify(menu.get(), &event);
+    EXPECT_TRUE(named<Switch>(*menu, "capturingEnabled").hasFocus());
+}
+
+TEST_F(StatusMenuViewTest, IsAnnouncedUnderTheProgramsName)
+{
+    const auto menu = shownMenu();
+    auto* accessible = QAccessible::queryAccessibleInterface(menu.get());
+    ASSERT_NE(accessible, nullptr);
+    EXPECT_EQ(accessible->role(), QAccessible::Window);
+    EXPECT_EQ(accessible->text(QAccessible::Name), QStringLiteral("Orlimo"));
 }
 
 TEST_F(StatusMenuViewTest, IsWalkedThroughByTabFromTopToBottom)
 {
     const auto menu = shownMenu();
     QStringList walked;
-    menu->focusWidget()->clearFocus();
     for (int times = 0; times < 7; ++times) {
         QTest::keyClick(menu.get(), Qt::Key_Tab);
         walked.append(menu->focusWidget()->objectName());

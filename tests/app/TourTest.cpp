@@ -5,6 +5,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <map>
+
 namespace orlimo {
 namespace {
 
@@ -134,6 +136,60 @@ TEST_F(Tour, EverySwitchIsStoredAtOnceWhenFlippedWithTheKeyboard)
         expected[key] = "true";
         EXPECT_TRUE(program.awaitPreferences(expected)) << name;
         EXPECT_TRUE(awaitSwitch(name, true));
+    }
+}
+
+TEST_F(Tour, NoKeyWorksOnAControlBeforeTabHasLedToIt)
+{
+    for (int opening = 0; opening < 2; ++opening) {
+        program.open();
+        for (const char* key : {"space", "Return", "KP_Enter"}) {
+            program.desktop().press(key);
+        }
+        focusSwitch("Include 4 digit code");
+        EXPECT_TRUE(awaitSwitch("Auto Copy to Clipboard", true));
+        EXPECT_TRUE(program.awaitPreferences(allPreferencesOn()));
+        program.close();
+    }
+}
+
+TEST_F(Tour, ReturnAndEnterPressAButton)
+{
+    program.open();
+    ASSERT_TRUE(program.awaitShown("label", "482913"));
+    program.desktop().press("shift+Tab");
+    program.desktop().press("shift+Tab");
+    for (const char* key : {"Return", "KP_Enter"}) {
+        const auto before = program.desktop().openedAddresses().size();
+        program.desktop().press(key);
+        EXPECT_TRUE(awaitSparingly([&] {
+            return program.desktop().openedAddresses().size() == before + 1;
+        })) << key;
+    }
+}
+
+TEST_F(Tour, TheWindowIsAnnouncedUnderTheProgramsNameAndEachOfItsTextsOnce)
+{
+    program.open();
+    ASSERT_TRUE(program.awaitShown("frame", "Orlimo"));
+    const AccessibilityTree& tree = program.desktop().accessibility();
+    std::map<std::string, int> counts;
+    for (const Accessible& element : tree.showing("Orlimo")) {
+        ++counts[element.name()];
+    }
+    for (const char* text :
+         {"Capture Options",
+          "Auto Copy to Clipboard",
+          "Include 4 digit code",
+          "Launch at login",
+          "Latest Code",
+          "482913",
+          "Copy",
+          "About",
+          "Open website",
+          "Quit"})
+    {
+        EXPECT_EQ(counts[text], 1) << text << '\n' << tree.describe("Orlimo");
     }
 }
 

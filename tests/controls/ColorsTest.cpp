@@ -89,6 +89,66 @@ TEST(AccentColor, IsTheUsersWhereThatIsDarkEnough)
     EXPECT_EQ(accentColor(lightPalette(QColor(0, 70, 160))), QColor(0, 70, 160));
 }
 
+TEST(FocusRingColor, IsDistinctWhateverTheAccentAndTheScheme)
+{
+    for (const QColor& accent : accents()) {
+        for (const QPalette& palette : allPalettes(accent)) {
+            const QColor ring = focusRingColor(palette);
+            for (const QColor& beside : {windowColor(palette), surfaceColor(palette)}) {
+                EXPECT_THAT(contrastRatio(ring, beside), Ge(distinctContrast))
+                    << testing::PrintToString(accent) << " on " << testing::PrintToString(beside);
+            }
+        }
+    }
+}
+
+TEST(FocusRingColor, IsTheUsersAccentWhereThatIsDistinct)
+{
+    EXPECT_EQ(focusRingColor(lightPalette(QColor(0, 70, 160))), QColor(0, 70, 160));
+    EXPECT_EQ(focusRingColor(guidancePalette(QColor(255, 230, 0))), QColor(255, 230, 0));
+}
+
+/// An ordinary palette.
+QPalette paletteWith(const QColor& text, const QColor& window)
+{
+    return {text, window, window, window, window, text, window};
+}
+
+TEST(HighContrast, IsThatOfTextAndWindow)
+{
+    for (const QPalette& palette : highContrastPalettes()) {
+        EXPECT_TRUE(isHighContrast(palette)) << testing::PrintToString(windowColor(palette));
+    }
+    for (const QPalette& palette :
+         {lightPalette(),
+          darkPalette(),
+          guidancePalette(),
+          paletteWith(Qt::black, QColor(240, 240, 240)),
+          paletteWith(QColor(35, 38, 41), QColor(239, 240, 241)),
+          paletteWith(Qt::white, QColor(30, 30, 30))})
+    {
+        EXPECT_FALSE(isHighContrast(palette)) << testing::PrintToString(windowColor(palette));
+    }
+}
+
+TEST(HighContrast, MakesEveryOutlineDistinct)
+{
+    for (const QPalette& palette : highContrastPalettes()) {
+        for (const PaletteColor outline : {separatorColor, surfaceBorderColor, controlBorderColor})
+        {
+            for (const QColor& beside : {windowColor(palette), surfaceColor(palette)}) {
+                EXPECT_THAT(contrastRatio(outline(palette), beside), Ge(distinctContrast))
+                    << testing::PrintToString(outline(palette)) << " on "
+                    << testing::PrintToString(beside);
+            }
+        }
+    }
+    // Its surface is dark whatever the palette.
+    const QPalette guidance = guidancePalette();
+    EXPECT_THAT(
+        contrastRatio(controlBorderColor(guidance), windowColor(guidance)), Ge(distinctContrast));
+}
+
 TEST(GrayColor, IsLegibleOnTheWindowAndGray)
 {
     for (const QPalette& palette : {lightPalette(), darkPalette()}) {
@@ -119,6 +179,7 @@ TEST(Colors, OfSurfacesStandOutFromTheWindowMoreAndMore)
         EXPECT_GT(border, surface);
         EXPECT_GT(separator, border);
         EXPECT_LT(separator, 2);
+        EXPECT_GT(contrastRatio(controlBorderColor(palette), window), 2);
     }
 }
 

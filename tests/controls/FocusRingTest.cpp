@@ -37,7 +37,7 @@ protected:
     bool isRinged(const QWidget& control)
     {
         const Picture picture = Picture::ofWindow(window);
-        const QColor accent = accentColor(window.palette());
+        const QColor color = focusRingColor(window.palette());
         const QRect area = control.geometry();
         const QPointF middle = QRectF(area).center();
         int ringed = 0;
@@ -47,7 +47,7 @@ protected:
               QPointF(area.left() - 2, middle.y()),
               QPointF(area.left() + area.width() + 1.5, middle.y())})
         {
-            ringed += matches(picture.at(edge), accent) ? 1 : 0;
+            ringed += matches(picture.at(edge), color) ? 1 : 0;
         }
         EXPECT_TRUE(ringed == 0 || ringed == 4) << ringed << " of four edges have a ring";
         return ringed == 4;
@@ -95,6 +95,31 @@ TEST_F(FocusRingTest, DoesNotAppearAfterAClick)
     pointer::click(*first);
     ASSERT_TRUE(first->hasFocus());
     EXPECT_FALSE(isRinged(*first));
+}
+
+TEST_F(FocusRingTest, AppearsWhenAKeyIsPressedAfterAClick)
+{
+    pointer::click(*first);
+    QTest::keyClick(first, Qt::Key_Shift);
+    EXPECT_FALSE(isRinged(*first));
+    QTest::keyClick(first, Qt::Key_Space);
+    EXPECT_TRUE(isRinged(*first));
+}
+
+TEST_F(FocusRingTest, ComesBackWithTheFocusOfItsWindow)
+{
+    QWidget other;
+    for (const bool byKeyboard : {false, true}) {
+        pointer::click(*second);
+        if (byKeyboard) {
+            QTest::keyClick(&window, Qt::Key_Backtab);
+        }
+        showActive(other);
+        EXPECT_FALSE(isRinged(*first));
+        showActive(window);
+        EXPECT_EQ(isRinged(*first), byKeyboard);
+        EXPECT_FALSE(isRinged(*second));
+    }
 }
 
 TEST_F(FocusRingTest, GoesWhenTheFocusGoesToWhatIsClicked)

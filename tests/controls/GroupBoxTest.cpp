@@ -95,5 +95,22 @@ TEST_F(GroupBoxTest, IsAnnouncedUnderItsTitle)
     EXPECT_EQ(accessible->text(QAccessible::Name), QStringLiteral("Latest Code"));
 }
 
+TEST_F(GroupBoxTest, IsAnnouncedWithoutItsTitleBesides)
+{
+    auto* accessible = QAccessible::queryAccessibleInterface(&group);
+    auto* title = QAccessible::queryAccessibleInterface(&group.title());
+    ASSERT_EQ(accessible->childCount(), 1);
+    auto* box = accessible->child(0);
+    ASSERT_NE(box, nullptr);
+    EXPECT_EQ(box->object(), first->parentWidget());
+    EXPECT_EQ(box->parent(), accessible);
+    EXPECT_EQ(accessible->indexOfChild(box), 0);
+    EXPECT_EQ(accessible->indexOfChild(title), -1);
+    EXPECT_EQ(accessible->child(1), nullptr);
+    delete &group.title();
+    EXPECT_EQ(accessible->childCount(), 1);
+    EXPECT_EQ(accessible->indexOfChild(box), 0);
+}
+
 } // namespace
 } // namespace orlimo

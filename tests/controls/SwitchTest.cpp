@@ -83,7 +83,25 @@ TEST_F(SwitchTest, OffHasItsKnobAtTheLeadingEndOfADullTrack)
     const QColor track = Picture::of(toggle).at(QPointF(28, 10));
     EXPECT_EQ(track.alpha(), 255);
     EXPECT_LT(track.hsvSaturation(), 20);
-    EXPECT_GT(contrastRatio(track, windowColor(toggle.palette())), 1.5);
+}
+
+TEST_F(SwitchTest, IsDistinctOnAndOffInEveryPalette)
+{
+    for (const QColor& accent : {QColor(53, 132, 228), QColor(0, 0, 90), QColor(255, 230, 0)}) {
+        for (const QPalette& scheme : allPalettes(accent)) {
+            const PaletteChange change(scheme);
+            for (const bool on : {false, true}) {
+                toggle.setChecked(on);
+                const QColor track = Picture::of(toggle).at(QPointF(on ? 8 : 28, 10));
+                for (const QColor& beside :
+                     {windowColor(scheme), surfaceColor(scheme), QColor(Qt::white)}) {
+                    EXPECT_GE(contrastRatio(track, beside), distinctContrast)
+                        << testing::PrintToString(track) << " on "
+                        << testing::PrintToString(beside);
+                }
+            }
+        }
+    }
 }
 
 TEST_F(SwitchTest, OnHasItsKnobAtTheTrailingEndOfATrackInTheAccentColor)
@@ -203,13 +221,15 @@ TEST_F(ShownSwitch, IsNotToggledWhereThePointerIsReleasedElsewhere)
     EXPECT_FALSE(shown->isChecked());
 }
 
-TEST_F(ShownSwitch, IsToggledBySpace)
+TEST_F(ShownSwitch, IsToggledBySpaceAndReturn)
 {
     shown->setFocus(Qt::TabFocusReason);
-    QTest::keyClick(&*shown, Qt::Key_Space);
-    EXPECT_TRUE(shown->isChecked());
-    QTest::keyClick(&*shown, Qt::Key_Space);
-    EXPECT_FALSE(shown->isChecked());
+    for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter}) {
+        QTest::keyClick(&*shown, key);
+        EXPECT_TRUE(shown->isChecked()) << key;
+        QTest::keyClick(&*shown, key);
+        EXPECT_FALSE(shown->isChecked()) << key;
+    }
 }
 
 TEST_F(ShownSwitch, IsReachedByTab)

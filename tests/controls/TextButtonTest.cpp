@@ -31,7 +31,7 @@ const TextButton::Look bordered{
 const TextButton::Look withSymbol{
     .style = TextButton::Style::bordered,
     .fontPixelSize = 15,
-    .padding = QMargins(13, 6, 13, 6),
+    .padding = QMargins(5, 5, 5, 5),
     .systemSymbolName = QStringLiteral("hand.raised.fill")};
 
 const QString quit = QStringLiteral("Quit");
@@ -68,6 +68,14 @@ TEST_F(TextButtonTest, IsItsLabelWithThePaddingAround)
     EXPECT_EQ(button.font().pixelSize(), 11);
 }
 
+TEST_F(TextButtonTest, BorderedHasABezelAroundItsPadding)
+{
+    const TextButton without(quit, plain);
+    const TextButton with(quit, bordered);
+    EXPECT_EQ(with.sizeHint(), without.sizeHint() + QSize(16, 2));
+    EXPECT_EQ(with.minimumSizeHint(), without.minimumSizeHint() + QSize(16, 2));
+}
+
 TEST_F(TextButtonTest, CentresItsLabel)
 {
     TextButton button(quit, plain);
@@ -102,9 +110,11 @@ TEST_F(TextButtonTest, DrawsItsSymbolInTheTextsColor)
     const Picture symbol = Picture::drawn(button.size(), scale, [&](QPainter& painter) {
         const int top = (button.height() - size.height()) / 2;
         painter.drawPixmap(
-            13, top, systemSymbol(u"hand.raised.fill", 15, textColor(lightPalette()), scale));
+            look.padding.left(),
+            top,
+            systemSymbol(u"hand.raised.fill", 15, textColor(lightPalette()), scale));
     });
-    EXPECT_GE(picture.differenceFrom(symbol).left(), 13 + size.width() + SymbolLabel::gap - 1);
+    EXPECT_GE(picture.differenceFrom(symbol).left(), 5 + size.width() + SymbolLabel::gap - 1);
 }
 
 TEST_F(TextButtonTest, MirrorsSymbolAndText)
@@ -146,6 +156,36 @@ TEST_F(TextButtonTest, BorderedHasASurfaceWithRoundCorners)
     EXPECT_EQ(picture.at(QPointF(0.3, 0.3)).alpha(), 0);
     EXPECT_EQ(picture.at(QPointF(259.7, 32.7)).alpha(), 0);
     EXPECT_THAT(surfaceOf(button), isColor(textAt(0.08F)));
+}
+
+/// The colour in the middle of the button's upper edge.
+QColor edgeOf(QWidget& button)
+{
+    return Picture::of(button).at(QPointF(button.width() / 2.0, 0.3));
+}
+
+TEST_F(TextButtonTest, BorderedHasAnOutlineInEveryScheme)
+{
+    for (const QPalette& scheme : allPalettes()) {
+        const PaletteChange change(scheme);
+        for (const auto& look : {bordered, withSymbol}) {
+            TextButton button(quit, look);
+            button.resize(button.sizeHint());
+            EXPECT_THAT(edgeOf(button), isColor(controlBorderColor(scheme)));
+        }
+    }
+}
+
+TEST_F(TextButtonTest, PlainHasAnOutlineUnderThePointerInAHighContrastPalette)
+{
+    for (const QPalette& scheme : allPalettes()) {
+        const PaletteChange change(scheme);
+        WidgetWindow<TextButton> button(quit, plain);
+        pointer::moveTo(button.window, QPoint(3, 3));
+        EXPECT_EQ(edgeOf(*button).alpha(), 0);
+        pointer::moveTo(*button, QPoint(10, 16));
+        EXPECT_EQ(edgeOf(*button).alpha() == 255, isHighContrast(scheme));
+    }
 }
 
 TEST_F(TextButtonTest, IsLegibleOnItsSurface)
@@ -197,8 +237,11 @@ TEST_F(TextButtonTest, IsClickedByPointerAndKeyboard)
     EXPECT_EQ(clicked.count(), 1);
     QTest::keyClick(&button.window, Qt::Key_Tab);
     ASSERT_TRUE(button->hasFocus());
-    QTest::keyClick(&*button, Qt::Key_Space);
-    EXPECT_EQ(clicked.count(), 2);
+    int expected = 1;
+    for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter}) {
+        QTest::keyClick(&*button, key);
+        EXPECT_EQ(clicked.count(), ++expected) << key;
+    }
 }
 
 TEST_F(TextButtonTest, FollowsAChangeOfPalette)

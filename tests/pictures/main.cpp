@@ -18,7 +18,7 @@
 
 // Takes pictures of the windows as they stand on the display:
 //
-//   orlimo-pictures FOLDER LANGUAGE light|dark
+//   orlimo-pictures FOLDER LANGUAGE light|dark|black-on-white|white-on-black
 //
 // HOME must be a scratch folder: a message store is made in it. QT_SCALE_FACTOR says how many
 // pixels there are to a point, and becomes part of the pictures' names.
@@ -54,14 +54,16 @@ int main(int argc, char* argv[])
 {
     const QApplication application(argc, argv);
     const QStringList arguments = QApplication::arguments();
-    if (arguments.size() != 4) {
-        std::cerr << "Usage: orlimo-pictures FOLDER LANGUAGE light|dark\n";
+    const auto palette = orlimo::desktopPalette(arguments.value(3));
+    if (arguments.size() != 4 || !palette) {
+        std::cerr << "Usage: orlimo-pictures FOLDER LANGUAGE "
+                     "light|dark|black-on-white|white-on-black\n";
         return 2;
     }
     const QString& language = arguments.at(2);
     const QString& scheme = arguments.at(3);
     orlimo::installTranslations(*qApp, {language});
-    QApplication::setPalette(orlimo::desktopPalette(scheme == QLatin1String("dark")));
+    QApplication::setPalette(*palette);
 
     makeStore();
     orlimo::writePreferenceDefaults(orlimo::standardUserDefaults());

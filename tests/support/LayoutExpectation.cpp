@@ -111,8 +111,7 @@ void expectTextWhole(TextLabel& label)
 
 void expectTextWhole(TextButton& button)
 {
-    EXPECT_TRUE(
-        QRectF(button.rect().marginsRemoved(button.look().padding)).contains(button.labelArea()))
+    EXPECT_TRUE(QRectF(button.rect().marginsRemoved(button.margins())).contains(button.labelArea()))
         << nameOf(button) << " of " << testing::PrintToString(button.size()) << " has its label at "
         << testing::PrintToString(button.labelArea());
     expectInkWithin(button, button.rect());

@@ -27,6 +27,27 @@ QPalette darkPalette(const QColor& accent)
     return paletteOf(QColor(36, 37, 41), QColor(242, 242, 245), accent);
 }
 
+QPalette guidancePalette(const QColor& accent)
+{
+    return paletteOf(QColor(32, 33, 38), Qt::white, accent);
+}
+
+std::vector<QPalette> highContrastPalettes(const QColor& accent)
+{
+    return {
+        paletteOf(Qt::white, Qt::black, accent),
+        paletteOf(Qt::black, Qt::white, accent),
+        paletteOf(Qt::black, Qt::yellow, accent)};
+}
+
+std::vector<QPalette> allPalettes(const QColor& accent)
+{
+    auto palettes = highContrastPalettes(accent);
+    palettes.insert(
+        palettes.end(), {lightPalette(accent), darkPalette(accent), guidancePalette(accent)});
+    return palettes;
+}
+
 PaletteChange::PaletteChange(const QPalette& palette)
     : before(QApplication::palette())
 {

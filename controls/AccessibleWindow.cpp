@@ -1,0 +1,45 @@
+#include "controls/AccessibleWindow.h"
+
+#include "platform/ApplicationIdentity.h"
+#include "platform/ToQString.h"
+
+#include <QAccessibleWidget>
+#include <QWidget>
+
+namespace orlimo {
+
+namespace {
+
+class AccessibleWindow final : public QAccessibleWidget
+{
+public:
+    explicit AccessibleWindow(QWidget& window)
+        : QAccessibleWidget(&window, QAccessible::Window)
+    {}
+
+    [[nodiscard]] QString text(QAccessible::Text kind) const override
+    {
+        const QString own = QAccessibleWidget::text(kind);
+        return kind == QAccessible::Name && own.isEmpty() ? toQString(identity::applicationName)
+                                                          : own;
+    }
+};
+
+/// Asked before Qt's own factory, to which menus, dialogs and other windows with classes of their
+/// own are left.
+QAccessibleInterface* makeAccessibleWindow(const QString& className, QObject* object)
+{
+    auto* window = qobject_cast<QWidget*>(object);
+    return className == QLatin1String("QWidget") && window != nullptr && window->isWindow()
+               ? new AccessibleWindow(*window)
+               : nullptr;
+}
+
+} // namespace
+
+void announceWindows()
+{
+    QAccessible::installFactory(makeAccessibleWindow);
+}
+
+} // namespace orlimo
