@@ -232,7 +232,7 @@ TEST_F(MenuSize, StaysWhateverTheCode)
     const auto menu = shownMenu();
     auto& code = named<CodeLabel>(*menu, "verificationCode");
     for (const char16_t* text : {u"", u"1", u"٤٨٢٩١٣", u"４８２９１３", u"𝟒𝟖𝟐𝟗𝟏𝟑"}) {
-        code.setText(QString::fromUtf16(text));
+        code.setCode(QString::fromUtf16(text));
         QCoreApplication::sendPostedEvents();
         EXPECT_EQ(menu->size(), QSize(300, 540));
         expectNothingClipped(*menu);
@@ -242,7 +242,7 @@ TEST_F(MenuSize, StaysWhateverTheCode)
 TEST_F(MenuSize, StaysWhereTheCodeIsFarTooLong)
 {
     const auto menu = shownMenu();
-    named<CodeLabel>(*menu, "verificationCode").setText(QString(60, u'8'));
+    named<CodeLabel>(*menu, "verificationCode").setCode(QString(60, u'8'));
     QCoreApplication::sendPostedEvents();
     EXPECT_EQ(menu->size(), QSize(300, 540));
     EXPECT_EQ(named<PopupView>(*menu, "panel").width(), 300);
