@@ -5,6 +5,7 @@
 #include "login/LaunchAtLogin.h"
 #include "platform/ApplicationIdentity.h"
 #include "platform/ApplicationInstance.h"
+#include "platform/ColorScheme.h"
 #include "platform/Queue.h"
 #include "platform/SharedApplication.h"
 #include "platform/StandardStreams.h"
@@ -60,6 +61,7 @@ int runApplication(
 
     orlimo::OrlimoApp app;
     const auto scene = app.body();
+    orlimo::followColorScheme();
     QTimer settled;
     settled.setSingleShot(true);
     settled.callOnTimeout(readFonts);
