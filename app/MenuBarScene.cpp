@@ -2,6 +2,7 @@
 
 #include "app/MenuBarIcon.h"
 #include "app/StatusMenuView.h"
+#include "controls/ScrollingView.h"
 
 #include <utility>
 
@@ -9,7 +10,9 @@ namespace orlimo {
 
 MenuBarScene::MenuBarScene(std::shared_ptr<Message> controller)
     : extra(MenuBarExtra::create(
-          [message = std::move(controller)] { return std::make_unique<StatusMenuView>(message); },
+          [message = std::move(controller)] {
+              return std::make_unique<ScrollingView>(std::make_unique<StatusMenuView>(message));
+          },
           MenuBarIcon::icon()))
 {}
 

@@ -7,9 +7,9 @@
 
 namespace orlimo {
 
-/// The menu-bar extra in window style: `MenuBarIcon` as its label, `StatusMenuView` as its content.
-/// The content is made when the window first opens: the preference defaults are stored by then.
-/// Main thread.
+/// The menu-bar extra in window style: `MenuBarIcon` as its label, `StatusMenuView` as its content,
+/// which scrolls on a screen that is lower than it. The content is made when the window first
+/// opens: the preference defaults are stored by then. Main thread.
 class MenuBarScene
 {
 public:

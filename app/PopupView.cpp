@@ -132,7 +132,7 @@ void PopupView::copyCode()
 
 void PopupView::showState()
 {
-    codeLabel->setText(QString::fromStdString(code));
+    codeLabel->setCode(QString::fromStdString(code));
 }
 
 } // namespace orlimo

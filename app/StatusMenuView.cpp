@@ -5,6 +5,7 @@
 #include "controls/Colors.h"
 #include "controls/Divider.h"
 #include "controls/LayoutMetrics.h"
+#include "controls/PixelGrid.h"
 #include "controls/Spacer.h"
 #include "controls/TextButton.h"
 #include "platform/MainThread.h"
@@ -120,8 +121,12 @@ void StatusMenuView::paintEvent(QPaintEvent* /*event*/)
     QPainter painter(this);
     painter.fillRect(rect(), windowColor(palette()));
     // The window has no frame of its own.
-    painter.setPen(separatorColor(palette()));
-    painter.drawRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5));
+    painter.setRenderHint(QPainter::Antialiasing);
+    const PixelGrid grid(painter);
+    const double half = grid.lineWidth() / 2;
+    painter.setPen(QPen(
+        separatorColor(palette()), grid.lineWidth(), Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin));
+    painter.drawRect(grid.snapped(rect()).adjusted(half, half, -half, -half));
 }
 
 } // namespace orlimo

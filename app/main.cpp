@@ -6,6 +6,7 @@
 #include "login/LaunchAtLogin.h"
 #include "platform/ApplicationIdentity.h"
 #include "platform/ApplicationInstance.h"
+#include "platform/ColorScheme.h"
 #include "platform/Queue.h"
 #include "platform/SharedApplication.h"
 #include "platform/StandardStreams.h"
@@ -62,6 +63,7 @@ int runApplication(
 
     orlimo::OrlimoApp app;
     const auto scene = app.body();
+    orlimo::followColorScheme();
     const auto openForStart = [&scene] {
         // What was asked meanwhile may have been to quit.
         if (!orlimo::sharedApplication().isTerminating()) {

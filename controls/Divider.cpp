@@ -1,6 +1,7 @@
 #include "controls/Divider.h"
 
 #include "controls/Colors.h"
+#include "controls/PixelGrid.h"
 
 #include <QPainter>
 
@@ -15,7 +16,11 @@ Divider::Divider(QWidget* parent)
 
 void Divider::paintEvent(QPaintEvent* /*event*/)
 {
-    QPainter(this).fillRect(rect(), separatorColor(palette()));
+    QPainter painter(this);
+    const PixelGrid grid(painter);
+    QRectF line = grid.snapped(rect());
+    line.setHeight(grid.lineWidth());
+    painter.fillRect(line, separatorColor(palette()));
 }
 
 } // namespace orlimo

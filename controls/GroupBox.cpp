@@ -3,6 +3,7 @@
 #include "controls/AccessibleWithoutLabel.h"
 #include "controls/Colors.h"
 #include "controls/LayoutMetrics.h"
+#include "controls/PixelGrid.h"
 #include "controls/RoundedRectangle.h"
 #include "controls/SymbolLabel.h"
 #include "controls/TextLabel.h"
@@ -53,10 +54,12 @@ void GroupBox::paintEvent(QPaintEvent* /*event*/)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(surfaceBorderColor(palette()), 1));
+    const PixelGrid grid(painter);
+    const double half = grid.lineWidth() / 2;
+    painter.setPen(QPen(surfaceBorderColor(palette()), grid.lineWidth()));
     painter.setBrush(surfaceColor(palette()));
-    painter.drawPath(
-        continuousRoundedRectangle(QRectF(boxArea()).adjusted(0.5, 0.5, -0.5, -0.5), cornerRadius));
+    painter.drawPath(continuousRoundedRectangle(
+        grid.snapped(boxArea()).adjusted(half, half, -half, -half), cornerRadius));
 }
 
 } // namespace orlimo

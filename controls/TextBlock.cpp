@@ -1,10 +1,12 @@
 #include "controls/TextBlock.h"
 
 #include "controls/LayoutMetrics.h"
+#include "controls/PixelGrid.h"
 
 #include <QFontMetricsF>
 #include <QGlyphRun>
 #include <QPainter>
+#include <QPainterPath>
 #include <QRawFont>
 #include <QTextOption>
 
@@ -22,6 +24,9 @@ constexpr double unlimitedWidth = 100'000;
 /// The size below which shrinking a text further would not help anybody.
 constexpr int smallestPixelSize = 6;
 
+/// Keeps what stands on both sides of it on one line. It is not seen and takes no room.
+constexpr QChar wordJoiner(0x2060);
+
 /// Where the baseline stands in a line. The font that was asked for decides it alone, so that text
 /// of another script, which comes from another font, stands just as high.
 double baselineOf(const QFont& font, int lineHeight)
@@ -31,26 +36,52 @@ double baselineOf(const QFont& font, int lineHeight)
     return std::min(middle, lineHeight - std::round(metrics.descent()));
 }
 
+/// `text` as it is laid out on several lines: none of them begins with the sign that leads from one
+/// item of a path to the next, which belongs to the item before it.
+QString withoutBreakBeforePathSigns(QString text)
+{
+    // The joiner does not hold a space before it.
+    text.replace(QLatin1String(" >"), QString(QChar::Nbsp) + u'>');
+    return text.replace(u'>', QString(wordJoiner) + u'>');
+}
+
 /// What the line's glyphs cover.
-QRectF inkOf(const QTextLine& line)
+template <class AreaOfGlyph> QRectF inkOf(const QTextLine& line, const AreaOfGlyph& areaOfGlyph)
 {
     QRectF ink;
     for (const QGlyphRun& run : line.glyphRuns()) {
+        const QRawFont font = run.rawFont();
         const auto glyphs = run.glyphIndexes();
         const auto positions = run.positions();
         for (qsizetype index = 0; index < glyphs.size(); ++index) {
-            ink |= run.rawFont().boundingRect(glyphs[index]).translated(positions[index]);
+            ink |= areaOfGlyph(font, glyphs[index]).translated(positions[index]);
         }
     }
     return ink;
 }
 
-/// How far up or down a line must be moved for its accents and descenders to stay between `top` and
-/// `bottom`.
-double shiftBetween(double top, double bottom, const QRectF& ink)
+/// What a glyph covers when it is painted with one pixel a point: its edges are moved to pixels.
+QRectF areaOfPixels(const QRawFont& font, quint32 glyph)
 {
-    const double upward = std::min(0.0, std::floor(bottom - ink.bottom()));
-    return upward + std::max(0.0, std::ceil(top - ink.top() - upward));
+    return font.boundingRect(glyph);
+}
+
+/// What a glyph covers when its edges stay where its font has them.
+QRectF areaOfOutline(const QRawFont& font, quint32 glyph)
+{
+    return font.pathForGlyph(glyph).boundingRect();
+}
+
+/// How far what reaches from `inkStart` to `inkEnd` must be moved to stay between `start` and
+/// `end`, in whole pixels of the size `pixel`. The start counts for more where there is not room
+/// for both.
+double shiftBetween(double start, double end, double inkStart, double inkEnd, double pixel = 1)
+{
+    // What the numbers' last places say is no pixel.
+    constexpr double slack = 1.0 / 64;
+    const double back = std::min(0.0, std::floor((end - inkEnd) / pixel + slack));
+    const double moved = inkStart + back * pixel;
+    return (back + std::max(0.0, std::ceil((start - moved) / pixel - slack))) * pixel;
 }
 
 } // namespace
@@ -64,7 +95,7 @@ TextBlock::TextBlock(const QString& text, const QFont& font)
 
 TextBlock TextBlock::wrapped(const QString& text, const QFont& font, double width)
 {
-    TextBlock block(text, font);
+    TextBlock block(withoutBreakBeforePathSigns(text), font);
     constexpr auto wrapMode = QTextOption::WrapAtWordBoundaryOrAnywhere;
     block.layOut(width, wrapMode);
     const int lineCount = block.lineCount();
@@ -111,11 +142,45 @@ int TextBlock::lineCount() const
     return std::max(1, layout->lineCount());
 }
 
+QString TextBlock::line(int number) const
+{
+    const QTextLine line = layout->lineAt(number);
+    QString text = layout->text().mid(line.textStart(), line.textLength());
+    return text.remove(wordJoiner).replace(QChar::Nbsp, u' ');
+}
+
 void TextBlock::draw(QPainter& painter, QPointF topLeft) const
 {
+    const PixelGrid grid(painter);
     for (int number = 0; number < layout->lineCount(); ++number) {
-        layout->lineAt(number).draw(&painter, topLeft);
+        const QTextLine line = layout->lineAt(number);
+        // Not handed to the line, which would round it to fractions of a point.
+        painter.save();
+        painter.translate(originOf(number, topLeft, grid));
+        line.draw(&painter, QPointF());
+        painter.restore();
     }
+}
+
+QPointF TextBlock::originOf(int number, QPointF topLeft, const PixelGrid& grid) const
+{
+    if (grid.isOfPoints()) {
+        return topLeft;
+    }
+    const QTextLine line = layout->lineAt(number);
+    const int height = metrics::lineHeight(usedFont.pixelSize());
+    const QPointF top(0, number * height);
+    const QSizeF pixel = grid.pixelSize();
+    const QRectF place = grid.snapped({topLeft + top, QSizeF(size().width(), height)});
+    QPointF origin = place.topLeft() - top;
+    // Glyphs are painted with their baseline on a whole pixel, whichever is the nearest.
+    const double baseline = line.y() + line.ascent() - top.y();
+    origin.ry() += std::round(baseline / pixel.height()) * pixel.height() - baseline;
+    const QRectF ink = inkOf(line, areaOfOutline).translated(origin);
+    return origin +
+           QPointF(
+               shiftBetween(place.left(), place.right(), ink.left(), ink.right(), pixel.width()),
+               shiftBetween(place.top(), place.bottom(), ink.top(), ink.bottom(), pixel.height()));
 }
 
 void TextBlock::centreLines()
@@ -145,8 +210,9 @@ void TextBlock::layOut(double width, QTextOption::WrapMode wrapMode)
     for (number = 0; number < layout->lineCount(); ++number) {
         QTextLine line = layout->lineAt(number);
         const double top = number * height;
-        line.setPosition(
-            line.position() + QPointF(0, shiftBetween(top, top + height, inkOf(line))));
+        const QRectF ink = inkOf(line, areaOfPixels);
+        const double shift = shiftBetween(top, top + height, ink.top(), ink.bottom());
+        line.setPosition(line.position() + QPointF(0, shift));
     }
 }
 

@@ -60,8 +60,10 @@ set(orlimo_desktop_sources
     linux/ActivationToken.cpp
     qt/ApplicationActivity.cpp
     linux/ApplicationInterface.cpp
+    linux/ColorSchemePortal.cpp
     linux/DBusApplicationInstance.cpp
     qt/MenuBarWindow.cpp
+    linux/PaletteScheme.cpp
     linux/PanelIcon.cpp
     linux/FrontWindow.cpp
     linux/QtScreen.cpp

@@ -34,6 +34,7 @@ set(orlimo_desktop_sources
     macos/AppKitTurns.mm
     macos/BitmapImage.mm
     macos/CocoaSharedApplication.mm
+    macos/ColorScheme.cpp
     macos/MainScreen.mm
     macos/MenuBarImage.mm
     macos/NamedSymbol.mm

@@ -155,14 +155,31 @@ void MenuBarWindow::pointerWasPressed(const QPoint& place)
 void MenuBarWindow::place()
 {
     const auto screens = screenAreas();
-    if (compositorPlacesWindows() || screens.empty()) {
+    if (screens.empty()) {
         return;
     }
+    if (compositorPlacesWindows()) {
+        fit(content.screen()->availableGeometry().size());
+        return;
+    }
+    const QRect anchor = iconGeometry().value_or(QRect(QCursor::pos(), QSize(1, 1)));
+    fit(availableArea(anchor, screens).size());
+    content.move(windowPlacement(anchor, content.size(), screens));
+}
+
+void MenuBarWindow::fit(QSize available)
+{
     if (!content.testAttribute(Qt::WA_Resized)) {
         content.adjustSize();
     }
-    const QRect anchor = iconGeometry().value_or(QRect(QCursor::pos(), QSize(1, 1)));
-    content.move(windowPlacement(anchor, content.size(), screens));
+    if (!wholeSize) {
+        wholeSize = content.size();
+    }
+    const QSize size = wholeSize->boundedTo(available);
+    if (size != content.size()) {
+        // Fixed, so that compositors that tile windows leave it alone.
+        content.setFixedSize(size);
+    }
 }
 
 void MenuBarWindow::didLoseFocus()

@@ -43,7 +43,9 @@ public:
         std::chrono::milliseconds timeToReturn{1000};
     };
 
-    /// `window` becomes the window; it is not owned and must outlive this object.
+    /// `window` becomes the window; it is not owned and must outlive this object. It keeps the size
+    /// that it has when it first opens, but on a screen where less than that is available: there it
+    /// is made as small as that each time.
     MenuBarWindow(QWidget& window, IconGeometry geometry, UptimeClock uptimeClock = currentUptime);
     MenuBarWindow(
         QWidget& window, IconGeometry geometry, UptimeClock uptimeClock, Manner hostsManner);
@@ -76,6 +78,7 @@ protected:
 
 private:
     void place();
+    void fit(QSize available);
     void didLoseFocus();
     void didLoseFocusForUnknownReason();
     void pointerDidEnter();
@@ -90,6 +93,8 @@ private:
     UptimeClock clock;
     Manner manner;
     QShortcut escape;
+    /// What the content measures where there is room for it.
+    std::optional<QSize> wholeSize;
     std::optional<Uptime> closedByLosingFocus;
     std::optional<Uptime> openedAmongOthers;
     std::vector<QPointer<QWidget>> openedWith;

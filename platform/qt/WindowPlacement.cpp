@@ -81,11 +81,17 @@ int inside(int start, int length, Span area)
 
 } // namespace
 
+QRect availableArea(const QRect& anchor, const std::vector<ScreenArea>& screens)
+{
+    return screenOf(QPoint(horizontal(anchor).middle(), vertical(anchor).middle()), screens)
+        .available;
+}
+
 QPoint windowPlacement(const QRect& anchor, QSize size, const std::vector<ScreenArea>& screens)
 {
     const Span across = horizontal(anchor);
     const Span down = vertical(anchor);
-    const QRect available = screenOf(QPoint(across.middle(), down.middle()), screens).available;
+    const QRect available = availableArea(anchor, screens);
     const Span columns = horizontal(available);
     const Span rows = vertical(available);
     const bool isBeside = isInSidePanel(anchor, available);

@@ -17,6 +17,10 @@ struct ScreenArea
     QRect available;
 };
 
+/// What is available to a window that belongs to `anchor` on the screen that holds it. `screens` is
+/// not empty.
+[[nodiscard]] QRect availableArea(const QRect& anchor, const std::vector<ScreenArea>& screens);
+
 /// Where the top left corner of a window of `size` goes that belongs to `anchor`, an icon in a
 /// panel or the place of a click: centred under the anchor, above it where there is no room below,
 /// beside it where the panel stands on the left or right edge; and always inside the available area

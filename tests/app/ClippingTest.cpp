@@ -58,6 +58,17 @@ TEST_P(Clipping, LeavesTheGuidanceWindowWhole)
     expectReadable(window);
 }
 
+TEST_P(Clipping, LeavesTheLabelsWholeWhereAPointIsNoWholeNumberOfPixels)
+{
+    const auto menu = shownMenu();
+    GuidanceWindow guidance(new HelperView, QRect(QPoint(0, 0), GuidanceWindow::contentSize));
+    showActive(guidance);
+    for (const double scale : {1.25, 1.5, 1.75, 2.25}) {
+        expectLabelsWholeAt(scale, *menu);
+        expectLabelsWholeAt(scale, guidance);
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(
     Appearances, Clipping, testing::ValuesIn(allAppearances()), [](const auto& testInfo) {
         return nameOf(testInfo.param);

@@ -17,6 +17,7 @@ namespace {
 /// What the program calls itself, also to assistive technology.
 constexpr const char* applicationName = "Orlimo";
 
+/// On a screen that is high enough.
 constexpr QSize windowSize(300, 540);
 
 /// Longer than the time in which two clicks are a double click, and than that in which a click may
@@ -46,8 +47,9 @@ std::map<std::string, std::string> preferencesIn(const std::filesystem::path& fi
 
 } // namespace
 
-DesktopProgram::DesktopProgram(ProgramSession::Settings settings)
-    : ownSession(onDesktop(ownDesktop, std::move(settings)))
+DesktopProgram::DesktopProgram(ProgramSession::Settings settings, const std::string& screen)
+    : ownDesktop(screen)
+    , ownSession(onDesktop(ownDesktop, std::move(settings)))
 {
     ownSession.startWriter();
 }
@@ -137,7 +139,8 @@ std::optional<XWindow> DesktopProgram::window()
 {
     const auto all = windows();
     const auto found = std::ranges::find_if(all, [](const XWindow& one) {
-        return one.title == applicationName && one.area.size() == windowSize;
+        return one.title == applicationName && one.area.width() == windowSize.width() &&
+               one.area.height() <= windowSize.height();
     });
     return found == all.end() ? std::nullopt : std::optional(*found);
 }

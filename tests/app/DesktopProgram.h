@@ -19,9 +19,11 @@ namespace orlimo {
 class DesktopProgram
 {
 public:
-    /// Makes the desktop and the program's session and starts the writer; the program itself waits
-    /// for `start`. The desktop's environment is added to that of `settings`.
-    explicit DesktopProgram(ProgramSession::Settings settings = {});
+    /// Makes the desktop, with a screen of that width, height and depth, and the program's session,
+    /// and starts the writer; the program itself waits for `start`. The desktop's environment is
+    /// added to that of `settings`.
+    explicit DesktopProgram(
+        ProgramSession::Settings settings = {}, const std::string& screen = "1280x800x24");
 
     /// Starts the program and waits until it watches the store and its icon is in the tray.
     void start();

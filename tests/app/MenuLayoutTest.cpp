@@ -1,6 +1,7 @@
 #include "app/CodeLabel.h"
 #include "app/PopupView.h"
 #include "controls/Divider.h"
+#include "controls/GroupBox.h"
 #include "controls/Spacer.h"
 #include "controls/TextButton.h"
 #include "tests/app/Appearance.h"
@@ -15,6 +16,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <utility>
 
 namespace orlimo {
 namespace {
@@ -149,6 +151,83 @@ INSTANTIATE_TEST_SUITE_P(
         return std::string(testInfo.param);
     });
 
+/// How the window's lines come out with that many pixels a point.
+class MenuLines : public ViewTestBase, public testing::WithParamInterface<double>
+{
+protected:
+    /// How many pixels of exactly that colour there are from `start` on, in a direction.
+    [[nodiscard]] int countFrom(QPointF start, QPointF direction, const QColor& color) const
+    {
+        const QPointF pixel = direction / GetParam();
+        int count = 0;
+        while (picture.at(start + count * pixel).rgb() == color.rgb()) {
+            ++count;
+        }
+        return count;
+    }
+
+    /// How thick the line is that lies somewhere in the three points behind `start`: its pixels of
+    /// exactly that colour, when there is nothing but them between those of two others.
+    [[nodiscard]] int
+    thickness(QPointF start, QPointF direction, const QColor& before, const QColor& line) const
+    {
+        const QPointF pixel = direction / GetParam();
+        return countFrom(start + countFrom(start, direction, before) * pixel, direction, line);
+    }
+
+    const QPalette colors = lightPalette();
+    PaletteChange palette{colors};
+    std::unique_ptr<QWidget> menu = shownMenu();
+    Picture picture = Picture::ofWindow(*menu, GetParam());
+    int linePixels = static_cast<int>(GetParam());
+};
+
+TEST_P(MenuLines, AreEvenAroundTheWindow)
+{
+    const QColor line = separatorColor(colors);
+    const double last = 1 / GetParam();
+    EXPECT_EQ(countFrom({150, 0}, {0, 1}, line), linePixels);
+    EXPECT_EQ(countFrom({0, 270}, {1, 0}, line), linePixels);
+    EXPECT_EQ(countFrom({150, 540 - last}, {0, -1}, line), linePixels);
+    EXPECT_EQ(countFrom({300 - last, 270}, {-1, 0}, line), linePixels);
+}
+
+TEST_P(MenuLines, AreEvenAroundTheGroups)
+{
+    const QColor line = surfaceBorderColor(colors);
+    for (const char* name : {"captureOptions", "latestCode"}) {
+        const auto& group = named<GroupBox>(*menu, name);
+        const QRectF box = QRectF(group.boxArea()).translated(areaIn(*menu, group).topLeft());
+        const QColor inside = surfaceColor(colors);
+        const QPointF middle = box.center();
+        for (const auto& [start, outward] :
+             {std::pair(QPointF(middle.x(), box.top() + 3), QPointF(0, -1)),
+              std::pair(QPointF(middle.x(), box.bottom() - 3), QPointF(0, 1)),
+              std::pair(QPointF(box.left() + 3, middle.y()), QPointF(-1, 0)),
+              std::pair(QPointF(box.right() - 3, middle.y()), QPointF(1, 0))})
+        {
+            EXPECT_EQ(thickness(start, outward, inside, line), linePixels) << name;
+        }
+    }
+}
+
+TEST_P(MenuLines, AreEvenBetweenTheCommands)
+{
+    for (const QWidget* divider :
+         {stackOf(*menu)[2], stackOf(named<QWidget>(*menu, "commands"))[2]}) {
+        const QRectF area = areaIn(*menu, *divider);
+        EXPECT_EQ(
+            thickness(
+                {area.center().x(), area.top() - 3},
+                {0, 1},
+                windowColor(colors),
+                separatorColor(colors)),
+            linePixels);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Scales, MenuLines, testing::Values(1, 1.25, 1.5, 1.75, 2, 2.25));
+
 class MenuSize : public ViewTestBase
 {};
 
@@ -157,7 +236,7 @@ TEST_F(MenuSize, StaysWhateverTheCode)
     const auto menu = shownMenu();
     auto& code = named<CodeLabel>(*menu, "verificationCode");
     for (const char16_t* text : {u"", u"1", u"٤٨٢٩١٣", u"４８２９１３", u"𝟒𝟖𝟐𝟗𝟏𝟑"}) {
-        code.setText(QString::fromUtf16(text));
+        code.setCode(QString::fromUtf16(text));
         QCoreApplication::sendPostedEvents();
         EXPECT_EQ(menu->size(), QSize(300, 540));
         expectNothingClipped(*menu);
@@ -167,7 +246,7 @@ TEST_F(MenuSize, StaysWhateverTheCode)
 TEST_F(MenuSize, StaysWhereTheCodeIsFarTooLong)
 {
     const auto menu = shownMenu();
-    named<CodeLabel>(*menu, "verificationCode").setText(QString(60, u'8'));
+    named<CodeLabel>(*menu, "verificationCode").setCode(QString(60, u'8'));
     QCoreApplication::sendPostedEvents();
     EXPECT_EQ(menu->size(), QSize(300, 540));
     EXPECT_EQ(named<PopupView>(*menu, "panel").width(), 300);

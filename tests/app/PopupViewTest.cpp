@@ -7,6 +7,7 @@
 #include "controls/TextLabel.h"
 #include "tests/app/ViewTestBase.h"
 #include "tests/capture/PreferenceSandbox.h"
+#include "tests/support/Await.h"
 #include "tests/support/OutputCapture.h"
 #include "tests/support/Picture.h"
 #include "tests/support/Pointer.h"
@@ -424,23 +425,69 @@ TEST_F(PopupViewTest, ShowsTheCodeVerbatim)
     appear();
     auto& label = named<CodeLabel>(*panel, "verificationCode");
     EXPECT_EQ(label.textFormat(), Qt::PlainText);
-    label.setText(QStringLiteral("<b>1</b>"));
+    label.setCode(QStringLiteral("<b>1</b>"));
     const QRectF verbatim = Picture::of(label).ink();
-    label.setText(QStringLiteral("1"));
+    label.setCode(QStringLiteral("1"));
     EXPECT_GT(verbatim.width(), 5 * Picture::of(label).ink().width());
 }
 
-TEST_F(PopupViewTest, LetsTheCodeBeSelected)
+/// The panel with a code, and the pointer over that.
+class CodeSelection : public PopupViewTest
 {
-    receive("482913");
-    make(watching());
+protected:
+    /// The code as it looks when the panel has just appeared.
+    Picture appeared()
+    {
+        receive("482913");
+        make(watching());
+        appear();
+        return Picture::of(label());
+    }
+
+    CodeLabel& label() { return named<CodeLabel>(*panel, "verificationCode"); }
+
+    /// In the middle of the code.
+    QPoint onDigits() { return Picture::of(label()).ink().center().toPoint(); }
+
+    Picture unselected = appeared();
+};
+
+TEST_F(CodeSelection, IsMadeWithThePointerAndCanBeCopied)
+{
+    pointer::doubleClick(label(), onDigits());
+    EXPECT_EQ(label().selectedText(), QStringLiteral("482913"));
+    EXPECT_FALSE(label().textInteractionFlags().testFlag(Qt::TextEditable));
+    QTest::keyClick(&label(), Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringLiteral("482913"));
+}
+
+TEST_F(CodeSelection, ShowsNoCaret)
+{
+    ASSERT_TRUE(await([this] { return window.isActiveWindow(); }));
+    const Picture before = Picture::ofWindow(window);
+    pointer::click(label(), onDigits());
+    ASSERT_TRUE(label().hasFocus());
+    EXPECT_EQ(Picture::ofWindow(window).differenceFrom(before), QRectF());
+}
+
+TEST_F(CodeSelection, IsGoneWhenTheWindowOpensAgain)
+{
+    pointer::doubleClick(label(), onDigits());
+    disappear();
     appear();
-    auto& label = named<CodeLabel>(*panel, "verificationCode");
-    const QPoint onDigits = Picture::of(label).ink().center().toPoint();
-    pointer::doubleClick(label, onDigits);
-    EXPECT_EQ(label.selectedText(), QStringLiteral("482913"));
-    EXPECT_TRUE(label.textInteractionFlags().testFlag(Qt::TextSelectableByKeyboard));
-    EXPECT_FALSE(label.textInteractionFlags().testFlag(Qt::TextEditable));
+    EXPECT_FALSE(label().hasSelectedText());
+    EXPECT_EQ(Picture::of(label()).differenceFrom(unselected), QRectF());
+}
+
+TEST_F(CodeSelection, IsGoneWhenTheCodeIsAnotherOne)
+{
+    pointer::doubleClick(label(), onDigits());
+    label().setCode(QStringLiteral("482913"));
+    EXPECT_TRUE(label().hasSelectedText());
+    label().setCode(QStringLiteral("5930"));
+    EXPECT_FALSE(label().hasSelectedText());
+    label().setCode(QStringLiteral("482913"));
+    EXPECT_EQ(Picture::of(label()).differenceFrom(unselected), QRectF());
 }
 
 TEST_F(PopupViewTest, AnnouncesTheCode)

@@ -205,6 +205,25 @@ TEST_F(ProgramOnSway, OpensAndClosesItsWindowAsThePanelAsks)
     }
 }
 
+TEST_F(ProgramOnSway, OpensALowerWindowOnALowScreen)
+{
+    // 768 pixels high.
+    desktop().command("output * scale 2");
+    start();
+    ASSERT_TRUE(awaitIcon());
+    activate();
+    ASSERT_TRUE(awaitOpen());
+    EXPECT_TRUE(windows().front().isFloating);
+    EXPECT_EQ(windows().front().area.width(), 300);
+    EXPECT_LE(windows().front().area.height(), 768 / 2);
+    activate();
+    EXPECT_TRUE(awaitClosed());
+    desktop().command("output * scale 1");
+    activate();
+    ASSERT_TRUE(awaitOpen());
+    EXPECT_EQ(windows().front().area.size(), QSize(300, 540));
+}
+
 TEST_F(ProgramOnSway, OpensAndClosesItsWindowOnClicks)
 {
     start();

@@ -1,4 +1,5 @@
 #include "tests/app/DesktopProgram.h"
+#include "tests/support/QtPrinting.h"
 
 #include <gtest/gtest.h>
 
@@ -161,6 +162,51 @@ TEST_F(Window, OpensAndClosesWithoutLeavingAnythingBehind)
     EXPECT_TRUE(awaitSparingly([&] { return openDescriptors() <= before; }))
         << openDescriptors() << " open files, " << before << " before";
     EXPECT_EQ(program.count(DesktopProgram::appearLine), 3 + rounds);
+}
+
+/// On a screen that is lower than the window.
+class WindowOnLowScreen : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        program.start();
+        program.open();
+    }
+
+    static constexpr QRect screen{0, 0, 1024, 480};
+    DesktopProgram program{{}, "1024x480x24"};
+};
+
+TEST_F(WindowOnLowScreen, IsAsWideAsEverAndWithinTheScreen)
+{
+    const auto window = program.window();
+    ASSERT_TRUE(window);
+    EXPECT_EQ(window->area.width(), 300);
+    EXPECT_TRUE(screen.contains(window->area)) << testing::PrintToString(window->area);
+    EXPECT_FALSE(window->resizable);
+}
+
+TEST_F(WindowOnLowScreen, IsScrolledWithTheWheelToQuit)
+{
+    constexpr int wheelDown = 5;
+    const auto window = program.window();
+    ASSERT_TRUE(window);
+    EXPECT_FALSE(screen.contains(program.element("push button", "Quit").area()));
+    for (int turn = 0; turn < 10; ++turn) {
+        program.desktop().click(window->area.center(), wheelDown);
+    }
+    ASSERT_TRUE(awaitSparingly(
+        [this] { return screen.contains(program.element("push button", "Quit").area()); }));
+    program.click("push button", "Quit");
+    EXPECT_EQ(program.process().awaitEnd().status, 0) << program.process().errors();
+}
+
+TEST_F(WindowOnLowScreen, IsScrolledByTheFocusToQuit)
+{
+    program.desktop().press("shift+Tab");
+    EXPECT_TRUE(awaitSparingly(
+        [this] { return screen.contains(program.element("push button", "Quit").area()); }));
 }
 
 TEST_F(Window, SaysNothingWhileNothingHappens)

@@ -109,6 +109,33 @@ TEST(TextBlock, BalancesItsLines)
     EXPECT_LT(block.size().width(), whole * 0.65);
 }
 
+/// A path of items in a text, and where it could be broken.
+class TextBlockPath : public testing::TestWithParam<const char16_t*>
+{};
+
+TEST_P(TextBlockPath, HasNoLineThatBeginsWithItsSign)
+{
+    const QString text = QString::fromUtf16(GetParam());
+    const QFont font = fontOf(14);
+    const QString sign = QStringLiteral(">");
+    const double whole = TextBlock(text, font).size().width();
+    for (double width = whole; width > 240; width -= 4) {
+        const TextBlock block = TextBlock::wrapped(text, font, width);
+        for (int number = 0; number < block.lineCount(); ++number) {
+            EXPECT_FALSE(block.line(number).startsWith(sign)) << width << ", line " << number;
+        }
+    }
+    EXPECT_EQ(TextBlock::wrapped(text, font, whole + 1).size().width(), std::ceil(whole));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Texts,
+    TextBlockPath,
+    testing::Values(
+        u"open System Preferences > Security & Privacy > Full Disk Access and allow it.",
+        u"「システム設定」>「プライバシーとセキュリティ」>「フルディスクアクセス」を開き",
+        u"打开“系统设置”>“隐私与安全性”>“完全磁盘访问权限”"));
+
 TEST(TextBlock, FittedKeepsItsFontWhereThatFits)
 {
     const QFont font = fontOf(15);

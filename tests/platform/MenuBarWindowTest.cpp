@@ -158,6 +158,19 @@ TEST_F(MenuBarWindowTest, OpensInsideTheScreen)
     EXPECT_TRUE(screen.contains(content.geometry()));
 }
 
+TEST_F(MenuBarWindowTest, IsAsLowAsItsScreen)
+{
+    const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+    content.setFixedSize(300, screen.height() + 200);
+    for (int time = 0; time < 2; ++time) {
+        window->open();
+        EXPECT_EQ(content.size(), QSize(300, screen.height()));
+        EXPECT_TRUE(screen.contains(content.geometry()));
+        EXPECT_EQ(content.minimumSize(), content.maximumSize());
+        window->close();
+    }
+}
+
 TEST_F(MenuBarWindowTest, HasTheSizeThatItsContentAsksFor)
 {
     QWidget plain;

@@ -13,6 +13,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 namespace orlimo {
 
@@ -20,6 +21,7 @@ namespace {
 
 /// What is fainter than that is the smoothing of an edge: nobody sees it cut.
 constexpr int visibleAlpha = 64;
+constexpr int visibleDifference = 32;
 
 /// How a failure names the widget.
 std::string nameOf(const QWidget& widget)
@@ -80,19 +82,23 @@ template <class TextWidget> void expectInkWithin(TextWidget& widget, const QRect
         << testing::PrintToString(inside);
 }
 
-/// What `label` would paint if it were larger by `margin` on each side.
-Picture unclipped(const TextLabel& label, int margin)
+/// Draws what `label` shows, with the label's top left corner at `origin` and no edges to it.
+void drawUnclipped(const TextLabel& label, QPainter& painter, QPointF origin)
 {
     const TextBlock block = label.hasHeightForWidth()
                                 ? TextBlock::wrapped(label.text(), label.font(), label.width())
                                 : TextBlock::fitted(label.text(), label.font(), label.width());
+    painter.setPen(label.paintedColor());
+    block.draw(painter, origin + label.textArea().topLeft());
+}
+
+/// What `label` would paint if it were larger by `margin` on each side.
+Picture unclipped(const TextLabel& label, int margin)
+{
     return Picture::drawn(
         label.size() + 2 * QSize(margin, margin),
         label.devicePixelRatioF(),
-        [&](QPainter& painter) {
-            painter.setPen(label.paintedColor());
-            block.draw(painter, label.textArea().topLeft() + QPointF(margin, margin));
-        });
+        [&](QPainter& painter) { drawUnclipped(label, painter, QPointF(margin, margin)); });
 }
 
 void expectTextWhole(TextLabel& label)
@@ -140,6 +146,29 @@ void layOut(QWidget& widget)
 QRect areaIn(const QWidget& ancestor, const QWidget& widget)
 {
     return {widget.mapTo(&ancestor, QPoint(0, 0)), widget.size()};
+}
+
+void expectLabelsWholeAt(double scale, QWidget& window)
+{
+    const auto labels = window.findChildren<TextLabel*>();
+    const Picture painted = Picture::ofWindow(window, scale);
+    std::vector<QString> texts;
+    for (TextLabel* label : labels) {
+        texts.push_back(label->text());
+        label->setText(QString());
+    }
+    const Picture ground = Picture::ofWindow(window, scale);
+    for (std::size_t index = 0; index < texts.size(); ++index) {
+        labels[static_cast<qsizetype>(index)]->setText(texts[index]);
+    }
+    const Picture whole = ground.paintedOver([&](QPainter& painter) {
+        for (const TextLabel* label : labels) {
+            drawUnclipped(*label, painter, label->mapTo(&window, QPoint(0, 0)));
+        }
+    });
+    EXPECT_EQ(painted.differenceFrom(whole, visibleDifference), QRectF())
+        << "is cut at a scale of " << scale;
+    EXPECT_NE(painted.differenceFrom(ground), QRectF()) << "no label paints any text";
 }
 
 void expectNothingClipped(QWidget& window)

@@ -18,4 +18,8 @@ void layOut(QWidget& widget);
 /// overlap, and that each text is painted whole: no glyph is cut at an edge of its widget.
 void expectNothingClipped(QWidget& window);
 
+/// Expects that with `scale` pixels a point each text label in `window` paints what it would paint
+/// if nothing cut it off, to the pixel.
+void expectLabelsWholeAt(double scale, QWidget& window);
+
 } // namespace orlimo

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 
 namespace orlimo {
 
@@ -22,6 +23,14 @@ Picture Picture::of(QWidget& widget)
 Picture Picture::ofWindow(QWidget& window)
 {
     return Picture(window.grab().toImage());
+}
+
+Picture Picture::ofWindow(QWidget& window, double scale)
+{
+    QPixmap pixmap((QSizeF(window.size()) * scale).toSize());
+    pixmap.setDevicePixelRatio(scale);
+    window.render(&pixmap);
+    return Picture(pixmap.toImage());
 }
 
 Picture Picture::drawn(QSize size, double scale, const std::function<void(QPainter&)>& draw)
@@ -41,6 +50,15 @@ Picture::Picture(const QImage& painted)
     , scale(painted.devicePixelRatio())
 {}
 
+Picture Picture::paintedOver(const std::function<void(QPainter&)>& draw) const
+{
+    QPixmap pixmap = QPixmap::fromImage(image);
+    QPainter painter(&pixmap);
+    draw(painter);
+    painter.end();
+    return Picture(pixmap.toImage());
+}
+
 QColor Picture::at(QPointF point) const
 {
     return image.pixelColor(
@@ -54,13 +72,20 @@ QRectF Picture::ink(int leastAlpha) const
         [this, leastAlpha](int x, int y) { return qAlpha(image.pixel(x, y)) >= leastAlpha; });
 }
 
-QRectF Picture::differenceFrom(const Picture& other) const
+QRectF Picture::differenceFrom(const Picture& other, int leastDifference) const
 {
     if (image.size() != other.image.size()) {
         return {QPointF(), size()};
     }
-    return areaOf(
-        [this, &other](int x, int y) { return image.pixel(x, y) != other.image.pixel(x, y); });
+    return areaOf([&](int x, int y) {
+        const QRgb one = image.pixel(x, y);
+        const QRgb two = other.image.pixel(x, y);
+        return std::max(
+                   {std::abs(qRed(one) - qRed(two)),
+                    std::abs(qGreen(one) - qGreen(two)),
+                    std::abs(qBlue(one) - qBlue(two)),
+                    std::abs(qAlpha(one) - qAlpha(two))}) >= leastDifference;
+    });
 }
 
 QRectF Picture::areaOf(const std::function<bool(int, int)>& belongs) const

@@ -26,11 +26,17 @@ public:
     /// A window as it is seen, with its ground.
     [[nodiscard]] static Picture ofWindow(QWidget& window);
 
+    /// The same as it is seen with `scale` pixels a point, whatever the test runs at.
+    [[nodiscard]] static Picture ofWindow(QWidget& window, double scale);
+
     /// What `draw` paints on a transparent ground of `size` points, with `scale` pixels a point.
     [[nodiscard]] static Picture
     drawn(QSize size, double scale, const std::function<void(QPainter&)>& draw);
 
     explicit Picture(const QImage& painted);
+
+    /// The picture with what `draw` paints over it.
+    [[nodiscard]] Picture paintedOver(const std::function<void(QPainter&)>& draw) const;
 
     /// The colour of the pixel that `point` lies in.
     [[nodiscard]] QColor at(QPointF point) const;
@@ -38,9 +44,9 @@ public:
     /// The smallest area that holds everything at least as opaque as that.
     [[nodiscard]] QRectF ink(int leastAlpha = 1) const;
 
-    /// The smallest area that holds everything in which the two differ; the whole when their sizes
-    /// do.
-    [[nodiscard]] QRectF differenceFrom(const Picture& other) const;
+    /// The smallest area that holds everything in which a channel of the two differs by at least
+    /// that; the whole when their sizes do.
+    [[nodiscard]] QRectF differenceFrom(const Picture& other, int leastDifference = 1) const;
 
     [[nodiscard]] QSizeF size() const { return image.size() / scale; }
     [[nodiscard]] double pixelsPerPoint() const { return scale; }

@@ -3,6 +3,7 @@
 #include <QDBusArgument>
 #include <QDBusError>
 #include <QDBusObjectPath>
+#include <QDBusVariant>
 #include <gtest/gtest.h>
 
 namespace orlimo {
@@ -11,14 +12,17 @@ namespace {
 
 const auto connectionName = QStringLiteral("portal");
 const auto portalName = QStringLiteral("org.freedesktop.portal.Desktop");
+const auto portalPath = QStringLiteral("/org/freedesktop/portal/desktop");
+const auto settingsInterface = QStringLiteral("org.freedesktop.portal.Settings");
+const auto appearanceGroup = QStringLiteral("org.freedesktop.appearance");
+const auto colorSchemeKey = QStringLiteral("color-scheme");
 
 } // namespace
 
 ScriptedPortal::ScriptedPortal(const std::string& address)
     : bus(QDBusConnection::connectToBus(QString::fromStdString(address), connectionName))
 {
-    EXPECT_TRUE(bus.registerVirtualObject(
-        QStringLiteral("/org/freedesktop/portal/desktop"), this, QDBusConnection::SubPath));
+    EXPECT_TRUE(bus.registerVirtualObject(portalPath, this, QDBusConnection::SubPath));
     EXPECT_TRUE(bus.registerService(portalName));
 }
 
@@ -47,6 +51,59 @@ void ScriptedPortal::respond(const Request& request, uint response, const QVaria
     bus.send(signal);
 }
 
+void ScriptedPortal::changeColorScheme(const QVariant& value)
+{
+    colorScheme = value;
+    sendSettingChanged(appearanceGroup, colorSchemeKey, value);
+}
+
+void ScriptedPortal::sendSettingChanged(
+    const QString& group, const QString& key, const QVariant& value)
+{
+    QDBusMessage signal =
+        QDBusMessage::createSignal(portalPath, settingsInterface, QStringLiteral("SettingChanged"));
+    signal.setArguments({group, key, QVariant::fromValue(QDBusVariant(value))});
+    bus.send(signal);
+}
+
+void ScriptedPortal::answerReads()
+{
+    holdsReads = false;
+    for (const QDBusMessage& read : std::exchange(heldReads, {})) {
+        answerRead(read);
+    }
+}
+
+bool ScriptedPortal::handleRead(const QDBusMessage& message)
+{
+    if (message.member() != QStringLiteral("Read") ||
+        message.arguments() != QVariantList{appearanceGroup, colorSchemeKey})
+    {
+        return false;
+    }
+    ++readCount;
+    message.setDelayedReply(true);
+    if (holdsReads) {
+        heldReads.push_back(message);
+    } else {
+        answerRead(message);
+    }
+    return true;
+}
+
+void ScriptedPortal::answerRead(const QDBusMessage& message)
+{
+    if (!colorScheme.isValid()) {
+        bus.send(message.createErrorReply(
+            QStringLiteral("org.freedesktop.portal.Error.NotFound"),
+            QStringLiteral("Requested setting not found")));
+        return;
+    }
+    // Twice, as the portals do it.
+    const QDBusVariant inner(colorScheme);
+    bus.send(message.createReply(QVariant::fromValue(QDBusVariant(QVariant::fromValue(inner)))));
+}
+
 bool ScriptedPortal::handleMessage(
     const QDBusMessage& message, const QDBusConnection& /*connection*/)
 {
@@ -55,6 +112,9 @@ bool ScriptedPortal::handleMessage(
     {
         closed.push_back(message.path());
         return true;
+    }
+    if (message.interface() == settingsInterface) {
+        return handleRead(message);
     }
     if (message.interface() != QStringLiteral("org.freedesktop.portal.Background") ||
         message.member() != QStringLiteral("RequestBackground") ||

@@ -4,6 +4,7 @@
 #include <QDBusMessage>
 #include <QDBusVirtualObject>
 #include <QString>
+#include <QVariant>
 #include <QVariantMap>
 
 #include <functional>
@@ -14,8 +15,9 @@
 namespace orlimo {
 
 /// A desktop portal on a bus of the test's, which takes requests to run in the background and does
-/// with them what the test says. It has a connection of its own and works in the test's event loop:
-/// whoever waits for it there waits in vain.
+/// with them what the test says, and tells which colour scheme the user prefers. It has a
+/// connection of its own and works in the test's event loop: whoever waits for it there waits in
+/// vain.
 class ScriptedPortal final : public QDBusVirtualObject
 {
 public:
@@ -50,14 +52,34 @@ public:
     /// Answers a request, whether its call has returned or not.
     void respond(const Request& request, uint response, const QVariantMap& results);
 
+    /// What is answered to who reads the colour scheme; invalid at the beginning: there is no such
+    /// setting then.
+    void setColorScheme(const QVariant& value) { colorScheme = value; }
+    /// The same, told to everybody.
+    void changeColorScheme(const QVariant& value);
+    /// Tells everybody that some setting has changed.
+    void sendSettingChanged(const QString& group, const QString& key, const QVariant& value);
+    /// Whether who reads a setting waits for `answerReads`.
+    void holdReads() { holdsReads = true; }
+    void answerReads();
+    /// How many times the colour scheme was read.
+    [[nodiscard]] int reads() const { return readCount; }
+
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override;
     [[nodiscard]] QString introspect(const QString& path) const override;
 
 private:
+    [[nodiscard]] bool handleRead(const QDBusMessage& message);
+    void answerRead(const QDBusMessage& message);
+
     QDBusConnection bus;
     Script script = [](ScriptedPortal& portal, const Request& request) { portal.accept(request); };
     std::vector<Request> received;
     std::vector<QString> closed;
+    QVariant colorScheme;
+    bool holdsReads = false;
+    std::vector<QDBusMessage> heldReads;
+    int readCount = 0;
 };
 
 } // namespace orlimo

@@ -1,0 +1,66 @@
+#include "controls/ScrollingView.h"
+
+#include <QCoreApplication>
+#include <QMoveEvent>
+#include <QShowEvent>
+#include <QStyle>
+
+namespace orlimo {
+
+ScrollingView::ScrollingView(std::unique_ptr<QWidget> view)
+    : bar(new QScrollBar(Qt::Vertical, this))
+{
+    setFrameShape(QFrame::NoFrame);
+    setFocusPolicy(Qt::NoFocus);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setWindowTitle(view->windowTitle());
+    setAccessibleName(view->accessibleName());
+    // The area's own bar would take its width from the view.
+    QScrollBar& scrolling = *verticalScrollBar();
+    connect(&scrolling, &QScrollBar::rangeChanged, this, &ScrollingView::placeScrollBar);
+    connect(&scrolling, &QScrollBar::valueChanged, bar, &QScrollBar::setValue);
+    connect(bar, &QScrollBar::valueChanged, &scrolling, &QScrollBar::setValue);
+    setWidget(view.release());
+    setFixedSize(widget()->size());
+    placeScrollBar();
+}
+
+void ScrollingView::resizeEvent(QResizeEvent* event)
+{
+    QScrollArea::resizeEvent(event);
+    placeScrollBar();
+}
+
+void ScrollingView::showEvent(QShowEvent* event)
+{
+    if (!event->spontaneous()) {
+        verticalScrollBar()->setValue(0);
+    }
+    QScrollArea::showEvent(event);
+}
+
+void ScrollingView::scrollContentsBy(int dx, int dy)
+{
+    QScrollArea::scrollContentsBy(dx, dy);
+    // What has the focus has moved in the window, which nothing tells it or what surrounds it.
+    if (QWidget* const focused = focusWidget()) {
+        QMoveEvent moved(focused->pos(), focused->pos());
+        QCoreApplication::sendEvent(focused, &moved);
+    }
+}
+
+void ScrollingView::placeScrollBar()
+{
+    const QScrollBar& scrolling = *verticalScrollBar();
+    bar->setPageStep(scrolling.pageStep());
+    bar->setSingleStep(scrolling.singleStep());
+    bar->setRange(scrolling.minimum(), scrolling.maximum());
+    bar->setVisible(scrolling.maximum() > scrolling.minimum());
+    const int thickness = bar->sizeHint().width();
+    const QRect trailing(width() - thickness, 0, thickness, height());
+    bar->setGeometry(QStyle::visualRect(layoutDirection(), rect(), trailing));
+    bar->raise();
+}
+
+} // namespace orlimo
