@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 #include <QCursor>
+#include <QEvent>
 #include <QGuiApplication>
 
 #include <algorithm>
@@ -86,14 +87,25 @@ X11Focus::X11Focus(QWidget& window, PressHandler pressHandler, UptimeClock uptim
         nullptr));
     if (extension && extension->present != 0) {
         inputExtension = extension->major_opcode;
-        selectPresses();
     }
+    content.installEventFilter(this);
     qGuiApp->installNativeEventFilter(this);
 }
 
 FocusLoss X11Focus::lastLoss() const
 {
     return wasJustPressed() ? FocusLoss::deliberate : loss;
+}
+
+/// A hidden window has no use for others' presses, each of which would wake the program.
+bool X11Focus::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == &content && event->type() == QEvent::Show) {
+        selectPresses(true);
+    } else if (watched == &content && event->type() == QEvent::Hide) {
+        selectPresses(false);
+    }
+    return QObject::eventFilter(watched, event);
 }
 
 bool X11Focus::nativeEventFilter(const QByteArray& eventType, void* message, qintptr* /*result*/)
@@ -114,8 +126,11 @@ bool X11Focus::nativeEventFilter(const QByteArray& eventType, void* message, qin
     return false;
 }
 
-void X11Focus::selectPresses() const
+void X11Focus::selectPresses(bool areSelected) const
 {
+    if (inputExtension == 0) {
+        return;
+    }
     xinput::SelectEvents request{
         .majorOpcode = inputExtension,
         .minorOpcode = xinput::selectEvents,
@@ -125,7 +140,7 @@ void X11Focus::selectPresses() const
         .padding = 0,
         .device = xinput::allMasterDevices,
         .maskLength = 1,
-        .mask = 1U << xinput::rawButtonPress,
+        .mask = areSelected ? 1U << xinput::rawButtonPress : 0U,
     };
     // The library writes into the two parts before the first one.
     std::array<iovec, 3> parts{};

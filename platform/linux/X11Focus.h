@@ -4,6 +4,7 @@
 #include "platform/qt/FocusLoss.h"
 
 #include <QAbstractNativeEventFilter>
+#include <QObject>
 #include <QPoint>
 #include <QWidget>
 
@@ -16,12 +17,12 @@
 
 namespace orlimo {
 
-/// Watches on the X server why a window loses the focus: sees each press of a mouse button,
-/// wherever it is, and where the pointer is when the focus goes. The focus has followed the pointer
-/// when nothing was pressed, and the pointer is in the window that has the focus now, and that
-/// window is not a new one. Main thread; needs the application
-/// object, on Qt's xcb platform.
-class X11Focus final : private QAbstractNativeEventFilter
+/// Watches on the X server why a window loses the focus: while the window is shown, sees each press
+/// of a mouse button, wherever it is, and where the pointer is when the focus goes. The focus has
+/// followed the pointer when nothing was pressed, and the pointer is in the window that has the
+/// focus now, and that window is not a new one. Main thread; needs the application object, on Qt's
+/// xcb platform.
+class X11Focus final : public QObject, private QAbstractNativeEventFilter
 {
 public:
     /// Called in the event loop at each press, with its place on the screen in points.
@@ -36,9 +37,12 @@ public:
     /// Why the window has lost the focus; never `unknown`.
     [[nodiscard]] FocusLoss lastLoss() const;
 
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
     bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
-    void selectPresses() const;
+    void selectPresses(bool areSelected) const;
     [[nodiscard]] bool isPress(const xcb_generic_event_t& event) const;
     [[nodiscard]] bool movesFocus(const xcb_generic_event_t& event) const;
     void noteTopLevels();
