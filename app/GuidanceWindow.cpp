@@ -2,11 +2,11 @@
 
 #include "controls/AccessibleWindow.h"
 #include "controls/Colors.h"
+#include "controls/InitialFocus.h"
 #include "resources/ImageIcon.h"
 
 #include <QEvent>
 #include <QPalette>
-#include <QShowEvent>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -33,6 +33,7 @@ GuidanceWindow::GuidanceWindow(QWidget* content, const QRectF& contentArea)
           Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint)
 {
     announceWindows();
+    InitialFocus::attach(*this);
     setWindowIcon(imageIcon(QStringLiteral("logo")));
     setPalette(darkPalette());
     auto* layout = new QVBoxLayout(this);
@@ -41,15 +42,6 @@ GuidanceWindow::GuidanceWindow(QWidget* content, const QRectF& contentArea)
     setFixedSize(contentArea.size().toSize());
     // Qt places windows on whole points only, on every system.
     setGeometry(contentArea.toRect());
-}
-
-void GuidanceWindow::showEvent(QShowEvent* event)
-{
-    QWidget::showEvent(event);
-    // Qt would give the focus to the button, unseen, and Tab would have nowhere to go.
-    if (!event->spontaneous()) {
-        setFocus();
-    }
 }
 
 QRectF GuidanceWindow::contentAreaOn(const QRect& screenFrame)

@@ -26,7 +26,6 @@ protected:
     /// Undoes being minimized: the window has no button for that, but some window managers offer it
     /// all the same, and one without a task bar would not show the window again.
     void changeEvent(QEvent* event) override;
-    void showEvent(QShowEvent* event) override;
 };
 
 } // namespace orlimo

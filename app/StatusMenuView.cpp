@@ -4,6 +4,7 @@
 #include "controls/AccessibleWindow.h"
 #include "controls/Colors.h"
 #include "controls/Divider.h"
+#include "controls/InitialFocus.h"
 #include "controls/LayoutMetrics.h"
 #include "controls/PixelGrid.h"
 #include "controls/Spacer.h"
@@ -11,7 +12,6 @@
 #include "platform/MainThread.h"
 
 #include <QPainter>
-#include <QShowEvent>
 #include <QUrl>
 #include <QVBoxLayout>
 
@@ -44,6 +44,7 @@ StatusMenuView::StatusMenuView(std::shared_ptr<Message> controller, MenuHost men
     requireMainThread();
     setFixedSize(size);
     announceWindows();
+    InitialFocus::attach(*this);
     // It fills itself, so that the toolkit need not do so before.
     setAttribute(Qt::WA_OpaquePaintEvent);
     auto* stack = new QVBoxLayout(this);
@@ -104,16 +105,6 @@ void StatusMenuView::quit() const
 {
     requireMainThread();
     host.application().terminate();
-}
-
-void StatusMenuView::showEvent(QShowEvent* event)
-{
-    QWidget::showEvent(event);
-    // Qt would give the focus to the first control, or to that of last time, without a ring: the
-    // space bar would work on it unseen. From the window, Tab leads to the first one.
-    if (!event->spontaneous()) {
-        setFocus();
-    }
 }
 
 void StatusMenuView::paintEvent(QPaintEvent* /*event*/)

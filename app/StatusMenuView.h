@@ -26,7 +26,6 @@ public:
     static constexpr QSize size{300, 540};
 
 protected:
-    void showEvent(QShowEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
 private:

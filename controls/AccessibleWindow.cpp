@@ -1,5 +1,6 @@
 #include "controls/AccessibleWindow.h"
 
+#include "controls/ScrollingView.h"
 #include "platform/ApplicationIdentity.h"
 #include "platform/ToQString.h"
 
@@ -25,14 +26,15 @@ public:
     }
 };
 
-/// Asked before Qt's own factory, to which menus, dialogs and other windows with classes of their
-/// own are left.
+/// Asked before Qt's own factory, once for each class of the window, the derived one first. Menus,
+/// dialogs and other windows with classes of their own are left to Qt.
 QAccessibleInterface* makeAccessibleWindow(const QString& className, QObject* object)
 {
     auto* window = qobject_cast<QWidget*>(object);
-    return className == QLatin1String("QWidget") && window != nullptr && window->isWindow()
-               ? new AccessibleWindow(*window)
-               : nullptr;
+    const bool isPlain = className == QLatin1String("QWidget") ||
+                         className == QLatin1String(ScrollingView::staticMetaObject.className());
+    return isPlain && window != nullptr && window->isWindow() ? new AccessibleWindow(*window)
+                                                              : nullptr;
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include "controls/RoundedRectangle.h"
 
 #include <QFocusEvent>
+#include <QKeyEvent>
 #include <QPainter>
 
 namespace orlimo {

@@ -15,7 +15,6 @@
 #include "tests/support/WidgetWindow.h"
 
 #include <QAccessible>
-#include <QShowEvent>
 #include <QTest>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -171,16 +170,6 @@ TEST_F(StatusMenuViewTest, HasTheFocusItselfAtEachOpening)
         showActive(other);
         showActive(*menu);
     }
-}
-
-TEST_F(StatusMenuViewTest, KeepsTheFocusWhenTheWindowSystemHidesAndShowsIt)
-{
-    const auto menu = shownMenu();
-    QTest::keyClick(menu->windowHandle(), Qt::Key_Tab);
-    QShowEvent event;
-    QSpontaneKeyEvent::setSpontaneous(&event);
-    QCoreApplication::instance()->notify(menu.get(), &event);
-    EXPECT_TRUE(named<Switch>(*menu, "capturingEnabled").hasFocus());
 }
 
 TEST_F(StatusMenuViewTest, IsAnnouncedUnderTheProgramsName)
