@@ -43,7 +43,7 @@ void ScrollingView::showEvent(QShowEvent* event)
 void ScrollingView::scrollContentsBy(int dx, int dy)
 {
     QScrollArea::scrollContentsBy(dx, dy);
-    // What has the focus has moved in the window, which nothing tells it or what surrounds it.
+    // A widget that moves with its parent gets no event, and the focus ring is placed by one.
     if (QWidget* const focused = focusWidget()) {
         QMoveEvent moved(focused->pos(), focused->pos());
         QCoreApplication::sendEvent(focused, &moved);

@@ -2,6 +2,7 @@
 
 #include "controls/Colors.h"
 #include "controls/FocusRing.h"
+#include "controls/PixelGrid.h"
 #include "controls/ReturnKey.h"
 
 #include <QPainter>
@@ -85,7 +86,7 @@ void Switch::paintEvent(QPaintEvent* /*event*/)
     painter.setOpacity(isEnabled() ? 1 : 0.5);
     painter.setPen(Qt::NoPen);
 
-    const QRectF track = rect();
+    const QRectF track = PixelGrid(painter).snapped(rect());
     const double position = knobPosition();
     painter.setBrush(mixed(trackColorWhenOff(palette()), trackColorWhenOn(palette()), position));
     painter.drawRoundedRect(track, track.height() / 2, track.height() / 2);
@@ -93,7 +94,11 @@ void Switch::paintEvent(QPaintEvent* /*event*/)
     const double diameter = track.height() - 2 * knobMargin;
     const double travel = track.width() - 2 * knobMargin - diameter;
     const double fromLeft = layoutDirection() == Qt::RightToLeft ? 1 - position : position;
-    const QRectF knob(knobMargin + travel * fromLeft, knobMargin, diameter, diameter);
+    const QRectF knob(
+        track.left() + knobMargin + travel * fromLeft,
+        track.top() + knobMargin,
+        diameter,
+        diameter);
     painter.setBrush(QColor(0, 0, 0, 40));
     painter.drawEllipse(knob.translated(0, 0.75));
     painter.setBrush(isDown() ? QColor(240, 240, 240) : QColor(Qt::white));

@@ -2,6 +2,7 @@
 
 #include "controls/FocusRing.h"
 #include "controls/LayoutMetrics.h"
+#include "controls/PixelGrid.h"
 #include "controls/ReturnKey.h"
 #include "controls/RoundedRectangle.h"
 #include "controls/SymbolLabel.h"
@@ -111,11 +112,14 @@ void TextButton::paintEvent(QPaintEvent* /*event*/)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.fillPath(continuousRoundedRectangle(rect(), cornerRadius), surface());
+    const PixelGrid grid(painter);
+    const QRectF area = grid.snapped(rect());
+    painter.fillPath(continuousRoundedRectangle(area, cornerRadius), surface());
     if (hasOutline()) {
-        painter.setPen(QPen(controlBorderColor(palette()), 1));
+        const double half = grid.lineWidth() / 2;
+        painter.setPen(QPen(controlBorderColor(palette()), grid.lineWidth()));
         painter.drawPath(continuousRoundedRectangle(
-            QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), cornerRadius - 0.5));
+            area.adjusted(half, half, -half, -half), cornerRadius - half));
     }
 
     const TextBlock laidOut = block();

@@ -2,10 +2,9 @@
 
 namespace orlimo {
 
-/// Has the application's palette follow the user's preference for light or dark windows, from now
-/// until the application object ends, where the toolkit does not do that by itself. Returns at
-/// once: a preference that the host tells later is followed when it comes. Main thread, after the
-/// application object.
+/// Lets the application's palette follow the user's preference for light or dark windows, from now
+/// until the application object is destroyed, where Qt does not do so itself. Returns at once: the
+/// preference is applied when the system reports it. Main thread, after the application object.
 void followColorScheme();
 
 } // namespace orlimo

@@ -1,6 +1,7 @@
 #include "platform/linux/ColorSchemePortal.h"
 
 #include <QDBusPendingCallWatcher>
+#include <QDBusVariant>
 #include <QStringList>
 
 #include <limits>
@@ -36,7 +37,7 @@ QString colorSchemeKey()
 }
 
 /// `Read` and not the newer `ReadOne`: portals of every version have it.
-QDBusMessage question()
+QDBusMessage readCall()
 {
     QDBusMessage call = QDBusMessage::createMethodCall(
         portalService(), portalPath(), settingsInterface(), QStringLiteral("Read"));
@@ -44,7 +45,7 @@ QDBusMessage question()
     return call;
 }
 
-/// What is in a variant, however many times it is wrapped: `Read` wraps its answer twice.
+/// What is in a variant, however many times it is wrapped: `Read` wraps its result twice.
 QVariant unwrapped(QVariant value)
 {
     while (value.userType() == qMetaTypeId<QDBusVariant>()) {
@@ -56,7 +57,7 @@ QVariant unwrapped(QVariant value)
 } // namespace
 
 ColorSchemePortal::ColorSchemePortal(QDBusConnection sessionBus, Handler handler)
-    : didHear(std::move(handler))
+    : onPreference(std::move(handler))
     , bus(std::move(sessionBus))
     , portals(portalService(), bus, QDBusServiceWatcher::WatchForOwnerChange)
 {
@@ -70,11 +71,11 @@ ColorSchemePortal::ColorSchemePortal(QDBusConnection sessionBus, Handler handler
         [this](const QString&, const QString&, const QString& owner) {
             portal.clear();
             if (!owner.isEmpty()) {
-                ask();
+                read();
             }
         });
-    // From any sender: to connect to a named one, the toolkit would wait for the bus to say who
-    // that is.
+    // From any sender, checked on arrival: to connect to a named one, Qt would block until the bus
+    // says who owns the name.
     bus.connect(
         QString(),
         portalPath(),
@@ -83,43 +84,38 @@ ColorSchemePortal::ColorSchemePortal(QDBusConnection sessionBus, Handler handler
         QStringList{appearanceGroup(), colorSchemeKey()},
         QStringLiteral("ssv"),
         this,
-        SLOT(settingDidChange(QString, QString, QDBusVariant, QDBusMessage)));
-    ask();
+        SLOT(settingDidChange(QDBusMessage)));
+    read();
 }
 
-void ColorSchemePortal::ask()
+void ColorSchemePortal::read()
 {
-    const int number = ++questions;
-    // Without a limit, which would wake the program up for nothing: the bus answers for one who
-    // goes.
-    constexpr int noLimit = std::numeric_limits<int>::max();
-    auto* const call = new QDBusPendingCallWatcher(bus.asyncCall(question(), noLimit), this);
+    const int number = ++readCount;
+    // No timeout, whose timer would wake an idle program: the bus replies for a portal that exits.
+    constexpr int noTimeout = std::numeric_limits<int>::max();
+    auto* const call = new QDBusPendingCallWatcher(bus.asyncCall(readCall(), noTimeout), this);
     connect(call, &QDBusPendingCallWatcher::finished, this, [this, call, number] {
         call->deleteLater();
         const QDBusMessage reply = call->reply();
-        if (number != questions) {
+        if (number != readCount) {
             return;
         }
-        // Also of one that does not know the setting yet.
+        // Also after an error: the portal may get the setting later.
         portal = reply.service();
         if (reply.type() == QDBusMessage::ReplyMessage) {
-            hear(reply.arguments().value(0));
+            report(reply.arguments().value(0));
         }
     });
 }
 
-void ColorSchemePortal::settingDidChange(
-    const QString& /*group*/,
-    const QString& /*key*/,
-    const QDBusVariant& value,
-    const QDBusMessage& message)
+void ColorSchemePortal::settingDidChange(const QDBusMessage& message)
 {
     if (message.service() == portal) {
-        hear(value.variant());
+        report(message.arguments().value(2));
     }
 }
 
-void ColorSchemePortal::hear(const QVariant& value)
+void ColorSchemePortal::report(const QVariant& value)
 {
     const QVariant number = unwrapped(value);
     if (number.userType() != QMetaType::UInt) {
@@ -127,7 +123,7 @@ void ColorSchemePortal::hear(const QVariant& value)
     }
     const auto scheme = ColorScheme(number.toUInt());
     const bool isKnown = scheme == ColorScheme::dark || scheme == ColorScheme::light;
-    didHear(isKnown ? scheme : ColorScheme::noPreference);
+    onPreference(isKnown ? scheme : ColorScheme::noPreference);
 }
 
 } // namespace orlimo

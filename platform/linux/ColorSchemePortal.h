@@ -3,9 +3,9 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusServiceWatcher>
-#include <QDBusVariant>
 #include <QObject>
 #include <QString>
+#include <QVariant>
 
 #include <functional>
 
@@ -18,10 +18,11 @@ enum class ColorScheme : unsigned {
     light = 2,
 };
 
-/// The user's preference for dark or light windows, read from the desktop's Settings portal and
-/// followed as it changes. No call waits: the preference comes with the event loop, and never where
-/// there is no bus, no portal, or none that answers. A number that is none of the three is no
-/// preference, and what is no number is not heard. Main thread.
+/// The user's preference for dark or light windows, read from the desktop's Settings portal
+/// (org.freedesktop.portal.Settings) and followed as it changes. Nothing blocks: the preference
+/// arrives in the event loop, and never where there is no bus, no portal, or none that replies. A
+/// number that is none of the three means no preference; a value of another type is ignored. Main
+/// thread.
 class ColorSchemePortal final : public QObject
 {
     Q_OBJECT
@@ -29,25 +30,23 @@ class ColorSchemePortal final : public QObject
 public:
     using Handler = std::function<void(ColorScheme)>;
 
-    /// Asks at once. `handler` is called in the event loop with each preference that the portal
-    /// tells, also with one that is as before.
+    /// Starts reading. `handler` is called in the event loop with each preference that the portal
+    /// reports, also with an unchanged one.
     ColorSchemePortal(QDBusConnection sessionBus, Handler handler);
 
 private:
-    Q_SLOT void settingDidChange(
-        const QString& group,
-        const QString& key,
-        const QDBusVariant& value,
-        const QDBusMessage& message);
-    void ask();
-    void hear(const QVariant& value);
+    /// The portal's signal: the setting's group, its key and its new value.
+    Q_SLOT void settingDidChange(const QDBusMessage& message);
+    void read();
+    void report(const QVariant& value);
 
-    Handler didHear;
+    Handler onPreference;
     QDBusConnection bus;
     QDBusServiceWatcher portals;
-    /// The name on the bus of who answered, which nobody else can send under; empty until then.
+    /// The unique bus name that the last reply came from, which no other program can send under.
+    /// Empty until then.
     QString portal;
-    int questions = 0;
+    int readCount = 0;
 };
 
 } // namespace orlimo

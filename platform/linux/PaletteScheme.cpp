@@ -10,8 +10,8 @@ namespace orlimo {
 
 namespace {
 
-/// Whether the toolkit has learnt from the desktop whether windows are dark, and follows that.
-bool toolkitKnowsTheScheme()
+/// Whether Qt itself knows the desktop's colour scheme, and follows it.
+bool qtKnowsTheScheme()
 {
 #if QT_VERSION >= QT_VERSION_CHECK(6, 5, 0)
     return QGuiApplication::styleHints()->colorScheme() != Qt::ColorScheme::Unknown;
@@ -57,6 +57,9 @@ QPalette darkPaletteOf(const QPalette& palette)
         dark.setColor(QPalette::Disabled, role, fainter);
     }
     dark.setColor(QPalette::Highlight, palette.color(QPalette::Highlight));
+#if QT_VERSION >= QT_VERSION_CHECK(6, 6, 0)
+    dark.setColor(QPalette::Accent, palette.color(QPalette::Accent));
+#endif
     dark.setColor(QPalette::HighlightedText, palette.color(QPalette::HighlightedText));
     return dark;
 }
@@ -68,13 +71,13 @@ void PaletteScheme::follow(ColorScheme scheme)
         return;
     }
     isDark = wantsDark;
-    // No palette is the toolkit's own again.
+    // An empty palette restores Qt's own.
     QApplication::setPalette(isDark ? darkPaletteOf(QApplication::palette()) : QPalette());
 }
 
 bool PaletteScheme::isOurs() const
 {
-    return isDark || (!toolkitKnowsTheScheme() &&
+    return isDark || (!qtKnowsTheScheme() &&
                       QApplication::palette() == QApplication::style()->standardPalette());
 }
 

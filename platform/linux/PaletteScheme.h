@@ -9,9 +9,9 @@ namespace orlimo {
 /// A palette of dark windows, with the accent of `palette`.
 [[nodiscard]] QPalette darkPaletteOf(const QPalette& palette);
 
-/// The application's palette, made dark and light again as the user prefers. Only where it is the
-/// toolkit's own: a palette that the desktop's theme or the user has chosen stays, and so does the
-/// scheme of a toolkit that knows it. Main thread.
+/// Makes the application's palette dark, and Qt's own again, as the user prefers. A palette that
+/// the desktop's theme or the user has chosen is left alone, and so is a Qt that follows the scheme
+/// itself. Main thread.
 class PaletteScheme
 {
 public:

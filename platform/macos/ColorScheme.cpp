@@ -4,7 +4,7 @@ namespace orlimo {
 
 void followColorScheme()
 {
-    // The toolkit's palette is the system's here.
+    // Qt's palette follows the system here.
 }
 
 } // namespace orlimo

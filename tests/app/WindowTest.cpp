@@ -1,4 +1,5 @@
 #include "tests/app/DesktopProgram.h"
+#include "tests/platform/linux/ScriptedPortal.h"
 #include "tests/support/QtPrinting.h"
 
 #include <gtest/gtest.h>
@@ -207,6 +208,26 @@ TEST_F(WindowOnLowScreen, IsScrolledByTheFocusToQuit)
     program.desktop().press("shift+Tab");
     EXPECT_TRUE(awaitSparingly(
         [this] { return screen.contains(program.element("push button", "Quit").area()); }));
+}
+
+TEST(WindowColors, FollowThePortalsColorScheme)
+{
+    DesktopProgram program;
+    ScriptedPortal portal(program.desktop().environment().at("DBUS_SESSION_BUS_ADDRESS").value());
+    portal.setColorScheme(1U);
+    program.start();
+    program.open();
+    const auto window = program.window();
+    ASSERT_TRUE(window);
+    // In the padding, where there is nothing but the window's own colour.
+    const QPoint ground = window->area.topLeft() + QPoint(8, 8);
+    const auto brightness = [&] { return program.desktop().windows().brightnessAt(ground); };
+    for (const uint notDark : {2U, 0U}) {
+        EXPECT_TRUE(awaitSparingly([&] { return brightness() < 60; })) << brightness();
+        portal.changeColorScheme(notDark);
+        EXPECT_TRUE(awaitSparingly([&] { return brightness() > 200; })) << brightness();
+        portal.changeColorScheme(1U);
+    }
 }
 
 TEST_F(Window, SaysNothingWhileNothingHappens)

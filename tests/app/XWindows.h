@@ -4,7 +4,9 @@
 
 #include <QColor>
 #include <QImage>
+#include <QPoint>
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -43,6 +45,9 @@ public:
 
     /// What the screen shows in `area`; null where there is no such place.
     [[nodiscard]] QImage picture(const QRect& area) const;
+
+    /// How bright the screen is at `point`, from 0 to 255.
+    [[nodiscard]] int brightnessAt(const QPoint& point) const;
 
     /// How many colours the screen shows in `area`.
     [[nodiscard]] std::size_t coloursIn(const QRect& area) const;

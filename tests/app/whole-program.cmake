@@ -45,8 +45,8 @@ orlimo_add_tests(orlimo_program_tests
 orlimo_add_tests(orlimo_whole_program_tests
     LABEL e2e
     ON x11-with-trayer
-    SOURCES GuidanceTest.cpp LoginItemTest.cpp TourTest.cpp WindowTest.cpp
-    LIBRARIES orlimo_desktop_session
+    SOURCES ../platform/linux/ScriptedPortal.cpp GuidanceTest.cpp LoginItemTest.cpp TourTest.cpp WindowTest.cpp
+    LIBRARIES orlimo_desktop_session Qt6::DBus
     NEEDS orlimo orlimo-sample-store)
 
 orlimo_add_tests(orlimo_sandbox_tests

@@ -39,7 +39,7 @@ protected:
     GridPainter on{GetParam()};
 };
 
-TEST_P(PixelGridAt, SnapsToWhereTheToolkitCutsAWidgetOff)
+TEST_P(PixelGridAt, SnapsToTheEdgesAtWhichQtClipsAWidget)
 {
     const QTransform toPixels = QTransform::fromScale(GetParam(), GetParam());
     for (int start = 0; start < 8; ++start) {
@@ -69,7 +69,7 @@ TEST_P(PixelGridAt, HasLinesOfWholePixelsNoWiderThanAPoint)
 
 INSTANTIATE_TEST_SUITE_P(Scales, PixelGridAt, testing::Values(1, 1.25, 1.5, 1.75, 2, 2.25, 3));
 
-TEST(PixelGrid, MovesNothingWhereThePainterTurns)
+TEST(PixelGrid, LeavesAreasAloneUnderARotation)
 {
     GridPainter on(1.5);
     on.painter.rotate(30);

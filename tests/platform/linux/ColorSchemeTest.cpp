@@ -34,7 +34,7 @@ const auto clientName = QStringLiteral("client");
 const auto appearance = QStringLiteral("org.freedesktop.appearance");
 const auto colorScheme = QStringLiteral("color-scheme");
 
-/// The preference on a bus of the test's, with a portal that tells what the test says.
+/// The preference, read on a private bus from a fake portal.
 class ColorSchemePortalTest : public testing::Test
 {
 protected:
@@ -53,53 +53,54 @@ protected:
 
     void read()
     {
-        preference.emplace(
-            QDBusConnection(clientName), [this](ColorScheme scheme) { heard.push_back(scheme); });
+        preference.emplace(QDBusConnection(clientName), [this](ColorScheme scheme) {
+            reported.push_back(scheme);
+        });
     }
 
-    [[nodiscard]] bool awaitHeard(std::size_t count) const
+    [[nodiscard]] bool awaitReported(std::size_t count) const
     {
-        return await([&] { return heard.size() >= count; });
+        return await([&] { return reported.size() >= count; });
     }
 
     /// Waits until everything has arrived that was sent so far, by whomever.
     [[nodiscard]] bool awaitArrived()
     {
-        const std::size_t before = heard.size();
+        const std::size_t before = reported.size();
         portal->changeColorScheme(1U);
-        return awaitHeard(before + 1) && heard.size() == before + 1;
+        return awaitReported(before + 1) && reported.size() == before + 1;
     }
 
     TemporaryFolder folder;
     MessageBus bus{folder.path()};
     std::optional<ScriptedPortal> portal;
     std::optional<ColorSchemePortal> preference;
-    std::vector<ColorScheme> heard;
+    std::vector<ColorScheme> reported;
 };
 
-TEST_F(ColorSchemePortalTest, IsReadAtTheStart)
+TEST_F(ColorSchemePortalTest, ReadsThePreferenceWithoutBlocking)
 {
     portal->setColorScheme(1U);
     read();
-    EXPECT_THAT(heard, IsEmpty()) << "nobody waited";
-    ASSERT_TRUE(awaitHeard(1));
-    EXPECT_THAT(heard, ElementsAre(dark));
+    EXPECT_THAT(reported, IsEmpty()) << "the constructor blocked";
+    ASSERT_TRUE(awaitReported(1));
+    EXPECT_THAT(reported, ElementsAre(dark));
     EXPECT_EQ(portal->reads(), 1);
 }
 
-TEST_F(ColorSchemePortalTest, IsFollowedAsItChanges)
+TEST_F(ColorSchemePortalTest, ReportsEachChange)
 {
     portal->setColorScheme(0U);
     read();
-    ASSERT_TRUE(awaitHeard(1));
+    ASSERT_TRUE(awaitReported(1));
     for (const uint number : {1U, 2U, 1U, 0U, 7U}) {
         portal->changeColorScheme(number);
     }
-    ASSERT_TRUE(awaitHeard(6));
-    EXPECT_THAT(heard, ElementsAre(noPreference, dark, light, dark, noPreference, noPreference));
+    ASSERT_TRUE(awaitReported(6));
+    EXPECT_THAT(reported, ElementsAre(noPreference, dark, light, dark, noPreference, noPreference));
 }
 
-TEST_F(ColorSchemePortalTest, IsNotHeardWhereItIsNoNumber)
+TEST_F(ColorSchemePortalTest, IgnoresAValueOfAnotherType)
 {
     portal->setColorScheme(QStringLiteral("dark"));
     read();
@@ -107,32 +108,32 @@ TEST_F(ColorSchemePortalTest, IsNotHeardWhereItIsNoNumber)
     portal->changeColorScheme(QVariant(-1));
     portal->changeColorScheme(QVariant(true));
     EXPECT_TRUE(awaitArrived());
-    EXPECT_THAT(heard, ElementsAre(dark));
+    EXPECT_THAT(reported, ElementsAre(dark));
 }
 
-TEST_F(ColorSchemePortalTest, IsNoOtherSetting)
+TEST_F(ColorSchemePortalTest, IgnoresOtherSettings)
 {
     portal->setColorScheme(0U);
     read();
-    ASSERT_TRUE(awaitHeard(1));
+    ASSERT_TRUE(awaitReported(1));
     portal->sendSettingChanged(appearance, QStringLiteral("contrast"), 1U);
     portal->sendSettingChanged(QStringLiteral("org.example"), colorScheme, 1U);
     EXPECT_TRUE(awaitArrived());
 }
 
-TEST_F(ColorSchemePortalTest, MayBeThereOnlyLater)
+TEST_F(ColorSchemePortalTest, ReportsASettingThatAppearsLater)
 {
     read();
     ASSERT_TRUE(await([this] { return portal->reads() == 1; }));
     EXPECT_TRUE(awaitArrived());
-    EXPECT_THAT(heard, ElementsAre(dark));
+    EXPECT_THAT(reported, ElementsAre(dark));
 }
 
-TEST_F(ColorSchemePortalTest, IsToldByNobodyButThePortal)
+TEST_F(ColorSchemePortalTest, IgnoresSignalsFromOtherSenders)
 {
     portal->setColorScheme(0U);
     read();
-    ASSERT_TRUE(awaitHeard(1));
+    ASSERT_TRUE(awaitReported(1));
     const auto name = QStringLiteral("stranger");
     auto stranger = QDBusConnection::connectToBus(QString::fromStdString(bus.address()), name);
     QDBusMessage signal = QDBusMessage::createSignal(
@@ -147,33 +148,33 @@ TEST_F(ColorSchemePortalTest, IsToldByNobodyButThePortal)
     EXPECT_TRUE(awaitArrived());
 }
 
-TEST_F(ColorSchemePortalTest, IsReadFromAPortalThatComesLaterOrAnew)
+TEST_F(ColorSchemePortalTest, ReadsAgainWhenThePortalStartsOrRestarts)
 {
     portal.reset();
     read();
     for (std::size_t time = 1; time <= 3; ++time) {
         portal.emplace(bus.address());
         portal->setColorScheme(1U);
-        ASSERT_TRUE(awaitHeard(time));
+        ASSERT_TRUE(awaitReported(time));
         portal.reset();
     }
-    EXPECT_THAT(heard, ElementsAre(dark, dark, dark));
+    EXPECT_THAT(reported, ElementsAre(dark, dark, dark));
 }
 
-TEST_F(ColorSchemePortalTest, ComesFromASlowPortalWhenThatAnswers)
+TEST_F(ColorSchemePortalTest, WaitsForASlowPortalWithoutBlocking)
 {
     portal->setColorScheme(1U);
     portal->holdReads();
     read();
     ASSERT_TRUE(await([this] { return portal->reads() == 1; }));
     runEventLoop(std::chrono::milliseconds(200));
-    EXPECT_THAT(heard, IsEmpty());
-    portal->answerReads();
-    ASSERT_TRUE(awaitHeard(1));
-    EXPECT_THAT(heard, ElementsAre(dark));
+    EXPECT_THAT(reported, IsEmpty());
+    portal->replyToReads();
+    ASSERT_TRUE(awaitReported(1));
+    EXPECT_THAT(reported, ElementsAre(dark));
 }
 
-TEST_F(ColorSchemePortalTest, CostsNothingOnABusThatDoesNotSpeak)
+TEST_F(ColorSchemePortalTest, DoesNotBlockOnAnUnresponsiveBus)
 {
     bus.freeze();
     const auto before = std::chrono::steady_clock::now();
@@ -181,19 +182,19 @@ TEST_F(ColorSchemePortalTest, CostsNothingOnABusThatDoesNotSpeak)
     EXPECT_LT(std::chrono::steady_clock::now() - before, std::chrono::seconds(1));
     bus.goOn();
     portal->changeColorScheme(1U);
-    EXPECT_TRUE(awaitHeard(1));
+    EXPECT_TRUE(awaitReported(1));
 }
 
-TEST_F(ColorSchemePortalTest, IsNeverHeardWithoutABus)
+TEST_F(ColorSchemePortalTest, ReportsNothingWithoutABus)
 {
     preference.emplace(
         QDBusConnection(QStringLiteral("no such connection")),
-        [this](ColorScheme scheme) { heard.push_back(scheme); });
+        [this](ColorScheme scheme) { reported.push_back(scheme); });
     runEventLoop(std::chrono::milliseconds(100));
-    EXPECT_THAT(heard, IsEmpty());
+    EXPECT_THAT(reported, IsEmpty());
 }
 
-/// The application's palette, which is the toolkit's own at first.
+/// The application's palette, at first Qt's own.
 class PaletteSchemeTest : public testing::Test
 {
 protected:
@@ -205,7 +206,7 @@ protected:
     PaletteScheme scheme;
 };
 
-TEST_F(PaletteSchemeTest, IsDarkAsLongAsThatIsPreferred)
+TEST_F(PaletteSchemeTest, IsDarkOnlyWhileDarkIsPreferred)
 {
     for (const ColorScheme other : {noPreference, light}) {
         scheme.follow(dark);
@@ -217,14 +218,14 @@ TEST_F(PaletteSchemeTest, IsDarkAsLongAsThatIsPreferred)
     }
 }
 
-TEST_F(PaletteSchemeTest, IsLeftAloneWhereNothingDarkIsPreferred)
+TEST_F(PaletteSchemeTest, IsUnchangedWhileDarkIsNotPreferred)
 {
     scheme.follow(noPreference);
     scheme.follow(light);
     EXPECT_EQ(QApplication::palette(), before);
 }
 
-TEST_F(PaletteSchemeTest, IsLeftAloneWhereSomebodyHasChosenIt)
+TEST_F(PaletteSchemeTest, IsUnchangedWhenThemeOrUserHasChosenIt)
 {
     for (const QPalette& chosen : {lightPalette(), darkPalette()}) {
         const PaletteChange change(chosen);
@@ -236,7 +237,7 @@ TEST_F(PaletteSchemeTest, IsLeftAloneWhereSomebodyHasChosenIt)
     }
 }
 
-TEST_F(PaletteSchemeTest, IsLegibleAndKeepsTheAccent)
+TEST_F(PaletteSchemeTest, HasLegibleTextAndKeepsTheAccentWhenDark)
 {
     const QPalette palette = darkPaletteOf(before);
     for (const auto& [text, ground] :

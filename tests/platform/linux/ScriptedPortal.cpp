@@ -66,11 +66,11 @@ void ScriptedPortal::sendSettingChanged(
     bus.send(signal);
 }
 
-void ScriptedPortal::answerReads()
+void ScriptedPortal::replyToReads()
 {
     holdsReads = false;
     for (const QDBusMessage& read : std::exchange(heldReads, {})) {
-        answerRead(read);
+        replyToRead(read);
     }
 }
 
@@ -86,12 +86,12 @@ bool ScriptedPortal::handleRead(const QDBusMessage& message)
     if (holdsReads) {
         heldReads.push_back(message);
     } else {
-        answerRead(message);
+        replyToRead(message);
     }
     return true;
 }
 
-void ScriptedPortal::answerRead(const QDBusMessage& message)
+void ScriptedPortal::replyToRead(const QDBusMessage& message)
 {
     if (!colorScheme.isValid()) {
         bus.send(message.createErrorReply(

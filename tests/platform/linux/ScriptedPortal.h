@@ -15,7 +15,7 @@
 namespace orlimo {
 
 /// A desktop portal on a bus of the test's, which takes requests to run in the background and does
-/// with them what the test says, and tells which colour scheme the user prefers. It has a
+/// with them what the test says, and serves the colour scheme that the user prefers. It has a
 /// connection of its own and works in the test's event loop: whoever waits for it there waits in
 /// vain.
 class ScriptedPortal final : public QDBusVirtualObject
@@ -52,17 +52,16 @@ public:
     /// Answers a request, whether its call has returned or not.
     void respond(const Request& request, uint response, const QVariantMap& results);
 
-    /// What is answered to who reads the colour scheme; invalid at the beginning: there is no such
-    /// setting then.
+    /// The value of the colour scheme setting. Initially invalid: the setting does not exist.
     void setColorScheme(const QVariant& value) { colorScheme = value; }
-    /// The same, told to everybody.
+    /// Sets it and emits SettingChanged.
     void changeColorScheme(const QVariant& value);
-    /// Tells everybody that some setting has changed.
+    /// Emits SettingChanged.
     void sendSettingChanged(const QString& group, const QString& key, const QVariant& value);
-    /// Whether who reads a setting waits for `answerReads`.
+    /// Delays the replies to reads until `replyToReads`.
     void holdReads() { holdsReads = true; }
-    void answerReads();
-    /// How many times the colour scheme was read.
+    void replyToReads();
+    /// How many times the colour scheme has been read.
     [[nodiscard]] int reads() const { return readCount; }
 
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override;
@@ -70,7 +69,7 @@ public:
 
 private:
     [[nodiscard]] bool handleRead(const QDBusMessage& message);
-    void answerRead(const QDBusMessage& message);
+    void replyToRead(const QDBusMessage& message);
 
     QDBusConnection bus;
     Script script = [](ScriptedPortal& portal, const Request& request) { portal.accept(request); };
