@@ -216,9 +216,11 @@ TEST_F(ProgramOnSway, OpensALowerWindowOnALowScreen)
     EXPECT_TRUE(windows().front().isFloating);
     EXPECT_EQ(windows().front().area.width(), 300);
     EXPECT_LE(windows().front().area.height(), 768 / 2);
+    runEventLoop(betweenClicks);
     activate();
     EXPECT_TRUE(awaitClosed());
     desktop().command("output * scale 1");
+    runEventLoop(betweenClicks);
     activate();
     ASSERT_TRUE(awaitOpen());
     EXPECT_EQ(windows().front().area.size(), QSize(300, 540));

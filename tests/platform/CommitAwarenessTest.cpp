@@ -1,11 +1,10 @@
+#include "tests/platform/CommitAwareness.h"
+
 #include "platform/VnodeSource.h"
 #include "platform/posix/UniqueFd.h"
 #include "tests/platform/ForeignLock.h"
 #include "tests/platform/WriterProcess.h"
 #include "tests/support/Await.h"
-#ifdef ORLIMO_SLOW_DISK
-#include "tests/support/Preloading.h"
-#endif
 #include "tests/support/TemporaryFolder.h"
 
 #include <QTimer>
@@ -26,58 +25,6 @@ namespace {
 
 using namespace std::chrono_literals;
 using std::chrono::steady_clock;
-
-/// Runs work at once on the thread that offers it, so that a test sees the store as it is at the
-/// moment of the delivery and not when the event loop turns next.
-class ImmediateQueue final : public Queue
-{
-public:
-    void async(Work work) override { work(); }
-};
-
-/// A vnode source on the log of a store that another process writes.
-class CommitAwareness : public testing::TestWithParam<std::string>
-{
-protected:
-    void TearDown() override
-    {
-        if (source) {
-            source->cancel();
-        }
-    }
-
-    /// Counts events on `queue` and notes how many messages a reader sees at each.
-    void watch(Queue& queue)
-    {
-        source = makeFileSystemObjectSource(opened.get(), vnodeExtend, queue);
-        source->setEventHandler([this] {
-            messagesSeen = visibleMessages(store);
-            ++events;
-        });
-        source->resume();
-    }
-
-    [[nodiscard]] bool awaitEvents(int number)
-    {
-        return await([this, number] { return events >= number; });
-    }
-
-    /// Whether more than `number` events come soon.
-    [[nodiscard]] bool moreThan(int number, std::chrono::milliseconds span = 150ms)
-    {
-        return await([this, number] { return events > number; }, span);
-    }
-
-    TemporaryFolder folder;
-    std::filesystem::path store = folder.path() / "chat.db";
-    std::filesystem::path log = folder.path() / "chat.db-wal";
-    WriterProcess writer{store, GetParam()};
-    UniqueFd opened{::open(log.c_str(), O_RDONLY | O_CLOEXEC)};
-    ImmediateQueue immediately;
-    std::atomic<int> events = 0;
-    std::atomic<int> messagesSeen = 0;
-    std::unique_ptr<VnodeSource> source;
-};
 
 INSTANTIATE_TEST_SUITE_P(
     Synchronous,
@@ -144,49 +91,6 @@ TEST_P(CommitAwareness, GrowthInsideATransactionWaitsForTheCommit)
     ASSERT_TRUE(awaitEvents(1));
     EXPECT_EQ(messagesSeen, 2);
     EXPECT_FALSE(moreThan(1));
-}
-
-TEST_P(CommitAwareness, AMessageRightBehindACutIsNotMissed)
-{
-    watch(immediately);
-    const std::string cutAndInsert =
-        "sql PRAGMA wal_checkpoint(TRUNCATE);"
-        "INSERT INTO message (guid, text, date) VALUES (hex(randomblob(9)), 'x', ";
-    for (int message = 1; message <= 40; ++message) {
-        writer.tell(cutAndInsert + std::to_string(message) + ")");
-        ASSERT_TRUE(await([this, message] { return messagesSeen == 1 + message; })) << message;
-    }
-    EXPECT_EQ(events, 40);
-}
-
-TEST_P(CommitAwareness, AMessageRightBeforeACutIsNotMissed)
-{
-    watch(immediately);
-    for (int message = 1; message <= 40; ++message) {
-        writer.tell(
-            "sql INSERT INTO message (guid, text, date) VALUES (hex(randomblob(9)), 'x', " +
-            std::to_string(message) + "); PRAGMA wal_checkpoint(TRUNCATE)");
-        ASSERT_TRUE(await([this, message] { return messagesSeen == 1 + message; })) << message;
-    }
-    EXPECT_FALSE(moreThan(40));
-}
-
-TEST_P(CommitAwareness, MessagesInThePlaceOfWhatWasRolledBackAreNotMissed)
-{
-    writer.tell("sql CREATE TABLE load(bytes)");
-    watch(immediately);
-    writer.tell("begin");
-    writer.tell("sql INSERT INTO load VALUES (randomblob(400000))");
-    writer.tell("spill");
-    writer.tell("rollback");
-    ASSERT_TRUE(awaitEvents(1));
-    const auto size = std::filesystem::file_size(log);
-    for (int message = 1; message <= 10; ++message) {
-        writer.tell("text message");
-        ASSERT_TRUE(await([this, message] { return messagesSeen == 1 + message; })) << message;
-    }
-    ASSERT_EQ(std::filesystem::file_size(log), size);
-    EXPECT_FALSE(moreThan(11));
 }
 
 TEST_P(CommitAwareness, GrowthThatIsRolledBackIsReportedWhenTheWriterLetsGo)
@@ -265,39 +169,6 @@ TEST_P(CommitAwarenessInFull, TheCancellingOfASourceThatWaitsIsNotHeldUp)
     EXPECT_LT(steady_clock::now() - start, 500ms);
     EXPECT_FALSE(moreThan(0, 1200ms));
 }
-
-#ifdef ORLIMO_SLOW_DISK
-/// A store on a disk that takes longer than a second for each commit.
-TEST(CommitOnASlowDisk, IsOneEventAtWhichItCanBeRead)
-{
-    const TemporaryFolder folder;
-    const auto store = folder.path() / "chat.db";
-    const auto delay = folder.path() / "delay";
-    auto environment = preloading({ORLIMO_SLOW_DISK});
-    environment["ORLIMO_SLOW_DISK"] = delay;
-    WriterProcess writer(store, "full", environment);
-    const UniqueFd opened(::open((store.string() + "-wal").c_str(), O_RDONLY | O_CLOEXEC));
-    ImmediateQueue immediately;
-    std::atomic<int> events = 0;
-    std::atomic<int> messagesSeen = 0;
-    const auto source = makeFileSystemObjectSource(opened.get(), vnodeExtend, immediately);
-    source->setEventHandler([&] {
-        messagesSeen = visibleMessages(store);
-        ++events;
-    });
-    source->resume();
-    writeFile(delay, "1300");
-    for (int commit = 1; commit <= 2; ++commit) {
-        const auto start = steady_clock::now();
-        writer.tell("text message");
-        ASSERT_GE(steady_clock::now() - start, 1300ms) << "the disk is not slow";
-        ASSERT_TRUE(await([&] { return events >= commit; }));
-        EXPECT_EQ(messagesSeen, 1 + commit);
-        EXPECT_EQ(events, commit);
-    }
-    source->cancel();
-}
-#endif
 
 /// A file that is called a log but belongs to no store.
 class LogWithoutStore : public testing::Test
