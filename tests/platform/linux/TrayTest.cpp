@@ -10,13 +10,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdint>
 #include <filesystem>
-#include <fstream>
 #include <memory>
 #include <ostream>
 #include <string>
-#include <string_view>
 #include <utility>
 
 namespace orlimo {
@@ -201,42 +198,6 @@ TEST_F(TrayOfShyWindowsTest, ClickGivesTheWindowTheKeyboard)
     EXPECT_TRUE(awaitClosed());
     runEventLoop(aWhile);
     openByClick();
-}
-
-/// How often the threads of a process have gone to sleep so far.
-long sleepsOf(std::uint32_t process)
-{
-    constexpr std::string_view name = "voluntary_ctxt_switches:";
-    long sleeps = 0;
-    const std::filesystem::path threads = "/proc/" + std::to_string(process) + "/task";
-    for (const auto& thread : std::filesystem::directory_iterator(threads)) {
-        std::ifstream status(thread.path() / "status");
-        for (std::string line; std::getline(status, line);) {
-            sleeps += line.starts_with(name) ? std::stol(line.substr(name.size())) : 0;
-        }
-    }
-    return sleeps;
-}
-
-TEST_F(TrayTest, PressesElsewhereDoNotWakeItWhileItsWindowIsClosed)
-{
-    start();
-    openByClick();
-    desktop.press("Escape");
-    ASSERT_TRUE(awaitClosed());
-    const QPoint onTheDesktop(100, 500);
-    desktop.movePointer(onTheDesktop);
-    long before = 0;
-    ASSERT_TRUE(await([&] {
-        const long last = std::exchange(before, sleepsOf(processId()));
-        runEventLoop(aWhile);
-        return last == sleepsOf(processId());
-    }));
-    for (int press = 0; press < 5; ++press) {
-        desktop.click(onTheDesktop);
-    }
-    runEventLoop(aWhile);
-    EXPECT_EQ(sleepsOf(processId()), before);
 }
 
 /// A desktop whose window manager gives the focus to the window under the pointer.
