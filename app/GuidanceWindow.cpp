@@ -5,7 +5,6 @@
 
 #include <QEvent>
 #include <QPalette>
-#include <QTimer>
 #include <QVBoxLayout>
 
 namespace orlimo {
@@ -37,6 +36,12 @@ GuidanceWindow::GuidanceWindow(QWidget* content, const QRect& contentArea)
     layout->addWidget(content);
     setFixedSize(contentArea.size());
     setGeometry(contentArea);
+    restoring.setSingleShot(true);
+    restoring.setInterval(0);
+    connect(&restoring, &QTimer::timeout, this, [this] {
+        setWindowState(windowState() & ~Qt::WindowMinimized);
+        activateWindow();
+    });
 }
 
 QRect GuidanceWindow::contentAreaOn(const QRect& screenFrame)
@@ -53,10 +58,7 @@ void GuidanceWindow::changeEvent(QEvent* event)
     QWidget::changeEvent(event);
     if (event->type() == QEvent::WindowStateChange && isMinimized()) {
         // Later, when Qt has dealt with the change.
-        QTimer::singleShot(0, this, [this] {
-            setWindowState(windowState() & ~Qt::WindowMinimized);
-            activateWindow();
-        });
+        restoring.start();
     }
 }
 

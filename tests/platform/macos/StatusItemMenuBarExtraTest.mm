@@ -282,10 +282,10 @@ TEST_F(StatusItemMenuBarExtraTest, HidesNothingWhenAnotherProgramHasTheFocusAlre
 
 TEST_F(StatusItemMenuBarExtraTest, OpensOnRequest)
 {
+    other.show();
     extra->openAmongOthers();
     EXPECT_TRUE(extra->isOpen());
     EXPECT_THAT(content->sentBeforeItIsShown, ElementsAre("activateIgnoringOtherApps: YES"));
-    other.show();
     other.activateWindow();
     EXPECT_TRUE(await([this] { return content->isActiveWindow(); }));
     EXPECT_TRUE(extra->isOpen());
