@@ -7,7 +7,6 @@
 
 #include <QEvent>
 #include <QPalette>
-#include <QTimer>
 #include <QVBoxLayout>
 
 namespace orlimo {
@@ -42,6 +41,12 @@ GuidanceWindow::GuidanceWindow(QWidget* content, const QRectF& contentArea)
     setFixedSize(contentArea.size().toSize());
     // Qt places windows on whole points only, on every system.
     setGeometry(contentArea.toRect());
+    restoring.setSingleShot(true);
+    restoring.setInterval(0);
+    connect(&restoring, &QTimer::timeout, this, [this] {
+        setWindowState(windowState() & ~Qt::WindowMinimized);
+        activateWindow();
+    });
 }
 
 QRectF GuidanceWindow::contentAreaOn(const QRect& screenFrame)
@@ -55,10 +60,7 @@ void GuidanceWindow::changeEvent(QEvent* event)
     QWidget::changeEvent(event);
     if (event->type() == QEvent::WindowStateChange && isMinimized()) {
         // Later, when Qt has dealt with the change.
-        QTimer::singleShot(0, this, [this] {
-            setWindowState(windowState() & ~Qt::WindowMinimized);
-            activateWindow();
-        });
+        restoring.start();
     }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QTimer>
 #include <QWidget>
 
 namespace orlimo {
@@ -26,6 +27,9 @@ protected:
     /// Undoes being minimized: the window has no button for that, but some window managers offer it
     /// all the same, and one without a task bar would not show the window again.
     void changeEvent(QEvent* event) override;
+
+private:
+    QTimer restoring;
 };
 
 } // namespace orlimo

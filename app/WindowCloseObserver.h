@@ -2,7 +2,6 @@
 
 #include <QEvent>
 #include <QObject>
-#include <QTimer>
 #include <QWidget>
 
 #include <functional>
@@ -28,7 +27,8 @@ protected:
         // The system reports a minimized window as hidden, too: that is a spontaneous event.
         if (event->type() == QEvent::Hide && !event->spontaneous()) {
             watched->removeEventFilter(this);
-            QTimer::singleShot(0, this, [this] { didClose(); });
+            QMetaObject::invokeMethod(
+                this, [this] { didClose(); }, Qt::QueuedConnection);
         }
         return QObject::eventFilter(watched, event);
     }

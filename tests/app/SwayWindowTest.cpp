@@ -271,13 +271,6 @@ TEST_F(ProgramOnSway, WaitsForThePointerThatTakesTheFocusAlong)
     EXPECT_TRUE(awaitClosed());
 }
 
-TEST_F(ProgramOnSway, WaitsForThePointerOnItsWayOverTheEmptyDesktop)
-{
-    start();
-    ASSERT_NO_FATAL_FAILURE(open());
-    ASSERT_NO_FATAL_FAILURE(movePointerInside());
-}
-
 TEST_F(ProgramOnSway, ClosesItsWindowWhenThePointerDoesNotComeBack)
 {
     const auto other = desktop().openOtherApplication();

@@ -128,7 +128,7 @@ std::size_t XWindows::coloursIn(const QRect& area) const
     return colours.size();
 }
 
-void XWindows::publishTrayColor(const QColor& text) const
+void XWindows::publishTrayColor(const QColor& textColor) const
 {
     const auto owner = owned(xcb_get_selection_owner_reply(
         connection.get(),
@@ -138,9 +138,9 @@ void XWindows::publishTrayColor(const QColor& text) const
     // Text, error, warning and success; 16 bits of red, green and blue each.
     constexpr std::uint32_t widen = 0x101;
     std::array<std::uint32_t, 12> values{};
-    values[0] = static_cast<std::uint32_t>(text.red()) * widen;
-    values[1] = static_cast<std::uint32_t>(text.green()) * widen;
-    values[2] = static_cast<std::uint32_t>(text.blue()) * widen;
+    values[0] = static_cast<std::uint32_t>(textColor.red()) * widen;
+    values[1] = static_cast<std::uint32_t>(textColor.green()) * widen;
+    values[2] = static_cast<std::uint32_t>(textColor.blue()) * widen;
     xcb_change_property(
         connection.get(),
         XCB_PROP_MODE_REPLACE,

@@ -52,8 +52,8 @@ public:
     /// How many colours the screen shows in `area`.
     [[nodiscard]] std::size_t coloursIn(const QRect& area) const;
 
-    /// Has the tray publish `text` as the color of its text and symbols.
-    void publishTrayColor(const QColor& text) const;
+    /// Has the tray publish `textColor` as the color of its text and symbols.
+    void publishTrayColor(const QColor& textColor) const;
 
 private:
     /// Has the window manager told of a change that means nothing. It may sleep on what it was told

@@ -32,7 +32,7 @@ TEST(ImageIconTest, IsPaintedAsASquareInTheMiddle)
         const QRect ink = inkOf(place);
         EXPECT_EQ(ink.width(), 22);
         EXPECT_EQ(ink.x(), (size.width() - 22) / 2);
-        EXPECT_NEAR(ink.center().y(), size.height() / 2, 1);
+        EXPECT_NEAR(ink.center().y(), size.height() / 2.0, 1);
         EXPECT_NEAR(ink.height(), 21, 1);
     }
 }

@@ -155,7 +155,7 @@ TEST_P(PanelIconInItsPlace, IsASquareOfAtMostSixteenPointsInTheMiddle)
         EXPECT_EQ(ink.x(), square.x() * scale);
         EXPECT_EQ(ink.width(), square.width() * scale);
         EXPECT_NEAR(ink.y() + ink.height(), (square.y() + square.height()) * scale, scale);
-        EXPECT_NEAR(ink.height(), ink.width() * 15 / 16, scale);
+        EXPECT_NEAR(ink.height(), ink.width() * 15 / 16.0, scale);
     }
 }
 

@@ -38,7 +38,7 @@ protected:
         return painted;
     }
 
-    /// The color in the middle of the icon's caret frame, which is always painted.
+    /// Waits until the icon has that color, looked at between its asterisk and its caret.
     [[nodiscard]] bool awaitColor(const QColor& color) const
     {
         return awaitSparingly([&] {
@@ -75,13 +75,14 @@ class TrayIconInItsPlace : public TrayIconPaintingTest, public testing::WithPara
 
 TEST_P(TrayIconInItsPlace, IsASquareOfAtMostSixteenPointsInTheMiddle)
 {
-    const auto& [height, scale, edge] = GetParam();
-    ASSERT_NO_FATAL_FAILURE(start({"--height", height, "--heighttype", "pixel"}, scale));
+    const int edge = GetParam().edge;
+    ASSERT_NO_FATAL_FAILURE(
+        start({"--height", GetParam().height, "--heighttype", "pixel"}, GetParam().scale));
     // The drawing is as wide as its square and a sixteenth lower.
     EXPECT_TRUE(awaitSparingly([&] { return ink().width() == edge; })) << ink().width();
-    EXPECT_NEAR(ink().height(), edge * 15 / 16, 1);
-    EXPECT_NEAR(ink().center().x(), icon.width() / 2, 2);
-    EXPECT_NEAR(ink().center().y(), icon.height() / 2, 2);
+    EXPECT_NEAR(ink().height(), edge * 15 / 16.0, 1);
+    EXPECT_NEAR(ink().center().x(), icon.width() / 2.0, 2);
+    EXPECT_NEAR(ink().center().y(), icon.height() / 2.0, 2);
 }
 
 INSTANTIATE_TEST_SUITE_P(
