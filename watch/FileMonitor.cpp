@@ -54,7 +54,7 @@ void FileMonitor::start()
     try {
         source->resume();
     } catch (...) {
-        // Ends the circle: the source drops its handlers.
+        // Breaks the reference cycle: the source drops its handlers.
         source->cancel();
         throw;
     }

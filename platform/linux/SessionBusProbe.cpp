@@ -43,7 +43,7 @@ std::vector<std::string_view> partsOf(std::string_view text, char separator)
     }
 }
 
-/// The addresses that are tried in turn, as the D-Bus specification has them.
+/// The addresses that are tried in turn, as D-Bus defines them.
 std::string sessionBusAddresses()
 {
     std::string addresses = environmentVariable(addressVariable);
@@ -149,9 +149,8 @@ Response askBusAt(const SocketAddress& address, Uptime deadline)
     return receiving < 0 && errno == EAGAIN ? Response::missing : Response::received;
 }
 
-bool isSessionBusSilent(Uptime deadline)
+bool isSessionBusSilent(std::string_view addresses, Uptime deadline)
 {
-    const std::string addresses = sessionBusAddresses();
     for (const std::string_view address : partsOf(addresses, ';')) {
         const auto socket = socketAddress(address);
         const Response response = socket ? askBusAt(*socket, deadline) : Response::received;
@@ -166,9 +165,16 @@ bool isSessionBusSilent(Uptime deadline)
 
 void disableSilentSessionBus(Uptime deadline)
 {
-    if (isSessionBusSilent(deadline)) {
+    static std::string responsive;
+    const std::string addresses = sessionBusAddresses();
+    if (addresses == responsive) {
+        return;
+    }
+    if (isSessionBusSilent(addresses, deadline)) {
         qputenv(addressVariable, noBus);
         std::cerr << "orlimo: the session bus does not answer; running without it\n" << std::flush;
+    } else {
+        responsive = addresses;
     }
 }
 

@@ -10,7 +10,8 @@ namespace orlimo {
 /// answers, that cannot be connected to, or that is reached by anything but a local socket is left
 /// as it is.
 ///
-/// Main thread, before anything in the process uses the session bus. Costs one round trip.
+/// Main thread, before anything in the process uses the session bus. Costs one round
+/// trip; a bus that has responded once is not asked again.
 void disableSilentSessionBus(Uptime deadline);
 
 } // namespace orlimo

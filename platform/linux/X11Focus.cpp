@@ -94,7 +94,8 @@ X11Focus::X11Focus(QWidget& window, PressHandler pressHandler, UptimeClock uptim
 
 FocusLoss X11Focus::lastLoss() const
 {
-    return wasJustPressed() ? FocusLoss::deliberate : loss;
+    // A server that reports no presses would never close the window afterwards.
+    return inputExtension == 0 || wasJustPressed() ? FocusLoss::deliberate : loss;
 }
 
 /// A hidden window has no use for others' presses, each of which would wake the program.

@@ -112,20 +112,20 @@ Uptime::duration GrowthDetector::pause() const
 }
 
 /// The index is read before and after the size, so that both are of the same commit and of a log
-/// that was not begun anew in between.
+/// that was not restarted in between.
 GrowthDetector::Snapshot GrowthDetector::takeSnapshot()
 {
     Snapshot present;
     for (int attempt = 0; attempt < maxSnapshotAttempts; ++attempt) {
         present.index = index.read();
         // Asked before the size: where nobody is at work any more, the size is that after the cut.
-        present.isBeingBegunAnew = isBeingBegunAnew(present.index);
+        present.isBeingRestarted = isBeingRestarted(present.index);
         present.size = sizeOf(descriptor);
         if (present.index.state == WalIndex::State::absent || !present.size) {
             return present;
         }
         // And after it: the next writer may have begun in between, and the size be its own.
-        present.isBeingBegunAnew = present.isBeingBegunAnew || isBeingBegunAnew(present.index);
+        present.isBeingRestarted = present.isBeingRestarted || isBeingRestarted(present.index);
         const auto again = index.read();
         if (present.isReadable() && again.state == WalIndex::State::readable &&
             again.header == present.index.header)
@@ -137,7 +137,7 @@ GrowthDetector::Snapshot GrowthDetector::takeSnapshot()
     return present;
 }
 
-bool GrowthDetector::isBeingBegunAnew(const WalIndex::Reading& reading)
+bool GrowthDetector::isBeingRestarted(const WalIndex::Reading& reading)
 {
     return reading.state == WalIndex::State::readable && lastHeader &&
            reading.header.salts != lastHeader->salts && isLogBeingWritten();
@@ -157,7 +157,7 @@ bool GrowthDetector::isFull(const Snapshot& present)
            present.index.header.committedBytes() == *present.size;
 }
 
-/// Whether it can be told yet if the log has grown. A log that is as long as before and begun anew
+/// Whether it can be told yet if the log has grown. A log that is as long as before and restarted
 /// was not cut, is about to be, or was cut and has grown to its old length: what its writer commits
 /// will show it.
 bool GrowthDetector::isDecided(const Snapshot& present, bool hasGrown) const
@@ -165,10 +165,10 @@ bool GrowthDetector::isDecided(const Snapshot& present, bool hasGrown) const
     if (present.index.state == WalIndex::State::changing) {
         return hasExpired();
     }
-    return !present.isBeingBegunAnew || hasGrown || *present.size != knownEnd() || isFull(present);
+    return !present.isBeingRestarted || hasGrown || *present.size != knownEnd() || isFull(present);
 }
 
-/// Whether the log was neither cut nor begun anew in between, so that `later` holds all of
+/// Whether the log was neither cut nor restarted in between, so that `later` holds all of
 /// `earlier`.
 bool GrowthDetector::isSameLog(const Snapshot& earlier, const Snapshot& later)
 {
@@ -189,28 +189,28 @@ void GrowthDetector::moveStart(const Snapshot& present, bool hasGrown)
 void GrowthDetector::moveStartOfStoreLog(const Snapshot& present, bool hasGrown)
 {
     const WalIndex::Header& header = present.index.header;
-    const bool isBegunAnew = lastHeader && header.salts != lastHeader->salts;
-    if (isBegunAnew && (lastSize > reportedSize || mayBeCutBehindCommit(present))) {
-        isOverdue = true;
+    const bool isRestarted = lastHeader && header.salts != lastHeader->salts;
+    if (isRestarted && (lastSize > reportedSize || mayHaveLostCommit(present))) {
+        hasUnreportedCommit = true;
     }
     if (*present.size < knownEnd()) {
         const bool hasNewCommit =
             lastHeader ? header.commits != lastHeader->commits : header.frames > 0;
         const bool isBeingWritten = index.writeLock() != WalIndex::Lock::free;
         startAt(hasGrown || hasNewCommit || isBeingWritten ? 0 : *present.size);
-    } else if (isBegunAnew) {
+    } else if (isRestarted) {
         // One that is full to its old end was cut and has grown again or was written over as a
         // whole, which cannot be told apart. A look too many is better than a missed message.
-        const bool wasCut = *present.size == knownEnd() && (isFull(present) || hasGrown);
-        startAt(wasCut ? 0 : knownEnd());
+        const bool wasTruncated = *present.size == knownEnd() && (isFull(present) || hasGrown);
+        startAt(wasTruncated ? 0 : knownEnd());
     }
     lastHeader = header;
 }
 
 /// Whether something may have been committed since the last look and then cut off. Of the commits
-/// since then the new log holds at least one if it holds any. A log that was begun anew twice may
+/// since then the new log holds at least one if it holds any. A log that was restarted twice may
 /// have been cut the first time.
-bool GrowthDetector::mayBeCutBehindCommit(const Snapshot& present) const
+bool GrowthDetector::mayHaveLostCommit(const Snapshot& present) const
 {
     const WalIndex::Header& header = present.index.header;
     const std::uint32_t commits = header.commits - lastHeader->commits;
@@ -238,7 +238,7 @@ bool GrowthDetector::holdsGrowth(const Snapshot& present) const
 
 bool GrowthDetector::holdsNewCommit(const Snapshot& present) const
 {
-    return isOverdue ||
+    return hasUnreportedCommit ||
            (present.isReadable() && std::min(present.index.header.committedBytes(), *present.size) >
                                         std::max(reportedCommits, earlierLogEnd));
 }
@@ -290,7 +290,7 @@ void GrowthDetector::reportUpTo(const Snapshot& present)
         reportedCommits = earlierLogEnd = reportedSize;
     } else {
         lastHeader = latest.index.header;
-        // What was committed by then can be read now, also where the log has been begun anew.
+        // What was committed by then can be read now, also where the log has been restarted.
         if (later.isReadable()) {
             lastHeader->commits = later.index.header.commits;
         }
@@ -301,7 +301,7 @@ void GrowthDetector::reportUpTo(const Snapshot& present)
             earlierLogEnd = reportedSize;
         }
     }
-    isOverdue = false;
+    hasUnreportedCommit = false;
     waitingSince.reset();
     lastSize = *latest.size;
     if (lastSize > reportedSize) {

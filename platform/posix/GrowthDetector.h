@@ -45,9 +45,9 @@ private:
     {
         std::optional<std::int64_t> size;
         WalIndex::Reading index;
-        /// Whether somebody is at work on a log that was begun anew: a writer, or a checkpoint that
+        /// Whether somebody is at work on a log that was restarted: a writer, or a checkpoint that
         /// is about to cut it.
-        bool isBeingBegunAnew = false;
+        bool isBeingRestarted = false;
 
         [[nodiscard]] bool isReadable() const { return index.state == WalIndex::State::readable; }
     };
@@ -56,13 +56,13 @@ private:
     [[nodiscard]] Snapshot takeSnapshot();
     [[nodiscard]] static bool isFull(const Snapshot& present);
     [[nodiscard]] static bool isSameLog(const Snapshot& earlier, const Snapshot& later);
-    [[nodiscard]] bool isBeingBegunAnew(const WalIndex::Reading& reading);
+    [[nodiscard]] bool isBeingRestarted(const WalIndex::Reading& reading);
     [[nodiscard]] bool isLogBeingWritten();
     [[nodiscard]] std::int64_t knownEnd() const;
     [[nodiscard]] bool isDecided(const Snapshot& present, bool hasGrown) const;
     void moveStart(const Snapshot& present, bool hasGrown);
     void moveStartOfStoreLog(const Snapshot& present, bool hasGrown);
-    [[nodiscard]] bool mayBeCutBehindCommit(const Snapshot& present) const;
+    [[nodiscard]] bool mayHaveLostCommit(const Snapshot& present) const;
     void startAt(std::int64_t size);
     [[nodiscard]] bool holdsGrowth(const Snapshot& present) const;
     [[nodiscard]] bool holdsNewCommit(const Snapshot& present) const;
@@ -80,14 +80,14 @@ private:
     /// writer gave frames up: the commit that takes their place is new although the log does not
     /// grow by it.
     std::int64_t reportedCommits = 0;
-    /// Up to where the file may still hold what was there before the log was begun anew: a commit
+    /// Up to where the file may still hold what was there before the log was restarted: a commit
     /// that ends within it is no growth.
     std::int64_t earlierLogEnd = 0;
     /// The size at the last look.
     std::int64_t lastSize = 0;
-    /// Whether there was growth in a log that has been begun anew before it was reported: what was
+    /// Whether there was growth in a log that has been restarted before it was reported: what was
     /// committed with it can be read from the store.
-    bool isOverdue = false;
+    bool hasUnreportedCommit = false;
     std::optional<WalIndex::Header> lastHeader;
     std::optional<Uptime> waitingSince;
 };

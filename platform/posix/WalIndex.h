@@ -18,20 +18,20 @@ public:
     /// What the index publishes about the log.
     struct Header
     {
-        /// Changes with each commit, also when the log is begun anew.
+        /// Changes with each commit, also when the log is restarted.
         std::uint32_t commits = 0;
         /// How many frames of the log are committed.
         std::uint32_t frames = 0;
         /// The size of a page of the store, in bytes.
         std::uint32_t pageSize = 0;
-        /// Change each time the log is begun anew. The first is a number, stored with its highest
+        /// Change each time the log is restarted. The first is a number, stored with its highest
         /// byte first, that grows by one then; the second is random.
         std::array<std::uint32_t, 2> salts{};
 
         /// How many of the log's bytes hold commits that can be read.
         [[nodiscard]] std::int64_t committedBytes() const;
 
-        /// How often the log was begun anew since `earlier`, which is of the same log.
+        /// How often the log was restarted since `earlier`, which is of the same log.
         [[nodiscard]] std::uint32_t restartsSince(const Header& earlier) const;
 
         [[nodiscard]] bool operator==(const Header&) const = default;
