@@ -149,16 +149,20 @@ Response askBusAt(const SocketAddress& address, Uptime deadline)
     return receiving < 0 && errno == EAGAIN ? Response::missing : Response::received;
 }
 
-bool isSessionBusSilent(std::string_view addresses, Uptime deadline)
+/// What the first of the addresses that can be connected to does.
+Response askSessionBus(std::string_view addresses, Uptime deadline)
 {
     for (const std::string_view address : partsOf(addresses, ';')) {
         const auto socket = socketAddress(address);
-        const Response response = socket ? askBusAt(*socket, deadline) : Response::received;
+        if (!socket) {
+            break;
+        }
+        const Response response = askBusAt(*socket, deadline);
         if (response != Response::notConnected) {
-            return response == Response::missing;
+            return response;
         }
     }
-    return false;
+    return Response::notConnected;
 }
 
 } // namespace
@@ -170,11 +174,16 @@ void disableSilentSessionBus(Uptime deadline)
     if (addresses == responsive) {
         return;
     }
-    if (isSessionBusSilent(addresses, deadline)) {
+    switch (askSessionBus(addresses, deadline)) {
+    case Response::received:
+        responsive = addresses;
+        break;
+    case Response::missing:
         qputenv(addressVariable, noBus);
         std::cerr << "orlimo: the session bus does not answer; running without it\n" << std::flush;
-    } else {
-        responsive = addresses;
+        break;
+    case Response::notConnected:
+        break;
     }
 }
 
