@@ -29,7 +29,7 @@ DataControlPasteboard::DataControlPasteboard()
         // On Wayland Qt would ask the same compositor, and its request, which is in vain without
         // the focus, could come after ours and take the clipboard away again.
         if (!isQtOnWayland()) {
-            useStandIn();
+            useFallback();
         }
     });
 }
@@ -39,11 +39,11 @@ void DataControlPasteboard::declareTypes(std::initializer_list<PasteboardType> /
 void DataControlPasteboard::setString(std::string_view text, PasteboardType type)
 {
     if (isUnsupported) {
-        standIn.setString(text, type);
+        fallback.setString(text, type);
         return;
     }
     newest = text;
-    hasStandInNewest = false;
+    hasFallbackNewest = false;
     responseLimit.start();
     clipboard.setText(newest, [this](DataControlClipboard::Outcome outcome) {
         responseLimit.stop();
@@ -59,23 +59,23 @@ void DataControlPasteboard::didComplete(DataControlClipboard::Outcome outcome)
         break;
     case DataControlClipboard::Outcome::unreachable:
         reportOutOfReach();
-        useStandIn();
+        useFallback();
         break;
     case DataControlClipboard::Outcome::unsupported:
         isUnsupported = true;
         if (isQtOnWayland()) {
             reportThatClipboardNeedsFocus();
         }
-        useStandIn();
+        useFallback();
         break;
     }
     newest.clear();
 }
 
-void DataControlPasteboard::useStandIn()
+void DataControlPasteboard::useFallback()
 {
-    if (!std::exchange(hasStandInNewest, true)) {
-        standIn.setString(newest, PasteboardType::string);
+    if (!std::exchange(hasFallbackNewest, true)) {
+        fallback.setString(newest, PasteboardType::string);
     }
 }
 

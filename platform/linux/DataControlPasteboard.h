@@ -25,14 +25,14 @@ public:
 
 private:
     void didComplete(DataControlClipboard::Outcome outcome);
-    void useStandIn();
+    void useFallback();
     void reportOutOfReach();
 
     DataControlClipboard clipboard;
-    ClipboardPasteboard standIn;
+    ClipboardPasteboard fallback;
     /// The text that is waiting for the compositor.
     std::string newest;
-    bool hasStandInNewest = false;
+    bool hasFallbackNewest = false;
     bool isOutOfReach = false;
     bool isUnsupported = false;
     /// Runs only while a text is waiting for the compositor.

@@ -4,8 +4,8 @@
 
 namespace orlimo {
 
-TrayHost::TrayHost(std::function<void()> whoIsTold)
-    : didChange(std::move(whoIsTold))
+TrayHost::TrayHost(std::function<void()> changed)
+    : didChange(std::move(changed))
     , hosts([this] { update(); })
     , selection([this] { update(); })
 {

@@ -21,9 +21,9 @@ namespace orlimo {
 class TrayHost
 {
 public:
-    /// `whoIsTold` is called in the event loop, each time that `hasPlace` or `textColor` may have
+    /// `changed` is called in the event loop, each time that `hasPlace` or `textColor` may have
     /// changed.
-    explicit TrayHost(std::function<void()> whoIsTold);
+    explicit TrayHost(std::function<void()> changed);
 
     /// Whether there is a place. None while it is not known: the bus has not answered. After the
     /// first yes an icon can be made, and comes and goes with its place by itself.
