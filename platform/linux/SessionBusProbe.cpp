@@ -1,11 +1,11 @@
 #include "platform/linux/SessionBusProbe.h"
 
 #include "platform/linux/EnvironmentVariable.h"
+#include "platform/linux/SocketTimeout.h"
 #include "platform/posix/UniqueFd.h"
 
 #include <QByteArray>
 
-#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstddef>
@@ -17,7 +17,6 @@
 #include <vector>
 
 #include <sys/socket.h>
-#include <sys/time.h>
 #include <sys/un.h>
 
 namespace orlimo {
@@ -99,28 +98,12 @@ enum class Response {
     notConnected,
 };
 
-/// Has what waits on `socket` fail with EAGAIN at the deadline.
-void limitWaiting(int socket, Uptime deadline)
-{
-    // Zero would stand for no limit.
-    const auto left = std::max(
-        std::chrono::microseconds(1),
-        std::chrono::ceil<std::chrono::microseconds>(deadline - currentUptime()));
-    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(left);
-    timeval limit{};
-    limit.tv_sec = seconds.count();
-    limit.tv_usec = (left - seconds).count();
-    for (const int direction : {SO_SNDTIMEO, SO_RCVTIMEO}) {
-        (void)::setsockopt(socket, SOL_SOCKET, direction, &limit, sizeof limit);
-    }
-}
-
 /// The result of `call`, made again where a signal interrupts it.
 template <typename Call> auto uninterrupted(int socket, Uptime deadline, const Call& call)
 {
     decltype(call()) result = -1;
     do {
-        limitWaiting(socket, deadline);
+        setSocketTimeout(socket, deadline, {SO_SNDTIMEO, SO_RCVTIMEO});
         result = call();
     } while (result < 0 && errno == EINTR && currentUptime() < deadline);
     return result;

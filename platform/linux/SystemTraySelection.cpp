@@ -36,8 +36,8 @@ void listenTo(xcb_connection_t* connection, xcb_window_t window)
 
 } // namespace
 
-SystemTraySelection::SystemTraySelection(std::function<void()> whoIsTold)
-    : didChange(std::move(whoIsTold))
+SystemTraySelection::SystemTraySelection(std::function<void()> changed)
+    : didChange(std::move(changed))
     , connection(x11Connection())
 {
     if (connection == nullptr) {

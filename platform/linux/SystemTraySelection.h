@@ -18,9 +18,9 @@ namespace orlimo {
 class SystemTraySelection final : public QObject, private QAbstractNativeEventFilter
 {
 public:
-    /// `whoIsTold` is called in the event loop, each time that a tray has come or gone or paints
+    /// `changed` is called in the event loop, each time that a tray has come or gone or paints
     /// its text in another color.
-    explicit SystemTraySelection(std::function<void()> whoIsTold);
+    explicit SystemTraySelection(std::function<void()> changed);
 
     /// Whether there is a tray.
     [[nodiscard]] bool hasOwner() const { return owner != XCB_NONE; }

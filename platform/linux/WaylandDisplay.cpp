@@ -1,6 +1,7 @@
 #include "platform/linux/WaylandDisplay.h"
 
 #include "platform/linux/EnvironmentVariable.h"
+#include "platform/linux/SocketTimeout.h"
 #include "platform/linux/WaylandRoundTrip.h"
 #include "platform/posix/UniqueFd.h"
 
@@ -11,14 +12,12 @@
 
 #include <poll.h>
 #include <sys/socket.h>
-#include <sys/time.h>
 #include <sys/un.h>
 
 namespace orlimo {
 
 namespace {
 
-using std::chrono::microseconds;
 using std::chrono::milliseconds;
 
 /// Where the compositor listens; empty when nothing tells.
@@ -40,18 +39,6 @@ template <typename Duration> Duration timeLeft(WaylandDisplay::Deadline deadline
     return std::max(Duration::zero(), std::chrono::ceil<Duration>(left));
 }
 
-/// Connecting waits while the queue of a compositor that does not accept is full: limits that.
-void limitConnecting(int socket, WaylandDisplay::Deadline deadline)
-{
-    // Zero would stand for no limit.
-    const auto left = std::max(microseconds(1), timeLeft<microseconds>(deadline));
-    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(left);
-    timeval limit{};
-    limit.tv_sec = seconds.count();
-    limit.tv_usec = (left - seconds).count();
-    (void)::setsockopt(socket, SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof limit);
-}
-
 /// A connection to the socket at `path`; none when that fails, with errno set: EAGAIN when it is
 /// not taken before `deadline`.
 UniqueFd connectedSocket(const std::string& path, WaylandDisplay::Deadline deadline)
@@ -67,7 +54,8 @@ UniqueFd connectedSocket(const std::string& path, WaylandDisplay::Deadline deadl
     if (!socket) {
         return {};
     }
-    limitConnecting(socket.get(), deadline);
+    // Connecting waits while the queue of a compositor that does not accept is full.
+    setSocketTimeout(socket.get(), deadline, {SO_SNDTIMEO});
     const auto* const general = reinterpret_cast<const sockaddr*>(&address);
     int result = 0;
     do {
