@@ -2,9 +2,12 @@
 
 #include "platform/ApplicationIdentity.h"
 #include "platform/LaunchEvent.h"
+#include "platform/SystemArguments.h"
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
+#include <span>
 
 namespace orlimo {
 
@@ -87,6 +90,11 @@ CommandLine CommandLine::parse(int argc, const char* const* argv)
 {
     CommandLine result;
     for (int index = 1; index < argc; ++index) {
+        const std::span remaining(argv + index, static_cast<std::size_t>(argc - index));
+        if (const std::size_t count = systemArgumentCount(remaining); count > 0) {
+            index += static_cast<int>(count) - 1;
+            continue;
+        }
         const std::string_view argument = argv[index];
         const std::string_view toolkitOption = withOneDash(argument);
         if (argument == "--help" || argument == "-h") {

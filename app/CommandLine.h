@@ -25,7 +25,7 @@ struct CommandLine
     std::string text;
 
     /// Reads the arguments as main() gets them. The first one that settles the matter wins. What
-    /// the toolkit takes for itself (-platform, -style ...) is passed over.
+    /// Qt takes for itself (-platform, -style ...) and what the system adds is passed over.
     [[nodiscard]] static CommandLine parse(int argc, const char* const* argv);
 };
 

@@ -40,6 +40,7 @@ set(orlimo_platform_sources
     linux/SettingsText.cpp
     posix/StandardStreams.cpp
     linux/SyslogUnifiedLog.cpp
+    linux/SystemArguments.cpp
     linux/TextTransfer.cpp
     linux/TextTransfers.cpp
     linux/ToolkitArguments.cpp

@@ -14,6 +14,7 @@ set(orlimo_platform_sources
     macos/MainThread.cpp
     macos/StandardUserDefaults.mm
     macos/StringConversion.mm
+    macos/SystemArguments.cpp
     macos/SystemUnifiedLog.mm
     macos/ToolkitArguments.cpp
     macos/UptimeClock.cpp

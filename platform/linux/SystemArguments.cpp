@@ -1,0 +1,10 @@
+#include "platform/SystemArguments.h"
+
+namespace orlimo {
+
+std::size_t systemArgumentCount(std::span<const char* const>)
+{
+    return 0;
+}
+
+} // namespace orlimo
