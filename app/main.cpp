@@ -7,7 +7,7 @@
 #include "platform/ApplicationIdentity.h"
 #include "platform/ApplicationInstance.h"
 #include "platform/ColorScheme.h"
-#include "platform/Queue.h"
+#include "platform/FontPreloading.h"
 #include "platform/SharedApplication.h"
 #include "platform/StandardStreams.h"
 #include "platform/ToQString.h"
@@ -15,7 +15,6 @@
 #include "resources/translations/TranslationCatalogue.h"
 
 #include <QApplication>
-#include <QFontDatabase>
 #include <QStringList>
 #include <QTimer>
 
@@ -38,13 +37,6 @@ void nameApplication()
 
 /// By then the icon has its place, and the start nothing left to do.
 constexpr std::chrono::milliseconds settlingTime{500};
-
-/// Has the toolkit read which fonts there are, for which the first window would otherwise wait as
-/// long as for all the rest of it.
-void readFonts()
-{
-    orlimo::backgroundQueue().async([] { (void)QFontDatabase::families(); });
-}
 
 /// Runs to the end of the program. `instance` is asked for what later starts want; none when they
 /// are none of its business.
@@ -73,7 +65,7 @@ int runApplication(
     std::optional<orlimo::WindowCloseObserver> guidanceObserver;
     QTimer settled;
     settled.setSingleShot(true);
-    settled.callOnTimeout(readFonts);
+    settled.callOnTimeout(orlimo::preloadFonts);
     orlimo::LaunchTurns turns(app.appDelegate(), launchedAtLogin, [&] {
         if (instance != nullptr) {
             instance->onActivation([&scene] { scene->menuBarExtra().openAmongOthers(); });

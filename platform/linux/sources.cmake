@@ -66,6 +66,7 @@ set(orlimo_desktop_sources
     qt/MenuBarWindow.cpp
     linux/PaletteScheme.cpp
     linux/PanelIcon.cpp
+    linux/FontPreloading.cpp
     linux/FrontWindow.cpp
     linux/QtScreen.cpp
     linux/QtSharedApplication.cpp

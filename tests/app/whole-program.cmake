@@ -38,6 +38,7 @@ orlimo_add_tests(orlimo_program_tests
         SelectionOwnerChanges.cpp
         StartUpTest.cpp
         UsageTest.cpp
+        linux/FontPreloadingTest.cpp
         linux/StoredPreferences.cpp
     LIBRARIES orlimo_program_session SQLite::SQLite3 X11::xcb PkgConfig::XcbXfixes
     NEEDS orlimo orlimo-sample-store)
