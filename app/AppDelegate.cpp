@@ -49,8 +49,8 @@ void AppDelegate::showHelperWindow()
     if (!screen) {
         return;
     }
-    auto guidance =
-        std::make_unique<GuidanceWindow>(content.release(), GuidanceWindow::contentAreaOn(*screen));
+    const QRectF area = host.fromSystemCoordinates(GuidanceWindow::contentAreaOn(*screen));
+    auto guidance = std::make_unique<GuidanceWindow>(content.release(), area);
     guidance->show();
     guidance->activateWindow();
     secondaryWindow = std::move(guidance);

@@ -19,8 +19,8 @@ public:
 
     static constexpr QSize contentSize{500, 500};
 
-    /// Where the window's content stands on a screen of this frame: in the middle of its whole
-    /// size, exactly.
+    /// Where the window's content stands, in the system's screen coordinates, with a main screen of
+    /// this frame: in the middle of its whole size, exactly. Where the screen lies does not count.
     [[nodiscard]] static QRectF contentAreaOn(const QRect& screenFrame);
 
 protected:

@@ -6,6 +6,7 @@
 #include "platform/UserDefaults.h"
 
 #include <QRect>
+#include <QRectF>
 
 #include <functional>
 #include <optional>
@@ -20,6 +21,7 @@ struct LaunchHost
     std::function<void(bool)> setLaunchAtLogin;
     std::function<bool()> hasFullDiskAccess;
     std::function<std::optional<QRect>()> mainScreenFrame;
+    std::function<QRectF(const QRectF&)> fromSystemCoordinates;
 
     /// The running program's own. Needs the application object.
     [[nodiscard]] static LaunchHost native()
@@ -29,6 +31,7 @@ struct LaunchHost
             .setLaunchAtLogin = [](bool enabled) { LaunchAtLogin::setEnabled(enabled); },
             .hasFullDiskAccess = [] { return orlimo::hasFullDiskAccess(); },
             .mainScreenFrame = orlimo::mainScreenFrame,
+            .fromSystemCoordinates = orlimo::fromSystemCoordinates,
         };
     }
 };

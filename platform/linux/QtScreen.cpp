@@ -15,4 +15,9 @@ std::optional<QRect> mainScreenFrame()
     return screen->geometry();
 }
 
+QRectF fromSystemCoordinates(const QRectF& rectangle)
+{
+    return rectangle;
+}
+
 } // namespace orlimo

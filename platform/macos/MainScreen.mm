@@ -13,4 +13,11 @@ std::optional<QRect> mainScreenFrame()
     }
 }
 
+QRectF fromSystemCoordinates(const QRectF& rectangle)
+{
+    @autoreleasepool {
+        return flipped(rectangle, topOfPrimaryScreen());
+    }
+}
+
 } // namespace orlimo

@@ -6,12 +6,21 @@ namespace orlimo {
 
 QRect toToolkitGeometry(NSRect rectangle)
 {
+    const QRectF upwards(
+        NSMinX(rectangle), NSMinY(rectangle), NSWidth(rectangle), NSHeight(rectangle));
+    return flipped(upwards, topOfPrimaryScreen()).toRect();
+}
+
+QRectF flipped(const QRectF& rectangle, double top)
+{
+    return {QPointF(rectangle.left(), top - rectangle.bottom()), rectangle.size()};
+}
+
+double topOfPrimaryScreen()
+{
     // Not mainScreen, which is the one with the focus.
     NSScreen* const primary = [[NSScreen screens] firstObject];
-    const double top = primary == nil ? 0 : NSMaxY([primary frame]);
-    return QRectF(
-               NSMinX(rectangle), top - NSMaxY(rectangle), NSWidth(rectangle), NSHeight(rectangle))
-        .toRect();
+    return primary == nil ? 0 : NSMaxY([primary frame]);
 }
 
 } // namespace orlimo

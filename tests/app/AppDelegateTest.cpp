@@ -44,6 +44,8 @@ protected:
                     return hasAccess;
                 },
             .mainScreenFrame = [this] { return screen; },
+            .fromSystemCoordinates =
+                [this](const QRectF& area) { return area.translated(0, systemOffset); },
         };
     }
 
@@ -64,6 +66,8 @@ protected:
     /// How many preferences were stored when launch at login was switched on.
     std::size_t writesBefore = 0;
     std::optional<QRect> screen = QRect(0, 0, 1920, 1080);
+    /// How much lower Qt counts what the system places.
+    double systemOffset = 0;
     AppDelegate delegate{launchHost()};
 };
 
@@ -163,6 +167,13 @@ TEST_F(AppDelegateTest, CentresTheGuidanceWindowOnTheScreensSize)
         delegate.showHelperWindow();
         EXPECT_EQ(delegate.secondaryWindow->geometry(), QRect(origin, QSize(500, 500)));
     }
+}
+
+TEST_F(AppDelegateTest, PlacesTheGuidanceWindowInTheSystemsCoordinates)
+{
+    systemOffset = -180;
+    delegate.showHelperWindow();
+    EXPECT_EQ(delegate.secondaryWindow->geometry(), QRect(710, 110, 500, 500));
 }
 
 TEST(GuidanceWindowPlace, IsTheMiddleOfTheScreensSizeWhateverThatIs)

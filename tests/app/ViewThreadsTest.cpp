@@ -39,6 +39,7 @@ protected:
             .setLaunchAtLogin = [](bool) {},
             .hasFullDiskAccess = [] { return true; },
             .mainScreenFrame = [] { return std::nullopt; },
+            .fromSystemCoordinates = [](const QRectF& area) { return area; },
         };
     }
 };

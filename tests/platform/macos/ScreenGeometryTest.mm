@@ -43,6 +43,24 @@ TEST_F(ScreenGeometryTest, RoundsToWholePoints)
     EXPECT_EQ(toToolkitGeometry(NSMakeRect(10.4, 875.6, 22.2, 24)), QRect(10, 0, 22, 24));
 }
 
+TEST(FlippedRectangle, IsCountedFromTheTopOfThePrimaryScreen)
+{
+    // In the middle of a screen of 900 points, where that is the primary one and where another of
+    // 1080 points is.
+    EXPECT_EQ(flipped({470, 200, 500, 500}, 900), QRectF(470, 200, 500, 500));
+    EXPECT_EQ(flipped({470, 200, 500, 500}, 1080), QRectF(470, 380, 500, 500));
+    EXPECT_EQ(flipped({433.5, 134.5, 500, 500}, 769), QRectF(433.5, 134.5, 500, 500));
+}
+
+TEST_F(ScreenGeometryTest, CountsWhatIsPlacedByTheMainScreensSizeFromThePrimaryScreensTop)
+{
+    const QRectF middleOfTheSecond(710, 290, 500, 500);
+    EXPECT_EQ(fromSystemCoordinates(middleOfTheSecond), QRectF(710, 110, 500, 500));
+    EXPECT_EQ(
+        fromSystemCoordinates(middleOfTheSecond).toRect(),
+        toToolkitGeometry(NSMakeRect(710, 290, 500, 500)));
+}
+
 TEST_F(ScreenGeometryTest, HasTheWholeFrameOfTheScreenWithTheFocus)
 {
     scriptedAppKit().mainScreen = 0;
