@@ -2,6 +2,7 @@
 
 #include "platform/MenuBarExtra.h"
 #include "platform/macos/AppKitHost.h"
+#include "platform/macos/DefaultModeCall.h"
 #include "platform/macos/StatusItem.h"
 #include "platform/qt/MenuBarWindow.h"
 
@@ -40,6 +41,8 @@ private:
     std::unique_ptr<QWidget> content;
     std::unique_ptr<WindowObserver> observer;
     std::optional<MenuBarWindow> menuBarWindow;
+    /// Shows on the item whether the window is open.
+    DefaultModeCall highlighting;
 };
 
 } // namespace orlimo

@@ -59,6 +59,7 @@ StatusItemMenuBarExtra::StatusItemMenuBarExtra(
     : makeContent(std::move(builder))
     , clock(std::move(uptimeClock))
     , host(std::move(appKit))
+    , highlighting([this] { item->highlight(isOpen()); })
 {
     if (host.isThere) {
         item.emplace(label, [this] { window().toggle(); });
@@ -128,7 +129,9 @@ void StatusItemMenuBarExtra::visibilityDidChange()
     if (!item) {
         return;
     }
-    item->highlight(isOpen());
+    // A button that is pressed takes its highlight back when it is let go, and until then runs the
+    // event loop itself.
+    highlighting.schedule();
     if (!isOpen()) {
         giveBackTheFocus();
     }

@@ -36,6 +36,7 @@ set(orlimo_desktop_sources
     macos/BitmapImage.mm
     macos/CocoaSharedApplication.mm
     macos/ColorScheme.cpp
+    macos/DefaultModeCall.mm
     macos/FontPreloading.cpp
     macos/MainScreen.mm
     macos/MenuBarImage.mm

@@ -92,7 +92,19 @@ protected:
     }
 
     /// Until what is put off to the next turn of the event loop has been done.
-    static void settle() { runEventLoop(0ms); }
+    static void settle()
+    {
+        runEventLoop(0ms);
+        runDefaultMode();
+    }
+
+    /// What is put off to the default mode of the system's own loop.
+    static void runDefaultMode()
+    {
+        @autoreleasepool {
+            [[NSRunLoop currentRunLoop] runUntilDate:[NSDate dateWithTimeIntervalSinceNow:0.02]];
+        }
+    }
 
     HandClock clock;
     QRect screen;
@@ -248,7 +260,10 @@ TEST_F(StatusItemMenuBarExtraTest, HighlightsTheButtonAgainOnceTheWindowHasTheFo
     EXPECT_FALSE(extra->isOpen());
     extra->open();
     ASSERT_TRUE(await([this] { return content->isActiveWindow(); }));
-    EXPECT_TRUE(await([] { return [button() isHighlighted] != NO; }));
+    EXPECT_TRUE(await([] {
+        runDefaultMode();
+        return [button() isHighlighted] != NO;
+    }));
 }
 
 TEST_F(StatusItemMenuBarExtraTest, GivesTheFocusBackWhenItCloses)
