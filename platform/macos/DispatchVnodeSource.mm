@@ -1,5 +1,6 @@
 #include "platform/macos/DispatchVnodeSource.h"
 
+#include "platform/FatalStop.h"
 #include "platform/macos/ChangeMeter.h"
 #include "platform/macos/DispatchObject.h"
 #include "platform/macos/MainDispatchQueue.h"
@@ -12,6 +13,7 @@
 #include <filesystem>
 #include <functional>
 #include <future>
+#include <optional>
 #include <system_error>
 #include <utility>
 
@@ -89,7 +91,14 @@ public:
     }
 
     /// Looks at the file no more.
-    void end() { ended = true; }
+    void end()
+    {
+        ended = true;
+        if (timer) {
+            dispatch_source_cancel(timer->get());
+            timer.reset();
+        }
+    }
 
     /// What to run when the system has let go of the file, which may then be closed. Set before the
     /// source is cancelled.
@@ -132,11 +141,34 @@ private:
     void lookLater()
     {
         lookIsDue = true;
-        const auto self = shared_from_this();
+        if (!timer) {
+            timer = madeTimer();
+        }
         const std::chrono::nanoseconds pause = growth.pause();
-        dispatch_after(dispatch_time(DISPATCH_TIME_NOW, pause.count()), queue.get(), ^{
-            self->lookAgain();
+        dispatch_source_set_timer(
+            timer->get(),
+            dispatch_time(DISPATCH_TIME_NOW, pause.count()),
+            DISPATCH_TIME_FOREVER,
+            0);
+    }
+
+    /// A strict timer: others, dispatch_after() included, the system may put off, and does so at
+    /// length for a program without a window.
+    [[nodiscard]] DispatchObject<dispatch_source_t> madeTimer()
+    {
+        dispatch_source_t const made = dispatch_source_create(
+            DISPATCH_SOURCE_TYPE_TIMER, 0, DISPATCH_TIMER_STRICT, queue.get());
+        if (made == nullptr) {
+            fatalStop("the system makes no timer");
+        }
+        const std::weak_ptr<Watch> watch = weak_from_this();
+        dispatch_source_set_event_handler(made, ^{
+            if (const auto self = watch.lock()) {
+                self->lookAgain();
+            }
         });
+        dispatch_activate(made);
+        return DispatchObject<dispatch_source_t>::adopt(made);
     }
 
     void lookAgain()
@@ -154,6 +186,8 @@ private:
     GrowthDetector growth;
     std::shared_ptr<VnodeEventDelivery> delivery;
     std::function<void()> releaseHandler;
+    /// Made when growth waits for the first time.
+    std::optional<DispatchObject<dispatch_source_t>> timer;
     bool lookIsDue = false;
     bool ended = false;
 };

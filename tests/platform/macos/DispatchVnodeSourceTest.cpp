@@ -233,6 +233,25 @@ TEST_F(DispatchVnodeSourceTest, LooksAgainInPausesThatGrow)
     EXPECT_EQ(script.delays(), std::vector<std::chrono::nanoseconds>{5ms});
 }
 
+TEST_F(DispatchVnodeSourceTest, WaitsByAStrictTimerOfItsQueue)
+{
+    watch();
+    EXPECT_TRUE(script.timers().empty()) << "nothing waits";
+    hold();
+    grow();
+    script.runMainQueue();
+    pass(8ms);
+    const auto timers = script.timers();
+    ASSERT_EQ(timers.size(), 1U) << "one for all pauses";
+    EXPECT_TRUE(timers.front().isStrict);
+    EXPECT_EQ(timers.front().leeway, 0ns);
+    EXPECT_TRUE(timers.front().active);
+    EXPECT_EQ(timers.front().queue, "main");
+    source->cancel();
+    script.runMainQueue();
+    EXPECT_TRUE(script.timers().empty());
+}
+
 TEST_F(DispatchVnodeSourceTest, AllGrowthOfACommitIsOneEvent)
 {
     watch();
@@ -367,6 +386,7 @@ TEST_F(DispatchVnodeSourceTest, MayGoWhileALookIsDue)
     EXPECT_EQ(events(), 0U);
     EXPECT_EQ(cancellations, 0) << "nobody cancelled it";
     EXPECT_TRUE(script.delays().empty());
+    EXPECT_TRUE(script.timers().empty());
 }
 
 TEST_F(DispatchVnodeSourceTest, MayGoInItsOwnEventHandler)
@@ -383,6 +403,23 @@ TEST_F(DispatchVnodeSourceTest, MayGoInItsOwnEventHandler)
     grow();
     pass(1h);
     EXPECT_EQ(runs, 1);
+}
+
+TEST_F(DispatchVnodeSourceTest, MayGoInItsEventHandlerAfterAPause)
+{
+    watch();
+    int runs = 0;
+    source->setEventHandler([this, &runs] {
+        ++runs;
+        source.reset();
+    });
+    hold();
+    grow();
+    script.runMainQueue();
+    letGo();
+    pass(5ms);
+    EXPECT_EQ(runs, 1);
+    EXPECT_TRUE(script.timers().empty());
 }
 
 TEST_F(DispatchVnodeSourceTest, MayGoInItsCancelHandler)

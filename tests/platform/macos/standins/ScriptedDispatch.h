@@ -8,6 +8,7 @@
 #include <deque>
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -35,6 +36,11 @@ public:
         int references = 1;
         bool active = false;
         bool cancelled = false;
+        /// For a timer: whether it is strict, when it fires next, and how late it may be.
+        bool isTimer = false;
+        bool isStrict = false;
+        std::optional<Uptime> due;
+        std::chrono::nanoseconds leeway{};
     };
 
     /// The one that the library's functions lead to.
@@ -56,7 +62,6 @@ public:
     [[nodiscard]] std::vector<long> positionsAtCalls() const;
 
     void add(const std::string& queue, Task task) { queues[queue].push_back(std::move(task)); }
-    void addAfter(Uptime when, const std::string& queue, Task task);
 
     /// Runs what is on a queue, what that adds included, and returns how much it was.
     std::size_t run(const std::string& queue);
@@ -67,13 +72,19 @@ public:
     void advance(std::chrono::nanoseconds span);
     [[nodiscard]] Uptime now() const { return time; }
     [[nodiscard]] UptimeClock clock() const;
-    /// How long after now each piece of work that waits for its time is due.
+    /// How long after now each timer that has been set fires.
     [[nodiscard]] std::vector<std::chrono::nanoseconds> delays() const;
+
+    /// The timers that have neither been cancelled nor released.
+    [[nodiscard]] std::vector<Source> timers() const;
 
     /// Adds a source and returns its number.
     std::size_t addSource(Source source);
     [[nodiscard]] Source& source(std::size_t number = 0) { return sources.at(number); }
     [[nodiscard]] std::size_t numberOfSources() const { return sources.size(); }
+
+    /// Has a timer fire once more.
+    void setTimer(std::size_t number, Uptime when, std::chrono::nanoseconds leeway);
 
     /// Has the file of a source undergo `events`: merged into what its handler was not told yet.
     void fire(std::uintptr_t events, std::size_t number = 0);
@@ -88,7 +99,6 @@ private:
     std::vector<Call> calls;
     Uptime time{std::chrono::hours(1)};
     std::map<std::string, std::deque<Task>> queues;
-    std::multimap<Uptime, std::pair<std::string, Task>> later;
     std::deque<Source> sources;
 };
 

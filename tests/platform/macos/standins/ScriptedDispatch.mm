@@ -3,6 +3,9 @@
 #include "platform/macos/MainDispatchQueue.h"
 #include "tests/platform/macos/standins/BlockTask.h"
 
+#include <algorithm>
+#include <cstdlib>
+#include <iterator>
 #include <utility>
 
 #import <dispatch/dispatch.h>
@@ -11,6 +14,7 @@
 struct dispatch_source_type_s
 {};
 const dispatch_source_type_s _dispatch_source_type_vnode{};
+const dispatch_source_type_s _dispatch_source_type_timer{};
 
 namespace orlimo {
 
@@ -47,11 +51,6 @@ std::vector<long> ScriptedDispatch::positionsAtCalls() const
     return positions;
 }
 
-void ScriptedDispatch::addAfter(Uptime when, const std::string& queue, Task task)
-{
-    later.emplace(when, std::pair(queue, std::move(task)));
-}
-
 std::size_t ScriptedDispatch::run(const std::string& queue)
 {
     std::size_t number = 0;
@@ -66,10 +65,16 @@ std::size_t ScriptedDispatch::run(const std::string& queue)
 void ScriptedDispatch::advance(std::chrono::nanoseconds span)
 {
     time += span;
-    while (!later.empty() && later.begin()->first <= time) {
-        auto [queue, task] = later.begin()->second;
-        later.erase(later.begin());
-        add(queue, std::move(task));
+    for (Source& timer : sources) {
+        if (timer.due && *timer.due <= time) {
+            timer.due.reset();
+            add(timer.queue, [&timer] {
+                const Task handler = timer.eventHandler;
+                if (!timer.cancelled) {
+                    handler();
+                }
+            });
+        }
     }
 }
 
@@ -81,17 +86,34 @@ UptimeClock ScriptedDispatch::clock() const
 std::vector<std::chrono::nanoseconds> ScriptedDispatch::delays() const
 {
     std::vector<std::chrono::nanoseconds> spans;
-    spans.reserve(later.size());
-    for (const auto& entry : later) {
-        spans.push_back(entry.first - time);
+    for (const Source& timer : timers()) {
+        if (timer.due) {
+            spans.push_back(*timer.due - time);
+        }
     }
     return spans;
+}
+
+std::vector<ScriptedDispatch::Source> ScriptedDispatch::timers() const
+{
+    std::vector<Source> living;
+    std::ranges::copy_if(sources, std::back_inserter(living), [](const Source& source) {
+        return source.isTimer && !source.cancelled && source.references > 0;
+    });
+    return living;
 }
 
 std::size_t ScriptedDispatch::addSource(Source source)
 {
     sources.push_back(std::move(source));
     return sources.size() - 1;
+}
+
+void ScriptedDispatch::setTimer(std::size_t number, Uptime when, std::chrono::nanoseconds leeway)
+{
+    Source& timer = sources.at(number);
+    timer.due = when;
+    timer.leeway = leeway;
 }
 
 void ScriptedDispatch::fire(std::uintptr_t events, std::size_t number)
@@ -116,6 +138,7 @@ void ScriptedDispatch::fire(std::uintptr_t events, std::size_t number)
 void ScriptedDispatch::cancel(std::size_t number)
 {
     Source& ending = sources.at(number);
+    ending.due.reset();
     if (!std::exchange(ending.cancelled, true) && ending.active) {
         addCancellation(number);
     }
@@ -133,8 +156,9 @@ void ScriptedDispatch::addCancellation(std::size_t number)
 {
     add(sources.at(number).queue, [this, number] {
         Source& ended = sources.at(number);
-        const Task handler = std::exchange(ended.cancelHandler, {});
-        handler();
+        if (const Task handler = std::exchange(ended.cancelHandler, {})) {
+            handler();
+        }
         ended.eventHandler = {};
     });
 }
@@ -164,10 +188,14 @@ ScriptedDispatch::Source& sourceBehind(dispatch_source_t source)
     return ScriptedDispatch::shared().source(objectBehind(source).source);
 }
 
-void note(const std::string& call, dispatch_object_t source)
+/// A timer's calls are not noted.
+void note(const std::string& call, dispatch_object_t object)
 {
     auto& script = ScriptedDispatch::shared();
-    script.note(call, script.source(objectBehind(source).source).handle);
+    const auto& source = script.source(objectBehind(object).source);
+    if (!source.isTimer) {
+        script.note(call, source.handle);
+    }
 }
 
 } // namespace
@@ -242,21 +270,23 @@ dispatch_time_t dispatch_time(dispatch_time_t when, int64_t delta)
            static_cast<dispatch_time_t>(delta);
 }
 
-void dispatch_after(dispatch_time_t when, dispatch_queue_t queue, dispatch_block_t block)
-{
-    ScriptedDispatch::shared().addAfter(
-        Uptime(std::chrono::nanoseconds(when)), objectBehind(queue).queue, taskOf(block));
-}
-
 dispatch_source_t dispatch_source_create(
     dispatch_source_type_t type, uintptr_t handle, uintptr_t mask, dispatch_queue_t queue)
 {
-    ScriptedDispatch::shared().note("create", handle);
+    auto& script = ScriptedDispatch::shared();
+    if (type == DISPATCH_SOURCE_TYPE_TIMER) {
+        const std::size_t number = script.addSource(
+            {.queue = objectBehind(queue).queue,
+             .isTimer = true,
+             .isStrict = mask == DISPATCH_TIMER_STRICT});
+        return reinterpret_cast<dispatch_source_t>(new Object{"", number});
+    }
+    script.note("create", handle);
     if (type != DISPATCH_SOURCE_TYPE_VNODE || mask == 0) {
         return nullptr;
     }
-    const std::size_t number = ScriptedDispatch::shared().addSource(
-        {.handle = handle, .mask = mask, .queue = objectBehind(queue).queue});
+    const std::size_t number =
+        script.addSource({.handle = handle, .mask = mask, .queue = objectBehind(queue).queue});
     return reinterpret_cast<dispatch_source_t>(new Object{"", number});
 }
 
@@ -276,6 +306,18 @@ void dispatch_source_cancel(dispatch_source_t source)
 {
     note("cancel", source);
     ScriptedDispatch::shared().cancel(objectBehind(source).source);
+}
+
+void dispatch_source_set_timer(
+    dispatch_source_t source, dispatch_time_t start, uint64_t interval, uint64_t leeway)
+{
+    if (interval != DISPATCH_TIME_FOREVER) {
+        std::abort(); // one firing each time is all that is known here
+    }
+    ScriptedDispatch::shared().setTimer(
+        objectBehind(source).source,
+        Uptime(std::chrono::nanoseconds(start)),
+        std::chrono::nanoseconds(leeway));
 }
 
 uintptr_t dispatch_source_get_data(dispatch_source_t source)

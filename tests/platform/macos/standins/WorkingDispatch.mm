@@ -31,6 +31,7 @@
 struct dispatch_source_type_s
 {};
 const dispatch_source_type_s _dispatch_source_type_vnode{};
+const dispatch_source_type_s _dispatch_source_type_timer{};
 
 namespace orlimo {
 
@@ -237,8 +238,18 @@ private:
     bool running = false;
 };
 
+class Source : public Object
+{
+public:
+    void setEventHandler(Task task) { eventHandler = std::move(task); }
+    virtual void cancel() = 0;
+
+protected:
+    Task eventHandler;
+};
+
 /// Reports the growth of an open file, from the moment when it is activated on.
-class FileSource final : public Object
+class FileSource final : public Source
 {
 public:
     FileSource(int fileDescriptor, WorkQueue* targetQueue)
@@ -248,7 +259,6 @@ public:
         queue->retain();
     }
 
-    void setEventHandler(Task task) { eventHandler = std::move(task); }
     void setCancelHandler(Task task) { cancelHandler = std::move(task); }
     [[nodiscard]] unsigned data() const { return delivered; }
 
@@ -267,7 +277,7 @@ public:
         watcher = std::thread([this, size = presentSize()] { watch(size); });
     }
 
-    void cancel()
+    void cancel() override
     {
         const std::lock_guard guard(mutex);
         if (cancelled.exchange(true) || !active) {
@@ -361,7 +371,6 @@ private:
     WorkQueue* const queue;
     const int notifications = ::inotify_init1(IN_CLOEXEC | IN_NONBLOCK);
     const int stop = ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
-    Task eventHandler;
     Task cancelHandler;
     std::mutex mutex;
     std::thread watcher;
@@ -393,6 +402,42 @@ Timers& timers()
     return *made;
 }
 
+/// Fires once each time that it is set. Set and cancelled on its queue.
+class TimerSource final : public Source
+{
+public:
+    explicit TimerSource(WorkQueue* targetQueue)
+        : queue(targetQueue)
+    {
+        queue->retain();
+    }
+
+    void set(steady_clock::time_point when)
+    {
+        retain();
+        timers().add(when, queue, [this, setting = ++settings] {
+            if (setting == settings && eventHandler) {
+                const Task handler = eventHandler;
+                handler();
+            }
+            release();
+        });
+    }
+
+    void cancel() override
+    {
+        ++settings;
+        eventHandler = nullptr;
+    }
+
+private:
+    ~TimerSource() override { queue->release(); }
+    void retire() override { delete this; }
+
+    WorkQueue* const queue;
+    int settings = 0;
+};
+
 } // namespace
 
 int mainDispatchQueueHandle()
@@ -413,9 +458,10 @@ using orlimo::handleOf;
 using orlimo::mainWorkQueue;
 using orlimo::Object;
 using orlimo::objectBehind;
+using orlimo::Source;
 using orlimo::taskOf;
 using orlimo::ThreadWorkQueue;
-using orlimo::timers;
+using orlimo::TimerSource;
 using orlimo::WorkQueue;
 using std::chrono::steady_clock;
 
@@ -466,18 +512,13 @@ dispatch_time_t dispatch_time(dispatch_time_t when, int64_t delta)
     return static_cast<dispatch_time_t>(start + delta);
 }
 
-void dispatch_after(dispatch_time_t when, dispatch_queue_t queue, dispatch_block_t block)
-{
-    timers().add(
-        steady_clock::time_point(std::chrono::nanoseconds(when)),
-        objectBehind<WorkQueue>(queue),
-        taskOf(block));
-}
-
 dispatch_source_t dispatch_source_create(
     dispatch_source_type_t type, uintptr_t handle, uintptr_t mask, dispatch_queue_t queue)
 {
     constexpr uintptr_t everyEvent = 0x1ff;
+    if (type == DISPATCH_SOURCE_TYPE_TIMER) {
+        return handleOf<dispatch_source_t>(new TimerSource(objectBehind<WorkQueue>(queue)));
+    }
     if (type != DISPATCH_SOURCE_TYPE_VNODE || handle > INT32_MAX || mask == 0 ||
         (mask & ~everyEvent) != 0)
     {
@@ -489,7 +530,7 @@ dispatch_source_t dispatch_source_create(
 
 void dispatch_source_set_event_handler(dispatch_source_t source, dispatch_block_t handler)
 {
-    objectBehind<FileSource>(source)->setEventHandler(taskOf(handler));
+    objectBehind<Source>(source)->setEventHandler(taskOf(handler));
 }
 
 void dispatch_source_set_cancel_handler(dispatch_source_t source, dispatch_block_t handler)
@@ -499,7 +540,13 @@ void dispatch_source_set_cancel_handler(dispatch_source_t source, dispatch_block
 
 void dispatch_source_cancel(dispatch_source_t source)
 {
-    objectBehind<FileSource>(source)->cancel();
+    objectBehind<Source>(source)->cancel();
+}
+
+void dispatch_source_set_timer(dispatch_source_t source, dispatch_time_t start, uint64_t, uint64_t)
+{
+    objectBehind<TimerSource>(source)->set(
+        steady_clock::time_point(std::chrono::nanoseconds(start)));
 }
 
 uintptr_t dispatch_source_get_data(dispatch_source_t source)

@@ -66,14 +66,19 @@ void dispatch_async_f(dispatch_queue_t queue, void* context, dispatch_function_t
 /// Dispatch, macOS 10.6: `delta` nanoseconds after `when` on the clock that stands still while the
 /// machine sleeps.
 dispatch_time_t dispatch_time(dispatch_time_t when, int64_t delta);
-
 /// Dispatch, macOS 10.6
-void dispatch_after(dispatch_time_t when, dispatch_queue_t queue, dispatch_block_t block);
+#define DISPATCH_TIME_FOREVER (~0ULL)
 
 /// Dispatch, macOS 10.6
 extern const struct dispatch_source_type_s _dispatch_source_type_vnode;
 #define DISPATCH_SOURCE_TYPE_VNODE (&_dispatch_source_type_vnode)
 #define DISPATCH_VNODE_EXTEND 0x4
+
+/// Dispatch, macOS 10.6: the handle is 0, the mask flags of the timer.
+extern const struct dispatch_source_type_s _dispatch_source_type_timer;
+#define DISPATCH_SOURCE_TYPE_TIMER (&_dispatch_source_type_timer)
+/// Dispatch, macOS 10.9: the system keeps to the leeway even where it would make it longer.
+#define DISPATCH_TIMER_STRICT 0x1
 
 /// Dispatch, macOS 10.6: an inactive source, whose reference is the caller's; null for a handle or
 /// a mask that the type does not have.
@@ -82,6 +87,11 @@ dispatch_source_t dispatch_source_create(
 
 /// Dispatch, macOS 10.6
 void dispatch_source_set_event_handler(dispatch_source_t source, dispatch_block_t handler);
+
+/// Dispatch, macOS 10.6: the timer's next firing, the interval between those after it
+/// (DISPATCH_TIME_FOREVER: none), and how many nanoseconds late they may be. Replaces what was set.
+void dispatch_source_set_timer(
+    dispatch_source_t source, dispatch_time_t start, uint64_t interval, uint64_t leeway);
 
 /// Dispatch, macOS 10.6: runs once when the source is cancelled and the system has let go of its
 /// handle.
