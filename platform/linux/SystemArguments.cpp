@@ -2,7 +2,7 @@
 
 namespace orlimo {
 
-std::size_t systemArgumentCount(std::span<const char* const>)
+std::size_t systemArgumentCount(std::span<const char* const> /*arguments*/)
 {
     return 0;
 }
