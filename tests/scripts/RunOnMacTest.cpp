@@ -124,7 +124,11 @@ TEST_F(RunOnMacTest, AnInterruptEndsTheProgramThatTheSystemStarted)
     writeFile(home / "Library/Messages/chat.db", "");
     openProgram("trap 'echo ended; exit' TERM; echo watching; while :; do sleep 0.1; done");
     auto settings = programs.settings("run", {"--built", built}, environment());
-    settings.beforeStart = [] { ::setpgid(0, 0); };
+    settings.beforeStart = [] {
+        ::setpgid(0, 0);
+        // Ignored where the tests run in the background, and a shell keeps it so.
+        ::signal(SIGINT, SIG_DFL); // NOLINT(cert-err33-c): cannot fail
+    };
     ChildProcess script("/bin/bash", settings);
     ASSERT_TRUE(script.awaitLine("watching")) << script.errors();
     ASSERT_EQ(::kill(-script.processId(), SIGINT), 0);
