@@ -3,6 +3,7 @@
 #include "platform/macos/StringConversion.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <limits>
 
 #import <Foundation/Foundation.h>
@@ -43,6 +44,14 @@ ServiceError serviceError(NSException* exception)
     return {
         .code = -1,
         .localizedDescription = toUtf8([exception name]) + ": " + toUtf8([exception reason])};
+}
+
+/// Whether the program runs from a copy that was made for a trial, see
+/// packaging/macos/trial-bundle. What the system registers would outlive the copy.
+bool isTrialCopy()
+{
+    NSNumber* const mark = [[NSBundle mainBundle] objectForInfoDictionaryKey:@"OrlimoTrialCopy"];
+    return [mark boolValue] != NO;
 }
 
 using Operation = BOOL (*)(NSError**);
@@ -89,6 +98,10 @@ public:
     [[nodiscard]] std::optional<ServiceError> registerItem() override
     {
         return carryOut([](NSError** error) {
+            if (isTrialCopy()) {
+                *error = [NSError errorWithDomain:NSPOSIXErrorDomain code:EPERM userInfo:nil];
+                return NO;
+            }
             return [[SMAppService mainAppService] registerAndReturnError:error];
         });
     }

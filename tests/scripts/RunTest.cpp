@@ -36,6 +36,21 @@ TEST_F(RunTest, TheSampleEndsByItselfWithEveryCodeCaptured)
     EXPECT_TRUE(std::filesystem::is_empty(scratch.path())) << "something was left behind";
 }
 
+TEST_F(RunTest, AStoreThatCannotBeListedIsNoReasonForTheSample)
+{
+    const auto folder = programs.path() / "home/Library/Messages";
+    std::filesystem::create_directories(folder);
+    programs.add("uname", "echo Linux");
+    programs.add("ls", "exit 1"); // the superuser may list everything
+    const auto result = programs.run(
+        "run",
+        {"--built", ORLIMO_BUILD_FOLDER},
+        {{"HOME", programs.path() / "home"}, {"QT_QPA_PLATFORM", "offscreen"}});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.output, "");
+    EXPECT_THAT(result.errors, HasSubstr("chmod u+rx \"" + folder.string() + "\""));
+}
+
 TEST_F(RunTest, HelpStartsNothing)
 {
     const auto result = run({"--help"});

@@ -49,19 +49,25 @@ std::vector<std::string> StandInPrograms::calls() const
     return linesOf(contentOf(folder.path() / callsFile));
 }
 
-CommandResult StandInPrograms::run(
-    const std::string& script,
+ChildSettings StandInPrograms::settings(
+    const std::filesystem::path& script,
     const std::vector<std::string>& arguments,
     std::map<std::string, std::optional<std::string>> environment) const
 {
     environment["PATH"] =
         (folder.path() / "bin").string() + (systemPath ? ":" + *systemPath : std::string());
-    std::vector<std::string> words{ORLIMO_SOURCES "/" + script};
+    std::vector<std::string> words{std::filesystem::path(ORLIMO_SOURCES) / script};
     words.insert(words.end(), arguments.begin(), arguments.end());
+    return {.arguments = std::move(words), .environment = std::move(environment)};
+}
+
+CommandResult StandInPrograms::run(
+    const std::filesystem::path& script,
+    const std::vector<std::string>& arguments,
+    std::map<std::string, std::optional<std::string>> environment) const
+{
     return CommandResult::of(
-        "/bin/bash",
-        {.arguments = std::move(words), .environment = std::move(environment)},
-        std::chrono::minutes(4));
+        "/bin/bash", settings(script, arguments, std::move(environment)), std::chrono::minutes(4));
 }
 
 } // namespace orlimo

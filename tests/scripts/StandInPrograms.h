@@ -29,9 +29,16 @@ public:
     /// Each call so far: the name and the arguments.
     [[nodiscard]] std::vector<std::string> calls() const;
 
-    /// Runs a script of the tree's with these programs on its path.
+    /// How bash is started on a script with these programs on its path. `script` is a path in the
+    /// tree, or absolute.
+    [[nodiscard]] ChildSettings settings(
+        const std::filesystem::path& script,
+        const std::vector<std::string>& arguments,
+        std::map<std::string, std::optional<std::string>> environment = {}) const;
+
+    /// Runs a script like that to its end.
     [[nodiscard]] CommandResult
-    run(const std::string& script,
+    run(const std::filesystem::path& script,
         const std::vector<std::string>& arguments,
         std::map<std::string, std::optional<std::string>> environment = {}) const;
 

@@ -11,7 +11,11 @@ namespace orlimo {
 namespace {
 
 using testing::AllOf;
+using testing::ElementsAre;
+using testing::ElementsAreArray;
 using testing::HasSubstr;
+using testing::MatchesRegex;
+using testing::StrEq;
 
 class StartBundle : public testing::Test
 {
@@ -51,12 +55,47 @@ TEST_F(StartBundle, SeesTheProgramAtWork)
     EXPECT_TRUE(std::filesystem::is_empty(folder.path())) << "nothing is left";
 }
 
-TEST_F(StartBundle, FindsTheProgramInABundle)
+TEST_F(StartBundle, StartsACopyOfABundleWithAnIdentityOfItsOwn)
+{
+    const auto bundle = folder.path() / "Orlimo.app";
+    const auto executable = bundle / "Contents/MacOS/Orlimo";
+    std::filesystem::create_directories(executable.parent_path());
+    std::filesystem::create_symlink(ORLIMO_PROGRAM, executable);
+    for (const auto& named : {bundle, executable}) {
+        EXPECT_EQ(start(named.string()).status, 0) << named;
+    }
+    // Also when it does not get far.
+    std::filesystem::remove(executable);
+    std::filesystem::create_symlink("/bin/false", executable);
+    EXPECT_EQ(start(bundle.string()).status, 1);
+
+    const std::vector<testing::Matcher<std::string>> calls{
+        MatchesRegex("plutil -replace CFBundleIdentifier -string app.orlimo.Orlimo.start-bundle "
+                     ".*/start[.].*/Orlimo.app/Contents/Info.plist"),
+        MatchesRegex("plutil -insert OrlimoTrialCopy -bool true .*/start[.].*/Info.plist"),
+        MatchesRegex("codesign --force --sign - --timestamp=none .*/start[.].*/Orlimo.app"),
+        StrEq("defaults delete app.orlimo.Orlimo.start-bundle")};
+    auto threeTimes = calls;
+    threeTimes.insert(threeTimes.end(), calls.begin(), calls.end());
+    threeTimes.insert(threeTimes.end(), calls.begin(), calls.end());
+    EXPECT_THAT(tools.recordedCalls(), ElementsAreArray(threeTimes));
+    EXPECT_FALSE(std::filesystem::exists(bundle / "signature")) << "the bundle was changed";
+    std::filesystem::remove_all(bundle);
+    std::filesystem::remove(folder.path() / "calls");
+    EXPECT_TRUE(std::filesystem::is_empty(folder.path())) << "something was left behind";
+}
+
+TEST_F(StartBundle, FailsWhenTheCopyCannotBeSigned)
 {
     const auto inside = folder.path() / "Orlimo.app/Contents/MacOS";
     std::filesystem::create_directories(inside);
     std::filesystem::create_symlink(ORLIMO_PROGRAM, inside / "Orlimo");
-    EXPECT_EQ(start((folder.path() / "Orlimo.app").string()).status, 0);
+    const auto result = tools.run(
+        "start-bundle",
+        {(folder.path() / "Orlimo.app").string(), ORLIMO_SAMPLE_STORE},
+        {{"ORLIMO_FAILING_CALL", "--sign"}});
+    EXPECT_EQ(result.status, 2);
+    EXPECT_THAT(result.errors, HasSubstr("could not be signed: codesign: told to fail"));
 }
 
 TEST_F(StartBundle, FailsWhenTheProgramEnds)
@@ -126,16 +165,21 @@ protected:
     std::filesystem::path volume = folder.path() / "Orlimo.dmg.volume";
 };
 
-TEST_F(CheckImage, VerifiesAndStartsACopy)
+TEST_F(CheckImage, VerifiesWhatIsOnTheImageAndStartsACopy)
 {
     const auto result = check();
     EXPECT_EQ(result.status, 0) << result.text();
     EXPECT_THAT(result.output, HasSubstr("captured the code"));
-    const auto calls = tools.recordedCalls();
-    ASSERT_EQ(calls.size(), 3U);
-    EXPECT_THAT(calls[0], HasSubstr("hdiutil attach -quiet -nobrowse -readonly -mountpoint "));
-    EXPECT_THAT(calls[1], HasSubstr("hdiutil detach -quiet "));
-    EXPECT_THAT(calls[2], HasSubstr("codesign --verify --deep --strict --verbose=2 "));
+    EXPECT_THAT(
+        tools.recordedCalls(),
+        ElementsAre(
+            HasSubstr("hdiutil attach -quiet -nobrowse -readonly -mountpoint "),
+            MatchesRegex("codesign --verify --deep --strict --verbose=2 .*/volume/Orlimo.app"),
+            HasSubstr("plutil -replace CFBundleIdentifier "),
+            HasSubstr("plutil -insert OrlimoTrialCopy "),
+            HasSubstr("codesign --force --sign - "),
+            HasSubstr("defaults delete "),
+            HasSubstr("hdiutil detach -quiet ")));
 }
 
 TEST_F(CheckImage, FailsWhenTheSignatureIsWrong)
@@ -143,6 +187,7 @@ TEST_F(CheckImage, FailsWhenTheSignatureIsWrong)
     const auto result = check({{"ORLIMO_FAILING_CALL", "--verify"}});
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.output, "");
+    EXPECT_THAT(tools.recordedCalls().back(), HasSubstr("hdiutil detach"));
 }
 
 TEST_F(CheckImage, FailsWithoutTheLinkToTheApplications)

@@ -126,7 +126,7 @@ TEST(MacScripts, AreSound)
             EXPECT_EQ(command({"bash", "-n", entry.path().string()}).status, 0) << entry.path();
         }
     }
-    EXPECT_EQ(words.size(), 6U);
+    EXPECT_GT(words.size(), 1U);
     const auto result = command(words);
     EXPECT_EQ(result.status, 0) << result.text();
 }
