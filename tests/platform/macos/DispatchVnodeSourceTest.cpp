@@ -2,13 +2,12 @@
 
 #include "platform/posix/UniqueFd.h"
 #include "tests/platform/ForeignLock.h"
-#include "tests/platform/macos/standins/ScriptedDispatch.h"
+#include "tests/platform/macos/fakes/ScriptedDispatch.h"
 #include "tests/support/TemporaryFolder.h"
 #include "watch/FileMonitor.h"
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <cerrno>
 #include <chrono>
 #include <filesystem>
@@ -19,7 +18,6 @@
 #include <vector>
 
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace orlimo {
@@ -57,14 +55,6 @@ protected:
 
     void hold() { lock.emplace(index, 120); }
     void letGo() { lock.reset(); }
-
-    /// Sets the time of the file's last modification, which the host's own clock sets too coarsely.
-    void modifyAt(long nanoseconds)
-    {
-        const std::array<timespec, 2> times{
-            timespec{1000, nanoseconds}, timespec{1000, nanoseconds}};
-        ASSERT_EQ(::utimensat(AT_FDCWD, log.c_str(), times.data(), 0), 0);
-    }
 
     /// Lengthens the file and has the system tell of it.
     void grow()
@@ -116,24 +106,6 @@ TEST_F(DispatchVnodeSourceTest, ReportsGrowthOnTheMainQueueAndSaysWhatItIs)
     EXPECT_TRUE(script.delays().empty());
 }
 
-TEST_F(DispatchVnodeSourceTest, IsActivatedWhenItIsResumedAndNotBefore)
-{
-    make();
-    EXPECT_FALSE(script.source().active);
-    source->resume();
-    EXPECT_TRUE(script.source().active);
-}
-
-TEST_F(DispatchVnodeSourceTest, MergesWhatPilesUpBeforeTheHandlerRuns)
-{
-    watch();
-    for (int growth = 0; growth < 5; ++growth) {
-        grow();
-    }
-    script.runMainQueue();
-    EXPECT_EQ(events(), 1U);
-}
-
 TEST_F(DispatchVnodeSourceTest, DoesNotTellAgainOfGrowthThatWasDeliveredAlready)
 {
     watch();
@@ -142,33 +114,6 @@ TEST_F(DispatchVnodeSourceTest, DoesNotTellAgainOfGrowthThatWasDeliveredAlready)
     script.fire(vnodeExtend);
     script.runMainQueue();
     EXPECT_EQ(events(), 1U);
-}
-
-TEST_F(DispatchVnodeSourceTest, TellsOfALogThatWasCutAndHasGrownToItsOldSize)
-{
-    watch();
-    modifyAt(1);
-    script.fire(vnodeExtend);
-    script.runMainQueue();
-    const auto size = std::filesystem::file_size(log);
-    std::filesystem::resize_file(log, 0);
-    std::filesystem::resize_file(log, size);
-    modifyAt(2);
-    script.fire(vnodeExtend);
-    script.runMainQueue();
-    EXPECT_EQ(events(), 2U);
-}
-
-TEST_F(DispatchVnodeSourceTest, TellsOfALogThatWasCutAndHasGrownToLessThanItsOldSize)
-{
-    watch();
-    grow();
-    script.runMainQueue();
-    std::filesystem::resize_file(log, 0);
-    std::filesystem::resize_file(log, 5);
-    script.fire(vnodeExtend);
-    script.runMainQueue();
-    EXPECT_EQ(events(), 2U);
 }
 
 TEST_F(DispatchVnodeSourceTest, PassesOtherEventsOnThatWereAskedFor)
@@ -297,29 +242,6 @@ TEST_F(DispatchVnodeSourceTest, AnEventFindsTheLockFreeBeforeTheNextLookDoes)
     pass(1s);
     EXPECT_EQ(events(), 1U) << "the look that was due finds nothing";
     EXPECT_TRUE(script.delays().empty());
-}
-
-TEST_F(DispatchVnodeSourceTest, AWriterThatNeverLetsGoHoldsTheEventUpForASecond)
-{
-    watch();
-    hold();
-    grow();
-    script.runMainQueue();
-    for (auto passed = 0ms; passed < 999ms; ++passed) {
-        pass(1ms);
-        ASSERT_EQ(events(), 0U) << passed.count();
-    }
-    pass(11ms);
-    EXPECT_EQ(events(), 1U);
-    EXPECT_TRUE(script.delays().empty()) << "nothing is looked at any more";
-    pass(1h);
-    EXPECT_EQ(events(), 1U);
-
-    grow();
-    script.runMainQueue();
-    EXPECT_EQ(events(), 1U) << "further growth waits for a second of its own";
-    pass(1s);
-    EXPECT_EQ(events(), 2U);
 }
 
 TEST_F(DispatchVnodeSourceTest, IsNotHeldUpByTheLockOfAnotherFile)
@@ -489,14 +411,6 @@ protected:
             }};
     }
 
-    /// Counts what it is told.
-    class Delegate final : public FileMonitorDelegate
-    {
-    public:
-        void fileDidChange() override { ++calls; }
-        int calls = 0;
-    };
-
     VnodeSource* ofMonitor = nullptr;
 };
 
@@ -519,21 +433,6 @@ TEST_F(DispatchVnodeSourceOfAMonitor, ClosesTheFileWhenItIsCancelled)
     EXPECT_GE(::fcntl(descriptor, F_GETFD), 0) << "the system may still watch it";
     script.runMainQueue();
     EXPECT_LT(::fcntl(descriptor, F_GETFD), 0);
-}
-
-TEST_F(DispatchVnodeSourceOfAMonitor, TellsThroughTheBackgroundQueue)
-{
-    const auto delegate = std::make_shared<Delegate>();
-    FileMonitor::create(log, host())->setDelegate(delegate);
-    script.advance(1600ms);
-    grow();
-    EXPECT_EQ(script.runMainQueue(), 1U);
-    EXPECT_EQ(script.run("global 9 0"), 1U) << "the one of background quality";
-    EXPECT_EQ(delegate->calls, 0);
-    EXPECT_EQ(script.runMainQueue(), 1U);
-    EXPECT_EQ(delegate->calls, 1);
-    ofMonitor->cancel();
-    script.runMainQueue();
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <utility>
 
 #import <Foundation/Foundation.h>
 
@@ -16,59 +17,38 @@ NSError* errorWith(NSString* domain, NSInteger code, NSError* underlying = nil)
     return [NSError errorWithDomain:domain code:code userInfo:information];
 }
 
-int numberFor(NSError* error)
+std::error_code systemError(int number)
 {
-    const std::error_code code = toErrorCode(error);
-    EXPECT_EQ(code.category(), std::generic_category());
-    return code.value();
+    return {number, std::generic_category()};
 }
 
-TEST(ErrorConversion, TakesTheKernelsOwnNumber)
-{
-    @autoreleasepool {
-        EXPECT_EQ(numberFor(errorWith(NSPOSIXErrorDomain, EACCES)), EACCES);
-        EXPECT_EQ(numberFor(errorWith(NSPOSIXErrorDomain, EMFILE)), EMFILE);
-    }
-}
-
-TEST(ErrorConversion, FindsItUnderTheErrorsOfTheFrameworks)
+TEST(ErrorConversion, FindsTheSystemsNumberUnderTheErrorsOfTheFrameworks)
 {
     @autoreleasepool {
         NSError* const kernels = errorWith(NSPOSIXErrorDomain, ELOOP);
-        NSError* const files = errorWith(NSCocoaErrorDomain, NSFileReadUnknownError, kernels);
-        EXPECT_EQ(numberFor(files), ELOOP);
-        EXPECT_EQ(numberFor(errorWith(@"another", 1, files)), ELOOP);
-        // It says more than the error above it.
-        EXPECT_EQ(
-            numberFor(errorWith(
-                NSCocoaErrorDomain,
-                NSFileReadNoPermissionError,
-                errorWith(NSPOSIXErrorDomain, EPERM))),
-            EPERM);
+        // The number says more than the error above it.
+        NSError* const files = errorWith(NSCocoaErrorDomain, NSFileReadNoPermissionError, kernels);
+        for (NSError* error : @[ kernels, files, errorWith(@"another", 1, files) ]) {
+            EXPECT_EQ(toErrorCode(error), systemError(ELOOP));
+        }
     }
 }
 
 TEST(ErrorConversion, TakesTheNearestNumberForWhatStandsAlone)
 {
     @autoreleasepool {
-        const auto number = [](NSInteger code) {
-            return numberFor(errorWith(NSCocoaErrorDomain, code));
-        };
-        EXPECT_EQ(number(NSFileNoSuchFileError), ENOENT);
-        EXPECT_EQ(number(NSFileReadNoSuchFileError), ENOENT);
-        EXPECT_EQ(number(NSFileReadNoPermissionError), EACCES);
-        EXPECT_EQ(number(NSFileReadInvalidFileNameError), EINVAL);
-        EXPECT_EQ(number(NSFileReadTooLargeError), EFBIG);
-        EXPECT_EQ(number(NSFileReadUnknownError), EIO);
-    }
-}
-
-TEST(ErrorConversion, IsAnErrorAlsoWhereNothingIsKnown)
-{
-    @autoreleasepool {
-        EXPECT_EQ(numberFor(nil), EIO);
-        EXPECT_EQ(numberFor(errorWith(@"another", NSFileReadNoSuchFileError)), EIO);
-        EXPECT_EQ(numberFor(errorWith(NSOSStatusErrorDomain, -43)), EIO);
+        for (const auto& [code, number] :
+             {std::pair{NSInteger{NSFileNoSuchFileError}, ENOENT},
+              std::pair{NSInteger{NSFileReadNoSuchFileError}, ENOENT},
+              std::pair{NSInteger{NSFileReadNoPermissionError}, EACCES},
+              std::pair{NSInteger{NSFileReadInvalidFileNameError}, EINVAL},
+              std::pair{NSInteger{NSFileReadTooLargeError}, EFBIG},
+              std::pair{NSInteger{NSFileReadUnknownError}, EIO}})
+        {
+            EXPECT_EQ(toErrorCode(errorWith(NSCocoaErrorDomain, code)), systemError(number));
+        }
+        EXPECT_EQ(toErrorCode(errorWith(@"another", NSFileReadNoSuchFileError)), systemError(EIO));
+        EXPECT_EQ(toErrorCode(nil), systemError(EIO));
     }
 }
 

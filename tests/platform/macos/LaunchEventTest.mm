@@ -1,119 +1,49 @@
 #include "platform/LaunchEvent.h"
 
-#include "tests/platform/macos/standins/AppleEvents.h"
-#include "tests/support/FatalStopExpectation.h"
+#include "tests/platform/macos/fakes/FakeObject.h"
 
 #include <gtest/gtest.h>
-
-#include <thread>
 
 #import <Foundation/Foundation.h>
 
 namespace orlimo {
 namespace {
 
-TEST(LaunchEvent, IsNoneWhereNoEventIsHandled)
-{
-    EXPECT_FALSE(currentLaunchEvent().has_value());
-}
-
-TEST(LaunchEvent, HasTheEventsOwnIdWhateverItIs)
-{
-    @autoreleasepool {
-        for (const AEEventID eventId :
-             {AEEventID{kAEOpenApplication},
-              AEEventID{kAEReopenApplication},
-              AEEventID{kAEOpenDocuments},
-              AEEventID{0xFFFEFDFC}})
-        {
-            const CurrentAppleEvent handling(appleEvent(kCoreEventClass, eventId));
-            const auto event = currentLaunchEvent();
-            ASSERT_TRUE(event.has_value());
-            EXPECT_EQ(event->eventId, eventId);
-            EXPECT_FALSE(event->propertyData.has_value());
-        }
-    }
-    EXPECT_FALSE(currentLaunchEvent().has_value());
-}
-
-/// The event of a launch with a parameter.
-class LaunchEventWithParameter : public testing::Test
+/// While the system has the program handle an event.
+class LaunchEventTest : public testing::Test
 {
 protected:
-    [[nodiscard]] static std::optional<FourCharacterCode>
-    propertyDataOf(NSAppleEventDescriptor* parameter, AEKeyword keyword)
-    {
-        NSAppleEventDescriptor* const event = appleEvent(kCoreEventClass, kAEOpenApplication);
-        [event setParamDescriptor:parameter forKeyword:keyword];
-        const CurrentAppleEvent handling(event);
-        const auto launch = currentLaunchEvent();
-        EXPECT_TRUE(launch.has_value());
-        EXPECT_EQ(launch->eventId, fourCharacterCode("oapp"));
-        return launch->propertyData;
-    }
+    ~LaunchEventTest() override { FakeObject::resetAll(); }
+
+    FakeObject& manager = FakeObject::named("NSAppleEventManager");
+    FakeObject& event = FakeObject::named("event");
+    FakeObject& parameter = FakeObject::named("parameter");
 };
 
-TEST_F(LaunchEventWithParameter, TellsOfALogin)
+TEST_F(LaunchEventTest, IsNoneWhereNoEventIsHandled)
 {
-    @autoreleasepool {
-        NSAppleEventDescriptor* const login =
-            [NSAppleEventDescriptor descriptorWithEnumCode:keyAELaunchedAsLogInItem];
-        EXPECT_EQ(propertyDataOf(login, keyAEPropData), fourCharacterCode("lgit"));
-    }
+    // By the system: the argument of a launch at login counts for nothing here.
+    const LaunchEventHandling handling(true);
+    EXPECT_FALSE(currentLaunchEvent().has_value());
 }
 
-TEST_F(LaunchEventWithParameter, KeepsAnyOtherValue)
+TEST_F(LaunchEventTest, HasTheEventsIdAndTheEnumeratedValueOfItsPropertyData)
 {
-    @autoreleasepool {
-        for (const OSType value : {OSType{keyAELaunchedAsServiceItem}, OSType{0xFFFEFDFC}}) {
-            EXPECT_EQ(
-                propertyDataOf(
-                    [NSAppleEventDescriptor descriptorWithEnumCode:value], keyAEPropData),
-                value);
-        }
+    event.returns<AEEventID>("eventID", 0xFFFEFDFCU);
+    manager.returns("currentAppleEvent", event.object());
+    EXPECT_EQ(currentLaunchEvent()->eventId, 0xFFFEFDFCU);
+    EXPECT_FALSE(currentLaunchEvent()->propertyData.has_value());
+    AEKeyword keyword = 0;
+    event.responds("paramDescriptorForKeyword:", [&](NSInvocation* invocation) {
+        keyword = FakeObject::argument<AEKeyword>(invocation, 0);
+        id found = parameter.object();
+        [invocation setReturnValue:&found];
+    });
+    for (const FourCharacterCode value : {fourCharacterCode("lgit"), 0xFFFEFDFCU, 0U}) {
+        parameter.returns<OSType>("enumCodeValue", value);
+        EXPECT_EQ(currentLaunchEvent()->propertyData, value);
     }
-}
-
-TEST_F(LaunchEventWithParameter, IsZeroForAnotherKindOfValue)
-{
-    @autoreleasepool {
-        EXPECT_EQ(
-            propertyDataOf([NSAppleEventDescriptor descriptorWithString:@"lgit"], keyAEPropData),
-            0U);
-    }
-}
-
-TEST_F(LaunchEventWithParameter, LooksAtNoOtherParameter)
-{
-    @autoreleasepool {
-        NSAppleEventDescriptor* const login =
-            [NSAppleEventDescriptor descriptorWithEnumCode:keyAELaunchedAsLogInItem];
-        EXPECT_FALSE(propertyDataOf(login, fourCharacterCode("prdT")).has_value());
-    }
-}
-
-TEST(LaunchEventHandling, LeavesTheEventToTheSystem)
-{
-    {
-        const LaunchEventHandling handling(true);
-        EXPECT_FALSE(currentLaunchEvent().has_value()) << "the argument is none of its business";
-    }
-    @autoreleasepool {
-        const CurrentAppleEvent current(appleEvent(kCoreEventClass, kAEOpenApplication));
-        {
-            const LaunchEventHandling handling(true);
-            EXPECT_FALSE(currentLaunchEvent()->propertyData.has_value());
-        }
-        EXPECT_TRUE(currentLaunchEvent().has_value());
-    }
-}
-
-TEST(LaunchEvent, IsTheMainThreadsOwn)
-{
-    expectFatalStop(
-        [&] { std::thread([] { (void)currentLaunchEvent(); }).join(); },
-        {},
-        {.file = "platform/macos/LaunchEvent.mm", .reason = "called off the main thread"});
+    EXPECT_EQ(keyword, fourCharacterCode("prdt"));
 }
 
 } // namespace

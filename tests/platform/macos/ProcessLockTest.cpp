@@ -22,19 +22,13 @@ protected:
     std::filesystem::path file = folder.path() / "lock";
 };
 
-TEST_F(ProcessLockOfAFile, MakesTheFileForItsUserAlone)
-{
-    const ProcessLock lock(file);
-    EXPECT_EQ(contentOf(file), "");
-    using std::filesystem::perms;
-    EXPECT_EQ(std::filesystem::status(file).permissions(), perms::owner_read | perms::owner_write);
-}
-
 TEST_F(ProcessLockOfAFile, IsHeldAsLongAsTheObjectLives)
 {
     {
         ProcessLock lock(file);
-        EXPECT_FALSE(isLockedSeenFromElsewhere(file, 0, 0));
+        using std::filesystem::perms;
+        EXPECT_EQ(
+            std::filesystem::status(file).permissions(), perms::owner_read | perms::owner_write);
         EXPECT_EQ(lock.take(), Outcome::taken);
         EXPECT_TRUE(isLockedSeenFromElsewhere(file, 0, 0));
         EXPECT_EQ(lock.holder(), std::nullopt) << "no other one";
@@ -68,16 +62,12 @@ TEST_F(ProcessLockOfAFile, IsNotAChilds)
 
 TEST_F(ProcessLockOfAFile, CannotBeHadWhereTheFileCannotBeOpened)
 {
-    ProcessLock lock(folder.path() / "missing" / "lock");
-    EXPECT_EQ(lock.take(), Outcome::unavailable);
-    EXPECT_EQ(lock.holder(), std::nullopt);
-}
-
-TEST_F(ProcessLockOfAFile, FollowsNoLink)
-{
+    ProcessLock missing(folder.path() / "missing" / "lock");
+    EXPECT_EQ(missing.take(), Outcome::unavailable);
+    EXPECT_EQ(missing.holder(), std::nullopt);
     std::filesystem::create_symlink(folder.path() / "elsewhere", file);
-    ProcessLock lock(file);
-    EXPECT_EQ(lock.take(), Outcome::unavailable);
+    ProcessLock link(file);
+    EXPECT_EQ(link.take(), Outcome::unavailable);
     EXPECT_FALSE(std::filesystem::exists(folder.path() / "elsewhere"));
 }
 

@@ -1,10 +1,15 @@
 #include "platform/macos/ScreenGeometry.h"
 
 #include "platform/Screen.h"
-#include "tests/platform/macos/standins/ScriptedAppKit.h"
+#include "tests/platform/macos/fakes/FakeObject.h"
 #include "tests/support/QtPrinting.h"
 
 #include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#import <AppKit/AppKit.h>
 
 namespace orlimo {
 namespace {
@@ -14,15 +19,34 @@ class ScreenGeometryTest : public testing::Test
 protected:
     ScreenGeometryTest()
     {
-        scriptedAppKit() = {};
-        scriptedAppKit().screens = {
+        setScreens({
             NSMakeRect(0, 0, 1440, 900),
             // Above the primary one, its upper half to the left.
             NSMakeRect(-200, 900, 1920, 1080),
             // To the left and lower.
             NSMakeRect(-1280, -100, 1280, 800),
-        };
+        });
     }
+    ~ScreenGeometryTest() override { FakeObject::resetAll(); }
+
+    void setScreens(const std::vector<NSRect>& frames)
+    {
+        NSMutableArray* const screens = [NSMutableArray array];
+        for (const NSRect frame : frames) {
+            auto& screen = FakeObject::named("screen " + std::to_string([screens count]));
+            screen.returns("frame", frame);
+            [screens addObject:screen.object()];
+        }
+        system.returns<id>("screens", screens);
+    }
+
+    void setMainScreen(int number)
+    {
+        system.returns(
+            "mainScreen", FakeObject::named("screen " + std::to_string(number)).object());
+    }
+
+    FakeObject& system = FakeObject::named("NSScreen");
 };
 
 TEST_F(ScreenGeometryTest, CountsDownwardsFromThePrimaryScreensTop)
@@ -63,16 +87,16 @@ TEST_F(ScreenGeometryTest, CountsWhatIsPlacedByTheMainScreensSizeFromThePrimaryS
 
 TEST_F(ScreenGeometryTest, HasTheWholeFrameOfTheScreenWithTheFocus)
 {
-    scriptedAppKit().mainScreen = 0;
+    setMainScreen(0);
     EXPECT_EQ(mainScreenFrame(), QRect(0, 0, 1440, 900));
-    scriptedAppKit().mainScreen = 1;
+    setMainScreen(1);
     EXPECT_EQ(mainScreenFrame(), QRect(-200, -1080, 1920, 1080));
 }
 
 TEST_F(ScreenGeometryTest, HasNoMainScreenWhereThereIsNone)
 {
     EXPECT_EQ(mainScreenFrame(), std::nullopt);
-    scriptedAppKit().screens.clear();
+    setScreens({});
     EXPECT_EQ(mainScreenFrame(), std::nullopt);
 }
 

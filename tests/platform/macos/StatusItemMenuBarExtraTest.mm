@@ -1,94 +1,72 @@
 #include "platform/macos/StatusItemMenuBarExtra.h"
 
-#include "resources/ImageIcon.h"
-#include "tests/platform/macos/standins/ScriptedStatusBarButton.h"
+#include "tests/platform/macos/fakes/FakeObject.h"
 #include "tests/support/Await.h"
-#include "tests/support/HandClock.h"
 #include "tests/support/QtPrinting.h"
 
-#include <QApplication>
-#include <QCursor>
-#include <QEvent>
-#include <QScreen>
-#include <QTest>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <chrono>
 #include <memory>
 
+#import <AppKit/AppKit.h>
+
 namespace orlimo {
 namespace {
 
 using namespace std::chrono_literals;
+using testing::Contains;
 using testing::ElementsAre;
-using testing::IsEmpty;
-
-/// What the window holds: notes what the application was sent by the time that it is shown.
-class Content final : public QWidget
-{
-public:
-    Content() { setFixedSize(300, 540); }
-
-    std::vector<std::string> sentBeforeItIsShown;
-
-protected:
-    void showEvent(QShowEvent* /*event*/) override
-    {
-        sentBeforeItIsShown = scriptedAppKit().applicationMessages;
-    }
-};
+using testing::Not;
 
 class StatusItemMenuBarExtraTest : public testing::Test
 {
 protected:
     StatusItemMenuBarExtraTest()
     {
-        scriptedAppKit() = {};
-        screen = QGuiApplication::primaryScreen()->geometry();
-        scriptedAppKit().screens = {NSMakeRect(0, 0, screen.width(), screen.height())};
-        placeButtonAt(400);
-        makeExtra({.isThere = true, .viewOf = [](const QWidget& /*window*/) {
-                       static NSView* const view = [[NSView alloc] init];
-                       return view;
-                   }});
-    }
-
-    void makeExtra(AppKitHost host)
-    {
-        extra.reset();
+        NSApp = application.object();
+        application.returns<BOOL>("isActive", YES);
+        bar.returns("statusItemWithLength:", item.object());
+        item.returns("button", button.object());
+        item.returns<BOOL>("isVisible", YES);
+        button.returns("window", buttonWindow.object());
+        button.records("setTarget:", target);
+        button.records("highlight:", isHighlighted);
+        button.records("sendActionOn:", eventMask);
+        // Without a screen points count upwards from the upper edge.
+        buttonWindow.returns("convertRectToScreen:", NSMakeRect(400, -23, 22, 22));
         extra = std::make_unique<StatusItemMenuBarExtra>(
             [this] {
-                ++contents;
-                auto made = std::make_unique<Content>();
+                auto made = std::make_unique<QWidget>();
+                made->setFixedSize(300, 540);
                 content = made.get();
                 return made;
             },
-            templateIcon(QStringLiteral("StatusBarIcon")),
-            clock.function(),
-            std::move(host));
+            QIcon(),
+            currentUptime,
+            AppKitHost{.isThere = true, .viewOf = [this](const QWidget& /*window*/) {
+                           return static_cast<NSView*>(view.object());
+                       }});
     }
 
-    /// The button's left edge; its upper one is a point below the screen's.
-    void placeButtonAt(int left) const
+    ~StatusItemMenuBarExtraTest() override
     {
-        scriptedAppKit().statusItemWindow = NSMakeRect(left - 1, screen.height() - 24, 24, 24);
+        extra.reset();
+        NSApp = nil;
+        FakeObject::resetAll();
     }
 
-    [[nodiscard]] static ScriptedStatusBarButton* button()
-    {
-        return static_cast<ScriptedStatusBarButton*>([scriptedAppKit().statusItems.at(0) button]);
-    }
+    void press() { [target performSelector:@selector(performAction:) withObject:nil]; }
 
-    static void press() { [button() receive:NSLeftMouseDown]; }
-
-    /// Presses the button and waits until the window has the focus.
-    void pressAndAwaitFocus()
+    void openAndClose()
     {
-        press();
-        ASSERT_TRUE(extra->isOpen());
-        ASSERT_TRUE(await([this] { return content->isActiveWindow(); }));
+        extra->open();
         settle();
+        EXPECT_TRUE(isHighlighted);
+        extra->close();
+        settle();
+        EXPECT_FALSE(isHighlighted);
     }
 
     /// Until what is put off to the next turn of the event loop has been done.
@@ -106,250 +84,78 @@ protected:
         }
     }
 
-    HandClock clock;
-    QRect screen;
-    int contents = 0;
-    Content* content = nullptr;
-    QWidget other;
+    FakeObject& application = FakeObject::named("NSApplication");
+    FakeObject& bar = FakeObject::named("NSStatusBar");
+    FakeObject& item = FakeObject::named("item");
+    FakeObject& button = FakeObject::named("button");
+    FakeObject& buttonWindow = FakeObject::named("window of the button");
+    FakeObject& view = FakeObject::named("view");
+    id target = nil;
+    BOOL isHighlighted = NO;
+    NSInteger eventMask = 0;
+    QWidget* content = nullptr;
     std::unique_ptr<StatusItemMenuBarExtra> extra;
 };
 
-TEST_F(StatusItemMenuBarExtraTest, HasAnItemAndNoWindowAtFirst)
+TEST_F(StatusItemMenuBarExtraTest, OpensUnderItsItemWhenAButtonOfTheMouseGoesDownAndClosesAgain)
 {
-    EXPECT_EQ(scriptedAppKit().statusItems.size(), 1U);
-    EXPECT_FALSE(extra->isOpen());
-    EXPECT_EQ(contents, 0);
-    settle();
-    EXPECT_THAT(scriptedAppKit().applicationMessages, IsEmpty());
-}
-
-TEST_F(StatusItemMenuBarExtraTest, OpensUnderTheButtonAndClosesAgain)
-{
-    pressAndAwaitFocus();
+    EXPECT_EQ(eventMask, (1 << 1) | (1 << 3));
+    press();
+    EXPECT_TRUE(extra->isOpen());
     EXPECT_EQ(content->geometry(), QRect(411 - 150, 23, 300, 540));
     press();
     EXPECT_FALSE(extra->isOpen());
-    EXPECT_FALSE(content->isVisible());
+    button.returns<id>("window", nil);
     press();
-    EXPECT_TRUE(extra->isOpen());
-    EXPECT_EQ(contents, 1);
-}
-
-TEST_F(StatusItemMenuBarExtraTest, OpensForTheOtherButtonOfTheMouseToo)
-{
-    [button() receive:NSRightMouseDown];
-    [button() receive:NSRightMouseUp];
-    EXPECT_TRUE(extra->isOpen());
-    [button() receive:NSRightMouseDown];
-    EXPECT_FALSE(extra->isOpen());
-}
-
-TEST_F(StatusItemMenuBarExtraTest, TakesADoubleClickForTwoClicks)
-{
-    for (const NSEventType event : {NSLeftMouseDown, NSLeftMouseUp, NSLeftMouseDown, NSLeftMouseUp})
-    {
-        [button() receive:event];
-    }
-    EXPECT_FALSE(extra->isOpen());
-}
-
-TEST_F(StatusItemMenuBarExtraTest, OpensForAnAidToAccessibility)
-{
-    [button() press];
-    EXPECT_TRUE(extra->isOpen());
-}
-
-TEST_F(StatusItemMenuBarExtraTest, StaysOnTheScreenAtItsEnd)
-{
-    placeButtonAt(screen.width() - 22);
-    pressAndAwaitFocus();
-    EXPECT_EQ(content->geometry(), QRect(screen.width() - 300, 23, 300, 540));
-    press();
-    placeButtonAt(0);
-    press();
-    EXPECT_EQ(content->geometry(), QRect(0, 23, 300, 540));
-}
-
-TEST_F(StatusItemMenuBarExtraTest, OpensAtThePointerWhileTheButtonHasNoPlace)
-{
-    scriptedAppKit().statusItemWindow.reset();
-    QCursor::setPos(300, 50);
-    pressAndAwaitFocus();
-    EXPECT_EQ(content->geometry(), QRect(300 - 150, 51, 300, 540));
+    EXPECT_TRUE(extra->isOpen()) << "also while the item has no place";
+    extra.reset();
+    EXPECT_THAT(bar.messages, Contains("removeStatusItem:"));
+    EXPECT_EQ(target, nil);
 }
 
 TEST_F(StatusItemMenuBarExtraTest, MakesTheProgramActiveBeforeTheWindowIsShown)
 {
-    press();
-    EXPECT_THAT(content->sentBeforeItIsShown, ElementsAre("activateIgnoringOtherApps: YES"));
-}
-
-TEST_F(StatusItemMenuBarExtraTest, ComesBackFromHidingBeforeTheWindowIsShown)
-{
-    scriptedAppKit().isHidden = true;
-    press();
-    EXPECT_THAT(
-        content->sentBeforeItIsShown,
-        ElementsAre("unhideWithoutActivation", "activateIgnoringOtherApps: YES"));
-}
-
-TEST_F(StatusItemMenuBarExtraTest, IsNotOpenedByThePressThatTookTheFocus)
-{
-    pressAndAwaitFocus();
-    other.show();
-    other.activateWindow();
-    ASSERT_TRUE(await([this] { return other.isActiveWindow(); }));
-    EXPECT_FALSE(extra->isOpen());
-    scriptedAppKit().applicationMessages.clear();
-    press();
-    EXPECT_FALSE(extra->isOpen());
-    EXPECT_THAT(scriptedAppKit().applicationMessages, IsEmpty());
-    clock.advance(500ms);
-    press();
-    EXPECT_TRUE(extra->isOpen());
-}
-
-TEST_F(StatusItemMenuBarExtraTest, ClosesOnEscape)
-{
-    pressAndAwaitFocus();
-    QTest::keyClick(content, Qt::Key_Escape);
-    EXPECT_FALSE(extra->isOpen());
-}
-
-TEST_F(StatusItemMenuBarExtraTest, HasAWindowThatIsNoTool)
-{
-    press();
-    EXPECT_EQ(content->windowType(), Qt::Window);
-    EXPECT_TRUE(content->windowFlags().testFlag(Qt::FramelessWindowHint));
-    EXPECT_TRUE(content->windowFlags().testFlag(Qt::WindowStaysOnTopHint));
-    EXPECT_EQ(scriptedAppKit().windowHidesOnDeactivate, false);
-}
-
-TEST_F(StatusItemMenuBarExtraTest, HasAWindowThatComesToTheUser)
-{
-    press();
-    // To the space of the moment, and over a program in full screen.
-    EXPECT_EQ(scriptedAppKit().windowBehavior, (1U << 1U) | (1U << 8U));
-}
-
-TEST_F(StatusItemMenuBarExtraTest, HighlightsTheButtonWhileTheWindowIsOpen)
-{
-    pressAndAwaitFocus();
-    EXPECT_TRUE([button() isHighlighted]);
-    press();
-    settle();
-    EXPECT_FALSE([button() isHighlighted]);
-    extra->open();
-    settle();
-    EXPECT_TRUE([button() isHighlighted]);
-    extra->close();
-    settle();
-    EXPECT_FALSE([button() isHighlighted]);
-}
-
-TEST_F(StatusItemMenuBarExtraTest, HighlightsTheButtonAgainOnceTheWindowHasTheFocus)
-{
-    press();
-    settle();
-    // As the button itself does when it is let go.
-    [button() highlight:NO];
-    ASSERT_TRUE(await([this] { return content->isActiveWindow(); }));
-    other.show();
-    other.activateWindow();
-    ASSERT_TRUE(await([this] { return other.isActiveWindow(); }));
-    EXPECT_FALSE(extra->isOpen());
-    extra->open();
-    ASSERT_TRUE(await([this] { return content->isActiveWindow(); }));
-    EXPECT_TRUE(await([] {
-        runDefaultMode();
-        return [button() isHighlighted] != NO;
-    }));
-}
-
-TEST_F(StatusItemMenuBarExtraTest, GivesTheFocusBackWhenItCloses)
-{
-    pressAndAwaitFocus();
-    scriptedAppKit().applicationMessages.clear();
-    press();
-    settle();
-    EXPECT_THAT(scriptedAppKit().applicationMessages, ElementsAre("hide:"));
-}
-
-TEST_F(StatusItemMenuBarExtraTest, KeepsTheFocusForAnotherWindowOfTheProgram)
-{
-    pressAndAwaitFocus();
-    scriptedAppKit().applicationMessages.clear();
-    scriptedAppKit().hasKeyWindow = true;
-    press();
-    settle();
-    EXPECT_THAT(scriptedAppKit().applicationMessages, IsEmpty());
-}
-
-TEST_F(StatusItemMenuBarExtraTest, HidesNothingWhenAnotherProgramHasTheFocusAlready)
-{
-    pressAndAwaitFocus();
-    scriptedAppKit().applicationMessages.clear();
-    scriptedAppKit().isActive = false;
-    extra->close();
-    settle();
-    EXPECT_THAT(scriptedAppKit().applicationMessages, IsEmpty());
-}
-
-TEST_F(StatusItemMenuBarExtraTest, OpensOnRequest)
-{
-    other.show();
+    FakeObject& window = FakeObject::named("window");
+    view.returns("window", window.object());
+    application.returns<BOOL>("isHidden", YES);
+    application.responds("activateIgnoringOtherApps:", [this](NSInvocation*) {
+        EXPECT_FALSE(content->isVisible());
+    });
+    NSUInteger behavior = 0;
+    window.records("setCollectionBehavior:", behavior);
     extra->openAmongOthers();
-    EXPECT_TRUE(extra->isOpen());
-    EXPECT_THAT(content->sentBeforeItIsShown, ElementsAre("activateIgnoringOtherApps: YES"));
-    other.activateWindow();
-    EXPECT_TRUE(await([this] { return content->isActiveWindow(); }));
-    EXPECT_TRUE(extra->isOpen());
+    EXPECT_THAT(
+        application.messages,
+        ElementsAre("isHidden", "unhideWithoutActivation", "activateIgnoringOtherApps:"));
+    EXPECT_THAT(window.messages, ElementsAre("setHidesOnDeactivate:", "setCollectionBehavior:"));
+    // To the active space, and over a program in full screen.
+    EXPECT_EQ(behavior, (1U << 1U) | (1U << 8U));
+    EXPECT_EQ(content->windowType(), Qt::Window) << "the system would hide a tool window";
 }
 
-TEST_F(StatusItemMenuBarExtraTest, DoesNotOpenForAStartWhereTheIconIsSeen)
+TEST_F(StatusItemMenuBarExtraTest, HighlightsItsItemWhileItIsOpenAndGivesTheFocusBackThen)
+{
+    openAndClose();
+    EXPECT_THAT(application.messages, Contains("hide:"));
+}
+
+TEST_F(StatusItemMenuBarExtraTest, KeepsTheFocusForAnotherWindowOrProgram)
+{
+    application.returns("keyWindow", FakeObject::named("another window").object());
+    openAndClose();
+    application.returns<id>("keyWindow", nil);
+    application.returns<BOOL>("isActive", NO);
+    openAndClose();
+    EXPECT_THAT(application.messages, Not(Contains("hide:")));
+}
+
+TEST_F(StatusItemMenuBarExtraTest, OpensForAStartWhereTheUserHasTakenTheItemOut)
 {
     extra->openWhereThereIsNoIcon();
     EXPECT_FALSE(extra->isOpen());
-    EXPECT_EQ(contents, 0);
-}
-
-TEST_F(StatusItemMenuBarExtraTest, OpensForAStartWhereTheUserHasTakenTheIconOut)
-{
-    scriptedAppKit().statusItemsAreVisible = false;
+    item.returns<BOOL>("isVisible", NO);
     extra->openWhereThereIsNoIcon();
     EXPECT_TRUE(extra->isOpen());
-}
-
-TEST_F(StatusItemMenuBarExtraTest, TakesItsItemOutAtItsEnd)
-{
-    pressAndAwaitFocus();
-    extra.reset();
-    EXPECT_THAT(scriptedAppKit().statusItems, IsEmpty());
-    settle();
-}
-
-TEST_F(StatusItemMenuBarExtraTest, HasOnlyAWindowOnATestPlatform)
-{
-    makeExtra({});
-    EXPECT_THAT(scriptedAppKit().statusItems, IsEmpty());
-    extra->openWhereThereIsNoIcon();
-    EXPECT_FALSE(extra->isOpen());
-    extra->open();
-    EXPECT_TRUE(extra->isOpen());
-    settle();
-    extra->close();
-    EXPECT_FALSE(extra->isOpen());
-    settle();
-    EXPECT_THAT(scriptedAppKit().applicationMessages, IsEmpty());
-}
-
-TEST_F(StatusItemMenuBarExtraTest, IsTheProgramsOwnWithoutAppKitHere)
-{
-    extra.reset();
-    const auto own = MenuBarExtra::create([] { return std::make_unique<QWidget>(); }, {});
-    EXPECT_THAT(scriptedAppKit().statusItems, IsEmpty());
-    own->open();
-    EXPECT_TRUE(own->isOpen());
 }
 
 } // namespace

@@ -3,20 +3,15 @@
 
 #include_next <fcntl.h>
 
-/// The system's C library, macOS 10.0: a command of fcntl() that writes the path of the open file
-/// into a buffer of MAXPATHLEN characters.
+/// A command of fcntl() that writes the path of the open file into a buffer of MAXPATHLEN
+/// characters. macOS 10.0
 #define F_GETPATH 50
 
 #ifdef __cplusplus
-extern "C" {
+extern "C"
 #endif
+    /// fcntl() with the command above beside this system's own.
+    int
+    fcntl_with_path(int descriptor, int command, ...);
 
-/// fcntl() with the commands above beside this system's own.
-int fcntl_with_path(int descriptor, int command, ...);
-
-#ifdef __cplusplus
-}
-#endif
-
-/// The system's C library, macOS 10.0
 #define fcntl(...) fcntl_with_path(__VA_ARGS__)

@@ -4,12 +4,8 @@
 #include_next <pthread.h>
 
 #ifdef __cplusplus
-extern "C" {
+extern "C"
 #endif
-
-/// The system's C library, macOS 10.4: not zero on the process's first thread.
-int pthread_main_np(void);
-
-#ifdef __cplusplus
-}
-#endif
+    /// macOS 10.4: not zero on the process's first thread.
+    int
+    pthread_main_np(void);

@@ -1,16 +1,16 @@
-// Foundation as the system has it: what GNUstep's lacks is added to it.
+// Foundation as the system has it: what GNUstep's lacks is added to it. macOS 10.0 unless it says
+// more.
 #pragma once
 
+#include <CoreServices/CoreServices.h>
 #include_next <Foundation/Foundation.h>
 
-/// Foundation
 @interface NSFileManager (Declared)
 /// macOS 10.6
 - (NSArray<NSURL*>*)URLsForDirectory:(NSSearchPathDirectory)directory
                            inDomains:(NSSearchPathDomainMask)domainMask;
 @end
 
-/// Foundation
 @interface NSURL (Declared)
 /// macOS 10.9: a C string for the file system, which lasts as long as the receiver.
 - (const char*)fileSystemRepresentation;
@@ -20,10 +20,30 @@
                                 relativeToURL:(NSURL*)baseURL;
 @end
 
-/// Foundation
 @interface NSFileHandle (Declared)
 /// macOS 10.15
 - (BOOL)closeAndReturnError:(out NSError**)error;
 @end
 
-#include "declared/NSAppleEventManager.h"
+// Of Apple events GNUstep has the names of the classes.
+
+@interface NSAppleEventDescriptor (Declared)
+@property(readonly) AEEventID eventID;
+/// 0 where it is no enumerated value and cannot be made one.
+@property(readonly) OSType enumCodeValue;
+/// nil where the event has none.
+- (NSAppleEventDescriptor*)paramDescriptorForKeyword:(AEKeyword)keyword;
+@end
+
+@interface NSAppleEventManager (Declared)
++ (NSAppleEventManager*)sharedAppleEventManager;
+/// The event whose handler runs on this thread.
+@property(readonly, retain) NSAppleEventDescriptor* currentAppleEvent;
+/// Calls -(void)handle:(NSAppleEventDescriptor*)event
+/// withReplyEvent:(NSAppleEventDescriptor*)reply.
+- (void)setEventHandler:(id)handler
+            andSelector:(SEL)handleEventSelector
+          forEventClass:(AEEventClass)eventClass
+             andEventID:(AEEventID)eventID;
+- (void)removeEventHandlerForEventClass:(AEEventClass)eventClass andEventID:(AEEventID)eventID;
+@end

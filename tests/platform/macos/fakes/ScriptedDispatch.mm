@@ -1,7 +1,7 @@
-#include "tests/platform/macos/standins/ScriptedDispatch.h"
+#include "tests/platform/macos/fakes/ScriptedDispatch.h"
 
 #include "platform/macos/MainDispatchQueue.h"
-#include "tests/platform/macos/standins/BlockTask.h"
+#include "tests/platform/macos/fakes/BlockTask.h"
 
 #include <algorithm>
 #include <cstdlib>

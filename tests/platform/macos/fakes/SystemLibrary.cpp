@@ -1,0 +1,79 @@
+// The functions of the system's C library that this one lacks.
+
+#include "tests/platform/macos/fakes/SystemLibrary.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdarg>
+#include <ctime>
+
+#include <fcntl.h>
+#include <pthread.h>
+#include <sys/param.h>
+#include <unistd.h>
+
+#undef fcntl
+
+namespace orlimo {
+
+std::optional<std::string>& userCacheFolder()
+{
+    static std::optional<std::string> folder;
+    return folder;
+}
+
+} // namespace orlimo
+
+unsigned long long clock_gettime_nsec_np(clockid_t clock)
+{
+    timespec time{};
+    if (clock != CLOCK_UPTIME_RAW || ::clock_gettime(CLOCK_MONOTONIC, &time) != 0) {
+        return 0;
+    }
+    return static_cast<unsigned long long>(time.tv_sec) * 1'000'000'000 +
+           static_cast<unsigned long long>(time.tv_nsec);
+}
+
+int pthread_main_np()
+{
+    return ::gettid() == ::getpid() ? 1 : 0;
+}
+
+int fcntl_with_path(int descriptor, int command, ...)
+{
+    // Every command takes at most one argument, at most as wide as a pointer.
+    va_list arguments;
+    va_start(arguments, command);
+    auto* const argument = va_arg(arguments, void*);
+    va_end(arguments);
+    if (command != F_GETPATH) {
+        return ::fcntl(descriptor, command, argument);
+    }
+    const std::string link = "/proc/self/fd/" + std::to_string(descriptor);
+    auto* const path = static_cast<char*>(argument);
+    const ssize_t length = ::readlink(link.c_str(), path, MAXPATHLEN - 1);
+    path[std::max<ssize_t>(length, 0)] = '\0';
+    return length < 0 ? -1 : 0;
+}
+
+// In the place of this system's own, which knows no such folder.
+std::size_t confstr(int name, char* buffer, std::size_t size) noexcept
+{
+    const auto& folder = orlimo::userCacheFolder();
+    if (name != _CS_DARWIN_USER_CACHE_DIR || !folder) {
+        errno = EINVAL;
+        return 0;
+    }
+    if (size > 0) {
+        buffer[folder->copy(buffer, size - 1)] = '\0';
+    }
+    return folder->size() + 1;
+}
+
+// What GNUstep and its runtime keep to the end of the process, the tables of classes and selectors
+// above all, is no leak of ours. Read by the leak sanitizer, in programs that are built with it.
+// NOLINTNEXTLINE(bugprone-reserved-identifier): the name is the sanitizer's
+extern "C" const char* __lsan_default_suppressions()
+{
+    return "leak:libobjc.so\nleak:libgnustep-base.so\nleak:libgnustep-gui.so\n";
+}
