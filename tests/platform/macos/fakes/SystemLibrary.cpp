@@ -72,8 +72,13 @@ std::size_t confstr(int name, char* buffer, std::size_t size) noexcept
 
 // What GNUstep and its runtime keep to the end of the process, the tables of classes and selectors
 // above all, is no leak of ours. Read by the leak sanitizer, in programs that are built with it.
-// NOLINTNEXTLINE(bugprone-reserved-identifier): the name is the sanitizer's
+// NOLINTBEGIN(bugprone-reserved-identifier): the names are the sanitizer's
 extern "C" const char* __lsan_default_suppressions()
 {
     return "leak:libobjc.so\nleak:libgnustep-base.so\nleak:libgnustep-gui.so\n";
 }
+extern "C" const char* __lsan_default_options()
+{
+    return "print_suppressions=0";
+}
+// NOLINTEND(bugprone-reserved-identifier)
