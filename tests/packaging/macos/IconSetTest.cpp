@@ -50,11 +50,6 @@ TEST_F(IconSetFolder, HasTheTenFilesOfTheirSizes)
         found.emplace(file.path().filename().string(), picture.width());
     }
     EXPECT_EQ(found, files);
-}
-
-TEST_F(IconSetFolder, HoldsWhatWasDrawn)
-{
-    EXPECT_TRUE(looksTheSame(pictureIn(set / "icon_16x16.png"), IconSet::icon(16, 1)));
     EXPECT_TRUE(looksTheSame(pictureIn(set / "icon_128x128@2x.png"), IconSet::icon(128, 2)));
 }
 

@@ -24,14 +24,34 @@ std::map<std::string, std::optional<std::string>> MacTools::environment() const
         {"PATH", ORLIMO_MACOS_TESTS "/standins:" + std::string(std::getenv("PATH"))},
         {"ORLIMO_AR", ORLIMO_LLVM_AR},
         {"ORLIMO_CALLS", calls.string()},
+        {"CCACHE_DISABLE", "1"},
+        {"CMAKE_PREFIX_PATH", std::nullopt},
         {"ORLIMO_CLANG", ORLIMO_CLANG},
+        {"ORLIMO_CPACK", ORLIMO_CPACK},
+        {"ORLIMO_HOMEBREW_PREFIX", std::nullopt},
         {"ORLIMO_INSTALL_NAME_TOOL", ORLIMO_LLVM_INSTALL_NAME_TOOL},
         {"ORLIMO_LD64", ORLIMO_LD64},
+        {"ORLIMO_LIBRARY_ARCHITECTURE", ORLIMO_LIBRARY_ARCHITECTURE},
+        {"ORLIMO_LIPO", ORLIMO_LLVM_LIPO},
         {"ORLIMO_NOTARY_PROFILE", std::nullopt},
         {"ORLIMO_OTOOL", ORLIMO_LLVM_OTOOL},
         {"ORLIMO_RANLIB", ORLIMO_LLVM_RANLIB},
         {"ORLIMO_SIGNING_IDENTITY", std::nullopt},
     };
+}
+
+CommandResult MacTools::runCMake(
+    const std::string& script, const std::map<std::string, std::string>& values) const
+{
+    std::vector<std::string> arguments;
+    for (const auto& [name, value] : values) {
+        arguments.push_back("-D" + name + "=" + value);
+    }
+    arguments.insert(arguments.end(), {"-P", ORLIMO_SOURCES "/packaging/macos/" + script});
+    return CommandResult::of(
+        ORLIMO_CMAKE,
+        {.arguments = std::move(arguments), .environment = environment()},
+        scriptLimit);
 }
 
 CommandResult MacTools::run(
@@ -76,6 +96,40 @@ void MacTools::makeHomebrew(const std::filesystem::path& folder) const
         {.arguments = {folder.string()}, .environment = environment()},
         scriptLimit);
     ASSERT_EQ(making.status, 0) << making.text();
+}
+
+void MacTools::makeLibrary(
+    const std::filesystem::path& file,
+    const std::string& architecture,
+    const std::string& system) const
+{
+    const std::string object = file.string() + ".o";
+    writeFile(file.string() + ".c", "int nothing(void) { return 0; }\n");
+    for (const auto& words : std::vector<std::vector<std::string>>{
+             {ORLIMO_CLANG,
+              "-target",
+              architecture + "-apple-macos" + system,
+              "-c",
+              file.string() + ".c",
+              "-o",
+              object},
+             {ORLIMO_LD64,
+              "-arch",
+              architecture,
+              "-platform_version",
+              "macos",
+              system,
+              system,
+              "-dylib",
+              "-o",
+              file.string(),
+              object}})
+    {
+        const auto result = CommandResult::of("/usr/bin/env", {.arguments = words});
+        ASSERT_EQ(result.status, 0) << result.text();
+    }
+    std::filesystem::remove(file.string() + ".c");
+    std::filesystem::remove(object);
 }
 
 } // namespace orlimo

@@ -1,4 +1,4 @@
-# A toolchain under which CMake takes this system for macOS, with the stand-ins beside this file as its
+# A toolchain under which CMake takes this system for macOS, with the fakes beside this file as its
 # tools. The environment says what they stand on: see the test that uses it.
 set(CMAKE_SYSTEM_NAME Darwin)
 set(CMAKE_SYSTEM_VERSION 24.0.0)
@@ -16,7 +16,7 @@ set(CMAKE_RANLIB "$ENV{ORLIMO_RANLIB}")
 set(CMAKE_OTOOL ${tools}/otool)
 set(CMAKE_INSTALL_NAME_TOOL ${tools}/install_name_tool)
 
-# Libraries are looked for where this system has them; that of a Mac's windows is none of its.
-set(CMAKE_PREFIX_PATH /usr)
+# What Homebrew does not have is looked for where this system has it; the library of a Mac's windows is none
+# of its.
 set(CMAKE_LIBRARY_ARCHITECTURE "$ENV{ORLIMO_LIBRARY_ARCHITECTURE}")
 set(CMAKE_PROJECT_INCLUDE ${CMAKE_CURRENT_LIST_DIR}/afterProject.cmake)
