@@ -141,7 +141,7 @@ TEST_F(BundleBuild, MakesAWholeBundleAndAnImageOfIt)
 {
     const auto making = run("packaging/macos/dmg --ad-hoc --into \"$build\"");
     ASSERT_EQ(making.status, 0) << making.text();
-    const std::string name = "Orlimo-" + std::string(identity::version);
+    const std::string name = "Orlimo-" + std::string(identity::version) + "-arm64";
     EXPECT_EQ(making.output, (build / (name + ".dmg")).string() + "\n");
     EXPECT_TRUE(std::filesystem::exists(build / (name + ".dmg")));
     EXPECT_TRUE(std::filesystem::exists(build / "Orlimo.app/Contents/MacOS/Orlimo"));
@@ -162,6 +162,14 @@ TEST_F(BundleBuild, MakesAWholeBundleAndAnImageOfIt)
     const std::string settings = contentOf(build / "CPackConfig.cmake");
     EXPECT_THAT(settings, HasSubstr("set(CPACK_GENERATOR \"DragNDrop\")"));
     EXPECT_THAT(settings, HasSubstr("set(CPACK_DMG_VOLUME_NAME \"Orlimo\")"));
+
+    // A library of a later system is found before anything is signed.
+    const auto library = homebrew / "Cellar/pcre2/10.45/lib/libpcre2-16.0.dylib";
+    std::filesystem::remove(library);
+    tools.makeLibrary(library, "arm64", "26.0");
+    const auto refused = run("cmake --install \"$build\" --prefix \"$build/installed\"");
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_THAT(refused.errors, HasSubstr("Frameworks/libpcre2-16.0.dylib needs macOS 26.0"));
 }
 
 } // namespace
