@@ -60,15 +60,32 @@ protected:
                 "translations/qtbase_pt_BR.qm",
                 "translations/qtbase_zh_TW.qm"));
         EXPECT_THAT(contentOf(resources / "qt.conf"), HasSubstr("Plugins = PlugIns\n"));
-        EXPECT_TRUE(
-            std::filesystem::exists(bundle.contents() / "PlugIns/platforms/libqcocoa.dylib"));
-        EXPECT_TRUE(
-            std::filesystem::exists(bundle.contents() / "PlugIns/styles/libqmacstyle.dylib"));
-        EXPECT_FALSE(
-            std::filesystem::is_symlink(bundle.contents() / "PlugIns/styles/libqmacstyle.dylib"));
+        for (const char* const plugin : {"platforms/libqcocoa.dylib", "styles/libqmacstyle.dylib"})
+        {
+            const auto file = bundle.contents() / "PlugIns" / plugin;
+            EXPECT_TRUE(std::filesystem::is_regular_file(std::filesystem::symlink_status(file)));
+        }
+        EXPECT_THAT(
+            bundle.libraries(),
+            ElementsAre(
+                "QtCore.framework",
+                "QtDBus.framework",
+                "QtGui.framework",
+                "QtSvg.framework",
+                "QtWidgets.framework",
+                "libicudata.77.dylib",
+                "libicui18n.77.dylib",
+                "libicuuc.77.dylib",
+                "libpcre2-16.0.dylib"));
         EXPECT_EQ(bundle.codeFiles().size(), 12U);
         EXPECT_THAT(bundle.namesLeadingOutside(), IsEmpty());
-        EXPECT_THAT(bundle.ownNamesLeadingOutside(), IsEmpty());
+        for (const auto& file : bundle.codeFiles()) {
+            EXPECT_FALSE(LinkedBundle::hasSearchPath(file)) << file;
+        }
+        const auto framework = bundle.contents() / "Frameworks/QtCore.framework";
+        EXPECT_EQ(std::filesystem::read_symlink(framework / "Versions/Current"), "A");
+        EXPECT_EQ(std::filesystem::read_symlink(framework / "QtCore"), "Versions/Current/QtCore");
+        EXPECT_EQ(contentOf(framework / "Resources/Info.plist"), "QtCore\n");
     }
 
     /// What the list names is there.
@@ -163,13 +180,23 @@ TEST_F(BundleBuild, MakesAWholeBundleAndAnImageOfIt)
     EXPECT_THAT(settings, HasSubstr("set(CPACK_GENERATOR \"DragNDrop\")"));
     EXPECT_THAT(settings, HasSubstr("set(CPACK_DMG_VOLUME_NAME \"Orlimo\")"));
 
-    // A library of a later system is found before anything is signed.
-    const auto library = homebrew / "Cellar/pcre2/10.45/lib/libpcre2-16.0.dylib";
+    // Again in the same place; then with a library of a later system, and with none.
+    const std::string install = "cmake --install \"$build\" --prefix \"$build/installed\"";
+    for (int time = 0; time < 2; ++time) {
+        EXPECT_EQ(run(install).status, 0);
+        expectWholeBundle(LinkedBundle(build / "installed/Orlimo.app"));
+    }
+    const auto library = homebrew / "Cellar/icu4c@77/77.1/lib/libicudata.77.dylib";
     std::filesystem::remove(library);
     tools.makeLibrary(library, "arm64", "26.0");
-    const auto refused = run("cmake --install \"$build\" --prefix \"$build/installed\"");
-    EXPECT_EQ(refused.status, 1);
-    EXPECT_THAT(refused.errors, HasSubstr("Frameworks/libpcre2-16.0.dylib needs macOS 26.0"));
+    const auto later = run(install);
+    EXPECT_EQ(later.status, 1);
+    EXPECT_THAT(later.errors, HasSubstr("Frameworks/libicudata.77.dylib needs macOS 26.0"));
+    std::filesystem::remove(library);
+    std::filesystem::remove_all(build / "installed");
+    const auto missing = run(install);
+    EXPECT_EQ(missing.status, 1);
+    EXPECT_THAT(missing.text(), HasSubstr("cannot resolve item '@loader_path/libicudata.77"));
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "tests/packaging/macos/MacTools.h"
 
+#include "tests/support/OutputCapture.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -7,7 +8,6 @@
 #include <chrono>
 #include <cstdlib>
 #include <regex>
-#include <sstream>
 
 namespace orlimo {
 
@@ -40,20 +40,6 @@ std::map<std::string, std::optional<std::string>> MacTools::environment() const
     };
 }
 
-CommandResult MacTools::runCMake(
-    const std::string& script, const std::map<std::string, std::string>& values) const
-{
-    std::vector<std::string> arguments;
-    for (const auto& [name, value] : values) {
-        arguments.push_back("-D" + name + "=" + value);
-    }
-    arguments.insert(arguments.end(), {"-P", ORLIMO_SOURCES "/packaging/macos/" + script});
-    return CommandResult::of(
-        ORLIMO_CMAKE,
-        {.arguments = std::move(arguments), .environment = environment()},
-        scriptLimit);
-}
-
 CommandResult MacTools::run(
     const std::string& script,
     std::vector<std::string> arguments,
@@ -75,8 +61,7 @@ std::vector<std::string> MacTools::recordedCalls(const std::string& removed) con
     if (!std::filesystem::exists(calls)) {
         return found;
     }
-    std::istringstream lines(contentOf(calls));
-    for (std::string line; std::getline(lines, line);) {
+    for (std::string line : linesOf(contentOf(calls))) {
         for (auto at = line.find(removed); !removed.empty() && at != std::string::npos;
              at = line.find(removed))
         {
@@ -103,33 +88,18 @@ void MacTools::makeLibrary(
     const std::string& architecture,
     const std::string& system) const
 {
-    const std::string object = file.string() + ".o";
-    writeFile(file.string() + ".c", "int nothing(void) { return 0; }\n");
-    for (const auto& words : std::vector<std::vector<std::string>>{
-             {ORLIMO_CLANG,
-              "-target",
-              architecture + "-apple-macos" + system,
-              "-c",
-              file.string() + ".c",
-              "-o",
-              object},
-             {ORLIMO_LD64,
-              "-arch",
-              architecture,
-              "-platform_version",
-              "macos",
-              system,
-              system,
-              "-dylib",
-              "-o",
-              file.string(),
-              object}})
-    {
-        const auto result = CommandResult::of("/usr/bin/env", {.arguments = words});
-        ASSERT_EQ(result.status, 0) << result.text();
-    }
-    std::filesystem::remove(file.string() + ".c");
-    std::filesystem::remove(object);
+    const auto making = CommandResult::of(
+        "/bin/sh",
+        {.arguments = {
+             "-ceu",
+             "echo 'int nothing(void) { return 0; }' | " ORLIMO_CLANG
+             " -target \"$1-apple-macos$2\" -x c -c -o \"$0.o\" -\n" ORLIMO_LD64
+             " -arch \"$1\" -platform_version macos \"$2\" \"$2\" -dylib -o \"$0\" \"$0.o\"\n"
+             "rm \"$0.o\"",
+             file.string(),
+             architecture,
+             system}});
+    ASSERT_EQ(making.status, 0) << making.text();
 }
 
 } // namespace orlimo

@@ -22,10 +22,6 @@ public:
     /// The environment in which programs find the fakes, and no settings for signing.
     [[nodiscard]] std::map<std::string, std::optional<std::string>> environment() const;
 
-    /// Has CMake run `script`, one of packaging/macos, with the fakes and the values, to its end.
-    [[nodiscard]] CommandResult
-    runCMake(const std::string& script, const std::map<std::string, std::string>& values) const;
-
     /// Runs `script`, one of packaging/macos, with the fakes, to its end. `changes` are made to
     /// the environment.
     [[nodiscard]] CommandResult

@@ -148,7 +148,7 @@ TEST(MacScripts, AreSound)
             EXPECT_EQ(command({"bash", "-n", entry.path().string()}).status, 0) << entry.path();
         }
     }
-    EXPECT_EQ(words.size(), 4U + 4U);
+    EXPECT_GT(words.size(), 4U);
     const auto result = command(words);
     EXPECT_EQ(result.status, 0) << result.text();
 }
