@@ -52,8 +52,41 @@ protected:
     {
         programs.add("uname", "echo Darwin");
         programs.add("xcode-select", "echo /Library/Developer/CommandLineTools");
-        programs.add("brew", "[ \"$1\" != --prefix ] || echo \"" + prefix.string() + "\"");
+        brew();
         std::filesystem::create_directories(prefix / "opt");
+    }
+
+    /// Homebrew as it is, with the package of ICU that its name is an alias of. `install` is how it
+    /// ends when it is to install something.
+    void brew(const std::string& install = "exit 0")
+    {
+        programs.add(
+            "brew",
+            "prefix=\"" + prefix.string() + "\"\n" +
+                "case \"$*\" in\n"
+                "--prefix) echo \"$prefix\" ;;\n"
+                "'--prefix icu4c') echo \"$prefix/opt/icu4c@77\" ;;\n"
+                "'--prefix --installed icu4c') [ -d \"$prefix/opt/icu4c@77\" ] ;;\n"
+                "'--prefix --installed '*) exit 1 ;;\n"
+                "install*) " +
+                install + " ;;\nesac");
+    }
+
+    /// Sources the environment and prints what the lines `show` say.
+    [[nodiscard]] CommandResult
+    inEnvironment(const std::string& show, const std::optional<std::string>& prefixPath) const
+    {
+        const auto script = programs.path() / "show";
+        writeFile(
+            script,
+            "set -euo pipefail\n. \"" ORLIMO_SOURCES "/packaging/toolchain-environment\"\n" + show);
+        return CommandResult::of(
+            "/bin/bash",
+            {.arguments = {script},
+             .environment = {
+                 {"PATH", (programs.path() / "bin").string() + ":/usr/bin:/bin"},
+                 {"ORLIMO_HOMEBREW_PREFIX", std::nullopt},
+                 {"CMAKE_PREFIX_PATH", prefixPath}}});
     }
 
     void install(const std::string& package) const
@@ -63,7 +96,8 @@ protected:
 
     [[nodiscard]] CommandResult installDependencies(const std::vector<std::string>& groups) const
     {
-        return programs.run("packaging/install-dependencies", groups);
+        return programs.run(
+            "packaging/install-dependencies", groups, {{"ORLIMO_HOMEBREW_PREFIX", std::nullopt}});
     }
 
     /// What Homebrew was asked to install.
@@ -98,6 +132,15 @@ TEST_F(HomebrewTest, InstallsOnlyWhatIsMissing)
     EXPECT_THAT(installations(), ElementsAre("brew install --quiet icu4c"));
 }
 
+TEST_F(HomebrewTest, KnowsAPackageByItsAlias)
+{
+    for (const std::string& package : packagesOf("build")) {
+        install(package == "icu4c" ? "icu4c@77" : package);
+    }
+    EXPECT_EQ(installDependencies({"build"}).text(), "");
+    EXPECT_THAT(installations(), IsEmpty());
+}
+
 TEST_F(HomebrewTest, TouchesNothingWhenEverythingIsThere)
 {
     for (const char* group : {"build", "run", "test", "lint"}) {
@@ -125,8 +168,7 @@ TEST_F(HomebrewTest, AsksForNoPackageOfDebian)
 
 TEST_F(HomebrewTest, AFailureOfHomebrewIsOnesOwn)
 {
-    programs.add(
-        "brew", "[ \"$1\" != --prefix ] || { echo \"" + prefix.string() + "\"; exit 0; }; exit 7");
+    brew("exit 7");
     EXPECT_EQ(installDependencies({"test"}).status, 7);
 }
 
@@ -156,42 +198,29 @@ TEST_F(HomebrewTest, KnowsNoOtherGroup)
     EXPECT_THAT(installations(), IsEmpty());
 }
 
-TEST_F(HomebrewTest, LeadsTheBuildToWhatIsKeptApart)
+TEST_F(HomebrewTest, LeadsTheBuildToThePackages)
 {
-    install("icu4c");
-    install("qtbase");
-    writeFile(
-        programs.path() / "show",
-        "set -euo pipefail\n. \"" ORLIMO_SOURCES "/packaging/toolchain-environment\"\n"
-        "echo \"$CMAKE_PREFIX_PATH\"\necho \"$PATH\"\n");
-    const auto result = CommandResult::of(
-        "/bin/bash",
-        {.arguments = {programs.path() / "show"},
-         .environment = {
-             {"PATH", (programs.path() / "bin").string() + ":/usr/bin:/bin"},
-             {"CMAKE_PREFIX_PATH", "/own"}}});
-    const auto kegs = (prefix / "opt").string();
+    // The second time nobody is asked.
+    const auto result = inEnvironment(
+        ". \"" ORLIMO_SOURCES "/packaging/toolchain-environment\"\n"
+        "echo \"$CMAKE_PREFIX_PATH\"\necho \"$PATH\"\n",
+        "/own");
+    const std::string kegs = (prefix / "opt").string();
     EXPECT_THAT(
         linesOf(result.output),
         ElementsAre(
-            kegs + "/icu4c:" + kegs + "/qtbase:/own",
+            prefix.string() + ":" + kegs + "/icu4c@77:/own",
             (programs.path() / "bin").string() + ":/usr/bin:/bin:" + kegs + "/llvm/bin"))
         << result.errors;
+    auto calls = programs.calls();
+    std::erase_if(calls, [](const auto& call) { return !call.starts_with("brew"); });
+    EXPECT_THAT(calls, ElementsAre("brew --prefix", "brew --prefix icu4c"));
 }
 
 TEST_F(HomebrewTest, LeavesOtherSystemsAsTheyAre)
 {
     programs.add("uname", "echo Linux");
-    writeFile(
-        programs.path() / "show",
-        "set -euo pipefail\n. \"" ORLIMO_SOURCES "/packaging/toolchain-environment\"\n"
-        "echo \"${CMAKE_PREFIX_PATH-none}\"\n");
-    const auto result = CommandResult::of(
-        "/bin/bash",
-        {.arguments = {programs.path() / "show"},
-         .environment = {
-             {"PATH", (programs.path() / "bin").string() + ":/usr/bin:/bin"},
-             {"CMAKE_PREFIX_PATH", std::nullopt}}});
+    const auto result = inEnvironment("echo \"${CMAKE_PREFIX_PATH-none}\"\n", std::nullopt);
     EXPECT_EQ(result.text(), "none\n");
     EXPECT_THAT(programs.calls(), Not(Contains(StartsWith("brew"))));
 }

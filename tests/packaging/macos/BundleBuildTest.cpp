@@ -16,49 +16,30 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-/// The whole tree, configured, built, installed and packaged as on macOS, every file of it compiled
-/// to one that is empty.
+/// The whole tree, configured, built and packaged as on a Mac with Homebrew, every file of it
+/// compiled to one that is empty.
 class BundleBuild : public testing::Test
 {
 protected:
     void SetUp() override { tools.makeHomebrew(homebrew); }
 
-    void runTool(const std::string& tool, std::vector<std::string> arguments) const
+    /// Runs the words in a shell in which they find the system and its tools to be macOS's.
+    [[nodiscard]] CommandResult
+    run(const std::string& words, const std::string& prefixPath = "") const
     {
         auto variables = tools.environment();
+        variables["CMAKE_PREFIX_PATH"] = prefixPath;
+        variables["CMAKE_TOOLCHAIN_FILE"] = ORLIMO_MACOS_TESTS "/darwin.cmake";
         variables["ORLIMO_HOMEBREW"] = homebrew.string();
         variables["ORLIMO_ICON_SET"] = ORLIMO_ICON_SET;
-        variables["ORLIMO_LIBRARY_ARCHITECTURE"] = ORLIMO_LIBRARY_ARCHITECTURE;
         variables["CMAKE_CXX_COMPILER_LAUNCHER"] = std::nullopt;
         variables["CMAKE_OBJCXX_COMPILER_LAUNCHER"] = std::nullopt;
-        const auto result = CommandResult::of(
-            tool,
-            {.arguments = std::move(arguments), .environment = variables},
+        return CommandResult::of(
+            "/bin/bash",
+            {.arguments =
+                 {"-c", "set -eu; cd \"$0\"; build=$1; " + words, ORLIMO_SOURCES, build.string()},
+             .environment = variables},
             std::chrono::minutes(10));
-        ASSERT_EQ(result.status, 0) << result.text();
-    }
-
-    /// With the tests and the benchmarks, ON, or the program alone, OFF.
-    void configure(const std::string& tests = "OFF") const
-    {
-        const auto plugins = homebrew / "share/qt/plugins";
-        runTool(
-            ORLIMO_CMAKE,
-            {"-S",
-             ORLIMO_SOURCES,
-             "-B",
-             build.string(),
-             "-G",
-             "Ninja",
-             "-DCMAKE_BUILD_TYPE=Release",
-             "-DORLIMO_BUILD_BENCHMARKS=" + tests,
-             "-DORLIMO_BUILD_TESTS=" + tests,
-             "-DCMAKE_TOOLCHAIN_FILE=" ORLIMO_MACOS_TESTS "/darwin.cmake",
-             "-DORLIMO_PLUGIN_platforms_libqcocoa=" +
-                 (plugins / "platforms/libqcocoa.dylib").string(),
-             "-DORLIMO_PLUGIN_styles_libqmacstyle=" +
-                 (plugins / "styles/libqmacstyle.dylib").string(),
-             "-DORLIMO_TOOLKIT_TRANSLATIONS=" + (homebrew / "share/qt/translations").string()});
     }
 
     void expectWholeBundle(const LinkedBundle& bundle) const
@@ -79,13 +60,32 @@ protected:
                 "translations/qtbase_pt_BR.qm",
                 "translations/qtbase_zh_TW.qm"));
         EXPECT_THAT(contentOf(resources / "qt.conf"), HasSubstr("Plugins = PlugIns\n"));
-        EXPECT_TRUE(
-            std::filesystem::exists(bundle.contents() / "PlugIns/platforms/libqcocoa.dylib"));
-        EXPECT_TRUE(
-            std::filesystem::exists(bundle.contents() / "PlugIns/styles/libqmacstyle.dylib"));
+        for (const char* const plugin : {"platforms/libqcocoa.dylib", "styles/libqmacstyle.dylib"})
+        {
+            const auto file = bundle.contents() / "PlugIns" / plugin;
+            EXPECT_TRUE(std::filesystem::is_regular_file(std::filesystem::symlink_status(file)));
+        }
+        EXPECT_THAT(
+            bundle.libraries(),
+            ElementsAre(
+                "QtCore.framework",
+                "QtDBus.framework",
+                "QtGui.framework",
+                "QtSvg.framework",
+                "QtWidgets.framework",
+                "libicudata.77.dylib",
+                "libicui18n.77.dylib",
+                "libicuuc.77.dylib",
+                "libpcre2-16.0.dylib"));
         EXPECT_EQ(bundle.codeFiles().size(), 12U);
         EXPECT_THAT(bundle.namesLeadingOutside(), IsEmpty());
-        EXPECT_THAT(bundle.ownNamesLeadingOutside(), IsEmpty());
+        for (const auto& file : bundle.codeFiles()) {
+            EXPECT_FALSE(LinkedBundle::hasSearchPath(file)) << file;
+        }
+        const auto framework = bundle.contents() / "Frameworks/QtCore.framework";
+        EXPECT_EQ(std::filesystem::read_symlink(framework / "Versions/Current"), "A");
+        EXPECT_EQ(std::filesystem::read_symlink(framework / "QtCore"), "Versions/Current/QtCore");
+        EXPECT_EQ(contentOf(framework / "Resources/Info.plist"), "QtCore\n");
     }
 
     /// What the list names is there.
@@ -94,9 +94,7 @@ protected:
         const PropertyList list(bundle.contents() / "Info.plist");
         EXPECT_EQ(list.text("CFBundleIdentifier"), identity::applicationIdentifier);
         const auto program = bundle.contents() / "MacOS" / list.text("CFBundleExecutable");
-        EXPECT_EQ(
-            LinkedBundle::searchFolders(program),
-            std::vector<std::string>{"@executable_path/../Frameworks"});
+        EXPECT_TRUE(std::filesystem::exists(program));
         const auto icon =
             bundle.contents() / "Resources" / (list.text("CFBundleIconFile") + ".icns");
         EXPECT_TRUE(contentOf(icon).starts_with("icns"));
@@ -108,11 +106,24 @@ protected:
     MacTools tools{folder.path() / "calls"};
 };
 
-TEST_F(BundleBuild, HasTheTestsThatCanWorkThere)
+constexpr const char* configureWithTests =
+    "cmake -S . -B \"$build\" -G Ninja -DCMAKE_BUILD_TYPE=Release -DORLIMO_BUILD_TESTS=ON";
+
+TEST_F(BundleBuild, FindsWhatHomebrewLinksTogether)
 {
-    configure("ON");
-    const std::string rules = contentOf(build / "build.ninja");
+    const auto result =
+        run(std::string(". packaging/toolchain-environment; ") + configureWithTests);
+    ASSERT_EQ(result.status, 0) << result.text();
+
+    const std::string cache = contentOf(build / "CMakeCache.txt");
+    const std::string prefix = homebrew.string();
+    EXPECT_THAT(cache, HasSubstr("\nQt6_DIR:PATH=" + prefix + "/lib/cmake/Qt6\n"));
+    EXPECT_THAT(cache, HasSubstr("=" + prefix + "/opt/icu4c@77/lib/libicui18n.dylib\n"));
+    EXPECT_THAT(cache, HasSubstr("=" + prefix + "/share/qt/translations\n"));
+    EXPECT_THAT(cache, HasSubstr("=" + prefix + "/share/qt/plugins/platforms/libqcocoa.dylib\n"));
+
     // The rules are far too long to be printed.
+    const std::string rules = contentOf(build / "build.ninja");
     const auto haveRuleFor = [&rules](const std::string& file) {
         return rules.find("/tests/" + file + " ") != std::string::npos;
     };
@@ -134,42 +145,58 @@ TEST_F(BundleBuild, HasTheTestsThatCanWorkThere)
     EXPECT_EQ(rules.find("/platform/linux/"), std::string::npos);
 }
 
-TEST_F(BundleBuild, MakesInstallsAndSignsAWholeBundle)
+TEST_F(BundleBuild, FindsNoOtherModuleInOnePackageOfQts)
 {
-    ASSERT_NO_FATAL_FAILURE(configure());
-    ASSERT_NO_FATAL_FAILURE(runTool(
-        ORLIMO_CMAKE, {"--build", build.string(), "--target", "orlimo", "orlimo-sample-store"}));
+    const auto result =
+        run(configureWithTests,
+            (homebrew / "opt/qtbase").string() + ":" + (homebrew / "opt/icu4c@77").string());
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.errors, HasSubstr("Failed to find required Qt component"));
+}
+
+TEST_F(BundleBuild, MakesAWholeBundleAndAnImageOfIt)
+{
+    const auto making = run("packaging/macos/dmg --ad-hoc --into \"$build\"");
+    ASSERT_EQ(making.status, 0) << making.text();
+    const std::string name = "Orlimo-" + std::string(identity::version) + "-arm64";
+    EXPECT_EQ(making.output, (build / (name + ".dmg")).string() + "\n");
+    EXPECT_TRUE(std::filesystem::exists(build / (name + ".dmg")));
     EXPECT_TRUE(std::filesystem::exists(build / "Orlimo.app/Contents/MacOS/Orlimo"));
     EXPECT_TRUE(std::filesystem::exists(build / "orlimo-sample-store"));
 
-    const auto installed = folder.path() / "installed";
-    ASSERT_NO_FATAL_FAILURE(
-        runTool(ORLIMO_CMAKE, {"--install", build.string(), "--prefix", installed.string()}));
-    const LinkedBundle bundle(installed / "Orlimo.app");
+    const auto packed = build / "_CPack_Packages/Darwin/TGZ" / name;
+    const LinkedBundle bundle(packed / "Orlimo.app");
     expectWholeBundle(bundle);
     expectListToFit(bundle);
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(installed), {}), 1)
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(packed), {}), 1)
         << "the bundle is all";
 
-    // No system but macOS makes its images; everything before that is the same for archives.
-    const auto packages = folder.path() / "packages";
-    ASSERT_NO_FATAL_FAILURE(runTool(
-        ORLIMO_CPACK,
-        {"--config",
-         (build / "CPackConfig.cmake").string(),
-         "-G",
-         "TGZ",
-         "-B",
-         packages.string()}));
-    EXPECT_TRUE(std::filesystem::exists(
-        packages / ("Orlimo-" + std::string(identity::version) + ".tar.gz")));
     const auto calls = tools.recordedCalls();
-    ASSERT_GE(calls.size(), 2U);
-    EXPECT_THAT(calls[calls.size() - 2], HasSubstr("codesign --force --sign - "));
-    EXPECT_THAT(calls.back(), HasSubstr("codesign --verify --deep --strict"));
+    ASSERT_GE(calls.size(), 4U);
+    EXPECT_THAT(calls[calls.size() - 4], HasSubstr("codesign --force --sign - "));
+    EXPECT_THAT(calls[calls.size() - 3], HasSubstr("codesign --verify --deep --strict"));
+    EXPECT_THAT(calls.back(), HasSubstr("Orlimo-" + std::string(identity::version)));
     const std::string settings = contentOf(build / "CPackConfig.cmake");
     EXPECT_THAT(settings, HasSubstr("set(CPACK_GENERATOR \"DragNDrop\")"));
     EXPECT_THAT(settings, HasSubstr("set(CPACK_DMG_VOLUME_NAME \"Orlimo\")"));
+
+    // Again in the same place; then with a library of a later system, and with none.
+    const std::string install = "cmake --install \"$build\" --prefix \"$build/installed\"";
+    for (int time = 0; time < 2; ++time) {
+        EXPECT_EQ(run(install).status, 0);
+        expectWholeBundle(LinkedBundle(build / "installed/Orlimo.app"));
+    }
+    const auto library = homebrew / "Cellar/icu4c@77/77.1/lib/libicudata.77.dylib";
+    std::filesystem::remove(library);
+    tools.makeLibrary(library, "arm64", "26.0");
+    const auto later = run(install);
+    EXPECT_EQ(later.status, 1);
+    EXPECT_THAT(later.errors, HasSubstr("Frameworks/libicudata.77.dylib needs macOS 26.0"));
+    std::filesystem::remove(library);
+    std::filesystem::remove_all(build / "installed");
+    const auto missing = run(install);
+    EXPECT_EQ(missing.status, 1);
+    EXPECT_THAT(missing.text(), HasSubstr("cannot resolve item '@loader_path/libicudata.77"));
 }
 
 } // namespace

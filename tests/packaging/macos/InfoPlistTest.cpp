@@ -56,16 +56,19 @@ TEST_F(InfoPlist, SaysWhoTheProgramIs)
     EXPECT_EQ(list.text("LSApplicationCategoryType"), "public.app-category.utilities");
 }
 
-TEST_F(InfoPlist, KeepsTheProgramOutOfTheDock)
-{
-    EXPECT_TRUE(isTrue("LSUIElement"));
-}
-
-TEST_F(InfoPlist, AsksForTheSystemThatTheProgramIsBuiltFor)
+TEST_F(InfoPlist, SaysHowTheProgramRuns)
 {
     EXPECT_EQ(list.text("LSMinimumSystemVersion"), "15.0");
     EXPECT_EQ(list.text("NSPrincipalClass"), "NSApplication");
     EXPECT_TRUE(isTrue("NSHighResolutionCapable"));
+    // Without an icon in the Dock.
+    EXPECT_TRUE(isTrue("LSUIElement"));
+    // A start that is one too many finds the first by itself; --side-by-side wants several.
+    EXPECT_FALSE(list.values().contains(QStringLiteral("LSMultipleInstancesProhibited")));
+    // No permission is asked for in words.
+    for (const auto& key : list.values().keys()) {
+        EXPECT_FALSE(key.endsWith(QStringLiteral("UsageDescription"))) << key.toStdString();
+    }
 }
 
 TEST_F(InfoPlist, HasTheLanguagesOfTheCatalogues)
@@ -80,19 +83,6 @@ TEST_F(InfoPlist, HasTheLanguagesOfTheCatalogues)
     EXPECT_EQ(list.text("CFBundleDevelopmentRegion"), "en");
 }
 
-TEST_F(InfoPlist, LetsAnotherStartReachTheProgram)
-{
-    // A start that is one too many finds the first by itself; --side-by-side wants several.
-    EXPECT_FALSE(list.values().contains(QStringLiteral("LSMultipleInstancesProhibited")));
-}
-
-TEST_F(InfoPlist, AsksForNoPermissionInWords)
-{
-    for (const auto& key : list.values().keys()) {
-        EXPECT_FALSE(key.endsWith(QStringLiteral("UsageDescription"))) << key.toStdString();
-    }
-}
-
 TEST_F(InfoPlist, HasNothingLeftToFillIn)
 {
     const std::string content = contentOf(ORLIMO_INFO_PLIST);
@@ -101,13 +91,9 @@ TEST_F(InfoPlist, HasNothingLeftToFillIn)
     EXPECT_THAT(content, Not(HasSubstr("$")));
 }
 
-TEST(Entitlements, AreNone)
+TEST(Entitlements, AreNoneAndWithoutACommentThatTheSystemCannotRead)
 {
     EXPECT_TRUE(PropertyList(entitlements).values().isEmpty());
-}
-
-TEST(Entitlements, HaveNoCommentThatTheSystemCannotRead)
-{
     EXPECT_THAT(contentOf(entitlements), Not(HasSubstr("<!--")));
 }
 

@@ -23,19 +23,15 @@ public:
     /// The program, the libraries, the frameworks' own and the plugins.
     [[nodiscard]] std::vector<std::filesystem::path> codeFiles() const;
 
-    /// The names of other libraries under which neither the system has one nor the bundle, each
-    /// after the file that it stands in.
+    /// The names of other libraries under which neither the system has one nor the bundle, and the
+    /// names that libraries have for themselves and that are paths of this machine, each after the
+    /// file that it stands in.
     [[nodiscard]] std::vector<std::string> namesLeadingOutside() const;
 
-    /// The names that libraries have for themselves and that are paths of this machine.
-    [[nodiscard]] std::vector<std::string> ownNamesLeadingOutside() const;
-
-    /// The folders in which `file` says that libraries are.
-    [[nodiscard]] static std::vector<std::string> searchFolders(const std::filesystem::path& file);
+    /// Whether `file` says where libraries are, which may be elsewhere on this machine.
+    [[nodiscard]] static bool hasSearchPath(const std::filesystem::path& file);
 
 private:
-    [[nodiscard]] bool isInside(const std::string& name, const std::filesystem::path& file) const;
-
     std::filesystem::path folder;
 };
 

@@ -1,5 +1,6 @@
 #include "tests/packaging/macos/MacTools.h"
 
+#include "tests/support/OutputCapture.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -7,7 +8,6 @@
 #include <chrono>
 #include <cstdlib>
 #include <regex>
-#include <sstream>
 
 namespace orlimo {
 
@@ -24,9 +24,15 @@ std::map<std::string, std::optional<std::string>> MacTools::environment() const
         {"PATH", ORLIMO_MACOS_TESTS "/standins:" + std::string(std::getenv("PATH"))},
         {"ORLIMO_AR", ORLIMO_LLVM_AR},
         {"ORLIMO_CALLS", calls.string()},
+        {"CCACHE_DISABLE", "1"},
+        {"CMAKE_PREFIX_PATH", std::nullopt},
         {"ORLIMO_CLANG", ORLIMO_CLANG},
+        {"ORLIMO_CPACK", ORLIMO_CPACK},
+        {"ORLIMO_HOMEBREW_PREFIX", std::nullopt},
         {"ORLIMO_INSTALL_NAME_TOOL", ORLIMO_LLVM_INSTALL_NAME_TOOL},
         {"ORLIMO_LD64", ORLIMO_LD64},
+        {"ORLIMO_LIBRARY_ARCHITECTURE", ORLIMO_LIBRARY_ARCHITECTURE},
+        {"ORLIMO_LIPO", ORLIMO_LLVM_LIPO},
         {"ORLIMO_NOTARY_PROFILE", std::nullopt},
         {"ORLIMO_OTOOL", ORLIMO_LLVM_OTOOL},
         {"ORLIMO_RANLIB", ORLIMO_LLVM_RANLIB},
@@ -55,8 +61,7 @@ std::vector<std::string> MacTools::recordedCalls(const std::string& removed) con
     if (!std::filesystem::exists(calls)) {
         return found;
     }
-    std::istringstream lines(contentOf(calls));
-    for (std::string line; std::getline(lines, line);) {
+    for (std::string line : linesOf(contentOf(calls))) {
         for (auto at = line.find(removed); !removed.empty() && at != std::string::npos;
              at = line.find(removed))
         {
@@ -75,6 +80,25 @@ void MacTools::makeHomebrew(const std::filesystem::path& folder) const
         ORLIMO_MACOS_TESTS "/make-homebrew",
         {.arguments = {folder.string()}, .environment = environment()},
         scriptLimit);
+    ASSERT_EQ(making.status, 0) << making.text();
+}
+
+void MacTools::makeLibrary(
+    const std::filesystem::path& file,
+    const std::string& architecture,
+    const std::string& system) const
+{
+    const auto making = CommandResult::of(
+        "/bin/sh",
+        {.arguments = {
+             "-ceu",
+             "echo 'int nothing(void) { return 0; }' | " ORLIMO_CLANG
+             " -target \"$1-apple-macos$2\" -x c -c -o \"$0.o\" -\n" ORLIMO_LD64
+             " -arch \"$1\" -platform_version macos \"$2\" \"$2\" -dylib -o \"$0\" \"$0.o\"\n"
+             "rm \"$0.o\"",
+             file.string(),
+             architecture,
+             system}});
     ASSERT_EQ(making.status, 0) << making.text();
 }
 

@@ -1,9 +1,9 @@
-# A toolchain under which CMake takes this system for macOS, with the stand-ins beside this file as its
+# A toolchain under which CMake takes this system for macOS, with the fakes beside this file as its
 # tools. The environment says what they stand on: see the test that uses it.
 set(CMAKE_SYSTEM_NAME Darwin)
 set(CMAKE_SYSTEM_VERSION 24.0.0)
 set(CMAKE_SYSTEM_PROCESSOR arm64)
-set(CMAKE_OSX_SYSROOT "$ENV{ORLIMO_HOMEBREW}/system")
+set(CMAKE_OSX_SYSROOT "$ENV{ORLIMO_HOMEBREW}/objects")
 set(CMAKE_TRY_COMPILE_TARGET_TYPE STATIC_LIBRARY)
 
 set(tools ${CMAKE_CURRENT_LIST_DIR}/standins)
@@ -16,7 +16,7 @@ set(CMAKE_RANLIB "$ENV{ORLIMO_RANLIB}")
 set(CMAKE_OTOOL ${tools}/otool)
 set(CMAKE_INSTALL_NAME_TOOL ${tools}/install_name_tool)
 
-# Libraries are looked for where this system has them; that of a Mac's windows is none of its.
-set(CMAKE_PREFIX_PATH /usr)
+# What Homebrew does not have is looked for where this system has it; the library of a Mac's windows is none
+# of its.
 set(CMAKE_LIBRARY_ARCHITECTURE "$ENV{ORLIMO_LIBRARY_ARCHITECTURE}")
 set(CMAKE_PROJECT_INCLUDE ${CMAKE_CURRENT_LIST_DIR}/afterProject.cmake)

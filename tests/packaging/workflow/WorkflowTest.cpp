@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <map>
 #include <regex>
 #include <sstream>
 #include <utility>
@@ -71,6 +72,7 @@ TEST(Workflow, IsNotTakenWithAMistakeInIt)
              {"run: ./test", "rum: ./test"},
              {"actions/checkout@v4", "actions/checkout@main"},
              {"if: always()", "if: sometimes()"},
+             {"restore-keys:", "restored-keys:"},
          })
     {
         const auto at = content.find(right);
@@ -107,8 +109,28 @@ TEST(Workflow, TestsAndPackagesOnBothSystems)
     EXPECT_THAT(all, runs("asan", "./test --asan"));
     EXPECT_THAT(all, runs("tsan", "./test --tsan"));
     EXPECT_THAT(all, runs("macos", "./test"));
-    EXPECT_THAT(all, runs("macos", "packaging/macos/dmg --ad-hoc"));
-    EXPECT_THAT(all, runs("macos", "packaging/macos/check-image "));
+    EXPECT_THAT(all, runs("macos-image", "packaging/macos/dmg --ad-hoc"));
+    EXPECT_THAT(all, runs("macos-image", "packaging/macos/check-image "));
+}
+
+TEST(Workflow, HasTheImageWhateverTheTestsSay)
+{
+    EXPECT_THAT(commands(), Not(Contains(testing::Pair("macos-image", HasSubstr("test")))));
+    EXPECT_THAT(contentOf(workflow), Not(HasSubstr("needs:")));
+}
+
+TEST(Workflow, HasTheCompilersCacheBeforeAnythingIsCompiled)
+{
+    std::map<std::string, std::string> first;
+    for (const auto& [job, line] : commands()) {
+        if (line != "apt-get update") {
+            first.emplace(job, line);
+        }
+    }
+    for (const auto& [job, line] : first) {
+        EXPECT_THAT(line, testing::ContainsRegex("^packaging/install-dependencies .*(cache|test)"))
+            << job;
+    }
 }
 
 TEST(Workflow, NeedsNoSecret)
@@ -119,14 +141,14 @@ TEST(Workflow, NeedsNoSecret)
 
 TEST(MacScripts, AreSound)
 {
-    std::vector<std::string> words{"shellcheck"};
+    std::vector<std::string> words{"shellcheck", "-x", "-P", sources.string()};
     for (const auto& entry : std::filesystem::directory_iterator(sources / "packaging/macos")) {
         if (contentOf(entry.path()).starts_with("#!")) {
             words.push_back(entry.path().string());
             EXPECT_EQ(command({"bash", "-n", entry.path().string()}).status, 0) << entry.path();
         }
     }
-    EXPECT_GT(words.size(), 1U);
+    EXPECT_GT(words.size(), 4U);
     const auto result = command(words);
     EXPECT_EQ(result.status, 0) << result.text();
 }
