@@ -6,6 +6,7 @@
 #include "controls/Switch.h"
 #include "controls/TextLabel.h"
 #include "tests/app/ViewTestBase.h"
+#include "tests/capture/CaptureServices.h"
 #include "tests/capture/PreferenceSandbox.h"
 #include "tests/support/Await.h"
 #include "tests/support/OutputCapture.h"
@@ -535,7 +536,7 @@ TEST_F(PopupViewTest, CopiesWithoutALogLine)
 TEST_F(PopupViewTest, LeavesAnEmptyTextOnTheUsersPasteboard)
 {
     setClipboardText("before");
-    make(watching(), PanelHost::native());
+    make(watching(), {preferences, capturePasteboard(), [](bool) {}});
     appear();
     pressCopy();
     const QMimeData* content = QGuiApplication::clipboard()->mimeData();

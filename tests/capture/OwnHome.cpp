@@ -4,6 +4,9 @@
 #include <filesystem>
 #include <string>
 
+#include <stdlib.h>
+#include <unistd.h>
+
 namespace orlimo {
 
 void moveIntoOwnHome()

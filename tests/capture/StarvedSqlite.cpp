@@ -5,6 +5,21 @@
 
 namespace orlimo {
 
+namespace {
+
+/// Can be said before the first use alone.
+[[maybe_unused]] const int told = sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 1);
+
+} // namespace
+
+bool sqliteCountsMemory()
+{
+    void* const some = sqlite3_malloc(1);
+    const bool counts = sqlite3_memory_used() > 0;
+    sqlite3_free(some);
+    return counts;
+}
+
 void writeStoreForStarvation(const std::filesystem::path& libraryFolder)
 {
     const auto file = libraryFolder / "Messages/chat.db";

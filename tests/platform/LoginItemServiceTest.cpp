@@ -14,6 +14,7 @@
 #include <string>
 
 #include <pwd.h>
+#include <stdlib.h>
 #include <unistd.h>
 
 namespace orlimo {

@@ -10,6 +10,7 @@
 #include <QScreen>
 #include <QTest>
 #include <QVBoxLayout>
+#include <QWindow>
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -381,7 +382,12 @@ TEST_F(MenuBarWindowTest, ClosesForAnotherProgramAlsoWhenItOpenedAmongOthers)
 {
     window->openAmongOthers();
     ASSERT_TRUE(awaitFocus());
-    QApplication::setActiveWindow(nullptr);
+    // None of the application's widgets, as another program's is.
+    QWindow another;
+    another.show();
+    another.requestActivate();
+    ASSERT_TRUE(await([&another] { return another.isActive(); }));
+    ASSERT_EQ(QApplication::activeWindow(), nullptr);
     EXPECT_FALSE(window->isOpen());
 }
 

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include <fcntl.h>
+#include <unistd.h>
 
 namespace orlimo {
 namespace {

@@ -19,6 +19,8 @@ WriterProcess::WriterProcess(
            .environment = environment})
 {
     EXPECT_TRUE(process.awaitLine("ready")) << process.errors();
+    // Some systems' SQLite cuts a long log by itself.
+    tell("sql PRAGMA journal_size_limit = -1");
 }
 
 void WriterProcess::tell(const std::string& command)

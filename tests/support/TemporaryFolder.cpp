@@ -1,5 +1,7 @@
 #include "tests/support/TemporaryFolder.h"
 
+#include "platform/posix/UniqueFd.h"
+
 #include <gtest/gtest.h>
 
 #include <cerrno>
@@ -15,7 +17,9 @@ namespace orlimo {
 
 TemporaryFolder::TemporaryFolder()
 {
-    std::string name = (std::filesystem::temp_directory_path() / "orlimo-test-XXXXXX").string();
+    // By the name that systems and libraries give it, where the way to it leads through a link.
+    const auto parent = std::filesystem::canonical(std::filesystem::temp_directory_path());
+    std::string name = (parent / "orlimo-test-XXXXXX").string();
     if (::mkdtemp(name.data()) == nullptr) {
         throw std::system_error(errno, std::generic_category(), name);
     }
@@ -26,6 +30,12 @@ TemporaryFolder::~TemporaryFolder()
 {
     std::error_code ignored;
     std::filesystem::remove_all(folder, ignored);
+}
+
+bool takesNameOf(const std::filesystem::path& file)
+{
+    const UniqueFd made(::open(file.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0600));
+    return made && ::unlink(file.c_str()) == 0;
 }
 
 std::string contentOf(const std::filesystem::path& file)

@@ -6,7 +6,8 @@
 
 namespace orlimo {
 
-/// An empty folder of its own for one test, removed with everything in it at the end.
+/// An empty folder of its own for one test, removed with everything in it at the end. Its path has
+/// no link in it.
 class TemporaryFolder
 {
 public:
@@ -20,6 +21,10 @@ public:
 private:
     std::filesystem::path folder;
 };
+
+/// Whether the file system can have a file of that name, which is not there yet: some want every
+/// name to be text.
+[[nodiscard]] bool takesNameOf(const std::filesystem::path& file);
 
 /// The whole content of a file; a test failure and empty when it cannot be read.
 [[nodiscard]] std::string contentOf(const std::filesystem::path& file);

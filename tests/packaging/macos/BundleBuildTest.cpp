@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <sstream>
 
 namespace orlimo {
 namespace {
@@ -100,6 +101,33 @@ protected:
         EXPECT_TRUE(contentOf(icon).starts_with("icns"));
     }
 
+    /// Test programs have another identifier than the program, so that its preferences are not
+    /// theirs, and may fork.
+    void expectTestsOfTheirOwn(const std::string& rules) const
+    {
+        const auto list = build / "tests/Info.plist";
+        EXPECT_EQ(
+            PropertyList(list).text("CFBundleIdentifier"),
+            std::string(identity::applicationIdentifier) + ".tests");
+        const std::string section = "-Xlinker __info_plist -Xlinker " + list.string();
+        std::istringstream lines(rules);
+        int programs = 0;
+        std::string program;
+        for (std::string line; std::getline(lines, line);) {
+            if (line.starts_with("build ")) {
+                program = line.find("CXX_EXECUTABLE_LINKER") == std::string::npos ? "" : line;
+            } else if (line.starts_with("  LINK_FLAGS = ") && !program.empty()) {
+                const bool isTest = program.starts_with("build tests/");
+                EXPECT_EQ(line.find(section) != std::string::npos, isTest) << program << line;
+                programs += isTest ? 1 : 0;
+            }
+        }
+        EXPECT_GE(programs, 15);
+        const auto registered = build / "tests/platform/orlimo_platform_tests[1]_include.cmake";
+        EXPECT_THAT(
+            contentOf(registered), HasSubstr("OBJC_DISABLE_INITIALIZE_FORK_SAFETY=set:YES"));
+    }
+
     TemporaryFolder folder;
     std::filesystem::path homebrew = folder.path() / "homebrew";
     std::filesystem::path build = folder.path() / "build";
@@ -143,6 +171,7 @@ TEST_F(BundleBuild, FindsWhatHomebrewLinksTogether)
         EXPECT_EQ(rules.find(ofLinux), std::string::npos) << ofLinux;
     }
     EXPECT_EQ(rules.find("/platform/linux/"), std::string::npos);
+    expectTestsOfTheirOwn(rules);
 }
 
 TEST_F(BundleBuild, FindsNoOtherModuleInOnePackageOfQts)

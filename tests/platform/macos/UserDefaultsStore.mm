@@ -1,7 +1,8 @@
 #include "tests/platform/UserDefaultsStore.h"
 
-#include "platform/ApplicationIdentity.h"
 #include "platform/macos/StringConversion.h"
+
+#include <cstdlib>
 
 #import <Foundation/Foundation.h>
 
@@ -10,8 +11,15 @@ namespace orlimo {
 void clearUserDefaults()
 {
     @autoreleasepool {
-        NSUserDefaults* const defaults = [NSUserDefaults standardUserDefaults];
-        [defaults removePersistentDomainForName:toNSString(identity::applicationIdentifier)];
+        static NSUserDefaults* const defaults = [NSUserDefaults standardUserDefaults];
+        // As the system names a program's own domain.
+        NSString* const bundle = [[NSBundle mainBundle] bundleIdentifier];
+        NSString* const domain = bundle != nil ? bundle : [[NSProcessInfo processInfo] processName];
+        if (toUtf8(domain) != ORLIMO_CLEARED_DOMAIN) {
+            NSLog(@"The preferences of %@ are not to be cleared", domain);
+            std::abort();
+        }
+        [defaults removePersistentDomainForName:domain];
         [defaults synchronize];
     }
 }

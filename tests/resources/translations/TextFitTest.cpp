@@ -1,6 +1,7 @@
 #include "tests/resources/translations/CatalogueFile.h"
 #include "tests/resources/translations/TextPlace.h"
 
+#include <QFontDatabase>
 #include <QFontInfo>
 #include <QGlyphRun>
 #include <QTextLayout>
@@ -13,14 +14,19 @@
 namespace orlimo {
 namespace {
 
-/// The widest of the fonts that desktops use for their windows, in the size and weight of `place`.
-/// What it lacks comes from the other fonts of the system, as in a window.
+/// The widest of the fonts that desktops use for their windows, or the only one where the system
+/// has one of its own, in the size and weight of `place`. What it lacks comes from the other fonts
+/// of the system, as in a window.
 QFont fontOf(const TextPlace& place)
 {
-    QFont font(QStringLiteral("DejaVu Sans"));
+    const QString family = QStringLiteral(ORLIMO_WIDEST_FONT);
+    QFont font = QFontDatabase::systemFont(QFontDatabase::GeneralFont);
+    if (!family.isEmpty()) {
+        font.setFamily(family);
+        EXPECT_EQ(QFontInfo(font).family(), family) << "it is not installed";
+    }
     font.setPixelSize(place.fontPixelSize);
     font.setWeight(place.weight);
-    EXPECT_EQ(QFontInfo(font).family(), QStringLiteral("DejaVu Sans")) << "it is not installed";
     return font;
 }
 
@@ -61,7 +67,7 @@ TEST(TextFit, EnglishTextsFitTheirPlaces)
 TEST(TextFit, WhatNoFontCanShowIsNoticed)
 {
     // A private character that no font has.
-    QTextLayout layout(QStringLiteral("Copy \uF8F7"), QFont(QStringLiteral("DejaVu Sans")));
+    QTextLayout layout(QStringLiteral("Copy \U0010FFFD"), fontOf(textPlaces().front()));
     layout.beginLayout();
     layout.createLine();
     layout.endLayout();
