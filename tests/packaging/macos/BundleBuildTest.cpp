@@ -102,7 +102,7 @@ protected:
     }
 
     /// Test programs have another identifier than the program, so that its preferences are not
-    /// theirs, and may fork.
+    /// theirs, may fork, and do not clear them under each other.
     void expectTestsOfTheirOwn(const std::string& rules) const
     {
         const auto list = build / "tests/Info.plist";
@@ -126,6 +126,10 @@ protected:
         const auto registered = build / "tests/platform/orlimo_platform_tests[1]_include.cmake";
         EXPECT_THAT(
             contentOf(registered), HasSubstr("OBJC_DISABLE_INITIALIZE_FORK_SAFETY=set:YES"));
+        // After the tests were found, or there would be none to lock.
+        EXPECT_THAT(
+            contentOf(build / "tests/platform/CTestTestfile.cmake"),
+            testing::ContainsRegex("platform_tests.*_include.*shared_preferences.cmake"));
     }
 
     TemporaryFolder folder;

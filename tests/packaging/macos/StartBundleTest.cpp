@@ -190,6 +190,13 @@ TEST_F(CheckImage, FailsWhenTheSignatureIsWrong)
     EXPECT_THAT(tools.recordedCalls().back(), HasSubstr("hdiutil detach"));
 }
 
+TEST_F(CheckImage, LetsGoOfAnImageThatTheSystemStillLooksAt)
+{
+    const auto result = check({{"ORLIMO_FAILING_CALL", "detach -quiet"}});
+    EXPECT_EQ(result.status, 0) << result.text();
+    EXPECT_THAT(tools.recordedCalls().back(), HasSubstr("hdiutil detach -force -quiet "));
+}
+
 TEST_F(CheckImage, FailsWithoutTheLinkToTheApplications)
 {
     std::filesystem::remove(volume / "Applications");
