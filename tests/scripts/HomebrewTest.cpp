@@ -1,11 +1,8 @@
-#include "tests/scripts/StandInPrograms.h"
+#include "tests/scripts/FakePrograms.h"
 #include "tests/support/OutputCapture.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include <algorithm>
-#include <sstream>
 
 namespace orlimo {
 namespace {
@@ -13,35 +10,23 @@ namespace {
 using testing::AllOf;
 using testing::Contains;
 using testing::ElementsAre;
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::MatchesRegex;
 using testing::Not;
 using testing::StartsWith;
 
 /// The packages of a group in the list for Homebrew.
-std::vector<std::string> packagesOf(const std::string& wanted)
+std::vector<std::string> packagesOf(const std::string& group)
 {
-    std::vector<std::string> packages;
-    for (const std::string& line :
-         linesOf(contentOf(ORLIMO_SOURCES "/packaging/homebrew-packages"))) {
-        std::istringstream words(line);
-        std::string group;
-        std::string package;
-        words >> group >> package;
-        if (group == wanted) {
-            packages.push_back(package);
-        }
-    }
-    return packages;
-}
-
-std::string joined(const std::vector<std::string>& words)
-{
-    std::string text;
-    for (const std::string& word : words) {
-        text += (text.empty() ? "" : " ") + word;
-    }
-    return text;
+    const auto listing = CommandResult::of(
+        "/usr/bin/env",
+        {.arguments = {
+             "awk",
+             "$1 == \"" + group + "\" { print $2 }",
+             ORLIMO_SOURCES "/packaging/homebrew-packages"}});
+    return linesOf(listing.output);
 }
 
 /// Scripts that ask a Mac which system it is and what it has.
@@ -80,13 +65,10 @@ protected:
         writeFile(
             script,
             "set -euo pipefail\n. \"" ORLIMO_SOURCES "/packaging/toolchain-environment\"\n" + show);
-        return CommandResult::of(
-            "/bin/bash",
-            {.arguments = {script},
-             .environment = {
-                 {"PATH", (programs.path() / "bin").string() + ":/usr/bin:/bin"},
-                 {"ORLIMO_HOMEBREW_PREFIX", std::nullopt},
-                 {"CMAKE_PREFIX_PATH", prefixPath}}});
+        return programs.run(
+            script,
+            {},
+            {{"ORLIMO_HOMEBREW_PREFIX", std::nullopt}, {"CMAKE_PREFIX_PATH", prefixPath}});
     }
 
     void install(const std::string& package) const
@@ -108,94 +90,68 @@ protected:
         return calls;
     }
 
-    StandInPrograms programs;
+    FakePrograms programs;
     std::filesystem::path prefix = programs.path() / "homebrew";
 };
 
 TEST_F(HomebrewTest, InstallsWhatIsMissing)
 {
-    const auto result = installDependencies({"build", "run"});
-    EXPECT_EQ(result.status, 0) << result.text();
-    const auto packages = joined(packagesOf("build"));
-    EXPECT_EQ(result.output, "Installing " + packages + "\n");
-    EXPECT_THAT(installations(), ElementsAre("brew install --quiet " + packages));
-}
+    // Nothing for a group of which macOS has everything.
+    const auto all = installDependencies({"build", "run"});
+    EXPECT_EQ(all.status, 0) << all.text();
+    std::string packages;
+    for (const std::string& package : packagesOf("build")) {
+        packages += " " + package;
+    }
+    EXPECT_EQ(all.output, "Installing" + packages + "\n");
 
-TEST_F(HomebrewTest, InstallsOnlyWhatIsMissing)
-{
     for (const std::string& package : packagesOf("build")) {
         if (package != "icu4c") {
             install(package);
         }
     }
     EXPECT_EQ(installDependencies({"build"}).status, 0);
-    EXPECT_THAT(installations(), ElementsAre("brew install --quiet icu4c"));
-}
-
-TEST_F(HomebrewTest, KnowsAPackageByItsAlias)
-{
-    for (const std::string& package : packagesOf("build")) {
-        install(package == "icu4c" ? "icu4c@77" : package);
-    }
-    EXPECT_EQ(installDependencies({"build"}).text(), "");
-    EXPECT_THAT(installations(), IsEmpty());
+    EXPECT_THAT(
+        installations(),
+        ElementsAre("brew install --quiet" + packages, "brew install --quiet icu4c"));
+    brew("exit 7");
+    EXPECT_EQ(installDependencies({"test"}).status, 7) << "its failure is one's own";
 }
 
 TEST_F(HomebrewTest, TouchesNothingWhenEverythingIsThere)
 {
+    for (const char* program : {"dpkg-query", "apt-get", "sudo"}) {
+        programs.add(program);
+    }
     for (const char* group : {"build", "run", "test", "lint"}) {
         for (const std::string& package : packagesOf(group)) {
-            install(package);
+            install(package == "icu4c" ? "icu4c@77" : package);
         }
     }
     const auto result = installDependencies({"build", "run", "test", "lint"});
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(result.text(), "");
+    EXPECT_THAT(programs.calls(), Not(Contains(MatchesRegex("(brew install|dpkg|apt|sudo).*"))));
+}
+
+TEST_F(HomebrewTest, SaysWhatIsMissingOrNotUnderstood)
+{
+    const auto group = installDependencies({"build", "cake"});
+    EXPECT_EQ(group.status, 2);
+    EXPECT_THAT(group.errors, HasSubstr("\"cake\""));
+
+    programs.add("xcode-select", "exit 2");
+    const auto compiler = installDependencies({"build"});
+    EXPECT_EQ(compiler.status, 1);
+    EXPECT_THAT(compiler.errors, HasSubstr("xcode-select --install"));
     EXPECT_THAT(installations(), IsEmpty());
-}
 
-TEST_F(HomebrewTest, AsksForNoPackageOfDebian)
-{
-    programs.add("dpkg-query");
-    programs.add("apt-get");
-    programs.add("sudo");
-    EXPECT_EQ(installDependencies({"build", "run", "test", "lint"}).status, 0);
-    for (const std::string& call : programs.calls()) {
-        EXPECT_THAT(
-            call, AllOf(Not(StartsWith("dpkg")), Not(StartsWith("apt")), Not(StartsWith("sudo"))));
-    }
-}
-
-TEST_F(HomebrewTest, AFailureOfHomebrewIsOnesOwn)
-{
-    brew("exit 7");
-    EXPECT_EQ(installDependencies({"test"}).status, 7);
-}
-
-TEST_F(HomebrewTest, SaysThatHomebrewIsMissing)
-{
+    programs.add("xcode-select");
     std::filesystem::remove(programs.path() / "bin/brew");
     programs.keepOnly({"dirname", "awk"});
-    const auto result = installDependencies({"build"});
-    EXPECT_EQ(result.status, 1);
-    EXPECT_THAT(result.errors, HasSubstr("Homebrew is missing"));
-}
-
-TEST_F(HomebrewTest, SaysThatTheCompilerIsMissing)
-{
-    programs.add("xcode-select", "exit 2");
-    const auto result = installDependencies({"build"});
-    EXPECT_EQ(result.status, 1);
-    EXPECT_THAT(result.errors, HasSubstr("xcode-select --install"));
-    EXPECT_THAT(installations(), IsEmpty());
-}
-
-TEST_F(HomebrewTest, KnowsNoOtherGroup)
-{
-    const auto result = installDependencies({"build", "cake"});
-    EXPECT_EQ(result.status, 2);
-    EXPECT_THAT(result.errors, HasSubstr("\"cake\""));
-    EXPECT_THAT(installations(), IsEmpty());
+    const auto homebrew = installDependencies({"build"});
+    EXPECT_EQ(homebrew.status, 1);
+    EXPECT_THAT(homebrew.errors, HasSubstr("Homebrew is missing"));
 }
 
 TEST_F(HomebrewTest, LeadsTheBuildToThePackages)
@@ -210,7 +166,9 @@ TEST_F(HomebrewTest, LeadsTheBuildToThePackages)
         linesOf(result.output),
         ElementsAre(
             prefix.string() + ":" + kegs + "/icu4c@77:/own",
-            (programs.path() / "bin").string() + ":/usr/bin:/bin:" + kegs + "/llvm/bin"))
+            AllOf(
+                StartsWith((programs.path() / "bin:").string()),
+                EndsWith(":" + kegs + "/llvm/bin"))))
         << result.errors;
     auto calls = programs.calls();
     std::erase_if(calls, [](const auto& call) { return !call.starts_with("brew"); });

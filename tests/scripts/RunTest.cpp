@@ -1,4 +1,4 @@
-#include "tests/scripts/StandInPrograms.h"
+#include "tests/scripts/FakePrograms.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -22,7 +22,7 @@ protected:
             "run", arguments, {{"QT_QPA_PLATFORM", "offscreen"}, {"TMPDIR", scratch.path()}});
     }
 
-    StandInPrograms programs;
+    FakePrograms programs;
     TemporaryFolder scratch;
 };
 

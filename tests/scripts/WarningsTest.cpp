@@ -1,4 +1,4 @@
-#include "tests/scripts/StandInPrograms.h"
+#include "tests/scripts/FakePrograms.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
@@ -52,7 +52,7 @@ protected:
 
     void write(const std::string& program) const { writeFile(tree.path() / "main.cpp", program); }
 
-    StandInPrograms programs;
+    FakePrograms programs;
     TemporaryFolder tree;
     std::filesystem::path home = programs.path() / "home";
 };

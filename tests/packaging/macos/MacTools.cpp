@@ -11,17 +11,13 @@
 
 namespace orlimo {
 
-namespace {
-
 /// Scripts of many small steps take their time on a busy machine.
-constexpr std::chrono::minutes scriptLimit{4};
-
-} // namespace
+static constexpr std::chrono::minutes scriptLimit{4};
 
 std::map<std::string, std::optional<std::string>> MacTools::environment() const
 {
     return {
-        {"PATH", ORLIMO_MACOS_TESTS "/standins:" + std::string(std::getenv("PATH"))},
+        {"PATH", ORLIMO_MACOS_TESTS "/fakes:" + std::string(std::getenv("PATH"))},
         {"ORLIMO_AR", ORLIMO_LLVM_AR},
         {"ORLIMO_CALLS", calls.string()},
         {"CCACHE_DISABLE", "1"},
@@ -55,23 +51,14 @@ CommandResult MacTools::run(
         scriptLimit);
 }
 
-std::vector<std::string> MacTools::recordedCalls(const std::string& removed) const
+std::vector<std::string> MacTools::recordedCalls() const
 {
-    std::vector<std::string> found;
     if (!std::filesystem::exists(calls)) {
-        return found;
+        return {};
     }
-    for (std::string line : linesOf(contentOf(calls))) {
-        for (auto at = line.find(removed); !removed.empty() && at != std::string::npos;
-             at = line.find(removed))
-        {
-            line.erase(at, removed.size());
-        }
-        // Where the work is done is called differently each time.
-        static const std::regex scratch("/[.]signing[.][A-Za-z0-9]+/");
-        found.push_back(std::regex_replace(line, scratch, "(copy)/"));
-    }
-    return found;
+    // Where a copy is signed is called differently each time.
+    static const std::regex scratch("[^ ]*/[.]signing[.][A-Za-z0-9]+/");
+    return linesOf(std::regex_replace(contentOf(calls), scratch, "(copy)/"));
 }
 
 void MacTools::makeHomebrew(const std::filesystem::path& folder) const

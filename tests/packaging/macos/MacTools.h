@@ -29,8 +29,8 @@ public:
         std::vector<std::string> arguments,
         const std::map<std::string, std::optional<std::string>>& changes = {}) const;
 
-    /// How the fakes were called until now, with the folder `removed` left out of the words.
-    [[nodiscard]] std::vector<std::string> recordedCalls(const std::string& removed = "") const;
+    /// How the fakes were called until now.
+    [[nodiscard]] std::vector<std::string> recordedCalls() const;
 
     /// Makes what is taken from a Mac with Homebrew in `folder`.
     void makeHomebrew(const std::filesystem::path& folder) const;

@@ -61,6 +61,7 @@ TEST_F(MinimumSystem, IsNotBelowWhatALibraryNeeds)
     tools.makeLibrary(frameworks / "liblater.dylib", "arm64", "26.0");
     tools.makeLibrary(frameworks / "liblatest.dylib", "x86_64", "26.1");
     makeUniversal("libboth.dylib", "libsame.dylib liblatest.dylib");
+    makeUniversal("libother.dylib", "liblater.dylib libold.dylib");
     const auto result = check("15.0");
     EXPECT_EQ(result.status, 1);
     EXPECT_THAT(
@@ -70,6 +71,7 @@ TEST_F(MinimumSystem, IsNotBelowWhatALibraryNeeds)
             HasSubstr("Frameworks/liblater.dylib needs macOS 26.0\n"),
             HasSubstr("Frameworks/liblatest.dylib needs macOS 26.1\n"),
             HasSubstr("Frameworks/libboth.dylib needs macOS 26.1\n"),
+            HasSubstr("Frameworks/libother.dylib needs macOS 26.0\n"),
             HasSubstr("--minimum-system"),
             Not(HasSubstr("libsame")),
             Not(HasSubstr("libold"))));

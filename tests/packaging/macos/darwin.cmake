@@ -6,7 +6,7 @@ set(CMAKE_SYSTEM_PROCESSOR arm64)
 set(CMAKE_OSX_SYSROOT "$ENV{ORLIMO_HOMEBREW}/objects")
 set(CMAKE_TRY_COMPILE_TARGET_TYPE STATIC_LIBRARY)
 
-set(tools ${CMAKE_CURRENT_LIST_DIR}/standins)
+set(tools ${CMAKE_CURRENT_LIST_DIR}/fakes)
 foreach(language IN ITEMS C CXX OBJCXX)
     set(CMAKE_${language}_COMPILER ${tools}/clang++)
     set(CMAKE_${language}_COMPILER_WORKS TRUE)

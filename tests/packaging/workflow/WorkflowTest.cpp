@@ -139,19 +139,5 @@ TEST(Workflow, NeedsNoSecret)
     EXPECT_THAT(contentOf(workflow), Not(HasSubstr("SIGNING")));
 }
 
-TEST(MacScripts, AreSound)
-{
-    std::vector<std::string> words{"shellcheck", "-x", "-P", sources.string()};
-    for (const auto& entry : std::filesystem::directory_iterator(sources / "packaging/macos")) {
-        if (contentOf(entry.path()).starts_with("#!")) {
-            words.push_back(entry.path().string());
-            EXPECT_EQ(command({"bash", "-n", entry.path().string()}).status, 0) << entry.path();
-        }
-    }
-    EXPECT_GT(words.size(), 4U);
-    const auto result = command(words);
-    EXPECT_EQ(result.status, 0) << result.text();
-}
-
 } // namespace
 } // namespace orlimo

@@ -1,7 +1,5 @@
 #include "platform/macos/DefaultModeCall.h"
 
-#include "platform/macos/ActionTarget.h"
-
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -15,25 +13,14 @@ namespace {
 class DefaultModeCallTest : public testing::Test
 {
 protected:
-    /// Runs the loop in `mode` until what is due in it has been done.
+    /// Runs the loop in `mode` for a while.
     static void run(NSString* mode)
     {
         @autoreleasepool {
-            bool done = false;
-            const std::function<void()> finish = [&done] { done = true; };
-            OrlimoActionTarget* const target =
-                [[[OrlimoActionTarget alloc] initWithAction:&finish] autorelease];
-            NSTimer* const timer = [NSTimer timerWithTimeInterval:0.02
-                                                           target:target
-                                                         selector:@selector(performAction:)
-                                                         userInfo:nil
-                                                          repeats:NO];
-            NSRunLoop* const loop = [NSRunLoop currentRunLoop];
-            [loop addTimer:timer forMode:mode];
-            while (!done && [loop runMode:mode
-                                beforeDate:[NSDate dateWithTimeIntervalSinceNow:0.02]]) {
+            NSDate* const end = [NSDate dateWithTimeIntervalSinceNow:0.02];
+            while ([end timeIntervalSinceNow] > 0) {
+                [[NSRunLoop currentRunLoop] runMode:mode beforeDate:end];
             }
-            ASSERT_TRUE(done);
         }
     }
     static void runTrackingMode() { run(@"mouse tracking"); }
@@ -48,46 +35,30 @@ protected:
                                         }};
 };
 
-TEST_F(DefaultModeCallTest, WaitsForTheDefaultMode)
+TEST_F(DefaultModeCallTest, CallsOnceInTheDefaultModeWithTheStateOfThatTime)
 {
-    call->schedule();
-    EXPECT_EQ(calls, 0);
-    runTrackingMode();
-    EXPECT_EQ(calls, 0);
     runDefaultMode();
-    EXPECT_EQ(calls, 1);
-    runDefaultMode();
-    EXPECT_EQ(calls, 1);
-}
-
-TEST_F(DefaultModeCallTest, CallsOnceWithTheStateOfThatTime)
-{
-    call->schedule();
-    isOpen = true;
-    call->schedule();
-    runTrackingMode();
-    call->schedule();
-    runDefaultMode();
-    EXPECT_EQ(calls, 1);
-    EXPECT_EQ(seen, true);
-
-    isOpen = false;
-    call->schedule();
-    runDefaultMode();
-    EXPECT_EQ(calls, 2);
-    EXPECT_EQ(seen, false);
+    EXPECT_EQ(calls, 0) << "not asked";
+    for (const bool state : {true, false}) {
+        calls = 0;
+        call->schedule();
+        isOpen = state;
+        call->schedule();
+        runTrackingMode();
+        EXPECT_EQ(calls, 0);
+        call->schedule();
+        for (int time = 0; time < 2; ++time) {
+            runDefaultMode();
+            EXPECT_EQ(calls, 1);
+        }
+        EXPECT_EQ(seen, state);
+    }
 }
 
 TEST_F(DefaultModeCallTest, IsDroppedWhenItIsDestroyed)
 {
     call->schedule();
     call.reset();
-    runDefaultMode();
-    EXPECT_EQ(calls, 0);
-}
-
-TEST_F(DefaultModeCallTest, IsNotCalledUnasked)
-{
     runDefaultMode();
     EXPECT_EQ(calls, 0);
 }

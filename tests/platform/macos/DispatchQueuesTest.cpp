@@ -22,11 +22,11 @@ TEST(DispatchQueues, TheMainQueueIsClosedWithTheApplication)
         int runs = 0;
         const auto token = std::make_shared<int>(0);
         mainQueue().async([&runs] { ++runs; });
-        script.runMainQueue();
+        script.run();
         mainQueue().async([&runs, token] { ++runs; });
         qt_call_post_routines();
         mainQueue().async([&runs, token] { ++runs; });
-        script.runMainQueue();
+        script.run();
         backgroundQueue().async([&runs] { ++runs; });
         script.run("global 9 0"); // of background quality
         ::_exit(runs == 2 && token.use_count() == 1 ? 0 : 1);

@@ -4,7 +4,6 @@
 #include "tests/platform/ForeignLock.h"
 #include "tests/platform/macos/fakes/ScriptedDispatch.h"
 #include "tests/support/TemporaryFolder.h"
-#include "watch/FileMonitor.h"
 
 #include <gtest/gtest.h>
 
@@ -15,16 +14,16 @@
 #include <optional>
 #include <string>
 #include <system_error>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 #include <fcntl.h>
-#include <unistd.h>
 
 namespace orlimo {
 namespace {
 
 using namespace std::chrono_literals;
-using Calls = std::vector<std::string>;
 
 constexpr VnodeEvents vnodeWrite = 0x2;
 
@@ -43,7 +42,7 @@ protected:
 
     void make(VnodeEvents mask = vnodeExtend)
     {
-        source = makeDispatchVnodeSource(opened.get(), mask, mainQueue(), script.clock());
+        source = makeDispatchVnodeSource(opened.get(), mask, mainQueue(), clock);
         source->setEventHandler([this] { seen.push_back(source->data()); });
         source->setCancelHandler([this] { ++cancellations; });
     }
@@ -66,12 +65,29 @@ protected:
     void pass(std::chrono::nanoseconds span)
     {
         script.advance(span);
-        script.runMainQueue();
+        script.run();
+    }
+
+    /// The writer appends a commit's frames and keeps the lock.
+    void holdAndGrow()
+    {
+        hold();
+        grow();
+        script.run();
+    }
+
+    /// How long after now the next look is due.
+    [[nodiscard]] std::optional<std::chrono::nanoseconds> delay() const
+    {
+        const auto* const timer = script.timer();
+        return timer != nullptr && timer->due ? std::optional(*timer->due - script.now)
+                                              : std::nullopt;
     }
 
     [[nodiscard]] std::size_t events() const { return seen.size(); }
 
     ScriptedDispatch& script = ScriptedDispatch::shared();
+    UptimeClock clock = [this] { return script.now; };
     TemporaryFolder folder;
     std::filesystem::path log = folder.path() / "store-wal";
     std::filesystem::path index = folder.path() / "store-shm";
@@ -82,277 +98,185 @@ protected:
     std::unique_ptr<VnodeSource> source;
 };
 
-TEST_F(DispatchVnodeSourceTest, IsMadeForTheDescriptorAndTheMaskOnTheMainQueue)
-{
-    make();
-    ASSERT_EQ(script.numberOfSources(), 1U);
-    EXPECT_EQ(script.source().handle, static_cast<std::uintptr_t>(opened.get()));
-    EXPECT_EQ(script.source().mask, 0x4U);
-    EXPECT_EQ(script.source().queue, "main");
-}
-
-TEST_F(DispatchVnodeSourceTest, ReportsGrowthOnTheMainQueueAndSaysWhatItIs)
-{
-    watch();
-    EXPECT_EQ(source->data(), 0U);
-    grow();
-    EXPECT_EQ(events(), 0U);
-    script.runMainQueue();
-    EXPECT_EQ(seen, std::vector{vnodeExtend});
-    EXPECT_EQ(source->data(), 0U);
-    grow();
-    script.runMainQueue();
-    EXPECT_EQ(events(), 2U);
-    EXPECT_TRUE(script.delays().empty());
-}
-
-TEST_F(DispatchVnodeSourceTest, DoesNotTellAgainOfGrowthThatWasDeliveredAlready)
-{
-    watch();
-    grow();
-    script.runMainQueue();
-    script.fire(vnodeExtend);
-    script.runMainQueue();
-    EXPECT_EQ(events(), 1U);
-}
-
-TEST_F(DispatchVnodeSourceTest, PassesOtherEventsOnThatWereAskedFor)
+TEST_F(DispatchVnodeSourceTest, ReportsOnTheMainQueueWhatWasAskedForAndGrowthOnce)
 {
     watch(vnodeWrite | vnodeExtend);
-    EXPECT_EQ(script.source().mask, 0x6U);
+    ASSERT_EQ(script.sources.size(), 1U);
+    EXPECT_EQ(script.sources[0].handle, static_cast<std::uintptr_t>(opened.get()));
+    EXPECT_EQ(script.sources[0].mask, 0x6U);
+    EXPECT_EQ(script.sources[0].queue, "main");
+    for (std::size_t time = 1; time <= 2; ++time) {
+        grow();
+        EXPECT_EQ(events(), time - 1);
+        script.run();
+        EXPECT_EQ(seen, std::vector(time, vnodeExtend));
+        EXPECT_EQ(source->data(), 0U) << "outside of the handler";
+    }
+    script.fire(vnodeExtend); // of what was delivered already
+    script.run();
+    EXPECT_EQ(events(), 2U);
     hold();
     script.fire(vnodeWrite);
-    script.runMainQueue();
-    EXPECT_EQ(seen, std::vector{vnodeWrite});
+    script.run();
+    EXPECT_EQ(seen.back(), vnodeWrite);
+    EXPECT_EQ(script.timer(), nullptr) << "nothing waits";
 }
 
-TEST_F(DispatchVnodeSourceTest, FailsForWhatIsNotOpen)
+TEST_F(DispatchVnodeSourceTest, CannotBeMadeForWhatIsNotOpenNorForNoEvents)
 {
-    try {
-        (void)makeDispatchVnodeSource(-1, vnodeExtend, mainQueue(), script.clock());
-        FAIL() << "there is no such descriptor";
-    } catch (const std::system_error& error) {
-        EXPECT_EQ(error.code(), std::error_code(EBADF, std::generic_category()));
-    }
-}
-
-TEST_F(DispatchVnodeSourceTest, FailsForEventsThatThereAreNot)
-{
-    try {
-        make(0);
-        FAIL() << "there is nothing to report";
-    } catch (const std::system_error& error) {
-        EXPECT_EQ(error.code(), std::error_code(EINVAL, std::generic_category()));
+    for (const auto& [descriptor, mask, number] :
+         {std::tuple{-1, vnodeExtend, EBADF}, std::tuple{opened.get(), VnodeEvents{0}, EINVAL}})
+    {
+        try {
+            (void)makeDispatchVnodeSource(descriptor, mask, mainQueue(), clock);
+            FAIL() << number;
+        } catch (const std::system_error& error) {
+            EXPECT_EQ(error.code(), std::error_code(number, std::generic_category()));
+        }
     }
 }
 
 // While another process holds the writer's lock
 
-TEST_F(DispatchVnodeSourceTest, WithholdsGrowthFromTheFirstFrameToTheCommit)
+TEST_F(DispatchVnodeSourceTest, WaitsByOneStrictTimerInPausesThatGrow)
 {
     watch();
-    hold();
+    holdAndGrow();
+    EXPECT_EQ(delay(), 100us);
+    pass(60us);
     grow();
-    script.runMainQueue();
-    pass(500ms);
-    EXPECT_EQ(events(), 0U);
-    letGo();
-    pass(5ms);
-    EXPECT_EQ(events(), 1U);
-    pass(1h);
-    EXPECT_EQ(events(), 1U);
-}
-
-TEST_F(DispatchVnodeSourceTest, LooksAgainInPausesThatGrow)
-{
-    watch();
-    hold();
-    grow();
-    script.runMainQueue();
-    EXPECT_EQ(script.delays(), std::vector<std::chrono::nanoseconds>{100us});
-    pass(100us);
-    EXPECT_EQ(script.delays(), std::vector<std::chrono::nanoseconds>{100us});
+    script.run();
+    EXPECT_EQ(delay(), 40us) << "growth puts no look off";
+    pass(40us);
     pass(7900us);
-    EXPECT_EQ(script.delays(), std::vector<std::chrono::nanoseconds>{1ms});
-    pass(100ms);
-    EXPECT_EQ(script.delays(), std::vector<std::chrono::nanoseconds>{5ms});
-}
-
-TEST_F(DispatchVnodeSourceTest, WaitsByAStrictTimerOfItsQueue)
-{
-    watch();
-    EXPECT_TRUE(script.timers().empty()) << "nothing waits";
-    hold();
-    grow();
-    script.runMainQueue();
-    pass(8ms);
-    const auto timers = script.timers();
-    ASSERT_EQ(timers.size(), 1U) << "one for all pauses";
-    EXPECT_TRUE(timers.front().isStrict);
-    EXPECT_EQ(timers.front().leeway, 0ns);
-    EXPECT_TRUE(timers.front().active);
-    EXPECT_EQ(timers.front().queue, "main");
+    EXPECT_EQ(delay(), 1ms);
+    ASSERT_EQ(script.sources.size(), 2U);
+    EXPECT_EQ(script.timer()->mask, 1U) << "the system does not put it off";
+    EXPECT_EQ(script.timer()->leeway, 0ns);
+    EXPECT_TRUE(script.timer()->active);
+    EXPECT_EQ(script.timer()->queue, "main");
     source->cancel();
-    script.runMainQueue();
-    EXPECT_TRUE(script.timers().empty());
+    script.run();
+    EXPECT_EQ(script.timer(), nullptr);
 }
 
-TEST_F(DispatchVnodeSourceTest, AllGrowthOfACommitIsOneEvent)
+TEST_F(DispatchVnodeSourceTest, AllGrowthOfACommitIsOneEventAtItsEnd)
 {
     watch();
     hold();
     for (int frame = 0; frame < 10; ++frame) {
         grow();
-        script.runMainQueue();
-        EXPECT_EQ(script.delays().size(), 1U) << "one look is enough";
+        script.run();
+        EXPECT_TRUE(delay());
         pass(1ms);
     }
-    grow(); // told of only when the writer has let go
+    pass(500ms);
+    EXPECT_EQ(events(), 0U);
+    grow(); // reported only when the writer has let go
     letGo();
-    pass(5ms);
+    pass(1h);
     EXPECT_EQ(events(), 1U);
-    EXPECT_TRUE(script.delays().empty());
+    EXPECT_FALSE(delay());
 }
 
-TEST_F(DispatchVnodeSourceTest, ALateWordOfTheLastFramesIsNotAnotherEvent)
+TEST_F(DispatchVnodeSourceTest, ALateReportOfTheLastFramesIsNotAnotherEvent)
 {
     watch();
-    hold();
-    grow();
-    script.runMainQueue();
+    holdAndGrow();
     appendToFile(log, "last");
     letGo();
     pass(5ms);
     EXPECT_EQ(events(), 1U);
     script.fire(vnodeExtend);
-    script.runMainQueue();
+    script.run();
     EXPECT_EQ(events(), 1U);
 }
 
 TEST_F(DispatchVnodeSourceTest, AnEventFindsTheLockFreeBeforeTheNextLookDoes)
 {
     watch();
-    hold();
-    grow();
-    script.runMainQueue();
-    letGo();
-    grow();
-    script.runMainQueue();
-    EXPECT_EQ(events(), 1U);
-    pass(1s);
-    EXPECT_EQ(events(), 1U) << "the look that was due finds nothing";
-    EXPECT_TRUE(script.delays().empty());
-}
-
-TEST_F(DispatchVnodeSourceTest, IsNotHeldUpByTheLockOfAnotherFile)
-{
-    const auto plain = folder.path() / "plain";
-    writeFile(plain, "plain");
-    opened = UniqueFd(::open(plain.c_str(), O_RDONLY | O_CLOEXEC));
-    watch();
-    hold();
-    script.fire(vnodeExtend);
-    script.runMainQueue();
-    EXPECT_EQ(events(), 1U);
+    for (const std::size_t commits : {1U, 2U}) {
+        holdAndGrow();
+        letGo();
+        if (commits == 1) {
+            grow();
+        } else {
+            script.fire(vnodeExtend); // of what was seen already
+        }
+        script.run();
+        EXPECT_EQ(events(), commits);
+        pass(1s);
+        EXPECT_EQ(events(), commits) << "the look that was due finds nothing";
+    }
+    EXPECT_FALSE(delay());
 }
 
 // Cancelling
 
-TEST_F(DispatchVnodeSourceTest, RunsTheCancelHandlerOnceAndLater)
+TEST_F(DispatchVnodeSourceTest, RunsTheCancelHandlerOnceAndLaterAndDropsTheEventThatWaits)
 {
     watch();
+    grow();
     source->cancel();
     EXPECT_EQ(cancellations, 0);
-    script.runMainQueue();
-    EXPECT_EQ(cancellations, 1);
-    source->cancel();
-    script.runMainQueue();
-    EXPECT_EQ(cancellations, 1);
+    for (int time = 0; time < 2; ++time) {
+        script.run();
+        EXPECT_EQ(cancellations, 1);
+        EXPECT_EQ(events(), 0U);
+        source->cancel();
+    }
 }
 
-TEST_F(DispatchVnodeSourceTest, DropsTheEventThatWaitsWhenItIsCancelled)
+TEST_F(DispatchVnodeSourceTest, LooksAtNothingAfterCancelNorWhenItHasGone)
 {
-    watch();
-    grow();
-    source->cancel();
-    script.runMainQueue();
-    EXPECT_EQ(events(), 0U);
-    EXPECT_EQ(cancellations, 1);
+    for (const bool isCancelled : {true, false}) {
+        script.reset();
+        watch();
+        holdAndGrow();
+        if (isCancelled) {
+            source->cancel();
+        } else {
+            source.reset();
+        }
+        const UniqueFd closed = std::move(opened);
+        letGo();
+        pass(1h);
+        EXPECT_EQ(events(), 0U);
+        EXPECT_EQ(cancellations, 1) << "what goes is not cancelled";
+        EXPECT_EQ(script.timer(), nullptr);
+        opened = UniqueFd(::open(log.c_str(), O_RDONLY | O_CLOEXEC));
+    }
 }
 
-TEST_F(DispatchVnodeSourceTest, LooksAtNothingAfterCancel)
+TEST_F(DispatchVnodeSourceTest, MayGoInItsOwnHandlers)
 {
-    watch();
-    hold();
-    grow();
-    script.runMainQueue();
-    source->cancel();
-    opened = UniqueFd();
-    letGo();
-    pass(1h);
-    EXPECT_EQ(events(), 0U);
-    EXPECT_EQ(cancellations, 1);
-    EXPECT_TRUE(script.delays().empty());
-}
-
-TEST_F(DispatchVnodeSourceTest, MayGoWhileALookIsDue)
-{
-    watch();
-    hold();
-    grow();
-    script.runMainQueue();
-    source.reset();
-    opened = UniqueFd();
-    letGo();
-    pass(1h);
-    EXPECT_EQ(events(), 0U);
-    EXPECT_EQ(cancellations, 0) << "nobody cancelled it";
-    EXPECT_TRUE(script.delays().empty());
-    EXPECT_TRUE(script.timers().empty());
-}
-
-TEST_F(DispatchVnodeSourceTest, MayGoInItsOwnEventHandler)
-{
-    watch();
-    int runs = 0;
-    source->setEventHandler([this, &runs] {
-        ++runs;
-        source.reset();
-    });
-    grow();
-    script.runMainQueue();
-    EXPECT_EQ(runs, 1);
-    grow();
-    pass(1h);
-    EXPECT_EQ(runs, 1);
-}
-
-TEST_F(DispatchVnodeSourceTest, MayGoInItsEventHandlerAfterAPause)
-{
-    watch();
-    int runs = 0;
-    source->setEventHandler([this, &runs] {
-        ++runs;
-        source.reset();
-    });
-    hold();
-    grow();
-    script.runMainQueue();
-    letGo();
-    pass(5ms);
-    EXPECT_EQ(runs, 1);
-    EXPECT_TRUE(script.timers().empty());
-}
-
-TEST_F(DispatchVnodeSourceTest, MayGoInItsCancelHandler)
-{
+    for (const bool waits : {true, false}) {
+        script.reset();
+        watch();
+        int runs = 0;
+        source->setEventHandler([this, &runs] {
+            ++runs;
+            source.reset();
+        });
+        if (waits) {
+            hold();
+        }
+        grow();
+        script.run();
+        letGo();
+        pass(5ms);
+        grow();
+        pass(1h);
+        EXPECT_EQ(runs, 1);
+        EXPECT_EQ(script.timer(), nullptr);
+    }
     watch();
     source->setCancelHandler([this] {
         ++cancellations;
         source.reset();
     });
     source->cancel();
-    script.runMainQueue();
+    script.run();
     EXPECT_EQ(cancellations, 1);
 }
 
@@ -366,73 +290,26 @@ TEST_F(DispatchVnodeSourceTest, KeepsItsHandlersUntilItIsCancelledAndDropsThemTh
     token.reset();
     source->cancel();
     EXPECT_FALSE(kept.expired());
-    script.runMainQueue();
+    script.run();
     EXPECT_TRUE(kept.expired());
 }
 
 TEST_F(DispatchVnodeSourceTest, IsActivatedBeforeItIsReleasedWhetherItWasResumedOrNot)
 {
-    make();
-    source->cancel();
-    script.runMainQueue();
-    EXPECT_EQ(cancellations, 1);
-    source.reset();
-    EXPECT_EQ(
-        script.namesOfCalls(),
-        (Calls{
-            "create", "set event handler", "set cancel handler", "cancel", "activate", "release"}));
-
-    script.reset();
-    make();
-    source.reset();
-    EXPECT_EQ(
-        script.namesOfCalls(),
-        (Calls{
-            "create", "set event handler", "set cancel handler", "cancel", "activate", "release"}));
-    EXPECT_EQ(script.source().references, 0);
-}
-
-// Under the file monitor
-
-/// The monitor of a file, which does to its source what it does in the running program.
-class DispatchVnodeSourceOfAMonitor : public DispatchVnodeSourceTest
-{
-protected:
-    [[nodiscard]] WatchHost host()
-    {
-        return {
-            mainQueue(),
-            backgroundQueue(),
-            script.clock(),
-            [this](int descriptor, VnodeEvents mask, Queue& queue) {
-                auto made = makeDispatchVnodeSource(descriptor, mask, queue, script.clock());
-                ofMonitor = made.get();
-                return made;
-            }};
+    for (const bool isCancelled : {true, false}) {
+        script.reset();
+        make();
+        if (isCancelled) {
+            source->cancel();
+            script.run();
+            EXPECT_EQ(cancellations, 1);
+        }
+        source.reset();
+        EXPECT_EQ(
+            script.calls,
+            (std::vector<std::string>{
+                "set event handler", "set cancel handler", "cancel", "activate", "release"}));
     }
-
-    VnodeSource* ofMonitor = nullptr;
-};
-
-TEST_F(DispatchVnodeSourceOfAMonitor, IsMadeThenGivenHandlersThenResumedAtTheEndOfTheFile)
-{
-    FileMonitor::create(log, host());
-    EXPECT_EQ(
-        script.namesOfCalls(),
-        (Calls{"create", "set event handler", "set cancel handler", "activate"}));
-    EXPECT_EQ(script.positionsAtCalls(), (std::vector{0L, 0L, 0L, 10L}));
-    ofMonitor->cancel();
-    script.runMainQueue();
-}
-
-TEST_F(DispatchVnodeSourceOfAMonitor, ClosesTheFileWhenItIsCancelled)
-{
-    const auto monitor = FileMonitor::create(log, host());
-    const auto descriptor = static_cast<int>(script.source().handle);
-    ofMonitor->cancel();
-    EXPECT_GE(::fcntl(descriptor, F_GETFD), 0) << "the system may still watch it";
-    script.runMainQueue();
-    EXPECT_LT(::fcntl(descriptor, F_GETFD), 0);
 }
 
 } // namespace

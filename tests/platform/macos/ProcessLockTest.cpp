@@ -1,12 +1,10 @@
 #include "platform/posix/ProcessLock.h"
 
 #include "tests/platform/ForeignLock.h"
-#include "tests/support/ForkedRun.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <filesystem>
 #include <optional>
 
@@ -47,17 +45,6 @@ TEST_F(ProcessLockOfAFile, IsRefusedWhileAnotherProcessHoldsIt)
     }
     EXPECT_EQ(lock.holder(), std::nullopt) << "killed, which gives it up";
     EXPECT_EQ(lock.take(), Outcome::taken);
-}
-
-TEST_F(ProcessLockOfAFile, IsNotAChilds)
-{
-    ProcessLock lock(file);
-    ASSERT_EQ(lock.take(), Outcome::taken);
-    const auto child = runForked([&lock] {
-        (void)std::printf("%d", static_cast<int>(lock.take() == Outcome::heldByAnother));
-    });
-    EXPECT_EQ(child.output, "1");
-    EXPECT_TRUE(isLockedSeenFromElsewhere(file, 0, 0)) << "and its end does not take it away";
 }
 
 TEST_F(ProcessLockOfAFile, CannotBeHadWhereTheFileCannotBeOpened)

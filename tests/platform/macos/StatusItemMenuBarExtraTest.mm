@@ -31,11 +31,14 @@ protected:
         item.returns("button", button.object());
         item.returns<BOOL>("isVisible", YES);
         button.returns("window", buttonWindow.object());
+        image.records("setTemplate:", isTemplate);
         button.records("setTarget:", target);
         button.records("highlight:", isHighlighted);
         button.records("sendActionOn:", eventMask);
         // Without a screen points count upwards from the upper edge.
         buttonWindow.returns("convertRectToScreen:", NSMakeRect(400, -23, 22, 22));
+        QIcon icon;
+        icon.setIsMask(true);
         extra = std::make_unique<StatusItemMenuBarExtra>(
             [this] {
                 auto made = std::make_unique<QWidget>();
@@ -43,7 +46,7 @@ protected:
                 content = made.get();
                 return made;
             },
-            QIcon(),
+            icon,
             currentUptime,
             AppKitHost{.isThere = true, .viewOf = [this](const QWidget& /*window*/) {
                            return static_cast<NSView*>(view.object());
@@ -62,6 +65,8 @@ protected:
     void openAndClose()
     {
         extra->open();
+        runEventLoop(0ms);
+        EXPECT_FALSE(isHighlighted) << "the button is pressed, and would take it back";
         settle();
         EXPECT_TRUE(isHighlighted);
         extra->close();
@@ -69,16 +74,11 @@ protected:
         EXPECT_FALSE(isHighlighted);
     }
 
-    /// Until what is put off to the next turn of the event loop has been done.
+    /// Until what is put off to the next turn of the event loop, and to the default mode of the
+    /// system's own, has been done.
     static void settle()
     {
         runEventLoop(0ms);
-        runDefaultMode();
-    }
-
-    /// What is put off to the default mode of the system's own loop.
-    static void runDefaultMode()
-    {
         @autoreleasepool {
             [[NSRunLoop currentRunLoop] runUntilDate:[NSDate dateWithTimeIntervalSinceNow:0.02]];
         }
@@ -89,8 +89,10 @@ protected:
     FakeObject& item = FakeObject::named("item");
     FakeObject& button = FakeObject::named("button");
     FakeObject& buttonWindow = FakeObject::named("window of the button");
+    FakeObject& image = FakeObject::named("NSImage");
     FakeObject& view = FakeObject::named("view");
     id target = nil;
+    BOOL isTemplate = NO;
     BOOL isHighlighted = NO;
     NSInteger eventMask = 0;
     QWidget* content = nullptr;
@@ -100,6 +102,7 @@ protected:
 TEST_F(StatusItemMenuBarExtraTest, OpensUnderItsItemWhenAButtonOfTheMouseGoesDownAndClosesAgain)
 {
     EXPECT_EQ(eventMask, (1 << 1) | (1 << 3));
+    EXPECT_TRUE(isTemplate) << "the system gives the image its colour";
     press();
     EXPECT_TRUE(extra->isOpen());
     EXPECT_EQ(content->geometry(), QRect(411 - 150, 23, 300, 540));
@@ -108,6 +111,12 @@ TEST_F(StatusItemMenuBarExtraTest, OpensUnderItsItemWhenAButtonOfTheMouseGoesDow
     button.returns<id>("window", nil);
     press();
     EXPECT_TRUE(extra->isOpen()) << "also while the item has no place";
+    const QRect withoutPlace = content->geometry();
+    press();
+    button.returns("window", buttonWindow.object());
+    buttonWindow.returns("convertRectToScreen:", NSMakeRect(400, -23, 0, 0));
+    press();
+    EXPECT_EQ(content->geometry(), withoutPlace);
     extra.reset();
     EXPECT_THAT(bar.messages, Contains("removeStatusItem:"));
     EXPECT_EQ(target, nil);
@@ -133,13 +142,7 @@ TEST_F(StatusItemMenuBarExtraTest, MakesTheProgramActiveBeforeTheWindowIsShown)
     EXPECT_EQ(content->windowType(), Qt::Window) << "the system would hide a tool window";
 }
 
-TEST_F(StatusItemMenuBarExtraTest, HighlightsItsItemWhileItIsOpenAndGivesTheFocusBackThen)
-{
-    openAndClose();
-    EXPECT_THAT(application.messages, Contains("hide:"));
-}
-
-TEST_F(StatusItemMenuBarExtraTest, KeepsTheFocusForAnotherWindowOrProgram)
+TEST_F(StatusItemMenuBarExtraTest, HighlightsItsItemWhileItIsOpenAndGivesTheFocusBackToNobodyElse)
 {
     application.returns("keyWindow", FakeObject::named("another window").object());
     openAndClose();
@@ -147,6 +150,9 @@ TEST_F(StatusItemMenuBarExtraTest, KeepsTheFocusForAnotherWindowOrProgram)
     application.returns<BOOL>("isActive", NO);
     openAndClose();
     EXPECT_THAT(application.messages, Not(Contains("hide:")));
+    application.returns<BOOL>("isActive", YES);
+    openAndClose();
+    EXPECT_THAT(application.messages, Contains("hide:"));
 }
 
 TEST_F(StatusItemMenuBarExtraTest, OpensForAStartWhereTheUserHasTakenTheItemOut)

@@ -5,9 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstddef>
-#include <ostream>
-#include <string>
+#include <utility>
 #include <vector>
 
 namespace orlimo {
@@ -15,45 +13,25 @@ namespace {
 
 using Request = CommandLine::Request;
 
-struct Case
+TEST(SystemArguments, AreCounted)
 {
-    std::vector<const char*> arguments;
-    std::size_t systemArguments;
-};
-
-void PrintTo(const Case& value, std::ostream* out)
-{
-    *out << testing::PrintToString(value.arguments);
+    using Arguments = std::vector<const char*>;
+    for (const auto& [arguments, count] :
+         {std::pair{Arguments{}, 0U},
+          std::pair{Arguments{"-AppleLanguages", "(de)"}, 2U},
+          std::pair{Arguments{"-AppleLanguages", "(de)", "-AppleLocale", "de_DE"}, 2U},
+          std::pair{Arguments{"-NSDocumentRevisionsDebugMode", "YES", "--side-by-side"}, 2U},
+          std::pair{Arguments{"-NSDocumentRevisionsDebugMode"}, 1U},
+          std::pair{Arguments{"-psn_0_12345", "--side-by-side"}, 1U},
+          std::pair{Arguments{"-psn"}, 0U},
+          std::pair{Arguments{"--AppleLanguages", "(de)"}, 0U},
+          std::pair{Arguments{"-applelanguages", "(de)"}, 0U},
+          std::pair{Arguments{"-platform", "-NSQuitAlwaysKeepsWindows"}, 0U},
+          std::pair{Arguments{""}, 0U}})
+    {
+        EXPECT_EQ(systemArgumentCount(arguments), count) << testing::PrintToString(arguments);
+    }
 }
-
-class SystemArguments : public testing::TestWithParam<Case>
-{};
-
-TEST_P(SystemArguments, AreCounted)
-{
-    EXPECT_EQ(systemArgumentCount(GetParam().arguments), GetParam().systemArguments);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    OfMacOS,
-    SystemArguments,
-    testing::Values(
-        Case{{}, 0},
-        Case{{"-AppleLanguages", "(de)"}, 2},
-        Case{{"-AppleLanguages", "(de)", "-AppleLocale", "de_DE"}, 2},
-        Case{{"-ApplePersistenceIgnoreState", "YES"}, 2},
-        Case{{"-NSDocumentRevisionsDebugMode", "YES", "--side-by-side"}, 2},
-        Case{{"-NSTreatUnknownArgumentsAsOpen", "NO"}, 2},
-        Case{{"-NSDocumentRevisionsDebugMode"}, 1},
-        Case{{"-psn_0_12345"}, 1},
-        Case{{"-psn_0_12345", "--side-by-side"}, 1},
-        Case{{"-psn"}, 0},
-        Case{{"--AppleLanguages", "(de)"}, 0},
-        Case{{"AppleLanguages", "(de)"}, 0},
-        Case{{"-applelanguages", "(de)"}, 0},
-        Case{{"-platform", "-NSQuitAlwaysKeepsWindows"}, 0},
-        Case{{"--help"}, 0},
-        Case{{""}, 0}));
 
 CommandLine parse(std::vector<const char*> arguments)
 {

@@ -72,6 +72,10 @@ ORLIMO_LEAD_TO_FAKE(SMAppService, mainAppService)
 {
     return self == [NSBundle mainBundle] ? [fakeNamed("NSBundle") bundleIdentifier] : nil;
 }
+- (id)objectForInfoDictionaryKey:(NSString*)key
+{
+    return [fakeNamed("NSBundle") objectForInfoDictionaryKey:key];
+}
 @end
 
 @implementation NSImage (Fake)
@@ -93,7 +97,7 @@ bool os_log_type_enabled(os_log_t /*log*/, os_log_type_t type)
     return [fakeNamed("os_log") isEnabledForType:type];
 }
 
-void orlimo_record_os_log(os_log_t log, os_log_type_t /*type*/, const char* format, ...)
+void orlimo_record_os_log(os_log_t log, const char* format, ...)
 {
     std::string entry = static_cast<OrlimoFakeObject*>(log)->fake->name + ": " + format;
     va_list arguments;

@@ -34,21 +34,4 @@ NSString* NSHomeDirectoryForUser(NSString* /*name*/)
     return [[self path] fileSystemRepresentation];
 }
 
-+ (NSURL*)fileURLWithFileSystemRepresentation:(const char*)path
-                                  isDirectory:(BOOL)isDir
-                                relativeToURL:(NSURL*)baseURL
-{
-    return [NSURL fileURLWithPath:[NSString stringWithUTF8String:path] isDirectory:isDir];
-}
-
-@end
-
-@implementation NSFileHandle (Declared)
-
-- (BOOL)closeAndReturnError:(out NSError**)error
-{
-    [self closeFile];
-    return YES;
-}
-
 @end

@@ -1,15 +1,15 @@
 #include "tests/platform/macos/fakes/ScriptedDispatch.h"
 
 #include "platform/macos/MainDispatchQueue.h"
-#include "tests/platform/macos/fakes/BlockTask.h"
 
 #include <algorithm>
 #include <cstdlib>
-#include <iterator>
+#include <memory>
+#include <set>
 #include <utility>
 
+#include <Block.h>
 #import <dispatch/dispatch.h>
-#include <unistd.h>
 
 struct dispatch_source_type_s
 {};
@@ -20,55 +20,33 @@ namespace orlimo {
 
 ScriptedDispatch& ScriptedDispatch::shared()
 {
-    // Never destroyed, nor are the queues: handlers that are still held release what they hold
-    // here.
+    // Never destroyed: handlers that are still held release here what they hold.
     static ScriptedDispatch& script = *new ScriptedDispatch;
     return script;
 }
 
-void ScriptedDispatch::note(const std::string& name, std::uintptr_t handle)
+void ScriptedDispatch::reset()
 {
-    calls.push_back({name, ::lseek(static_cast<int>(handle), 0, SEEK_CUR)});
+    // What its handlers release is not looked for in what goes.
+    const ScriptedDispatch old = std::exchange(*this, {});
 }
 
-std::vector<std::string> ScriptedDispatch::namesOfCalls() const
+void ScriptedDispatch::run(const std::string& queue)
 {
-    std::vector<std::string> names;
-    names.reserve(calls.size());
-    for (const Call& call : calls) {
-        names.push_back(call.name);
-    }
-    return names;
-}
-
-std::vector<long> ScriptedDispatch::positionsAtCalls() const
-{
-    std::vector<long> positions;
-    positions.reserve(calls.size());
-    for (const Call& call : calls) {
-        positions.push_back(call.position);
-    }
-    return positions;
-}
-
-std::size_t ScriptedDispatch::run(const std::string& queue)
-{
-    std::size_t number = 0;
-    for (auto& list = queues[queue]; !list.empty(); ++number) {
+    for (auto& list = queues[queue]; !list.empty();) {
         const Task task = std::move(list.front());
         list.pop_front();
         task();
     }
-    return number;
 }
 
 void ScriptedDispatch::advance(std::chrono::nanoseconds span)
 {
-    time += span;
+    now += span;
     for (Source& timer : sources) {
-        if (timer.due && *timer.due <= time) {
+        if (timer.due && *timer.due <= now) {
             timer.due.reset();
-            add(timer.queue, [&timer] {
+            queues[timer.queue].push_back([&timer] {
                 const Task handler = timer.eventHandler;
                 if (!timer.cancelled) {
                     handler();
@@ -78,168 +56,109 @@ void ScriptedDispatch::advance(std::chrono::nanoseconds span)
     }
 }
 
-UptimeClock ScriptedDispatch::clock() const
+const ScriptedDispatch::Source* ScriptedDispatch::timer() const
 {
-    return [this] { return now(); };
-}
-
-std::vector<std::chrono::nanoseconds> ScriptedDispatch::delays() const
-{
-    std::vector<std::chrono::nanoseconds> spans;
-    for (const Source& timer : timers()) {
-        if (timer.due) {
-            spans.push_back(*timer.due - time);
-        }
-    }
-    return spans;
-}
-
-std::vector<ScriptedDispatch::Source> ScriptedDispatch::timers() const
-{
-    std::vector<Source> living;
-    std::ranges::copy_if(sources, std::back_inserter(living), [](const Source& source) {
-        return source.isTimer && !source.cancelled && source.references > 0;
+    const auto found = std::ranges::find_if(sources, [](const Source& source) {
+        return source.isTimer && !source.cancelled && !source.released;
     });
-    return living;
+    return found == sources.end() ? nullptr : &*found;
 }
 
-std::size_t ScriptedDispatch::addSource(Source source)
+void ScriptedDispatch::fire(std::uintptr_t events)
 {
-    sources.push_back(std::move(source));
-    return sources.size() - 1;
-}
-
-void ScriptedDispatch::setTimer(std::size_t number, Uptime when, std::chrono::nanoseconds leeway)
-{
-    Source& timer = sources.at(number);
-    timer.due = when;
-    timer.leeway = leeway;
-}
-
-void ScriptedDispatch::fire(std::uintptr_t events, std::size_t number)
-{
-    Source& fired = sources.at(number);
-    if (!fired.active || fired.cancelled) {
+    Source& fired = sources.front();
+    if (!fired.active || fired.cancelled ||
+        std::exchange(fired.pending, fired.pending | events) != 0) {
         return;
     }
-    if (std::exchange(fired.pending, fired.pending | events) != 0) {
-        return;
-    }
-    add(fired.queue, [this, number] {
-        Source& running = sources.at(number);
-        running.data = std::exchange(running.pending, 0);
-        if (!running.cancelled) {
-            const Task handler = running.eventHandler;
+    queues[fired.queue].push_back([&fired] {
+        fired.data = std::exchange(fired.pending, 0);
+        if (!fired.cancelled) {
+            const Task handler = fired.eventHandler;
             handler();
         }
     });
 }
-
-void ScriptedDispatch::cancel(std::size_t number)
-{
-    Source& ending = sources.at(number);
-    ending.due.reset();
-    if (!std::exchange(ending.cancelled, true) && ending.active) {
-        addCancellation(number);
-    }
-}
-
-void ScriptedDispatch::activate(std::size_t number)
-{
-    Source& beginning = sources.at(number);
-    if (!std::exchange(beginning.active, true) && beginning.cancelled) {
-        addCancellation(number);
-    }
-}
-
-void ScriptedDispatch::addCancellation(std::size_t number)
-{
-    add(sources.at(number).queue, [this, number] {
-        Source& ended = sources.at(number);
-        if (const Task handler = std::exchange(ended.cancelHandler, {})) {
-            handler();
-        }
-        ended.eventHandler = {};
-    });
-}
-
-namespace {
-
-/// What a dispatch_object_t points to: a queue's name, or a source's number.
-struct Object
-{
-    std::string queue;
-    std::size_t source = 0;
-};
-
-Object& objectBehind(dispatch_object_t object)
-{
-    return *reinterpret_cast<Object*>(object);
-}
-
-template <typename Handle> Handle queueNamed(const std::string& name)
-{
-    static auto& objects = *new std::map<std::string, Object>;
-    return reinterpret_cast<Handle>(&objects.try_emplace(name, Object{name, 0}).first->second);
-}
-
-ScriptedDispatch::Source& sourceBehind(dispatch_source_t source)
-{
-    return ScriptedDispatch::shared().source(objectBehind(source).source);
-}
-
-/// A timer's calls are not noted.
-void note(const std::string& call, dispatch_object_t object)
-{
-    auto& script = ScriptedDispatch::shared();
-    const auto& source = script.source(objectBehind(object).source);
-    if (!source.isTimer) {
-        script.note(call, source.handle);
-    }
-}
-
-} // namespace
 
 bool isMainDispatchQueueDrained()
 {
     return true; // by the test
 }
 
+namespace {
+
+/// What a dispatch_source_t points to; null for a queue.
+ScriptedDispatch::Source* sourceBehind(dispatch_object_t object)
+{
+    for (auto& source : ScriptedDispatch::shared().sources) {
+        if (reinterpret_cast<dispatch_object_t>(&source) == object) {
+            return &source;
+        }
+    }
+    return nullptr;
+}
+
+/// A queue points to its name.
+template <typename Handle> Handle queueNamed(const std::string& name)
+{
+    static auto& names = *new std::set<std::string>;
+    return reinterpret_cast<Handle>(const_cast<std::string*>(&*names.insert(name).first));
+}
+
+const std::string& nameOf(dispatch_queue_t queue)
+{
+    return *reinterpret_cast<const std::string*>(queue);
+}
+
+ScriptedDispatch::Source& recorded(const std::string& call, dispatch_object_t object)
+{
+    auto& source = *sourceBehind(object);
+    if (!source.isTimer) {
+        ScriptedDispatch::shared().calls.push_back(call);
+    }
+    return source;
+}
+
+/// A block as a function that owns a copy of it.
+ScriptedDispatch::Task taskOf(dispatch_block_t block)
+{
+    const std::shared_ptr<void> copy(_Block_copy(block), _Block_release);
+    return [copy] { reinterpret_cast<dispatch_block_t>(copy.get())(); };
+}
+
+/// Has the cancel handler of a source called that has been cancelled and is active.
+void announceCancellation(ScriptedDispatch::Source& source)
+{
+    ScriptedDispatch::shared().queues[source.queue].push_back([&source] {
+        if (const auto handler = std::exchange(source.cancelHandler, {})) {
+            handler();
+        }
+        source.eventHandler = {};
+    });
+}
+
+} // namespace
+
 } // namespace orlimo
 
-using orlimo::note;
-using orlimo::Object;
-using orlimo::objectBehind;
-using orlimo::queueNamed;
-using orlimo::ScriptedDispatch;
-using orlimo::sourceBehind;
-using orlimo::taskOf;
-using orlimo::Uptime;
+using namespace orlimo;
 
-void dispatch_retain(dispatch_object_t object)
-{
-    if (objectBehind(object).queue.empty()) {
-        ++ScriptedDispatch::shared().source(objectBehind(object).source).references;
-    }
-}
+void dispatch_retain(dispatch_object_t /*queue*/) {}
 
 void dispatch_release(dispatch_object_t object)
 {
-    Object& released = objectBehind(object);
-    if (!released.queue.empty()) {
-        return;
-    }
-    auto& source = ScriptedDispatch::shared().source(released.source);
-    note(source.active ? "release" : "release of an inactive source", object);
-    if (--source.references == 0) {
-        delete &released;
+    if (const auto* const source = sourceBehind(object)) {
+        recorded(source->active ? "release" : "release of an inactive source", object).released =
+            true;
     }
 }
 
 void dispatch_activate(dispatch_object_t object)
 {
-    note("activate", object);
-    ScriptedDispatch::shared().activate(objectBehind(object).source);
+    auto& source = recorded("activate", object);
+    if (!std::exchange(source.active, true) && source.cancelled) {
+        announceCancellation(source);
+    }
 }
 
 dispatch_queue_main_t dispatch_get_main_queue()
@@ -260,12 +179,12 @@ dispatch_queue_t dispatch_queue_create(const char* label, dispatch_queue_attr_t)
 
 void dispatch_async_f(dispatch_queue_t queue, void* context, dispatch_function_t work)
 {
-    ScriptedDispatch::shared().add(objectBehind(queue).queue, [context, work] { work(context); });
+    ScriptedDispatch::shared().queues[nameOf(queue)].push_back([context, work] { work(context); });
 }
 
 dispatch_time_t dispatch_time(dispatch_time_t when, int64_t delta)
 {
-    const auto now = ScriptedDispatch::shared().now().time_since_epoch().count();
+    const auto now = ScriptedDispatch::shared().now.time_since_epoch().count();
     return (when == DISPATCH_TIME_NOW ? static_cast<dispatch_time_t>(now) : when) +
            static_cast<dispatch_time_t>(delta);
 }
@@ -274,53 +193,48 @@ dispatch_source_t dispatch_source_create(
     dispatch_source_type_t type, uintptr_t handle, uintptr_t mask, dispatch_queue_t queue)
 {
     auto& script = ScriptedDispatch::shared();
-    if (type == DISPATCH_SOURCE_TYPE_TIMER) {
-        const std::size_t number = script.addSource(
-            {.queue = objectBehind(queue).queue,
-             .isTimer = true,
-             .isStrict = mask == DISPATCH_TIMER_STRICT});
-        return reinterpret_cast<dispatch_source_t>(new Object{"", number});
-    }
-    script.note("create", handle);
-    if (type != DISPATCH_SOURCE_TYPE_VNODE || mask == 0) {
+    if (type == DISPATCH_SOURCE_TYPE_VNODE && mask == 0) {
         return nullptr;
     }
-    const std::size_t number =
-        script.addSource({.handle = handle, .mask = mask, .queue = objectBehind(queue).queue});
-    return reinterpret_cast<dispatch_source_t>(new Object{"", number});
+    script.sources.push_back(
+        {.handle = handle,
+         .mask = mask,
+         .queue = nameOf(queue),
+         .isTimer = type == DISPATCH_SOURCE_TYPE_TIMER});
+    return reinterpret_cast<dispatch_source_t>(&script.sources.back());
 }
 
 void dispatch_source_set_event_handler(dispatch_source_t source, dispatch_block_t handler)
 {
-    note("set event handler", source);
-    sourceBehind(source).eventHandler = taskOf(handler);
+    recorded("set event handler", source).eventHandler = taskOf(handler);
 }
 
 void dispatch_source_set_cancel_handler(dispatch_source_t source, dispatch_block_t handler)
 {
-    note("set cancel handler", source);
-    sourceBehind(source).cancelHandler = taskOf(handler);
+    recorded("set cancel handler", source).cancelHandler = taskOf(handler);
 }
 
-void dispatch_source_cancel(dispatch_source_t source)
+void dispatch_source_cancel(dispatch_source_t object)
 {
-    note("cancel", source);
-    ScriptedDispatch::shared().cancel(objectBehind(source).source);
+    auto& source = recorded("cancel", object);
+    source.due.reset();
+    if (!std::exchange(source.cancelled, true) && source.active) {
+        announceCancellation(source);
+    }
 }
 
 void dispatch_source_set_timer(
-    dispatch_source_t source, dispatch_time_t start, uint64_t interval, uint64_t leeway)
+    dispatch_source_t object, dispatch_time_t start, uint64_t interval, uint64_t leeway)
 {
     if (interval != DISPATCH_TIME_FOREVER) {
         std::abort(); // one firing each time is all that is known here
     }
-    ScriptedDispatch::shared().setTimer(
-        objectBehind(source).source,
-        Uptime(std::chrono::nanoseconds(start)),
-        std::chrono::nanoseconds(leeway));
+    auto& timer = *sourceBehind(object);
+    timer.due = Uptime(std::chrono::nanoseconds(start));
+    timer.leeway = std::chrono::nanoseconds(leeway);
 }
 
 uintptr_t dispatch_source_get_data(dispatch_source_t source)
 {
-    return sourceBehind(source).data;
+    return sourceBehind(source)->data;
 }

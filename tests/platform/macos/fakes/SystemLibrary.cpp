@@ -1,11 +1,11 @@
 // The functions of the system's C library that this one lacks.
 
-#include "tests/platform/macos/fakes/SystemLibrary.h"
-
-#include <algorithm>
 #include <cerrno>
 #include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
 #include <ctime>
+#include <string>
 
 #include <fcntl.h>
 #include <pthread.h>
@@ -13,16 +13,6 @@
 #include <unistd.h>
 
 #undef fcntl
-
-namespace orlimo {
-
-std::optional<std::string>& userCacheFolder()
-{
-    static std::optional<std::string> folder;
-    return folder;
-}
-
-} // namespace orlimo
 
 unsigned long long clock_gettime_nsec_np(clockid_t clock)
 {
@@ -50,24 +40,20 @@ int fcntl_with_path(int descriptor, int command, ...)
         return ::fcntl(descriptor, command, argument);
     }
     const std::string link = "/proc/self/fd/" + std::to_string(descriptor);
-    auto* const path = static_cast<char*>(argument);
-    const ssize_t length = ::readlink(link.c_str(), path, MAXPATHLEN - 1);
-    path[std::max<ssize_t>(length, 0)] = '\0';
-    return length < 0 ? -1 : 0;
+    // The buffer was empty before.
+    return ::readlink(link.c_str(), static_cast<char*>(argument), MAXPATHLEN - 1) < 0 ? -1 : 0;
 }
 
-// In the place of this system's own, which knows no such folder.
+// In the place of this system's own, which knows no such folder: it is in the environment.
 std::size_t confstr(int name, char* buffer, std::size_t size) noexcept
 {
-    const auto& folder = orlimo::userCacheFolder();
-    if (name != _CS_DARWIN_USER_CACHE_DIR || !folder) {
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): the tests' main thread alone sets it
+    const char* const folder = std::getenv("ORLIMO_USER_CACHE_FOLDER");
+    if (name != _CS_DARWIN_USER_CACHE_DIR || folder == nullptr) {
         errno = EINVAL;
         return 0;
     }
-    if (size > 0) {
-        buffer[folder->copy(buffer, size - 1)] = '\0';
-    }
-    return folder->size() + 1;
+    return static_cast<std::size_t>(std::snprintf(buffer, size, "%s", folder)) + 1;
 }
 
 // What GNUstep and its runtime keep to the end of the process, the tables of classes and selectors

@@ -1,4 +1,3 @@
-// What the program uses of CoreServices: the codes of Apple events. macOS 10.0 unless it says more.
 #pragma once
 
 #include <stdint.h>
@@ -10,15 +9,8 @@ typedef FourCharCode AEEventClass;
 typedef FourCharCode AEEventID;
 typedef FourCharCode AEKeyword;
 
-/// The events that every application understands.
 enum {
     kCoreEventClass = 'aevt',
-    kAEOpenApplication = 'oapp',
     kAEReopenApplication = 'rapp',
-};
-
-/// How the application was launched, as the property data of the launch event. macOS 10.6
-enum {
     keyAEPropData = 'prdt',
-    keyAELaunchedAsLogInItem = 'lgit',
 };

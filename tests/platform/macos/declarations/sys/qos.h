@@ -1,4 +1,3 @@
-// Classes of quality of service. macOS 10.10
 #pragma once
 
 typedef enum : unsigned int {

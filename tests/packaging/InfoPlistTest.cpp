@@ -1,11 +1,13 @@
 #include "platform/ApplicationIdentity.h"
-#include "tests/packaging/macos/PropertyList.h"
+#include "tests/packaging/PropertyList.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <map>
 #include <set>
+#include <string_view>
 
 namespace orlimo {
 namespace {
@@ -34,39 +36,36 @@ std::set<std::string> languagesOfCatalogues()
 class InfoPlist : public testing::Test
 {
 protected:
-    [[nodiscard]] bool isTrue(const char* key) const
-    {
-        const QVariant value = list.values().value(QLatin1String(key));
-        return value.typeId() == QMetaType::Bool && value.toBool();
-    }
-
     const PropertyList list{ORLIMO_INFO_PLIST};
 };
 
-TEST_F(InfoPlist, SaysWhoTheProgramIs)
+TEST_F(InfoPlist, SaysWhoTheProgramIsAndHowItRuns)
 {
-    EXPECT_EQ(list.text("CFBundleIdentifier"), identity::applicationIdentifier);
-    EXPECT_EQ(list.text("CFBundleName"), identity::applicationName);
-    EXPECT_EQ(list.text("CFBundleDisplayName"), identity::applicationName);
-    EXPECT_EQ(list.text("CFBundleShortVersionString"), identity::version);
-    EXPECT_EQ(list.text("CFBundleVersion"), identity::version);
-    EXPECT_EQ(list.text("NSHumanReadableCopyright"), identity::copyright);
-    EXPECT_EQ(list.text("CFBundlePackageType"), "APPL");
-    EXPECT_EQ(list.text("CFBundleInfoDictionaryVersion"), "6.0");
-    EXPECT_EQ(list.text("LSApplicationCategoryType"), "public.app-category.utilities");
-}
-
-TEST_F(InfoPlist, SaysHowTheProgramRuns)
-{
-    EXPECT_EQ(list.text("LSMinimumSystemVersion"), "15.0");
-    EXPECT_EQ(list.text("NSPrincipalClass"), "NSApplication");
-    EXPECT_TRUE(isTrue("NSHighResolutionCapable"));
-    // Without an icon in the Dock.
-    EXPECT_TRUE(isTrue("LSUIElement"));
+    const std::map<std::string, std::string_view> texts{
+        {"CFBundleDevelopmentRegion", "en"},
+        {"CFBundleDisplayName", identity::applicationName},
+        {"CFBundleIdentifier", identity::applicationIdentifier},
+        {"CFBundleInfoDictionaryVersion", "6.0"},
+        {"CFBundleName", identity::applicationName},
+        {"CFBundlePackageType", "APPL"},
+        {"CFBundleShortVersionString", identity::version},
+        {"CFBundleVersion", identity::version},
+        {"LSApplicationCategoryType", "public.app-category.utilities"},
+        {"LSMinimumSystemVersion", "15.0"},
+        {"NSHumanReadableCopyright", identity::copyright},
+        {"NSPrincipalClass", "NSApplication"}};
+    for (const auto& [key, text] : texts) {
+        EXPECT_EQ(list.text(key.c_str()), text) << key;
+    }
+    // LSUIElement: without an icon in the Dock.
+    for (const char* key : {"LSUIElement", "NSHighResolutionCapable"}) {
+        const QVariant value = list.values.value(QLatin1String(key));
+        EXPECT_TRUE(value.typeId() == QMetaType::Bool && value.toBool()) << key;
+    }
     // A start that is one too many finds the first by itself; --side-by-side wants several.
-    EXPECT_FALSE(list.values().contains(QStringLiteral("LSMultipleInstancesProhibited")));
+    EXPECT_FALSE(list.values.contains(QStringLiteral("LSMultipleInstancesProhibited")));
     // No permission is asked for in words.
-    for (const auto& key : list.values().keys()) {
+    for (const auto& key : list.values.keys()) {
         EXPECT_FALSE(key.endsWith(QStringLiteral("UsageDescription"))) << key.toStdString();
     }
 }
@@ -74,13 +73,12 @@ TEST_F(InfoPlist, SaysHowTheProgramRuns)
 TEST_F(InfoPlist, HasTheLanguagesOfTheCatalogues)
 {
     const QStringList texts =
-        list.values().value(QStringLiteral("CFBundleLocalizations")).toStringList();
+        list.values.value(QStringLiteral("CFBundleLocalizations")).toStringList();
     std::set<std::string> languages;
     for (const auto& text : texts) {
         EXPECT_TRUE(languages.insert(text.toStdString()).second) << text.toStdString();
     }
     EXPECT_EQ(languages, languagesOfCatalogues());
-    EXPECT_EQ(list.text("CFBundleDevelopmentRegion"), "en");
 }
 
 TEST_F(InfoPlist, HasNothingLeftToFillIn)
@@ -93,7 +91,7 @@ TEST_F(InfoPlist, HasNothingLeftToFillIn)
 
 TEST(Entitlements, AreNoneAndWithoutACommentThatTheSystemCannotRead)
 {
-    EXPECT_TRUE(PropertyList(entitlements).values().isEmpty());
+    EXPECT_TRUE(PropertyList(entitlements).values.isEmpty());
     EXPECT_THAT(contentOf(entitlements), Not(HasSubstr("<!--")));
 }
 

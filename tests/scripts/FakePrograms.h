@@ -13,10 +13,10 @@ namespace orlimo {
 
 /// A folder of small scripts that are found before the system's programs and note each of their
 /// calls.
-class StandInPrograms
+class FakePrograms
 {
 public:
-    StandInPrograms();
+    FakePrograms();
 
     /// Adds a program that notes its name and arguments and then does what `body`, in the shell's
     /// language, says.

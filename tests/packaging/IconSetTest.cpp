@@ -1,6 +1,5 @@
 #include "packaging/macos/IconSet.h"
 
-#include "tests/packaging/CommandResult.h"
 #include "tests/support/PixelReading.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -32,17 +31,11 @@ QImage pictureIn(const std::filesystem::path& file)
     return picture.convertToFormat(QImage::Format_ARGB32_Premultiplied);
 }
 
-class IconSetFolder : public testing::Test
+TEST(IconSet, HasTheTenFilesOfTheirSizes)
 {
-protected:
-    void SetUp() override { ASSERT_TRUE(IconSet::writeTo(QString::fromStdString(set.string()))); }
-
-    TemporaryFolder folder;
-    std::filesystem::path set = folder.path() / "Orlimo.iconset";
-};
-
-TEST_F(IconSetFolder, HasTheTenFilesOfTheirSizes)
-{
+    const TemporaryFolder folder;
+    const auto set = folder.path() / "Orlimo.iconset";
+    ASSERT_TRUE(IconSet::writeTo(QString::fromStdString(set.string())));
     std::map<std::string, int> found;
     for (const auto& file : std::filesystem::directory_iterator(set)) {
         const QImage picture = pictureIn(file.path());
@@ -51,26 +44,6 @@ TEST_F(IconSetFolder, HasTheTenFilesOfTheirSizes)
     }
     EXPECT_EQ(found, files);
     EXPECT_TRUE(looksTheSame(pictureIn(set / "icon_128x128@2x.png"), IconSet::icon(128, 2)));
-}
-
-TEST_F(IconSetFolder, BecomesOneIconWithTheSamePictures)
-{
-    const auto icon = folder.path() / "Orlimo.icns";
-    const auto making = CommandResult::of(
-        ORLIMO_MACOS_TESTS "/standins/iconutil",
-        {.arguments = {"--convert", "icns", "--output", icon.string(), set.string()}});
-    ASSERT_EQ(making.status, 0) << making.text();
-    const auto reading = CommandResult::of(
-        "/usr/bin/env",
-        {.arguments = {"icns2png", "-x", "-o", folder.path().string(), icon.string()}});
-    ASSERT_EQ(reading.status, 0) << reading.text();
-    for (const int points : {16, 32, 128, 256, 512}) {
-        const std::string size = std::to_string(points) + "x" + std::to_string(points);
-        EXPECT_TRUE(looksTheSame(
-            pictureIn(folder.path() / ("Orlimo_" + size + "x32.png")),
-            pictureIn(set / ("icon_" + size + ".png"))))
-            << size;
-    }
 }
 
 TEST(IconSet, HasItsTileWhereTheSystemsIconsHaveTheirs)

@@ -1,4 +1,4 @@
-#include "tests/scripts/StandInPrograms.h"
+#include "tests/scripts/FakePrograms.h"
 
 #include "tests/support/OutputCapture.h"
 
@@ -19,14 +19,14 @@ void makeProgram(const std::filesystem::path& file, const std::string& text)
 
 } // namespace
 
-StandInPrograms::StandInPrograms()
+FakePrograms::FakePrograms()
     : systemPath(qEnvironmentVariable("PATH").toStdString())
 {
     std::filesystem::create_directory(folder.path() / "bin");
     writeFile(folder.path() / callsFile, "");
 }
 
-void StandInPrograms::add(const std::string& name, const std::string& body)
+void FakePrograms::add(const std::string& name, const std::string& body)
 {
     makeProgram(
         folder.path() / "bin" / name,
@@ -34,7 +34,7 @@ void StandInPrograms::add(const std::string& name, const std::string& body)
             "\"\n" + body + "\n");
 }
 
-void StandInPrograms::keepOnly(const std::vector<std::string>& programs)
+void FakePrograms::keepOnly(const std::vector<std::string>& programs)
 {
     for (const std::string& name : programs) {
         const auto found = QStandardPaths::findExecutable(QString::fromStdString(name));
@@ -44,12 +44,12 @@ void StandInPrograms::keepOnly(const std::vector<std::string>& programs)
     systemPath.reset();
 }
 
-std::vector<std::string> StandInPrograms::calls() const
+std::vector<std::string> FakePrograms::calls() const
 {
     return linesOf(contentOf(folder.path() / callsFile));
 }
 
-ChildSettings StandInPrograms::settings(
+ChildSettings FakePrograms::settings(
     const std::filesystem::path& script,
     const std::vector<std::string>& arguments,
     std::map<std::string, std::optional<std::string>> environment) const
@@ -61,7 +61,7 @@ ChildSettings StandInPrograms::settings(
     return {.arguments = std::move(words), .environment = std::move(environment)};
 }
 
-CommandResult StandInPrograms::run(
+CommandResult FakePrograms::run(
     const std::filesystem::path& script,
     const std::vector<std::string>& arguments,
     std::map<std::string, std::optional<std::string>> environment) const

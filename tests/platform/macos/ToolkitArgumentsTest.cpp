@@ -1,4 +1,5 @@
 #include "platform/ToolkitArguments.h"
+
 #include "tests/support/EnvironmentChange.h"
 
 #include <gtest/gtest.h>
@@ -9,7 +10,7 @@
 namespace orlimo {
 namespace {
 
-TEST(AppKitToolkitArguments, AreGivenToAToolkitThatLeavesTheFocusWhereItIs)
+TEST(ToolkitArguments, HaveQtLeaveTheFocusWhereItIs)
 {
     constexpr const char* transform = "QT_MAC_DISABLE_FOREGROUND_APPLICATION_TRANSFORM";
     const EnvironmentChange unset(transform, std::nullopt);

@@ -1,4 +1,4 @@
-#include "tests/packaging/macos/PropertyList.h"
+#include "tests/packaging/PropertyList.h"
 
 #include "tests/packaging/CommandResult.h"
 
@@ -15,17 +15,12 @@ PropertyList::PropertyList(const std::filesystem::path& file)
         {.arguments = {
              "python3",
              "-c",
-             "import json, plistlib, sys; print(json.dumps(plistlib.load(open(sys.argv[1], "
-             "'rb'))))",
+             "import json, plistlib, sys\n"
+             "print(json.dumps(plistlib.load(open(sys.argv[1], 'rb'))))",
              file.string()}});
     EXPECT_EQ(reading.status, 0) << reading.text();
-    all =
+    values =
         QJsonDocument::fromJson(QByteArray::fromStdString(reading.output)).object().toVariantMap();
-}
-
-std::string PropertyList::text(const char* key) const
-{
-    return all.value(QLatin1String(key)).toString().toStdString();
 }
 
 } // namespace orlimo
