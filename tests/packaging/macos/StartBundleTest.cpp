@@ -80,7 +80,7 @@ TEST_F(StartBundle, StartsACopyOfABundleWithAnIdentityOfItsOwn)
         EXPECT_THAT(
             tools.recordedCalls(),
             ElementsAre(
-                MatchesRegex("xattr -d -r com.apple.quarantine .*/start[.].*/Orlimo.app"),
+                MatchesRegex("xattr -c -r .*/start[.].*/Orlimo.app"),
                 MatchesRegex("plutil -replace CFBundleIdentifier -string "
                              "app.orlimo.Orlimo.start-bundle "
                              ".*/start[.].*/Orlimo.app/Contents/Info.plist"),
@@ -174,7 +174,7 @@ TEST_F(CheckImage, VerifiesWhatIsOnTheImageAndStartsACopy)
         ElementsAre(
             HasSubstr("hdiutil attach -quiet -nobrowse -readonly -mountpoint "),
             MatchesRegex("codesign --verify --deep --strict --verbose=2 .*/volume/Orlimo.app"),
-            HasSubstr("xattr -d -r com.apple.quarantine "),
+            HasSubstr("xattr -c -r "),
             HasSubstr("plutil -replace CFBundleIdentifier "),
             HasSubstr("plutil -insert OrlimoTrialCopy "),
             HasSubstr("codesign --force --sign - "),
