@@ -1,11 +1,11 @@
 #include "app/AppDelegate.h"
 
-#include "app/GuidanceWindow.h"
-#include "app/HelperView.h"
+#include "app/guidance/GuidanceWindow.h"
+#include "app/guidance/HelperView.h"
 #include "capture/PreferenceDefaults.h"
-#include "platform/FatalStop.h"
-#include "platform/FrontWindow.h"
-#include "platform/MainThread.h"
+#include "platform/desktop/FrontWindow.h"
+#include "platform/process/FatalStop.h"
+#include "platform/threads/MainThread.h"
 
 #include <utility>
 

@@ -2,7 +2,7 @@
 
 #include "app/LaunchHost.h"
 #include "capture/Message.h"
-#include "platform/ApplicationDelegate.h"
+#include "platform/desktop/ApplicationDelegate.h"
 
 #include <QWidget>
 

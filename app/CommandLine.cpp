@@ -1,8 +1,8 @@
 #include "app/CommandLine.h"
 
 #include "platform/ApplicationIdentity.h"
-#include "platform/LaunchEvent.h"
-#include "platform/SystemArguments.h"
+#include "platform/desktop/SystemArguments.h"
+#include "platform/loginitem/LaunchEvent.h"
 
 #include <algorithm>
 #include <array>

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "app/DiskAccess.h"
+#include "app/guidance/DiskAccess.h"
 #include "login/LaunchAtLogin.h"
-#include "platform/Screen.h"
-#include "platform/UserDefaults.h"
+#include "platform/desktop/Screen.h"
+#include "platform/preferences/UserDefaults.h"
 
 #include <QRect>
 #include <QRectF>

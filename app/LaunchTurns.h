@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/ApplicationDelegate.h"
-#include "platform/LaunchEvent.h"
+#include "platform/desktop/ApplicationDelegate.h"
+#include "platform/loginitem/LaunchEvent.h"
 
 #include <functional>
 #include <optional>

@@ -1,8 +1,8 @@
 #include "app/MenuBarIcon.h"
 
-#include "controls/Colors.h"
 #include "controls/ImageView.h"
-#include "platform/MainThread.h"
+#include "controls/painting/Colors.h"
+#include "platform/threads/MainThread.h"
 #include "resources/ImageIcon.h"
 
 #include <QHBoxLayout>

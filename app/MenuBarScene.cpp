@@ -1,7 +1,7 @@
 #include "app/MenuBarScene.h"
 
 #include "app/MenuBarIcon.h"
-#include "app/StatusMenuView.h"
+#include "app/panel/StatusMenuView.h"
 #include "controls/ScrollingView.h"
 
 #include <utility>

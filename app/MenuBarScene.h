@@ -1,7 +1,7 @@
 #pragma once
 
 #include "capture/Message.h"
-#include "platform/MenuBarExtra.h"
+#include "platform/menubar/MenuBarExtra.h"
 
 #include <memory>
 

@@ -1,8 +1,8 @@
 #include "app/OrlimoApp.h"
 
 #include "app/MenuBarScene.h"
-#include "platform/LogLine.h"
-#include "platform/MainThread.h"
+#include "platform/process/LogLine.h"
+#include "platform/threads/MainThread.h"
 
 namespace orlimo {
 

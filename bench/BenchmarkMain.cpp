@@ -1,5 +1,5 @@
 #include "bench/DescriptorBuffer.h"
-#include "platform/posix/UniqueFd.h"
+#include "platform/files/UniqueFd.h"
 #include "tests/support/TestSandbox.h"
 
 #include <QGuiApplication>

@@ -1,6 +1,6 @@
 #include "capture/BodyDecoding.h"
-#include "tests/capture/Dice.h"
-#include "tests/capture/PlainBodyDecoding.h"
+#include "tests/capture/reference/Dice.h"
+#include "tests/capture/reference/PlainBodyDecoding.h"
 
 #include <benchmark/benchmark.h>
 

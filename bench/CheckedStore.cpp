@@ -1,8 +1,8 @@
 #include "bench/CheckedStore.h"
 
 #include "tests/capture/IdleVnodeSource.h"
-#include "tests/capture/KeptDatabase.h"
-#include "tests/capture/OpenedConnections.h"
+#include "tests/capture/stores/KeptDatabase.h"
+#include "tests/capture/stores/OpenedConnections.h"
 
 #include <sqlite3.h>
 

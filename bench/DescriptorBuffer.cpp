@@ -1,6 +1,6 @@
 #include "bench/DescriptorBuffer.h"
 
-#include "platform/posix/WriteAll.h"
+#include "platform/files/WriteAll.h"
 
 namespace orlimo {
 

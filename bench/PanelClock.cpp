@@ -1,4 +1,4 @@
-#include "tests/app/StatusNotifierWatcher.h"
+#include "tests/desktop/sessions/StatusNotifierWatcher.h"
 
 #include <QCoreApplication>
 

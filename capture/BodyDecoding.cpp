@@ -3,8 +3,8 @@
 #include "capture/Characters.h"
 #include "capture/Utf16.h"
 #include "capture/Utf8.h"
-#include "platform/FatalStop.h"
-#include "platform/LogLine.h"
+#include "platform/process/FatalStop.h"
+#include "platform/process/LogLine.h"
 
 #include <unicode/locid.h>
 #include <unicode/unistr.h>

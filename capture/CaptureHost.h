@@ -1,9 +1,9 @@
 #pragma once
 
 #include "capture/Database.h"
-#include "platform/LibraryFolder.h"
-#include "platform/Pasteboard.h"
-#include "platform/UserDefaults.h"
+#include "platform/clipboard/Pasteboard.h"
+#include "platform/files/LibraryFolder.h"
+#include "platform/preferences/UserDefaults.h"
 #include "watch/FileMonitor.h"
 
 #include <filesystem>

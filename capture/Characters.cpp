@@ -1,6 +1,6 @@
 #include "capture/Characters.h"
 
-#include "platform/FatalStop.h"
+#include "platform/process/FatalStop.h"
 
 #include <unicode/locid.h>
 

@@ -3,7 +3,7 @@
 #include "capture/Characters.h"
 #include "capture/PreferenceKeys.h"
 #include "capture/Utf16.h"
-#include "platform/LogLine.h"
+#include "platform/process/LogLine.h"
 
 #include <unicode/regex.h>
 #include <unicode/unistr.h>

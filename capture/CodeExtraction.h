@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/UserDefaults.h"
+#include "platform/preferences/UserDefaults.h"
 
 #include <optional>
 #include <string>

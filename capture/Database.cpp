@@ -1,9 +1,9 @@
 #include "capture/Database.h"
 
 #include "capture/Utf8.h"
-#include "platform/FatalStop.h"
-#include "platform/LibraryFolder.h"
-#include "platform/LogLine.h"
+#include "platform/files/LibraryFolder.h"
+#include "platform/process/FatalStop.h"
+#include "platform/process/LogLine.h"
 
 #include <sqlite3.h>
 

@@ -3,8 +3,8 @@
 #include "capture/BodyDecoding.h"
 #include "capture/CodeExtraction.h"
 #include "capture/PreferenceKeys.h"
-#include "platform/FatalStop.h"
-#include "platform/LogLine.h"
+#include "platform/process/FatalStop.h"
+#include "platform/process/LogLine.h"
 
 #include <system_error>
 #include <utility>

@@ -1,7 +1,7 @@
 #include "controls/Divider.h"
 
-#include "controls/Colors.h"
-#include "controls/PixelGrid.h"
+#include "controls/painting/Colors.h"
+#include "controls/painting/PixelGrid.h"
 
 #include <QPainter>
 

@@ -1,12 +1,12 @@
 #include "controls/GroupBox.h"
 
-#include "controls/AccessibleWithoutLabel.h"
-#include "controls/Colors.h"
-#include "controls/LayoutMetrics.h"
-#include "controls/PixelGrid.h"
-#include "controls/RoundedRectangle.h"
 #include "controls/SymbolLabel.h"
 #include "controls/TextLabel.h"
+#include "controls/accessibility/AccessibleWithoutLabel.h"
+#include "controls/painting/Colors.h"
+#include "controls/painting/LayoutMetrics.h"
+#include "controls/painting/PixelGrid.h"
+#include "controls/painting/RoundedRectangle.h"
 
 #include <QPainter>
 #include <QVBoxLayout>

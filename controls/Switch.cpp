@@ -1,9 +1,9 @@
 #include "controls/Switch.h"
 
-#include "controls/Colors.h"
-#include "controls/FocusRing.h"
-#include "controls/PixelGrid.h"
-#include "controls/ReturnKey.h"
+#include "controls/accessibility/FocusRing.h"
+#include "controls/accessibility/ReturnKey.h"
+#include "controls/painting/Colors.h"
+#include "controls/painting/PixelGrid.h"
 
 #include <QPainter>
 #include <QStyle>

@@ -1,8 +1,8 @@
 #include "controls/SymbolLabel.h"
 
-#include "controls/LayoutMetrics.h"
 #include "controls/TextLabel.h"
-#include "platform/SystemSymbol.h"
+#include "controls/painting/LayoutMetrics.h"
+#include "platform/desktop/SystemSymbol.h"
 
 #include <QHBoxLayout>
 #include <QPainter>

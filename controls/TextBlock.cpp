@@ -1,7 +1,7 @@
 #include "controls/TextBlock.h"
 
-#include "controls/LayoutMetrics.h"
-#include "controls/PixelGrid.h"
+#include "controls/painting/LayoutMetrics.h"
+#include "controls/painting/PixelGrid.h"
 
 #include <QFontMetricsF>
 #include <QGlyphRun>

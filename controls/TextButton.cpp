@@ -1,13 +1,13 @@
 #include "controls/TextButton.h"
 
-#include "controls/FocusRing.h"
-#include "controls/LayoutMetrics.h"
-#include "controls/PixelGrid.h"
-#include "controls/ReturnKey.h"
-#include "controls/RoundedRectangle.h"
 #include "controls/SymbolLabel.h"
 #include "controls/TextBlock.h"
-#include "platform/SystemSymbol.h"
+#include "controls/accessibility/FocusRing.h"
+#include "controls/accessibility/ReturnKey.h"
+#include "controls/painting/LayoutMetrics.h"
+#include "controls/painting/PixelGrid.h"
+#include "controls/painting/RoundedRectangle.h"
+#include "platform/desktop/SystemSymbol.h"
 
 #include <QPainter>
 #include <QStyle>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "controls/Colors.h"
+#include "controls/painting/Colors.h"
 
 #include <QMargins>
 #include <QPushButton>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "login/LoginHost.h"
-#include "platform/UnifiedLog.h"
+#include "platform/process/UnifiedLog.h"
 
 namespace orlimo {
 

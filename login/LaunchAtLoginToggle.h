@@ -1,8 +1,8 @@
 #pragma once
 
-#include "controls/LayoutMetrics.h"
 #include "controls/Switch.h"
 #include "controls/TextLabel.h"
+#include "controls/painting/LayoutMetrics.h"
 #include "login/LaunchAtLoginObservable.h"
 #include "login/LocalizedStringKey.h"
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/LaunchEvent.h"
-#include "platform/LoginItemService.h"
-#include "platform/UnifiedLog.h"
+#include "platform/loginitem/LaunchEvent.h"
+#include "platform/loginitem/LoginItemService.h"
+#include "platform/process/UnifiedLog.h"
 
 #include <functional>
 #include <optional>

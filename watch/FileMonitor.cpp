@@ -1,6 +1,6 @@
 #include "watch/FileMonitor.h"
 
-#include "platform/LogLine.h"
+#include "platform/process/LogLine.h"
 
 #include <utility>
 

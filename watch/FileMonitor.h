@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/FileHandle.h"
-#include "platform/VnodeSource.h"
+#include "platform/files/FileHandle.h"
+#include "platform/files/VnodeSource.h"
 #include "watch/FileMonitorDelegate.h"
 #include "watch/Throttle.h"
 #include "watch/WatchHost.h"

@@ -1,7 +1,7 @@
 #include "watch/Throttle.h"
 
-#include "platform/FatalStop.h"
-#include "platform/MainThread.h"
+#include "platform/process/FatalStop.h"
+#include "platform/threads/MainThread.h"
 
 #include <cstdint>
 #include <limits>

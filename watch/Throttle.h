@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/Queue.h"
-#include "platform/UptimeClock.h"
+#include "platform/threads/Queue.h"
+#include "platform/threads/UptimeClock.h"
 
 #include <atomic>
 #include <chrono>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/Queue.h"
-#include "platform/UptimeClock.h"
-#include "platform/VnodeSource.h"
+#include "platform/files/VnodeSource.h"
+#include "platform/threads/Queue.h"
+#include "platform/threads/UptimeClock.h"
 
 namespace orlimo {
 

@@ -1,13 +1,13 @@
 #include "app/AppDelegate.h"
 
-#include "app/GuidanceWindow.h"
-#include "app/HelperView.h"
+#include "app/guidance/GuidanceWindow.h"
+#include "app/guidance/HelperView.h"
 #include "tests/app/ViewTestBase.h"
 #include "tests/capture/PreferenceSandbox.h"
 #include "tests/support/Await.h"
 #include "tests/support/FatalStopExpectation.h"
-#include "tests/support/OutputCapture.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/process/OutputCapture.h"
 
 #include <QApplication>
 #include <QEvent>

@@ -1,13 +1,13 @@
-#include "app/CopyButton.h"
-#include "app/GuidanceWindow.h"
-#include "app/HelperView.h"
+#include "app/guidance/GuidanceWindow.h"
+#include "app/guidance/HelperView.h"
+#include "app/panel/CopyButton.h"
 #include "controls/TextBlock.h"
 #include "controls/TextButton.h"
 #include "controls/TextLabel.h"
 #include "tests/app/Appearance.h"
 #include "tests/app/ViewTestBase.h"
-#include "tests/support/LayoutExpectation.h"
-#include "tests/support/WidgetWindow.h"
+#include "tests/support/widgets/LayoutExpectation.h"
+#include "tests/support/widgets/WidgetWindow.h"
 
 #include <gtest/gtest.h>
 

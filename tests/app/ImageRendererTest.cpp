@@ -1,7 +1,7 @@
 #include "app/ImageRenderer.h"
 
 #include "app/MenuBarIcon.h"
-#include "tests/support/Picture.h"
+#include "tests/support/widgets/Picture.h"
 
 #include <gtest/gtest.h>
 

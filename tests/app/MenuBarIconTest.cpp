@@ -1,11 +1,11 @@
 #include "app/MenuBarIcon.h"
 
-#include "controls/Colors.h"
 #include "controls/ImageView.h"
+#include "controls/painting/Colors.h"
 #include "resources/ImageAsset.h"
-#include "tests/support/LayoutExpectation.h"
-#include "tests/support/Palettes.h"
-#include "tests/support/Picture.h"
+#include "tests/support/widgets/LayoutExpectation.h"
+#include "tests/support/widgets/Palettes.h"
+#include "tests/support/widgets/Picture.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,12 +1,12 @@
 #include "app/OrlimoApp.h"
 
 #include "app/MenuBarScene.h"
-#include "platform/LogLine.h"
+#include "platform/process/LogLine.h"
 #include "tests/capture/OwnHome.h"
 #include "tests/support/FatalStopExpectation.h"
-#include "tests/support/ForkedRun.h"
-#include "tests/support/OutputCapture.h"
 #include "tests/support/StoreWriter.h"
+#include "tests/support/process/ForkedRun.h"
+#include "tests/support/process/OutputCapture.h"
 
 #include <QString>
 #include <gmock/gmock.h>

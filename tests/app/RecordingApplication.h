@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/SharedApplication.h"
+#include "platform/desktop/SharedApplication.h"
 
 #include <string>
 #include <vector>

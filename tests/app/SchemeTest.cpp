@@ -1,11 +1,11 @@
-#include "app/GuidanceWindow.h"
-#include "app/HelperView.h"
+#include "app/guidance/GuidanceWindow.h"
+#include "app/guidance/HelperView.h"
 #include "controls/TextButton.h"
 #include "tests/app/ViewTestBase.h"
-#include "tests/support/OutputCapture.h"
-#include "tests/support/Palettes.h"
-#include "tests/support/Picture.h"
-#include "tests/support/WidgetWindow.h"
+#include "tests/support/process/OutputCapture.h"
+#include "tests/support/widgets/Palettes.h"
+#include "tests/support/widgets/Picture.h"
+#include "tests/support/widgets/WidgetWindow.h"
 
 #include <gtest/gtest.h>
 

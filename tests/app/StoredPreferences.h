@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tests/app/ProgramSession.h"
+#include "tests/program/ProgramSession.h"
 
 #include <map>
 #include <string>

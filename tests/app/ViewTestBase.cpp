@@ -1,7 +1,7 @@
 #include "tests/app/ViewTestBase.h"
 
-#include "tests/support/OutputCapture.h"
-#include "tests/support/WidgetWindow.h"
+#include "tests/support/process/OutputCapture.h"
+#include "tests/support/widgets/WidgetWindow.h"
 
 namespace orlimo {
 

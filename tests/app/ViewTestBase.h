@@ -1,13 +1,13 @@
 #pragma once
 
-#include "app/MenuHost.h"
-#include "app/PanelHost.h"
-#include "app/StatusMenuView.h"
+#include "app/panel/MenuHost.h"
+#include "app/panel/PanelHost.h"
+#include "app/panel/StatusMenuView.h"
 #include "tests/app/RecordingApplication.h"
 #include "tests/capture/MemoryUserDefaults.h"
 #include "tests/capture/MessageTestBase.h"
 #include "tests/capture/RecordingPasteboard.h"
-#include "tests/support/QtPrinting.h"
+#include "tests/support/widgets/QtPrinting.h"
 
 #include <QList>
 #include <QUrl>

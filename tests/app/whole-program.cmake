@@ -3,41 +3,41 @@ find_package(Qt6 6.4.2 REQUIRED COMPONENTS DBus)
 find_package(X11 REQUIRED COMPONENTS ICE SM xcb)
 pkg_check_modules(XcbXfixes REQUIRED IMPORTED_TARGET xcb-xfixes)
 
-add_library(orlimo_program_session STATIC ProgramSession.cpp XServer.cpp)
+add_library(orlimo_program_session STATIC ../program/ProgramSession.cpp ../desktop/sessions/x11/XServer.cpp)
 target_link_libraries(orlimo_program_session PUBLIC orlimo_test_support)
 target_compile_definitions(orlimo_program_session PRIVATE ORLIMO_PROGRAM_OF_SESSION="$<TARGET_FILE:orlimo>")
 
 add_library(orlimo_desktop_session STATIC
-    AccessibilityTree.cpp
+    ../desktop/sessions/AccessibilityTree.cpp
     Accessible.cpp
-    DesktopProgram.cpp
-    DesktopSession.cpp
-    DesktopVariables.cpp
-    SessionBuses.cpp
-    OpenboxConfiguration.cpp
-    StatusNotifierPanel.cpp
-    XInput.cpp
-    XWindows.cpp)
+    ../desktop/sessions/DesktopProgram.cpp
+    ../desktop/sessions/DesktopSession.cpp
+    ../desktop/sessions/DesktopVariables.cpp
+    ../desktop/sessions/SessionBuses.cpp
+    ../desktop/sessions/x11/OpenboxConfiguration.cpp
+    ../desktop/sessions/StatusNotifierPanel.cpp
+    ../desktop/sessions/x11/XInput.cpp
+    ../desktop/sessions/x11/XWindows.cpp)
 target_link_libraries(orlimo_desktop_session PUBLIC orlimo_program_session Qt6::DBus X11::xcb)
 target_compile_definitions(orlimo_desktop_session PRIVATE
     ORLIMO_TEST_PANEL="$<TARGET_FILE:orlimo-test-panel>")
 add_dependencies(orlimo_desktop_session orlimo-test-panel)
 
-add_executable(orlimo-test-panel PanelProgram.cpp StatusNotifierWatcher.cpp)
+add_executable(orlimo-test-panel ../desktop/sessions/x11/PanelProgram.cpp ../desktop/sessions/StatusNotifierWatcher.cpp)
 target_link_libraries(orlimo-test-panel PRIVATE orlimo_options Qt6::DBus)
 set_target_properties(orlimo-test-panel PROPERTIES AUTOMOC ON)
 
 orlimo_add_tests(orlimo_program_tests
     LABEL e2e
     SOURCES
-        ../capture/StoreLock.cpp
-        ../platform/ForeignLock.cpp
-        ClipboardTest.cpp
-        FaultTest.cpp
-        RoadOfMessageTest.cpp
-        SelectionOwnerChanges.cpp
-        StartUpTest.cpp
-        UsageTest.cpp
+        ../capture/stores/StoreLock.cpp
+        ../platform/files/ForeignLock.cpp
+        ../desktop/ClipboardTest.cpp
+        ../program/FaultTest.cpp
+        ../program/RoadOfMessageTest.cpp
+        ../desktop/sessions/x11/SelectionOwnerChanges.cpp
+        ../program/StartUpTest.cpp
+        ../program/UsageTest.cpp
         linux/FontPreloadingTest.cpp
         linux/StoredPreferences.cpp
     LIBRARIES orlimo_program_session SQLite::SQLite3 X11::xcb PkgConfig::XcbXfixes
@@ -46,49 +46,49 @@ orlimo_add_tests(orlimo_program_tests
 orlimo_add_tests(orlimo_whole_program_tests
     LABEL e2e
     ON x11-with-trayer
-    SOURCES ../platform/linux/ScriptedPortal.cpp GuidanceTest.cpp LoginItemTest.cpp TourTest.cpp WindowTest.cpp
+    SOURCES ../platform/loginitem/linux/ScriptedPortal.cpp ../program/GuidanceTest.cpp ../program/LoginItemTest.cpp ../desktop/TourTest.cpp ../desktop/WindowTest.cpp
     LIBRARIES orlimo_desktop_session Qt6::DBus
     NEEDS orlimo orlimo-sample-store)
 
 orlimo_add_tests(orlimo_sandbox_tests
     LABEL e2e
-    SOURCES ../platform/linux/ScriptedPortal.cpp Sandbox.cpp SandboxTest.cpp
+    SOURCES ../platform/loginitem/linux/ScriptedPortal.cpp ../program/Sandbox.cpp ../program/SandboxTest.cpp
     LIBRARIES orlimo_program_session Qt6::DBus
     NEEDS orlimo orlimo-sample-store)
 
 # Whole Wayland desktops.
 add_library(orlimo_wayland_session STATIC
-    KWinSession.cpp
-    MissingProgram.cpp
-    MutterClipboard.cpp
-    MutterSession.cpp
-    PlatformPlugin.cpp
-    SwaySession.cpp
-    TrayItems.cpp
-    WaylandClipboard.cpp)
+    ../desktop/sessions/wayland/KWinSession.cpp
+    ../desktop/sessions/MissingProgram.cpp
+    ../desktop/sessions/wayland/MutterClipboard.cpp
+    ../desktop/sessions/wayland/MutterSession.cpp
+    ../desktop/sessions/PlatformPlugin.cpp
+    ../desktop/sessions/wayland/SwaySession.cpp
+    ../desktop/sessions/TrayItems.cpp
+    ../desktop/sessions/wayland/WaylandClipboard.cpp)
 target_link_libraries(orlimo_wayland_session PUBLIC orlimo_desktop_session)
 orlimo_name_program(ORLIMO_CLIPBOARD_PROBE orlimo-clipboard-probe
-    IN KWinTest.cpp MutterTest.cpp SwayClipboardTest.cpp)
-orlimo_name_program(ORLIMO_DESKTOP_PROBE orlimo-desktop-probe IN SwaySession.cpp)
+    IN ../desktop/KWinTest.cpp ../desktop/MutterTest.cpp ../desktop/SwayClipboardTest.cpp)
+orlimo_name_program(ORLIMO_DESKTOP_PROBE orlimo-desktop-probe IN ../desktop/sessions/wayland/SwaySession.cpp)
 
 orlimo_add_tests(orlimo_sway_tests
     LABEL desktop
     ON wayland-sway
-    SOURCES SwayClipboardTest.cpp SwayWindowTest.cpp
+    SOURCES ../desktop/SwayClipboardTest.cpp ../desktop/SwayWindowTest.cpp
     LIBRARIES orlimo_wayland_session
     NEEDS orlimo orlimo-clipboard-probe orlimo-desktop-probe orlimo-sample-store)
 
 orlimo_add_tests(orlimo_mutter_tests
     LABEL desktop
     ON wayland-mutter
-    SOURCES MutterTest.cpp
+    SOURCES ../desktop/MutterTest.cpp
     LIBRARIES orlimo_wayland_session
     NEEDS orlimo orlimo-clipboard-probe orlimo-sample-store)
 
 orlimo_add_tests(orlimo_kwin_tests
     LABEL desktop
     ON wayland-kwin
-    SOURCES KWinTest.cpp
+    SOURCES ../desktop/KWinTest.cpp
     LIBRARIES orlimo_wayland_session
     NEEDS orlimo orlimo-clipboard-probe orlimo-sample-store)
 
@@ -96,7 +96,7 @@ orlimo_add_tests(orlimo_kwin_tests
 orlimo_add_tests(orlimo_instance_tests
     LABEL desktop
     ON x11-with-trayer
-    SOURCES InstanceTest.cpp InstanceOnDesktopTest.cpp SavedSessionTest.cpp SessionManager.cpp
+    SOURCES ../program/InstanceTest.cpp ../desktop/InstanceOnDesktopTest.cpp ../desktop/SavedSessionTest.cpp ../desktop/sessions/SessionManager.cpp
     LIBRARIES orlimo_desktop_session X11::ICE X11::SM
     NEEDS orlimo orlimo-sample-store)
 target_compile_definitions(orlimo_instance_tests PRIVATE
@@ -104,10 +104,10 @@ target_compile_definitions(orlimo_instance_tests PRIVATE
 
 orlimo_add_tests(orlimo_delivery_tests
     LABEL slow
-    SOURCES DeliveryTest.cpp PlatformPlugin.cpp SilentCompositorTest.cpp
+    SOURCES ../program/DeliveryTest.cpp ../desktop/sessions/PlatformPlugin.cpp ../desktop/SilentCompositorTest.cpp
     LIBRARIES orlimo_program_session Threads::Threads
     NEEDS orlimo orlimo-sample-store orlimo_slow_disk)
-orlimo_name_program(ORLIMO_SLOW_DISK orlimo_slow_disk IN DeliveryTest.cpp)
+orlimo_name_program(ORLIMO_SLOW_DISK orlimo_slow_disk IN ../program/DeliveryTest.cpp)
 
 # A program of its own, in which nothing is painted before the tests fork: the toolkit's painting
 # threads do not come along into a child.

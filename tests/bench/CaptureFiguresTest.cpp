@@ -1,6 +1,6 @@
 #include "tests/packaging/CommandResult.h"
-#include "tests/support/OutputCapture.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/process/OutputCapture.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>

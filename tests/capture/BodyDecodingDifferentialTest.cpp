@@ -1,9 +1,9 @@
 #include "capture/BodyDecoding.h"
-#include "tests/capture/BodyBytes.h"
-#include "tests/capture/Dice.h"
-#include "tests/capture/PlainBodyDecoding.h"
-#include "tests/support/ForkedRun.h"
-#include "tests/support/OutputCapture.h"
+#include "tests/capture/reference/BodyBytes.h"
+#include "tests/capture/reference/Dice.h"
+#include "tests/capture/reference/PlainBodyDecoding.h"
+#include "tests/support/process/ForkedRun.h"
+#include "tests/support/process/OutputCapture.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,8 +1,8 @@
 #include "capture/BodyDecoding.h"
 
-#include "tests/capture/BodyBytes.h"
+#include "tests/capture/reference/BodyBytes.h"
 #include "tests/support/FatalStopExpectation.h"
-#include "tests/support/OutputCapture.h"
+#include "tests/support/process/OutputCapture.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/Pasteboard.h"
-#include "platform/UserDefaults.h"
+#include "platform/clipboard/Pasteboard.h"
+#include "platform/preferences/UserDefaults.h"
 
 namespace orlimo {
 

@@ -1,10 +1,10 @@
 #include "capture/CodeExtraction.h"
 #include "capture/PreferenceKeys.h"
-#include "tests/capture/Dice.h"
 #include "tests/capture/MemoryUserDefaults.h"
-#include "tests/capture/PlainCodeRule.h"
-#include "tests/capture/PlainUtf8.h"
-#include "tests/support/OutputCapture.h"
+#include "tests/capture/reference/Dice.h"
+#include "tests/capture/reference/PlainCodeRule.h"
+#include "tests/capture/reference/PlainUtf8.h"
+#include "tests/support/process/OutputCapture.h"
 
 #include <gtest/gtest.h>
 

@@ -1,11 +1,11 @@
 #include "capture/CodeExtraction.h"
 
 #include "capture/PreferenceKeys.h"
-#include "platform/LogLine.h"
+#include "platform/process/LogLine.h"
 #include "tests/capture/MemoryUserDefaults.h"
 #include "tests/capture/PreferenceSandbox.h"
-#include "tests/support/OutputCapture.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/process/OutputCapture.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

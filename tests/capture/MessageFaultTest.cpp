@@ -1,12 +1,12 @@
 #include "capture/Message.h"
 #include "capture/PreferenceKeys.h"
-#include "tests/capture/BodyBytes.h"
-#include "tests/capture/KeptDatabase.h"
 #include "tests/capture/MessageTestBase.h"
-#include "tests/capture/StarvedSqlite.h"
+#include "tests/capture/reference/BodyBytes.h"
+#include "tests/capture/stores/KeptDatabase.h"
+#include "tests/capture/stores/StarvedSqlite.h"
 #include "tests/support/DeliberateLeak.h"
 #include "tests/support/FatalStopExpectation.h"
-#include "tests/support/OutputCapture.h"
+#include "tests/support/process/OutputCapture.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

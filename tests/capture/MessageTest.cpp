@@ -1,16 +1,16 @@
 #include "capture/Message.h"
 
 #include "capture/PreferenceKeys.h"
-#include "tests/capture/BodyBytes.h"
-#include "tests/capture/KeptDatabase.h"
 #include "tests/capture/MessageTestBase.h"
 #include "tests/capture/OwnHome.h"
 #include "tests/capture/RecordingPasteboard.h"
-#include "tests/capture/StoreFiles.h"
+#include "tests/capture/reference/BodyBytes.h"
+#include "tests/capture/stores/KeptDatabase.h"
+#include "tests/capture/stores/StoreFiles.h"
 #include "tests/support/Await.h"
 #include "tests/support/HandClock.h"
 #include "tests/support/HandQueue.h"
-#include "tests/support/OutputCapture.h"
+#include "tests/support/process/OutputCapture.h"
 
 #include <QClipboard>
 #include <QGuiApplication>

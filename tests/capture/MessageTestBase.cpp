@@ -3,8 +3,8 @@
 #include "capture/PreferenceKeys.h"
 #include "tests/capture/CaptureServices.h"
 #include "tests/capture/IdleVnodeSource.h"
-#include "tests/capture/KeptDatabase.h"
-#include "tests/support/OutputCapture.h"
+#include "tests/capture/stores/KeptDatabase.h"
+#include "tests/support/process/OutputCapture.h"
 
 #include <QClipboard>
 #include <QGuiApplication>

@@ -3,8 +3,8 @@
 #include "capture/PreferenceKeys.h"
 #include "tests/capture/MemoryUserDefaults.h"
 #include "tests/capture/PreferenceSandbox.h"
-#include "tests/support/OutputCapture.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/process/OutputCapture.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

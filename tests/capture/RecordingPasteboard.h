@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Pasteboard.h"
+#include "platform/clipboard/Pasteboard.h"
 
 #include <functional>
 #include <string>

@@ -1,10 +1,10 @@
 #include "capture/Database.h"
-#include "platform/LibraryFolder.h"
+#include "platform/files/LibraryFolder.h"
 #include "tests/capture/OwnHome.h"
 #include "tests/support/Await.h"
 #include "tests/support/JoiningThread.h"
-#include "tests/support/OpenPipe.h"
 #include "tests/support/StoreWriter.h"
+#include "tests/support/process/OpenPipe.h"
 
 #include <gtest/gtest.h>
 

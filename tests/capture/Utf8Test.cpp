@@ -1,6 +1,6 @@
 #include "capture/Utf8.h"
 
-#include "tests/capture/PlainUtf8.h"
+#include "tests/capture/reference/PlainUtf8.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 #include "controls/Divider.h"
 
-#include "controls/Colors.h"
-#include "tests/support/Palettes.h"
-#include "tests/support/Picture.h"
+#include "controls/painting/Colors.h"
+#include "tests/support/widgets/Palettes.h"
+#include "tests/support/widgets/Picture.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,10 +1,10 @@
 #include "controls/GroupBox.h"
 
-#include "controls/Colors.h"
 #include "controls/SymbolLabel.h"
-#include "tests/support/LayoutExpectation.h"
-#include "tests/support/Palettes.h"
-#include "tests/support/Picture.h"
+#include "controls/painting/Colors.h"
+#include "tests/support/widgets/LayoutExpectation.h"
+#include "tests/support/widgets/Palettes.h"
+#include "tests/support/widgets/Picture.h"
 
 #include <QAccessible>
 #include <gmock/gmock.h>

@@ -1,8 +1,8 @@
 #include "controls/ImageView.h"
 
 #include "resources/ImageAsset.h"
-#include "tests/support/Palettes.h"
-#include "tests/support/Picture.h"
+#include "tests/support/widgets/Palettes.h"
+#include "tests/support/widgets/Picture.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

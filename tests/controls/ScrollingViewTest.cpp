@@ -1,10 +1,10 @@
 #include "controls/ScrollingView.h"
 
-#include "controls/FocusRing.h"
 #include "controls/TextButton.h"
-#include "tests/support/LayoutExpectation.h"
-#include "tests/support/Picture.h"
-#include "tests/support/WidgetWindow.h"
+#include "controls/accessibility/FocusRing.h"
+#include "tests/support/widgets/LayoutExpectation.h"
+#include "tests/support/widgets/Picture.h"
+#include "tests/support/widgets/WidgetWindow.h"
 
 #include <QTest>
 #include <QWheelEvent>

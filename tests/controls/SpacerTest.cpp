@@ -1,6 +1,6 @@
 #include "controls/Spacer.h"
 
-#include "tests/support/Picture.h"
+#include "tests/support/widgets/Picture.h"
 
 #include <QVBoxLayout>
 #include <gtest/gtest.h>

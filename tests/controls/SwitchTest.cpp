@@ -1,12 +1,12 @@
 #include "controls/Switch.h"
 
-#include "controls/Colors.h"
+#include "controls/painting/Colors.h"
 #include "tests/support/Await.h"
 #include "tests/support/EventCount.h"
-#include "tests/support/Palettes.h"
-#include "tests/support/Picture.h"
-#include "tests/support/Pointer.h"
-#include "tests/support/WidgetWindow.h"
+#include "tests/support/widgets/Palettes.h"
+#include "tests/support/widgets/Picture.h"
+#include "tests/support/widgets/Pointer.h"
+#include "tests/support/widgets/WidgetWindow.h"
 
 #include <QAccessible>
 #include <QProxyStyle>

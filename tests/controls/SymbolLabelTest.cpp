@@ -1,10 +1,10 @@
 #include "controls/SymbolLabel.h"
 
 #include "controls/TextLabel.h"
-#include "platform/SystemSymbol.h"
-#include "tests/support/LayoutExpectation.h"
-#include "tests/support/Palettes.h"
-#include "tests/support/Picture.h"
+#include "platform/desktop/SystemSymbol.h"
+#include "tests/support/widgets/LayoutExpectation.h"
+#include "tests/support/widgets/Palettes.h"
+#include "tests/support/widgets/Picture.h"
 
 #include <QPainter>
 #include <gmock/gmock.h>

@@ -1,7 +1,7 @@
 #include "controls/TextBlock.h"
 
-#include "controls/LayoutMetrics.h"
-#include "tests/support/Picture.h"
+#include "controls/painting/LayoutMetrics.h"
+#include "tests/support/widgets/Picture.h"
 
 #include <QFontMetricsF>
 #include <QPainter>

@@ -1,16 +1,16 @@
 #include "controls/TextButton.h"
 
-#include "controls/Colors.h"
 #include "controls/SymbolLabel.h"
 #include "controls/TextBlock.h"
-#include "platform/SystemSymbol.h"
+#include "controls/painting/Colors.h"
+#include "platform/desktop/SystemSymbol.h"
 #include "tests/support/Await.h"
 #include "tests/support/EventCount.h"
-#include "tests/support/LayoutExpectation.h"
-#include "tests/support/Palettes.h"
-#include "tests/support/Picture.h"
-#include "tests/support/Pointer.h"
-#include "tests/support/WidgetWindow.h"
+#include "tests/support/widgets/LayoutExpectation.h"
+#include "tests/support/widgets/Palettes.h"
+#include "tests/support/widgets/Picture.h"
+#include "tests/support/widgets/Pointer.h"
+#include "tests/support/widgets/WidgetWindow.h"
 
 #include <QAccessible>
 #include <QPainter>

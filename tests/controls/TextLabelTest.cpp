@@ -1,8 +1,8 @@
 #include "controls/TextLabel.h"
 
-#include "tests/support/LayoutExpectation.h"
-#include "tests/support/Palettes.h"
-#include "tests/support/Picture.h"
+#include "tests/support/widgets/LayoutExpectation.h"
+#include "tests/support/widgets/Palettes.h"
+#include "tests/support/widgets/Picture.h"
 
 #include <QAccessible>
 #include <QApplication>

@@ -1,7 +1,7 @@
 #include "tests/faults/FaultDocument.h"
 
-#include "tests/app/ProgramSession.h"
 #include "tests/faults/FaultTable.h"
+#include "tests/program/ProgramSession.h"
 
 #include <algorithm>
 #include <vector>

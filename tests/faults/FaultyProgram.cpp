@@ -1,11 +1,11 @@
 #include "tests/faults/FaultyProgram.h"
 
-#include "tests/platform/PipeReader.h"
+#include "tests/platform/process/PipeReader.h"
 #include "tests/support/BuiltRecorder.h"
-#include "tests/support/OutputCapture.h"
-#include "tests/support/Preloading.h"
-#include "tests/support/PrivateFolder.h"
 #include "tests/support/StoreIntegrity.h"
+#include "tests/support/process/OutputCapture.h"
+#include "tests/support/process/Preloading.h"
+#include "tests/support/process/PrivateFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "tests/app/ProgramSession.h"
-#include "tests/app/XServer.h"
+#include "tests/desktop/sessions/x11/XServer.h"
 #include "tests/faults/FaultRow.h"
-#include "tests/platform/linux/ScriptedCompositor.h"
-#include "tests/support/MessageBus.h"
+#include "tests/platform/clipboard/linux/ScriptedCompositor.h"
+#include "tests/program/ProgramSession.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/process/MessageBus.h"
 
 #include <filesystem>
 #include <memory>

@@ -1,4 +1,4 @@
-#include "tests/app/ProgramSession.h"
+#include "tests/program/ProgramSession.h"
 #include "tests/support/Await.h"
 #include "tests/support/StoreIntegrity.h"
 

@@ -1,6 +1,6 @@
-#include "tests/support/ChildProcess.h"
-#include "tests/support/Preloading.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/process/ChildProcess.h"
+#include "tests/support/process/Preloading.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
-#include "tests/app/DesktopProgram.h"
+#include "tests/desktop/sessions/DesktopProgram.h"
 #include "tests/support/BuiltRecorder.h"
-#include "tests/support/Preloading.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/process/Preloading.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "tests/fuzz/LoggedLines.h"
 
-#include "platform/LogLine.h"
+#include "platform/process/LogLine.h"
 
 namespace orlimo {
 

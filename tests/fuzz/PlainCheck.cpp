@@ -1,9 +1,9 @@
 #include "tests/fuzz/PlainCheck.h"
 
-#include "tests/capture/BodyBytes.h"
-#include "tests/capture/PlainBodyDecoding.h"
-#include "tests/capture/PlainCodeRule.h"
-#include "tests/capture/PlainUtf8.h"
+#include "tests/capture/reference/BodyBytes.h"
+#include "tests/capture/reference/PlainBodyDecoding.h"
+#include "tests/capture/reference/PlainCodeRule.h"
+#include "tests/capture/reference/PlainUtf8.h"
 
 #include <algorithm>
 

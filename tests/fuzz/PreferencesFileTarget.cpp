@@ -1,5 +1,5 @@
 #include "capture/PreferenceKeys.h"
-#include "platform/UserDefaults.h"
+#include "platform/preferences/UserDefaults.h"
 #include "tests/capture/PreferenceSandbox.h"
 #include "tests/fuzz/Disagreement.h"
 #include "tests/fuzz/FuzzTarget.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/posix/UniqueFd.h"
+#include "platform/files/UniqueFd.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <filesystem>

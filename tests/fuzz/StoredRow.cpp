@@ -1,6 +1,6 @@
 #include "tests/fuzz/StoredRow.h"
 
-#include "tests/capture/BodyBytes.h"
+#include "tests/capture/reference/BodyBytes.h"
 
 namespace orlimo {
 

@@ -1,6 +1,6 @@
 #include "tests/fuzz/UnwindingStop.h"
 
-#include "platform/FatalStop.h"
+#include "platform/process/FatalStop.h"
 
 namespace orlimo {
 

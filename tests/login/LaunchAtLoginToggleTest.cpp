@@ -1,8 +1,8 @@
 #include "login/LaunchAtLoginToggle.h"
 
-#include "tests/platform/MarkingTranslator.h"
-#include "tests/support/CapturedSyslog.h"
+#include "tests/platform/desktop/MarkingTranslator.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/process/CapturedSyslog.h"
 
 #include <QAccessible>
 #include <QApplication>

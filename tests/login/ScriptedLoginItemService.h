@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/LoginItemService.h"
+#include "platform/loginitem/LoginItemService.h"
 
 #include <optional>
 #include <string>

@@ -1,7 +1,7 @@
 #include "tests/packaging/BareSystem.h"
 
-#include "tests/support/OutputCapture.h"
-#include "tests/support/ParentBond.h"
+#include "tests/support/process/OutputCapture.h"
+#include "tests/support/process/ParentBond.h"
 
 #include <gtest/gtest.h>
 

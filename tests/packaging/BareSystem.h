@@ -1,8 +1,8 @@
 #pragma once
 
 #include "tests/packaging/CommandResult.h"
-#include "tests/support/ChildProcess.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/process/ChildProcess.h"
 
 #include <filesystem>
 #include <memory>

@@ -1,9 +1,9 @@
 #include "tests/packaging/BareSystem.h"
 
-#include "platform/linux/DesktopEntry.h"
-#include "tests/app/ProgramSession.h"
-#include "tests/app/XServer.h"
+#include "platform/loginitem/linux/DesktopEntry.h"
+#include "tests/desktop/sessions/x11/XServer.h"
 #include "tests/packaging/BuiltPackage.h"
+#include "tests/program/ProgramSession.h"
 #include "tests/support/BuiltPrograms.h"
 
 #include <gmock/gmock.h>

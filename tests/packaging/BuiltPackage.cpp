@@ -1,6 +1,6 @@
 #include "tests/packaging/BuiltPackage.h"
 
-#include "platform/posix/UniqueFd.h"
+#include "platform/files/UniqueFd.h"
 #include "tests/packaging/CommandResult.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #include "tests/packaging/CommandResult.h"
 
-#include "tests/support/ParentBond.h"
+#include "tests/support/process/ParentBond.h"
 
 #include <utility>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tests/support/ChildProcess.h"
+#include "tests/support/process/ChildProcess.h"
 
 #include <chrono>
 #include <filesystem>

@@ -1,5 +1,5 @@
 #include "platform/ApplicationIdentity.h"
-#include "platform/linux/DesktopEntry.h"
+#include "platform/loginitem/linux/DesktopEntry.h"
 #include "tests/packaging/CommandResult.h"
 #include "tests/packaging/InstalledTree.h"
 #include "tests/packaging/LocaleName.h"

@@ -1,7 +1,7 @@
 #include "platform/ApplicationIdentity.h"
 #include "tests/support/BuiltPrograms.h"
-#include "tests/support/ChildProcess.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/process/ChildProcess.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

@@ -1,7 +1,7 @@
 #include "packaging/macos/IconSet.h"
 
-#include "tests/support/PixelReading.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/widgets/PixelReading.h"
 
 #include <gtest/gtest.h>
 

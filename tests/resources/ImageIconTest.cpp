@@ -1,6 +1,6 @@
 #include "resources/ImageIcon.h"
 
-#include "tests/support/PixelReading.h"
+#include "tests/support/widgets/PixelReading.h"
 
 #include <QPainter>
 #include <gtest/gtest.h>

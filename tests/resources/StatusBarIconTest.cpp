@@ -1,5 +1,5 @@
 #include "resources/ImageAsset.h"
-#include "tests/support/PixelReading.h"
+#include "tests/support/widgets/PixelReading.h"
 
 #include <gtest/gtest.h>
 

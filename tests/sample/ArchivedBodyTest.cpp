@@ -3,8 +3,8 @@
 #include "capture/BodyDecoding.h"
 #include "sample/SampleStore.h"
 #include "tests/sample/StoreContent.h"
-#include "tests/support/OutputCapture.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/process/OutputCapture.h"
 
 #include <gtest/gtest.h>
 

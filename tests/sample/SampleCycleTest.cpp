@@ -2,8 +2,8 @@
 
 #include "capture/BodyDecoding.h"
 #include "capture/CodeExtraction.h"
-#include "platform/UserDefaults.h"
-#include "tests/support/OutputCapture.h"
+#include "platform/preferences/UserDefaults.h"
+#include "tests/support/process/OutputCapture.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

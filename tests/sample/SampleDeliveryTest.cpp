@@ -1,9 +1,9 @@
 #include "sample/Delivery.h"
 #include "tests/sample/StoreContent.h"
 #include "tests/support/BuiltPrograms.h"
-#include "tests/support/ChildProcess.h"
-#include "tests/support/OutputCapture.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/process/ChildProcess.h"
+#include "tests/support/process/OutputCapture.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

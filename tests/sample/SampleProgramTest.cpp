@@ -1,7 +1,7 @@
 #include "tests/sample/StoreContent.h"
 #include "tests/support/BuiltPrograms.h"
-#include "tests/support/ChildProcess.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/process/ChildProcess.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,8 +1,8 @@
-#include "platform/posix/WalIndex.h"
+#include "platform/files/WalIndex.h"
 #include "tests/sample/StoreContent.h"
 #include "tests/support/BuiltPrograms.h"
-#include "tests/support/ChildProcess.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/process/ChildProcess.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

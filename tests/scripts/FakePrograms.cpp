@@ -1,6 +1,6 @@
 #include "tests/scripts/FakePrograms.h"
 
-#include "tests/support/OutputCapture.h"
+#include "tests/support/process/OutputCapture.h"
 
 #include <QStandardPaths>
 #include <gtest/gtest.h>

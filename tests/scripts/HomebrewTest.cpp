@@ -1,5 +1,5 @@
 #include "tests/scripts/FakePrograms.h"
-#include "tests/support/OutputCapture.h"
+#include "tests/support/process/OutputCapture.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 #include "tests/security/ElfProgram.h"
 
 #include "tests/packaging/CommandResult.h"
-#include "tests/support/OutputCapture.h"
+#include "tests/support/process/OutputCapture.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include "tests/security/HardeningExpectation.h"
 #include "tests/support/BuiltPrograms.h"
-#include "tests/support/OutputCapture.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/process/OutputCapture.h"
 
 #include <gtest/gtest.h>
 

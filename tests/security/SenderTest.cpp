@@ -1,4 +1,4 @@
-#include "tests/app/ProgramSession.h"
+#include "tests/program/ProgramSession.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "tests/app/DesktopProgram.h"
+#include "tests/desktop/sessions/DesktopProgram.h"
 
 #include <QCryptographicHash>
 #include <gmock/gmock.h>

@@ -1,5 +1,5 @@
-#include "tests/app/DesktopProgram.h"
 #include "tests/app/StoredPreferences.h"
+#include "tests/desktop/sessions/DesktopProgram.h"
 #include "tests/soak/SoakRecord.h"
 #include "tests/soak/SoakTraffic.h"
 #include "tests/soak/StatementCost.h"

@@ -1,7 +1,7 @@
 #include "tests/soak/StatementCost.h"
 
 #include "sample/SampleStore.h"
-#include "tests/capture/KeptDatabase.h"
+#include "tests/capture/stores/KeptDatabase.h"
 #include "tests/support/DeliberateLeak.h"
 #include "tests/support/TemporaryFolder.h"
 

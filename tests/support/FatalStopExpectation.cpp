@@ -1,6 +1,6 @@
 #include "tests/support/FatalStopExpectation.h"
 
-#include "tests/support/ForkedRun.h"
+#include "tests/support/process/ForkedRun.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

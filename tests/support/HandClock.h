@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/UptimeClock.h"
+#include "platform/threads/UptimeClock.h"
 
 #include <chrono>
 #include <memory>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Queue.h"
+#include "platform/threads/Queue.h"
 
 #include <cstddef>
 #include <deque>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tests/support/UserOfOwn.h"
+#include "tests/support/process/UserOfOwn.h"
 
 #include <sys/resource.h>
 #include <unistd.h>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/VnodeSource.h"
+#include "platform/files/VnodeSource.h"
 
 #include <memory>
 #include <string>

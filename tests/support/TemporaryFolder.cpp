@@ -1,6 +1,6 @@
 #include "tests/support/TemporaryFolder.h"
 
-#include "platform/posix/UniqueFd.h"
+#include "platform/files/UniqueFd.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/MainThread.h"
+#include "platform/threads/MainThread.h"
 #include "watch/FileMonitorDelegate.h"
 
 namespace orlimo {

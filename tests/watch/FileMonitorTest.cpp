@@ -1,14 +1,14 @@
 #include "watch/FileMonitor.h"
 
-#include "platform/FileHandle.h"
+#include "platform/files/FileHandle.h"
 #include "tests/support/Await.h"
-#include "tests/support/ForkedRun.h"
 #include "tests/support/HandClock.h"
 #include "tests/support/HandQueue.h"
-#include "tests/support/OutputCapture.h"
 #include "tests/support/ScriptedVnodeSource.h"
 #include "tests/support/TemporaryFolder.h"
-#include "tests/support/UnprivilegedUser.h"
+#include "tests/support/process/ForkedRun.h"
+#include "tests/support/process/OutputCapture.h"
+#include "tests/support/process/UnprivilegedUser.h"
 #include "tests/watch/CountingDelegate.h"
 #include "tests/watch/WatchBackend.h"
 

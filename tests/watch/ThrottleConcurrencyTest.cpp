@@ -1,4 +1,4 @@
-#include "platform/MainThread.h"
+#include "platform/threads/MainThread.h"
 #include "tests/support/Await.h"
 #include "tests/support/HandClock.h"
 #include "tests/support/JoiningThread.h"

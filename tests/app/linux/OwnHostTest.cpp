@@ -1,12 +1,12 @@
 #include "app/AppDelegate.h"
-#include "app/CopyButton.h"
-#include "app/PopupView.h"
+#include "app/panel/CopyButton.h"
+#include "app/panel/PopupView.h"
 #include "controls/Switch.h"
 #include "tests/app/ViewTestBase.h"
 #include "tests/capture/PreferenceSandbox.h"
-#include "tests/support/OutputCapture.h"
-#include "tests/support/Pointer.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/process/OutputCapture.h"
+#include "tests/support/widgets/Pointer.h"
 
 #include <QCoreApplication>
 #include <gmock/gmock.h>

@@ -1,10 +1,10 @@
 #include "capture/CodeExtraction.h"
 #include "capture/PreferenceKeys.h"
-#include "platform/LibraryFolder.h"
+#include "platform/files/LibraryFolder.h"
 #include "tests/capture/MessageTestBase.h"
 #include "tests/capture/OwnHome.h"
-#include "tests/support/OutputCapture.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/process/OutputCapture.h"
 
 #include <QClipboard>
 #include <QGuiApplication>

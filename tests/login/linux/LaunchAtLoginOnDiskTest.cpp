@@ -1,8 +1,8 @@
 #include "login/LaunchAtLogin.h"
 #include "login/LaunchAtLoginObservable.h"
-#include "tests/support/CapturedSyslog.h"
-#include "tests/support/ForkedRun.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/process/CapturedSyslog.h"
+#include "tests/support/process/ForkedRun.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,8 +1,8 @@
 #include "platform/ApplicationIdentity.h"
 #include "tests/packaging/PropertyList.h"
 #include "tests/packaging/macos/MacTools.h"
-#include "tests/support/OutputCapture.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/process/OutputCapture.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 #include "tests/packaging/macos/MacTools.h"
 
-#include "tests/support/OutputCapture.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/process/OutputCapture.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include "tests/resources/translations/CatalogueFile.h"
 #include "tests/resources/translations/TextPlace.h"
-#include "tests/support/ChildProcess.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/process/ChildProcess.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "tests/platform/macos/fakes/ScriptedDispatch.h"
 
-#include "platform/macos/MainDispatchQueue.h"
+#include "platform/threads/macos/MainDispatchQueue.h"
 
 #include <algorithm>
 #include <cstdlib>

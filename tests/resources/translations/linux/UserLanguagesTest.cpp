@@ -1,5 +1,5 @@
 #include "tests/resources/translations/SpokenWords.h"
-#include "tests/support/ChildProcess.h"
+#include "tests/support/process/ChildProcess.h"
 
 #include <gtest/gtest.h>
 

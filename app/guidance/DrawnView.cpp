@@ -1,0 +1,43 @@
+#include "app/guidance/DrawnView.h"
+
+#include "controls/painting/RoundedRectangle.h"
+
+#include <QPainter>
+#include <QPixmap>
+
+#include <utility>
+
+namespace orlimo {
+
+DrawnView clippedToRoundedRectangle(DrawnView view, double cornerRadius)
+{
+    const QSize size = view.size;
+    // Drawn apart and then masked: a painter's own clip leaves stairs along a curve.
+    auto draw = [view = std::move(view), cornerRadius](QPainter& painter) {
+        const double scale = painter.device()->devicePixelRatioF();
+        QPixmap picture((QSizeF(view.size) * scale).toSize());
+        picture.setDevicePixelRatio(scale);
+        picture.fill(Qt::transparent);
+
+        QPainter apart(&picture);
+        apart.setRenderHints(painter.renderHints());
+        apart.setPen(painter.pen());
+        view.draw(apart);
+        QPixmap mask(picture.size());
+        mask.setDevicePixelRatio(scale);
+        mask.fill(Qt::transparent);
+        QPainter masking(&mask);
+        masking.setRenderHint(QPainter::Antialiasing);
+        masking.fillPath(
+            continuousRoundedRectangle(QRectF(QPointF(), view.size), cornerRadius), Qt::black);
+        masking.end();
+        apart.setCompositionMode(QPainter::CompositionMode_DestinationIn);
+        apart.drawPixmap(0, 0, mask);
+        apart.end();
+
+        painter.drawPixmap(0, 0, picture);
+    };
+    return {.size = size, .draw = std::move(draw)};
+}
+
+} // namespace orlimo

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "platform/desktop/Workspace.h"
+
+#include <QUrl>
+#include <QWidget>
+
+#include <functional>
+
+namespace orlimo {
+
+/// How the user grants access to the whole disk, with a button that leads to the right page of the
+/// system's settings. Its texts are white: it wants a dark ground. Main thread.
+class HelperView : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// `open` has the host open an address.
+    explicit HelperView(std::function<bool(const QUrl&)> open = openUrl);
+
+    static constexpr int stackSpacing = 5;
+
+private:
+    void openSystemSettings();
+
+    std::function<bool(const QUrl&)> openAddress;
+};
+
+} // namespace orlimo

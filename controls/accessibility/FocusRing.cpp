@@ -1,0 +1,110 @@
+#include "controls/accessibility/FocusRing.h"
+
+#include "controls/painting/Colors.h"
+#include "controls/painting/RoundedRectangle.h"
+
+#include <QFocusEvent>
+#include <QKeyEvent>
+#include <QPainter>
+
+namespace orlimo {
+
+namespace {
+
+constexpr double ringWidth = 2;
+
+bool cameByKeyboard(const QFocusEvent& event)
+{
+    return event.reason() == Qt::TabFocusReason || event.reason() == Qt::BacktabFocusReason ||
+           event.reason() == Qt::ShortcutFocusReason;
+}
+
+/// Whether the focus only went to another window, or comes back from there.
+bool isOfWindows(const QFocusEvent& event)
+{
+    return event.reason() == Qt::ActiveWindowFocusReason || event.reason() == Qt::PopupFocusReason;
+}
+
+} // namespace
+
+void FocusRing::attach(QWidget& control, double cornerRadius, int inset)
+{
+    // Owned by the control until it is first shown, then by the control's window.
+    new FocusRing(control, cornerRadius, inset);
+}
+
+FocusRing::FocusRing(QWidget& surrounded, double radius, int controlInset)
+    : QWidget(&surrounded)
+    , control(surrounded)
+    , cornerRadius(radius)
+    , inset(controlInset)
+{
+    hide();
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+    setFocusPolicy(Qt::NoFocus);
+    control.installEventFilter(this);
+    connect(&control, &QObject::destroyed, this, [this] {
+        hide();
+        deleteLater();
+    });
+}
+
+bool FocusRing::eventFilter(QObject* /*watched*/, QEvent* event)
+{
+    switch (event->type()) {
+    case QEvent::FocusIn: {
+        const auto& focus = *static_cast<QFocusEvent*>(event);
+        if (cameByKeyboard(focus) || (isOfWindows(focus) && comesBack)) {
+            surround();
+        }
+        break;
+    }
+    case QEvent::FocusOut:
+        comesBack = !isHidden() && isOfWindows(*static_cast<QFocusEvent*>(event));
+        hide();
+        break;
+    case QEvent::KeyPress:
+        // A modifier alone has no text and works on no control.
+        if (!static_cast<QKeyEvent*>(event)->text().isEmpty() && control.hasFocus()) {
+            surround();
+        }
+        break;
+    case QEvent::Hide:
+        // The window system's own hiding takes the ring along and shows it again.
+        if (!event->spontaneous()) {
+            hide();
+        }
+        break;
+    case QEvent::Move:
+    case QEvent::Resize:
+        if (isVisible()) {
+            surround();
+        }
+        break;
+    default:
+        break;
+    }
+    return false;
+}
+
+void FocusRing::surround()
+{
+    setParent(control.window());
+    const QRect area(control.mapTo(control.window(), QPoint(0, 0)), control.size());
+    const int outward = reach - inset;
+    setGeometry(area.adjusted(-outward, -outward, outward, outward));
+    raise();
+    show();
+}
+
+void FocusRing::paintEvent(QPaintEvent* /*event*/)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(focusRingColor(control.palette()), ringWidth));
+    constexpr double half = ringWidth / 2;
+    painter.drawPath(continuousRoundedRectangle(
+        QRectF(rect()).adjusted(half, half, -half, -half), cornerRadius + reach - half));
+}
+
+} // namespace orlimo

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "platform/threads/UptimeClock.h"
+
+#include <algorithm>
+#include <chrono>
+#include <initializer_list>
+
+#include <sys/socket.h>
+#include <sys/time.h>
+
+namespace orlimo {
+
+/// Has what waits on `socket` fail with EAGAIN at the deadline: in the `directions` SO_SNDTIMEO,
+/// which is for connecting too, and SO_RCVTIMEO. Any thread.
+inline void setSocketTimeout(int socket, Uptime deadline, std::initializer_list<int> directions)
+{
+    using std::chrono::microseconds;
+    // Zero would stand for no limit.
+    const auto left =
+        std::max(microseconds(1), std::chrono::ceil<microseconds>(deadline - currentUptime()));
+    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(left);
+    timeval limit{};
+    limit.tv_sec = seconds.count();
+    limit.tv_usec = (left - seconds).count();
+    for (const int direction : directions) {
+        (void)::setsockopt(socket, SOL_SOCKET, direction, &limit, sizeof limit);
+    }
+}
+
+} // namespace orlimo

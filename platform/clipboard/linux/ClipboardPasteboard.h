@@ -1,0 +1,16 @@
+#pragma once
+
+#include "platform/clipboard/Pasteboard.h"
+
+namespace orlimo {
+
+/// The toolkit's clipboard of the desktop session; the selection that a mouse button pastes is left
+/// alone. On Wayland it works only while a window of the program has the focus. Main thread.
+class ClipboardPasteboard final : public Pasteboard
+{
+public:
+    void declareTypes(std::initializer_list<PasteboardType> types) override;
+    void setString(std::string_view text, PasteboardType type) override;
+};
+
+} // namespace orlimo

@@ -1,0 +1,131 @@
+#include "platform/clipboard/linux/DataControlClipboard.h"
+
+#include "platform/clipboard/linux/DataControlConnection.h"
+#include "platform/clipboard/linux/TextTransfers.h"
+#include "platform/display/linux/WaylandDisplay.h"
+#include "platform/display/linux/WaylandRegistry.h"
+
+#include <algorithm>
+#include <system_error>
+#include <utility>
+
+#include <wayland-client-protocol.h>
+
+namespace orlimo {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+/// The pauses between two attempts to connect to a compositor whose queue of connections is full,
+/// which the system gives no notification for: each is twice the last one.
+constexpr std::chrono::milliseconds firstPause = 250ms;
+constexpr std::chrono::milliseconds longestPause = 16s;
+
+/// Whether a compositor listens that did not take the connection in time.
+bool isBusy(const std::error_code& error)
+{
+    return error == std::errc::resource_unavailable_try_again;
+}
+
+} // namespace
+
+DataControlAvailability
+DataControlClipboard::availability(std::chrono::milliseconds limit, const std::string& display)
+{
+    const auto deadline = std::chrono::steady_clock::now() + limit;
+    std::error_code error;
+    auto connected = WaylandDisplay::connect(display, deadline, error);
+    if (!connected) {
+        return isBusy(error) ? DataControlAvailability::unknown
+                             : DataControlAvailability::notOffered;
+    }
+    WaylandRegistry registry(*connected); // learns while it lives, so it is no constant
+    const auto response = connected->roundTrip(deadline);
+    if (response == WaylandDisplay::Response::late) {
+        return DataControlAvailability::unknown;
+    }
+    const bool isOffered = response == WaylandDisplay::Response::received &&
+                           DataControlConnection::offeredBy(registry) != nullptr &&
+                           registry.find(wl_seat_interface.name) != nullptr;
+    return isOffered ? DataControlAvailability::offered : DataControlAvailability::notOffered;
+}
+
+DataControlClipboard::DataControlClipboard(std::string displayName)
+    : display(std::move(displayName))
+    , transfers(std::make_unique<TextTransfers>())
+{
+    retry.setSingleShot(true);
+    retry.callOnTimeout([this] { connect(); });
+}
+
+DataControlClipboard::~DataControlClipboard() = default;
+
+void DataControlClipboard::setText(std::string text, Completion completed)
+{
+    pending = {std::make_shared<const std::string>(std::move(text)), std::move(completed)};
+    pause = firstPause;
+    if (!connection) {
+        connect();
+    } else {
+        advance();
+    }
+}
+
+/// Sends the pending text, or takes the next step towards that.
+void DataControlClipboard::advance()
+{
+    if (!pending) {
+        return;
+    }
+    if (connection->setText(pending->text)) {
+        complete(Outcome::sent);
+        return;
+    }
+    switch (connection->state()) {
+    case DataControlConnection::State::connecting:
+    case DataControlConnection::State::ready:
+        break; // the connection notifies of progress
+    case DataControlConnection::State::unsupported:
+        connection.reset();
+        complete(Outcome::unsupported);
+        break;
+    case DataControlConnection::State::lost:
+        connection.reset();
+        if (isConnectionNew) {
+            complete(Outcome::unreachable);
+        } else {
+            connect();
+        }
+        break;
+    }
+}
+
+void DataControlClipboard::connect()
+{
+    retry.stop();
+    std::error_code error;
+    auto connected = WaylandDisplay::connect(display, std::chrono::steady_clock::now(), error);
+    if (!connected && isBusy(error)) {
+        retry.start(pause);
+        pause = std::min(2 * pause, longestPause);
+        return;
+    }
+    if (!connected) {
+        complete(Outcome::unreachable);
+        return;
+    }
+    connection = std::make_unique<DataControlConnection>(
+        *std::move(connected), *transfers, [this] { advance(); });
+    isConnectionNew = true;
+    advance();
+}
+
+void DataControlClipboard::complete(Outcome outcome)
+{
+    isConnectionNew = false;
+    const auto completed = std::exchange(pending, std::nullopt)->completed;
+    completed(outcome);
+}
+
+} // namespace orlimo

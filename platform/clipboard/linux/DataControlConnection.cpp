@@ -1,0 +1,172 @@
+#include "platform/clipboard/linux/DataControlConnection.h"
+
+#include <algorithm>
+#include <utility>
+
+#include <wayland-client-protocol.h>
+
+namespace orlimo {
+
+namespace {
+
+/// The version of a seat that can be given up by a request, the latest that is of any use here.
+constexpr std::uint32_t seatVersion = WL_SEAT_RELEASE_SINCE_VERSION;
+
+bool isSeat(const WaylandRegistry::Global& global)
+{
+    return global.interface == wl_seat_interface.name;
+}
+
+WaylandProxy boundSeat(const WaylandRegistry& registry, const WaylandRegistry::Global& global)
+{
+    const std::uint32_t version = std::min(global.version, seatVersion);
+    wl_proxy* const seat = registry.bind(global, wl_seat_interface, version);
+    return version < seatVersion ? WaylandProxy(seat) : WaylandProxy(seat, WL_SEAT_RELEASE);
+}
+
+} // namespace
+
+DataControlConnection::DataControlConnection(
+    WaylandDisplay connected, TextTransfers& readers, std::function<void()> progressed)
+    : transfers(readers)
+    , whenProgressed(std::move(progressed))
+    , display(std::move(connected))
+    , registry(*display)
+    , listing(display->get())
+{
+    readable = makeDescriptorNotifier(display->descriptor(), QSocketNotifier::Read, [this] {
+        dispatch();
+        notify();
+    });
+    writable = makeDescriptorNotifier(display->descriptor(), QSocketNotifier::Write, [this] {
+        flush();
+        notify();
+    });
+    flush();
+}
+
+DataControlConnection::~DataControlConnection() = default;
+
+const DataControlProtocol* DataControlConnection::offeredBy(const WaylandRegistry& registry)
+{
+    const auto* const found =
+        std::ranges::find_if(dataControlProtocols, [&](const auto* candidate) {
+            return registry.find(candidate->manager.name) != nullptr;
+        });
+    return found == dataControlProtocols.end() ? nullptr : *found;
+}
+
+DataControlConnection::State DataControlConnection::state() const
+{
+    if (!display) {
+        return State::lost;
+    }
+    if (manager) {
+        return State::ready;
+    }
+    return listing->isComplete() ? State::unsupported : State::connecting;
+}
+
+bool DataControlConnection::setText(const SharedText& text)
+{
+    if (display) {
+        // What the compositor has said comes first: that it is gone, or that a seat is.
+        dispatch();
+    }
+    const bool canSend = state() == State::ready && !devices.empty() && !writable->isEnabled();
+    if (!canSend) {
+        held.reset(); // replaced, though the compositor is not to know before the text can be sent
+        return false;
+    }
+    held = text;
+    for (auto& [name, device] : devices) {
+        device.setText(text);
+    }
+    flush();
+    return display.has_value();
+}
+
+/// Takes what is offered into use, once that is known.
+void DataControlConnection::begin()
+{
+    if (manager || !listing->isComplete()) {
+        return;
+    }
+    protocol = offeredBy(*registry);
+    if (protocol == nullptr) {
+        return;
+    }
+    manager = WaylandProxy(
+        registry->bind(
+            *registry->find(protocol->manager.name),
+            protocol->manager,
+            DataControlProtocol::version),
+        DataControlProtocol::ManagerRequest::destroy);
+    for (const auto& global : registry->globals()) {
+        seatDidAppear(global);
+    }
+    registry->observe(
+        [this](const WaylandRegistry::Global& global) { seatDidAppear(global); },
+        [this](std::uint32_t name) { devices.erase(name); });
+}
+
+/// Makes the clipboard of a seat that there is from now on, and gives it the text that the other
+/// seats have.
+void DataControlConnection::seatDidAppear(const WaylandRegistry::Global& global)
+{
+    if (!isSeat(global)) {
+        return;
+    }
+    const auto [made, isNew] = devices.try_emplace(
+        global.name, manager, *protocol, boundSeat(*registry, global), transfers, [this] {
+            held.reset();
+        });
+    if (isNew && held) {
+        made->second.setText(*held);
+    }
+}
+
+/// Takes what the compositor says, and sends what that has made necessary.
+void DataControlConnection::dispatch()
+{
+    if (display->dispatch()) {
+        begin();
+        flush();
+    } else {
+        release();
+    }
+}
+
+/// Sends what was written. While the compositor does not take it, nothing more is read from it
+/// either: what is waiting to be sent stays small.
+void DataControlConnection::flush()
+{
+    const auto output = display->flush();
+    if (output == WaylandDisplay::Output::lost) {
+        release();
+        return;
+    }
+    const bool isWaiting = output == WaylandDisplay::Output::waiting;
+    readable->setEnabled(!isWaiting);
+    writable->setEnabled(isWaiting);
+}
+
+/// Lets go of a connection that has ended, down to its descriptor.
+void DataControlConnection::release()
+{
+    writable.reset();
+    readable.reset();
+    devices.clear();
+    manager = WaylandProxy();
+    listing.reset();
+    registry.reset();
+    display.reset();
+}
+
+void DataControlConnection::notify() const
+{
+    const auto running = whenProgressed; // this object may end in the call
+    running();
+}
+
+} // namespace orlimo

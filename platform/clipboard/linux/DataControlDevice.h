@@ -1,0 +1,60 @@
+#pragma once
+
+#include "platform/clipboard/linux/DataControlProtocol.h"
+#include "platform/clipboard/linux/DataControlSource.h"
+#include "platform/clipboard/linux/SharedText.h"
+#include "platform/clipboard/linux/TextTransfers.h"
+#include "platform/display/linux/WaylandProxy.h"
+
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace orlimo {
+
+/// The clipboard of one seat. Main thread.
+class DataControlDevice
+{
+public:
+    /// For the clipboard of `seatOfClipboard`. The manager and the readers must outlive the device;
+    /// `takenOver` is called each time another program has replaced our text.
+    DataControlDevice(
+        const WaylandProxy& dataControlManager,
+        const DataControlProtocol& namesOfAll,
+        WaylandProxy seatOfClipboard,
+        TextTransfers& readers,
+        std::function<void()> takenOver);
+    DataControlDevice(const DataControlDevice&) = delete;
+    DataControlDevice& operator=(const DataControlDevice&) = delete;
+    ~DataControlDevice() = default;
+
+    /// Writes the requests that put `text` on the clipboard.
+    void setText(const SharedText& text);
+
+    /// Takes the object's events.
+    void receive(std::uint32_t event, const wl_argument* arguments);
+
+private:
+    void listen();
+    void keepUntilReplaced(WaylandProxy& kept, const wl_argument& offer);
+    void forget(const DataControlSource& source);
+    void finish();
+
+    const WaylandProxy& manager;
+    const DataControlProtocol& protocol;
+    TextTransfers& transfers;
+    std::function<void()> whenTakenOver;
+    WaylandProxy seat;
+    WaylandProxy device;
+    /// Offers of which the compositor has not said yet what they are.
+    std::vector<WaylandProxy> introduced;
+    WaylandProxy selection;
+    WaylandProxy primarySelection;
+    std::unique_ptr<DataControlSource> current;
+    /// Our own earlier texts, until the compositor says that nobody will ask for them any more.
+    std::deque<std::unique_ptr<DataControlSource>> replaced;
+};
+
+} // namespace orlimo

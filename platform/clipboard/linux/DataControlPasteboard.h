@@ -1,0 +1,42 @@
+#pragma once
+
+#include "platform/clipboard/Pasteboard.h"
+#include "platform/clipboard/linux/ClipboardPasteboard.h"
+#include "platform/clipboard/linux/DataControlClipboard.h"
+
+#include <QTimer>
+
+#include <string>
+
+namespace orlimo {
+
+/// The clipboard of a Wayland session whose compositor offers data control, or has not said yet
+/// whether it does: no window needs the focus. A line on standard error says when the compositor
+/// cannot be reached or does not respond for two seconds. In the first case Qt's clipboard gets the
+/// text instead. In the second the compositor gets it as soon as it responds, and where Qt does not
+/// run on that compositor its clipboard has the text meanwhile. Where the response is that data
+/// control is not offered, Qt's clipboard is used from there on. Main thread.
+class DataControlPasteboard final : public Pasteboard
+{
+public:
+    DataControlPasteboard();
+    void declareTypes(std::initializer_list<PasteboardType> types) override;
+    void setString(std::string_view text, PasteboardType type) override;
+
+private:
+    void didComplete(DataControlClipboard::Outcome outcome);
+    void useFallback();
+    void reportOutOfReach();
+
+    DataControlClipboard clipboard;
+    ClipboardPasteboard fallback;
+    /// The text that is waiting for the compositor.
+    std::string newest;
+    bool hasFallbackNewest = false;
+    bool isOutOfReach = false;
+    bool isUnsupported = false;
+    /// Runs only while a text is waiting for the compositor.
+    QTimer responseLimit;
+};
+
+} // namespace orlimo

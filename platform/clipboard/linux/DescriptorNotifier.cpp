@@ -1,0 +1,27 @@
+#include "platform/clipboard/linux/DescriptorNotifier.h"
+
+#include <QCoreApplication>
+
+#include <utility>
+
+namespace orlimo {
+
+void NotifierRemoval::operator()(QSocketNotifier* notifier) const
+{
+    notifier->setEnabled(false);
+    if (QCoreApplication::instance() != nullptr) {
+        notifier->deleteLater();
+    } else {
+        delete notifier; // there is no event loop any more in which it could be at work
+    }
+}
+
+DescriptorNotifier
+makeDescriptorNotifier(int descriptor, QSocketNotifier::Type type, std::function<void()> ready)
+{
+    DescriptorNotifier notifier(new QSocketNotifier(descriptor, type));
+    QObject::connect(notifier.get(), &QSocketNotifier::activated, notifier.get(), std::move(ready));
+    return notifier;
+}
+
+} // namespace orlimo

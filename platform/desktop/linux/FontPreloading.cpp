@@ -1,0 +1,16 @@
+#include "platform/desktop/FontPreloading.h"
+
+#include "platform/threads/Queue.h"
+
+#include <QFontDatabase>
+#include <QStringList>
+
+namespace orlimo {
+
+void preloadFonts()
+{
+    // With fontconfig's configuration a third of the time until the first window is shown.
+    backgroundQueue().async([] { (void)QFontDatabase::families(); });
+}
+
+} // namespace orlimo

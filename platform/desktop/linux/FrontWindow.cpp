@@ -1,0 +1,12 @@
+#include "platform/desktop/FrontWindow.h"
+
+#include <QWidget>
+
+namespace orlimo {
+
+void orderFrontRegardless(QWidget& window)
+{
+    window.raise();
+}
+
+} // namespace orlimo

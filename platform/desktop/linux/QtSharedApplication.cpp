@@ -1,0 +1,87 @@
+#include "platform/desktop/SharedApplication.h"
+#include "platform/desktop/ToolkitTurns.h"
+#include "platform/desktop/linux/AboutPanel.h"
+#include "platform/desktop/linux/ActivationToken.h"
+#include "platform/process/FatalStop.h"
+
+#include <QApplication>
+#include <QPointer>
+#include <QSessionManager>
+
+namespace orlimo {
+
+namespace {
+
+/// The toolkit's application object, seen as the host's.
+class QtSharedApplication final : public SharedApplication
+{
+public:
+    int run(ApplicationDelegate& delegate) override
+    {
+        // A program that lives in the menu bar stays when its windows, or the toolkit's own jobs,
+        // come to an end.
+        QApplication::setQuitOnLastWindowClosed(false);
+        QApplication::setQuitLockEnabled(false);
+
+        const QObject whileItRuns;
+        stayOutOfSavedSessions(whileItRuns);
+
+        ToolkitTurns turns(delegate, [this] {
+            ActivationToken::takeFromStart();
+            if (terminating) {
+                QApplication::exit(0);
+            }
+            return !terminating;
+        });
+        turns.begin();
+        const int status = QApplication::exec();
+        delete aboutPanel;
+        terminating = false;
+        return status;
+    }
+
+    void orderFrontStandardAboutPanel(const AboutPanelOptions& options) override
+    {
+        if (aboutPanel.isNull()) {
+            aboutPanel = new AboutPanel;
+        }
+        aboutPanel->show(options);
+    }
+
+    void terminate() override
+    {
+        // Kept for an event loop that does not run yet. Unlike quit(), exit() asks no window.
+        terminating = true;
+        QApplication::exit(0);
+    }
+
+    [[nodiscard]] bool isTerminating() const override { return terminating; }
+
+private:
+    /// A saved session would start the program at the next login, beside the login item. Lasts as
+    /// long as `context`.
+    static void stayOutOfSavedSessions(const QObject& context)
+    {
+        const auto refuse = [](QSessionManager& manager) {
+            manager.setRestartHint(QSessionManager::RestartNever);
+        };
+        QObject::connect(qApp, &QGuiApplication::commitDataRequest, &context, refuse);
+        QObject::connect(qApp, &QGuiApplication::saveStateRequest, &context, refuse);
+    }
+
+    QPointer<AboutPanel> aboutPanel;
+    bool terminating = false;
+};
+
+} // namespace
+
+SharedApplication& sharedApplication()
+{
+    if (qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr) {
+        fatalStop("there is no application object");
+    }
+    static QtSharedApplication application;
+    return application;
+}
+
+} // namespace orlimo

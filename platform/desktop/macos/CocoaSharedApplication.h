@@ -1,0 +1,31 @@
+#pragma once
+
+#include "platform/desktop/SharedApplication.h"
+#include "platform/desktop/macos/AppKitHost.h"
+
+namespace orlimo {
+
+/// The system's application object, whose event loop the toolkit runs. Main thread.
+class CocoaSharedApplication final : public SharedApplication
+{
+public:
+    explicit CocoaSharedApplication(AppKitHost appKit);
+
+    int run(ApplicationDelegate& delegate) override;
+    void orderFrontStandardAboutPanel(const AboutPanelOptions& options) override;
+    void terminate() override;
+    [[nodiscard]] bool isTerminating() const override { return terminating; }
+
+private:
+    int runInAppKit(ApplicationDelegate& delegate);
+    int runInToolkit(ApplicationDelegate& delegate);
+    /// From here on the event loop can be ended; it is, when that was asked for before.
+    void launchingDidFinish();
+    void endEventLoop();
+
+    AppKitHost host;
+    bool isLaunched = false;
+    bool terminating = false;
+};
+
+} // namespace orlimo

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "platform/display/linux/WaylandProxy.h"
+
+#include <cstdint>
+
+#include <wayland-client-core.h>
+
+namespace orlimo {
+
+/// A request whose response shows that the compositor has handled everything requested before it.
+/// Must go before its connection does. The connection's thread.
+class WaylandRoundTrip
+{
+public:
+    /// Writes the request; it is sent with the next flush.
+    explicit WaylandRoundTrip(wl_display* display);
+    WaylandRoundTrip(const WaylandRoundTrip&) = delete;
+    WaylandRoundTrip& operator=(const WaylandRoundTrip&) = delete;
+    ~WaylandRoundTrip() = default;
+
+    /// Whether the response has been dispatched.
+    [[nodiscard]] bool isComplete() const { return hasResponse; }
+
+    /// Takes the response.
+    void receive(std::uint32_t /*event*/, const wl_argument* /*arguments*/) { hasResponse = true; }
+
+private:
+    bool hasResponse = false;
+    WaylandProxy callback;
+};
+
+} // namespace orlimo

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "platform/files/VnodeSource.h"
+#include "platform/threads/UptimeClock.h"
+
+#include <memory>
+
+namespace orlimo {
+
+/// makeFileSystemObjectSource() with the clock by which a writer's time is counted.
+[[nodiscard]] std::unique_ptr<VnodeSource> makeDispatchVnodeSource(
+    int fileDescriptor, VnodeEvents mask, Queue& queue, const UptimeClock& clock);
+
+} // namespace orlimo

@@ -1,0 +1,309 @@
+#include "platform/files/macos/DispatchVnodeSource.h"
+
+#include "platform/files/GrowthDetector.h"
+#include "platform/files/VnodeEventDelivery.h"
+#include "platform/files/macos/ChangeMeter.h"
+#include "platform/process/FatalStop.h"
+#include "platform/threads/macos/DispatchObject.h"
+#include "platform/threads/macos/MainDispatchQueue.h"
+
+#include <array>
+#include <cerrno>
+#include <chrono>
+#include <filesystem>
+#include <functional>
+#include <future>
+#include <optional>
+#include <system_error>
+#include <utility>
+
+#import <dispatch/dispatch.h>
+#include <fcntl.h>
+#include <sys/param.h>
+#include <sys/stat.h>
+
+namespace orlimo {
+
+namespace {
+
+static_assert(vnodeExtend == DISPATCH_VNODE_EXTEND);
+
+/// Fails with the host's error for what is not open: the dispatch library would only fall silent.
+int checked(int descriptor)
+{
+    struct stat status
+    {};
+    if (::fstat(descriptor, &status) != 0) {
+        throw std::system_error(errno, std::generic_category(), "cannot watch the file");
+    }
+    return descriptor;
+}
+
+/// The name of an open file; empty when the host does not tell.
+std::filesystem::path nameOf(int descriptor)
+{
+    std::array<char, MAXPATHLEN> name{};
+    return ::fcntl(descriptor, F_GETPATH, name.data()) == 0 ? std::filesystem::path(name.data())
+                                                            : std::filesystem::path();
+}
+
+/// Runs work where it is offered.
+class CallersQueue final : public Queue
+{
+public:
+    void async(Work work) override { work(); }
+};
+
+Queue& callersQueue()
+{
+    static CallersQueue queue;
+    return queue;
+}
+
+/// What a source does on its dispatch queue. Shared with the blocks there, which may outlive the
+/// source. All on that queue.
+class Watch : public std::enable_shared_from_this<Watch>
+{
+public:
+    Watch(
+        int fileDescriptor,
+        DispatchObject<dispatch_queue_t> dispatchQueue,
+        Queue& queueOfHandlers,
+        const UptimeClock& uptimeClock)
+        : queue(std::move(dispatchQueue))
+        , meter(fileDescriptor)
+        , growth(fileDescriptor, nameOf(fileDescriptor), uptimeClock)
+        , delivery(std::make_shared<VnodeEventDelivery>(queueOfHandlers))
+    {}
+
+    /// The system has reported `events`.
+    void notice(VnodeEvents events)
+    {
+        if (ended) {
+            return;
+        }
+        if (const VnodeEvents others = events & ~vnodeExtend; others != 0) {
+            delivery->post(others);
+        }
+        if ((events & vnodeExtend) != 0) {
+            noticeGrowth();
+        }
+    }
+
+    /// Looks at the file no more.
+    void end()
+    {
+        ended = true;
+        if (timer) {
+            dispatch_source_cancel(timer->get());
+            timer.reset();
+        }
+    }
+
+    /// What to run when the system has let go of the file, which may then be closed. Set before the
+    /// source is cancelled.
+    void setReleaseHandler(std::function<void()> handler) { releaseHandler = std::move(handler); }
+
+    /// The system has let go of the file.
+    void release()
+    {
+        end();
+        releaseHandler();
+    }
+
+    [[nodiscard]] const std::shared_ptr<VnodeEventDelivery>& handlers() const { return delivery; }
+    [[nodiscard]] dispatch_queue_t dispatchQueue() const { return queue.get(); }
+
+private:
+    void noticeGrowth()
+    {
+        // The system says that the file grew, so that its size need not show it: the file may have
+        // been cut since. A file that is as it was at the last look, however, was reported with
+        // that: the system tells of a commit's last frames once more when they are long delivered.
+        if (meter.hasChanged()) {
+            look(true);
+        } else if (growth.isWaiting()) {
+            look(false);
+        }
+    }
+
+    void look(bool hasGrown)
+    {
+        if (growth.look(hasGrown)) {
+            delivery->post(vnodeExtend);
+        }
+        if (growth.isWaiting() && !lookIsDue && !ended) {
+            lookLater();
+        }
+    }
+
+    /// The thread goes on to other work: nothing waits for the writer.
+    void lookLater()
+    {
+        lookIsDue = true;
+        if (!timer) {
+            timer = madeTimer();
+        }
+        const std::chrono::nanoseconds pause = growth.pause();
+        dispatch_source_set_timer(
+            timer->get(),
+            dispatch_time(DISPATCH_TIME_NOW, pause.count()),
+            DISPATCH_TIME_FOREVER,
+            0);
+    }
+
+    /// A strict timer: others, dispatch_after() included, the system may put off, and does so at
+    /// length for a program without a window.
+    [[nodiscard]] DispatchObject<dispatch_source_t> madeTimer()
+    {
+        dispatch_source_t const made = dispatch_source_create(
+            DISPATCH_SOURCE_TYPE_TIMER, 0, DISPATCH_TIMER_STRICT, queue.get());
+        if (made == nullptr) {
+            fatalStop("the system makes no timer");
+        }
+        const std::weak_ptr<Watch> watch = weak_from_this();
+        dispatch_source_set_event_handler(made, ^{
+            if (const auto self = watch.lock()) {
+                self->lookAgain();
+            }
+        });
+        dispatch_activate(made);
+        return DispatchObject<dispatch_source_t>::adopt(made);
+    }
+
+    void lookAgain()
+    {
+        lookIsDue = false;
+        if (!ended && growth.isWaiting()) {
+            // Before the look: what changes after that is looked at when the system reports it.
+            (void)meter.hasChanged();
+            look(false);
+        }
+    }
+
+    DispatchObject<dispatch_queue_t> queue;
+    ChangeMeter meter;
+    GrowthDetector growth;
+    std::shared_ptr<VnodeEventDelivery> delivery;
+    std::function<void()> releaseHandler;
+    /// Made when growth waits for the first time.
+    std::optional<DispatchObject<dispatch_source_t>> timer;
+    bool lookIsDue = false;
+    bool ended = false;
+};
+
+/// Watches with a source of the dispatch library. Where the main dispatch queue runs on the main
+/// thread and handlers belong there, the source is on that queue and runs them itself; otherwise it
+/// is on a queue of its own and hands them over.
+class DispatchVnodeSource final : public VnodeSource
+{
+public:
+    DispatchVnodeSource(
+        int fileDescriptor, VnodeEvents mask, Queue& queue, const UptimeClock& clock)
+        : isOnMainQueue(&queue == &mainQueue() && isMainDispatchQueueDrained())
+        , watch(std::make_shared<Watch>(
+              checked(fileDescriptor),
+              isOnMainQueue ? DispatchObject<dispatch_queue_t>::retain(dispatch_get_main_queue())
+                            : DispatchObject<dispatch_queue_t>::adopt(
+                                  dispatch_queue_create("vnode source", DISPATCH_QUEUE_SERIAL)),
+              isOnMainQueue ? callersQueue() : queue,
+              clock))
+        , source(created(fileDescriptor, mask))
+    {
+        // The source drops its handlers, and with them what they hold, when it has been cancelled.
+        const auto kept = watch;
+        dispatch_source_t const fired = source.get();
+        dispatch_source_set_event_handler(fired, ^{
+            kept->notice(static_cast<VnodeEvents>(dispatch_source_get_data(fired)));
+        });
+        dispatch_source_set_cancel_handler(fired, ^{
+            kept->release();
+        });
+    }
+
+    DispatchVnodeSource(const DispatchVnodeSource&) = delete;
+    DispatchVnodeSource& operator=(const DispatchVnodeSource&) = delete;
+    ~DispatchVnodeSource() override
+    {
+        if (!cancelled) {
+            release([] {});
+        }
+    }
+
+    void setEventHandler(Handler handler) override
+    {
+        watch->handlers()->eventHandler = std::move(handler);
+    }
+    void setCancelHandler(Handler handler) override
+    {
+        watch->handlers()->cancelHandler = std::move(handler);
+    }
+    [[nodiscard]] VnodeEvents data() const override { return watch->handlers()->data(); }
+
+    void resume() override { dispatch_activate(source.get()); }
+
+    void cancel() override
+    {
+        if (!std::exchange(cancelled, true)) {
+            release([handlers = watch->handlers()] { handlers->postCancellation(); });
+        }
+    }
+
+private:
+    DispatchObject<dispatch_source_t> created(int fileDescriptor, VnodeEvents mask) const
+    {
+        const auto handle = static_cast<uintptr_t>(fileDescriptor);
+        dispatch_source_t const made = dispatch_source_create(
+            DISPATCH_SOURCE_TYPE_VNODE, handle, mask, watch->dispatchQueue());
+        if (made == nullptr) {
+            throw std::system_error(EINVAL, std::generic_category(), "cannot watch the file");
+        }
+        return DispatchObject<dispatch_source_t>::adopt(made);
+    }
+
+    /// Ends the watch; runs `announce` when the system has let go of the file.
+    void release(const std::function<void()>& announce)
+    {
+        if (isOnMainQueue) {
+            watch->end();
+            watch->handlers()->drop();
+            cancelSource(announce);
+            return;
+        }
+        // Whatever runs on the source's own queue ends soon, for nothing waits there.
+        const auto released = std::make_shared<std::promise<void>>();
+        cancelSource([released] { released->set_value(); });
+        released->get_future().wait();
+        watch->handlers()->drop();
+        announce();
+    }
+
+    void cancelSource(std::function<void()> whenReleased)
+    {
+        watch->setReleaseHandler(std::move(whenReleased));
+        dispatch_source_cancel(source.get());
+        // One that was never active has to be, to let go and to be let go of.
+        dispatch_activate(source.get());
+    }
+
+    bool isOnMainQueue;
+    std::shared_ptr<Watch> watch;
+    DispatchObject<dispatch_source_t> source;
+    bool cancelled = false;
+};
+
+} // namespace
+
+std::unique_ptr<VnodeSource> makeDispatchVnodeSource(
+    int fileDescriptor, VnodeEvents mask, Queue& queue, const UptimeClock& clock)
+{
+    return std::make_unique<DispatchVnodeSource>(fileDescriptor, mask, queue, clock);
+}
+
+std::unique_ptr<VnodeSource>
+makeFileSystemObjectSource(int fileDescriptor, VnodeEvents mask, Queue& queue)
+{
+    return makeDispatchVnodeSource(fileDescriptor, mask, queue, currentUptime);
+}
+
+} // namespace orlimo

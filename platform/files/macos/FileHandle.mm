@@ -1,0 +1,146 @@
+#include "platform/files/FileHandle.h"
+
+#include "platform/files/UniqueFd.h"
+#include "platform/loginitem/macos/ErrorConversion.h"
+#include "platform/process/macos/Retained.h"
+
+#include <cerrno>
+#include <utility>
+
+#import <Foundation/Foundation.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace orlimo {
+
+class FileHandle::OpenFile
+{
+public:
+    explicit OpenFile(Retained<NSFileHandle*> opened)
+        : handle(std::move(opened))
+    {}
+    OpenFile(const OpenFile&) = delete;
+    OpenFile& operator=(const OpenFile&) = delete;
+    ~OpenFile()
+    {
+        // Not left to the last reference, which a pool of somebody else may hold.
+        (void)close();
+    }
+
+    [[nodiscard]] NSFileHandle* get() const { return handle.get(); }
+
+    std::error_code close()
+    {
+        const Retained<NSFileHandle*> closing = std::move(handle);
+        if (!closing) {
+            return {};
+        }
+        @autoreleasepool {
+            NSError* error = nil;
+            return [closing.get() closeAndReturnError:&error] ? std::error_code()
+                                                              : toErrorCode(error);
+        }
+    }
+
+private:
+    Retained<NSFileHandle*> handle;
+};
+
+namespace {
+
+[[noreturn]] void failToOpen(const std::filesystem::path& file, std::error_code error)
+{
+    throw std::system_error(error, "cannot open " + file.string());
+}
+
+[[noreturn]] void failToOpen(const std::filesystem::path& file, int number)
+{
+    failToOpen(file, std::error_code(number, std::generic_category()));
+}
+
+bool isPipe(const std::filesystem::path& file)
+{
+    struct stat status = {};
+    return ::stat(file.c_str(), &status) == 0 && S_ISFIFO(status.st_mode);
+}
+
+/// The system would wait for a writer, on the main thread.
+Retained<NSFileHandle*> openPipe(const std::filesystem::path& file)
+{
+    UniqueFd opened(::open(file.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    if (!opened) {
+        failToOpen(file, errno);
+    }
+    return Retained<NSFileHandle*>::adopt(
+        [[NSFileHandle alloc] initWithFileDescriptor:opened.release() closeOnDealloc:YES]);
+}
+
+Retained<NSFileHandle*> openFileOrFolder(const std::filesystem::path& file)
+{
+    if (file.empty()) {
+        failToOpen(file, ENOENT); // as a URL it would be the current folder
+    }
+    NSURL* const url = [NSURL fileURLWithFileSystemRepresentation:file.c_str()
+                                                      isDirectory:NO
+                                                    relativeToURL:nil];
+    if (url == nil) {
+        failToOpen(file, EILSEQ);
+    }
+    NSError* error = nil;
+    NSFileHandle* const handle = [NSFileHandle fileHandleForReadingFromURL:url error:&error];
+    if (handle == nil) {
+        failToOpen(file, toErrorCode(error));
+    }
+    return Retained<NSFileHandle*>::retain(handle);
+}
+
+/// Nothing here has a destructor: a frame that the system's exception ends must need none.
+std::uint64_t endOf(NSFileHandle* handle)
+{
+    @try
+    {
+        return [handle seekToEndOfFile];
+    } @catch (NSException*)
+    {
+        return 0; // what has no position is no misuse here
+    }
+}
+
+} // namespace
+
+FileHandle FileHandle::openForReading(const std::filesystem::path& file)
+{
+    @autoreleasepool {
+        Retained<NSFileHandle*> handle = isPipe(file) ? openPipe(file) : openFileOrFolder(file);
+        (void)::fcntl([handle.get() fileDescriptor], F_SETFD, FD_CLOEXEC);
+        return FileHandle(std::make_unique<OpenFile>(std::move(handle)));
+    }
+}
+
+FileHandle::FileHandle(std::unique_ptr<OpenFile> opened)
+    : openFile(std::move(opened))
+{}
+
+FileHandle::FileHandle(FileHandle&& other) noexcept = default;
+FileHandle& FileHandle::operator=(FileHandle&& other) noexcept = default;
+FileHandle::~FileHandle() = default;
+
+int FileHandle::fileDescriptor() const
+{
+    return openFile ? [openFile->get() fileDescriptor] : -1;
+}
+
+std::uint64_t FileHandle::seekToEndOfFile() const
+{
+    @autoreleasepool {
+        return openFile ? endOf(openFile->get()) : 0;
+    }
+}
+
+std::error_code FileHandle::close()
+{
+    const auto closing = std::move(openFile);
+    return closing ? closing->close() : std::error_code();
+}
+
+} // namespace orlimo

@@ -1,0 +1,181 @@
+#include "platform/ApplicationIdentity.h"
+#include "platform/bus/linux/SessionBus.h"
+#include "platform/bus/linux/SessionBusProbe.h"
+#include "platform/desktop/SharedApplication.h"
+#include "platform/desktop/linux/ActivationToken.h"
+#include "platform/instance/ApplicationInstance.h"
+#include "platform/instance/linux/ApplicationInterface.h"
+#include "platform/process/ToQString.h"
+#include "platform/threads/MainThread.h"
+#include "platform/threads/UptimeClock.h"
+
+#include <array>
+#include <chrono>
+#include <utility>
+
+namespace orlimo {
+
+namespace {
+
+using Claim = ApplicationInstance::Claim;
+
+/// How long the bus and the program that runs already may take together, until the claim is
+/// settled. With what a start needs besides, less than two seconds.
+constexpr std::chrono::milliseconds answerLimit{1500};
+
+/// The same for a start at login, which nobody waits for, and when the bus may be as busy as never
+/// again: without the bus there may be no icon.
+constexpr std::chrono::seconds loginAnswerLimit{10};
+
+/// How long the bus may hold up the end of the program.
+constexpr std::chrono::milliseconds farewellLimit{500};
+
+/// The name under which the program is found on the bus.
+QString applicationName()
+{
+    return toQString(identity::applicationIdentifier);
+}
+
+/// A second name, taken when the program is through with starting. Until then its main thread
+/// answers nobody, which may take longer than another start waits.
+QString startedName()
+{
+    return applicationName() + QStringLiteral(".Started");
+}
+
+/// The object's path, which follows from the name.
+QString objectPath()
+{
+    return QLatin1Char('/') + applicationName().replace(QLatin1Char('.'), QLatin1Char('/'));
+}
+
+/// What the desktop gave this start to pass on to the program that shows itself.
+QVariantMap platformData()
+{
+    constexpr std::array<std::pair<const char*, const char*>, 2> sources{{
+        {"activation-token", ActivationToken::variable},
+        {"desktop-startup-id", ActivationToken::startVariable},
+    }};
+    QVariantMap data;
+    for (const auto& [key, variable] : sources) {
+        const QString value = qEnvironmentVariable(variable);
+        if (!value.isEmpty()) {
+            data.insert(QLatin1String(key), value);
+        }
+    }
+    return data;
+}
+
+/// Asks the program at `other` to open its window. True when it says that it will, or while it is
+/// still starting, when the request has reached it.
+bool activate(const QString& other, const SessionBus& bus, Uptime deadline)
+{
+    auto request = QDBusMessage::createMethodCall(
+        other,
+        objectPath(),
+        QStringLiteral("org.freedesktop.Application"),
+        QStringLiteral("Activate"));
+    request << platformData();
+    if (bus.ownerOf(startedName(), deadline) == other) {
+        return bus.call(request, deadline).type() == QDBusMessage::ReplyMessage;
+    }
+    bus.send(request);
+    // The connection answers this one by itself, after it has received the request.
+    const auto ping = QDBusMessage::createMethodCall(
+        other, objectPath(), QStringLiteral("org.freedesktop.DBus.Peer"), QStringLiteral("Ping"));
+    // One that is ending, and not starting, has given up the name before its connection.
+    return bus.call(ping, deadline).type() == QDBusMessage::ReplyMessage &&
+           bus.ownerOf(applicationName(), deadline) == other;
+}
+
+Claim claimOn(const SessionBus& bus, bool launchedAtLogin, Uptime deadline)
+{
+    bool anotherWasFound = false;
+    for (;;) {
+        switch (bus.take(applicationName(), deadline)) {
+        case SessionBus::Ownership::taken:
+            return Claim::first;
+        case SessionBus::Ownership::refused:
+            return anotherWasFound ? Claim::otherDoesNotAnswer : Claim::alone;
+        case SessionBus::Ownership::another:
+            anotherWasFound = true;
+            break;
+        }
+        if (launchedAtLogin) {
+            return Claim::activatedOther;
+        }
+        const QString other = bus.ownerOf(applicationName(), deadline);
+        if (!other.isEmpty() && activate(other, bus, deadline)) {
+            return Claim::activatedOther;
+        }
+        if (!other.isEmpty() && bus.ownerOf(applicationName(), deadline) == other) {
+            return Claim::otherDoesNotAnswer;
+        }
+        // It has ended in the meantime, and this start takes its place; or there is no time left.
+    }
+}
+
+/// Does what is asked, with the right to the focus that came with it.
+void carryOut(const ApplicationRequest& request, const std::function<void()>& open)
+{
+    if (request.kind == ApplicationRequest::Kind::quit) {
+        sharedApplication().terminate();
+        return;
+    }
+    const ActivationToken lent(request.activationToken);
+    open();
+}
+
+/// The claim as the ownership of the program's name on the session bus.
+class DBusApplicationInstance final : public ApplicationInstance
+{
+public:
+    DBusApplicationInstance(bool launchedAtLogin, Uptime deadline)
+    {
+        // Before the name is taken: whoever finds the name finds the object.
+        bus.put(interface, objectPath());
+        ownClaim = claimOn(bus, launchedAtLogin, deadline);
+    }
+
+    DBusApplicationInstance(const DBusApplicationInstance&) = delete;
+    DBusApplicationInstance& operator=(const DBusApplicationInstance&) = delete;
+
+    ~DBusApplicationInstance() override
+    {
+        if (ownClaim == Claim::first) {
+            // Before the object goes, and waiting for it: whoever finds the name finds the object.
+            const Uptime deadline = currentUptime() + farewellLimit;
+            bus.release(applicationName(), deadline);
+            bus.release(startedName(), deadline);
+        }
+    }
+
+    [[nodiscard]] Claim claim() const override { return ownClaim; }
+
+    void onActivation(std::function<void()> open) override
+    {
+        interface.serve([open = std::move(open)](const ApplicationRequest& request) {
+            carryOut(request, open);
+        });
+        if (ownClaim == Claim::first) {
+            static_cast<void>(bus.take(startedName(), currentUptime() + answerLimit));
+        }
+    }
+
+private:
+    ApplicationInterface interface;
+    SessionBus bus;
+    Claim ownClaim = Claim::alone;
+};
+
+} // namespace
+
+std::unique_ptr<ApplicationInstance> ApplicationInstance::create(bool launchedAtLogin)
+{
+    requireMainThread();
+    const Uptime deadline = currentUptime() + (launchedAtLogin ? loginAnswerLimit : answerLimit);
+    disableSilentSessionBus(deadline);
+    return std::make_unique<DBusApplicationInstance>(launchedAtLogin, deadline);
+}
+
+} // namespace orlimo

@@ -1,0 +1,187 @@
+#include "platform/ApplicationIdentity.h"
+#include "platform/instance/ApplicationInstance.h"
+#include "platform/instance/macos/ProcessLock.h"
+#include "platform/instance/macos/ReopenEvents.h"
+#include "platform/threads/MainThread.h"
+#include "platform/threads/UptimeClock.h"
+
+#include <QTimer>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <climits>
+#include <filesystem>
+#include <future>
+#include <optional>
+#include <string>
+#include <thread>
+#include <utility>
+
+#import <AppKit/AppKit.h>
+#import <Foundation/Foundation.h>
+#include <unistd.h>
+
+namespace orlimo {
+
+namespace {
+
+using Claim = ApplicationInstance::Claim;
+
+/// How long the system and the program that runs already may take until the claim is settled. With
+/// what a start needs besides, less than two seconds.
+constexpr std::chrono::milliseconds answerLimit{1500};
+
+/// Between two looks at a program that the system does not know yet, or no longer.
+constexpr std::chrono::milliseconds pauseBetweenLooks{20};
+
+/// The file whose lock is the claim. It lies in the user's own part of the system's folder for
+/// caches: unlike the one for temporary files, that is not cleared of what nobody has read for
+/// days.
+std::optional<std::filesystem::path> claimFile()
+{
+    std::array<char, PATH_MAX> folder{};
+    const std::size_t length = ::confstr(_CS_DARWIN_USER_CACHE_DIR, folder.data(), folder.size());
+    if (length == 0 || length > folder.size()) {
+        return std::nullopt;
+    }
+    return std::filesystem::path(folder.data()) /
+           (std::string(identity::applicationIdentifier) + ".instance");
+}
+
+/// Where the program is one of a bundle's, which alone the system can be asked to show. A bare
+/// executable runs beside others.
+bool belongsToBundle()
+{
+    return [[NSBundle mainBundle] bundleIdentifier] != nil;
+}
+
+/// Opens the program that `other` runs, as a double click would: the system sends it the reopen
+/// event. False when that fails or is not done by the deadline.
+bool reopen(NSRunningApplication* other, Uptime deadline)
+{
+    NSWorkspaceOpenConfiguration* const configuration =
+        [NSWorkspaceOpenConfiguration configuration];
+    [configuration setCreatesNewApplicationInstance:NO];
+    [configuration setPromptsUserIfNeeded:NO];
+    // Shared with the handler, which may come on another thread when nobody waits any more.
+    const auto answer = std::make_shared<std::promise<bool>>();
+    std::future<bool> isOpened = answer->get_future();
+    [[NSWorkspace sharedWorkspace]
+        openApplicationAtURL:[other bundleURL]
+               configuration:configuration
+           completionHandler:^(NSRunningApplication* opened, NSError* error) {
+               @autoreleasepool {
+                   // Where the system means this start, the other one was not asked.
+                   answer->set_value(error == nil && [opened processIdentifier] != ::getpid());
+               }
+           }];
+    const auto timeLeft = std::max(deadline - currentUptime(), Uptime::duration::zero());
+    return isOpened.wait_for(timeLeft) == std::future_status::ready && isOpened.get();
+}
+
+/// Asks the program in the process `other` to open its window. False when it does not, because it
+/// is not known to the system: it may be that early in its start, or ending.
+bool activate(pid_t other, Uptime deadline)
+{
+    @autoreleasepool {
+        NSRunningApplication* const application =
+            [NSRunningApplication runningApplicationWithProcessIdentifier:other];
+        return application != nil && ![application isTerminated] &&
+               [application bundleURL] != nil && reopen(application, deadline);
+    }
+}
+
+Claim claimBy(ProcessLock& lock, bool launchedAtLogin)
+{
+    const Uptime deadline = currentUptime() + answerLimit;
+    for (;;) {
+        switch (lock.take()) {
+        case ProcessLock::Outcome::taken:
+            return Claim::first;
+        case ProcessLock::Outcome::unavailable:
+            return Claim::alone;
+        case ProcessLock::Outcome::heldByAnother:
+            break;
+        }
+        if (launchedAtLogin) {
+            return Claim::activatedOther;
+        }
+        if (currentUptime() >= deadline) {
+            return Claim::otherDoesNotAnswer;
+        }
+        const auto other = lock.holder();
+        if (other && activate(*other, deadline)) {
+            return Claim::activatedOther;
+        }
+        std::this_thread::sleep_for(pauseBetweenLooks);
+    }
+}
+
+/// The claim as a lock that ends with the process. The system itself opens a bundle once only; what
+/// is found here is an executable that was started by hand, or a copy that was asked for.
+class RunningInstance final : public ApplicationInstance
+{
+public:
+    explicit RunningInstance(bool launchedAtLogin)
+    {
+        requireMainThread();
+        nextTurn.setSingleShot(true);
+        QObject::connect(&nextTurn, &QTimer::timeout, [this] { doRequested(); });
+        ownClaim = claimBundle(launchedAtLogin);
+        if (ownClaim == Claim::first || ownClaim == Claim::alone) {
+            reopenEvents.emplace([this] { keep(); });
+        }
+    }
+
+    [[nodiscard]] Claim claim() const override { return ownClaim; }
+
+    void onActivation(std::function<void()> open) override
+    {
+        requireMainThread();
+        work = std::move(open);
+        if (reopenEvents) {
+            reopenEvents->takeOver();
+        }
+        doRequested();
+    }
+
+private:
+    Claim claimBundle(bool launchedAtLogin)
+    {
+        @autoreleasepool {
+            const auto file = belongsToBundle() ? claimFile() : std::nullopt;
+            return file ? claimBy(lock.emplace(*file), launchedAtLogin) : Claim::alone;
+        }
+    }
+
+    void keep()
+    {
+        isRequested = true;
+        // Not within the event: whoever sent it may wait for its end, and opening takes its time.
+        nextTurn.start(0);
+    }
+
+    void doRequested()
+    {
+        if (work && std::exchange(isRequested, false)) {
+            work();
+        }
+    }
+
+    std::optional<ProcessLock> lock;
+    Claim ownClaim = Claim::alone;
+    std::function<void()> work;
+    bool isRequested = false;
+    QTimer nextTurn;
+    std::optional<ReopenEvents> reopenEvents;
+};
+
+} // namespace
+
+std::unique_ptr<ApplicationInstance> ApplicationInstance::create(bool launchedAtLogin)
+{
+    return std::make_unique<RunningInstance>(launchedAtLogin);
+}
+
+} // namespace orlimo

@@ -1,0 +1,87 @@
+# What makes up the platform on Linux, seen from platform/.
+find_package(PkgConfig REQUIRED)
+pkg_check_modules(WaylandClient REQUIRED IMPORTED_TARGET GLOBAL wayland-client)
+pkg_check_modules(Xcb REQUIRED IMPORTED_TARGET GLOBAL xcb)
+set(orlimo_platform_libraries PkgConfig::WaylandClient PkgConfig::Xcb Qt6::DBus)
+set(orlimo_platform_sources
+    loginitem/linux/AutostartEntry.cpp
+    loginitem/linux/AutostartPortal.cpp
+    preferences/linux/BooleanValue.cpp
+    clipboard/linux/ClipboardPasteboard.cpp
+    clipboard/linux/ClipboardRoute.cpp
+    clipboard/linux/DataControlClipboard.cpp
+    clipboard/linux/DataControlConnection.cpp
+    clipboard/linux/DataControlDevice.cpp
+    clipboard/linux/DataControlPasteboard.cpp
+    clipboard/linux/DataControlProtocol.cpp
+    clipboard/linux/DataControlSource.cpp
+    clipboard/linux/DescriptorNotifier.cpp
+    loginitem/linux/DesktopEntry.cpp
+    files/linux/DirectoryListing.cpp
+    process/linux/EnvironmentVariable.cpp
+    process/FatalStop.cpp
+    process/FilledIn.cpp
+    files/linux/FileHandle.cpp
+    clipboard/linux/GeneralPasteboard.cpp
+    files/GrowthDetector.cpp
+    files/linux/InotifyVnodeSource.cpp
+    loginitem/linux/LaunchEvent.cpp
+    files/linux/LibraryFolder.cpp
+    process/JournalStream.cpp
+    process/LogLine.cpp
+    loginitem/linux/MainAppService.cpp
+    threads/linux/MainThread.cpp
+    loginitem/linux/PortalLoginItemService.cpp
+    threads/linux/QtQueues.cpp
+    preferences/linux/QtUserDefaults.cpp
+    loginitem/linux/RunningProgram.cpp
+    bus/linux/SessionBusProbe.cpp
+    preferences/linux/SettingsFile.cpp
+    preferences/linux/SettingsText.cpp
+    process/StandardStreams.cpp
+    process/linux/SyslogUnifiedLog.cpp
+    desktop/linux/SystemArguments.cpp
+    clipboard/linux/TextTransfer.cpp
+    clipboard/linux/TextTransfers.cpp
+    desktop/linux/ToolkitArguments.cpp
+    preferences/linux/UnstoredPreferences.cpp
+    threads/linux/UptimeClock.cpp
+    process/UserDatabase.cpp
+    files/linux/UserFolder.cpp
+    files/VnodeEventDelivery.cpp
+    files/WalIndex.cpp
+    threads/EventLoopQueue.cpp
+    display/linux/WaylandDisplay.cpp
+    display/linux/WaylandRegistry.cpp
+    display/linux/WaylandRoundTrip.cpp
+    loginitem/linux/XdgLoginItemService.cpp)
+set(orlimo_desktop_sources
+    desktop/linux/AboutPanel.cpp
+    desktop/ActivationObserver.cpp
+    desktop/linux/ActivationToken.cpp
+    desktop/ApplicationActivity.cpp
+    instance/linux/ApplicationInterface.cpp
+    desktop/linux/ColorSchemePortal.cpp
+    instance/linux/DBusApplicationInstance.cpp
+    menubar/MenuBarWindow.cpp
+    desktop/linux/PaletteScheme.cpp
+    menubar/linux/PanelIcon.cpp
+    desktop/linux/FontPreloading.cpp
+    desktop/linux/FrontWindow.cpp
+    desktop/linux/QtScreen.cpp
+    desktop/linux/QtSharedApplication.cpp
+    desktop/linux/QtWorkspace.cpp
+    bus/linux/SessionBus.cpp
+    menubar/linux/StatusNotifierHosts.cpp
+    desktop/linux/SvgSystemSymbol.cpp
+    menubar/linux/SystemTraySelection.cpp
+    desktop/ToolkitTurns.cpp
+    menubar/linux/TrayBackground.cpp
+    menubar/linux/TrayHost.cpp
+    menubar/linux/TrayIcon.cpp
+    menubar/linux/TrayMenuBarExtra.cpp
+    menubar/linux/WaylandFocus.cpp
+    display/linux/X11Connection.cpp
+    menubar/linux/X11Focus.cpp
+    menubar/WindowPlacement.cpp)
+set(orlimo_desktop_libraries Qt6::DBus PkgConfig::Xcb)

@@ -1,0 +1,68 @@
+#include "platform/loginitem/linux/XdgLoginItemService.h"
+
+#include "platform/files/linux/HomeFolder.h"
+#include "platform/loginitem/linux/AutostartEntry.h"
+#include "platform/loginitem/linux/RunningProgram.h"
+
+#include <QString>
+
+#include <cerrno>
+#include <cstdlib>
+#include <filesystem>
+
+namespace orlimo {
+
+namespace {
+
+/// Where the desktop looks for the user's own entries. Absent when the host knows no home for the
+/// user.
+std::optional<std::filesystem::path> autostartFolder()
+{
+    // NOLINTBEGIN(concurrency-mt-unsafe): never set
+    const char* const configuration = std::getenv("XDG_CONFIG_HOME");
+    if (configuration != nullptr && *configuration == '/') {
+        return std::filesystem::path(configuration) / "autostart";
+    }
+    auto home = homeFolder(std::getenv("HOME"), std::nullopt);
+    // NOLINTEND(concurrency-mt-unsafe)
+    if (!home) {
+        home = homeFolder(nullptr, homeInUserDatabase());
+    }
+    return home ? std::optional(*home / ".config" / "autostart") : std::nullopt;
+}
+
+/// The entry of the program as it stands at this moment.
+std::optional<AutostartEntry> ownEntry()
+{
+    const auto folder = autostartFolder();
+    return folder ? std::optional<AutostartEntry>(std::in_place, *folder, runningProgram())
+                  : std::nullopt;
+}
+
+ServiceError noHome()
+{
+    const auto words = QStringLiteral("HOME: ") + qt_error_string(ENOENT);
+    return {.code = ENOENT, .localizedDescription = words.toStdString()};
+}
+
+} // namespace
+
+LoginItemStatus XdgLoginItemService::status() const
+{
+    const auto entry = ownEntry();
+    return entry ? entry->status() : LoginItemStatus::notRegistered;
+}
+
+std::optional<ServiceError> XdgLoginItemService::registerItem()
+{
+    const auto entry = ownEntry();
+    return entry ? entry->add() : noHome();
+}
+
+std::optional<ServiceError> XdgLoginItemService::unregisterItem()
+{
+    const auto entry = ownEntry();
+    return entry ? entry->remove() : noHome();
+}
+
+} // namespace orlimo

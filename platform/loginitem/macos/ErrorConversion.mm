@@ -1,0 +1,51 @@
+#include "platform/loginitem/macos/ErrorConversion.h"
+
+#include <cerrno>
+
+#import <Foundation/Foundation.h>
+
+namespace orlimo {
+
+namespace {
+
+/// The kernel's number nearest to an error of the system's frameworks that stands upon none.
+int nearestNumber(NSError* error)
+{
+    if (![[error domain] isEqualToString:NSCocoaErrorDomain]) {
+        return EIO;
+    }
+    switch ([error code]) {
+    case NSFileNoSuchFileError:
+    case NSFileReadNoSuchFileError:
+        return ENOENT;
+    case NSFileReadNoPermissionError:
+        return EACCES;
+    case NSFileReadInvalidFileNameError:
+        return EINVAL;
+    case NSFileReadTooLargeError:
+        return EFBIG;
+    default:
+        return EIO;
+    }
+}
+
+int numberOf(NSError* error)
+{
+    for (NSError* cause = error; cause != nil;
+         cause = [[cause userInfo] objectForKey:NSUnderlyingErrorKey])
+    {
+        if ([[cause domain] isEqualToString:NSPOSIXErrorDomain]) {
+            return static_cast<int>([cause code]);
+        }
+    }
+    return nearestNumber(error);
+}
+
+} // namespace
+
+std::error_code toErrorCode(NSError* error)
+{
+    return {numberOf(error), std::generic_category()};
+}
+
+} // namespace orlimo

@@ -1,0 +1,61 @@
+# What makes up the platform on macOS, seen from platform/.
+set(orlimo_platform_sources
+    files/macos/ChangeMeter.cpp
+    files/macos/DirectoryListing.mm
+    threads/macos/DispatchQueues.mm
+    files/macos/DispatchVnodeSource.mm
+    loginitem/macos/ErrorConversion.mm
+    files/macos/FileHandle.mm
+    clipboard/macos/GeneralPasteboard.mm
+    loginitem/macos/LaunchEvent.mm
+    files/macos/LibraryFolder.mm
+    loginitem/macos/MainAppService.mm
+    threads/macos/MainDispatchQueue.cpp
+    threads/macos/MainThread.cpp
+    preferences/macos/StandardUserDefaults.mm
+    process/macos/StringConversion.mm
+    desktop/macos/SystemArguments.cpp
+    process/macos/SystemUnifiedLog.mm
+    desktop/macos/ToolkitArguments.cpp
+    threads/macos/UptimeClock.cpp
+    process/FatalStop.cpp
+    process/FilledIn.cpp
+    files/GrowthDetector.cpp
+    process/JournalStream.cpp
+    process/LogLine.cpp
+    process/StandardStreams.cpp
+    process/UserDatabase.cpp
+    files/VnodeEventDelivery.cpp
+    files/WalIndex.cpp
+    threads/EventLoopQueue.cpp)
+set(orlimo_desktop_sources
+    menubar/macos/ActionTarget.mm
+    desktop/macos/AppKitFrontWindow.mm
+    desktop/macos/AppKitHost.mm
+    desktop/macos/AppKitTurns.mm
+    menubar/macos/BitmapImage.mm
+    desktop/macos/CocoaSharedApplication.mm
+    desktop/macos/ColorScheme.cpp
+    threads/macos/DefaultModeCall.mm
+    desktop/macos/FontPreloading.cpp
+    desktop/macos/MainScreen.mm
+    menubar/macos/MenuBarImage.mm
+    desktop/macos/NamedSymbol.mm
+    desktop/macos/NotificationObserver.mm
+    instance/macos/ReopenEvents.mm
+    instance/macos/RunningInstance.mm
+    desktop/macos/ScreenGeometry.mm
+    menubar/macos/StatusItem.mm
+    menubar/macos/StatusItemMenuBarExtra.mm
+    desktop/macos/Workspace.mm
+    instance/macos/ProcessLock.cpp
+    desktop/ActivationObserver.cpp
+    desktop/ApplicationActivity.cpp
+    menubar/MenuBarWindow.cpp
+    desktop/ToolkitTurns.cpp
+    menubar/WindowPlacement.cpp)
+set(orlimo_platform_libraries
+    "-framework AppKit"
+    "-framework Foundation"
+    "-framework ServiceManagement")
+set(orlimo_desktop_libraries "-framework AppKit")

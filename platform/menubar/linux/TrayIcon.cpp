@@ -1,0 +1,141 @@
+#include "platform/menubar/linux/TrayIcon.h"
+
+#include "platform/ApplicationIdentity.h"
+#include "platform/menubar/linux/PanelIcon.h"
+#include "platform/menubar/linux/TrayBackground.h"
+#include "platform/process/ToQString.h"
+
+#include <QApplication>
+#include <QEvent>
+
+#include <chrono>
+#include <utility>
+
+namespace orlimo {
+
+namespace {
+
+/// How long the X server may take until what was painted is on the screen.
+constexpr std::chrono::milliseconds timeToPaint{100};
+
+QString currentDesktop()
+{
+    return qEnvironmentVariable("XDG_CURRENT_DESKTOP");
+}
+
+} // namespace
+
+TrayIcon::TrayIcon(QIcon label, Handlers whatToDo, UptimeClock uptimeClock)
+    : image(std::move(label))
+    , handlers(std::move(whatToDo))
+    , clock(std::move(uptimeClock))
+    , icon(this)
+{
+    lookSoon.setSingleShot(true);
+    lookSoon.setInterval(timeToPaint);
+    QObject::connect(&lookSoon, &QTimer::timeout, this, &TrayIcon::lookAtBackground);
+    showImage();
+    qApp->installEventFilter(this);
+    QObject::connect(
+        menu.addAction(QCoreApplication::translate("MenuBarExtra", "Open Orlimo")),
+        &QAction::triggered,
+        this,
+        [this] { handlers.open(); });
+    QObject::connect(
+        menu.addAction(QCoreApplication::translate("MenuBarExtra", "Quit")),
+        &QAction::triggered,
+        this,
+        [this] { handlers.quit(); });
+    QObject::connect(&icon, &QSystemTrayIcon::activated, this, &TrayIcon::wasActivated);
+    icon.setContextMenu(&menu);
+    icon.setToolTip(toQString(identity::applicationName));
+    icon.show();
+}
+
+bool TrayIcon::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == qApp && event->type() == QEvent::ApplicationPaletteChange) {
+        showImage();
+    } else if (event->type() == QEvent::Paint && watched->inherits("QSystemTrayIconSys")) {
+        window = qobject_cast<QWidget*>(watched);
+        lookSoon.start();
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+void TrayIcon::showImage()
+{
+    icon.setIcon(panelIcon(image, color(), panelIconName(currentDesktop())));
+}
+
+QColor TrayIcon::color() const
+{
+    if (textColor) {
+        return *textColor;
+    }
+    const QColor text = panelTextColor(currentDesktop(), QApplication::palette());
+    return background ? colorOnPanel(text, *background) : text;
+}
+
+void TrayIcon::lookAtBackground()
+{
+    const auto seen =
+        window ? trayBackground(static_cast<xcb_window_t>(window->internalWinId())) : std::nullopt;
+    const QColor before = color();
+    // While it cannot be seen it is what it was.
+    background = seen ? seen : background;
+    if (color() != before) {
+        showImage();
+    }
+}
+
+void TrayIcon::setTextColor(const std::optional<QColor>& published)
+{
+    if (textColor != published) {
+        textColor = published;
+        showImage();
+    }
+}
+
+std::optional<QRect> TrayIcon::geometry() const
+{
+    const QRect place = icon.geometry();
+    return place.isEmpty() ? std::nullopt : std::optional(place);
+}
+
+void TrayIcon::wasActivated(QSystemTrayIcon::ActivationReason reason)
+{
+    switch (reason) {
+    case QSystemTrayIcon::Trigger:
+        // StatusNotifier hosts report a double click as two clicks.
+        if (hasJustBeenTriggered()) {
+            triggered.reset();
+        } else {
+            handlers.toggle();
+            // Only now: a second press has waited for the first one's work.
+            triggered = clock();
+        }
+        break;
+    case QSystemTrayIcon::DoubleClick:
+        // Some hosts tell of the first press of a double click as a click of its own.
+        if (!hasJustBeenTriggered()) {
+            handlers.toggle();
+        }
+        triggered.reset();
+        break;
+    case QSystemTrayIcon::MiddleClick:
+        handlers.toggle();
+        break;
+    case QSystemTrayIcon::Context:
+    case QSystemTrayIcon::Unknown:
+        break;
+    }
+}
+
+bool TrayIcon::hasJustBeenTriggered() const
+{
+    const std::chrono::milliseconds interval(QApplication::doubleClickInterval());
+    return triggered && clock() - *triggered <= interval;
+}
+
+} // namespace orlimo

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "platform/threads/UptimeClock.h"
+
+#include <QColor>
+#include <QIcon>
+#include <QMenu>
+#include <QObject>
+#include <QPointer>
+#include <QRect>
+#include <QSystemTrayIcon>
+#include <QTimer>
+#include <QWidget>
+
+#include <functional>
+#include <optional>
+
+namespace orlimo {
+
+/// The program's icon in the host's tray, with a menu for hosts that know nothing else. Appears
+/// when there is a tray. Main thread.
+class TrayIcon final : public QObject
+{
+public:
+    /// What the user asks for.
+    struct Handlers
+    {
+        /// A click on the icon.
+        std::function<void()> toggle;
+        /// "Open" in the menu.
+        std::function<void()> open;
+        /// "Quit" in the menu.
+        std::function<void()> quit;
+    };
+
+    /// A template takes on the color of the panel's text and follows a change of scheme. Panels
+    /// that paint symbolic icons themselves get the name of the installed one.
+    TrayIcon(QIcon label, Handlers whatToDo, UptimeClock uptimeClock = currentUptime);
+
+    /// Where the icon is on the screen, in points; none where the host does not say.
+    [[nodiscard]] std::optional<QRect> geometry() const;
+
+    /// Paints a template in `published`, which the tray names as that of its text. For a tray that
+    /// names none it is a color that is legible on the tray's background, where that can be seen.
+    void setTextColor(const std::optional<QColor>& published);
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void showImage();
+    [[nodiscard]] QColor color() const;
+    void lookAtBackground();
+    void wasActivated(QSystemTrayIcon::ActivationReason reason);
+    [[nodiscard]] bool hasJustBeenTriggered() const;
+
+    QIcon image;
+    Handlers handlers;
+    UptimeClock clock;
+    QMenu menu;
+    QSystemTrayIcon icon;
+    std::optional<QColor> textColor;
+    std::optional<QColor> background;
+    /// Qt's own window in an X11 tray, once it has been painted.
+    QPointer<QWidget> window;
+    QTimer lookSoon;
+    std::optional<Uptime> triggered;
+};
+
+} // namespace orlimo

@@ -1,0 +1,159 @@
+#include "platform/desktop/SharedApplication.h"
+#include "platform/desktop/linux/ActivationToken.h"
+#include "platform/display/linux/X11Connection.h"
+#include "platform/menubar/MenuBarExtra.h"
+#include "platform/menubar/MenuBarWindow.h"
+#include "platform/menubar/linux/TrayHost.h"
+#include "platform/menubar/linux/TrayIcon.h"
+#include "platform/menubar/linux/WaylandFocus.h"
+#include "platform/menubar/linux/X11Focus.h"
+
+#include <QByteArray>
+#include <QGuiApplication>
+#include <QTimer>
+
+#include <chrono>
+#include <optional>
+#include <utility>
+
+namespace orlimo {
+
+namespace {
+
+/// How long the host may take to say whether it has a place for the icon, until it is taken to have
+/// none. As long as a person who has started the program may be left without an answer.
+constexpr std::chrono::seconds limitForAnAnswer{1};
+
+/// Whether the windows are somewhere where somebody may look at them.
+bool isOnScreen()
+{
+    const QString platform = QGuiApplication::platformName();
+    return platform != u"offscreen" && platform != u"minimal";
+}
+
+/// An icon in the tray and its window.
+class TrayMenuBarExtra final : public MenuBarExtra
+{
+public:
+    TrayMenuBarExtra(ContentBuilder builder, QIcon image, UptimeClock uptimeClock)
+        : makeContent(std::move(builder))
+        , label(std::move(image))
+        , clock(std::move(uptimeClock))
+        , host([this] { placeDidChange(); })
+    {
+        answerIsDue.setSingleShot(true);
+        answerIsDue.setInterval(limitForAnAnswer);
+        QObject::connect(&answerIsDue, &QTimer::timeout, &answerIsDue, [this] { openForStart(); });
+        showIcon();
+    }
+
+    void open() override { window().open(); }
+
+    void openAmongOthers() override { window().openAmongOthers(); }
+
+    void openWhereThereIsNoIcon() override
+    {
+        if (!isOnScreen()) {
+            return;
+        }
+        const auto hasPlace = host.hasPlace();
+        if (!hasPlace) {
+            // By the time of the answer it will have been taken from the environment.
+            startsToken = ActivationToken::takeFromStart();
+            answerIsDue.start();
+        } else if (!*hasPlace) {
+            openForStart();
+        }
+    }
+
+    void close() override
+    {
+        if (menuBarWindow) {
+            menuBarWindow->close();
+        }
+    }
+
+    [[nodiscard]] bool isOpen() const override { return menuBarWindow && menuBarWindow->isOpen(); }
+
+private:
+    void openForStart()
+    {
+        const ActivationToken lent(std::exchange(startsToken, {}));
+        openAmongOthers();
+    }
+
+    void placeDidChange()
+    {
+        showIcon();
+        if (answerIsDue.isActive() && host.hasPlace()) {
+            answerIsDue.stop();
+            openWhereThereIsNoIcon();
+        }
+    }
+
+    void showIcon()
+    {
+        if (!icon && host.hasPlace().value_or(false)) {
+            icon.emplace(
+                label,
+                TrayIcon::Handlers{
+                    .toggle = [this] { window().toggle(); },
+                    .open = [this] { open(); },
+                    .quit = [] { sharedApplication().terminate(); }},
+                clock);
+            host.iconWasMade();
+        }
+        if (icon) {
+            icon->setTextColor(host.textColor());
+        }
+    }
+
+    MenuBarWindow& window()
+    {
+        if (!menuBarWindow) {
+            content = makeContent();
+            if (x11Connection() != nullptr) {
+                x11Focus.emplace(
+                    *content,
+                    [this](const QPoint& place) { menuBarWindow->pointerWasPressed(place); },
+                    clock);
+            }
+            menuBarWindow.emplace(
+                *content,
+                [this] { return icon ? icon->geometry() : std::nullopt; },
+                clock,
+                MenuBarWindow::Manner{.focusLoss = [this] { return focusLoss(); }});
+        }
+        return *menuBarWindow;
+    }
+
+    [[nodiscard]] FocusLoss focusLoss() const
+    {
+        if (x11Focus) {
+            return x11Focus->lastLoss();
+        }
+        const bool isOnWayland = QGuiApplication::platformName().startsWith(u"wayland");
+        return isOnWayland ? focusLossOnWayland() : FocusLoss::deliberate;
+    }
+
+    ContentBuilder makeContent;
+    QIcon label;
+    UptimeClock clock;
+    std::unique_ptr<QWidget> content;
+    std::optional<X11Focus> x11Focus;
+    std::optional<MenuBarWindow> menuBarWindow;
+    std::optional<TrayIcon> icon;
+    QTimer answerIsDue;
+    QByteArray startsToken;
+    TrayHost host;
+};
+
+} // namespace
+
+std::unique_ptr<MenuBarExtra>
+MenuBarExtra::create(ContentBuilder makeContent, const QIcon& label, UptimeClock clock)
+{
+    return std::make_unique<TrayMenuBarExtra>(std::move(makeContent), label, std::move(clock));
+}
+
+} // namespace orlimo

@@ -1,0 +1,36 @@
+#include "platform/menubar/linux/WaylandFocus.h"
+
+#include <QSettings>
+#include <QStandardPaths>
+#include <QStringList>
+
+namespace orlimo {
+
+namespace {
+
+bool followsPointerInPlasma(const QString& kwinSettings)
+{
+    const QString byClick = QStringLiteral("ClickToFocus");
+    const QSettings settings(kwinSettings, QSettings::IniFormat);
+    return settings.value(QStringLiteral("Windows/FocusPolicy"), byClick).toString() != byClick;
+}
+
+} // namespace
+
+FocusLoss focusLossOnWayland(const QString& desktop, const QString& kwinSettings)
+{
+    const QStringList names = desktop.split(u':');
+    const bool isByClick =
+        names.contains(u"GNOME", Qt::CaseInsensitive) ||
+        (names.contains(u"KDE", Qt::CaseInsensitive) && !followsPointerInPlasma(kwinSettings));
+    return isByClick ? FocusLoss::deliberate : FocusLoss::unknown;
+}
+
+FocusLoss focusLossOnWayland()
+{
+    return focusLossOnWayland(
+        qEnvironmentVariable("XDG_CURRENT_DESKTOP"),
+        QStandardPaths::locate(QStandardPaths::GenericConfigLocation, QStringLiteral("kwinrc")));
+}
+
+} // namespace orlimo

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "platform/desktop/macos/AppKitHost.h"
+#include "platform/menubar/MenuBarExtra.h"
+#include "platform/menubar/MenuBarWindow.h"
+#include "platform/menubar/macos/StatusItem.h"
+#include "platform/threads/macos/DefaultModeCall.h"
+
+#include <QObject>
+
+#include <memory>
+#include <optional>
+
+namespace orlimo {
+
+/// An item in the menu bar and the window under it. Without AppKit the window alone. Main thread.
+class StatusItemMenuBarExtra final : public MenuBarExtra
+{
+public:
+    StatusItemMenuBarExtra(
+        ContentBuilder builder, const QIcon& label, UptimeClock uptimeClock, AppKitHost appKit);
+    ~StatusItemMenuBarExtra() override;
+
+    void open() override;
+    void openAmongOthers() override;
+    void openWhereThereIsNoIcon() override;
+    void close() override;
+    [[nodiscard]] bool isOpen() const override;
+
+private:
+    class WindowObserver;
+
+    MenuBarWindow& window();
+    void willComeToFront(const QWidget& shown);
+    void visibilityDidChange();
+
+    ContentBuilder makeContent;
+    UptimeClock clock;
+    AppKitHost host;
+    std::optional<StatusItem> item;
+    std::unique_ptr<QWidget> content;
+    std::unique_ptr<WindowObserver> observer;
+    std::optional<MenuBarWindow> menuBarWindow;
+    /// Shows on the item whether the window is open.
+    DefaultModeCall highlighting;
+};
+
+} // namespace orlimo

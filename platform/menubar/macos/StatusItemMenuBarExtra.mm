@@ -1,0 +1,147 @@
+#include "platform/menubar/macos/StatusItemMenuBarExtra.h"
+
+#include <QEvent>
+#include <QTimer>
+
+#include <utility>
+
+namespace orlimo {
+
+namespace {
+
+/// Not a tool window, which the system hides with the program's being active while the toolkit
+/// still takes it for visible.
+constexpr Qt::WindowFlags windowFlags =
+    Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint;
+
+/// Has the window come to the user, whichever space or full screen that is, instead of the user to
+/// the window.
+void followTheUser(NSWindow* window)
+{
+    NSWindowCollectionBehavior behavior = NSWindowCollectionBehaviorMoveToActiveSpace;
+    behavior |= NSWindowCollectionBehaviorFullScreenAuxiliary;
+    [window setHidesOnDeactivate:NO];
+    [window setCollectionBehavior:behavior];
+}
+
+} // namespace
+
+/// Calls a function once the window has been shown, hidden or given the focus, and the system is
+/// through with that.
+class StatusItemMenuBarExtra::WindowObserver final : public QObject
+{
+public:
+    WindowObserver(QWidget& window, std::function<void()> whoIsTold)
+    {
+        soon.setSingleShot(true);
+        soon.setInterval(0);
+        connect(&soon, &QTimer::timeout, this, std::move(whoIsTold));
+        window.installEventFilter(this);
+    }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (event->type() == QEvent::Show || event->type() == QEvent::Hide ||
+            event->type() == QEvent::WindowActivate)
+        {
+            soon.start();
+        }
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    QTimer soon;
+};
+
+StatusItemMenuBarExtra::StatusItemMenuBarExtra(
+    ContentBuilder builder, const QIcon& label, UptimeClock uptimeClock, AppKitHost appKit)
+    : makeContent(std::move(builder))
+    , clock(std::move(uptimeClock))
+    , host(std::move(appKit))
+    , highlighting([this] { item->highlight(isOpen()); })
+{
+    if (host.isThere) {
+        item.emplace(label, [this] { window().toggle(); });
+    }
+}
+
+StatusItemMenuBarExtra::~StatusItemMenuBarExtra() = default;
+
+void StatusItemMenuBarExtra::open()
+{
+    window().open();
+}
+
+void StatusItemMenuBarExtra::openAmongOthers()
+{
+    window().openAmongOthers();
+}
+
+void StatusItemMenuBarExtra::openWhereThereIsNoIcon()
+{
+    if (item && !item->isVisible()) {
+        openAmongOthers();
+    }
+}
+
+void StatusItemMenuBarExtra::close()
+{
+    if (menuBarWindow) {
+        menuBarWindow->close();
+    }
+}
+
+bool StatusItemMenuBarExtra::isOpen() const
+{
+    return menuBarWindow && menuBarWindow->isOpen();
+}
+
+MenuBarWindow& StatusItemMenuBarExtra::window()
+{
+    if (!menuBarWindow) {
+        content = makeContent();
+        observer = std::make_unique<WindowObserver>(*content, [this] { visibilityDidChange(); });
+        menuBarWindow.emplace(
+            *content,
+            [this] { return item ? item->geometry() : std::nullopt; },
+            clock,
+            MenuBarWindow::Manner{.flags = windowFlags, .willComeToFront = [this](QWidget& shown) {
+                                      willComeToFront(shown);
+                                  }});
+    }
+    return *menuBarWindow;
+}
+
+void StatusItemMenuBarExtra::willComeToFront(const QWidget& shown)
+{
+    if (!host.isThere) {
+        return;
+    }
+    @autoreleasepool {
+        followTheUser([host.viewOf(shown) window]);
+    }
+    activateApplication();
+}
+
+void StatusItemMenuBarExtra::visibilityDidChange()
+{
+    if (!item) {
+        return;
+    }
+    // A button that is pressed takes its highlight back when it is let go, and until then runs the
+    // event loop itself.
+    highlighting.schedule();
+    if (!isOpen()) {
+        giveBackTheFocus();
+    }
+}
+
+std::unique_ptr<MenuBarExtra>
+MenuBarExtra::create(ContentBuilder makeContent, const QIcon& label, UptimeClock clock)
+{
+    return std::make_unique<StatusItemMenuBarExtra>(
+        std::move(makeContent), label, std::move(clock), AppKitHost::native());
+}
+
+} // namespace orlimo

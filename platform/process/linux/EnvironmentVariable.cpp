@@ -1,0 +1,13 @@
+#include "platform/process/linux/EnvironmentVariable.h"
+
+#include <cstdlib>
+
+namespace orlimo {
+
+std::string environmentVariable(const char* name)
+{
+    const char* const value = std::getenv(name); // NOLINT(concurrency-mt-unsafe): as said there
+    return value == nullptr ? std::string() : value;
+}
+
+} // namespace orlimo

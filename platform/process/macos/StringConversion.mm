@@ -1,0 +1,52 @@
+#include "platform/process/macos/StringConversion.h"
+
+#include <QString>
+#include <QStringDecoder>
+
+#import <Foundation/Foundation.h>
+
+namespace orlimo {
+
+namespace {
+
+/// Puts U+FFFD in the place of each half of a surrogate pair; the toolkit would write a question
+/// mark for it.
+void replaceHalfPairs(QString& text)
+{
+    for (qsizetype index = 0; index < text.size(); ++index) {
+        const bool beginsPair = text.at(index).isHighSurrogate() && index + 1 < text.size() &&
+                                text.at(index + 1).isLowSurrogate();
+        if (beginsPair) {
+            ++index;
+        } else if (text.at(index).isSurrogate()) {
+            text[index] = QChar::ReplacementCharacter;
+        }
+    }
+}
+
+} // namespace
+
+NSString* toNSString(std::string_view utf8)
+{
+    // By way of the toolkit, which replaces what is ill-formed; the system would give nothing. A
+    // mark at the beginning is a part of the text.
+    using Flag = QStringDecoder::Flag;
+    QStringDecoder decoder(QStringDecoder::Utf8, Flag::Stateless | Flag::ConvertInitialBom);
+    const QString text = decoder(QByteArrayView(utf8.data(), static_cast<qsizetype>(utf8.size())));
+    return [NSString stringWithCharacters:reinterpret_cast<const unichar*>(text.utf16())
+                                   length:static_cast<NSUInteger>(text.size())];
+}
+
+std::string toUtf8(NSString* text)
+{
+    if (text == nil) {
+        return {};
+    }
+    QString units(static_cast<qsizetype>([text length]), Qt::Uninitialized);
+    [text getCharacters:reinterpret_cast<unichar*>(units.data())
+                  range:NSMakeRange(0, [text length])];
+    replaceHalfPairs(units);
+    return units.toStdString();
+}
+
+} // namespace orlimo

@@ -1,0 +1,84 @@
+#include "platform/threads/EventLoopQueue.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <QObject>
+
+#include <deque>
+#include <memory>
+#include <mutex>
+#include <utility>
+
+namespace orlimo {
+
+namespace {
+
+/// Work on the Qt event loop: one event for each piece of work.
+class EventLoopQueue final : public QObject, public Queue
+{
+public:
+    EventLoopQueue() { moveToThread(QCoreApplication::instance()->thread()); }
+
+    void async(Work work) override
+    {
+        auto event = std::make_unique<QEvent>(QEvent::User);
+        {
+            const std::lock_guard guard(mutex);
+            if (!open) {
+                return;
+            }
+            list.push_back(std::move(work));
+        }
+        // Not under the mutex, for which the event loop's thread that wakes would fall asleep
+        // again.
+        QCoreApplication::postEvent(this, event.release());
+    }
+
+    /// From here on work is dropped: there is no event loop any more to post to.
+    void close()
+    {
+        const std::lock_guard guard(mutex);
+        open = false;
+    }
+
+    bool event(QEvent* event) override
+    {
+        // The mutex comes before the first look at the event, which was made by another thread:
+        // Qt's own hand-over of it is not visible to the thread sanitizer.
+        std::unique_lock guard(mutex);
+        if (event->type() != QEvent::User) {
+            guard.unlock();
+            return QObject::event(event);
+        }
+        const Work work = std::move(list.front());
+        list.pop_front();
+        guard.unlock();
+        work();
+        return true;
+    }
+
+private:
+    std::mutex mutex;
+    bool open = true;
+    std::deque<Work> list;
+};
+
+// Deliberately never destroyed: threads that outlive the application object may still offer work.
+EventLoopQueue& sharedQueue()
+{
+    static EventLoopQueue* const queue = [] {
+        auto* const made = new EventLoopQueue;
+        qAddPostRoutine([] { sharedQueue().close(); });
+        return made;
+    }();
+    return *queue;
+}
+
+} // namespace
+
+Queue& eventLoopQueue()
+{
+    return sharedQueue();
+}
+
+} // namespace orlimo

@@ -1,0 +1,10 @@
+#include "platform/threads/UptimeClock.h"
+
+namespace orlimo {
+
+Uptime currentUptime()
+{
+    return std::chrono::steady_clock::now();
+}
+
+} // namespace orlimo

@@ -1,0 +1,278 @@
+#include "app/panel/StatusMenuView.h"
+
+#include "app/panel/PopupView.h"
+#include "controls/Switch.h"
+#include "controls/TextButton.h"
+#include "platform/ApplicationIdentity.h"
+#include "platform/process/FatalStop.h"
+#include "tests/app/ViewTestBase.h"
+#include "tests/support/FatalStopExpectation.h"
+#include "tests/support/process/ForkedRun.h"
+#include "tests/support/process/OutputCapture.h"
+#include "tests/support/widgets/LayoutExpectation.h"
+#include "tests/support/widgets/Picture.h"
+#include "tests/support/widgets/Pointer.h"
+#include "tests/support/widgets/WidgetWindow.h"
+
+#include <QAccessible>
+#include <QTest>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace orlimo {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class StatusMenuViewTest : public ViewTestBase
+{
+protected:
+    static void choose(QWidget& menu, const char* command)
+    {
+        pointer::click(named<TextButton>(menu, command));
+    }
+
+    /// A menu whose host has that address for the product's web page.
+    std::unique_ptr<QWidget> menuWithWebsite(const std::string& address)
+    {
+        MenuHost host = menuHost();
+        host.website = address;
+        auto message = watching();
+        const OutputCapture swallowed;
+        auto menu = std::make_unique<StatusMenuView>(std::move(message), host);
+        showActive(*menu);
+        return menu;
+    }
+};
+
+TEST_F(StatusMenuViewTest, DoesNothingByItself)
+{
+    const auto menu = shownMenu();
+    EXPECT_THAT(application.calls, IsEmpty());
+    EXPECT_THAT(opened, IsEmpty());
+    EXPECT_THAT(loginItem, IsEmpty());
+    EXPECT_THAT(pasteboard.calls, IsEmpty());
+}
+
+TEST_F(StatusMenuViewTest, AsksForTheAboutPanelWithoutOptions)
+{
+    const auto menu = shownMenu();
+    choose(*menu, "about");
+    EXPECT_THAT(application.calls, ElementsAre("about"));
+    choose(*menu, "about");
+    EXPECT_THAT(application.calls, ElementsAre("about", "about"));
+    EXPECT_THAT(opened, IsEmpty());
+}
+
+TEST_F(StatusMenuViewTest, OpensTheProductsWebPage)
+{
+    const auto menu = shownMenu();
+    choose(*menu, "openWebsite");
+    EXPECT_THAT(opened, ElementsAre(QUrl(QStringLiteral("https://orlimo.example/"))));
+    EXPECT_THAT(application.calls, IsEmpty());
+}
+
+TEST_F(StatusMenuViewTest, DoesNotCareWhetherTheWebPageOpens)
+{
+    MenuHost host = menuHost();
+    host.openUrl = [](const QUrl&) { return false; };
+    StatusMenuView menu(watching(), host);
+    {
+        const OutputCapture swallowed;
+        showActive(menu);
+    }
+    const OutputCapture output;
+    choose(menu, "openWebsite");
+    EXPECT_EQ(output.text(), "");
+    EXPECT_TRUE(menu.isVisible());
+}
+
+TEST_F(StatusMenuViewTest, DoesNothingWithAnAddressThatIsNone)
+{
+    for (const char* address :
+         {"",
+          "https://orlimo example/",
+          "http://[orlimo",
+          "https://orlimo.example:port/",
+          "http://%",
+          "https://orlimo.example/a b",
+          "the web page"})
+    {
+        const auto menu = menuWithWebsite(address);
+        const Picture before = Picture::ofWindow(*menu);
+        const OutputCapture output;
+        choose(*menu, "openWebsite");
+        pointer::moveTo(*menu, QPoint(5, 5));
+        EXPECT_THAT(opened, IsEmpty()) << address;
+        EXPECT_THAT(application.calls, IsEmpty());
+        EXPECT_EQ(output.text(), "");
+        EXPECT_TRUE(menu->isVisible());
+        EXPECT_EQ(Picture::ofWindow(*menu).differenceFrom(before), QRectF()) << address;
+    }
+}
+
+TEST_F(StatusMenuViewTest, SaysNothingOfAnAddressThatIsNone)
+{
+    const auto menu = menuWithWebsite("http://[orlimo");
+    const ForkedRun run = runForked([&menu] { named<TextButton>(*menu, "openWebsite").click(); });
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.output, "");
+    EXPECT_EQ(run.errors, "");
+}
+
+TEST_F(StatusMenuViewTest, TerminatesOnQuitAtOnce)
+{
+    const auto menu = shownMenu();
+    const auto stored = preferences.calls();
+    choose(*menu, "quit");
+    EXPECT_THAT(application.calls, ElementsAre("terminate"));
+    EXPECT_EQ(preferences.calls(), stored);
+}
+
+TEST_F(StatusMenuViewTest, ObeysTheKeyboard)
+{
+    const auto menu = shownMenu();
+    auto& quit = named<TextButton>(*menu, "quit");
+    quit.setFocus(Qt::TabFocusReason);
+    for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter}) {
+        application.calls.clear();
+        QTest::keyClick(&quit, key);
+        EXPECT_THAT(application.calls, ElementsAre("terminate")) << key;
+    }
+}
+
+TEST_F(StatusMenuViewTest, HasTheFocusItselfAtEachOpening)
+{
+    const auto menu = shownMenu();
+    const auto callsAtStart = preferences.calls();
+    auto& first = named<Switch>(*menu, "capturingEnabled");
+    QWidget other;
+    for (int opening = 0; opening < 2; ++opening) {
+        for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter}) {
+            QTest::keyClick(menu->windowHandle(), key);
+        }
+        EXPECT_TRUE(menu->hasFocus());
+        EXPECT_EQ(preferences.calls(), callsAtStart);
+        EXPECT_THAT(pasteboard.calls, IsEmpty());
+        EXPECT_THAT(application.calls, IsEmpty());
+
+        const Picture withoutRing = Picture::ofWindow(*menu);
+        QTest::keyClick(menu->windowHandle(), Qt::Key_Tab);
+        EXPECT_TRUE(first.hasFocus());
+        const QRectF change = Picture::ofWindow(*menu).differenceFrom(withoutRing);
+        EXPECT_TRUE(change.contains(areaIn(*menu, first))) << testing::PrintToString(change);
+
+        menu->hide();
+        const OutputCapture swallowed;
+        showActive(other);
+        showActive(*menu);
+    }
+}
+
+TEST_F(StatusMenuViewTest, IsAnnouncedUnderTheProgramsName)
+{
+    const auto menu = shownMenu();
+    auto* accessible = QAccessible::queryAccessibleInterface(menu.get());
+    ASSERT_NE(accessible, nullptr);
+    EXPECT_EQ(accessible->role(), QAccessible::Window);
+    EXPECT_EQ(accessible->text(QAccessible::Name), QStringLiteral("Orlimo"));
+}
+
+TEST_F(StatusMenuViewTest, IsWalkedThroughByTabFromTopToBottom)
+{
+    const auto menu = shownMenu();
+    QStringList walked;
+    for (int times = 0; times < 7; ++times) {
+        QTest::keyClick(menu.get(), Qt::Key_Tab);
+        walked.append(menu->focusWidget()->objectName());
+    }
+    EXPECT_THAT(
+        walked,
+        ElementsAre(
+            QStringLiteral("capturingEnabled"),
+            QStringLiteral("fourDigitInclude"),
+            QStringLiteral("loginItemEnabled"),
+            QStringLiteral("copy"),
+            QStringLiteral("about"),
+            QStringLiteral("openWebsite"),
+            QStringLiteral("quit")));
+}
+
+TEST_F(StatusMenuViewTest, AsksForTheApplicationAtEachCommandOnly)
+{
+    int asked = 0;
+    MenuHost host = menuHost();
+    host.application = [&]() -> SharedApplication& {
+        ++asked;
+        return application;
+    };
+    StatusMenuView menu(watching(), host);
+    {
+        const OutputCapture swallowed;
+        showActive(menu);
+    }
+    EXPECT_EQ(asked, 0);
+    choose(menu, "openWebsite");
+    EXPECT_EQ(asked, 0);
+    choose(menu, "about");
+    choose(menu, "quit");
+    EXPECT_EQ(asked, 2);
+}
+
+TEST_F(StatusMenuViewTest, StopsWithoutAnApplication)
+{
+    MenuHost host = menuHost();
+    host.application = []() -> SharedApplication& {
+        fatalStop("there is no application object", "host", 1);
+    };
+    StatusMenuView menu(watching(), host);
+    {
+        const OutputCapture swallowed;
+        showActive(menu);
+    }
+    for (const char* command : {"about", "quit"}) {
+        expectFatalStop(
+            [&] { named<TextButton>(menu, command).click(); },
+            {},
+            {.file = "host", .reason = "there is no application object"});
+    }
+}
+
+TEST_F(StatusMenuViewTest, KeepsItsControllerAlive)
+{
+    auto message = watching();
+    const std::weak_ptr<Message> weak = message;
+    auto menu = std::make_unique<StatusMenuView>(std::move(message), menuHost());
+    EXPECT_FALSE(weak.expired());
+    menu.reset();
+    EXPECT_TRUE(weak.expired());
+}
+
+TEST_F(StatusMenuViewTest, HasItsPanelAppearEachTimeItIsShown)
+{
+    const auto menu = shownMenu();
+    menu->hide();
+    const OutputCapture output;
+    menu->show();
+    EXPECT_EQ(std::ranges::count(output.lines(), "Opened PopupWindow : APPEAR"), 1);
+}
+
+TEST_F(StatusMenuViewTest, GivesItsPanelTheSameController)
+{
+    const auto menu = shownMenu("482913");
+    EXPECT_EQ(named<PopupView>(*menu, "panel").verificationCode(), "482913");
+}
+
+TEST(MenuHost, OfTheProgramKnowsTheProductsWebPage)
+{
+    EXPECT_EQ(MenuHost::native().website, identity::website);
+    const QUrl url(QString::fromStdString(MenuHost::native().website), QUrl::StrictMode);
+    EXPECT_TRUE(url.isValid());
+    EXPECT_EQ(url.scheme(), QStringLiteral("https"));
+}
+
+} // namespace
+} // namespace orlimo

@@ -1,0 +1,194 @@
+#include "controls/painting/Colors.h"
+
+#include "tests/support/widgets/Palettes.h"
+#include "tests/support/widgets/Picture.h"
+
+#include <QPalette>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <vector>
+
+namespace orlimo {
+namespace {
+
+using testing::DoubleNear;
+using testing::Ge;
+
+std::vector<QColor> accents()
+{
+    std::vector<QColor> colors{
+        QColor(Qt::white),
+        QColor(Qt::black),
+        QColor(255, 255, 220),
+        QColor(255, 230, 0),
+        QColor(0, 255, 255),
+        QColor(0, 255, 0),
+        QColor(53, 132, 228),
+        QColor(255, 45, 85),
+        QColor(120, 120, 120),
+    };
+    for (int hue = 0; hue < 360; hue += 15) {
+        colors.push_back(QColor::fromHsv(hue, 255, 255));
+        colors.push_back(QColor::fromHsv(hue, 60, 250));
+        colors.push_back(QColor::fromHsv(hue, 200, 90));
+    }
+    return colors;
+}
+
+TEST(ContrastRatio, IsThatOfTheGuidelines)
+{
+    EXPECT_THAT(contrastRatio(Qt::white, Qt::black), DoubleNear(21, 1e-9));
+    EXPECT_THAT(contrastRatio(Qt::white, Qt::white), DoubleNear(1, 1e-9));
+    EXPECT_THAT(contrastRatio(QColor(118, 118, 118), Qt::white), DoubleNear(4.54, 0.005));
+    EXPECT_THAT(contrastRatio(Qt::red, Qt::white), DoubleNear(3.998, 0.005));
+    EXPECT_THAT(contrastRatio(Qt::blue, Qt::white), DoubleNear(8.59, 0.005));
+}
+
+TEST(ContrastRatio, KnowsNoOrder)
+{
+    EXPECT_EQ(contrastRatio(Qt::red, Qt::blue), contrastRatio(Qt::blue, Qt::red));
+}
+
+TEST(LegibleColor, IsLegibleOnEveryGround)
+{
+    for (const QColor& color : accents()) {
+        for (const QColor& ground : accents()) {
+            EXPECT_THAT(contrastRatio(legibleColor(color, ground), ground), Ge(legibleContrast))
+                << testing::PrintToString(color) << " on " << testing::PrintToString(ground);
+        }
+    }
+}
+
+TEST(LegibleColor, LeavesALegibleColorAlone)
+{
+    EXPECT_EQ(legibleColor(QColor(0, 70, 160), Qt::white), QColor(0, 70, 160));
+    EXPECT_EQ(legibleColor(QColor(255, 230, 0), Qt::black), QColor(255, 230, 0));
+}
+
+TEST(LegibleColor, ChangesAsLittleAsNeeded)
+{
+    const QColor changed = legibleColor(QColor(53, 132, 228), Qt::white);
+    EXPECT_THAT(contrastRatio(changed, Qt::white), DoubleNear(legibleContrast, 0.2));
+    EXPECT_NEAR(changed.hueF(), QColor(53, 132, 228).hueF(), 0.01);
+}
+
+TEST(AccentColor, LetsWhiteTextBeReadWhateverTheUserChose)
+{
+    for (const QColor& accent : accents()) {
+        EXPECT_THAT(
+            contrastRatio(accentColor(lightPalette(accent)), Qt::white), Ge(legibleContrast))
+            << testing::PrintToString(accent);
+        EXPECT_THAT(contrastRatio(accentColor(darkPalette(accent)), Qt::white), Ge(legibleContrast))
+            << testing::PrintToString(accent);
+    }
+}
+
+TEST(AccentColor, IsTheUsersWhereThatIsDarkEnough)
+{
+    EXPECT_EQ(accentColor(lightPalette(QColor(0, 70, 160))), QColor(0, 70, 160));
+}
+
+TEST(FocusRingColor, IsDistinctWhateverTheAccentAndTheScheme)
+{
+    for (const QColor& accent : accents()) {
+        for (const QPalette& palette : allPalettes(accent)) {
+            const QColor ring = focusRingColor(palette);
+            for (const QColor& beside : {windowColor(palette), surfaceColor(palette)}) {
+                EXPECT_THAT(contrastRatio(ring, beside), Ge(distinctContrast))
+                    << testing::PrintToString(accent) << " on " << testing::PrintToString(beside);
+            }
+        }
+    }
+}
+
+TEST(FocusRingColor, IsTheUsersAccentWhereThatIsDistinct)
+{
+    EXPECT_EQ(focusRingColor(lightPalette(QColor(0, 70, 160))), QColor(0, 70, 160));
+    EXPECT_EQ(focusRingColor(guidancePalette(QColor(255, 230, 0))), QColor(255, 230, 0));
+}
+
+/// An ordinary palette.
+QPalette paletteWith(const QColor& text, const QColor& window)
+{
+    return {text, window, window, window, window, text, window};
+}
+
+TEST(HighContrast, IsThatOfTextAndWindow)
+{
+    for (const QPalette& palette : highContrastPalettes()) {
+        EXPECT_TRUE(isHighContrast(palette)) << testing::PrintToString(windowColor(palette));
+    }
+    for (const QPalette& palette :
+         {lightPalette(),
+          darkPalette(),
+          guidancePalette(),
+          paletteWith(Qt::black, QColor(240, 240, 240)),
+          paletteWith(QColor(35, 38, 41), QColor(239, 240, 241)),
+          paletteWith(Qt::white, QColor(30, 30, 30))})
+    {
+        EXPECT_FALSE(isHighContrast(palette)) << testing::PrintToString(windowColor(palette));
+    }
+}
+
+TEST(HighContrast, MakesEveryOutlineDistinct)
+{
+    for (const QPalette& palette : highContrastPalettes()) {
+        for (const PaletteColor outline : {separatorColor, surfaceBorderColor, controlBorderColor})
+        {
+            for (const QColor& beside : {windowColor(palette), surfaceColor(palette)}) {
+                EXPECT_THAT(contrastRatio(outline(palette), beside), Ge(distinctContrast))
+                    << testing::PrintToString(outline(palette)) << " on "
+                    << testing::PrintToString(beside);
+            }
+        }
+    }
+    // Its surface is dark whatever the palette.
+    const QPalette guidance = guidancePalette();
+    EXPECT_THAT(
+        contrastRatio(controlBorderColor(guidance), windowColor(guidance)), Ge(distinctContrast));
+}
+
+TEST(GrayColor, IsLegibleOnTheWindowAndGray)
+{
+    for (const QPalette& palette : {lightPalette(), darkPalette()}) {
+        const QColor gray = grayColor(palette);
+        EXPECT_THAT(contrastRatio(gray, windowColor(palette)), Ge(legibleContrast));
+        EXPECT_LT(contrastRatio(gray, windowColor(palette)), 7);
+        EXPECT_LT(gray.hsvSaturation(), 20);
+    }
+}
+
+TEST(Colors, OfTextAndGroundsComeFromThePalette)
+{
+    const QPalette palette = lightPalette();
+    EXPECT_EQ(windowColor(palette), QColor(246, 246, 248));
+    EXPECT_EQ(textColor(palette), QColor(29, 29, 31));
+    EXPECT_EQ(whiteColor(palette), QColor(Qt::white));
+    EXPECT_EQ(whiteColor(darkPalette()), QColor(Qt::white));
+}
+
+TEST(Colors, OfSurfacesStandOutFromTheWindowMoreAndMore)
+{
+    for (const QPalette& palette : {lightPalette(), darkPalette()}) {
+        const QColor window = windowColor(palette);
+        const double surface = contrastRatio(surfaceColor(palette), window);
+        const double border = contrastRatio(surfaceBorderColor(palette), window);
+        const double separator = contrastRatio(separatorColor(palette), window);
+        EXPECT_GT(surface, 1.02);
+        EXPECT_GT(border, surface);
+        EXPECT_GT(separator, border);
+        EXPECT_LT(separator, 2);
+        EXPECT_GT(contrastRatio(controlBorderColor(palette), window), 2);
+    }
+}
+
+TEST(Blended, LaysAColorOverAGround)
+{
+    EXPECT_THAT(blended(QColor(255, 0, 0, 128), Qt::white), isColor(QColor(255, 127, 127)));
+    EXPECT_THAT(blended(QColor(255, 0, 0, 0), Qt::white), isColor(Qt::white));
+    EXPECT_THAT(blended(QColor(1, 2, 3), Qt::white), isColor(QColor(1, 2, 3)));
+}
+
+} // namespace
+} // namespace orlimo

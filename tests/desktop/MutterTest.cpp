@@ -1,0 +1,190 @@
+#include "tests/desktop/sessions/DesktopTest.h"
+#include "tests/desktop/sessions/PlatformPlugin.h"
+#include "tests/desktop/sessions/wayland/MutterSession.h"
+#include "tests/program/ProgramSession.h"
+#include "tests/support/process/OutputCapture.h"
+#include "tests/support/process/ParentBond.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <filesystem>
+
+namespace orlimo {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+/// A Wayland desktop that gives the clipboard only to the program with the focus, but has an X
+/// server.
+class OnMutter : public DesktopTest<MutterSession>
+{
+protected:
+    /// Waits until `expected` is what the compositor reads; says what is there instead when it is
+    /// not.
+    [[nodiscard]] testing::AssertionResult awaitPaste(const std::string& expected)
+    {
+        if (awaitSparingly([&] { return desktop().clipboard().paste() == expected; })) {
+            return testing::AssertionSuccess();
+        }
+        return testing::AssertionFailure()
+               << "the clipboard holds \"" << desktop().clipboard().paste().value_or("nothing")
+               << '"';
+    }
+};
+
+/// The program's own way to the clipboard, in a small program that never has a window.
+class PasteboardOnMutter : public OnMutter
+{
+protected:
+    void SetUp() override
+    {
+        OnMutter::SetUp();
+        if (!IsSkipped()) {
+            ownProbe.emplace(
+                ORLIMO_CLIPBOARD_PROBE,
+                ChildSettings{
+                    .environment = desktop().environment(), .beforeStart = endWithParent});
+        }
+    }
+
+    [[nodiscard]] ChildProcess& probe() { return *ownProbe; }
+
+    void put(const std::string& command) { ASSERT_EQ(probe().ask(command), "done"); }
+
+private:
+    std::optional<ChildProcess> ownProbe;
+};
+
+TEST_F(PasteboardOnMutter, IsThatOfX)
+{
+    EXPECT_EQ(probe().ask("platform"), "xcb");
+}
+
+TEST_F(PasteboardOnMutter, TakesTwoHundredTextsOneAfterTheOther)
+{
+    constexpr int first = 100'000;
+    constexpr int count = 200;
+    for (int text = first; text < first + count; ++text) {
+        put("text " + std::to_string(text));
+        ASSERT_TRUE(awaitPaste(std::to_string(text)));
+    }
+}
+
+TEST_F(PasteboardOnMutter, GivesALargeTextCompletely)
+{
+    std::string text;
+    while (text.size() < (3U << 20U)) {
+        text += "0123456789";
+    }
+    put("digits " + std::to_string(text.size()));
+    std::optional<std::string> pasted;
+    ASSERT_TRUE(awaitSparingly([&] {
+        pasted = desktop().clipboard().paste();
+        return pasted && pasted->size() >= text.size();
+    }));
+    EXPECT_TRUE(*pasted == text) << pasted->size() << " bytes of " << text.size();
+}
+
+TEST_F(PasteboardOnMutter, IsTakenAgainFromWhoeverHasTakenIt)
+{
+    for (int round = 0; round < 3; ++round) {
+        const std::string text = "48291" + std::to_string(round);
+        put("text " + text);
+        ASSERT_TRUE(awaitPaste(text));
+        desktop().copy("mine now " + text);
+    }
+}
+
+/// The program on that desktop().
+class ProgramOnMutter : public OnMutter
+{
+protected:
+    void start(std::vector<std::string> arguments, const std::optional<std::string>& platform = {})
+    {
+        auto variables = desktop().environment();
+        variables["QT_QPA_PLATFORM"] = platform;
+        session.emplace(ProgramSession::Settings{
+            .arguments = std::move(arguments),
+            .environment = std::move(variables),
+            .beforeStart = endWithParent});
+        session->start();
+    }
+
+    /// At login, when no window opens.
+    void startInTheBackground() { start({"--launched-at-login"}); }
+
+    [[nodiscard]] bool showsItsWindow()
+    {
+        return desktop().accessibility().find("Orlimo", "push button", "Copy").has_value();
+    }
+
+    [[nodiscard]] ChildProcess& program() { return session->program(); }
+
+    std::optional<ProgramSession> session;
+};
+
+TEST_F(ProgramOnMutter, PutsTheCodeOnTheClipboardWithoutTheFocus)
+{
+    startInTheBackground();
+    EXPECT_EQ(platformOf(program().processId()), "xcb");
+    desktop().copy("something that the user copied");
+    for (const char* code : {"482913", "59302", "7764"}) {
+        session->awaitOpenThrottle();
+        session->deliver("text Your code is " + std::string(code) + ".");
+        EXPECT_EQ(
+            session->readReaction().back(), std::string(ProgramSession::reactionPrefix) + code);
+        EXPECT_TRUE(awaitPaste(code));
+    }
+    EXPECT_FALSE(showsItsWindow());
+    EXPECT_EQ(program().errors(), "");
+}
+
+TEST_F(ProgramOnMutter, TakesXAlsoWhereTheCompositorStoodStillAtTheStart)
+{
+    session.emplace(ProgramSession::Settings{
+        .arguments = {"--launched-at-login"},
+        .environment = desktop().environment(),
+        .beforeStart = endWithParent});
+    session->startWriter();
+    desktop().freeze();
+    session->startProgram();
+    runEventLoop(std::chrono::seconds(4));
+    desktop().goOn();
+    ASSERT_TRUE(await([this] { return std::filesystem::exists(session->preferences()); }));
+    ProgramSession::waitThrottleOut();
+    EXPECT_EQ(platformOf(program().processId()), "xcb");
+    session->deliver("text Your code is 482913.");
+    EXPECT_TRUE(awaitPaste("482913"));
+    EXPECT_EQ(program().errors(), "");
+}
+
+TEST_F(ProgramOnMutter, LeavesTheClipboardAloneWhenThereIsNoCode)
+{
+    startInTheBackground();
+    desktop().copy("something that the user copied");
+    session->awaitOpenThrottle();
+    session->deliver("text Lunch at noon?");
+    ASSERT_TRUE(program().awaitLine("Lunch at noon?"));
+    runEventLoop(std::chrono::milliseconds(200));
+    EXPECT_EQ(desktop().clipboard().paste(), "something that the user copied\n");
+}
+
+TEST_F(ProgramOnMutter, IsOnWaylandWhereTheUserWantsIt)
+{
+    start({"--launched-at-login"}, "wayland");
+    EXPECT_EQ(platformOf(program().processId()), "wayland");
+    EXPECT_TRUE(awaitSparingly([this] { return !program().errors().empty(); }));
+    EXPECT_THAT(linesOf(program().errors()), ElementsAre(HasSubstr("clipboard")));
+}
+
+TEST_F(ProgramOnMutter, ShowsItsWindowWhenTheUserStartsIt)
+{
+    start({});
+    EXPECT_TRUE(awaitSparingly([this] { return showsItsWindow(); })) << program().errors();
+}
+
+} // namespace
+} // namespace orlimo

@@ -1,0 +1,239 @@
+#include "tests/desktop/sessions/DesktopProgram.h"
+
+#include "tests/support/process/OutputCapture.h"
+
+#include <QSize>
+
+#include <algorithm>
+#include <sstream>
+#include <stdexcept>
+#include <thread>
+#include <utility>
+
+namespace orlimo {
+
+namespace {
+
+/// What the program calls itself, also to assistive technology.
+constexpr const char* applicationName = "Orlimo";
+
+/// On a screen that is high enough.
+constexpr QSize windowSize(300, 540);
+
+/// Longer than the time in which two clicks are a double click, and than that in which a click may
+/// be the one that took the focus away from the window.
+constexpr std::chrono::milliseconds betweenClicks(700);
+
+ProgramSession::Settings onDesktop(const DesktopSession& desktop, ProgramSession::Settings settings)
+{
+    settings.environment.merge(desktop.environment());
+    return settings;
+}
+
+std::map<std::string, std::string> preferencesIn(const std::filesystem::path& file)
+{
+    std::map<std::string, std::string> preferences;
+    if (!std::filesystem::exists(file)) {
+        return preferences;
+    }
+    for (const std::string& line : linesOf(contentOf(file))) {
+        const std::size_t sign = line.find('=');
+        if (sign != std::string::npos) {
+            preferences[line.substr(0, sign)] = line.substr(sign + 1);
+        }
+    }
+    return preferences;
+}
+
+} // namespace
+
+DesktopProgram::DesktopProgram(ProgramSession::Settings settings, const std::string& screen)
+    : ownDesktop(screen)
+    , ownSession(onDesktop(ownDesktop, std::move(settings)))
+{
+    ownSession.startWriter();
+}
+
+void DesktopProgram::start()
+{
+    ownSession.startProgram();
+    require(process().awaitLine("file access allowed"), "the store is not watched");
+    (void)awaitIcon();
+}
+
+void DesktopProgram::clickIcon(int button)
+{
+    ownDesktop.click(awaitIcon(), button);
+    lastClick = std::chrono::steady_clock::now();
+}
+
+void DesktopProgram::doubleClickIcon()
+{
+    ownDesktop.doubleClick(awaitIcon());
+    lastClick = std::chrono::steady_clock::now();
+}
+
+void DesktopProgram::chooseFromIconsMenu(int number, int count)
+{
+    constexpr int right = 3;
+    clickIcon(right);
+    std::optional<QRect> menu;
+    const auto isShown = [&] {
+        menu = ownDesktop.windows().menuOf(processId());
+        return menu.has_value();
+    };
+    require(awaitSparingly(isShown), "the icon has no menu");
+    const int height = menu->height() / count;
+    ownDesktop.click({menu->center().x(), menu->top() + number * height + height / 2});
+}
+
+QPoint DesktopProgram::awaitIcon()
+{
+    std::this_thread::sleep_until(lastClick + betweenClicks);
+    std::optional<QRect> icon;
+    const auto isDocked = [&] {
+        icon = ownDesktop.windows().trayIconOf(processId());
+        return icon.has_value();
+    };
+    require(awaitSparingly(isDocked), "no icon in the tray");
+    return icon->center();
+}
+
+void DesktopProgram::open()
+{
+    const long before = count(appearLine);
+    clickIcon();
+    require(
+        awaitOpen() && awaitSparingly([&] { return count(appearLine) > before; }),
+        "the window does not open");
+}
+
+void DesktopProgram::close()
+{
+    ownDesktop.press("Escape");
+    require(awaitClosed(), "the window does not close");
+}
+
+bool DesktopProgram::awaitOpen()
+{
+    return awaitSparingly([this] {
+        const auto opened = window();
+        return opened && hasFocus(*opened);
+    });
+}
+
+bool DesktopProgram::awaitClosed()
+{
+    const bool closed = awaitSparingly([this] { return !window(); });
+    lastClick = std::chrono::steady_clock::now();
+    return closed;
+}
+
+bool DesktopProgram::hasFocus(const XWindow& window) const
+{
+    const auto active = ownDesktop.windows().activeWindow();
+    return active && active->id == window.id;
+}
+
+std::optional<XWindow> DesktopProgram::window()
+{
+    const auto all = windows();
+    const auto found = std::ranges::find_if(all, [](const XWindow& one) {
+        return one.title == applicationName && one.area.width() == windowSize.width() &&
+               one.area.height() <= windowSize.height();
+    });
+    return found == all.end() ? std::nullopt : std::optional(*found);
+}
+
+std::vector<XWindow> DesktopProgram::windows()
+{
+    return ownDesktop.windows().windowsOf(processId());
+}
+
+Accessible DesktopProgram::element(const std::string& role, const std::string& name)
+{
+    std::optional<Accessible> found;
+    const auto isThere = [&] {
+        found = ownDesktop.accessibility().find(applicationName, role, name);
+        return found.has_value();
+    };
+    require(awaitSparingly(isThere), "no " + role + " \"" + name + '"');
+    return *found;
+}
+
+bool DesktopProgram::shows(const std::string& role, const std::string& name) const
+{
+    return ownDesktop.accessibility().find(applicationName, role, name).has_value();
+}
+
+testing::AssertionResult
+DesktopProgram::awaitShown(const std::string& role, const std::string& name) const
+{
+    if (awaitSparingly([&] { return shows(role, name); })) {
+        return testing::AssertionSuccess();
+    }
+    return testing::AssertionFailure() << "shown are:\n"
+                                       << ownDesktop.accessibility().describe(applicationName);
+}
+
+void DesktopProgram::click(const std::string& role, const std::string& name)
+{
+    ownDesktop.click(element(role, name).area().center());
+}
+
+testing::AssertionResult DesktopProgram::awaitPaste(const std::string& text) const
+{
+    const XServer& server = ownDesktop.server();
+    if (awaitSparingly([&] { return server.paste("clipboard") == text; })) {
+        return testing::AssertionSuccess();
+    }
+    return testing::AssertionFailure()
+           << "the clipboard holds \"" << server.paste("clipboard") << '"';
+}
+
+testing::AssertionResult
+DesktopProgram::awaitPreferences(const std::map<std::string, std::string>& expected) const
+{
+    const auto file = ownSession.preferences();
+    if (awaitSparingly([&] { return preferencesIn(file) == expected; })) {
+        return testing::AssertionSuccess();
+    }
+    return testing::AssertionFailure()
+           << testing::PrintToString(preferencesIn(file)) << " are the stored preferences";
+}
+
+long DesktopProgram::count(const std::string& line)
+{
+    const auto lines = linesOf(process().output());
+    return static_cast<long>(std::ranges::count(lines, line));
+}
+
+std::uint32_t DesktopProgram::processId()
+{
+    return static_cast<std::uint32_t>(process().processId());
+}
+
+void DesktopProgram::require(bool condition, const std::string& failure)
+{
+    if (!condition) {
+        throw std::runtime_error(failure + "; " + describe());
+    }
+}
+
+std::string DesktopProgram::describe()
+{
+    std::ostringstream text;
+    text << "the windows from the lowest:\n";
+    for (const XWindow& one : ownDesktop.windows().windowsOf(0)) {
+        text << "  \"" << one.title << "\" of process " << one.process << ", " << one.area.width()
+             << 'x' << one.area.height() << " at " << one.area.x() << ',' << one.area.y() << '\n';
+    }
+    const auto active = ownDesktop.windows().activeWindow();
+    text << "the focus is on: " << (active ? active->title : "nothing") << '\n'
+         << "the program (process " << processId() << ") shows:\n"
+         << ownDesktop.accessibility().describe(applicationName) << "it printed:\n"
+         << process().output() << process().errors();
+    return text.str();
+}
+
+} // namespace orlimo

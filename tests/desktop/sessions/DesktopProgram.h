@@ -1,0 +1,103 @@
+#pragma once
+
+#include "tests/desktop/sessions/DesktopSession.h"
+#include "tests/program/ProgramSession.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace orlimo {
+
+/// The built program on a desktop of its own, used as a person uses it: with the pointer, the
+/// keyboard, and what can be read off the screen. What a person would need and does not find,
+/// however long they wait, ends the test with an exception that describes the desktop.
+class DesktopProgram
+{
+public:
+    /// Makes the desktop, with a screen of that width, height and depth, and the program's session,
+    /// and starts the writer; the program itself waits for `start`. The desktop's environment is
+    /// added to that of `settings`.
+    explicit DesktopProgram(
+        ProgramSession::Settings settings = {}, const std::string& screen = "1280x800x24");
+
+    /// Starts the program and waits until it watches the store and its icon is in the tray.
+    void start();
+
+    /// Clicks the icon in the tray, at the pace of a person: not so soon after the last click, or
+    /// after the window closed, that both count as one.
+    void clickIcon(int button = 1);
+    void doubleClickIcon();
+
+    /// Clicks the icon with the right button and then, in the menu that comes, the item `number` of
+    /// `count`, counted from 0.
+    void chooseFromIconsMenu(int number, int count);
+
+    /// Clicks the icon and waits until the window is open and has the focus.
+    void open();
+
+    /// Presses Escape and waits until the window is closed.
+    void close();
+
+    /// Waits until the window is open and has the focus.
+    [[nodiscard]] bool awaitOpen();
+    [[nodiscard]] bool awaitClosed();
+
+    /// The program's window under the icon. None while it is closed.
+    [[nodiscard]] std::optional<XWindow> window();
+
+    /// Every window of the program, the lowest first.
+    [[nodiscard]] std::vector<XWindow> windows();
+
+    [[nodiscard]] bool hasFocus(const XWindow& window) const;
+
+    /// What the program shows under this role and name. Waits for it.
+    [[nodiscard]] Accessible element(const std::string& role, const std::string& name);
+
+    /// Whether it shows that now.
+    [[nodiscard]] bool shows(const std::string& role, const std::string& name) const;
+
+    /// Waits until it shows that: a program is on the accessibility bus only some time after it has
+    /// started. A failure says what is shown instead.
+    [[nodiscard]] testing::AssertionResult
+    awaitShown(const std::string& role, const std::string& name) const;
+
+    /// Clicks the middle of such an element.
+    void click(const std::string& role, const std::string& name);
+
+    /// Waits until the clipboard holds `text`.
+    [[nodiscard]] testing::AssertionResult awaitPaste(const std::string& text) const;
+
+    /// Waits until exactly these preferences are stored.
+    [[nodiscard]] testing::AssertionResult
+    awaitPreferences(const std::map<std::string, std::string>& expected) const;
+
+    /// How often the program has printed `line` so far.
+    [[nodiscard]] long count(const std::string& line);
+
+    [[nodiscard]] DesktopSession& desktop() { return ownDesktop; }
+    [[nodiscard]] ProgramSession& session() { return ownSession; }
+    /// The running program.
+    [[nodiscard]] ChildProcess& process() { return ownSession.program(); }
+
+    /// The line that the program prints each time its window opens.
+    static constexpr const char* appearLine = "Opened PopupWindow : APPEAR";
+    /// The line that it prints each time it reads the newest messages.
+    static constexpr const char* readLine = "ready to access disk";
+
+private:
+    [[nodiscard]] std::uint32_t processId();
+    [[nodiscard]] QPoint awaitIcon();
+    void require(bool condition, const std::string& failure);
+    [[nodiscard]] std::string describe();
+
+    DesktopSession ownDesktop;
+    ProgramSession ownSession;
+    std::chrono::steady_clock::time_point lastClick;
+};
+
+} // namespace orlimo

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "tests/support/process/ChildProcess.h"
+
+#include <string>
+#include <vector>
+
+namespace orlimo {
+
+/// A real X server without a screen that anybody sees, and its selections read and written from
+/// outside by another program. Ended with the object.
+class XServer
+{
+public:
+    /// Starts the server with one screen, its width, height and depth as given; one that does not
+    /// start is a test failure.
+    explicit XServer(const std::string& screen = "1280x800x24");
+    XServer(const XServer&) = delete;
+    XServer& operator=(const XServer&) = delete;
+    ~XServer();
+
+    /// The value of DISPLAY for programs that are to use it.
+    [[nodiscard]] const std::string& display() const { return name; }
+
+    /// Has the server stand still: programs that ask it for something wait until it goes on.
+    void freeze() const;
+    void goOn() const;
+
+    /// What a program pastes from `selection`, "clipboard" or "primary", as `target`; empty when
+    /// nobody owns it.
+    [[nodiscard]] std::string
+    paste(const std::string& selection, const std::string& target = "UTF8_STRING") const;
+
+    /// The targets that the owner of `selection` offers.
+    [[nodiscard]] std::vector<std::string> targets(const std::string& selection) const;
+
+    /// Makes another program own `selection` with `text` and a line break, and waits until it does.
+    void copy(const std::string& selection, const std::string& text) const;
+
+private:
+    ChildProcess server;
+    std::string name;
+};
+
+} // namespace orlimo

@@ -1,0 +1,74 @@
+// A program without a window that puts on the clipboard what its standard input asks, a line each,
+// in the way the program does, and answers each with a line: "text WORDS" those words, "digits
+// COUNT" so many digits, "platform" nothing, but names the toolkit's platform.
+
+#include "platform/clipboard/Pasteboard.h"
+#include "platform/desktop/ToolkitArguments.h"
+
+#include <QGuiApplication>
+#include <QSocketNotifier>
+
+#include <cstdio>
+#include <iostream>
+#include <string>
+
+#include <unistd.h>
+
+namespace orlimo {
+namespace {
+
+void say(const std::string& line)
+{
+    (void)std::puts(line.c_str());
+    (void)std::fflush(stdout);
+}
+
+std::string put(const std::string& text)
+{
+    generalPasteboard().declareTypes({PasteboardType::string});
+    generalPasteboard().setString(text, PasteboardType::string);
+    return "done";
+}
+
+/// 0123456789012…, so that a piece that is lost or comes twice is seen.
+std::string digits(std::size_t count)
+{
+    std::string text;
+    text.reserve(count);
+    for (std::size_t place = 0; place < count; ++place) {
+        text += static_cast<char>('0' + place % 10);
+    }
+    return text;
+}
+
+std::string answerTo(const std::string& line)
+{
+    const std::string command = line.substr(0, line.find(' '));
+    const std::string rest = line.size() > command.size() ? line.substr(command.size() + 1) : "";
+    if (command == "text") {
+        return put(rest);
+    }
+    if (command == "digits") {
+        return put(digits(std::stoul(rest)));
+    }
+    return command == "platform" ? QGuiApplication::platformName().toStdString() : "what?";
+}
+
+} // namespace
+} // namespace orlimo
+
+int main(int argc, char* argv[])
+{
+    orlimo::ToolkitArguments arguments(argc, argv);
+    const QGuiApplication application(arguments.count(), arguments.values());
+    const QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
+    QObject::connect(&input, &QSocketNotifier::activated, &input, [] {
+        std::string line;
+        if (std::getline(std::cin, line)) {
+            orlimo::say(orlimo::answerTo(line));
+        } else {
+            QGuiApplication::quit();
+        }
+    });
+    return QGuiApplication::exec();
+}

@@ -1,0 +1,129 @@
+#include "platform/clipboard/linux/DataControlPasteboard.h"
+
+#include "tests/platform/clipboard/PasteboardContents.h"
+#include "tests/platform/clipboard/linux/ScriptedCompositor.h"
+#include "tests/platform/process/PipeReader.h"
+#include "tests/support/Await.h"
+#include "tests/support/TemporaryFolder.h"
+#include "tests/support/process/EnvironmentChange.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+#include <utility>
+
+namespace orlimo {
+namespace {
+
+constexpr const char* outOfReach = "orlimo: the compositor's clipboard cannot be reached\n";
+
+/// The pasteboard beside a compositor and beside the clipboard of Qt's own platform, which is not
+/// Wayland.
+class DataControlPasteboardTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        contents::fill();
+        testing::internal::CaptureStderr();
+    }
+
+    void start(const ScriptedCompositor::Script& script = {})
+    {
+        compositor.emplace(folder.path() / "compositor", script);
+    }
+
+    void put(std::string_view text)
+    {
+        pasteboard.declareTypes({PasteboardType::string});
+        pasteboard.setString(text, PasteboardType::string);
+    }
+
+    /// Waits until `text` is what the compositor reads.
+    [[nodiscard]] bool awaitPaste(const std::string& text)
+    {
+        return await([&] {
+            UniqueFd end = compositor->paste();
+            if (!end) {
+                return false;
+            }
+            PipeReader reader(std::move(end));
+            return reader.awaitEnd() && reader.content() == text;
+        });
+    }
+
+    TemporaryFolder folder;
+    EnvironmentChange display{"WAYLAND_DISPLAY", (folder.path() / "compositor").string()};
+    std::optional<ScriptedCompositor> compositor;
+    DataControlPasteboard pasteboard;
+};
+
+TEST_F(DataControlPasteboardTest, ChangesOnceForEachTextAndNotBeforeItIsThere)
+{
+    start();
+    for (const std::size_t texts : {1U, 2U}) {
+        pasteboard.declareTypes({PasteboardType::string});
+        runEventLoop(std::chrono::milliseconds(50));
+        EXPECT_EQ(compositor->selections(), texts - 1);
+        const std::string text = texts == 1 ? "123456" : "";
+        pasteboard.setString(text, PasteboardType::string);
+        EXPECT_TRUE(awaitPaste(text));
+        EXPECT_EQ(compositor->selections(), texts);
+    }
+    EXPECT_EQ(contents::text(), "old text");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST_F(DataControlPasteboardTest, UsesQtsClipboardMeanwhileWhereTheCompositorDoesNotRespond)
+{
+    start();
+    compositor->hold();
+    put("1111");
+    put("123456");
+    EXPECT_EQ(contents::text(), "old text");
+    EXPECT_TRUE(await([] { return contents::text() == "123456"; }));
+    compositor->resume();
+    EXPECT_TRUE(awaitPaste("123456"));
+    EXPECT_EQ(compositor->selections(), 1U);
+    put("7777");
+    EXPECT_TRUE(awaitPaste("7777"));
+    EXPECT_EQ(contents::text(), "123456");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), outOfReach);
+}
+
+TEST_F(DataControlPasteboardTest, UsesQtsClipboardFromThereOnWhereALateCompositorDoesNotOfferIt)
+{
+    start({.offersExt = false});
+    compositor->hold();
+    put("123456");
+    EXPECT_EQ(contents::text(), "old text");
+    compositor->resume();
+    EXPECT_TRUE(await([] { return contents::text() == "123456"; }));
+    put("7777");
+    EXPECT_EQ(contents::text(), "7777") << "at once";
+    EXPECT_EQ(compositor->connections(), 1U);
+    // Nothing is known against the clipboard of a platform that is not Wayland.
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST_F(DataControlPasteboardTest, UsesQtsClipboardWhileThereIsNoCompositor)
+{
+    for (const char* text : {"1111", "123456"}) {
+        put(text);
+        EXPECT_EQ(contents::text(), text) << "at once";
+    }
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), outOfReach);
+    testing::internal::CaptureStderr();
+    start();
+    put("7777");
+    EXPECT_TRUE(awaitPaste("7777"));
+    EXPECT_EQ(contents::text(), "123456");
+    compositor.reset();
+    put("2222");
+    EXPECT_EQ(contents::text(), "2222");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), outOfReach) << "again";
+}
+
+} // namespace
+} // namespace orlimo

@@ -1,0 +1,74 @@
+#include "platform/desktop/ApplicationActivity.h"
+
+#include "tests/support/Await.h"
+
+#include <QWidget>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <vector>
+
+namespace orlimo {
+namespace {
+
+void focus(QWidget& window)
+{
+    window.show();
+    window.activateWindow();
+    EXPECT_TRUE(await([&window] { return window.isActiveWindow(); }));
+}
+
+class ApplicationActivityTest : public testing::Test
+{
+protected:
+    [[nodiscard]] bool awaitWord(bool isActive)
+    {
+        return await([this, isActive] { return !told.empty() && told.back() == isActive; });
+    }
+
+    std::vector<bool> told;
+    QWidget window;
+    QWidget other;
+};
+
+TEST_F(ApplicationActivityTest, IsToldAtTheStart)
+{
+    const ApplicationActivity without([this](bool isActive) { told.push_back(isActive); });
+    EXPECT_EQ(told, std::vector<bool>{false});
+    focus(window);
+    told.clear();
+    const ApplicationActivity with([this](bool isActive) { told.push_back(isActive); });
+    EXPECT_EQ(told, std::vector<bool>{true});
+}
+
+TEST_F(ApplicationActivityTest, IsToldWhenAWindowGetsTheFocus)
+{
+    const ApplicationActivity activity([this](bool isActive) { told.push_back(isActive); });
+    focus(window);
+    EXPECT_TRUE(told.back());
+}
+
+TEST_F(ApplicationActivityTest, IsToldWhenTheWindowWithTheFocusIsClosed)
+{
+    const ApplicationActivity activity([this](bool isActive) { told.push_back(isActive); });
+    focus(window);
+    window.close();
+    EXPECT_TRUE(awaitWord(false));
+    focus(window);
+    EXPECT_TRUE(told.back());
+}
+
+TEST_F(ApplicationActivityTest, GoesOnWhenTheFocusMovesToAnotherWindow)
+{
+    const ApplicationActivity activity([this](bool isActive) { told.push_back(isActive); });
+    focus(window);
+    told.clear();
+    window.close();
+    focus(other);
+    runEventLoop(std::chrono::milliseconds(600));
+    EXPECT_EQ(std::count(told.begin(), told.end(), false), 0);
+}
+
+} // namespace
+} // namespace orlimo

@@ -1,0 +1,190 @@
+// A program with an icon in the tray, a window for it and an About panel, that says what happens to
+// them and does what its standard input asks, a line each; it answers each with a line. With the
+// argument "window" it is another program, of one plain window that takes the focus.
+
+#include "platform/desktop/ApplicationDelegate.h"
+#include "platform/desktop/SharedApplication.h"
+#include "platform/desktop/Workspace.h"
+#include "platform/menubar/MenuBarExtra.h"
+#include "platform/threads/UptimeClock.h"
+#include "resources/ImageIcon.h"
+
+#include <QApplication>
+#include <QIcon>
+#include <QLineEdit>
+#include <QSocketNotifier>
+#include <QVBoxLayout>
+
+#include <chrono>
+#include <cstdio>
+#include <functional>
+#include <iostream>
+#include <map>
+#include <optional>
+#include <string>
+
+#include <unistd.h>
+
+namespace orlimo {
+namespace {
+
+void say(const std::string& line)
+{
+    (void)std::puts(line.c_str());
+    (void)std::fflush(stdout);
+}
+
+/// Says when the window it is installed on opens, closes and is given or loses the focus.
+class WindowReporter final : public QObject
+{
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        static const std::map<QEvent::Type, std::string> words{
+            {QEvent::Show, "opened"},
+            {QEvent::Hide, "closed"},
+            {QEvent::WindowActivate, "focused"},
+            {QEvent::WindowDeactivate, "unfocused"},
+        };
+        const auto word = words.find(event->type());
+        if (word != words.end()) {
+            say(word->second);
+        }
+        return QObject::eventFilter(watched, event);
+    }
+};
+
+class Content final : public QWidget
+{
+public:
+    Content()
+    {
+        setWindowTitle(QStringLiteral("Content"));
+        setFixedSize(300, 540);
+        auto* const column = new QVBoxLayout(this);
+        column->addWidget(&field);
+        column->addStretch();
+        installEventFilter(&reporter);
+    }
+
+    [[nodiscard]] std::string text() const { return field.text().toStdString(); }
+
+private:
+    QLineEdit field;
+    WindowReporter reporter;
+};
+
+class Delegate final : public ApplicationDelegate
+{
+public:
+    void applicationWillFinishLaunching() override { say("will finish launching"); }
+    void applicationDidFinishLaunching() override { say("did finish launching"); }
+    void applicationWillBecomeActive() override { say("will become active"); }
+};
+
+QIcon label()
+{
+    return templateIcon(QStringLiteral("StatusBarIcon"));
+}
+
+/// The host's clock, until it is stopped; from then on it goes on only when it is told to.
+class StoppableClock
+{
+public:
+    void stop() { stoppedAt = currentUptime(); }
+    void advance(std::chrono::seconds span) { stoppedAt.value() += span; }
+    [[nodiscard]] Uptime now() const { return stoppedAt ? *stoppedAt : currentUptime(); }
+
+private:
+    std::optional<Uptime> stoppedAt;
+};
+
+std::string yesOrNo(bool answer)
+{
+    return answer ? "yes" : "no";
+}
+
+/// A command whose answer is that it is done.
+std::function<std::string()> done(const std::function<void()>& command)
+{
+    return [command] {
+        command();
+        return "done";
+    };
+}
+
+int runExtra()
+{
+    auto made = std::make_unique<Content>();
+    Content& content = *made;
+    StoppableClock clock;
+    const auto extra = MenuBarExtra::create(
+        [&made]() -> std::unique_ptr<QWidget> { return std::move(made); },
+        label(),
+        [&clock] { return clock.now(); });
+    QWidget beside;
+    const auto showBeside = [&beside] {
+        beside.setWindowTitle(QStringLiteral("Beside"));
+        beside.setGeometry(20, 60, 200, 200);
+        beside.show();
+        beside.raise();
+        beside.activateWindow();
+    };
+    const std::map<std::string, std::function<std::string()>> commands{
+        {"is open", [&] { return yesOrNo(extra->isOpen()); }},
+        {"open", done([&] { extra->open(); })},
+        {"open where there is no icon", done([&] { extra->openWhereThereIsNoIcon(); })},
+        {"open beside another window", done([&] {
+             showBeside();
+             extra->openWhereThereIsNoIcon();
+         })},
+        {"stop the clock", done([&] { clock.stop(); })},
+        {"let a minute pass", done([&] { clock.advance(std::chrono::minutes(1)); })},
+        {"open on request beside another window", done([&] {
+             showBeside();
+             extra->openAmongOthers();
+         })},
+        {"text", [&] { return content.text(); }},
+        {"about", done([] { sharedApplication().orderFrontStandardAboutPanel({}); })},
+        {"website", [] { return yesOrNo(openUrl(QUrl(QStringLiteral("https://orlimo.app/")))); }},
+    };
+    const QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
+    QObject::connect(&input, &QSocketNotifier::activated, &content, [&] {
+        std::string command;
+        if (std::getline(std::cin, command)) {
+            say(commands.at(command)());
+        } else {
+            sharedApplication().terminate();
+        }
+    });
+    Delegate delegate;
+    return sharedApplication().run(delegate);
+}
+
+int runWindow()
+{
+    WindowReporter reporter;
+    QWidget window;
+    window.setWindowTitle(QStringLiteral("Other program"));
+    window.resize(200, 200);
+    window.installEventFilter(&reporter);
+    window.show();
+    return QApplication::exec();
+}
+
+} // namespace
+} // namespace orlimo
+
+int main(int argc, char* argv[])
+{
+    const std::string what = argc > 1 ? argv[1] : "extra";
+    if (what == "no application") {
+        (void)orlimo::sharedApplication();
+    }
+    if (what == "application without windows") {
+        const QGuiApplication application(argc, argv);
+        (void)orlimo::sharedApplication();
+    }
+    const QApplication application(argc, argv);
+    return what == "window" ? orlimo::runWindow() : orlimo::runExtra();
+}

@@ -1,0 +1,64 @@
+// A program that does one thing which the tests need a process of their own for.
+
+#include "platform/loginitem/LoginItemService.h"
+#include "platform/process/UnifiedLog.h"
+
+#include <functional>
+#include <iostream>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <syslog.h>
+
+namespace orlimo {
+namespace {
+
+/// Answers each line of standard input with one line: the login item's status, or how a change of
+/// it went.
+int serveLoginItem()
+{
+    const auto say = [](const std::optional<ServiceError>& error) {
+        return error ? error->localizedDescription : "done";
+    };
+    for (std::string command; std::getline(std::cin, command);) {
+        LoginItemService& service = mainAppService();
+        std::string answer;
+        if (command == "status") {
+            answer = std::to_string(static_cast<int>(service.status()));
+        } else if (command == "register") {
+            answer = say(service.registerItem());
+        } else if (command == "unregister") {
+            answer = say(service.unregisterItem());
+        }
+        std::cout << answer << std::endl; // NOLINT(performance-avoid-endl): the test waits for it
+    }
+    return 0;
+}
+
+int logErrors(int logMask)
+{
+    (void)::setlogmask(logMask);
+    UnifiedLog::create("org.example.part", "main")->error("Failed to %s: %s", "begin", "100 %\nx");
+    UnifiedLog::create("org.example.part", "main")->error("%s%s", "again", "");
+    return 0;
+}
+
+int run(const std::vector<std::string>& arguments)
+{
+    const std::map<std::string, std::function<int()>> commands{
+        {"login-item", serveLoginItem},
+        {"log-errors", [] { return logErrors(LOG_UPTO(LOG_DEBUG)); }},
+        {"log-errors-masked", [] { return logErrors(LOG_UPTO(LOG_CRIT)); }},
+    };
+    return commands.at(arguments.at(0))();
+}
+
+} // namespace
+} // namespace orlimo
+
+int main(int argc, char* argv[])
+{
+    return orlimo::run({argv + 1, argv + argc});
+}

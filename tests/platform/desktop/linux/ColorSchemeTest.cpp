@@ -1,0 +1,259 @@
+#include "platform/desktop/linux/ColorSchemePortal.h"
+#include "platform/desktop/linux/PaletteScheme.h"
+#include "tests/platform/loginitem/linux/ScriptedPortal.h"
+#include "tests/support/Await.h"
+#include "tests/support/TemporaryFolder.h"
+#include "tests/support/process/MessageBus.h"
+#include "tests/support/widgets/Palettes.h"
+#include "tests/support/widgets/PixelReading.h"
+
+#include <QApplication>
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusVariant>
+#include <QPalette>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <optional>
+#include <vector>
+
+namespace orlimo {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr auto dark = ColorScheme::dark;
+constexpr auto light = ColorScheme::light;
+constexpr auto noPreference = ColorScheme::noPreference;
+
+const auto clientName = QStringLiteral("client");
+const auto appearance = QStringLiteral("org.freedesktop.appearance");
+const auto colorScheme = QStringLiteral("color-scheme");
+
+/// The preference, read on a private bus from a fake portal.
+class ColorSchemePortalTest : public testing::Test
+{
+protected:
+    ColorSchemePortalTest()
+    {
+        QDBusConnection::connectToBus(QString::fromStdString(bus.address()), clientName);
+        portal.emplace(bus.address());
+    }
+
+    ~ColorSchemePortalTest() override
+    {
+        preference.reset();
+        QDBusConnection::disconnectFromBus(clientName);
+    }
+    Q_DISABLE_COPY_MOVE(ColorSchemePortalTest)
+
+    void read()
+    {
+        preference.emplace(QDBusConnection(clientName), [this](ColorScheme scheme) {
+            reported.push_back(scheme);
+        });
+    }
+
+    [[nodiscard]] bool awaitReported(std::size_t count) const
+    {
+        return await([&] { return reported.size() >= count; });
+    }
+
+    /// Waits until everything has arrived that was sent so far, by whomever.
+    [[nodiscard]] bool awaitArrived()
+    {
+        const std::size_t before = reported.size();
+        portal->changeColorScheme(1U);
+        return awaitReported(before + 1) && reported.size() == before + 1;
+    }
+
+    TemporaryFolder folder;
+    MessageBus bus{folder.path()};
+    std::optional<ScriptedPortal> portal;
+    std::optional<ColorSchemePortal> preference;
+    std::vector<ColorScheme> reported;
+};
+
+TEST_F(ColorSchemePortalTest, ReadsThePreferenceWithoutBlocking)
+{
+    portal->setColorScheme(1U);
+    read();
+    EXPECT_THAT(reported, IsEmpty()) << "the constructor blocked";
+    ASSERT_TRUE(awaitReported(1));
+    EXPECT_THAT(reported, ElementsAre(dark));
+    EXPECT_EQ(portal->reads(), 1);
+}
+
+TEST_F(ColorSchemePortalTest, ReportsEachChange)
+{
+    portal->setColorScheme(0U);
+    read();
+    ASSERT_TRUE(awaitReported(1));
+    for (const uint number : {1U, 2U, 1U, 0U, 7U}) {
+        portal->changeColorScheme(number);
+    }
+    ASSERT_TRUE(awaitReported(6));
+    EXPECT_THAT(reported, ElementsAre(noPreference, dark, light, dark, noPreference, noPreference));
+}
+
+TEST_F(ColorSchemePortalTest, IgnoresAValueOfAnotherType)
+{
+    portal->setColorScheme(QStringLiteral("dark"));
+    read();
+    ASSERT_TRUE(await([this] { return portal->reads() == 1; }));
+    portal->changeColorScheme(QVariant(-1));
+    portal->changeColorScheme(QVariant(true));
+    EXPECT_TRUE(awaitArrived());
+    EXPECT_THAT(reported, ElementsAre(dark));
+}
+
+TEST_F(ColorSchemePortalTest, IgnoresOtherSettings)
+{
+    portal->setColorScheme(0U);
+    read();
+    ASSERT_TRUE(awaitReported(1));
+    portal->sendSettingChanged(appearance, QStringLiteral("contrast"), 1U);
+    portal->sendSettingChanged(QStringLiteral("org.example"), colorScheme, 1U);
+    EXPECT_TRUE(awaitArrived());
+}
+
+TEST_F(ColorSchemePortalTest, ReportsASettingThatAppearsLater)
+{
+    read();
+    ASSERT_TRUE(await([this] { return portal->reads() == 1; }));
+    EXPECT_TRUE(awaitArrived());
+    EXPECT_THAT(reported, ElementsAre(dark));
+}
+
+TEST_F(ColorSchemePortalTest, IgnoresSignalsFromOtherSenders)
+{
+    portal->setColorScheme(0U);
+    read();
+    ASSERT_TRUE(awaitReported(1));
+    const auto name = QStringLiteral("stranger");
+    auto stranger = QDBusConnection::connectToBus(QString::fromStdString(bus.address()), name);
+    QDBusMessage signal = QDBusMessage::createSignal(
+        QStringLiteral("/org/freedesktop/portal/desktop"),
+        QStringLiteral("org.freedesktop.portal.Settings"),
+        QStringLiteral("SettingChanged"));
+    signal.setArguments({appearance, colorScheme, QVariant::fromValue(QDBusVariant(1U))});
+    stranger.send(signal);
+    // Returns when the bus has passed on what was sent before.
+    (void)stranger.interface()->isServiceRegistered(name);
+    QDBusConnection::disconnectFromBus(name);
+    EXPECT_TRUE(awaitArrived());
+}
+
+TEST_F(ColorSchemePortalTest, ReadsAgainWhenThePortalStartsOrRestarts)
+{
+    portal.reset();
+    read();
+    for (std::size_t time = 1; time <= 3; ++time) {
+        portal.emplace(bus.address());
+        portal->setColorScheme(1U);
+        ASSERT_TRUE(awaitReported(time));
+        portal.reset();
+    }
+    EXPECT_THAT(reported, ElementsAre(dark, dark, dark));
+}
+
+TEST_F(ColorSchemePortalTest, WaitsForASlowPortalWithoutBlocking)
+{
+    portal->setColorScheme(1U);
+    portal->holdReads();
+    read();
+    ASSERT_TRUE(await([this] { return portal->reads() == 1; }));
+    runEventLoop(std::chrono::milliseconds(200));
+    EXPECT_THAT(reported, IsEmpty());
+    portal->replyToReads();
+    ASSERT_TRUE(awaitReported(1));
+    EXPECT_THAT(reported, ElementsAre(dark));
+}
+
+TEST_F(ColorSchemePortalTest, DoesNotBlockOnAnUnresponsiveBus)
+{
+    bus.freeze();
+    const auto before = std::chrono::steady_clock::now();
+    read();
+    EXPECT_LT(std::chrono::steady_clock::now() - before, std::chrono::seconds(1));
+    bus.goOn();
+    portal->changeColorScheme(1U);
+    EXPECT_TRUE(awaitReported(1));
+}
+
+TEST_F(ColorSchemePortalTest, ReportsNothingWithoutABus)
+{
+    preference.emplace(
+        QDBusConnection(QStringLiteral("no such connection")),
+        [this](ColorScheme scheme) { reported.push_back(scheme); });
+    runEventLoop(std::chrono::milliseconds(100));
+    EXPECT_THAT(reported, IsEmpty());
+}
+
+/// The application's palette, at first Qt's own.
+class PaletteSchemeTest : public testing::Test
+{
+protected:
+    PaletteSchemeTest() { QApplication::setPalette(QPalette()); }
+    ~PaletteSchemeTest() override { QApplication::setPalette(QPalette()); }
+    Q_DISABLE_COPY_MOVE(PaletteSchemeTest)
+
+    const QPalette before = QApplication::palette();
+    PaletteScheme scheme;
+};
+
+TEST_F(PaletteSchemeTest, IsDarkOnlyWhileDarkIsPreferred)
+{
+    for (const ColorScheme other : {noPreference, light}) {
+        scheme.follow(dark);
+        EXPECT_LT(QApplication::palette().color(QPalette::Window).lightness(), 60);
+        EXPECT_GT(QApplication::palette().color(QPalette::WindowText).lightness(), 200);
+        scheme.follow(dark);
+        scheme.follow(other);
+        EXPECT_EQ(QApplication::palette(), before);
+    }
+}
+
+TEST_F(PaletteSchemeTest, IsUnchangedWhileDarkIsNotPreferred)
+{
+    scheme.follow(noPreference);
+    scheme.follow(light);
+    EXPECT_EQ(QApplication::palette(), before);
+}
+
+TEST_F(PaletteSchemeTest, IsUnchangedWhenThemeOrUserHasChosenIt)
+{
+    for (const QPalette& chosen : {lightPalette(), darkPalette()}) {
+        const PaletteChange change(chosen);
+        for (const ColorScheme wanted : {dark, light, noPreference}) {
+            scheme.follow(wanted);
+            EXPECT_EQ(
+                QApplication::palette().color(QPalette::Window), chosen.color(QPalette::Window));
+        }
+    }
+}
+
+TEST_F(PaletteSchemeTest, HasLegibleTextAndKeepsTheAccentWhenDark)
+{
+    const QPalette palette = darkPaletteOf(before);
+    for (const auto& [text, ground] :
+         {std::pair(QPalette::WindowText, QPalette::Window),
+          std::pair(QPalette::Text, QPalette::Base),
+          std::pair(QPalette::Text, QPalette::AlternateBase),
+          std::pair(QPalette::ButtonText, QPalette::Button),
+          std::pair(QPalette::ToolTipText, QPalette::ToolTipBase),
+          std::pair(QPalette::PlaceholderText, QPalette::Base),
+          std::pair(QPalette::Link, QPalette::Base),
+          std::pair(QPalette::LinkVisited, QPalette::Base)})
+    {
+        EXPECT_GE(contrastOf(palette.color(text), palette.color(ground)), 4.5) << text;
+    }
+    EXPECT_EQ(palette.color(QPalette::Highlight), before.color(QPalette::Highlight));
+}
+
+} // namespace
+} // namespace orlimo

@@ -1,0 +1,85 @@
+#include "tests/platform/files/ForeignLock.h"
+
+#include "tests/support/process/ForkedRun.h"
+#include "tests/support/process/OpenPipe.h"
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <csignal>
+
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace orlimo {
+
+namespace {
+
+struct flock lockOf(short type, off_t first, off_t length)
+{
+    struct flock lock
+    {};
+    lock.l_type = type;
+    lock.l_whence = SEEK_SET;
+    lock.l_start = first;
+    lock.l_len = length;
+    return lock;
+}
+
+/// What the holder does: takes the lock, says so with one byte, and keeps it until `life` ends.
+[[noreturn]] void hold(const std::filesystem::path& file, struct flock lock, int answer, int life)
+{
+    const int descriptor = ::open(file.c_str(), O_RDWR | O_CLOEXEC);
+    char held = ::fcntl(descriptor, F_SETLK, &lock) == 0 ? 'y' : 'n';
+    (void)!::write(answer, &held, 1);
+    (void)!::read(life, &held, 1);
+    ::_exit(0);
+}
+
+} // namespace
+
+ForeignLock::ForeignLock(const std::filesystem::path& file, off_t byte, Kind kind)
+{
+    const auto ends = openPipe();
+    // Open for as long as this process lives: one that is killed leaves no holder behind.
+    const auto life = openPipe();
+    holder = ::fork();
+    if (holder == 0) {
+        const short type = kind == Kind::shared ? F_RDLCK : F_WRLCK;
+        ::close(life[1]);
+        hold(file, lockOf(type, byte, 1), ends[1], life[0]);
+    }
+    ::close(ends[1]);
+    ::close(life[0]);
+    holdersLife = UniqueFd(life[1]);
+    char answer = '\0';
+    EXPECT_EQ(::read(ends[0], &answer, 1), 1);
+    EXPECT_EQ(answer, 'y') << "no lock on " << file;
+    ::close(ends[0]);
+}
+
+ForeignLock::~ForeignLock()
+{
+    if (holder > 0) {
+        ::kill(holder, SIGKILL);
+        while (::waitpid(holder, nullptr, 0) < 0 && errno == EINTR) {
+        }
+    }
+}
+
+bool isLockedSeenFromElsewhere(const std::filesystem::path& file, off_t first, off_t length)
+{
+    const auto run = runForked([&] {
+        struct flock lock = lockOf(F_WRLCK, first, length);
+        const int descriptor = ::open(file.c_str(), O_RDWR | O_CLOEXEC);
+        if (::fcntl(descriptor, F_GETLK, &lock) != 0) {
+            ::_exit(2);
+        }
+        ::_exit(lock.l_type == F_UNLCK ? 0 : 1);
+    });
+    EXPECT_TRUE(run.status == 0 || run.status == 1);
+    return run.status == 1;
+}
+
+} // namespace orlimo

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "platform/files/UniqueFd.h"
+
+#include <filesystem>
+
+#include <sys/types.h>
+
+namespace orlimo {
+
+/// A process that holds a lock on one byte of a file for as long as the object lives.
+class ForeignLock
+{
+public:
+    enum class Kind {
+        shared,
+        exclusive,
+    };
+
+    /// Returns when the lock is held. A lock that cannot be had is a test failure.
+    ForeignLock(const std::filesystem::path& file, off_t byte, Kind kind = Kind::exclusive);
+    ForeignLock(const ForeignLock&) = delete;
+    ForeignLock& operator=(const ForeignLock&) = delete;
+    ~ForeignLock();
+
+    [[nodiscard]] pid_t processId() const { return holder; }
+
+private:
+    pid_t holder = -1;
+    UniqueFd holdersLife;
+};
+
+/// Whether a process other than this one finds a lock anywhere in the `length` bytes of `file` from
+/// `first` on: one of this process's own, that is, when nobody else uses the file.
+[[nodiscard]] bool
+isLockedSeenFromElsewhere(const std::filesystem::path& file, off_t first, off_t length);
+
+} // namespace orlimo

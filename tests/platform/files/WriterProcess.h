@@ -1,0 +1,40 @@
+#pragma once
+
+#include "tests/support/process/ChildProcess.h"
+
+#include <filesystem>
+#include <map>
+#include <optional>
+#include <string>
+
+namespace orlimo {
+
+/// Another process that writes a message store, in transactions that it opens and ends when it is
+/// told to.
+class WriterProcess
+{
+public:
+    /// Creates the store, with one message in it, and keeps it open. `environment` is set beside
+    /// this process's own.
+    explicit WriterProcess(
+        const std::filesystem::path& store,
+        const std::string& synchronous = "full",
+        const std::map<std::string, std::optional<std::string>>& environment = {});
+
+    /// Has one command carried out. One that fails is a test failure.
+    void tell(const std::string& command);
+
+    /// Opens a transaction that has written to the log and holds the writer's lock.
+    void holdTransactionOpen();
+
+    /// Ends the process as a crash would.
+    void crash();
+
+private:
+    ChildProcess process;
+};
+
+/// How many messages a reader sees in the store now; -1 when it cannot read it.
+[[nodiscard]] int visibleMessages(const std::filesystem::path& store);
+
+} // namespace orlimo

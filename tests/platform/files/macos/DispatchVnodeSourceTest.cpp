@@ -1,0 +1,316 @@
+#include "platform/files/macos/DispatchVnodeSource.h"
+
+#include "platform/files/UniqueFd.h"
+#include "tests/platform/files/ForeignLock.h"
+#include "tests/platform/macos/fakes/ScriptedDispatch.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <chrono>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <system_error>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+#include <fcntl.h>
+
+namespace orlimo {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr VnodeEvents vnodeWrite = 0x2;
+
+/// A source on the main dispatch queue for a store's log. Queue, clock and events are in the test's
+/// hand; the file, its shared index and the writer's lock are real.
+class DispatchVnodeSourceTest : public testing::Test
+{
+protected:
+    DispatchVnodeSourceTest()
+    {
+        script.reset();
+        writeFile(log, "0123456789");
+        writeFile(index, "an index");
+        opened = UniqueFd(::open(log.c_str(), O_RDONLY | O_CLOEXEC));
+    }
+
+    void make(VnodeEvents mask = vnodeExtend)
+    {
+        source = makeDispatchVnodeSource(opened.get(), mask, mainQueue(), clock);
+        source->setEventHandler([this] { seen.push_back(source->data()); });
+        source->setCancelHandler([this] { ++cancellations; });
+    }
+    void watch(VnodeEvents mask = vnodeExtend)
+    {
+        make(mask);
+        source->resume();
+    }
+
+    void hold() { lock.emplace(index, 120); }
+    void letGo() { lock.reset(); }
+
+    /// Lengthens the file and has the system tell of it.
+    void grow()
+    {
+        appendToFile(log, "more");
+        script.fire(vnodeExtend);
+    }
+
+    void pass(std::chrono::nanoseconds span)
+    {
+        script.advance(span);
+        script.run();
+    }
+
+    /// The writer appends a commit's frames and keeps the lock.
+    void holdAndGrow()
+    {
+        hold();
+        grow();
+        script.run();
+    }
+
+    /// How long after now the next look is due.
+    [[nodiscard]] std::optional<std::chrono::nanoseconds> delay() const
+    {
+        const auto* const timer = script.timer();
+        return timer != nullptr && timer->due ? std::optional(*timer->due - script.now)
+                                              : std::nullopt;
+    }
+
+    [[nodiscard]] std::size_t events() const { return seen.size(); }
+
+    ScriptedDispatch& script = ScriptedDispatch::shared();
+    UptimeClock clock = [this] { return script.now; };
+    TemporaryFolder folder;
+    std::filesystem::path log = folder.path() / "store-wal";
+    std::filesystem::path index = folder.path() / "store-shm";
+    UniqueFd opened;
+    std::optional<ForeignLock> lock;
+    std::vector<VnodeEvents> seen;
+    int cancellations = 0;
+    std::unique_ptr<VnodeSource> source;
+};
+
+TEST_F(DispatchVnodeSourceTest, ReportsOnTheMainQueueWhatWasAskedForAndGrowthOnce)
+{
+    watch(vnodeWrite | vnodeExtend);
+    ASSERT_EQ(script.sources.size(), 1U);
+    EXPECT_EQ(script.sources[0].handle, static_cast<std::uintptr_t>(opened.get()));
+    EXPECT_EQ(script.sources[0].mask, 0x6U);
+    EXPECT_EQ(script.sources[0].queue, "main");
+    for (std::size_t time = 1; time <= 2; ++time) {
+        grow();
+        EXPECT_EQ(events(), time - 1);
+        script.run();
+        EXPECT_EQ(seen, std::vector(time, vnodeExtend));
+        EXPECT_EQ(source->data(), 0U) << "outside of the handler";
+    }
+    script.fire(vnodeExtend); // of what was delivered already
+    script.run();
+    EXPECT_EQ(events(), 2U);
+    hold();
+    script.fire(vnodeWrite);
+    script.run();
+    EXPECT_EQ(seen.back(), vnodeWrite);
+    EXPECT_EQ(script.timer(), nullptr) << "nothing waits";
+}
+
+TEST_F(DispatchVnodeSourceTest, CannotBeMadeForWhatIsNotOpenNorForNoEvents)
+{
+    for (const auto& [descriptor, mask, number] :
+         {std::tuple{-1, vnodeExtend, EBADF}, std::tuple{opened.get(), VnodeEvents{0}, EINVAL}})
+    {
+        try {
+            (void)makeDispatchVnodeSource(descriptor, mask, mainQueue(), clock);
+            FAIL() << number;
+        } catch (const std::system_error& error) {
+            EXPECT_EQ(error.code(), std::error_code(number, std::generic_category()));
+        }
+    }
+}
+
+// While another process holds the writer's lock
+
+TEST_F(DispatchVnodeSourceTest, WaitsByOneStrictTimerInPausesThatGrow)
+{
+    watch();
+    holdAndGrow();
+    EXPECT_EQ(delay(), 100us);
+    pass(60us);
+    grow();
+    script.run();
+    EXPECT_EQ(delay(), 40us) << "growth puts no look off";
+    pass(40us);
+    pass(7900us);
+    EXPECT_EQ(delay(), 1ms);
+    ASSERT_EQ(script.sources.size(), 2U);
+    EXPECT_EQ(script.timer()->mask, 1U) << "the system does not put it off";
+    EXPECT_EQ(script.timer()->leeway, 0ns);
+    EXPECT_TRUE(script.timer()->active);
+    EXPECT_EQ(script.timer()->queue, "main");
+    source->cancel();
+    script.run();
+    EXPECT_EQ(script.timer(), nullptr);
+}
+
+TEST_F(DispatchVnodeSourceTest, AllGrowthOfACommitIsOneEventAtItsEnd)
+{
+    watch();
+    hold();
+    for (int frame = 0; frame < 10; ++frame) {
+        grow();
+        script.run();
+        EXPECT_TRUE(delay());
+        pass(1ms);
+    }
+    pass(500ms);
+    EXPECT_EQ(events(), 0U);
+    grow(); // reported only when the writer has let go
+    letGo();
+    pass(1h);
+    EXPECT_EQ(events(), 1U);
+    EXPECT_FALSE(delay());
+}
+
+TEST_F(DispatchVnodeSourceTest, ALateReportOfTheLastFramesIsNotAnotherEvent)
+{
+    watch();
+    holdAndGrow();
+    appendToFile(log, "last");
+    letGo();
+    pass(5ms);
+    EXPECT_EQ(events(), 1U);
+    script.fire(vnodeExtend);
+    script.run();
+    EXPECT_EQ(events(), 1U);
+}
+
+TEST_F(DispatchVnodeSourceTest, AnEventFindsTheLockFreeBeforeTheNextLookDoes)
+{
+    watch();
+    for (const std::size_t commits : {1U, 2U}) {
+        holdAndGrow();
+        letGo();
+        if (commits == 1) {
+            grow();
+        } else {
+            script.fire(vnodeExtend); // of what was seen already
+        }
+        script.run();
+        EXPECT_EQ(events(), commits);
+        pass(1s);
+        EXPECT_EQ(events(), commits) << "the look that was due finds nothing";
+    }
+    EXPECT_FALSE(delay());
+}
+
+// Cancelling
+
+TEST_F(DispatchVnodeSourceTest, RunsTheCancelHandlerOnceAndLaterAndDropsTheEventThatWaits)
+{
+    watch();
+    grow();
+    source->cancel();
+    EXPECT_EQ(cancellations, 0);
+    for (int time = 0; time < 2; ++time) {
+        script.run();
+        EXPECT_EQ(cancellations, 1);
+        EXPECT_EQ(events(), 0U);
+        source->cancel();
+    }
+}
+
+TEST_F(DispatchVnodeSourceTest, LooksAtNothingAfterCancelNorWhenItHasGone)
+{
+    for (const bool isCancelled : {true, false}) {
+        script.reset();
+        watch();
+        holdAndGrow();
+        if (isCancelled) {
+            source->cancel();
+        } else {
+            source.reset();
+        }
+        const UniqueFd closed = std::move(opened);
+        letGo();
+        pass(1h);
+        EXPECT_EQ(events(), 0U);
+        EXPECT_EQ(cancellations, 1) << "what goes is not cancelled";
+        EXPECT_EQ(script.timer(), nullptr);
+        opened = UniqueFd(::open(log.c_str(), O_RDONLY | O_CLOEXEC));
+    }
+}
+
+TEST_F(DispatchVnodeSourceTest, MayGoInItsOwnHandlers)
+{
+    for (const bool waits : {true, false}) {
+        script.reset();
+        watch();
+        int runs = 0;
+        source->setEventHandler([this, &runs] {
+            ++runs;
+            source.reset();
+        });
+        if (waits) {
+            hold();
+        }
+        grow();
+        script.run();
+        letGo();
+        pass(5ms);
+        grow();
+        pass(1h);
+        EXPECT_EQ(runs, 1);
+        EXPECT_EQ(script.timer(), nullptr);
+    }
+    watch();
+    source->setCancelHandler([this] {
+        ++cancellations;
+        source.reset();
+    });
+    source->cancel();
+    script.run();
+    EXPECT_EQ(cancellations, 1);
+}
+
+TEST_F(DispatchVnodeSourceTest, KeepsItsHandlersUntilItIsCancelledAndDropsThemThen)
+{
+    watch();
+    auto token = std::make_shared<int>(0);
+    const std::weak_ptr<int> kept = token;
+    source->setEventHandler([token] {});
+    source->setCancelHandler([token] {});
+    token.reset();
+    source->cancel();
+    EXPECT_FALSE(kept.expired());
+    script.run();
+    EXPECT_TRUE(kept.expired());
+}
+
+TEST_F(DispatchVnodeSourceTest, IsActivatedBeforeItIsReleasedWhetherItWasResumedOrNot)
+{
+    for (const bool isCancelled : {true, false}) {
+        script.reset();
+        make();
+        if (isCancelled) {
+            source->cancel();
+            script.run();
+            EXPECT_EQ(cancellations, 1);
+        }
+        source.reset();
+        EXPECT_EQ(
+            script.calls,
+            (std::vector<std::string>{
+                "set event handler", "set cancel handler", "cancel", "activate", "release"}));
+    }
+}
+
+} // namespace
+} // namespace orlimo

@@ -1,0 +1,217 @@
+#include "platform/loginitem/LoginItemService.h"
+
+#include "tests/support/BuiltPrograms.h"
+#include "tests/support/TemporaryFolder.h"
+#include "tests/support/process/ChildProcess.h"
+#include "tests/support/process/ForkedRun.h"
+#include "tests/support/process/UnprivilegedUser.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include <pwd.h>
+#include <stdlib.h>
+#include <unistd.h>
+
+namespace orlimo {
+namespace {
+
+constexpr const char* entryName = "app.orlimo.Orlimo.desktop";
+
+/// Sets a variable of this process, or takes it away for a null. Called in a child.
+void setVariable(const char* name, const char* value)
+{
+    if (value == nullptr) {
+        ::unsetenv(name);
+    } else {
+        ::setenv(name, value, 1);
+    }
+}
+
+std::string registerAndSayHow()
+{
+    const auto error = mainAppService().registerItem();
+    return error ? error->localizedDescription : "registered";
+}
+
+TEST(LoginItemStatus, HasTheHostServicesValues)
+{
+    EXPECT_EQ(static_cast<int>(LoginItemStatus::notRegistered), 0);
+    EXPECT_EQ(static_cast<int>(LoginItemStatus::enabled), 1);
+    EXPECT_EQ(static_cast<int>(LoginItemStatus::requiresApproval), 2);
+    EXPECT_EQ(static_cast<int>(LoginItemStatus::notFound), 3);
+}
+
+/// The running program's service with a configuration folder of the test's.
+class MainAppService : public testing::Test
+{
+protected:
+    /// What registering says in a process with these values of XDG_CONFIG_HOME and HOME.
+    [[nodiscard]] static std::string registered(const char* configuration, const char* homeFolder)
+    {
+        const auto run = runForked([=] {
+            setVariable("XDG_CONFIG_HOME", configuration);
+            setVariable("HOME", homeFolder);
+            (void)std::fputs(registerAndSayHow().c_str(), stdout);
+        });
+        EXPECT_EQ(run.status, 0);
+        EXPECT_EQ(run.errors, "");
+        return run.output;
+    }
+
+    TemporaryFolder home;
+    std::filesystem::path configuration = home.path() / "configuration";
+    std::filesystem::path entry = configuration / "autostart" / entryName;
+    std::filesystem::path entryInHome = home.path() / ".config" / "autostart" / entryName;
+};
+
+TEST_F(MainAppService, WritesAnEntryForThisProgram)
+{
+    ASSERT_EQ(registered(configuration.c_str(), home.path().c_str()), "registered");
+    const auto program = std::filesystem::read_symlink("/proc/self/exe").string();
+    const std::string content = contentOf(entry);
+    EXPECT_NE(content.find("\nExec=\"" + program + "\" --launched-at-login\n"), std::string::npos);
+    EXPECT_NE(content.find("\nTryExec=" + program + "\n"), std::string::npos);
+    EXPECT_FALSE(std::filesystem::exists(entryInHome));
+}
+
+TEST_F(MainAppService, FallsBackToTheHomesConfigurationFolder)
+{
+    for (const char* unusable : {static_cast<const char*>(nullptr), "", "configuration", "./x"}) {
+        std::filesystem::remove_all(home.path() / ".config");
+        EXPECT_EQ(registered(unusable, home.path().c_str()), "registered");
+        EXPECT_TRUE(std::filesystem::exists(entryInHome));
+    }
+}
+
+TEST_F(MainAppService, FallsBackToTheHomeInTheUserDatabase)
+{
+    // A home that its own user cannot write into, so that nothing is left behind.
+    constexpr uid_t nobody = 65534;
+    const passwd* const user = ::getpwuid(nobody);
+    if (::geteuid() != 0 || user == nullptr) {
+        GTEST_SKIP() << "would write into the user's own home";
+    }
+    if (!canOthersReach(ORLIMO_PROGRAM)) {
+        GTEST_SKIP() << "other users may not enter the folder in which the program was built";
+    }
+    const std::string nobodysHome = user->pw_dir;
+    const auto run = runForked([] {
+        setVariable("XDG_CONFIG_HOME", nullptr);
+        setVariable("HOME", nullptr);
+        if (::setuid(nobody) != 0) {
+            ::_exit(1);
+        }
+        (void)std::fputs(registerAndSayHow().c_str(), stdout);
+    });
+    EXPECT_EQ(run.output, nobodysHome + "/.config/autostart: Permission denied");
+}
+
+TEST_F(MainAppService, IsNeverRegisteredWithoutAHome)
+{
+    constexpr uid_t unknown = 1'234'567;
+    if (::geteuid() != 0 || ::getpwuid(unknown) != nullptr) {
+        GTEST_SKIP() << "only the superuser can become a user without an entry";
+    }
+    const auto run = runForked([] {
+        setVariable("XDG_CONFIG_HOME", nullptr);
+        setVariable("HOME", nullptr);
+        if (::setuid(unknown) != 0) {
+            ::_exit(1);
+        }
+        const auto status = static_cast<int>(mainAppService().status());
+        const auto registering = mainAppService().registerItem();
+        const auto unregistering = mainAppService().unregisterItem();
+        (void)std::printf(
+            "%d, %s, %s",
+            status,
+            registering ? registering->localizedDescription.c_str() : "registered",
+            unregistering ? unregistering->localizedDescription.c_str() : "unregistered");
+    });
+    EXPECT_EQ(run.output, "0, HOME: No such file or directory, HOME: No such file or directory");
+}
+
+TEST_F(MainAppService, AsksForTheFolderAtEachCall)
+{
+    const auto run = runForked([this] {
+        setVariable("XDG_CONFIG_HOME", (home.path() / "first").c_str());
+        (void)mainAppService().registerItem();
+        setVariable("XDG_CONFIG_HOME", configuration.c_str());
+        if (mainAppService().status() == LoginItemStatus::notRegistered) {
+            (void)mainAppService().registerItem();
+        }
+    });
+    EXPECT_EQ(run.status, 0);
+    EXPECT_TRUE(std::filesystem::exists(entry));
+}
+
+/// The service of a program that runs by itself and whose file the test handles.
+class LoginItemOfProgram : public testing::Test
+{
+protected:
+    LoginItemOfProgram()
+    {
+        std::filesystem::copy_file(ORLIMO_PLATFORM_PROBE, program);
+        process.emplace(
+            program,
+            ChildSettings{
+                .arguments = {"login-item"},
+                .environment = {{"XDG_CONFIG_HOME", home.path().string()}}});
+    }
+
+    [[nodiscard]] std::string ask(const std::string& command) { return process->ask(command); }
+
+    TemporaryFolder home;
+    std::filesystem::path program = std::filesystem::canonical(home.path()) / "program";
+    std::filesystem::path entry = home.path() / "autostart" / entryName;
+    std::optional<ChildProcess> process;
+};
+
+TEST_F(LoginItemOfProgram, ComesAndGoes)
+{
+    EXPECT_EQ(ask("status"), "0");
+    EXPECT_EQ(ask("register"), "done");
+    EXPECT_EQ(ask("status"), "1");
+    EXPECT_NE(contentOf(entry).find("Exec=\"" + program.string() + "\" "), std::string::npos);
+    EXPECT_EQ(ask("unregister"), "done");
+    EXPECT_EQ(ask("status"), "0");
+    EXPECT_EQ(ask("unregister"), entry.string() + ": No such file or directory");
+}
+
+TEST_F(LoginItemOfProgram, SeesWhatTheUserSwitchesOffWhileItRuns)
+{
+    EXPECT_EQ(ask("register"), "done");
+    appendToFile(entry, "Hidden=true\n");
+    EXPECT_EQ(ask("status"), "2");
+    EXPECT_EQ(ask("register"), "done");
+    EXPECT_EQ(ask("status"), "2");
+}
+
+TEST_F(LoginItemOfProgram, IsNotFoundOnceTheProgramIsDeleted)
+{
+    EXPECT_EQ(ask("register"), "done");
+    std::filesystem::remove(program);
+    EXPECT_EQ(ask("status"), "3");
+    writeFile(program.string() + " (deleted)", "another file");
+    EXPECT_EQ(ask("status"), "3");
+    EXPECT_EQ(ask("register"), program.string() + ": No such file or directory");
+    EXPECT_EQ(ask("unregister"), "done");
+    EXPECT_EQ(ask("status"), "3");
+}
+
+TEST_F(LoginItemOfProgram, MovesWithTheProgram)
+{
+    EXPECT_EQ(ask("register"), "done");
+    const auto moved = program.string() + " (deleted)";
+    std::filesystem::rename(program, moved);
+    EXPECT_EQ(ask("status"), "1");
+    EXPECT_EQ(ask("register"), "done");
+    EXPECT_NE(contentOf(entry).find("Exec=\"" + moved + "\" "), std::string::npos);
+}
+
+} // namespace
+} // namespace orlimo

@@ -1,0 +1,93 @@
+#include "platform/loginitem/linux/RunningProgram.h"
+
+#include "tests/support/TemporaryFolder.h"
+#include "tests/support/process/ChildProcess.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+namespace orlimo {
+namespace {
+
+/// With a program that runs until the test ends.
+class RunningProgram : public testing::Test
+{
+protected:
+    void start(const std::string& name)
+    {
+        std::filesystem::copy_file("/bin/cat", folder / name);
+        process.emplace(folder / name);
+    }
+
+    [[nodiscard]] std::filesystem::path found() const
+    {
+        return runningProgram("/proc/" + std::to_string(process->processId()) + "/exe");
+    }
+
+    TemporaryFolder parent;
+    std::filesystem::path folder = std::filesystem::canonical(parent.path());
+    std::optional<ChildProcess> process;
+};
+
+TEST_F(RunningProgram, IsTheFileThatItWasStartedFrom)
+{
+    start("program");
+    EXPECT_EQ(found(), folder / "program");
+}
+
+TEST_F(RunningProgram, IsThisProgramWhereNoneIsNamed)
+{
+    EXPECT_EQ(runningProgram(), std::filesystem::read_symlink("/proc/self/exe"));
+    EXPECT_TRUE(runningProgram().is_absolute());
+}
+
+TEST_F(RunningProgram, MovesWithItsFile)
+{
+    start("program");
+    std::filesystem::rename(folder / "program", folder / "moved");
+    EXPECT_EQ(found(), folder / "moved");
+}
+
+TEST_F(RunningProgram, IsItsFormerFileOnceThatIsDeleted)
+{
+    start("program");
+    std::filesystem::remove(folder / "program");
+    EXPECT_EQ(found(), folder / "program");
+}
+
+TEST_F(RunningProgram, MayReallyHaveTheNameOfADeletedOne)
+{
+    start("program (deleted)");
+    EXPECT_EQ(found(), folder / "program (deleted)");
+    std::filesystem::remove(folder / "program (deleted)");
+    EXPECT_EQ(found(), folder / "program (deleted)");
+}
+
+TEST_F(RunningProgram, IsNotAnotherFileWithTheNameOfADeletedOne)
+{
+    start("program");
+    std::filesystem::remove(folder / "program");
+    writeFile(folder / "program (deleted)", "another file");
+    EXPECT_EQ(found(), folder / "program");
+}
+
+TEST_F(RunningProgram, IsTheUpdateThatHasReplacedItsFile)
+{
+    start("program");
+    writeFile(folder / "update", "a newer program");
+    std::filesystem::rename(folder / "update", folder / "program");
+    EXPECT_EQ(found(), folder / "program");
+}
+
+TEST_F(RunningProgram, IsNothingWhereTheSystemDoesNotTell)
+{
+    EXPECT_EQ(runningProgram(folder / "no link"), "");
+    writeFile(folder / "file", "");
+    EXPECT_EQ(runningProgram(folder / "file"), "");
+}
+
+} // namespace
+} // namespace orlimo

@@ -1,0 +1,249 @@
+#include "tests/desktop/sessions/StatusNotifierPanel.h"
+#include "tests/platform/desktop/linux/DesktopProbeTest.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <QPoint>
+#include <QRect>
+#include <gtest/gtest.h>
+
+#include <array>
+#include <chrono>
+
+namespace orlimo {
+namespace {
+
+/// The icon in a panel that shows status notifier items, on X11, where the panel does not say where
+/// the icon is.
+class PanelTest : public DesktopProbeTest
+{
+protected:
+    PanelTest()
+        : DesktopProbeTest(DesktopSession::WithoutTray{})
+    {}
+
+    void startWithPanel()
+    {
+        panel.emplace(desktop);
+        startProgram();
+        ASSERT_TRUE(panel->awaitItem());
+    }
+
+    void openByPanel()
+    {
+        panel->click();
+        ASSERT_TRUE(awaitActive("Content"));
+    }
+
+    /// Clicks the item once for the window to open and once for it to close.
+    void use()
+    {
+        openByPanel();
+        runEventLoop(aWhile);
+        panel->click();
+        EXPECT_TRUE(awaitClosed());
+        runEventLoop(aWhile);
+        EXPECT_FALSE(window("Content"));
+    }
+
+    std::optional<StatusNotifierPanel> panel;
+};
+
+TEST_F(PanelTest, ItemAppearsInAPanelThatWasThereBefore)
+{
+    startWithPanel();
+    use();
+}
+
+TEST_F(PanelTest, ItemAppearsInAPanelThatComesLate)
+{
+    startProgram();
+    runEventLoop(aWhile);
+    panel.emplace(desktop);
+    ASSERT_TRUE(panel->awaitItem());
+    use();
+}
+
+TEST_F(PanelTest, ItemAppearsWhenAHostComesToTheWatcher)
+{
+    panel.emplace(desktop, StatusNotifierPanel::Host::absent);
+    startProgram();
+    runEventLoop(aWhile);
+    EXPECT_EQ(panel->items(), 0);
+    panel->hostComes();
+    ASSERT_TRUE(panel->awaitItem());
+    use();
+}
+
+TEST_F(PanelTest, ItemStaysWhenTheHostGoesAndComesBack)
+{
+    startWithPanel();
+    panel->hostGoes();
+    panel->hostComes();
+    EXPECT_TRUE(panel->awaitItem());
+    use();
+}
+
+TEST_F(PanelTest, ItemComesBackWithThePanel)
+{
+    startWithPanel();
+    for (int round = 0; round < 3; ++round) {
+        panel.reset();
+        runEventLoop(aWhile);
+        EXPECT_TRUE(saysThatItsWindowIs(false));
+        panel.emplace(desktop);
+        ASSERT_TRUE(panel->awaitItem()) << round;
+        use();
+    }
+}
+
+TEST_F(PanelTest, FrozenPanelHoldsNothingUp)
+{
+    // Less than the bus gives a call.
+    constexpr std::chrono::seconds limit(15);
+    panel.emplace(desktop);
+    panel->freeze();
+    desktop.startTray({});
+    launchProgram();
+    ASSERT_TRUE(program->awaitLine("did finish launching", limit));
+    program->writeLine("open where there is no icon");
+    ASSERT_TRUE(program->awaitLine("opened", limit));
+    EXPECT_TRUE(saysThatItsWindowIs(true));
+    panel->thaw();
+    EXPECT_TRUE(panel->awaitItem());
+}
+
+TEST_F(PanelTest, IconAppearsInTheTrayWhenAFrozenPanelEnds)
+{
+    panel.emplace(desktop);
+    panel->freeze();
+    startProgram();
+    desktop.startTray({});
+    desktop.awaitTray();
+    panel.reset();
+    EXPECT_TRUE(awaitIcon());
+}
+
+TEST_F(PanelTest, WindowDoesNotOpenByItself)
+{
+    startWithPanel();
+    tell("open where there is no icon");
+    runEventLoop(std::chrono::milliseconds(1500));
+    EXPECT_EQ(count("opened"), 0);
+}
+
+TEST_F(PanelTest, WindowOpensByItselfWhileThePanelIsGone)
+{
+    startWithPanel();
+    panel.reset();
+    desktop.startTray({});
+    desktop.awaitTray();
+    // The icon of a panel does not go over to a tray, so that the program is not to be seen.
+    ASSERT_TRUE(awaitSparingly([this] {
+        tell("open where there is no icon");
+        return window("Content").has_value();
+    }));
+    EXPECT_TRUE(awaitActive("Content"));
+}
+
+TEST_F(PanelTest, WindowOpensAtThePointerInsideTheScreen)
+{
+    startWithPanel();
+    constexpr QRect screen(0, 0, 1280, 800);
+    constexpr QSize size(300, 540);
+    const std::array<std::pair<QPoint, QPoint>, 5> places{{
+        {{0, 0}, {0, 1}},
+        {{1279, 0}, {980, 1}},
+        {{0, 799}, {0, 259}},
+        {{1279, 799}, {980, 259}},
+        {{700, 10}, {550, 11}},
+    }};
+    for (const auto& [pointer, expected] : places) {
+        desktop.movePointer(pointer);
+        openByPanel();
+        const auto area = window("Content");
+        ASSERT_TRUE(area);
+        EXPECT_EQ(area->size(), size);
+        EXPECT_TRUE(screen.contains(*area));
+        EXPECT_EQ(area->x(), expected.x()) << pointer.x() << ',' << pointer.y();
+        EXPECT_EQ(area->y(), expected.y()) << pointer.x() << ',' << pointer.y();
+        runEventLoop(aWhile);
+        panel->click();
+        ASSERT_TRUE(awaitClosed());
+        runEventLoop(aWhile);
+    }
+}
+
+TEST_F(PanelTest, WindowClosesWhenItLosesTheFocus)
+{
+    startWithPanel();
+    openByPanel();
+    const auto other = desktop.openOtherApplication();
+    EXPECT_TRUE(awaitClosed());
+    runEventLoop(aWhile);
+    openByPanel();
+}
+
+TEST_F(PanelTest, DoubleClickOpensTheWindow)
+{
+    startWithPanel();
+    panel->click();
+    panel->click();
+    ASSERT_TRUE(awaitActive("Content"));
+    runEventLoop(aWhile);
+    EXPECT_TRUE(window("Content"));
+    EXPECT_EQ(count("opened"), 1);
+    EXPECT_EQ(count("closed"), 0);
+    panel->click();
+    EXPECT_TRUE(awaitClosed());
+}
+
+TEST_F(PanelTest, ItemNamesTheInstalledSymbolBesideItsPixmaps)
+{
+    const TemporaryFolder data;
+    writeFile(data.path() / "icons/hicolor/symbolic/apps/app.orlimo.Orlimo-symbolic.svg", "<svg/>");
+    panel.emplace(desktop);
+    startProgram({{"XDG_DATA_DIRS", data.path().string()}});
+    ASSERT_TRUE(panel->awaitItem());
+    EXPECT_EQ(panel->iconName(), "app.orlimo.Orlimo-symbolic");
+    EXPECT_EQ(panel->iconSizes(), "16,22,24,32,44,48,64,");
+}
+
+TEST_F(PanelTest, ItemHasPixmapsAloneWhereTheSymbolIsNotInstalled)
+{
+    const TemporaryFolder data;
+    panel.emplace(desktop);
+    startProgram({{"XDG_DATA_DIRS", data.path().string()}});
+    ASSERT_TRUE(panel->awaitItem());
+    EXPECT_EQ(panel->iconName(), "");
+    EXPECT_EQ(panel->iconSizes(), "16,22,24,32,44,48,64,");
+}
+
+TEST_F(PanelTest, MenuOpensTheWindow)
+{
+    startWithPanel();
+    EXPECT_EQ(panel->menu(), "Open Orlimo,Quit,");
+    panel->choose("Open Orlimo");
+    EXPECT_TRUE(awaitActive("Content"));
+}
+
+TEST_F(PanelTest, MenuQuits)
+{
+    startWithPanel();
+    panel->choose("Quit");
+    EXPECT_EQ(program->awaitEnd().status, 0) << program->errors();
+    EXPECT_TRUE(awaitSparingly([this] { return panel->items() == 0; }));
+}
+
+TEST_F(PanelTest, IconIsInOnePlaceWhereThereAreTwo)
+{
+    panel.emplace(desktop);
+    desktop.startTray({});
+    desktop.awaitTray();
+    startProgram();
+    ASSERT_TRUE(panel->awaitItem());
+    runEventLoop(aWhile);
+    EXPECT_FALSE(desktop.windows().trayIconOf(processId()));
+}
+
+} // namespace
+} // namespace orlimo

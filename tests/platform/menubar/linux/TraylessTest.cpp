@@ -1,0 +1,135 @@
+#include "tests/platform/desktop/linux/DesktopProbeTest.h"
+
+#include <QPoint>
+#include <QRect>
+#include <gtest/gtest.h>
+
+namespace orlimo {
+namespace {
+
+/// A desktop with no place for an icon.
+class TraylessTest : public DesktopProbeTest
+{
+protected:
+    TraylessTest()
+        : DesktopProbeTest(DesktopSession::WithoutTray{})
+    {}
+
+    /// Has the program open another window and then the extra's, on a clock that stands still:
+    /// however late the host hands the focus on, the windows have only just been opened.
+    void openBesideAnotherWindow()
+    {
+        tell("stop the clock");
+        tell("open beside another window");
+        ASSERT_TRUE(awaitActive("Content"));
+    }
+};
+
+TEST_F(TraylessTest, NothingOpensByItself)
+{
+    startProgram();
+    runEventLoop(std::chrono::milliseconds(1500));
+    EXPECT_TRUE(saysThatItsWindowIs(false));
+}
+
+TEST_F(TraylessTest, WindowOpensAtThePointer)
+{
+    desktop.movePointer({700, 100});
+    startProgram();
+    tell("open where there is no icon");
+    ASSERT_TRUE(awaitActive("Content"));
+    const auto area = window("Content");
+    ASSERT_TRUE(area);
+    EXPECT_EQ(area->topLeft(), QPoint(550, 101));
+}
+
+TEST_F(TraylessTest, WindowOpensWithoutASessionBus)
+{
+    startProgram({{"DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent"}});
+    tell("open where there is no icon");
+    EXPECT_TRUE(awaitActive("Content"));
+}
+
+TEST_F(TraylessTest, IconAppearsWithoutASessionBus)
+{
+    startProgram({{"DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent"}});
+    desktop.startTray({});
+    ASSERT_TRUE(awaitIcon());
+    openByClick();
+}
+
+TEST_F(TraylessTest, WindowOpensBesideAnotherWindowAndStaysOpen)
+{
+    startProgram();
+    ASSERT_NO_FATAL_FAILURE(openBesideAnotherWindow());
+    runEventLoop(aWhile);
+    EXPECT_TRUE(window("Content"));
+    EXPECT_TRUE(window("Beside"));
+
+    const auto lossesBefore = count("unfocused");
+    desktop.click({40, 200});
+    EXPECT_TRUE(awaitSparingly([&] { return count("unfocused") > lossesBefore; }));
+    EXPECT_TRUE(awaitActive("Content"));
+    EXPECT_EQ(count("closed"), 0);
+}
+
+TEST_F(TraylessTest, WindowThatIsAskedForBesideAnotherWindowStaysOpen)
+{
+    startProgram();
+    tell("open on request beside another window");
+    ASSERT_TRUE(awaitActive("Content"));
+    runEventLoop(aWhile);
+    EXPECT_TRUE(window("Content"));
+    EXPECT_TRUE(window("Beside"));
+    EXPECT_EQ(count("closed"), 0);
+    EXPECT_TRUE(awaitActive("Content"));
+}
+
+TEST_F(TraylessTest, AboutPanelTakesTheFocusRightAfterAnOpeningOnRequest)
+{
+    startProgram();
+    tell("stop the clock");
+    tell("open on request beside another window");
+    ASSERT_TRUE(awaitActive("Content"));
+    tell("about");
+    EXPECT_TRUE(awaitActive("About Orlimo"));
+    EXPECT_TRUE(awaitClosed());
+    runEventLoop(aWhile);
+    EXPECT_TRUE(awaitActive("About Orlimo"));
+}
+
+TEST_F(TraylessTest, WindowThatOpenedByItselfClosesForAnotherProgram)
+{
+    startProgram();
+    ASSERT_NO_FATAL_FAILURE(openBesideAnotherWindow());
+    const auto other = desktop.openOtherApplication();
+    EXPECT_TRUE(awaitClosed());
+}
+
+TEST_F(TraylessTest, WindowThatOpenedByItselfClosesForAWindowOfTheProgramLater)
+{
+    startProgram();
+    ASSERT_NO_FATAL_FAILURE(openBesideAnotherWindow());
+    runEventLoop(aWhile);
+    EXPECT_EQ(count("closed"), 0);
+    tell("let a minute pass");
+    desktop.click({40, 200});
+    EXPECT_TRUE(awaitClosed());
+}
+
+TEST_F(TraylessTest, IconAppearsLaterAndWorks)
+{
+    startProgram();
+    tell("open where there is no icon");
+    ASSERT_TRUE(awaitActive("Content"));
+    desktop.startTray({});
+    ASSERT_TRUE(awaitIcon());
+    desktop.press("Escape");
+    ASSERT_TRUE(awaitClosed());
+    runEventLoop(aWhile);
+    openByClick();
+    EXPECT_EQ(window("Content")->y(), 24);
+}
+
+} // namespace
+} // namespace orlimo

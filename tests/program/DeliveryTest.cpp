@@ -1,0 +1,147 @@
+#include "tests/program/ProgramSession.h"
+#include "tests/support/TemporaryFolder.h"
+#include "tests/support/process/Preloading.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <atomic>
+#include <memory>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace orlimo {
+namespace {
+
+/// Processor time taken away by others, for as long as the object lives.
+class Load
+{
+public:
+    explicit Load(int threads)
+    {
+        for (int number = 0; number < threads; ++number) {
+            spinning.emplace_back([this] {
+                while (!over) {
+                }
+            });
+        }
+    }
+    Load(const Load&) = delete;
+    Load& operator=(const Load&) = delete;
+    ~Load()
+    {
+        over = true;
+        for (std::thread& thread : spinning) {
+            thread.join();
+        }
+    }
+
+private:
+    std::atomic<bool> over = false;
+    std::vector<std::thread> spinning;
+};
+
+/// A code of six digits that no other message of the run has.
+std::string codeOf(std::size_t run, int round)
+{
+    return std::to_string(100000 + static_cast<int>(run) * 1000 + round);
+}
+
+/// What the writer does for each message.
+enum class Commits {
+    plain,
+    onASlowDisk,     ///< each takes from 1.05 to 3.5 seconds after its last frame
+    rightBehindACut, ///< the log is cut to nothing first
+};
+
+ProgramSession::Settings settingsOf(std::size_t run, Commits commits, const TemporaryFolder& folder)
+{
+    const std::array<std::string, 3> modes{"FULL", "NORMAL", "OFF"};
+    ProgramSession::Settings settings;
+    settings.synchronous = modes[run % (commits == Commits::plain ? 2 : modes.size())];
+    if (commits == Commits::onASlowDisk) {
+        settings.synchronous = "FULL"; // the others wait for no disk
+        settings.writerEnvironment = preloading({ORLIMO_SLOW_DISK});
+        settings.writerEnvironment["ORLIMO_SLOW_DISK"] = folder.path() / std::to_string(run);
+    }
+    return settings;
+}
+
+/// Delivers 150 messages, in ten runs beside each other, to ten programs. Each must be there before
+/// the next, and it must be the newest one: a reader that came too early would copy the code
+/// before.
+void deliverAndExpectAll(Commits commits)
+{
+    constexpr std::size_t runs = 10;
+    constexpr int rounds = 15;
+    const TemporaryFolder delays;
+    std::vector<std::unique_ptr<ProgramSession>> sessions;
+    for (std::size_t run = 0; run < runs; ++run) {
+        sessions.push_back(std::make_unique<ProgramSession>(settingsOf(run, commits, delays)));
+        sessions.back()->start();
+        // From here on: the store's making would take as long for each of its commits.
+        writeFile(
+            delays.path() / std::to_string(run), std::to_string(1050 + run * 2450 / (runs - 1)));
+    }
+    int captured = 0;
+    for (int round = 0; round < rounds; ++round) {
+        const std::string kind = round % 3 == 2 ? "body " : "text ";
+        for (std::size_t run = 0; run < runs; ++run) {
+            sessions[run]->awaitOpenThrottle();
+            if (commits == Commits::rightBehindACut) {
+                sessions[run]->writer().writeLine("truncate");
+            }
+            sessions[run]->writer().writeLine(kind + "Your code is " + codeOf(run, round));
+        }
+        for (std::size_t run = 0; run < runs; ++run) {
+            if (commits == Commits::rightBehindACut) {
+                EXPECT_EQ(sessions[run]->writer().readLine(), "ok");
+            }
+            EXPECT_TRUE(sessions[run]->writer().readLine().value_or("").starts_with("committed"));
+            const auto lines = sessions[run]->readReaction();
+            ASSERT_FALSE(lines.empty()) << "run " << run << ", round " << round;
+            EXPECT_EQ(lines.back(), ProgramSession::reactionPrefix + codeOf(run, round))
+                << "run " << run << ", round " << round;
+            captured += lines.back() == ProgramSession::reactionPrefix + codeOf(run, round) ? 1 : 0;
+        }
+    }
+    EXPECT_EQ(captured, static_cast<int>(runs) * rounds);
+}
+
+TEST(Delivery, NoneOf150MessagesIsMissedOrStale)
+{
+    deliverAndExpectAll(Commits::plain);
+}
+
+std::string nameOf(const testing::TestParamInfo<Commits>& instance)
+{
+    switch (instance.param) {
+    case Commits::plain:
+        break;
+    case Commits::onASlowDisk:
+        return "OnASlowDisk";
+    case Commits::rightBehindACut:
+        return "RightBehindACut";
+    }
+    return "Plain";
+}
+
+/// Beside three busy loops.
+class DeliveryUnderLoad : public testing::TestWithParam<Commits>
+{};
+
+INSTANTIATE_TEST_SUITE_P(
+    Commits,
+    DeliveryUnderLoad,
+    testing::Values(Commits::plain, Commits::onASlowDisk, Commits::rightBehindACut),
+    nameOf);
+
+TEST_P(DeliveryUnderLoad, NoneOf150MessagesIsMissedOrStale)
+{
+    const Load load(3);
+    deliverAndExpectAll(GetParam());
+}
+
+} // namespace
+} // namespace orlimo

@@ -1,0 +1,214 @@
+#include "tests/program/ProgramSession.h"
+
+#include "tests/support/BuiltPrograms.h"
+#include "tests/support/BuiltRecorder.h"
+#include "tests/support/process/OutputCapture.h"
+#include "tests/support/process/PermissionDuty.h"
+#include "tests/support/process/Preloading.h"
+
+#include <gtest/gtest.h>
+
+#include <thread>
+#include <utility>
+
+#include <unistd.h>
+
+namespace orlimo {
+
+namespace {
+
+/// A little more than the 1.6 seconds for which the program's throttle is closed.
+constexpr std::chrono::milliseconds throttleInterval(1700);
+
+/// Writes a user database in which everybody whom a test starts the program as lives in `home`.
+void writeUserDatabase(const std::filesystem::path& folder, const std::filesystem::path& home)
+{
+    std::string users;
+    std::string groups;
+    const auto add = [&](unsigned user, unsigned group) {
+        const std::string name = "user" + std::to_string(user);
+        const std::string number = std::to_string(group);
+        users += name + ":x:" + std::to_string(user) + ":" + number + "::" + home.string() +
+                 ":/bin/sh\n";
+        groups += name + ":x:" + number + ":\n";
+    };
+    add(::getuid(), ::getgid());
+    for (const unsigned user : ProgramSession::ordinaryUsers) {
+        add(user, user);
+    }
+    writeFile(folder / "passwd", users);
+    writeFile(folder / "group", groups);
+}
+
+} // namespace
+
+std::vector<std::string> ProgramSession::startUpLines()
+{
+    return {
+        "Database init",
+        "database connected!!",
+        "OrlimoApp init",
+        "registFileObserver",
+        "init file monitor",
+        "file access allowed",
+    };
+}
+
+ProgramSession::ProgramSession()
+    : ProgramSession(Settings{})
+{}
+
+ProgramSession::ProgramSession(Settings sessionSettings)
+    : settings(std::move(sessionSettings))
+    , lastReaction(std::chrono::steady_clock::now())
+{
+    std::filesystem::create_directories(store().parent_path());
+    std::filesystem::create_directories(home() / ".config");
+    std::filesystem::create_directories(home() / ".runtime");
+    std::filesystem::permissions(home() / ".runtime", std::filesystem::perms::owner_all);
+    writeUserDatabase(folder.path() / "users", home());
+    makeProbeFolder();
+}
+
+ProgramSession::~ProgramSession()
+{
+    // What cannot be listed cannot be removed.
+    std::error_code ignored;
+    std::filesystem::permissions(probeFolder(), std::filesystem::perms::owner_all, ignored);
+}
+
+void ProgramSession::makeProbeFolder() const
+{
+    if (settings.diskAccess == DiskAccess::folderMissing) {
+        return;
+    }
+    std::filesystem::create_directories(probeFolder());
+    if (settings.diskAccess == DiskAccess::folderUnreadable) {
+        std::filesystem::permissions(probeFolder(), std::filesystem::perms::none);
+    }
+}
+
+void ProgramSession::start()
+{
+    startWriter();
+    startProgram();
+    std::vector<std::string> lines;
+    while (lines.size() < startUpLines().size()) {
+        const auto line = program().readLine();
+        ASSERT_TRUE(line) << "the program ended: " << program().errors();
+        lines.push_back(*line);
+    }
+    ASSERT_EQ(lines, startUpLines());
+    didReact();
+}
+
+void ProgramSession::startWriter()
+{
+    writerProcess = std::make_unique<ChildProcess>(
+        ORLIMO_SAMPLE_STORE,
+        ChildSettings{
+            .arguments =
+                {"serve",
+                 store().string(),
+                 "--synchronous",
+                 settings.synchronous,
+                 "--messages",
+                 std::to_string(settings.messages)},
+            .environment = settings.writerEnvironment,
+        });
+    ASSERT_TRUE(writer().awaitLine("ready")) << writer().errors();
+}
+
+void ProgramSession::startProgram()
+{
+    std::vector<std::string> command = settings.launcher;
+    command.emplace_back(ORLIMO_PROGRAM_OF_SESSION);
+    command.insert(command.end(), settings.arguments.begin(), settings.arguments.end());
+    programProcess = std::make_unique<ChildProcess>(
+        command.front(),
+        ChildSettings{
+            .arguments = {command.begin() + 1, command.end()},
+            .environment = environment(),
+            .beforeStart =
+                [this] {
+                    if (settings.diskAccess == DiskAccess::folderUnreadable) {
+                        heedFilePermissions();
+                    }
+                    if (settings.beforeStart) {
+                        settings.beforeStart();
+                    }
+                },
+        });
+}
+
+std::map<std::string, std::optional<std::string>> ProgramSession::environment() const
+{
+    auto variables = preloading({"libnss_wrapper.so", ORLIMO_SYSLOG_RECORDER});
+    variables.insert({
+        {"HOME", home().string()},
+        {"NSS_WRAPPER_GROUP", (folder.path() / "users/group").string()},
+        {"NSS_WRAPPER_PASSWD", (folder.path() / "users/passwd").string()},
+        {"ORLIMO_RECORDED_SYSLOG", recordedLog().string()},
+        {"XDG_CONFIG_HOME", (home() / ".config").string()},
+        {"XDG_RUNTIME_DIR", (home() / ".runtime").string()},
+    });
+    for (const auto& [variable, value] : settings.environment) {
+        variables[variable] = value;
+    }
+    return variables;
+}
+
+std::vector<std::string> ProgramSession::systemLog() const
+{
+    return std::filesystem::exists(recordedLog()) ? linesOf(contentOf(recordedLog()))
+                                                  : std::vector<std::string>{};
+}
+
+void ProgramSession::deliver(const std::string& command)
+{
+    const std::string answer = writer().ask(command);
+    EXPECT_TRUE(answer.starts_with("committed")) << command << ": " << answer;
+}
+
+void ProgramSession::awaitOpenThrottle() const
+{
+    // The program accepted the last call before its line was seen here, so that its throttle is
+    // open by then however slow the machine is.
+    std::this_thread::sleep_until(lastReaction + throttleInterval);
+}
+
+void ProgramSession::waitThrottleOut()
+{
+    std::this_thread::sleep_for(throttleInterval);
+}
+
+std::vector<std::string> ProgramSession::readReaction()
+{
+    std::vector<std::string> lines;
+    while (const auto line = program().readLine()) {
+        lines.push_back(*line);
+        if (line->starts_with(reactionPrefix)) {
+            break;
+        }
+    }
+    didReact();
+    return lines;
+}
+
+std::vector<std::string>
+ProgramSession::reactionTo(const std::string& words, const std::string& code)
+{
+    return {
+        "ready to access disk",
+        words,
+        "Found numbers: [\"" + code + "\"]",
+        reactionPrefix + code,
+    };
+}
+
+void ProgramSession::didReact()
+{
+    lastReaction = std::chrono::steady_clock::now();
+}
+
+} // namespace orlimo

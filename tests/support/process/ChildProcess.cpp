@@ -1,0 +1,154 @@
+#include "tests/support/process/ChildProcess.h"
+
+#include <QDeadlineTimer>
+#include <QProcessEnvironment>
+#include <gtest/gtest.h>
+
+#include <csignal>
+
+namespace orlimo {
+
+ChildProcess::ChildProcess(const std::filesystem::path& program, const ChildSettings& settings)
+    : name(program)
+{
+    auto environment = QProcessEnvironment::systemEnvironment();
+    for (const auto& [variable, value] : settings.environment) {
+        const auto key = QString::fromStdString(variable);
+        if (value) {
+            environment.insert(key, QString::fromStdString(*value));
+        } else {
+            environment.remove(key);
+        }
+    }
+    process.setProcessEnvironment(environment);
+    if (settings.beforeStart) {
+        process.setChildProcessModifier(settings.beforeStart);
+    }
+    QStringList arguments;
+    for (const std::string& argument : settings.arguments) {
+        arguments.append(QString::fromStdString(argument));
+    }
+    process.start(QString::fromStdString(program.string()), arguments);
+    EXPECT_TRUE(process.waitForStarted()) << program << ": " << process.errorString().toStdString();
+    pid = static_cast<pid_t>(process.processId());
+}
+
+ChildProcess::~ChildProcess()
+{
+    if (process.state() != QProcess::NotRunning) {
+        process.kill();
+        process.waitForFinished();
+    }
+}
+
+void ChildProcess::pump(std::chrono::milliseconds span)
+{
+    process.waitForReadyRead(static_cast<int>(span.count()));
+    outputSoFar += process.readAllStandardOutput().toStdString();
+    errorsSoFar += process.readAllStandardError().toStdString();
+}
+
+std::optional<std::string> ChildProcess::readLine(std::chrono::milliseconds limit)
+{
+    const QDeadlineTimer deadline(limit);
+    for (;;) {
+        const std::size_t end = outputSoFar.find('\n', readUpTo);
+        if (end != std::string::npos) {
+            const std::size_t start = std::exchange(readUpTo, end + 1);
+            return outputSoFar.substr(start, end - start);
+        }
+        const bool over = process.state() == QProcess::NotRunning && process.bytesAvailable() == 0;
+        if (over || deadline.hasExpired()) {
+            return std::nullopt;
+        }
+        pump(std::chrono::milliseconds(50));
+    }
+}
+
+bool ChildProcess::awaitLine(const std::string& line, std::chrono::milliseconds limit)
+{
+    const QDeadlineTimer deadline(limit);
+    while (const auto next = readLine(std::chrono::milliseconds(deadline.remainingTime()))) {
+        if (*next == line) {
+            return true;
+        }
+    }
+    return false;
+}
+
+void ChildProcess::writeLine(const std::string& line)
+{
+    process.write((line + "\n").c_str());
+    EXPECT_TRUE(process.waitForBytesWritten());
+}
+
+std::string ChildProcess::ask(const std::string& command)
+{
+    writeLine(command);
+    const auto answer = readLine();
+    EXPECT_TRUE(answer.has_value()) << name << " does not answer " << command << "\n" << errors();
+    return answer.value_or("");
+}
+
+void ChildProcess::closeInput()
+{
+    process.closeWriteChannel();
+}
+
+const std::string& ChildProcess::output()
+{
+    pump(std::chrono::milliseconds(0));
+    return outputSoFar;
+}
+
+const std::string& ChildProcess::errors()
+{
+    pump(std::chrono::milliseconds(0));
+    return errorsSoFar;
+}
+
+bool ChildProcess::isRunning()
+{
+    pump(std::chrono::milliseconds(0));
+    return process.state() != QProcess::NotRunning;
+}
+
+pid_t ChildProcess::processId() const
+{
+    return pid;
+}
+
+void ChildProcess::signal(int number) const
+{
+    EXPECT_EQ(::kill(pid, number), 0);
+}
+
+bool ChildProcess::endsWithin(std::chrono::milliseconds limit)
+{
+    const QDeadlineTimer deadline(limit);
+    while (process.state() != QProcess::NotRunning && !deadline.hasExpired()) {
+        pump(std::chrono::milliseconds(20));
+    }
+    pump(std::chrono::milliseconds(0));
+    return process.state() == QProcess::NotRunning;
+}
+
+ChildProcess::End ChildProcess::awaitEnd(std::chrono::milliseconds limit)
+{
+    if (!endsWithin(limit)) {
+        ADD_FAILURE() << name << " does not end";
+        return {};
+    }
+    if (process.exitStatus() == QProcess::CrashExit) {
+        return {std::nullopt, process.exitCode()};
+    }
+    return {process.exitCode(), std::nullopt};
+}
+
+ChildProcess::End ChildProcess::terminate()
+{
+    signal(SIGTERM);
+    return awaitEnd();
+}
+
+} // namespace orlimo

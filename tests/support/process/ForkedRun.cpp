@@ -1,0 +1,83 @@
+#include "tests/support/process/ForkedRun.h"
+
+#include "tests/support/Await.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <memory>
+
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace orlimo {
+
+namespace {
+
+struct FileCloser
+{
+    void operator()(std::FILE* file) const { (void)std::fclose(file); }
+};
+using File = std::unique_ptr<std::FILE, FileCloser>;
+
+std::string contentOf(const File& file)
+{
+    std::string content;
+    std::array<char, 65536> part{};
+    for (;;) {
+        const ssize_t got = ::pread(
+            ::fileno(file.get()), part.data(), part.size(), static_cast<off_t>(content.size()));
+        if (got <= 0) {
+            return content;
+        }
+        content.append(part.data(), static_cast<std::size_t>(got));
+    }
+}
+
+/// An exception ends the child here; it must not reach the test framework's frames below.
+[[noreturn]] void
+runAsChild(const std::function<void()>& work, const File& output, const File& errors) noexcept
+{
+    const rlimit none{};
+    (void)::setrlimit(RLIMIT_CORE, &none);
+    (void)::alarm(static_cast<unsigned>(generousLimit.count()));
+    (void)::dup2(::fileno(output.get()), STDOUT_FILENO);
+    (void)::dup2(::fileno(errors.get()), STDERR_FILENO);
+    work();
+    (void)std::fflush(nullptr);
+    ::_exit(0);
+}
+
+} // namespace
+
+ForkedRun runForked(const std::function<void()>& work)
+{
+    const File output(std::tmpfile());
+    const File errors(std::tmpfile());
+    (void)std::fflush(nullptr);
+    const pid_t child = ::fork();
+    if (child == 0) {
+        runAsChild(work, output, errors);
+    }
+    int end = 0;
+    pid_t ended = -1;
+    do {
+        ended = ::waitpid(child, &end, 0);
+    } while (ended < 0 && errno == EINTR);
+    ForkedRun run;
+    EXPECT_EQ(ended, child) << "a process cannot be forked";
+    if (WIFEXITED(end)) {
+        run.status = WEXITSTATUS(end);
+    }
+    if (WIFSIGNALED(end)) {
+        run.signal = WTERMSIG(end);
+    }
+    run.output = contentOf(output);
+    run.errors = contentOf(errors);
+    return run;
+}
+
+} // namespace orlimo

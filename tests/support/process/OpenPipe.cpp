@@ -1,0 +1,24 @@
+#include "tests/support/process/OpenPipe.h"
+
+#include <cerrno>
+#include <system_error>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace orlimo {
+
+std::array<int, 2> openPipe()
+{
+    std::array<int, 2> ends{};
+    // In two steps: the call that does it in one is not on every system.
+    if (::pipe(ends.data()) != 0) {
+        throw std::system_error(errno, std::generic_category(), "pipe");
+    }
+    for (const int end : ends) {
+        (void)::fcntl(end, F_SETFD, FD_CLOEXEC);
+    }
+    return ends;
+}
+
+} // namespace orlimo

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "tests/support/widgets/QtPrinting.h"
+
+#include <QRect>
+
+class QWidget;
+
+namespace orlimo {
+
+/// Gives everything in a widget that is not shown its place, as showing it would.
+void layOut(QWidget& widget);
+
+/// Where `widget` stands within `ancestor`, in points.
+[[nodiscard]] QRect areaIn(const QWidget& ancestor, const QWidget& widget);
+
+/// Expects that every widget that stands in `window` lies inside its parent, that no two neighbours
+/// overlap, and that each text is painted whole: no glyph is cut at an edge of its widget.
+void expectNothingClipped(QWidget& window);
+
+/// Expects that with `scale` pixels a point each text label in `window` paints what it would paint
+/// if nothing cut it off, to the pixel.
+void expectLabelsWholeAt(double scale, QWidget& window);
+
+} // namespace orlimo

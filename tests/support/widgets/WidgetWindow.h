@@ -1,0 +1,43 @@
+#pragma once
+
+#include "tests/support/widgets/QtPrinting.h"
+
+#include <QWidget>
+
+#include <utility>
+
+namespace orlimo {
+
+/// Shows `window` and waits until it stands there and has the keyboard. A test failure when it does
+/// not.
+void showActive(QWidget& window);
+
+/// A window around one view, with a little room on each side, shown and active for as long as it
+/// lives.
+template <class View> class WidgetWindow
+{
+public:
+    template <class... Arguments>
+    explicit WidgetWindow(Arguments&&... arguments)
+        : view(new View(std::forward<Arguments>(arguments)...))
+    {
+        view->setParent(&window);
+        view->move(room, room);
+        view->resize(view->sizeHint());
+        window.resize(view->size() + 2 * QSize(room, room));
+        showActive(window);
+    }
+
+    View& operator*() { return *view; }
+    View* operator->() { return view; }
+
+    QWidget window;
+
+    /// Points.
+    static constexpr int room = 20;
+
+private:
+    View* view;
+};
+
+} // namespace orlimo
