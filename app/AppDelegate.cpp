@@ -11,8 +11,8 @@
 
 namespace orlimo {
 
-AppDelegate::AppDelegate(LaunchHost launchHost)
-    : host(std::move(launchHost))
+AppDelegate::AppDelegate(DelegateServices delegateServices)
+    : services(std::move(delegateServices))
 {
     requireMainThread();
 }
@@ -20,14 +20,14 @@ AppDelegate::AppDelegate(LaunchHost launchHost)
 void AppDelegate::applicationWillFinishLaunching()
 {
     requireMainThread();
-    writePreferenceDefaults(host.userDefaults);
-    host.setLaunchAtLogin(true);
+    writePreferenceDefaults(services.userDefaults);
+    services.setLaunchAtLogin(true);
 }
 
 void AppDelegate::applicationDidFinishLaunching()
 {
     requireMainThread();
-    if (!host.hasFullDiskAccess()) {
+    if (!services.hasFullDiskAccess()) {
         showHelperWindow();
     }
 }
@@ -45,11 +45,11 @@ void AppDelegate::showHelperWindow()
 {
     requireMainThread();
     auto content = std::make_unique<HelperView>();
-    const auto screen = host.mainScreenFrame();
+    const auto screen = services.mainScreenFrame();
     if (!screen) {
         return;
     }
-    const QRectF area = host.fromSystemCoordinates(GuidanceWindow::contentAreaOn(*screen));
+    const QRectF area = services.fromSystemCoordinates(GuidanceWindow::contentAreaOn(*screen));
     auto guidance = std::make_unique<GuidanceWindow>(content.release(), area);
     guidance->show();
     guidance->activateWindow();

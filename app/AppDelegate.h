@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/LaunchHost.h"
+#include "app/DelegateServices.h"
 #include "capture/Message.h"
 #include "platform/desktop/ApplicationDelegate.h"
 
@@ -14,7 +14,7 @@ namespace orlimo {
 class AppDelegate : public ApplicationDelegate
 {
 public:
-    explicit AppDelegate(LaunchHost launchHost = LaunchHost::native());
+    explicit AppDelegate(DelegateServices delegateServices = DelegateServices::native());
 
     /// Stores the preference defaults where they are absent, then switches launch at login on, each
     /// time, whatever the preference says.
@@ -38,7 +38,7 @@ public:
     std::shared_ptr<Message> message;
 
 private:
-    LaunchHost host;
+    DelegateServices services;
 };
 
 } // namespace orlimo

@@ -58,7 +58,7 @@ bool isOneOf(std::string_view argument, const auto& options)
     return std::ranges::find(options, argument) != options.end();
 }
 
-bool isWholeToolkitOption(std::string_view option)
+bool isCompleteQtOption(std::string_view option)
 {
     return isOneOf(option, optionsWithoutValue) ||
            std::ranges::any_of(
@@ -96,7 +96,7 @@ CommandLine CommandLine::parse(int argc, const char* const* argv)
             continue;
         }
         const std::string_view argument = argv[index];
-        const std::string_view toolkitOption = withOneDash(argument);
+        const std::string_view qtOption = withOneDash(argument);
         if (argument == "--help" || argument == "-h") {
             return {.request = Request::print, .text = std::string(help)};
         }
@@ -107,11 +107,11 @@ CommandLine CommandLine::parse(int argc, const char* const* argv)
             result.request = Request::runLaunchedAtLogin;
         } else if (argument == "--side-by-side") {
             result.sideBySide = true;
-        } else if (isOneOf(toolkitOption, optionsWithNextArgument)) {
+        } else if (isOneOf(qtOption, optionsWithNextArgument)) {
             if (++index == argc) {
                 return refusal("a value is missing after", argument);
             }
-        } else if (!isWholeToolkitOption(toolkitOption)) {
+        } else if (!isCompleteQtOption(qtOption)) {
             return unknownArgument(argument);
         }
     }

@@ -1,5 +1,5 @@
 #include "app/CommandLine.h"
-#include "app/LaunchTurns.h"
+#include "app/LaunchLifecycle.h"
 #include "app/MenuBarScene.h"
 #include "app/OrlimoApp.h"
 #include "app/guidance/WindowCloseObserver.h"
@@ -7,8 +7,8 @@
 #include "platform/ApplicationIdentity.h"
 #include "platform/desktop/ColorScheme.h"
 #include "platform/desktop/FontPreloading.h"
+#include "platform/desktop/QtArguments.h"
 #include "platform/desktop/SharedApplication.h"
-#include "platform/desktop/ToolkitArguments.h"
 #include "platform/instance/ApplicationInstance.h"
 #include "platform/process/StandardStreams.h"
 #include "platform/process/ToQString.h"
@@ -36,7 +36,7 @@ void nameApplication()
 }
 
 /// By then the icon has its place, and the start nothing left to do.
-constexpr std::chrono::milliseconds settlingTime{500};
+constexpr std::chrono::milliseconds fontPreloadDelay{500};
 
 /// Runs to the end of the program. `instance` is asked for what later starts want; none when they
 /// are none of its business.
@@ -47,52 +47,52 @@ int runApplication(
     std::unique_ptr<orlimo::ApplicationInstance> instance)
 {
     nameApplication();
-    orlimo::ToolkitArguments arguments(argc, argv);
+    orlimo::QtArguments arguments(argc, argv);
     const QApplication application(arguments.count(), arguments.values());
     orlimo::installTranslations(*qApp);
 
-    orlimo::LaunchAtLogin::followAnswers();
+    orlimo::LaunchAtLogin::observeResponses();
 
     orlimo::OrlimoApp app;
     const auto scene = app.body();
     orlimo::followColorScheme();
-    const auto openForStart = [&scene] {
+    const auto openOnLaunch = [&scene] {
         // What was asked meanwhile may have been to quit.
         if (!orlimo::sharedApplication().isTerminating()) {
-            scene->menuBarExtra().openWhereThereIsNoIcon();
+            scene->menuBarExtra().openIfNoTray();
         }
     };
     std::optional<orlimo::WindowCloseObserver> guidanceObserver;
-    QTimer settled;
-    settled.setSingleShot(true);
-    settled.callOnTimeout(orlimo::preloadFonts);
-    orlimo::LaunchTurns turns(app.appDelegate(), launchedAtLogin, [&] {
+    QTimer fontPreloadTimer;
+    fontPreloadTimer.setSingleShot(true);
+    fontPreloadTimer.callOnTimeout(orlimo::preloadFonts);
+    orlimo::LaunchLifecycle lifecycle(app.appDelegate(), launchedAtLogin, [&] {
         if (instance != nullptr) {
-            instance->onActivation([&scene] { scene->menuBarExtra().openAmongOthers(); });
+            instance->onActivation([&scene] { scene->menuBarExtra().openOnRequest(); });
         }
         // One window at a time: without access to the store the guidance comes first.
         QWidget* const guidance = app.appDelegate().secondaryWindow.get();
         if (!launchedAtLogin && guidance != nullptr && guidance->isVisible()) {
-            guidanceObserver.emplace(*guidance, openForStart);
+            guidanceObserver.emplace(*guidance, openOnLaunch);
         } else if (!launchedAtLogin) {
-            openForStart();
+            openOnLaunch();
         }
-        settled.start(settlingTime);
+        fontPreloadTimer.start(fontPreloadDelay);
     });
-    const int status = orlimo::sharedApplication().run(turns);
+    const int status = orlimo::sharedApplication().run(lifecycle);
     // From here on a later start is the first one.
     instance.reset();
     return status;
 }
 
 /// Runs unless the program already runs in this session; that one is shown instead.
-int runOnce(int argc, char** argv, bool launchedAtLogin)
+int runSingleInstance(int argc, char** argv, bool launchedAtLogin)
 {
     using orlimo::ApplicationInstance;
     auto instance = ApplicationInstance::create(launchedAtLogin);
     switch (instance->claim()) {
     case ApplicationInstance::Claim::first:
-    case ApplicationInstance::Claim::alone:
+    case ApplicationInstance::Claim::unmanaged:
         break;
     case ApplicationInstance::Claim::activatedOther:
         if (!launchedAtLogin) {
@@ -100,7 +100,7 @@ int runOnce(int argc, char** argv, bool launchedAtLogin)
                       << std::flush;
         }
         return 0;
-    case ApplicationInstance::Claim::otherDoesNotAnswer:
+    case ApplicationInstance::Claim::otherUnresponsive:
         std::cerr << "orlimo: already running in this session, but it does not answer\n"
                   << std::flush;
         return 1;
@@ -128,5 +128,5 @@ int main(int argc, char* argv[])
     }
     const bool launchedAtLogin = commandLine.request == CommandLine::Request::runLaunchedAtLogin;
     return commandLine.sideBySide ? runApplication(argc, argv, launchedAtLogin, nullptr)
-                                  : runOnce(argc, argv, launchedAtLogin);
+                                  : runSingleInstance(argc, argv, launchedAtLogin);
 }

@@ -1,6 +1,6 @@
 #include "capture/BodyDecoding.h"
-#include "tests/capture/reference/Dice.h"
-#include "tests/capture/reference/PlainBodyDecoding.h"
+#include "tests/capture/reference/RandomSource.h"
+#include "tests/capture/reference/ReferenceBodyDecoding.h"
 
 #include <benchmark/benchmark.h>
 
@@ -19,9 +19,9 @@ std::string bodyOf(std::size_t length)
                        "019584012B"
                        "05"
                        "48656C6C6F";
-    Dice dice(1);
+    RandomSource randomSource(1);
     while (body.size() < length) {
-        body.push_back(digits[dice.below(digits.size())]);
+        body.push_back(digits[randomSource.below(digits.size())]);
     }
     return body;
 }
@@ -45,7 +45,7 @@ void decodeBodyPlainly(benchmark::State& state)
 {
     const std::string body = bodyOf(static_cast<std::size_t>(state.range(0)));
     while (state.KeepRunning()) {
-        benchmark::DoNotOptimize(plainDecoding(body));
+        benchmark::DoNotOptimize(referenceDecoding(body));
     }
     setBytes(state);
 }
@@ -63,14 +63,14 @@ void copyBody(benchmark::State& state)
     setBytes(state);
 }
 
-void overLengthsOfBodies(benchmark::internal::Benchmark* benchmark)
+void bodyLengths(benchmark::internal::Benchmark* benchmark)
 {
     benchmark->ArgName("bytes")->RangeMultiplier(10)->Range(100, 1'000'000)->Arg(16'000'000);
 }
 
-BENCHMARK(decodeBody)->Apply(overLengthsOfBodies);
-BENCHMARK(decodeBodyPlainly)->Apply(overLengthsOfBodies);
-BENCHMARK(copyBody)->Apply(overLengthsOfBodies);
+BENCHMARK(decodeBody)->Apply(bodyLengths);
+BENCHMARK(decodeBodyPlainly)->Apply(bodyLengths);
+BENCHMARK(copyBody)->Apply(bodyLengths);
 
 } // namespace
 } // namespace orlimo

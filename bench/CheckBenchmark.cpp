@@ -31,17 +31,17 @@ double medianMicroseconds(Times times)
 /// delivers, as in use: a commit makes the reader forget the pages that it knew. The counters are
 /// the medians over the readings of each store, which what else runs on the same processors
 /// disturbs less than means, and all of them alike.
-void readStores(benchmark::State& state, void (CheckedStore::*read)(), WordsIn place)
+void readStores(benchmark::State& state, void (CheckedStore::*read)(), TextLocation location)
 {
-    std::map<std::int64_t, Times> timesOf;
+    std::map<std::int64_t, Times> timesBySize;
     for (const std::int64_t number : {1'000, 100'000, 5'000'000}) {
         if (number > state.range(0)) {
             break;
         }
-        timesOf.try_emplace(number);
+        timesBySize.try_emplace(number);
         CheckedStore& store = storeOf(number);
-        for (int delivered = 0; delivered < CheckedStore::examinedMessages; ++delivered) {
-            store.deliver(place);
+        for (int delivered = 0; delivered < CheckedStore::maxCheckedMessages; ++delivered) {
+            store.deliver(location);
         }
         (store.*read)();
         const std::string plan = store.queryPlan();
@@ -52,34 +52,34 @@ void readStores(benchmark::State& state, void (CheckedStore::*read)(), WordsIn p
         state.SetLabel(plan);
     }
     while (state.KeepRunning()) {
-        for (auto& [number, times] : timesOf) {
+        for (auto& [number, times] : timesBySize) {
             CheckedStore& store = storeOf(number);
-            store.deliver(place);
+            store.deliver(location);
             const auto before = std::chrono::steady_clock::now();
             (store.*read)();
             times.emplace_back(std::chrono::steady_clock::now() - before);
         }
     }
-    for (const auto& [number, times] : timesOf) {
+    for (const auto& [number, times] : timesBySize) {
         state.counters["us_" + std::to_string(number)] = medianMicroseconds(times);
     }
 }
 
-void upToLargestStore(benchmark::internal::Benchmark* benchmark)
+void storeSizes(benchmark::internal::Benchmark* benchmark)
 {
     // Each reading leaves a compiled statement behind, so that their number is limited.
     constexpr std::int64_t readings = 300;
     benchmark->ArgName("largest")->Arg(100'000)->Arg(5'000'000)->Iterations(readings);
 }
 
-BENCHMARK_CAPTURE(readStores, checkText, &CheckedStore::check, WordsIn::text)
-    ->Apply(upToLargestStore);
-BENCHMARK_CAPTURE(readStores, checkBody, &CheckedStore::check, WordsIn::body)
-    ->Apply(upToLargestStore);
-BENCHMARK_CAPTURE(readStores, fetchText, &CheckedStore::fetch, WordsIn::text)
-    ->Apply(upToLargestStore);
-BENCHMARK_CAPTURE(readStores, fetchBody, &CheckedStore::fetch, WordsIn::body)
-    ->Apply(upToLargestStore);
+BENCHMARK_CAPTURE(readStores, checkText, &CheckedStore::check, TextLocation::text)
+    ->Apply(storeSizes);
+BENCHMARK_CAPTURE(readStores, checkBody, &CheckedStore::check, TextLocation::body)
+    ->Apply(storeSizes);
+BENCHMARK_CAPTURE(readStores, fetchText, &CheckedStore::fetch, TextLocation::text)
+    ->Apply(storeSizes);
+BENCHMARK_CAPTURE(readStores, fetchBody, &CheckedStore::fetch, TextLocation::body)
+    ->Apply(storeSizes);
 
 } // namespace
 } // namespace orlimo

@@ -16,7 +16,7 @@ namespace orlimo {
 namespace {
 
 /// Takes what is copied and keeps nothing of it.
-class NoPasteboard final : public Pasteboard
+class NullPasteboard final : public Pasteboard
 {
 public:
     void declareTypes(std::initializer_list<PasteboardType> /*types*/) override {}
@@ -25,7 +25,7 @@ public:
 
 /// Has SQLite's memory come from the allocator as it is, with nothing of SQLite's in front of each
 /// piece, so that SQLite and the allocator count the same.
-void letSqliteAllocatePlainly()
+void useSystemAllocatorForSqlite()
 {
     constexpr int alignment = 8;
     sqlite3_mem_methods methods{
@@ -45,53 +45,53 @@ void letSqliteAllocatePlainly()
 }
 
 /// What the process has allocated and not given back, in bytes.
-struct Allocated
+struct AllocatedBytes
 {
     std::int64_t byProgram = 0;
-    std::int64_t ofThatBySqlite = 0;
+    std::int64_t bySqlite = 0;
 
-    static Allocated now()
+    static AllocatedBytes now()
     {
         const auto heap = ::mallinfo2();
-        sqlite3_int64 pieces = 0;
-        sqlite3_int64 most = 0;
-        (void)sqlite3_status64(SQLITE_STATUS_MALLOC_COUNT, &pieces, &most, 0);
+        sqlite3_int64 allocations = 0;
+        sqlite3_int64 highWaterMark = 0;
+        (void)sqlite3_status64(SQLITE_STATUS_MALLOC_COUNT, &allocations, &highWaterMark, 0);
         // What the allocator itself puts in front of each piece.
         constexpr std::int64_t header = sizeof(std::size_t);
         return {
             static_cast<std::int64_t>(heap.uordblks + heap.hblkhd),
-            sqlite3_memory_used() + pieces * header,
+            sqlite3_memory_used() + allocations * header,
         };
     }
 };
 
 int run(int checks)
 {
-    NoPasteboard pasteboard;
-    CaptureHost host{
+    NullPasteboard pasteboard;
+    CaptureServices services{
         .database = Database::shared(),
         .userDefaults = standardUserDefaults(),
         .pasteboard = pasteboard,
         .libraryFolder = libraryFolder,
         .makeFileMonitor = [](const auto& file) { return FileMonitor::create(file); },
     };
-    writePreferenceDefaults(host.userDefaults);
-    const auto message = Message::create(std::move(host));
+    writePreferenceDefaults(services.userDefaults);
+    const auto message = Message::create(std::move(services));
     if (!message->registFileObserver()) {
         return 1;
     }
     // What is made once is there after a few.
-    constexpr int first = 20;
-    for (int number = 0; number < first; ++number) {
+    constexpr int warmUpChecks = 20;
+    for (int number = 0; number < warmUpChecks; ++number) {
         message->fileDidChange();
     }
-    const Allocated before = Allocated::now();
+    const AllocatedBytes before = AllocatedBytes::now();
     for (int number = 0; number < checks; ++number) {
         message->fileDidChange();
     }
-    const Allocated after = Allocated::now();
-    std::cerr << after.byProgram - before.byProgram << ' '
-              << after.ofThatBySqlite - before.ofThatBySqlite << std::endl;
+    const AllocatedBytes after = AllocatedBytes::now();
+    std::cerr << after.byProgram - before.byProgram << ' ' << after.bySqlite - before.bySqlite
+              << std::endl;
     return message->verificationCode() == "No Code" ? 1 : 0;
 }
 
@@ -109,7 +109,7 @@ int main(int argc, char* argv[])
         std::cerr << "Usage: orlimo-check-growth CHECKS\n";
         return 2;
     }
-    orlimo::letSqliteAllocatePlainly();
+    orlimo::useSystemAllocatorForSqlite();
     const QCoreApplication application(argc, argv);
     return orlimo::run(checks);
 }

@@ -1,8 +1,8 @@
 #include "bench/CheckedStore.h"
 
 #include "tests/capture/IdleVnodeSource.h"
-#include "tests/capture/stores/KeptDatabase.h"
 #include "tests/capture/stores/OpenedConnections.h"
+#include "tests/capture/stores/ProcessLifetimeDatabase.h"
 
 #include <sqlite3.h>
 
@@ -12,13 +12,13 @@ namespace orlimo {
 
 namespace {
 
-std::shared_ptr<FileMonitor> deafMonitor(const std::filesystem::path& file)
+std::shared_ptr<FileMonitor> makeInertMonitor(const std::filesystem::path& file)
 {
-    WatchHost host = WatchHost::native();
-    host.makeVnodeSource = [](int, VnodeEvents, Queue&) {
+    WatchServices services = WatchServices::native();
+    services.makeVnodeSource = [](int, VnodeEvents, Queue&) {
         return std::make_unique<IdleVnodeSource>();
     };
-    return FileMonitor::create(file, host);
+    return FileMonitor::create(file, services);
 }
 
 int appendStep(void* plan, int columns, char** values, char** /*names*/)
@@ -32,13 +32,13 @@ int appendStep(void* plan, int columns, char** values, char** /*names*/)
 
 CheckedStore::CheckedStore(std::int64_t number)
     : store(number)
-    , reader(openedReader())
+    , reader(openReader())
     , message(Message::create({
           .database = reader,
           .userDefaults = standardUserDefaults(),
           .pasteboard = generalPasteboard(),
           .libraryFolder = [folder = store.libraryFolder()] { return folder; },
-          .makeFileMonitor = deafMonitor,
+          .makeFileMonitor = makeInertMonitor,
       }))
 {
     if (!message->registFileObserver()) {
@@ -46,10 +46,10 @@ CheckedStore::CheckedStore(std::int64_t number)
     }
 }
 
-Database& CheckedStore::openedReader()
+Database& CheckedStore::openReader()
 {
     const OpenedConnections opened;
-    Database& database = keptDatabase(store.libraryFolder());
+    Database& database = processLifetimeDatabase(store.libraryFolder());
     connection = opened.only();
     return database;
 }
@@ -61,8 +61,8 @@ std::string CheckedStore::queryPlan() const
         throw std::runtime_error("nothing was asked of the store");
     }
     std::string plan;
-    const std::string question = "EXPLAIN QUERY PLAN " + statements.back();
-    if (sqlite3_exec(connection, question.c_str(), appendStep, &plan, nullptr) != SQLITE_OK) {
+    const std::string explainQuery = "EXPLAIN QUERY PLAN " + statements.back();
+    if (sqlite3_exec(connection, explainQuery.c_str(), appendStep, &plan, nullptr) != SQLITE_OK) {
         throw std::runtime_error(sqlite3_errmsg(connection));
     }
     return plan;

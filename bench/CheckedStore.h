@@ -17,25 +17,25 @@ class CheckedStore
 {
 public:
     /// How many of the newest messages a check looks at.
-    static constexpr int examinedMessages = 10;
+    static constexpr int maxCheckedMessages = 10;
 
     /// With `number` messages to begin with. Failures are thrown as std::runtime_error.
     explicit CheckedStore(std::int64_t number);
 
     /// See FilledStore.
-    void deliver(WordsIn place) { store.deliver(place); }
+    void deliver(TextLocation location) { store.deliver(location); }
 
     /// One check of the newest messages. They hold no code, so that each of them is looked at.
     void check() { (void)message->checkMessages(); }
 
     /// The part of a check that depends on the store: the newest messages are read.
-    void fetch() { (void)reader.fetchMessages(examinedMessages); }
+    void fetch() { (void)reader.fetchMessages(maxCheckedMessages); }
 
     /// How SQLite goes about the last query, its steps separated by a comma.
     [[nodiscard]] std::string queryPlan() const;
 
 private:
-    [[nodiscard]] Database& openedReader();
+    [[nodiscard]] Database& openReader();
 
     FilledStore store;
     // The reader's own, to ask about its statements.

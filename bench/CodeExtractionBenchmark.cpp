@@ -67,13 +67,13 @@ void compareLengths(benchmark::State& state, std::string_view part)
     state.counters["short_ns"] = {ofShort, benchmark::Counter::kAvgIterations};
 }
 
-void overLengths(benchmark::internal::Benchmark* benchmark)
+void textLengths(benchmark::internal::Benchmark* benchmark)
 {
     benchmark->ArgName("bytes")->RangeMultiplier(10)->Range(100, 1'000'000)->Arg(16'000'000);
     benchmark->Complexity();
 }
 
-void onLongTexts(benchmark::internal::Benchmark* benchmark)
+void longTextLengths(benchmark::internal::Benchmark* benchmark)
 {
     benchmark->ArgName("bytes")->Arg(160'000)->Arg(16'000'000)->Iterations(1);
 }
@@ -86,25 +86,25 @@ constexpr std::string_view accent = "\xCC\x81";
 constexpr std::string_view codeAndAccents =
     "48291 \xCC\x81\xCC\x81\xCC\x81\xCC\x81\xCC\x81\xCC\x81\xCC\x81\xCC\x81\xCC\x81\xCC\x81";
 
-BENCHMARK_CAPTURE(findCodes, words, "lunch at noon? ")->Apply(overLengths);
-BENCHMARK_CAPTURE(findCodes, codes, "482913 ")->Apply(overLengths);
-BENCHMARK_CAPTURE(findCodes, digits, "7")->Apply(overLengths);
-BENCHMARK_CAPTURE(findCodes, digitAndLetter, "7a")->Apply(overLengths);
-BENCHMARK_CAPTURE(findCodes, threeDigitsAndLetter, "777a")->Apply(overLengths);
-BENCHMARK_CAPTURE(findCodes, fullWidthDigits, "\xEF\xBC\x97")->Apply(overLengths);
-BENCHMARK_CAPTURE(findCodes, keycaps, keycap)->Apply(overLengths);
-BENCHMARK_CAPTURE(findCodes, combiningMarks, accent)->Apply(overLengths);
-BENCHMARK_CAPTURE(findCodes, codesWithCombiningMarks, codeAndAccents)->Apply(overLengths);
+BENCHMARK_CAPTURE(findCodes, words, "lunch at noon? ")->Apply(textLengths);
+BENCHMARK_CAPTURE(findCodes, codes, "482913 ")->Apply(textLengths);
+BENCHMARK_CAPTURE(findCodes, digits, "7")->Apply(textLengths);
+BENCHMARK_CAPTURE(findCodes, digitAndLetter, "7a")->Apply(textLengths);
+BENCHMARK_CAPTURE(findCodes, threeDigitsAndLetter, "777a")->Apply(textLengths);
+BENCHMARK_CAPTURE(findCodes, fullWidthDigits, "\xEF\xBC\x97")->Apply(textLengths);
+BENCHMARK_CAPTURE(findCodes, keycaps, keycap)->Apply(textLengths);
+BENCHMARK_CAPTURE(findCodes, combiningMarks, accent)->Apply(textLengths);
+BENCHMARK_CAPTURE(findCodes, codesWithCombiningMarks, codeAndAccents)->Apply(textLengths);
 
-BENCHMARK_CAPTURE(compareLengths, words, "lunch at noon? ")->Apply(onLongTexts);
-BENCHMARK_CAPTURE(compareLengths, codes, "482913 ")->Apply(onLongTexts);
-BENCHMARK_CAPTURE(compareLengths, digits, "7")->Apply(onLongTexts);
-BENCHMARK_CAPTURE(compareLengths, digitAndLetter, "7a")->Apply(onLongTexts);
-BENCHMARK_CAPTURE(compareLengths, threeDigitsAndLetter, "777a")->Apply(onLongTexts);
-BENCHMARK_CAPTURE(compareLengths, fullWidthDigits, "\xEF\xBC\x97")->Apply(onLongTexts);
-BENCHMARK_CAPTURE(compareLengths, keycaps, keycap)->Apply(onLongTexts);
-BENCHMARK_CAPTURE(compareLengths, combiningMarks, accent)->Apply(onLongTexts);
-BENCHMARK_CAPTURE(compareLengths, codesWithCombiningMarks, codeAndAccents)->Apply(onLongTexts);
+BENCHMARK_CAPTURE(compareLengths, words, "lunch at noon? ")->Apply(longTextLengths);
+BENCHMARK_CAPTURE(compareLengths, codes, "482913 ")->Apply(longTextLengths);
+BENCHMARK_CAPTURE(compareLengths, digits, "7")->Apply(longTextLengths);
+BENCHMARK_CAPTURE(compareLengths, digitAndLetter, "7a")->Apply(longTextLengths);
+BENCHMARK_CAPTURE(compareLengths, threeDigitsAndLetter, "777a")->Apply(longTextLengths);
+BENCHMARK_CAPTURE(compareLengths, fullWidthDigits, "\xEF\xBC\x97")->Apply(longTextLengths);
+BENCHMARK_CAPTURE(compareLengths, keycaps, keycap)->Apply(longTextLengths);
+BENCHMARK_CAPTURE(compareLengths, combiningMarks, accent)->Apply(longTextLengths);
+BENCHMARK_CAPTURE(compareLengths, codesWithCombiningMarks, codeAndAccents)->Apply(longTextLengths);
 
 } // namespace
 } // namespace orlimo

@@ -8,8 +8,8 @@ namespace orlimo {
 class DescriptorBuffer final : public std::streambuf
 {
 public:
-    explicit DescriptorBuffer(int writtenTo)
-        : descriptor(writtenTo)
+    explicit DescriptorBuffer(int fd)
+        : descriptor(fd)
     {}
 
 protected:

@@ -9,19 +9,19 @@ namespace orlimo {
 
 namespace {
 
-constexpr std::string_view words = "Lunch at noon? I will be at the station.";
+constexpr std::string_view messageText = "Lunch at noon? I will be at the station.";
 
 } // namespace
 
 FilledStore::FilledStore(std::int64_t number)
-    : store(madeFile(), sample::Synchronous::off)
+    : store(createFile(), sample::Synchronous::off)
 {
     fill(number);
     // The log is there from its first commit on.
-    deliver(WordsIn::text);
+    deliver(TextLocation::text);
 }
 
-std::filesystem::path FilledStore::madeFile() const
+std::filesystem::path FilledStore::createFile() const
 {
     const auto folder = library.path() / "Messages";
     std::filesystem::create_directories(folder);
@@ -50,13 +50,14 @@ void FilledStore::fill(std::int64_t number)
     store.run("PRAGMA wal_autocheckpoint = 1000");
 }
 
-void FilledStore::deliver(WordsIn place)
+void FilledStore::deliver(TextLocation location)
 {
-    if (place == WordsIn::text) {
-        store.append({.text = std::string(words)});
+    if (location == TextLocation::text) {
+        store.append({.text = std::string(messageText)});
     } else {
         store.append(
-            {.attributedBody = sample::archivedBody(words, sample::ArchivedString::mutableString)});
+            {.attributedBody =
+                 sample::archivedBody(messageText, sample::ArchivedString::mutableString)});
     }
 }
 

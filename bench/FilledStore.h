@@ -9,7 +9,7 @@
 namespace orlimo {
 
 /// Where a message has its words.
-enum class WordsIn {
+enum class TextLocation {
     text,
     body,
 };
@@ -23,12 +23,12 @@ public:
     explicit FilledStore(std::int64_t number);
 
     /// Delivers one more message, as the newest one, the way the Messages application does.
-    void deliver(WordsIn place);
+    void deliver(TextLocation location);
 
     [[nodiscard]] const std::filesystem::path& libraryFolder() const { return library.path(); }
 
 private:
-    [[nodiscard]] std::filesystem::path madeFile() const;
+    [[nodiscard]] std::filesystem::path createFile() const;
     void fill(std::int64_t number);
 
     TemporaryFolder library;

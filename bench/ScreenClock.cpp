@@ -22,13 +22,13 @@ namespace orlimo {
 namespace {
 
 /// A moment of the clock that every process of the machine shares, in nanoseconds.
-using Moment = std::int64_t;
+using Timestamp = std::int64_t;
 
-Moment now()
+Timestamp now()
 {
     timespec time{};
     ::clock_gettime(CLOCK_MONOTONIC, &time);
-    constexpr Moment perSecond = 1'000'000'000;
+    constexpr Timestamp perSecond = 1'000'000'000;
     return time.tv_sec * perSecond + time.tv_nsec;
 }
 
@@ -110,15 +110,15 @@ public:
     [[nodiscard]] auto nextEvent(std::chrono::milliseconds limit) const
     {
         auto event = owned(xcb_poll_for_event(opened));
-        const Moment end = now() + std::chrono::nanoseconds(limit).count();
+        const Timestamp end = now() + std::chrono::nanoseconds(limit).count();
         while (!event) {
-            const Moment left = end - now();
-            pollfd awaited{xcb_get_file_descriptor(opened), POLLIN, 0};
-            constexpr Moment perMillisecond = 1'000'000;
+            const Timestamp left = end - now();
+            pollfd pollDescriptor{xcb_get_file_descriptor(opened), POLLIN, 0};
+            constexpr Timestamp perMillisecond = 1'000'000;
             if (left <= 0 || xcb_connection_has_error(opened) != 0) {
                 break;
             }
-            (void)::poll(&awaited, 1, static_cast<int>(left / perMillisecond) + 1);
+            (void)::poll(&pollDescriptor, 1, static_cast<int>(left / perMillisecond) + 1);
             event.reset(xcb_poll_for_event(opened));
         }
         return event;
@@ -129,18 +129,18 @@ private:
     xcb_screen_t* screen = nullptr;
 };
 
-constexpr std::uint8_t kindOf(const xcb_generic_event_t& event)
+constexpr std::uint8_t eventType(const xcb_generic_event_t& event)
 {
-    constexpr std::uint8_t sentByAProgram = 0x80;
-    return event.response_type & static_cast<std::uint8_t>(~sentByAProgram);
+    constexpr std::uint8_t sentEventFlag = 0x80;
+    return event.response_type & static_cast<std::uint8_t>(~sentEventFlag);
 }
 
 /// Until the server hangs up.
 void forEachEvent(
-    const Screen& screen, const std::function<void(const xcb_generic_event_t&, Moment)>& tell)
+    const Screen& screen, const std::function<void(const xcb_generic_event_t&, Timestamp)>& handler)
 {
     while (const auto event = owned(xcb_wait_for_event(screen.connection()))) {
-        tell(*event, now());
+        handler(*event, now());
     }
 }
 
@@ -160,18 +160,17 @@ void followClipboard(const Screen& screen)
         XCB_XFIXES_SELECTION_NOTIFY;
     screen.roundTrip();
     std::cout << "ready" << std::endl;
-    forEachEvent(screen, [&](const xcb_generic_event_t& event, Moment /*moment*/) {
-        if (kindOf(event) == ownerDidChange) {
+    forEachEvent(screen, [&](const xcb_generic_event_t& event, Timestamp /*moment*/) {
+        if (eventType(event) == ownerDidChange) {
             xcb_convert_selection(connection, window, clipboard, text, text, XCB_CURRENT_TIME);
             xcb_flush(connection);
-        } else if (kindOf(event) == XCB_SELECTION_NOTIFY) {
-            constexpr std::uint32_t longest = 1024;
+        } else if (eventType(event) == XCB_SELECTION_NOTIFY) {
+            constexpr std::uint32_t limit = 1024;
             const auto reply = owned(xcb_get_property_reply(
                 connection,
-                xcb_get_property(
-                    connection, 1, window, text, XCB_GET_PROPERTY_TYPE_ANY, 0, longest),
+                xcb_get_property(connection, 1, window, text, XCB_GET_PROPERTY_TYPE_ANY, 0, limit),
                 nullptr));
-            const Moment read = now();
+            const Timestamp read = now();
             const auto length = reply ? xcb_get_property_value_length(reply.get()) : 0;
             std::cout << read << ' '
                       << std::string_view(
@@ -207,11 +206,11 @@ void followDocking(const Screen& screen)
     xcb_change_window_attributes(screen.connection(), screen.root(), XCB_CW_EVENT_MASK, &mask);
     screen.roundTrip();
     std::cout << "ready" << std::endl;
-    forEachEvent(screen, [&](const xcb_generic_event_t& event, Moment moment) {
-        if (kindOf(event) == XCB_REPARENT_NOTIFY) {
+    forEachEvent(screen, [&](const xcb_generic_event_t& event, Timestamp timestamp) {
+        if (eventType(event) == XCB_REPARENT_NOTIFY) {
             const auto& change = reinterpret_cast<const xcb_reparent_notify_event_t&>(event);
             if (change.parent != screen.root()) {
-                std::cout << moment << ' ' << change.window << ' '
+                std::cout << timestamp << ' ' << change.window << ' '
                           << processOf(screen, change.window, process) << std::endl;
             }
         }
@@ -219,13 +218,13 @@ void followDocking(const Screen& screen)
 }
 
 /// Where the middle of a window is on the screen, once that is so.
-struct Place
+struct Position
 {
     std::int16_t x = 0;
     std::int16_t y = 0;
 };
 
-std::optional<Place> middleOf(const Screen& screen, xcb_window_t window)
+std::optional<Position> centerOf(const Screen& screen, xcb_window_t window)
 {
     xcb_connection_t* const connection = screen.connection();
     const auto size =
@@ -233,7 +232,7 @@ std::optional<Place> middleOf(const Screen& screen, xcb_window_t window)
     if (!size) {
         return std::nullopt;
     }
-    const auto place = owned(xcb_translate_coordinates_reply(
+    const auto position = owned(xcb_translate_coordinates_reply(
         connection,
         xcb_translate_coordinates(
             connection,
@@ -242,16 +241,16 @@ std::optional<Place> middleOf(const Screen& screen, xcb_window_t window)
             static_cast<std::int16_t>(size->width / 2),
             static_cast<std::int16_t>(size->height / 2)),
         nullptr));
-    return place ? std::optional(Place{place->dst_x, place->dst_y}) : std::nullopt;
+    return position ? std::optional(Position{position->dst_x, position->dst_y}) : std::nullopt;
 }
 
 /// Clicks into windows and tells when what came of it was on the screen.
 class Clicker
 {
 public:
-    explicit Clicker(const Screen& itsScreen)
-        : screen(itsScreen)
-        , connection(itsScreen.connection())
+    explicit Clicker(const Screen& targetScreen)
+        : screen(targetScreen)
+        , connection(targetScreen.connection())
     {
         (void)owned(xcb_damage_query_version_reply(
             connection, xcb_damage_query_version(connection, 1, 1), nullptr));
@@ -270,33 +269,40 @@ public:
     /// first time as it did in the end, but for a twentieth of what changed.
     std::string click(xcb_window_t window)
     {
-        const auto place = middleOf(screen, window);
-        if (!place) {
+        const auto position = centerOf(screen, window);
+        if (!position) {
             return "no such window";
         }
-        move(*place);
-        const auto before = settled();
+        move(*position);
+        const auto before = pixelsWhenStill();
         send(XCB_BUTTON_PRESS);
-        const Moment clicked = now();
+        const Timestamp clicked = now();
         send(XCB_BUTTON_RELEASE);
-        const auto looks = looksUntilSettled();
-        if (looks.empty()) {
+        const auto frames = framesUntilStill();
+        if (frames.empty()) {
             return "nothing changed";
         }
-        return describe(before, clicked, looks);
+        return describe(before, clicked, frames);
     }
 
 private:
-    struct Look
+    struct Frame
     {
-        Moment moment = 0;
+        Timestamp timestamp = 0;
         std::vector<std::uint32_t> pixels;
     };
 
-    void move(const Place& place) const
+    void move(const Position& position) const
     {
         xcb_test_fake_input(
-            connection, XCB_MOTION_NOTIFY, 0, XCB_CURRENT_TIME, screen.root(), place.x, place.y, 0);
+            connection,
+            XCB_MOTION_NOTIFY,
+            0,
+            XCB_CURRENT_TIME,
+            screen.root(),
+            position.x,
+            position.y,
+            0);
         screen.roundTrip();
     }
 
@@ -308,54 +314,56 @@ private:
     }
 
     /// The screen once it has been still for a while.
-    [[nodiscard]] std::vector<std::uint32_t> settled() const
+    [[nodiscard]] std::vector<std::uint32_t> pixelsWhenStill() const
     {
-        while (screen.nextEvent(stillness)) {
+        while (screen.nextEvent(stillDuration)) {
         }
         return screen.pixels();
     }
 
-    [[nodiscard]] std::vector<Look> looksUntilSettled() const
+    [[nodiscard]] std::vector<Frame> framesUntilStill() const
     {
-        constexpr std::chrono::seconds longest{10};
-        std::vector<Look> looks;
-        auto event = screen.nextEvent(longest);
+        constexpr std::chrono::seconds limit{10};
+        std::vector<Frame> frames;
+        auto event = screen.nextEvent(limit);
         while (event) {
-            if (kindOf(*event) == damageEvent) {
+            if (eventType(*event) == damageEvent) {
                 // Everything that has come with it was drawn before the look.
-                const Moment moment = now();
-                looks.push_back({moment, screen.pixels()});
+                const Timestamp timestamp = now();
+                frames.push_back({timestamp, screen.pixels()});
                 do {
                     event.reset(xcb_poll_for_queued_event(connection));
                 } while (event);
             }
-            event = screen.nextEvent(stillness);
+            event = screen.nextEvent(stillDuration);
         }
-        return looks;
+        return frames;
     }
 
     static std::string describe(
-        const std::vector<std::uint32_t>& before, Moment clicked, const std::vector<Look>& looks)
+        const std::vector<std::uint32_t>& before,
+        Timestamp clicked,
+        const std::vector<Frame>& frames)
     {
-        const auto& last = looks.back().pixels;
+        const auto& last = frames.back().pixels;
         std::size_t changed = 0;
         for (std::size_t index = 0; index < last.size(); ++index) {
             changed += last[index] != before[index] ? 1U : 0U;
         }
         constexpr std::size_t twentieth = 20;
-        for (const Look& look : looks) {
+        for (const Frame& frame : frames) {
             std::size_t missing = 0;
             for (std::size_t index = 0; index < last.size(); ++index) {
-                missing += look.pixels[index] != last[index] ? 1U : 0U;
+                missing += frame.pixels[index] != last[index] ? 1U : 0U;
             }
             if (missing <= changed / twentieth) {
-                return std::to_string(look.moment - clicked) + ' ' + std::to_string(changed);
+                return std::to_string(frame.timestamp - clicked) + ' ' + std::to_string(changed);
             }
         }
         return "nothing changed";
     }
 
-    static constexpr std::chrono::milliseconds stillness{150};
+    static constexpr std::chrono::milliseconds stillDuration{150};
 
     const Screen& screen;
     xcb_connection_t* connection;
@@ -369,9 +377,9 @@ void followClicks(const Screen& screen)
     std::cout << "ready" << std::endl;
     std::string line;
     while (std::getline(std::cin, line)) {
-        std::istringstream words(line);
+        std::istringstream input(line);
         xcb_window_t window = XCB_NONE;
-        words >> window;
+        input >> window;
         std::cout << clicker.click(window) << std::endl;
     }
 }

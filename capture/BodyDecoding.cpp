@@ -1,6 +1,6 @@
 #include "capture/BodyDecoding.h"
 
-#include "capture/Characters.h"
+#include "capture/GraphemeClusters.h"
 #include "capture/Utf16.h"
 #include "capture/Utf8.h"
 #include "platform/process/FatalStop.h"
@@ -21,10 +21,10 @@ constexpr std::string_view marker = "4E53537472696E67";
 
 /// What stands between the class name and the length in the archive of a mutable string: the
 /// class's version, references to classes named before, and the type "+" of a counted run of bytes.
-constexpr std::string_view fixedRun = "019584012B";
+constexpr std::string_view stringPreamble = "019584012B";
 
 /// The first byte of a length of two bytes; any other is the length itself.
-constexpr std::uint8_t twoByteLength = 0x81;
+constexpr std::uint8_t twoByteLengthTag = 0x81;
 
 // clang-format off
 /// The values of hexadecimal digits; what is no such digit has a value too.
@@ -62,18 +62,18 @@ std::string uppercased(std::string_view text)
     return upper;
 }
 
-std::size_t characterCount(std::string_view text)
+std::size_t graphemeClusterCount(std::string_view text)
 {
     // In ASCII every byte is a character, but for a line break of two bytes.
     if (isAscii(text) && text.find("\r\n") == std::string_view::npos) {
         return text.size();
     }
-    const icu::UnicodeString counted = asUtf16(text);
-    return Characters(counted).count();
+    const icu::UnicodeString utf16Text = asUtf16(text);
+    return GraphemeClusters(utf16Text).count();
 }
 
 /// The part of `text` between the first marker and the next one, or the end.
-std::string_view pieceAfterMarker(std::string_view text)
+std::string_view segmentAfterMarker(std::string_view text)
 {
     const std::size_t found = text.find(marker);
     if (found == std::string_view::npos) {
@@ -83,22 +83,22 @@ std::string_view pieceAfterMarker(std::string_view text)
     return text.substr(0, text.find(marker));
 }
 
-std::string withoutFixedRun(std::string_view text)
+std::string withoutStringPreamble(std::string_view text)
 {
-    std::string kept;
-    kept.reserve(text.size());
+    std::string stripped;
+    stripped.reserve(text.size());
     for (;;) {
-        const std::size_t found = text.find(fixedRun);
-        kept.append(text.substr(0, found));
+        const std::size_t found = text.find(stringPreamble);
+        stripped.append(text.substr(0, found));
         if (found == std::string_view::npos) {
-            return kept;
+            return stripped;
         }
-        text.remove_prefix(found + fixedRun.size());
+        text.remove_prefix(found + stringPreamble.size());
     }
 }
 
 /// `length` bytes of `bytes` from `start` on. None of them may be missing.
-std::string wordsAt(const std::vector<std::uint8_t>& bytes, std::size_t start, std::size_t length)
+std::string textAt(const std::vector<std::uint8_t>& bytes, std::size_t start, std::size_t length)
 {
     if (length == 0) {
         fatalStop("the string in a message body has no length");
@@ -114,7 +114,7 @@ std::string wordsAt(const std::vector<std::uint8_t>& bytes, std::size_t start, s
 
 std::vector<std::uint8_t> hexToBytes(std::string_view text)
 {
-    const std::size_t count = characterCount(text);
+    const std::size_t count = graphemeClusterCount(text);
     std::vector<std::uint8_t> bytes;
     bytes.reserve(count / 2);
     for (std::size_t index = 0; index < count; index += 2) {
@@ -130,24 +130,24 @@ std::vector<std::uint8_t> hexToBytes(std::string_view text)
 std::optional<std::string> decodeAttributedBody(std::string_view hexadecimalText)
 {
     const std::string upper = uppercased(hexadecimalText);
-    const auto bytes = hexToBytes(withoutFixedRun(pieceAfterMarker(upper)));
+    const auto bytes = hexToBytes(withoutStringPreamble(segmentAfterMarker(upper)));
     if (bytes.empty()) {
         fatalStop("nothing follows the string's class name in a message body");
     }
-    if (bytes[0] != twoByteLength) {
+    if (bytes[0] != twoByteLengthTag) {
         writeLogLine("first not 129 " + std::to_string(bytes[0]));
-        const std::string words = wordsAt(bytes, 1, bytes[0]);
-        return isWellFormedUtf8(words) ? std::optional(words) : std::nullopt;
+        const std::string text = textAt(bytes, 1, bytes[0]);
+        return isWellFormedUtf8(text) ? std::optional(text) : std::nullopt;
     }
     writeLogLine("first 129");
     if (bytes.size() < 3) {
         fatalStop("the length in a message body is cut short");
     }
-    std::string words = wordsAt(bytes, 3, bytes[1] + 256U * bytes[2]);
-    if (!isWellFormedUtf8(words)) {
+    std::string text = textAt(bytes, 3, bytes[1] + 256U * bytes[2]);
+    if (!isWellFormedUtf8(text)) {
         fatalStop("the string in a message body is not UTF-8");
     }
-    return words;
+    return text;
 }
 
 } // namespace orlimo

@@ -1,6 +1,6 @@
 #include "capture/CodeExtraction.h"
 
-#include "capture/Characters.h"
+#include "capture/GraphemeClusters.h"
 #include "capture/PreferenceKeys.h"
 #include "capture/Utf16.h"
 #include "platform/process/LogLine.h"
@@ -19,7 +19,7 @@ constexpr std::string_view fiveOrSixDigits = R"((?<!\d)\d{5,6}(?!\d))";
 constexpr std::string_view fourToSixDigits = R"((?<!\d)\d{4,6}(?!\d))";
 
 /// The list in printed form: ["482913", "1234"].
-std::string printed(const std::vector<std::string>& numbers)
+std::string formattedList(const std::vector<std::string>& numbers)
 {
     std::string list = "[";
     for (const std::string& number : numbers) {
@@ -29,12 +29,12 @@ std::string printed(const std::vector<std::string>& numbers)
 }
 
 /// The expression for `pattern`; none when it cannot be compiled.
-std::unique_ptr<icu::RegexPattern> compiled(std::string_view pattern)
+std::unique_ptr<icu::RegexPattern> compilePattern(std::string_view pattern)
 {
     UErrorCode status = U_ZERO_ERROR;
-    UParseError where{};
+    UParseError parseError{};
     std::unique_ptr<icu::RegexPattern> expression(
-        icu::RegexPattern::compile(asUtf16(pattern), 0, where, status));
+        icu::RegexPattern::compile(asUtf16(pattern), 0, parseError, status));
     if (U_FAILURE(status)) {
         expression.reset();
     }
@@ -45,10 +45,10 @@ std::unique_ptr<icu::RegexPattern> compiled(std::string_view pattern)
 /// when it cannot be compiled; the next use tries again.
 const icu::RegexPattern* codePattern(bool withFourDigits)
 {
-    static std::array<std::unique_ptr<icu::RegexPattern>, 2> kept;
-    auto& expression = kept.at(withFourDigits ? 1 : 0);
+    static std::array<std::unique_ptr<icu::RegexPattern>, 2> cache;
+    auto& expression = cache.at(withFourDigits ? 1 : 0);
     if (expression == nullptr) {
-        expression = compiled(withFourDigits ? fourToSixDigits : fiveOrSixDigits);
+        expression = compilePattern(withFourDigits ? fourToSixDigits : fiveOrSixDigits);
     }
     return expression.get();
 }
@@ -57,18 +57,18 @@ const icu::RegexPattern* codePattern(bool withFourDigits)
 std::vector<std::string> matches(const icu::RegexPattern& expression, const std::string& text)
 {
     UErrorCode status = U_ZERO_ERROR;
-    const icu::UnicodeString searched = asUtf16(text);
-    const std::unique_ptr<icu::RegexMatcher> matcher(expression.matcher(searched, status));
+    const icu::UnicodeString utf16Text = asUtf16(text);
+    const std::unique_ptr<icu::RegexMatcher> matcher(expression.matcher(utf16Text, status));
     std::vector<std::string> numbers;
-    std::optional<Characters> characters;
+    std::optional<GraphemeClusters> clusters;
     while (U_SUCCESS(status) && matcher->find(status) != 0) {
-        if (!characters) {
-            characters.emplace(searched);
+        if (!clusters) {
+            clusters.emplace(utf16Text);
         }
         const std::int32_t start = matcher->start(status);
         const std::int32_t end = matcher->end(status);
-        if (characters->isBoundary(start) && characters->isBoundary(end)) {
-            searched.tempSubStringBetween(start, end).toUTF8String(numbers.emplace_back());
+        if (clusters->isBoundary(start) && clusters->isBoundary(end)) {
+            utf16Text.tempSubStringBetween(start, end).toUTF8String(numbers.emplace_back());
         }
     }
     return numbers;
@@ -79,7 +79,7 @@ std::vector<std::string> matches(const icu::RegexPattern& expression, const std:
 std::optional<std::vector<std::string>>
 findNumbers(const std::string& text, std::string_view pattern)
 {
-    const auto expression = compiled(pattern);
+    const auto expression = compilePattern(pattern);
     return expression == nullptr ? std::nullopt : std::optional(matches(*expression, text));
 }
 
@@ -96,7 +96,7 @@ std::optional<std::string> extractCode(const std::string& text, const UserDefaul
     if (numbers.empty()) {
         return std::nullopt;
     }
-    writeLogLine("Found numbers: " + printed(numbers));
+    writeLogLine("Found numbers: " + formattedList(numbers));
     return numbers.front();
 }
 

@@ -14,11 +14,11 @@ namespace orlimo {
 namespace {
 
 /// How many of the newest messages are looked at.
-constexpr std::int64_t examinedMessages = 10;
+constexpr std::int64_t maxCheckedMessages = 10;
 
 /// A message's words: its text, an empty one included, or what its body holds, if it can be
 /// decoded.
-std::optional<std::string> wordsOf(const Msg& message)
+std::optional<std::string> textOf(const Msg& message)
 {
     if (message.text) {
         return message.text;
@@ -31,25 +31,25 @@ std::optional<std::string> wordsOf(const Msg& message)
 
 } // namespace
 
-std::shared_ptr<Message> Message::create(CaptureHost host)
+std::shared_ptr<Message> Message::create(CaptureServices services)
 {
-    return std::shared_ptr<Message>(new Message(std::move(host)));
+    return std::shared_ptr<Message>(new Message(std::move(services)));
 }
 
-Message::Message(CaptureHost captureHost)
-    : host(std::move(captureHost))
-    , libraryDirectoryField(host.libraryFolder())
+Message::Message(CaptureServices captureServices)
+    : services(std::move(captureServices))
+    , libraryDirectoryField(services.libraryFolder())
 {}
 
 bool Message::registFileObserver()
 {
     writeLogLine("registFileObserver");
-    const auto library = host.libraryFolder();
+    const auto library = services.libraryFolder();
     if (!library) {
         fatalStop("the user has no Library folder");
     }
     try {
-        host.makeFileMonitor(*library / "Messages/chat.db-wal")->setDelegate(weak_from_this());
+        services.makeFileMonitor(*library / "Messages/chat.db-wal")->setDelegate(weak_from_this());
     } catch (const std::system_error&) {
         writeLogLine("file access not allowed");
         readyField = false;
@@ -74,9 +74,10 @@ std::optional<std::string> Message::checkMessages()
 
 std::optional<std::string> Message::newestCode()
 {
-    for (const Msg& message : host.database.fetchMessages(examinedMessages)) {
-        const auto words = wordsOf(message);
-        if (auto code = words ? extractCode(*words, host.userDefaults) : std::nullopt) {
+    for (const Msg& message : services.database.fetchMessages(maxCheckedMessages)) {
+        const auto messageText = textOf(message);
+        if (auto code =
+                messageText ? extractCode(*messageText, services.userDefaults) : std::nullopt) {
             return code;
         }
     }
@@ -85,7 +86,7 @@ std::optional<std::string> Message::newestCode()
 
 void Message::fileDidChange()
 {
-    if (!host.userDefaults.boolForKey(preference::capturingEnabled)) {
+    if (!services.userDefaults.boolForKey(preference::capturingEnabled)) {
         return;
     }
     const auto code = checkMessages();
@@ -93,8 +94,8 @@ void Message::fileDidChange()
         return;
     }
     writeLogLine("file changed!! at message: code? " + *code);
-    host.pasteboard.declareTypes({PasteboardType::string});
-    host.pasteboard.setString(verificationCodeField, PasteboardType::string);
+    services.pasteboard.declareTypes({PasteboardType::string});
+    services.pasteboard.setString(verificationCodeField, PasteboardType::string);
 }
 
 void Message::setText(std::string newText)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "capture/CaptureHost.h"
+#include "capture/CaptureServices.h"
 #include "watch/FileMonitorDelegate.h"
 
 #include <QObject>
@@ -22,7 +22,8 @@ class Message : public QObject,
 
 public:
     /// Shared from the start, because the file monitor holds its delegate weakly.
-    [[nodiscard]] static std::shared_ptr<Message> create(CaptureHost host = CaptureHost::native());
+    [[nodiscard]] static std::shared_ptr<Message>
+    create(CaptureServices services = CaptureServices::native());
 
     /// Starts to watch the store's write-ahead log. False, with a line in the log, when the file
     /// cannot be watched; checks are then refused. Nothing is retried. A user without a Library
@@ -60,11 +61,11 @@ Q_SIGNALS:
     void objectWillChange();
 
 private:
-    explicit Message(CaptureHost captureHost);
+    explicit Message(CaptureServices captureServices);
 
     [[nodiscard]] std::optional<std::string> newestCode();
 
-    CaptureHost host;
+    CaptureServices services;
     std::string textField;
     std::string verificationCodeField;
     std::optional<std::filesystem::path> libraryDirectoryField;

@@ -4,7 +4,7 @@ option(ORLIMO_WARNINGS_AS_ERRORS "Treat compiler warnings as errors" OFF)
 set(ORLIMO_SANITIZERS "" CACHE STRING "Sanitizers to build with, as -fsanitize takes them")
 
 # Where the sources are, as seen from the folder in which the compiler runs: how a compiler's cache names them.
-file(RELATIVE_PATH orlimo_way_to_sources "${PROJECT_BINARY_DIR}" "${PROJECT_SOURCE_DIR}/")
+file(RELATIVE_PATH orlimo_relative_source_dir "${PROJECT_BINARY_DIR}" "${PROJECT_SOURCE_DIR}/")
 
 add_library(orlimo_options INTERFACE)
 target_compile_features(orlimo_options INTERFACE cxx_std_20)
@@ -15,7 +15,7 @@ target_compile_options(orlimo_options INTERFACE
     -Wimplicit-fallthrough -Wextra-semi
     # What the program prints about itself names its sources, never the folder they were built in.
     "-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/="
-    "-fmacro-prefix-map=${orlimo_way_to_sources}="
+    "-fmacro-prefix-map=${orlimo_relative_source_dir}="
     $<$<BOOL:${ORLIMO_WARNINGS_AS_ERRORS}>:-Werror>)
 target_compile_definitions(orlimo_options INTERFACE
     QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_KEYWORDS QT_NO_URL_CAST_FROM_STRING

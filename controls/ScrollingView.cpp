@@ -17,10 +17,10 @@ ScrollingView::ScrollingView(std::unique_ptr<QWidget> view)
     setWindowTitle(view->windowTitle());
     setAccessibleName(view->accessibleName());
     // The area's own bar would take its width from the view.
-    QScrollBar& scrolling = *verticalScrollBar();
-    connect(&scrolling, &QScrollBar::rangeChanged, this, &ScrollingView::placeScrollBar);
-    connect(&scrolling, &QScrollBar::valueChanged, bar, &QScrollBar::setValue);
-    connect(bar, &QScrollBar::valueChanged, &scrolling, &QScrollBar::setValue);
+    QScrollBar& areaScrollBar = *verticalScrollBar();
+    connect(&areaScrollBar, &QScrollBar::rangeChanged, this, &ScrollingView::placeScrollBar);
+    connect(&areaScrollBar, &QScrollBar::valueChanged, bar, &QScrollBar::setValue);
+    connect(bar, &QScrollBar::valueChanged, &areaScrollBar, &QScrollBar::setValue);
     setWidget(view.release());
     setFixedSize(widget()->size());
     placeScrollBar();
@@ -52,11 +52,11 @@ void ScrollingView::scrollContentsBy(int dx, int dy)
 
 void ScrollingView::placeScrollBar()
 {
-    const QScrollBar& scrolling = *verticalScrollBar();
-    bar->setPageStep(scrolling.pageStep());
-    bar->setSingleStep(scrolling.singleStep());
-    bar->setRange(scrolling.minimum(), scrolling.maximum());
-    bar->setVisible(scrolling.maximum() > scrolling.minimum());
+    const QScrollBar& areaScrollBar = *verticalScrollBar();
+    bar->setPageStep(areaScrollBar.pageStep());
+    bar->setSingleStep(areaScrollBar.singleStep());
+    bar->setRange(areaScrollBar.minimum(), areaScrollBar.maximum());
+    bar->setVisible(areaScrollBar.maximum() > areaScrollBar.minimum());
     const int thickness = bar->sizeHint().width();
     const QRect trailing(width() - thickness, 0, thickness, height());
     bar->setGeometry(QStyle::visualRect(layoutDirection(), rect(), trailing));

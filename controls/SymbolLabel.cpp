@@ -35,19 +35,19 @@ QRect SymbolLabel::symbolArea() const
     return QStyle::visualRect(layoutDirection(), rect(), leading);
 }
 
-const QPixmap& SymbolLabel::drawnSymbol()
+const QPixmap& SymbolLabel::symbolPixmap()
 {
     const QColor color = colorOf(palette());
     const qreal ratio = devicePixelRatioF();
-    if (drawing.color != color || drawing.devicePixelRatio != ratio) {
-        drawing = {color, ratio, systemSymbol(symbol, label->fontPixelSize(), color, ratio)};
+    if (cachedSymbol.color != color || cachedSymbol.devicePixelRatio != ratio) {
+        cachedSymbol = {color, ratio, systemSymbol(symbol, label->fontPixelSize(), color, ratio)};
     }
-    return drawing.pixmap;
+    return cachedSymbol.pixmap;
 }
 
 void SymbolLabel::paintEvent(QPaintEvent* /*event*/)
 {
-    QPainter(this).drawPixmap(symbolArea().topLeft(), drawnSymbol());
+    QPainter(this).drawPixmap(symbolArea().topLeft(), symbolPixmap());
 }
 
 } // namespace orlimo

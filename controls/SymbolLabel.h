@@ -36,16 +36,16 @@ protected:
 
 private:
     /// The symbol as it was last painted: drawing it takes longer than all else in the label.
-    struct Drawing
+    struct CachedSymbol
     {
         QColor color;
         qreal devicePixelRatio = 0;
         QPixmap pixmap;
     };
 
-    [[nodiscard]] const QPixmap& drawnSymbol();
+    [[nodiscard]] const QPixmap& symbolPixmap();
 
-    Drawing drawing;
+    CachedSymbol cachedSymbol;
     QString symbol;
     PaletteColor colorOf;
     TextLabel* label;

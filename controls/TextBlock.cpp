@@ -22,7 +22,7 @@ namespace {
 constexpr double unlimitedWidth = 100'000;
 
 /// The size below which shrinking a text further would not help anybody.
-constexpr int smallestPixelSize = 6;
+constexpr int minPixelSize = 6;
 
 /// Keeps what stands on both sides of it on one line. It is not seen and takes no room.
 constexpr QChar wordJoiner(0x2060);
@@ -38,7 +38,7 @@ double baselineOf(const QFont& font, int lineHeight)
 
 /// `text` as it is laid out on several lines: none of them begins with the sign that leads from one
 /// item of a path to the next, which belongs to the item before it.
-QString withoutBreakBeforePathSigns(QString text)
+QString withoutBreakBeforePathSeparators(QString text)
 {
     // The joiner does not hold a space before it.
     text.replace(QLatin1String(" >"), QString(QChar::Nbsp) + u'>');
@@ -46,7 +46,7 @@ QString withoutBreakBeforePathSigns(QString text)
 }
 
 /// What the line's glyphs cover.
-template <class AreaOfGlyph> QRectF inkOf(const QTextLine& line, const AreaOfGlyph& areaOfGlyph)
+template <class GlyphBounds> QRectF inkBounds(const QTextLine& line, const GlyphBounds& glyphBounds)
 {
     QRectF ink;
     for (const QGlyphRun& run : line.glyphRuns()) {
@@ -54,20 +54,20 @@ template <class AreaOfGlyph> QRectF inkOf(const QTextLine& line, const AreaOfGly
         const auto glyphs = run.glyphIndexes();
         const auto positions = run.positions();
         for (qsizetype index = 0; index < glyphs.size(); ++index) {
-            ink |= areaOfGlyph(font, glyphs[index]).translated(positions[index]);
+            ink |= glyphBounds(font, glyphs[index]).translated(positions[index]);
         }
     }
     return ink;
 }
 
 /// What a glyph covers when it is painted with one pixel a point: its edges are moved to pixels.
-QRectF areaOfPixels(const QRawFont& font, quint32 glyph)
+QRectF glyphPixelBounds(const QRawFont& font, quint32 glyph)
 {
     return font.boundingRect(glyph);
 }
 
 /// What a glyph covers when its edges stay where its font has them.
-QRectF areaOfOutline(const QRawFont& font, quint32 glyph)
+QRectF glyphOutlineBounds(const QRawFont& font, quint32 glyph)
 {
     return font.pathForGlyph(glyph).boundingRect();
 }
@@ -75,13 +75,13 @@ QRectF areaOfOutline(const QRawFont& font, quint32 glyph)
 /// How far what reaches from `inkStart` to `inkEnd` must be moved to stay between `start` and
 /// `end`, in whole pixels of the size `pixel`. The start counts for more where there is not room
 /// for both.
-double shiftBetween(double start, double end, double inkStart, double inkEnd, double pixel = 1)
+double shiftToFit(double start, double end, double inkStart, double inkEnd, double pixel = 1)
 {
     // What the numbers' last places say is no pixel.
-    constexpr double slack = 1.0 / 64;
-    const double back = std::min(0.0, std::floor((end - inkEnd) / pixel + slack));
+    constexpr double tolerance = 1.0 / 64;
+    const double back = std::min(0.0, std::floor((end - inkEnd) / pixel + tolerance));
     const double moved = inkStart + back * pixel;
-    return (back + std::max(0.0, std::ceil((start - moved) / pixel - slack))) * pixel;
+    return (back + std::max(0.0, std::ceil((start - moved) / pixel - tolerance))) * pixel;
 }
 
 } // namespace
@@ -95,7 +95,7 @@ TextBlock::TextBlock(const QString& text, const QFont& font)
 
 TextBlock TextBlock::wrapped(const QString& text, const QFont& font, double width)
 {
-    TextBlock block(withoutBreakBeforePathSigns(text), font);
+    TextBlock block(withoutBreakBeforePathSeparators(text), font);
     constexpr auto wrapMode = QTextOption::WrapAtWordBoundaryOrAnywhere;
     block.layOut(width, wrapMode);
     const int lineCount = block.lineCount();
@@ -107,7 +107,7 @@ TextBlock TextBlock::wrapped(const QString& text, const QFont& font, double widt
         (block.lineCount() > lineCount ? tooNarrow : wideEnough) = middle;
     }
     block.layOut(wideEnough, wrapMode);
-    block.centreLines();
+    block.centerLines();
     return block;
 }
 
@@ -115,12 +115,10 @@ TextBlock TextBlock::fitted(const QString& text, const QFont& font, double width
 {
     TextBlock block(text, font);
     QFont smaller = font;
-    while (block.size().width() > width && smaller.pixelSize() > smallestPixelSize) {
-        const double share = width / block.size().width();
+    while (block.size().width() > width && smaller.pixelSize() > minPixelSize) {
+        const double ratio = width / block.size().width();
         smaller.setPixelSize(std::clamp(
-            static_cast<int>(smaller.pixelSize() * share),
-            smallestPixelSize,
-            smaller.pixelSize() - 1));
+            static_cast<int>(smaller.pixelSize() * ratio), minPixelSize, smaller.pixelSize() - 1));
         block = TextBlock(text, smaller);
     }
     return block;
@@ -164,26 +162,28 @@ void TextBlock::draw(QPainter& painter, QPointF topLeft) const
 
 QPointF TextBlock::originOf(int number, QPointF topLeft, const PixelGrid& grid) const
 {
-    if (grid.isOfPoints()) {
+    if (grid.hasPointSizedPixels()) {
         return topLeft;
     }
     const QTextLine line = layout->lineAt(number);
     const int height = metrics::lineHeight(usedFont.pixelSize());
     const QPointF top(0, number * height);
     const QSizeF pixel = grid.pixelSize();
-    const QRectF place = grid.snapped({topLeft + top, QSizeF(size().width(), height)});
-    QPointF origin = place.topLeft() - top;
+    const QRectF lineArea = grid.snapped({topLeft + top, QSizeF(size().width(), height)});
+    QPointF origin = lineArea.topLeft() - top;
     // Glyphs are painted with their baseline on a whole pixel, whichever is the nearest.
     const double baseline = line.y() + line.ascent() - top.y();
     origin.ry() += std::round(baseline / pixel.height()) * pixel.height() - baseline;
-    const QRectF ink = inkOf(line, areaOfOutline).translated(origin);
+    const QRectF ink = inkBounds(line, glyphOutlineBounds).translated(origin);
     return origin +
            QPointF(
-               shiftBetween(place.left(), place.right(), ink.left(), ink.right(), pixel.width()),
-               shiftBetween(place.top(), place.bottom(), ink.top(), ink.bottom(), pixel.height()));
+               shiftToFit(
+                   lineArea.left(), lineArea.right(), ink.left(), ink.right(), pixel.width()),
+               shiftToFit(
+                   lineArea.top(), lineArea.bottom(), ink.top(), ink.bottom(), pixel.height()));
 }
 
-void TextBlock::centreLines()
+void TextBlock::centerLines()
 {
     const double width = size().width();
     for (int number = 0; number < layout->lineCount(); ++number) {
@@ -210,8 +210,8 @@ void TextBlock::layOut(double width, QTextOption::WrapMode wrapMode)
     for (number = 0; number < layout->lineCount(); ++number) {
         QTextLine line = layout->lineAt(number);
         const double top = number * height;
-        const QRectF ink = inkOf(line, areaOfPixels);
-        const double shift = shiftBetween(top, top + height, ink.top(), ink.bottom());
+        const QRectF ink = inkBounds(line, glyphPixelBounds);
+        const double shift = shiftToFit(top, top + height, ink.top(), ink.bottom());
         line.setPosition(line.position() + QPointF(0, shift));
     }
 }

@@ -42,7 +42,7 @@ public:
 
 private:
     void layOut(double width, QTextOption::WrapMode wrapMode);
-    void centreLines();
+    void centerLines();
     /// Where the block's top left corner goes for one line to stand in its pixels.
     [[nodiscard]] QPointF originOf(int number, QPointF topLeft, const PixelGrid& grid) const;
 

@@ -67,10 +67,10 @@ TextBlock TextButton::block() const
         text(), font(), width() - around.left() - around.right() - symbolAdvance());
 }
 
-QRectF TextButton::areaOf(const TextBlock& laidOut) const
+QRectF TextButton::areaOf(const TextBlock& textBlock) const
 {
     const QRectF inside = QRectF(rect()).marginsRemoved(margins());
-    const double width = symbolAdvance() + laidOut.size().width();
+    const double width = symbolAdvance() + textBlock.size().width();
     return {
         std::floor(inside.left() + (inside.width() - width) / 2),
         inside.top(),
@@ -122,27 +122,27 @@ void TextButton::paintEvent(QPaintEvent* /*event*/)
             area.adjusted(half, half, -half, -half), cornerRadius - half));
     }
 
-    const TextBlock laidOut = block();
-    const QRectF label = areaOf(laidOut);
+    const TextBlock textBlock = block();
+    const QRectF label = areaOf(textBlock);
     const QColor color = textColor(palette());
     const int advance = symbolAdvance();
     if (advance > 0) {
         const QSize symbol =
             systemSymbolSize(appearance.systemSymbolName, appearance.fontPixelSize);
-        const QRect place(
+        const QRect symbolRect(
             QPoint(
                 static_cast<int>(label.left()),
                 static_cast<int>(label.center().y() - symbol.height() / 2.0)),
             symbol);
         painter.drawPixmap(
-            QStyle::visualRect(layoutDirection(), label.toRect(), place).topLeft(),
+            QStyle::visualRect(layoutDirection(), label.toRect(), symbolRect).topLeft(),
             systemSymbol(
                 appearance.systemSymbolName, appearance.fontPixelSize, color, devicePixelRatioF()));
     }
     painter.setPen(color);
     const double left =
         layoutDirection() == Qt::RightToLeft ? label.left() : label.left() + advance;
-    laidOut.draw(painter, {left, std::floor(label.center().y() - laidOut.size().height() / 2)});
+    textBlock.draw(painter, {left, std::floor(label.center().y() - textBlock.size().height() / 2)});
 }
 
 } // namespace orlimo

@@ -58,7 +58,7 @@ private:
     [[nodiscard]] int symbolAdvance() const;
     [[nodiscard]] TextBlock block() const;
     /// Laying out is most of the work: who has the block hands it in.
-    [[nodiscard]] QRectF areaOf(const TextBlock& laidOut) const;
+    [[nodiscard]] QRectF areaOf(const TextBlock& textBlock) const;
 
     Look appearance;
 };

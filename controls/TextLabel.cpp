@@ -52,8 +52,8 @@ bool TextLabel::hasHeightForWidth() const
 int TextLabel::heightForWidth(int width) const
 {
     // A layout asks for the width that it has, and then gives no more than the label takes.
-    const int taken = std::min(width, maximumWidth());
-    return static_cast<int>(TextBlock::wrapped(text(), font(), taken).size().height());
+    const int effectiveWidth = std::min(width, maximumWidth());
+    return static_cast<int>(TextBlock::wrapped(text(), font(), effectiveWidth).size().height());
 }
 
 TextBlock TextLabel::block() const
@@ -67,9 +67,9 @@ QRectF TextLabel::textArea() const
     return areaOf(block());
 }
 
-QRectF TextLabel::areaOf(const TextBlock& laidOut) const
+QRectF TextLabel::areaOf(const TextBlock& textBlock) const
 {
-    const QSizeF size = laidOut.size();
+    const QSizeF size = textBlock.size();
     const Qt::Alignment visual = QStyle::visualAlignment(layoutDirection(), alignment());
     double left = 0;
     if (visual.testFlag(Qt::AlignHCenter)) {
@@ -84,8 +84,8 @@ void TextLabel::paintEvent(QPaintEvent* /*event*/)
 {
     QPainter painter(this);
     painter.setPen(paintedColor());
-    const TextBlock laidOut = block();
-    laidOut.draw(painter, areaOf(laidOut).topLeft());
+    const TextBlock textBlock = block();
+    textBlock.draw(painter, areaOf(textBlock).topLeft());
 }
 
 } // namespace orlimo

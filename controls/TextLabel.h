@@ -46,7 +46,7 @@ protected:
 private:
     [[nodiscard]] TextBlock block() const;
     /// Laying out is most of the work: who has the block hands it in.
-    [[nodiscard]] QRectF areaOf(const TextBlock& laidOut) const;
+    [[nodiscard]] QRectF areaOf(const TextBlock& textBlock) const;
 
     PaletteColor color;
     Lines lines;

@@ -9,9 +9,9 @@ namespace orlimo {
 
 namespace {
 
-void logFailure(const LoginHost& host, bool enabling, const ServiceError& error)
+void logFailure(const LoginServices& services, bool enabling, const ServiceError& error)
 {
-    host.logger().error(
+    services.logger().error(
         "Failed to %s launch at login: %s",
         enabling ? "enable" : "disable",
         error.localizedDescription);
@@ -19,36 +19,38 @@ void logFailure(const LoginHost& host, bool enabling, const ServiceError& error)
 
 } // namespace
 
-bool LaunchAtLogin::isEnabled(const LoginHost& host)
+bool LaunchAtLogin::isEnabled(const LoginServices& services)
 {
-    return host.service.status() == LoginItemStatus::enabled;
+    return services.service.status() == LoginItemStatus::enabled;
 }
 
-void LaunchAtLogin::setEnabled(bool enabled, const LoginHost& host)
+void LaunchAtLogin::setEnabled(bool enabled, const LoginServices& services)
 {
     Q_EMIT observable().objectWillChange();
-    if (enabled && host.service.status() == LoginItemStatus::enabled) {
-        (void)host.service.unregisterItem();
+    if (enabled && services.service.status() == LoginItemStatus::enabled) {
+        (void)services.service.unregisterItem();
     }
-    if (const auto error = enabled ? host.service.registerItem() : host.service.unregisterItem()) {
-        logFailure(host, enabled, *error);
+    if (const auto error =
+            enabled ? services.service.registerItem() : services.service.unregisterItem())
+    {
+        logFailure(services, enabled, *error);
     }
 }
 
-void LaunchAtLogin::followAnswers(const LoginHost& host)
+void LaunchAtLogin::observeResponses(const LoginServices& services)
 {
-    host.service.setAnswerHandler(
-        [host](bool registering, const std::optional<ServiceError>& error) {
+    services.service.setResponseHandler(
+        [services](bool registering, const std::optional<ServiceError>& error) {
             Q_EMIT observable().objectWillChange();
             if (error) {
-                logFailure(host, registering, *error);
+                logFailure(services, registering, *error);
             }
         });
 }
 
-bool LaunchAtLogin::wasLaunchedAtLogin(const LoginHost& host)
+bool LaunchAtLogin::wasLaunchedAtLogin(const LoginServices& services)
 {
-    const auto event = host.currentLaunchEvent();
+    const auto event = services.currentLaunchEvent();
     return event && event->eventId == fourCharacterCode("oapp") &&
            event->propertyData == fourCharacterCode("lgit");
 }

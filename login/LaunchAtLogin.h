@@ -1,6 +1,6 @@
 #pragma once
 
-#include "login/LoginHost.h"
+#include "login/LoginServices.h"
 #include "platform/process/UnifiedLog.h"
 
 namespace orlimo {
@@ -18,27 +18,28 @@ public:
     LaunchAtLogin() = delete;
 
     /// Whether the program is registered and the user has not switched it off.
-    [[nodiscard]] static bool isEnabled(const LoginHost& host = LoginHost::native());
+    [[nodiscard]] static bool isEnabled(const LoginServices& services = LoginServices::native());
 
     /// Announces the change through observable(), then registers the program, afresh where it
     /// already is, or ends the registration. A failure is one entry in the log and nothing else.
-    static void setEnabled(bool enabled, const LoginHost& host = LoginHost::native());
+    static void setEnabled(bool enabled, const LoginServices& services = LoginServices::native());
 
     /// From now on, what the host of `host` answers only after the call is announced through
     /// observable() too, and a failure that it tells of then is an entry in the log like any other.
     /// Called once, before the first change.
-    static void followAnswers(const LoginHost& host = LoginHost::native());
+    static void observeResponses(const LoginServices& services = LoginServices::native());
 
     /// Whether the host's login item mechanism made this launch. False once launching has
     /// finished.
-    [[nodiscard]] static bool wasLaunchedAtLogin(const LoginHost& host = LoginHost::native());
+    [[nodiscard]] static bool
+    wasLaunchedAtLogin(const LoginServices& services = LoginServices::native());
 
     /// The one instance that views observe. Made at the first call, lives to the end of the
     /// process.
     [[nodiscard]] static Observable& observable();
 
 private:
-    friend struct LoginHost;
+    friend struct LoginServices;
 
     /// Made at the first call, lives to the end of the process.
     [[nodiscard]] static UnifiedLog& logger();

@@ -40,9 +40,9 @@ public:
         row->addWidget(labelField);
         row->addWidget(control);
         setFocusProxy(control);
-        if (QAccessibleInterface* const spoken = QAccessible::queryAccessibleInterface(labelField))
-        {
-            control->setAccessibleName(spoken->text(QAccessible::Name));
+        if (QAccessibleInterface* const accessibleLabel =
+                QAccessible::queryAccessibleInterface(labelField)) {
+            control->setAccessibleName(accessibleLabel->text(QAccessible::Name));
         }
 
         showState();

@@ -8,7 +8,7 @@ set(orlimo_platform_sources
     loginitem/linux/AutostartPortal.cpp
     preferences/linux/BooleanValue.cpp
     clipboard/linux/ClipboardPasteboard.cpp
-    clipboard/linux/ClipboardRoute.cpp
+    clipboard/linux/ClipboardBackend.cpp
     clipboard/linux/DataControlClipboard.cpp
     clipboard/linux/DataControlConnection.cpp
     clipboard/linux/DataControlDevice.cpp
@@ -20,7 +20,7 @@ set(orlimo_platform_sources
     files/linux/DirectoryListing.cpp
     process/linux/EnvironmentVariable.cpp
     process/FatalStop.cpp
-    process/FilledIn.cpp
+    process/Formatted.cpp
     files/linux/FileHandle.cpp
     clipboard/linux/GeneralPasteboard.cpp
     files/GrowthDetector.cpp
@@ -43,7 +43,7 @@ set(orlimo_platform_sources
     desktop/linux/SystemArguments.cpp
     clipboard/linux/TextTransfer.cpp
     clipboard/linux/TextTransfers.cpp
-    desktop/linux/ToolkitArguments.cpp
+    desktop/linux/QtArguments.cpp
     preferences/linux/UnstoredPreferences.cpp
     threads/linux/UptimeClock.cpp
     process/UserDatabase.cpp
@@ -75,9 +75,9 @@ set(orlimo_desktop_sources
     menubar/linux/StatusNotifierHosts.cpp
     desktop/linux/SvgSystemSymbol.cpp
     menubar/linux/SystemTraySelection.cpp
-    desktop/ToolkitTurns.cpp
+    desktop/QtLifecycle.cpp
     menubar/linux/TrayBackground.cpp
-    menubar/linux/TrayHost.cpp
+    menubar/linux/SystemTray.cpp
     menubar/linux/TrayIcon.cpp
     menubar/linux/TrayMenuBarExtra.cpp
     menubar/linux/WaylandFocus.cpp

@@ -1,6 +1,6 @@
 # What makes up the platform on macOS, seen from platform/.
 set(orlimo_platform_sources
-    files/macos/ChangeMeter.cpp
+    files/macos/FileChangeDetector.cpp
     files/macos/DirectoryListing.mm
     threads/macos/DispatchQueues.mm
     files/macos/DispatchVnodeSource.mm
@@ -16,10 +16,10 @@ set(orlimo_platform_sources
     process/macos/StringConversion.mm
     desktop/macos/SystemArguments.cpp
     process/macos/SystemUnifiedLog.mm
-    desktop/macos/ToolkitArguments.cpp
+    desktop/macos/QtArguments.cpp
     threads/macos/UptimeClock.cpp
     process/FatalStop.cpp
-    process/FilledIn.cpp
+    process/Formatted.cpp
     files/GrowthDetector.cpp
     process/JournalStream.cpp
     process/LogLine.cpp
@@ -31,8 +31,8 @@ set(orlimo_platform_sources
 set(orlimo_desktop_sources
     menubar/macos/ActionTarget.mm
     desktop/macos/AppKitFrontWindow.mm
-    desktop/macos/AppKitHost.mm
-    desktop/macos/AppKitTurns.mm
+    desktop/macos/AppKitServices.mm
+    desktop/macos/AppKitLifecycle.mm
     menubar/macos/BitmapImage.mm
     desktop/macos/CocoaSharedApplication.mm
     desktop/macos/ColorScheme.cpp
@@ -52,7 +52,7 @@ set(orlimo_desktop_sources
     desktop/ActivationObserver.cpp
     desktop/ApplicationActivity.cpp
     menubar/MenuBarWindow.cpp
-    desktop/ToolkitTurns.cpp
+    desktop/QtLifecycle.cpp
     menubar/WindowPlacement.cpp)
 set(orlimo_platform_libraries
     "-framework AppKit"

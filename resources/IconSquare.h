@@ -16,7 +16,7 @@ namespace orlimo {
 }
 
 /// That square in the middle of `area`.
-[[nodiscard]] inline QRect centredSquare(const QRect& area)
+[[nodiscard]] inline QRect centeredSquare(const QRect& area)
 {
     QRect square(QPoint(), squareIn(area.size()));
     square.moveCenter(area.center());

@@ -22,7 +22,7 @@ public:
     void paint(QPainter* painter, const QRect& area, QIcon::Mode mode, QIcon::State state) override
     {
         const double scale = painter->device()->devicePixelRatioF();
-        const QRect square = centredSquare(area);
+        const QRect square = centeredSquare(area);
         painter->drawPixmap(square, scaledPixmap(square.size() * scale, mode, state, scale));
     }
 
@@ -41,12 +41,12 @@ public:
     {
         // Whoever takes an icon takes all its sizes, and often more than once.
         const QSize square = squareIn(size);
-        auto known = drawn.find(square.width());
-        if (known == drawn.end()) {
+        auto cached = drawn.find(square.width());
+        if (cached == drawn.end()) {
             // The size counts pixels here, and points where the image is asked for.
-            known = drawn.insert({square.width(), image.drawn(square, 1)}).first;
+            cached = drawn.insert({square.width(), image.drawn(square, 1)}).first;
         }
-        QPixmap pixmap = known->second;
+        QPixmap pixmap = cached->second;
         pixmap.setDevicePixelRatio(scale);
         return pixmap;
     }

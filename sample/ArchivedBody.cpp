@@ -28,8 +28,9 @@ struct References
     std::uint8_t integerType;
 };
 
-constexpr References inMutable{.baseClass = 0x95, .stringClass = 0x98, .integerType = 0x9B};
-constexpr References inImmutable{.baseClass = 0x94, .stringClass = 0x96, .integerType = 0x99};
+constexpr References mutableReferences{.baseClass = 0x95, .stringClass = 0x98, .integerType = 0x9B};
+constexpr References immutableReferences{
+    .baseClass = 0x94, .stringClass = 0x96, .integerType = 0x99};
 
 /// Writes the archive, one element after the other.
 class Archive
@@ -73,7 +74,7 @@ private:
     std::vector<std::uint8_t> bytes;
 };
 
-void appendHead(Archive& archive)
+void appendHeader(Archive& archive)
 {
     archive.append({0x04}); // the format's version
     archive.appendCounted("streamtyped");
@@ -82,10 +83,10 @@ void appendHead(Archive& archive)
 }
 
 /// How many UTF-16 units the words have, the unit in which attributes count.
-std::size_t utf16Length(std::string_view words)
+std::size_t utf16Length(std::string_view text)
 {
     std::size_t length = 0;
-    for (const char byte : words) {
+    for (const char byte : text) {
         const auto value = static_cast<std::uint8_t>(byte);
         const bool startsCodePoint = (value & 0xC0U) != 0x80U;
         length += (startsCodePoint ? 1U : 0U) + (value >= 0xF0U ? 1U : 0U);
@@ -93,7 +94,7 @@ std::size_t utf16Length(std::string_view words)
     return length;
 }
 
-void appendMutableString(Archive& archive, std::string_view words)
+void appendMutableString(Archive& archive, std::string_view text)
 {
     archive.appendClass("NSMutableAttributedString", 0x00);
     archive.appendClass("NSAttributedString", 0x00);
@@ -101,50 +102,50 @@ void appendMutableString(Archive& archive, std::string_view words)
     archive.append({noSuperclass, objectType, newObject});
     archive.appendClass("NSMutableString", 0x01);
     archive.appendClass("NSString", 0x01);
-    archive.append({inMutable.baseClass, newObject, 0x01, countedBytesType});
-    archive.appendCounted(words);
+    archive.append({mutableReferences.baseClass, newObject, 0x01, countedBytesType});
+    archive.appendCounted(text);
 }
 
-void appendImmutableString(Archive& archive, std::string_view words)
+void appendImmutableString(Archive& archive, std::string_view text)
 {
     archive.appendClass("NSAttributedString", 0x00);
     archive.appendClass("NSObject", 0x00);
     archive.append({noSuperclass, objectType, newObject});
     archive.appendClass("NSString", 0x01);
-    archive.append({inImmutable.baseClass, newObject, 0x01, countedBytesType});
-    archive.appendCounted(words);
+    archive.append({immutableReferences.baseClass, newObject, 0x01, countedBytesType});
+    archive.appendCounted(text);
 }
 
 /// One run of attributes over all the words: the number of the message's part, which is 0.
-void appendAttributes(Archive& archive, std::size_t length, const References& known)
+void appendAttributes(Archive& archive, std::size_t length, const References& references)
 {
     archive.append({endOfObject, newObject, 0x02, 0x69, 0x49, 0x01});
     archive.appendLength(length);
     archive.append({objectType, newObject});
     archive.appendClass("NSDictionary", 0x00);
-    archive.append({known.baseClass, newObject, 0x01, 0x69, 0x01});
-    archive.append({objectType, newObject, known.stringClass, known.stringClass});
+    archive.append({references.baseClass, newObject, 0x01, 0x69, 0x01});
+    archive.append({objectType, newObject, references.stringClass, references.stringClass});
     archive.appendCounted("__kIMMessagePartAttributeName");
     archive.append({endOfObject, objectType, newObject});
     archive.appendClass("NSNumber", 0x00);
     archive.appendClass("NSValue", 0x00);
-    archive.append({known.baseClass, newObject, 0x01, 0x2A});
-    archive.append({newObject, known.integerType, known.integerType, 0x00});
+    archive.append({references.baseClass, newObject, 0x01, 0x2A});
+    archive.append({newObject, references.integerType, references.integerType, 0x00});
     archive.append({endOfObject, endOfObject, endOfObject});
 }
 
 } // namespace
 
-std::vector<std::uint8_t> archivedBody(std::string_view words, ArchivedString string)
+std::vector<std::uint8_t> archivedBody(std::string_view text, ArchivedString string)
 {
     Archive archive;
-    appendHead(archive);
+    appendHeader(archive);
     if (string == ArchivedString::mutableString) {
-        appendMutableString(archive, words);
-        appendAttributes(archive, utf16Length(words), inMutable);
+        appendMutableString(archive, text);
+        appendAttributes(archive, utf16Length(text), mutableReferences);
     } else {
-        appendImmutableString(archive, words);
-        appendAttributes(archive, utf16Length(words), inImmutable);
+        appendImmutableString(archive, text);
+        appendAttributes(archive, utf16Length(text), immutableReferences);
     }
     return archive.take();
 }

@@ -16,6 +16,6 @@ enum class ArchivedString {
 /// Messages application stores it: the stream's head, the class names, the words with their length
 /// in UTF-8 bytes, and one run of attributes over all of them. Throws std::length_error for words
 /// of more than 65535 bytes.
-[[nodiscard]] std::vector<std::uint8_t> archivedBody(std::string_view words, ArchivedString string);
+[[nodiscard]] std::vector<std::uint8_t> archivedBody(std::string_view text, ArchivedString string);
 
 } // namespace orlimo::sample

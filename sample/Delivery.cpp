@@ -13,7 +13,7 @@ namespace orlimo::sample {
 
 namespace {
 
-void note(const std::filesystem::path& file, const std::string& code)
+void recordCode(const std::filesystem::path& file, const std::string& code)
 {
     std::ofstream stream(file, std::ios::app);
     stream << code << std::endl;
@@ -23,14 +23,14 @@ void note(const std::filesystem::path& file, const std::string& code)
 }
 
 /// Waits for the time of the next message. False when the input that sets the pace has ended.
-bool awaitNext(SampleStore& store, const DeliveryPlan& plan, std::istream& input)
+bool waitForNext(SampleStore& store, const DeliveryOptions& options, std::istream& input)
 {
     std::string line;
-    if (plan.paced && !std::getline(input, line)) {
+    if (options.paced && !std::getline(input, line)) {
         return false;
     }
-    std::this_thread::sleep_for(plan.interval);
-    if (store.logSize() > plan.longestLog) {
+    std::this_thread::sleep_for(options.interval);
+    if (store.logSize() > options.maxLogSize) {
         try {
             store.truncateLog();
         } catch (const std::runtime_error&) { // NOLINT(bugprone-empty-catch)
@@ -43,17 +43,17 @@ bool awaitNext(SampleStore& store, const DeliveryPlan& plan, std::istream& input
 } // namespace
 
 void deliver(
-    SampleStore& store, const DeliveryPlan& plan, std::istream& input, std::ostream& output)
+    SampleStore& store, const DeliveryOptions& options, std::istream& input, std::ostream& output)
 {
     output << "ready" << std::endl;
     SampleCycle cycle;
-    for (long number = 0; !plan.count || number < *plan.count; ++number) {
-        if (!awaitNext(store, plan, input)) {
+    for (long number = 0; !options.count || number < *options.count; ++number) {
+        if (!waitForNext(store, options, input)) {
             return;
         }
         const CycleMessage next = cycle.next();
-        if (plan.expected && next.code) {
-            note(*plan.expected, *next.code);
+        if (options.expected && next.code) {
+            recordCode(*options.expected, *next.code);
         }
         store.append(next.message);
         output << next.description

@@ -11,7 +11,7 @@
 namespace orlimo::sample {
 
 /// How messages are delivered over time.
-struct DeliveryPlan
+struct DeliveryOptions
 {
     std::chrono::duration<double> interval{2.0};
     /// How many messages; without end where absent.
@@ -24,13 +24,13 @@ struct DeliveryPlan
     bool paced = false;
     /// The log is cut to nothing when it has become longer than this, in bytes, so that a long run
     /// does not fill the disk.
-    std::uintmax_t longestLog = 16'777'216;
+    std::uintmax_t maxLogSize = 16'777'216;
 };
 
 /// Delivers messages of the sample cycle to `store` as `plan` says: "ready" to `output`, then a
 /// line for each message once it is committed. Throws when the store or the file of codes cannot be
 /// written.
 void deliver(
-    SampleStore& store, const DeliveryPlan& plan, std::istream& input, std::ostream& output);
+    SampleStore& store, const DeliveryOptions& options, std::istream& input, std::ostream& output);
 
 } // namespace orlimo::sample

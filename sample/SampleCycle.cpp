@@ -9,34 +9,35 @@ namespace orlimo::sample {
 namespace {
 
 /// Digits of a script whose zero has the UTF-8 bytes `lead` and then `zero`.
-std::string inScript(const std::string& digits, std::string_view lead, unsigned char zero)
+std::string
+toScriptDigits(const std::string& digits, std::string_view leadBytes, unsigned char zero)
 {
     std::string written;
     for (const char digit : digits) {
-        written.append(lead).push_back(static_cast<char>(zero + (digit - '0')));
+        written.append(leadBytes).push_back(static_cast<char>(zero + (digit - '0')));
     }
     return written;
 }
 
-CycleMessage asText(const std::string& words, const std::optional<std::string>& code)
+CycleMessage textMessage(const std::string& text, const std::optional<std::string>& code)
 {
     return {
-        .message = {.text = words},
+        .message = {.text = text},
         .code = code,
-        .description = "in the text column: " + words,
+        .description = "in the text column: " + text,
     };
 }
 
-CycleMessage asBody(const std::string& words, const std::optional<std::string>& code)
+CycleMessage bodyMessage(const std::string& text, const std::optional<std::string>& code)
 {
     return {
-        .message = {.attributedBody = archivedBody(words, ArchivedString::mutableString)},
+        .message = {.attributedBody = archivedBody(text, ArchivedString::mutableString)},
         .code = code,
-        .description = "as a body alone: " + words,
+        .description = "as a body alone: " + text,
     };
 }
 
-CycleMessage asPicture()
+CycleMessage pictureMessage()
 {
     // A placeholder stands in the words for an attachment.
     return {
@@ -54,57 +55,58 @@ CycleMessage SampleCycle::next()
     constexpr int kinds = 12;
     switch (position++ % kinds) {
     case 0: {
-        const auto code = freshCode(6);
-        return asText("Your Orlimo sample code is " + code + ".", code);
+        const auto code = uniqueCode(6);
+        return textMessage("Your Orlimo sample code is " + code + ".", code);
     }
     case 1: {
-        const auto code = freshCode(6);
-        return asBody(code + " is your sample code. Do not share it.", code);
+        const auto code = uniqueCode(6);
+        return bodyMessage(code + " is your sample code. Do not share it.", code);
     }
     case 2:
-        return asText("Lunch at noon?", std::nullopt);
+        return textMessage("Lunch at noon?", std::nullopt);
     case 3: {
-        const auto code = freshCode(5);
-        return asText("Use " + code + " to sign in. Valid for 10 minutes.", code);
+        const auto code = uniqueCode(5);
+        return textMessage("Use " + code + " to sign in. Valid for 10 minutes.", code);
     }
     case 4: {
-        const auto code = inScript(freshCode(6), "\xEF\xBC", 0x90);
-        return asText("\xE8\xAA\x8D\xE8\xA8\xBC\xE3\x82\xB3\xE3\x83\xBC\xE3\x83\x89 " + code, code);
+        const auto code = toScriptDigits(uniqueCode(6), "\xEF\xBC", 0x90);
+        return textMessage(
+            "\xE8\xAA\x8D\xE8\xA8\xBC\xE3\x82\xB3\xE3\x83\xBC\xE3\x83\x89 " + code, code);
     }
     case 5:
-        return asPicture();
+        return pictureMessage();
     case 6: {
-        const auto code = freshCode(6);
-        return asBody(
+        const auto code = uniqueCode(6);
+        return bodyMessage(
             "Hello! Somebody, you we hope, asked for a code to sign in to the sample service. If "
             "it was not you, there is nothing that you have to do. The code is " +
                 code + ", and it is valid for ten minutes.",
             code);
     }
     case 7: {
-        const auto code = freshCode(4);
-        return asText("PIN " + code, code);
+        const auto code = uniqueCode(4);
+        return textMessage("PIN " + code, code);
     }
     case 8:
-        return asBody("Your parcel 00340434161094022115 is on its way.", std::nullopt);
+        return bodyMessage("Your parcel 00340434161094022115 is on its way.", std::nullopt);
     case 9: {
-        const auto code = inScript(freshCode(6), "\xD9", 0xA0);
-        return asBody(
+        const auto code = toScriptDigits(uniqueCode(6), "\xD9", 0xA0);
+        return bodyMessage(
             "\xD8\xB1\xD9\x85\xD8\xB2 \xD8\xA7\xD9\x84\xD8\xAA\xD8\xAD\xD9\x82\xD9\x82: " + code,
             code);
     }
     case 10: {
-        const auto code = freshCode(6);
-        return asText("Order 1234567: the code is " + code + ".", code);
+        const auto code = uniqueCode(6);
+        return textMessage("Order 1234567: the code is " + code + ".", code);
     }
     default: {
-        const auto code = freshCode(5);
-        return asBody("Code: " + code, code);
+        const auto code = uniqueCode(5);
+        return bodyMessage("Code: " + code, code);
     }
     }
 }
 
-std::string SampleCycle::freshCode(int digits) const
+std::string SampleCycle::uniqueCode(int digits) const
 {
     // A walk through all numbers of this length in large steps: with a step that shares no factor
     // with the range, none comes twice before all have come.

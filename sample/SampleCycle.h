@@ -27,7 +27,7 @@ public:
     [[nodiscard]] CycleMessage next();
 
 private:
-    [[nodiscard]] std::string freshCode(int digits) const;
+    [[nodiscard]] std::string uniqueCode(int digits) const;
 
     std::int64_t position = 0;
 };

@@ -16,10 +16,10 @@ namespace orlimo::sample {
 namespace {
 
 /// The present time as the store counts it: nanoseconds since the beginning of 2001, UTC.
-std::int64_t presentDate()
+std::int64_t currentDate()
 {
-    constexpr std::chrono::sys_days beginning = std::chrono::year(2001) / std::chrono::January / 1;
-    const std::chrono::nanoseconds date = std::chrono::system_clock::now() - beginning;
+    constexpr std::chrono::sys_days epoch = std::chrono::year(2001) / std::chrono::January / 1;
+    const std::chrono::nanoseconds date = std::chrono::system_clock::now() - epoch;
     return date.count();
 }
 
@@ -29,7 +29,7 @@ constexpr std::int64_t applicationId = 0x4F726C69;
 /// What people write to each other, without a code. Most of it is stored as a body alone.
 SampleMessage everydayMessage(std::int64_t index)
 {
-    constexpr std::array<std::string_view, 5> talk{
+    constexpr std::array<std::string_view, 5> texts{
         "On my way",
         "Lunch at noon?",
         "Gr\xC3\xBC\xC3\x9F"
@@ -38,15 +38,15 @@ SampleMessage everydayMessage(std::int64_t index)
         "not wait with dinner; there is bread and cheese in the kitchen.",
         "See you at 7",
     };
-    const std::string words(talk[static_cast<std::size_t>(index) % talk.size()]);
-    const auto body = archivedBody(words, ArchivedString::mutableString);
+    const std::string text(texts[static_cast<std::size_t>(index) % texts.size()]);
+    const auto body = archivedBody(text, ArchivedString::mutableString);
     const bool isFromMe = index % 3 == 0;
     constexpr int kinds = 8;
     switch (index % kinds) {
     case 0:
-        return {.text = words, .isFromMe = isFromMe};
+        return {.text = text, .isFromMe = isFromMe};
     case 1:
-        return {.text = words, .attributedBody = body, .isFromMe = isFromMe};
+        return {.text = text, .attributedBody = body, .isFromMe = isFromMe};
     case 2:
         return {
             .attributedBody = archivedBody("\xEF\xBF\xBC", ArchivedString::immutableString),
@@ -94,8 +94,8 @@ void SampleStore::open(const std::filesystem::path& file)
     if (result != SQLITE_OK) {
         throwErrorOf(opened);
     }
-    constexpr int patience = 5000;
-    (void)sqlite3_busy_timeout(opened, patience);
+    constexpr int busyTimeoutMs = 5000;
+    (void)sqlite3_busy_timeout(opened, busyTimeoutMs);
     // The log is then left in place too when this is the last connection that closes.
     (void)sqlite3_db_config(opened, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
 
@@ -143,7 +143,7 @@ void SampleStore::fill(std::int64_t number)
 {
     constexpr std::int64_t second = 1'000'000'000;
     constexpr std::int64_t rowsPerTransaction = 10'000;
-    const std::int64_t last = presentDate() - second;
+    const std::int64_t last = currentDate() - second;
     for (std::int64_t index = 0; index < number; ++index) {
         if (index % rowsPerTransaction == 0) {
             begin();
@@ -221,7 +221,7 @@ std::int64_t SampleStore::nextDate()
 {
     const std::int64_t newest =
         prepared(newestDate, "SELECT coalesce(max(date), 0) FROM message").integer();
-    return std::max(presentDate(), newest + 1);
+    return std::max(currentDate(), newest + 1);
 }
 
 std::int64_t SampleStore::insert(const SampleMessage& message, std::int64_t date)

@@ -13,18 +13,18 @@ namespace orlimo::sample {
 
 namespace {
 
-char escapedCharacter(std::string_view& rest)
+char escapedCharacter(std::string_view& remaining)
 {
-    const char kind = rest.empty() ? '\0' : rest.front();
-    if (kind == 'x' && rest.size() >= 3 &&
-        std::isxdigit(static_cast<unsigned char>(rest[1])) != 0 &&
-        std::isxdigit(static_cast<unsigned char>(rest[2])) != 0)
+    const char kind = remaining.empty() ? '\0' : remaining.front();
+    if (kind == 'x' && remaining.size() >= 3 &&
+        std::isxdigit(static_cast<unsigned char>(remaining[1])) != 0 &&
+        std::isxdigit(static_cast<unsigned char>(remaining[2])) != 0)
     {
-        const int value = std::stoi(std::string(rest.substr(1, 2)), nullptr, 16);
-        rest.remove_prefix(3);
+        const int value = std::stoi(std::string(remaining.substr(1, 2)), nullptr, 16);
+        remaining.remove_prefix(3);
         return static_cast<char>(value);
     }
-    rest.remove_prefix(rest.empty() ? 0 : 1);
+    remaining.remove_prefix(remaining.empty() ? 0 : 1);
     switch (kind) {
     case 'n':
         return '\n';
@@ -37,13 +37,13 @@ char escapedCharacter(std::string_view& rest)
     }
 }
 
-std::string unescaped(std::string_view words)
+std::string unescaped(std::string_view escaped)
 {
     std::string text;
-    while (!words.empty()) {
-        const char next = words.front();
-        words.remove_prefix(1);
-        text.push_back(next == '\\' ? escapedCharacter(words) : next);
+    while (!escaped.empty()) {
+        const char next = escaped.front();
+        escaped.remove_prefix(1);
+        text.push_back(next == '\\' ? escapedCharacter(escaped) : next);
     }
     return text;
 }
@@ -55,7 +55,7 @@ std::string append(SampleStore& store, const SampleMessage& message)
     return (inTransaction ? "added " : "committed ") + std::to_string(row);
 }
 
-std::string carryOut(SampleStore& store, std::string_view command, std::string_view argument)
+std::string execute(SampleStore& store, std::string_view command, std::string_view argument)
 {
     if (command == "text") {
         return append(store, {.text = unescaped(argument)});
@@ -97,11 +97,11 @@ void serve(SampleStore& store, std::istream& input, std::ostream& output)
     output << "ready" << std::endl;
     for (std::string line; std::getline(input, line) && line != "quit";) {
         const std::size_t space = line.find(' ');
-        const std::string_view whole = line;
+        const std::string_view lineView = line;
         const auto argument =
-            space == std::string::npos ? std::string_view() : whole.substr(space + 1);
+            space == std::string::npos ? std::string_view() : lineView.substr(space + 1);
         try {
-            output << carryOut(store, whole.substr(0, space), argument) << std::endl;
+            output << execute(store, lineView.substr(0, space), argument) << std::endl;
         } catch (const std::exception& error) {
             output << "error: " << error.what() << std::endl;
         }

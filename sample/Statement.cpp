@@ -56,7 +56,7 @@ void Statement::run()
 std::int64_t Statement::integer()
 {
     int result = sqlite3_step(statement);
-    const std::int64_t answer = result == SQLITE_ROW ? sqlite3_column_int64(statement, 0) : 0;
+    const std::int64_t value = result == SQLITE_ROW ? sqlite3_column_int64(statement, 0) : 0;
     while (result == SQLITE_ROW) {
         result = sqlite3_step(statement);
     }
@@ -65,7 +65,7 @@ std::int64_t Statement::integer()
     (void)sqlite3_clear_bindings(statement);
     parameter = 0;
     check(sqlite3_reset(statement));
-    return answer;
+    return value;
 }
 
 void Statement::check(int result)

@@ -48,7 +48,7 @@ public:
 };
 
 /// Whether the whole of `text` is a number, which is then in `number`.
-template <typename Number> [[nodiscard]] bool isRead(const std::string& text, Number& number)
+template <typename Number> [[nodiscard]] bool parseNumber(const std::string& text, Number& number)
 {
     const char* const end = text.data() + text.size();
     if constexpr (std::is_floating_point_v<Number>) {
@@ -70,10 +70,10 @@ class CommandLine
 public:
     explicit CommandLine(std::vector<std::string> words)
     {
-        std::vector<std::string> names;
+        std::vector<std::string> positional;
         for (std::size_t index = 0; index < words.size(); ++index) {
             if (!words[index].starts_with("--")) {
-                names.push_back(words[index]);
+                positional.push_back(words[index]);
             } else if (words[index] == "--paced") {
                 options[words[index]] = "";
             } else if (index + 1 < words.size()) {
@@ -83,11 +83,11 @@ public:
                 throw UsageError(words[index] + " needs a value");
             }
         }
-        if (names.size() != 2) {
+        if (positional.size() != 2) {
             throw UsageError("a command and a store are needed");
         }
-        command = names[0];
-        store = names[1];
+        command = positional[0];
+        store = positional[1];
     }
 
     [[nodiscard]] const std::string* take(const std::string& option)
@@ -96,27 +96,27 @@ public:
         if (found == options.end()) {
             return nullptr;
         }
-        taken.push_back(options.extract(found));
-        return &taken.back().mapped();
+        consumed.push_back(options.extract(found));
+        return &consumed.back().mapped();
     }
 
     /// The number that the option has; absent without the option. Throws where it has none.
     template <typename Number>
     [[nodiscard]] std::optional<Number> takeNumber(const std::string& option)
     {
-        constexpr Number greatest = 1'000'000'000;
+        constexpr Number maximum = 1'000'000'000;
         const std::string* const value = take(option);
         if (value == nullptr) {
             return std::nullopt;
         }
         Number number{};
-        if (!isRead(*value, number) || !(number >= 0 && number <= greatest)) {
+        if (!parseNumber(*value, number) || !(number >= 0 && number <= maximum)) {
             throw UsageError(option + " needs a number, not \"" + *value + "\"");
         }
         return number;
     }
 
-    void expectNothingElse() const
+    void rejectUnknownOptions() const
     {
         if (!options.empty()) {
             throw UsageError("unknown option " + options.begin()->first);
@@ -128,7 +128,7 @@ public:
 
 private:
     std::map<std::string, std::string> options;
-    std::vector<std::map<std::string, std::string>::node_type> taken;
+    std::vector<std::map<std::string, std::string>::node_type> consumed;
 };
 
 Synchronous takeSynchronous(CommandLine& line)
@@ -160,26 +160,26 @@ SampleMessage takeMessage(CommandLine& line)
     throw UsageError("append needs --text, --body or --immutable-body");
 }
 
-DeliveryPlan takePlan(CommandLine& line)
+DeliveryOptions takeDeliveryOptions(CommandLine& line)
 {
-    DeliveryPlan plan;
+    DeliveryOptions options;
     if (const auto interval = line.takeNumber<double>("--interval")) {
-        plan.interval = std::chrono::duration<double>(*interval);
+        options.interval = std::chrono::duration<double>(*interval);
     }
-    plan.count = line.takeNumber<long>("--count");
+    options.count = line.takeNumber<long>("--count");
     if (const auto* const file = line.take("--expected")) {
-        plan.expected = *file;
+        options.expected = *file;
     }
-    plan.paced = line.take("--paced") != nullptr;
-    return plan;
+    options.paced = line.take("--paced") != nullptr;
+    return options;
 }
 
-void carryOut(CommandLine& line)
+void execute(CommandLine& line)
 {
     const Synchronous synchronous = takeSynchronous(line);
     if (line.command == "create" || line.command == "serve") {
         const auto messages = line.takeNumber<std::int64_t>("--messages").value_or(0);
-        line.expectNothingElse();
+        line.rejectUnknownOptions();
         SampleStore store(line.store, synchronous);
         store.fill(messages);
         if (line.command == "serve") {
@@ -189,13 +189,13 @@ void carryOut(CommandLine& line)
         }
     } else if (line.command == "append") {
         const SampleMessage message = takeMessage(line);
-        line.expectNothingElse();
+        line.rejectUnknownOptions();
         std::cout << SampleStore(line.store, synchronous).append(message) << std::endl;
     } else if (line.command == "deliver") {
-        const DeliveryPlan plan = takePlan(line);
-        line.expectNothingElse();
+        const DeliveryOptions options = takeDeliveryOptions(line);
+        line.rejectUnknownOptions();
         SampleStore store(line.store, synchronous);
-        deliver(store, plan, std::cin, std::cout);
+        deliver(store, options, std::cin, std::cout);
     } else {
         throw UsageError("unknown command \"" + line.command + "\"");
     }
@@ -204,16 +204,16 @@ void carryOut(CommandLine& line)
 /// Does what the command line says and returns the exit status.
 int runProgram(std::vector<std::string> words)
 {
-    const auto asksForHelp = [](const std::string& word) {
-        return word == "--help" || word == "-h";
+    const auto isHelpOption = [](const std::string& argument) {
+        return argument == "--help" || argument == "-h";
     };
-    if (!words.empty() && (asksForHelp(words.front()) || asksForHelp(words.back()))) {
+    if (!words.empty() && (isHelpOption(words.front()) || isHelpOption(words.back()))) {
         std::cout << usage;
         return 0;
     }
     try {
         CommandLine line(std::move(words));
-        carryOut(line);
+        execute(line);
         return 0;
     } catch (const UsageError& error) {
         std::cerr << "orlimo-sample-store: " << error.what() << "; see --help\n";

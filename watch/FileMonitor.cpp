@@ -11,7 +11,7 @@ namespace {
 /// The shortest time between two calls of the delegate, in seconds.
 constexpr double reportingInterval = 1.6;
 
-FileHandle openLogged(const std::filesystem::path& file)
+FileHandle openAndLog(const std::filesystem::path& file)
 {
     // Said before the file is opened, so that it stands in the log also when that fails.
     writeLogLine("init file monitor");
@@ -20,18 +20,20 @@ FileHandle openLogged(const std::filesystem::path& file)
 
 } // namespace
 
-std::shared_ptr<FileMonitor> FileMonitor::create(std::filesystem::path url, const WatchHost& host)
+std::shared_ptr<FileMonitor>
+FileMonitor::create(std::filesystem::path url, const WatchServices& services)
 {
-    std::shared_ptr<FileMonitor> monitor(new FileMonitor(std::move(url), host));
+    std::shared_ptr<FileMonitor> monitor(new FileMonitor(std::move(url), services));
     monitor->start();
     return monitor;
 }
 
-FileMonitor::FileMonitor(std::filesystem::path watchedFile, const WatchHost& host)
-    : throttle(Throttle::create(reportingInterval, host.decisionQueue, host.mainQueue, host.clock))
+FileMonitor::FileMonitor(std::filesystem::path watchedFile, const WatchServices& services)
+    : throttle(Throttle::create(
+          reportingInterval, services.decisionQueue, services.mainQueue, services.clock))
     , url(std::move(watchedFile))
-    , fileHandle(openLogged(url))
-    , source(host.makeVnodeSource(fileHandle.fileDescriptor(), vnodeExtend, host.mainQueue))
+    , fileHandle(openAndLog(url))
+    , source(services.makeVnodeSource(fileHandle.fileDescriptor(), vnodeExtend, services.mainQueue))
 {}
 
 FileMonitor::~FileMonitor()
@@ -39,9 +41,9 @@ FileMonitor::~FileMonitor()
     source->cancel();
 }
 
-void FileMonitor::setDelegate(std::weak_ptr<FileMonitorDelegate> whoIsTold)
+void FileMonitor::setDelegate(std::weak_ptr<FileMonitorDelegate> newDelegate)
 {
-    delegate = std::move(whoIsTold);
+    delegate = std::move(newDelegate);
 }
 
 void FileMonitor::start()
@@ -66,8 +68,8 @@ void FileMonitor::sourceDidFire()
         return;
     }
     throttle->throttle([self = shared_from_this()] {
-        if (const auto present = self->delegate.lock()) {
-            present->fileDidChange();
+        if (const auto strongDelegate = self->delegate.lock()) {
+            strongDelegate->fileDidChange();
         }
     });
 }

@@ -4,7 +4,7 @@
 #include "platform/files/VnodeSource.h"
 #include "watch/FileMonitorDelegate.h"
 #include "watch/Throttle.h"
-#include "watch/WatchHost.h"
+#include "watch/WatchServices.h"
 
 #include <filesystem>
 #include <memory>
@@ -22,17 +22,17 @@ public:
     /// Starts to watch `url`. Throws std::system_error with the host's error when the file cannot
     /// be opened or watched. Growth in the first 1.6 seconds is not reported.
     static std::shared_ptr<FileMonitor>
-    create(std::filesystem::path url, const WatchHost& host = WatchHost::native());
+    create(std::filesystem::path url, const WatchServices& services = WatchServices::native());
 
     ~FileMonitor();
     FileMonitor(const FileMonitor&) = delete;
     FileMonitor& operator=(const FileMonitor&) = delete;
 
     /// Who is told from now on. Not kept alive: a delegate that has gone away is not told.
-    void setDelegate(std::weak_ptr<FileMonitorDelegate> whoIsTold);
+    void setDelegate(std::weak_ptr<FileMonitorDelegate> newDelegate);
 
 private:
-    FileMonitor(std::filesystem::path watchedFile, const WatchHost& host);
+    FileMonitor(std::filesystem::path watchedFile, const WatchServices& services);
 
     void start();
     void sourceDidFire();

@@ -14,7 +14,7 @@ namespace {
 constexpr std::string_view probeFolder = "~/Library/Containers/com.apple.stocks";
 
 /// The path as a folder's address gives it: absolute, without a slash at its end.
-std::string addressPath(const std::string& folder)
+std::string absolutePath(const std::string& folder)
 {
     std::string path = std::filesystem::absolute(folder.empty() ? "." : folder).string();
     while (path.size() > 1 && path.back() == '/') {
@@ -45,7 +45,7 @@ bool hasFullDiskAccess(const std::function<std::optional<UserEntry>()>& userEntr
         if (!entry->homeDirectory) {
             fatalStop("the user database knows no home folder for this user");
         }
-        folder = withTildesReplaced(probeFolder, addressPath(*entry->homeDirectory));
+        folder = withTildesReplaced(probeFolder, absolutePath(*entry->homeDirectory));
     }
     return contentsOfDirectory(folder).has_value();
 }

@@ -19,21 +19,21 @@ DrawnView clippedToRoundedRectangle(DrawnView view, double cornerRadius)
         picture.setDevicePixelRatio(scale);
         picture.fill(Qt::transparent);
 
-        QPainter apart(&picture);
-        apart.setRenderHints(painter.renderHints());
-        apart.setPen(painter.pen());
-        view.draw(apart);
+        QPainter layerPainter(&picture);
+        layerPainter.setRenderHints(painter.renderHints());
+        layerPainter.setPen(painter.pen());
+        view.draw(layerPainter);
         QPixmap mask(picture.size());
         mask.setDevicePixelRatio(scale);
         mask.fill(Qt::transparent);
-        QPainter masking(&mask);
-        masking.setRenderHint(QPainter::Antialiasing);
-        masking.fillPath(
+        QPainter maskPainter(&mask);
+        maskPainter.setRenderHint(QPainter::Antialiasing);
+        maskPainter.fillPath(
             continuousRoundedRectangle(QRectF(QPointF(), view.size), cornerRadius), Qt::black);
-        masking.end();
-        apart.setCompositionMode(QPainter::CompositionMode_DestinationIn);
-        apart.drawPixmap(0, 0, mask);
-        apart.end();
+        maskPainter.end();
+        layerPainter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
+        layerPainter.drawPixmap(0, 0, mask);
+        layerPainter.end();
 
         painter.drawPixmap(0, 0, picture);
     };

@@ -31,7 +31,7 @@ GuidanceWindow::GuidanceWindow(QWidget* content, const QRectF& contentArea)
           nullptr,
           Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint)
 {
-    announceWindows();
+    installAccessibleWindowFactory();
     InitialFocus::attach(*this);
     setWindowIcon(imageIcon(QStringLiteral("logo")));
     setPalette(darkPalette());
@@ -41,9 +41,9 @@ GuidanceWindow::GuidanceWindow(QWidget* content, const QRectF& contentArea)
     setFixedSize(contentArea.size().toSize());
     // Qt places windows on whole points only, on every system.
     setGeometry(contentArea.toRect());
-    restoring.setSingleShot(true);
-    restoring.setInterval(0);
-    connect(&restoring, &QTimer::timeout, this, [this] {
+    restoreTimer.setSingleShot(true);
+    restoreTimer.setInterval(0);
+    connect(&restoreTimer, &QTimer::timeout, this, [this] {
         setWindowState(windowState() & ~Qt::WindowMinimized);
         activateWindow();
     });
@@ -60,7 +60,7 @@ void GuidanceWindow::changeEvent(QEvent* event)
     QWidget::changeEvent(event);
     if (event->type() == QEvent::WindowStateChange && isMinimized()) {
         // Later, when Qt has dealt with the change.
-        restoring.start();
+        restoreTimer.start();
     }
 }
 

@@ -29,7 +29,7 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
-    QTimer restoring;
+    QTimer restoreTimer;
 };
 
 } // namespace orlimo

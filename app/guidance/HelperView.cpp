@@ -58,7 +58,7 @@ QWidget* makeButton(TextButton* button)
 } // namespace
 
 HelperView::HelperView(std::function<bool(const QUrl&)> open)
-    : openAddress(std::move(open))
+    : urlOpener(std::move(open))
 {
     requireMainThread();
     auto* stack = new QVBoxLayout(this);
@@ -102,7 +102,7 @@ void HelperView::openSystemSettings()
     requireMainThread();
     const QUrl url(QString::fromUtf16(settingsPage), QUrl::StrictMode);
     if (url.isValid()) {
-        openAddress(url);
+        urlOpener(url);
     }
 }
 

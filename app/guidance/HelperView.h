@@ -24,7 +24,7 @@ public:
 private:
     void openSystemSettings();
 
-    std::function<bool(const QUrl&)> openAddress;
+    std::function<bool(const QUrl&)> urlOpener;
 };
 
 } // namespace orlimo

@@ -21,7 +21,7 @@ CodeLabel::CodeLabel()
     // Selecting by the keyboard would show a caret, which looks like one more digit.
     setTextInteractionFlags(Qt::TextSelectableByMouse);
     setAlignment(Qt::AlignCenter);
-    moveInkToTheMiddle();
+    centerInk();
     setFixedHeight(topPadding + metrics::lineHeight(fontPixelSize));
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 }
@@ -31,7 +31,7 @@ void CodeLabel::setCode(const QString& code)
     if (text() != code) {
         setSelection(0, 0);
         setText(code);
-        moveInkToTheMiddle();
+        centerInk();
     }
 }
 
@@ -44,7 +44,7 @@ void CodeLabel::hideEvent(QHideEvent* event)
     }
 }
 
-void CodeLabel::moveInkToTheMiddle()
+void CodeLabel::centerInk()
 {
     // The text is laid out with the kerning after the last digit too, and digits have more room on
     // one side than on the other.

@@ -27,7 +27,7 @@ protected:
     void hideEvent(QHideEvent* event) override;
 
 private:
-    void moveInkToTheMiddle();
+    void centerInk();
 };
 
 } // namespace orlimo

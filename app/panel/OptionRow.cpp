@@ -22,19 +22,19 @@ QAccessibleInterface* makeAccessibleRow(const QString& /*className*/, QObject* o
 
 } // namespace
 
-OptionRow::OptionRow(const QString& text, bool on, int leastTextWidth)
+OptionRow::OptionRow(const QString& text, bool on, int minTextWidth)
     : label(new TextLabel(text, metrics::bodyFontSize))
-    , onOff(new Switch)
+    , switchControl(new Switch)
 {
-    label->setMinimumWidth(leastTextWidth);
-    onOff->setChecked(on);
-    onOff->setAccessibleName(text);
+    label->setMinimumWidth(minTextWidth);
+    switchControl->setChecked(on);
+    switchControl->setAccessibleName(text);
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(padding, padding, padding, padding);
     row->setSpacing(metrics::defaultSpacing);
     row->addWidget(label, 0, Qt::AlignVCenter);
     row->addWidget(new Spacer(Qt::Horizontal), 1);
-    row->addWidget(onOff, 0, Qt::AlignVCenter);
+    row->addWidget(switchControl, 0, Qt::AlignVCenter);
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     QAccessible::installFactory(makeAccessibleRow);
 }

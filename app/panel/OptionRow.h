@@ -14,10 +14,10 @@ class OptionRow : public QWidget
     Q_OBJECT
 
 public:
-    /// `leastTextWidth`: how wide the text's frame is at the least, in points; 0 for no frame.
-    OptionRow(const QString& text, bool on, int leastTextWidth = 0);
+    /// `minTextWidth`: how wide the text's frame is at the least, in points; 0 for no frame.
+    OptionRow(const QString& text, bool on, int minTextWidth = 0);
 
-    [[nodiscard]] Switch& toggle() const { return *onOff; }
+    [[nodiscard]] Switch& toggle() const { return *switchControl; }
     [[nodiscard]] TextLabel& text() const { return *label; }
 
     /// The least width of a framed text, and what surrounds the row, in points.
@@ -26,7 +26,7 @@ public:
 
 private:
     TextLabel* label;
-    Switch* onOff;
+    Switch* switchControl;
 };
 
 } // namespace orlimo

@@ -30,12 +30,12 @@ SymbolLabel* makeTitle(const QString& text, const QString& symbolName)
 
 } // namespace
 
-PopupView::PopupView(std::shared_ptr<Message> controller, PanelHost panelHost)
+PopupView::PopupView(std::shared_ptr<Message> controller, PanelServices panelServices)
     : message(std::move(controller))
-    , host(std::move(panelHost))
-    , capturingEnabled(host.userDefaults.boolForKey(preference::capturingEnabled))
-    , fourDigitInclude(host.userDefaults.boolForKey(preference::fourDigitInclude))
-    , loginItemEnabled(host.userDefaults.boolForKey(preference::loginItemEnabled))
+    , services(std::move(panelServices))
+    , capturingEnabled(services.userDefaults.boolForKey(preference::capturingEnabled))
+    , fourDigitInclude(services.userDefaults.boolForKey(preference::fourDigitInclude))
+    , loginItemEnabled(services.userDefaults.boolForKey(preference::loginItemEnabled))
 {
     requireMainThread();
     auto* stack = new QVBoxLayout(this);
@@ -69,22 +69,22 @@ GroupBox* PopupView::makeCaptureOptions()
         OptionRow::framedTextWidth);
     // After the preference has been stored: connections are served in the order they were made.
     connect(&loginItem->toggle(), &Switch::toggled, this, [this](bool on) {
-        host.setLaunchAtLogin(on);
+        services.setLaunchAtLogin(on);
     });
     group->addView(loginItem);
     return group;
 }
 
 OptionRow* PopupView::makeOption(
-    const QString& text, std::string_view preferenceKey, bool& state, int leastTextWidth)
+    const QString& text, std::string_view preferenceKey, bool& state, int minTextWidth)
 {
-    auto* row = new OptionRow(text, state, leastTextWidth);
+    auto* row = new OptionRow(text, state, minTextWidth);
     row->toggle().setObjectName(
         QLatin1String(preferenceKey.data(), static_cast<qsizetype>(preferenceKey.size())));
     connect(&row->toggle(), &Switch::toggled, this, [this, preferenceKey, &state](bool on) {
         requireMainThread();
         state = on;
-        host.userDefaults.setBool(on, preferenceKey);
+        services.userDefaults.setBool(on, preferenceKey);
     });
     return row;
 }
@@ -126,8 +126,8 @@ void PopupView::appear()
 void PopupView::copyCode()
 {
     requireMainThread();
-    host.pasteboard.declareTypes({PasteboardType::string});
-    host.pasteboard.setString(code, PasteboardType::string);
+    services.pasteboard.declareTypes({PasteboardType::string});
+    services.pasteboard.setString(code, PasteboardType::string);
 }
 
 void PopupView::showState()

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/panel/PanelHost.h"
+#include "app/panel/PanelServices.h"
 #include "capture/Message.h"
 
 #include <QWidget>
@@ -25,7 +25,7 @@ class PopupView : public QWidget
 
 public:
     explicit PopupView(
-        std::shared_ptr<Message> controller, PanelHost panelHost = PanelHost::native());
+        std::shared_ptr<Message> controller, PanelServices panelServices = PanelServices::native());
 
     /// What the panel shows, and its copy button copies; empty until a code was found.
     [[nodiscard]] const std::string& verificationCode() const { return code; }
@@ -37,14 +37,14 @@ private:
     [[nodiscard]] GroupBox* makeCaptureOptions();
     /// A row whose switch stands as `state` says, and keeps both it and the preference up to date.
     [[nodiscard]] OptionRow* makeOption(
-        const QString& text, std::string_view preferenceKey, bool& state, int leastTextWidth = 0);
+        const QString& text, std::string_view preferenceKey, bool& state, int minTextWidth = 0);
     [[nodiscard]] GroupBox* makeLatestCode();
     void appear();
     void copyCode();
     void showState();
 
     std::shared_ptr<Message> message;
-    PanelHost host;
+    PanelServices services;
     bool capturingEnabled;
     bool fourDigitInclude;
     bool loginItemEnabled;

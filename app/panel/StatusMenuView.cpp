@@ -37,20 +37,20 @@ TextButton* makeCommand(const QString& title, const QString& name, TextButton::S
 
 } // namespace
 
-StatusMenuView::StatusMenuView(std::shared_ptr<Message> controller, MenuHost menuHost)
-    : host(std::move(menuHost))
+StatusMenuView::StatusMenuView(std::shared_ptr<Message> controller, MenuServices menuServices)
+    : services(std::move(menuServices))
     , message(std::move(controller))
 {
     requireMainThread();
     setFixedSize(size);
-    announceWindows();
+    installAccessibleWindowFactory();
     InitialFocus::attach(*this);
     // It fills itself, so that the toolkit need not do so before.
     setAttribute(Qt::WA_OpaquePaintEvent);
     auto* stack = new QVBoxLayout(this);
     stack->setContentsMargins(0, 0, 0, 0);
     stack->setSpacing(stackSpacing);
-    auto* panel = new PopupView(message, host.panel);
+    auto* panel = new PopupView(message, services.panel);
     panel->setObjectName(QStringLiteral("panel"));
     stack->addWidget(panel);
     stack->addWidget(new Spacer(Qt::Vertical), 1);
@@ -89,22 +89,22 @@ QWidget* StatusMenuView::makeCommands() const
 void StatusMenuView::showAbout() const
 {
     requireMainThread();
-    host.application().orderFrontStandardAboutPanel({});
+    services.application().orderFrontStandardAboutPanel({});
 }
 
 void StatusMenuView::openWebsite() const
 {
     requireMainThread();
-    const QUrl url(QString::fromStdString(host.website), QUrl::StrictMode);
+    const QUrl url(QString::fromStdString(services.website), QUrl::StrictMode);
     if (url.isValid()) {
-        host.openUrl(url);
+        services.openUrl(url);
     }
 }
 
 void StatusMenuView::quit() const
 {
     requireMainThread();
-    host.application().terminate();
+    services.application().terminate();
 }
 
 void StatusMenuView::paintEvent(QPaintEvent* /*event*/)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/panel/MenuHost.h"
+#include "app/panel/MenuServices.h"
 #include "capture/Message.h"
 
 #include <QWidget>
@@ -21,7 +21,7 @@ class StatusMenuView : public QWidget
 
 public:
     explicit StatusMenuView(
-        std::shared_ptr<Message> controller, MenuHost menuHost = MenuHost::native());
+        std::shared_ptr<Message> controller, MenuServices menuServices = MenuServices::native());
 
     static constexpr QSize size{300, 540};
 
@@ -34,7 +34,7 @@ private:
     void openWebsite() const;
     void quit() const;
 
-    MenuHost host;
+    MenuServices services;
     std::shared_ptr<Message> message;
 };
 

@@ -12,7 +12,7 @@
 
 namespace {
 
-void say(std::string_view line)
+void writeOutput(std::string_view line)
 {
     if (::write(STDOUT_FILENO, line.data(), line.size()) < 0) {
         std::abort();
@@ -40,7 +40,7 @@ int main(int argc, char* argv[])
 {
     const QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
-    say("application\n");
+    writeOutput("application\n");
     QWidget window;
     window.setWindowFlags(Qt::Tool | Qt::FramelessWindowHint);
     window.setFixedSize(300, 540);
@@ -59,6 +59,6 @@ int main(int argc, char* argv[])
         }
     });
     icon.show();
-    say("icon\n");
+    writeOutput("icon\n");
     return QApplication::exec();
 }

@@ -39,7 +39,7 @@ QAccessibleInterface* makeAccessibleWindow(const QString& className, QObject* ob
 
 } // namespace
 
-void announceWindows()
+void installAccessibleWindowFactory()
 {
     QAccessible::installFactory(makeAccessibleWindow);
 }

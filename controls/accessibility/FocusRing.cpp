@@ -13,14 +13,14 @@ namespace {
 
 constexpr double ringWidth = 2;
 
-bool cameByKeyboard(const QFocusEvent& event)
+bool isKeyboardFocus(const QFocusEvent& event)
 {
     return event.reason() == Qt::TabFocusReason || event.reason() == Qt::BacktabFocusReason ||
            event.reason() == Qt::ShortcutFocusReason;
 }
 
 /// Whether the focus only went to another window, or comes back from there.
-bool isOfWindows(const QFocusEvent& event)
+bool isWindowFocusChange(const QFocusEvent& event)
 {
     return event.reason() == Qt::ActiveWindowFocusReason || event.reason() == Qt::PopupFocusReason;
 }
@@ -33,9 +33,9 @@ void FocusRing::attach(QWidget& control, double cornerRadius, int inset)
     new FocusRing(control, cornerRadius, inset);
 }
 
-FocusRing::FocusRing(QWidget& surrounded, double radius, int controlInset)
-    : QWidget(&surrounded)
-    , control(surrounded)
+FocusRing::FocusRing(QWidget& targetControl, double radius, int controlInset)
+    : QWidget(&targetControl)
+    , control(targetControl)
     , cornerRadius(radius)
     , inset(controlInset)
 {
@@ -54,19 +54,19 @@ bool FocusRing::eventFilter(QObject* /*watched*/, QEvent* event)
     switch (event->type()) {
     case QEvent::FocusIn: {
         const auto& focus = *static_cast<QFocusEvent*>(event);
-        if (cameByKeyboard(focus) || (isOfWindows(focus) && comesBack)) {
-            surround();
+        if (isKeyboardFocus(focus) || (isWindowFocusChange(focus) && restoreOnActivation)) {
+            showAroundControl();
         }
         break;
     }
     case QEvent::FocusOut:
-        comesBack = !isHidden() && isOfWindows(*static_cast<QFocusEvent*>(event));
+        restoreOnActivation = !isHidden() && isWindowFocusChange(*static_cast<QFocusEvent*>(event));
         hide();
         break;
     case QEvent::KeyPress:
         // A modifier alone has no text and works on no control.
         if (!static_cast<QKeyEvent*>(event)->text().isEmpty() && control.hasFocus()) {
-            surround();
+            showAroundControl();
         }
         break;
     case QEvent::Hide:
@@ -78,7 +78,7 @@ bool FocusRing::eventFilter(QObject* /*watched*/, QEvent* event)
     case QEvent::Move:
     case QEvent::Resize:
         if (isVisible()) {
-            surround();
+            showAroundControl();
         }
         break;
     default:
@@ -87,12 +87,12 @@ bool FocusRing::eventFilter(QObject* /*watched*/, QEvent* event)
     return false;
 }
 
-void FocusRing::surround()
+void FocusRing::showAroundControl()
 {
     setParent(control.window());
     const QRect area(control.mapTo(control.window(), QPoint(0, 0)), control.size());
-    const int outward = reach - inset;
-    setGeometry(area.adjusted(-outward, -outward, outward, outward));
+    const int margin = outset - inset;
+    setGeometry(area.adjusted(-margin, -margin, margin, margin));
     raise();
     show();
 }
@@ -104,7 +104,7 @@ void FocusRing::paintEvent(QPaintEvent* /*event*/)
     painter.setPen(QPen(focusRingColor(control.palette()), ringWidth));
     constexpr double half = ringWidth / 2;
     painter.drawPath(continuousRoundedRectangle(
-        QRectF(rect()).adjusted(half, half, -half, -half), cornerRadius + reach - half));
+        QRectF(rect()).adjusted(half, half, -half, -half), cornerRadius + outset - half));
 }
 
 } // namespace orlimo

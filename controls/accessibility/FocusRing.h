@@ -15,22 +15,22 @@ public:
     static void attach(QWidget& control, double cornerRadius, int inset = 0);
 
     /// How far the ring reaches beyond the control, in points.
-    static constexpr int reach = 3;
+    static constexpr int outset = 3;
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    FocusRing(QWidget& surrounded, double radius, int controlInset);
+    FocusRing(QWidget& targetControl, double radius, int controlInset);
 
-    void surround();
+    void showAroundControl();
 
     QWidget& control;
     double cornerRadius;
     int inset;
     /// Whether the focus went to another window while the ring was there.
-    bool comesBack = false;
+    bool restoreOnActivation = false;
 };
 
 } // namespace orlimo

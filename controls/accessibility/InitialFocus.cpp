@@ -10,9 +10,9 @@ void InitialFocus::attach(QWidget& window)
     new InitialFocus(window);
 }
 
-InitialFocus::InitialFocus(QWidget& focused)
-    : QObject(&focused)
-    , window(focused)
+InitialFocus::InitialFocus(QWidget& targetWindow)
+    : QObject(&targetWindow)
+    , window(targetWindow)
 {
     window.installEventFilter(this);
 }

@@ -17,7 +17,7 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    explicit InitialFocus(QWidget& focused);
+    explicit InitialFocus(QWidget& targetWindow);
 
     QWidget& window;
 };

@@ -39,11 +39,11 @@ contrastingColor(const QColor& color, std::initializer_list<QColor> backgrounds,
         lightest = std::max(lightest, luminance);
     }
     const bool onDark = contrastOfLuminances(lightest, 1) > contrastOfLuminances(darkest, 0);
-    const QColor goal = onDark ? Qt::white : Qt::black;
+    const QColor target = onDark ? Qt::white : Qt::black;
     constexpr int steps = 64;
     for (int step = 0; step < steps; ++step) {
         // Rounded to what is painted before it is judged.
-        const QColor candidate(mixed(color, goal, static_cast<double>(step) / steps).rgb());
+        const QColor candidate(mixed(color, target, static_cast<double>(step) / steps).rgb());
         const double luminance = relativeLuminance(candidate);
         if (contrastOfLuminances(luminance, darkest) >= contrast &&
             contrastOfLuminances(luminance, lightest) >= contrast)
@@ -51,7 +51,7 @@ contrastingColor(const QColor& color, std::initializer_list<QColor> backgrounds,
             return candidate;
         }
     }
-    return goal;
+    return target;
 }
 
 QColor textOver(const QPalette& palette, double opacity)
@@ -67,7 +67,7 @@ QColor outline(const QPalette& palette, double opacity)
 }
 
 /// As the user chose it.
-QColor chosenAccent(const QPalette& palette)
+QColor userAccent(const QPalette& palette)
 {
 #if QT_VERSION >= QT_VERSION_CHECK(6, 6, 0)
     return palette.color(QPalette::Accent);
@@ -98,10 +98,10 @@ QColor blended(const QColor& color, const QColor& background)
     return mixed(background, color, color.alphaF());
 }
 
-QColor mixed(const QColor& from, const QColor& to, double share)
+QColor mixed(const QColor& from, const QColor& to, double fraction)
 {
-    const auto component = [share](float start, float end) {
-        return static_cast<float>(start + (end - start) * share);
+    const auto component = [fraction](float start, float end) {
+        return static_cast<float>(start + (end - start) * fraction);
     };
     return QColor::fromRgbF(
         component(from.redF(), to.redF()),
@@ -113,8 +113,8 @@ bool isHighContrast(const QPalette& palette)
 {
     // Black on white has 21 and yellow on black 19.6; ordinary windows, such as those with black
     // on a light gray, have less than 18.5.
-    constexpr double least = 19;
-    return contrastRatio(textColor(palette), windowColor(palette)) >= least;
+    constexpr double minContrast = 19;
+    return contrastRatio(textColor(palette), windowColor(palette)) >= minContrast;
 }
 
 QColor windowColor(const QPalette& palette)
@@ -147,12 +147,12 @@ QColor whiteColor(const QPalette& /*palette*/)
 
 QColor accentColor(const QPalette& palette)
 {
-    return legibleColor(chosenAccent(palette), Qt::white);
+    return legibleColor(userAccent(palette), Qt::white);
 }
 
 QColor focusRingColor(const QPalette& palette)
 {
-    return distinctColor(chosenAccent(palette), palette);
+    return distinctColor(userAccent(palette), palette);
 }
 
 QColor separatorColor(const QPalette& palette)

@@ -33,7 +33,7 @@ inline constexpr double distinctContrast = 3;
 [[nodiscard]] QColor blended(const QColor& color, const QColor& background);
 
 /// The opaque colour on the way from one to another, at `share` of it: 0 to 1.
-[[nodiscard]] QColor mixed(const QColor& from, const QColor& to, double share);
+[[nodiscard]] QColor mixed(const QColor& from, const QColor& to, double fraction);
 
 /// Whether text and window are about as far apart as black and white, as in the palettes made for
 /// people with low vision: lines and shapes are to be distinct there, too.

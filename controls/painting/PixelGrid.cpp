@@ -8,25 +8,27 @@
 namespace orlimo {
 
 PixelGrid::PixelGrid(const QPainter& painter)
-    : toPixels(painter.deviceTransform())
-    , hasPixels(toPixels.type() <= QTransform::TxScale && toPixels.m11() > 0 && toPixels.m22() > 0)
+    : pixelTransform(painter.deviceTransform())
+    , isAlignable(
+          pixelTransform.type() <= QTransform::TxScale && pixelTransform.m11() > 0 &&
+          pixelTransform.m22() > 0)
 {}
 
-bool PixelGrid::isOfPoints() const
+bool PixelGrid::hasPointSizedPixels() const
 {
     return pixelSize() == QSizeF(1, 1);
 }
 
 QRectF PixelGrid::snapped(const QRectF& area) const
 {
-    if (!hasPixels) {
+    if (!isAlignable) {
         return area;
     }
-    const QRectF pixels = toPixels.mapRect(area);
-    const auto edge = [](double place) { return std::floor(place + 0.5); };
+    const QRectF pixels = pixelTransform.mapRect(area);
+    const auto edge = [](double coordinate) { return std::floor(coordinate + 0.5); };
     const QPointF topLeft(edge(pixels.left()), edge(pixels.top()));
     const QPointF bottomRight(edge(pixels.right()), edge(pixels.bottom()));
-    return toPixels.inverted().mapRect(QRectF(topLeft, bottomRight));
+    return pixelTransform.inverted().mapRect(QRectF(topLeft, bottomRight));
 }
 
 double PixelGrid::lineWidth() const
@@ -37,7 +39,7 @@ double PixelGrid::lineWidth() const
 
 QSizeF PixelGrid::pixelSize() const
 {
-    return hasPixels ? QSizeF(1 / toPixels.m11(), 1 / toPixels.m22()) : QSizeF(1, 1);
+    return isAlignable ? QSizeF(1 / pixelTransform.m11(), 1 / pixelTransform.m22()) : QSizeF(1, 1);
 }
 
 } // namespace orlimo

@@ -26,14 +26,14 @@ public:
     [[nodiscard]] double lineWidth() const;
 
     /// Whether a pixel has the size of a point.
-    [[nodiscard]] bool isOfPoints() const;
+    [[nodiscard]] bool hasPointSizedPixels() const;
 
     /// The size of a pixel, in points.
     [[nodiscard]] QSizeF pixelSize() const;
 
 private:
-    QTransform toPixels;
-    bool hasPixels;
+    QTransform pixelTransform;
+    bool isAlignable;
 };
 
 } // namespace orlimo

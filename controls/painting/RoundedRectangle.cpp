@@ -9,15 +9,15 @@ namespace orlimo {
 namespace {
 
 /// How far from the corner its curve begins, in radii, where the edges are long enough.
-constexpr double reachOfCurve = 1.5;
+constexpr double curveExtent = 1.5;
 /// How far from the edges the middle of a quarter circle is, in radii.
-constexpr double middleOfCircle = 1 - 0.70710678118654752;
+constexpr double circleMidpoint = 1 - 0.70710678118654752;
 
 /// One of the two handles of the corner's curve, as the distance from the corner. The further out
 /// the curve begins, the nearer the handles: its middle stays where a circle's would be.
-double handleOf(double reach, double radius)
+double bezierHandle(double extent, double radius)
 {
-    return (8 * middleOfCircle * radius - reach) / 3;
+    return (8 * circleMidpoint * radius - extent) / 3;
 }
 
 } // namespace
@@ -27,28 +27,30 @@ QPainterPath continuousRoundedRectangle(const QRectF& rectangle, double radius)
     QPainterPath path;
     const double width = rectangle.width();
     const double height = rectangle.height();
-    const double bounded = std::min({radius, width / 2, height / 2});
-    if (bounded <= 0) {
+    const double clampedRadius = std::min({radius, width / 2, height / 2});
+    if (clampedRadius <= 0) {
         path.addRect(rectangle);
         return path;
     }
     // The same on both edges: round ends stay round.
-    const double reach = std::min({bounded * reachOfCurve, width / 2, height / 2});
-    const double handle = handleOf(reach, bounded);
+    const double extent = std::min({clampedRadius * curveExtent, width / 2, height / 2});
+    const double handle = bezierHandle(extent, clampedRadius);
 
     const auto point = [&rectangle](double x, double y) {
         return rectangle.topLeft() + QPointF(x, y);
     };
-    path.moveTo(point(reach, 0));
-    path.lineTo(point(width - reach, 0));
-    path.cubicTo(point(width - handle, 0), point(width, handle), point(width, reach));
-    path.lineTo(point(width, height - reach));
+    path.moveTo(point(extent, 0));
+    path.lineTo(point(width - extent, 0));
+    path.cubicTo(point(width - handle, 0), point(width, handle), point(width, extent));
+    path.lineTo(point(width, height - extent));
     path.cubicTo(
-        point(width, height - handle), point(width - handle, height), point(width - reach, height));
-    path.lineTo(point(reach, height));
-    path.cubicTo(point(handle, height), point(0, height - handle), point(0, height - reach));
-    path.lineTo(point(0, reach));
-    path.cubicTo(point(0, handle), point(handle, 0), point(reach, 0));
+        point(width, height - handle),
+        point(width - handle, height),
+        point(width - extent, height));
+    path.lineTo(point(extent, height));
+    path.cubicTo(point(handle, height), point(0, height - handle), point(0, height - extent));
+    path.lineTo(point(0, extent));
+    path.cubicTo(point(0, handle), point(handle, 0), point(extent, 0));
     path.closeSubpath();
     return path;
 }

@@ -16,17 +16,17 @@ constexpr std::array sizes{16, 32, 128, 256, 512};
 constexpr std::array scales{1, 2};
 
 /// How wide the tile is in an icon 1024 wide on the system's grid, and in the logo's 100.
-constexpr qreal tileOnGrid = 824;
+constexpr qreal gridTileWidth = 824;
 constexpr qreal gridWidth = 1024;
-constexpr qreal tileInLogo = 88;
+constexpr qreal logoTileWidth = 88;
 constexpr qreal logoWidth = 100;
 
 /// How much of an icon's width the whole logo, margin and all, takes up. In the smallest icons the
 /// grid's margin would be a blur of less than two pixels; there the logo's own is kept.
-qreal logoShare(int pixels)
+qreal logoScale(int pixels)
 {
     constexpr int smallest = 32;
-    return pixels <= smallest ? 1 : tileOnGrid / gridWidth * logoWidth / tileInLogo;
+    return pixels <= smallest ? 1 : gridTileWidth / gridWidth * logoWidth / logoTileWidth;
 }
 
 QString fileName(int points, int scale)
@@ -40,7 +40,7 @@ QString fileName(int points, int scale)
 QImage IconSet::icon(int points, int scale)
 {
     const int pixels = points * scale;
-    const int drawn = qRound(pixels * logoShare(pixels) / 2) * 2;
+    const int drawn = qRound(pixels * logoScale(pixels) / 2) * 2;
     QImage image(pixels, pixels, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
     QPainter painter(&image);

@@ -4,29 +4,29 @@
 
 namespace orlimo {
 
-ActivationObserver::ActivationObserver(std::function<void()> whoIsTold)
-    : willBecomeActive(std::move(whoIsTold))
+ActivationObserver::ActivationObserver(std::function<void()> activationHandler)
+    : willBecomeActive(std::move(activationHandler))
 {}
 
 void ActivationObserver::activityDidChange(bool isNowActive)
 {
     const bool wasActive = std::exchange(isActive, isNowActive);
     if (isNowActive && !wasActive) {
-        ++untold;
-        tell();
+        ++pendingNotifications;
+        notifyPending();
     }
 }
 
 void ActivationObserver::launchingDidFinish()
 {
     hasFinishedLaunching = true;
-    tell();
+    notifyPending();
 }
 
-void ActivationObserver::tell()
+void ActivationObserver::notifyPending()
 {
-    while (hasFinishedLaunching && untold > 0) {
-        --untold;
+    while (hasFinishedLaunching && pendingNotifications > 0) {
+        --pendingNotifications;
         willBecomeActive();
     }
 }

@@ -9,7 +9,7 @@ namespace orlimo {
 class ActivationObserver
 {
 public:
-    explicit ActivationObserver(std::function<void()> whoIsTold);
+    explicit ActivationObserver(std::function<void()> activationHandler);
 
     /// The application is active or not from now on, as it was before or otherwise.
     void activityDidChange(bool isNowActive);
@@ -17,12 +17,12 @@ public:
     void launchingDidFinish();
 
 private:
-    void tell();
+    void notifyPending();
 
     std::function<void()> willBecomeActive;
     bool isActive = false;
     bool hasFinishedLaunching = false;
-    int untold = 0;
+    int pendingNotifications = 0;
 };
 
 } // namespace orlimo

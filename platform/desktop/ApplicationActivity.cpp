@@ -13,9 +13,9 @@ namespace {
 
 /// How long the host may take to hand the focus from one window to the next, in between of which
 /// the application counts as active. As long as the toolkit itself waits.
-constexpr std::chrono::milliseconds handOverTime{400};
+constexpr std::chrono::milliseconds handoverDelay{400};
 
-bool losesItsSurface(const QEvent& event)
+bool isSurfaceDestruction(const QEvent& event)
 {
     return event.type() == QEvent::PlatformSurface &&
            static_cast<const QPlatformSurfaceEvent&>(event).surfaceEventType() ==
@@ -24,31 +24,31 @@ bool losesItsSurface(const QEvent& event)
 
 } // namespace
 
-ApplicationActivity::ApplicationActivity(std::function<void(bool isActive)> whoIsTold)
-    : didChange(std::move(whoIsTold))
+ApplicationActivity::ApplicationActivity(std::function<void(bool isActive)> changeHandler)
+    : didChange(std::move(changeHandler))
 {
-    handOver.setSingleShot(true);
-    handOver.setInterval(handOverTime);
-    QObject::connect(&handOver, &QTimer::timeout, this, &ApplicationActivity::tell);
+    handoverTimer.setSingleShot(true);
+    handoverTimer.setInterval(handoverDelay);
+    QObject::connect(&handoverTimer, &QTimer::timeout, this, &ApplicationActivity::notify);
     QObject::connect(
-        qGuiApp, &QGuiApplication::applicationStateChanged, this, &ApplicationActivity::tell);
+        qGuiApp, &QGuiApplication::applicationStateChanged, this, &ApplicationActivity::notify);
     QObject::connect(
-        qGuiApp, &QGuiApplication::focusWindowChanged, this, &ApplicationActivity::tell);
+        qGuiApp, &QGuiApplication::focusWindowChanged, this, &ApplicationActivity::notify);
     qGuiApp->installEventFilter(this);
-    tell();
+    notify();
 }
 
 bool ApplicationActivity::eventFilter(QObject* watched, QEvent* event)
 {
     // A window that is closed while it has the focus goes without the toolkit's telling anybody
     // that the application is active no more.
-    if (losesItsSurface(*event) && watched == QGuiApplication::focusWindow()) {
-        handOver.start();
+    if (isSurfaceDestruction(*event) && watched == QGuiApplication::focusWindow()) {
+        handoverTimer.start();
     }
     return QObject::eventFilter(watched, event);
 }
 
-void ApplicationActivity::tell()
+void ApplicationActivity::notify()
 {
     didChange(
         QGuiApplication::applicationState() == Qt::ApplicationActive &&

@@ -13,16 +13,16 @@ namespace orlimo {
 class ApplicationActivity final : public QObject
 {
 public:
-    explicit ApplicationActivity(std::function<void(bool isActive)> whoIsTold);
+    explicit ApplicationActivity(std::function<void(bool isActive)> changeHandler);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    void tell();
+    void notify();
 
     std::function<void(bool isActive)> didChange;
-    QTimer handOver;
+    QTimer handoverTimer;
 };
 
 } // namespace orlimo

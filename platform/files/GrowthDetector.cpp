@@ -34,7 +34,7 @@ std::optional<std::int64_t> sizeOf(int descriptor)
 /// An eighth of what the writer has taken so far, so that the delay stays in proportion to the
 /// commit and a long commit costs few wake-ups; later a hundredth, which a person does not notice,
 /// and at most a second.
-Uptime::duration pauseAfter(Uptime::duration waited)
+Uptime::duration pollIntervalAfter(Uptime::duration waited)
 {
     const auto early = std::clamp<Uptime::duration>(waited / 8, 100us, 5ms);
     return std::clamp<Uptime::duration>(waited / 100, early, 1s);
@@ -48,36 +48,36 @@ GrowthDetector::GrowthDetector(
     , index(name)
     , clock(std::move(uptimeClock))
 {
-    const auto present = takeSnapshot();
-    if (!present.size) {
+    const auto snapshot = takeSnapshot();
+    if (!snapshot.size) {
         throw std::system_error(errno, std::generic_category(), "cannot ask a file's size");
     }
-    startAt(*present.size);
-    if (!present.isReadable()) {
+    startAt(*snapshot.size);
+    if (!snapshot.isReadable()) {
         return;
     }
-    lastHeader = present.index.header;
+    lastHeader = snapshot.index.header;
     // The commit that a writer is at work on is still to come, also when the log has grown by it.
     if (index.writeLock() == WalIndex::Lock::held) {
-        startAt(std::min(*present.size, lastHeader->committedBytes()));
+        startAt(std::min(*snapshot.size, lastHeader->committedBytes()));
     }
 }
 
-bool GrowthDetector::look(bool hasGrown)
+bool GrowthDetector::check(bool hasGrown)
 {
     // Asked before the index is read: where nobody writes, what is committed is in the index.
     const bool mayFramesBeReplaced = hasAbandonedFrames() && isLogBeingWritten();
-    const auto present = takeSnapshot();
-    if (!present.size) {
+    const auto snapshot = takeSnapshot();
+    if (!snapshot.size) {
         return reportUnknownGrowth();
     }
-    const bool decided = isDecided(present, hasGrown);
+    const bool decided = isDecided(snapshot, hasGrown);
     if (decided) {
-        moveStart(present, hasGrown);
+        moveStart(snapshot, hasGrown);
     }
-    const bool grown = decided && holdsGrowth(present);
+    const bool grown = decided && holdsGrowth(snapshot);
     if (decided) {
-        lastSize = *present.size;
+        lastSize = *snapshot.size;
         if (!grown && !mayFramesBeReplaced) {
             waitingSince.reset();
             return false;
@@ -86,10 +86,10 @@ bool GrowthDetector::look(bool hasGrown)
     if (!waitingSince) {
         waitingSince = clock();
     }
-    if (!grown || mustWait(present)) {
+    if (!grown || mustWait(snapshot)) {
         return false;
     }
-    reportUpTo(present);
+    reportUpTo(snapshot);
     return true;
 }
 
@@ -106,35 +106,35 @@ bool GrowthDetector::reportUnknownGrowth()
     return true;
 }
 
-Uptime::duration GrowthDetector::pause() const
+Uptime::duration GrowthDetector::pollInterval() const
 {
-    return pauseAfter(clock() - waitingSince.value());
+    return pollIntervalAfter(clock() - waitingSince.value());
 }
 
 /// The index is read before and after the size, so that both are of the same commit and of a log
 /// that was not restarted in between.
 GrowthDetector::Snapshot GrowthDetector::takeSnapshot()
 {
-    Snapshot present;
+    Snapshot snapshot;
     for (int attempt = 0; attempt < maxSnapshotAttempts; ++attempt) {
-        present.index = index.read();
+        snapshot.index = index.read();
         // Asked before the size: where nobody is at work any more, the size is that after the cut.
-        present.isBeingRestarted = isBeingRestarted(present.index);
-        present.size = sizeOf(descriptor);
-        if (present.index.state == WalIndex::State::absent || !present.size) {
-            return present;
+        snapshot.isBeingRestarted = isBeingRestarted(snapshot.index);
+        snapshot.size = sizeOf(descriptor);
+        if (snapshot.index.state == WalIndex::State::absent || !snapshot.size) {
+            return snapshot;
         }
         // And after it: the next writer may have begun in between, and the size be its own.
-        present.isBeingRestarted = present.isBeingRestarted || isBeingRestarted(present.index);
+        snapshot.isBeingRestarted = snapshot.isBeingRestarted || isBeingRestarted(snapshot.index);
         const auto again = index.read();
-        if (present.isReadable() && again.state == WalIndex::State::readable &&
-            again.header == present.index.header)
+        if (snapshot.isReadable() && again.state == WalIndex::State::readable &&
+            again.header == snapshot.index.header)
         {
-            return present;
+            return snapshot;
         }
     }
-    present.index.state = WalIndex::State::changing;
-    return present;
+    snapshot.index.state = WalIndex::State::changing;
+    return snapshot;
 }
 
 bool GrowthDetector::isBeingRestarted(const WalIndex::Reading& reading)
@@ -151,21 +151,22 @@ bool GrowthDetector::isLogBeingWritten()
 }
 
 /// Whether commits fill the log to its end.
-bool GrowthDetector::isFull(const Snapshot& present)
+bool GrowthDetector::isFull(const Snapshot& snapshot)
 {
-    return present.index.header.frames > 0 &&
-           present.index.header.committedBytes() == *present.size;
+    return snapshot.index.header.frames > 0 &&
+           snapshot.index.header.committedBytes() == *snapshot.size;
 }
 
 /// Whether it can be told yet if the log has grown. A log that is as long as before and restarted
 /// was not cut, is about to be, or was cut and has grown to its old length: what its writer commits
 /// will show it.
-bool GrowthDetector::isDecided(const Snapshot& present, bool hasGrown) const
+bool GrowthDetector::isDecided(const Snapshot& snapshot, bool hasGrown) const
 {
-    if (present.index.state == WalIndex::State::changing) {
+    if (snapshot.index.state == WalIndex::State::changing) {
         return hasExpired();
     }
-    return !present.isBeingRestarted || hasGrown || *present.size != knownEnd() || isFull(present);
+    return !snapshot.isBeingRestarted || hasGrown || *snapshot.size != knownEnd() ||
+           isFull(snapshot);
 }
 
 /// Whether the log was neither cut nor restarted in between, so that `later` holds all of
@@ -177,31 +178,31 @@ bool GrowthDetector::isSameLog(const Snapshot& earlier, const Snapshot& later)
 }
 
 /// Where growth that was not reported begins: lower than before when the file was cut.
-void GrowthDetector::moveStart(const Snapshot& present, bool hasGrown)
+void GrowthDetector::moveStart(const Snapshot& snapshot, bool hasGrown)
 {
-    if (present.isReadable()) {
-        moveStartOfStoreLog(present, hasGrown);
-    } else if (*present.size < reportedSize || (hasGrown && *present.size == reportedSize)) {
-        startAt(hasGrown ? 0 : *present.size);
+    if (snapshot.isReadable()) {
+        moveStartOfStoreLog(snapshot, hasGrown);
+    } else if (*snapshot.size < reportedSize || (hasGrown && *snapshot.size == reportedSize)) {
+        startAt(hasGrown ? 0 : *snapshot.size);
     }
 }
 
-void GrowthDetector::moveStartOfStoreLog(const Snapshot& present, bool hasGrown)
+void GrowthDetector::moveStartOfStoreLog(const Snapshot& snapshot, bool hasGrown)
 {
-    const WalIndex::Header& header = present.index.header;
+    const WalIndex::Header& header = snapshot.index.header;
     const bool isRestarted = lastHeader && header.salts != lastHeader->salts;
-    if (isRestarted && (lastSize > reportedSize || mayHaveLostCommit(present))) {
+    if (isRestarted && (lastSize > reportedSize || mayHaveLostCommit(snapshot))) {
         hasUnreportedCommit = true;
     }
-    if (*present.size < knownEnd()) {
+    if (*snapshot.size < knownEnd()) {
         const bool hasNewCommit =
             lastHeader ? header.commits != lastHeader->commits : header.frames > 0;
         const bool isBeingWritten = index.writeLock() != WalIndex::Lock::free;
-        startAt(hasGrown || hasNewCommit || isBeingWritten ? 0 : *present.size);
+        startAt(hasGrown || hasNewCommit || isBeingWritten ? 0 : *snapshot.size);
     } else if (isRestarted) {
         // One that is full to its old end was cut and has grown again or was written over as a
         // whole, which cannot be told apart. A look too many is better than a missed message.
-        const bool wasTruncated = *present.size == knownEnd() && (isFull(present) || hasGrown);
+        const bool wasTruncated = *snapshot.size == knownEnd() && (isFull(snapshot) || hasGrown);
         startAt(wasTruncated ? 0 : knownEnd());
     }
     lastHeader = header;
@@ -210,12 +211,12 @@ void GrowthDetector::moveStartOfStoreLog(const Snapshot& present, bool hasGrown)
 /// Whether something may have been committed since the last look and then cut off. Of the commits
 /// since then the new log holds at least one if it holds any. A log that was restarted twice may
 /// have been cut the first time.
-bool GrowthDetector::mayHaveLostCommit(const Snapshot& present) const
+bool GrowthDetector::mayHaveLostCommit(const Snapshot& snapshot) const
 {
-    const WalIndex::Header& header = present.index.header;
+    const WalIndex::Header& header = snapshot.index.header;
     const std::uint32_t commits = header.commits - lastHeader->commits;
     const bool mayBeCut =
-        *present.size < knownEnd() || *present.size == 0 || header.restartsSince(*lastHeader) > 1;
+        *snapshot.size < knownEnd() || *snapshot.size == 0 || header.restartsSince(*lastHeader) > 1;
     return mayBeCut && commits > (header.frames > 0 ? 1U : 0U);
 }
 
@@ -231,16 +232,17 @@ void GrowthDetector::startAt(std::int64_t size)
     reportedSize = reportedCommits = earlierLogEnd = size;
 }
 
-bool GrowthDetector::holdsGrowth(const Snapshot& present) const
+bool GrowthDetector::holdsGrowth(const Snapshot& snapshot) const
 {
-    return *present.size > reportedSize || holdsNewCommit(present);
+    return *snapshot.size > reportedSize || holdsNewCommit(snapshot);
 }
 
-bool GrowthDetector::holdsNewCommit(const Snapshot& present) const
+bool GrowthDetector::holdsNewCommit(const Snapshot& snapshot) const
 {
     return hasUnreportedCommit ||
-           (present.isReadable() && std::min(present.index.header.committedBytes(), *present.size) >
-                                        std::max(reportedCommits, earlierLogEnd));
+           (snapshot.isReadable() &&
+            std::min(snapshot.index.header.committedBytes(), *snapshot.size) >
+                std::max(reportedCommits, earlierLogEnd));
 }
 
 /// Whether the log ends in frames that a writer gave up, so that a commit may take their place.
@@ -249,16 +251,16 @@ bool GrowthDetector::hasAbandonedFrames() const
     return std::max(reportedCommits, earlierLogEnd) < reportedSize;
 }
 
-bool GrowthDetector::mustWait(const Snapshot& present)
+bool GrowthDetector::mustWait(const Snapshot& snapshot)
 {
-    if (holdsNewCommit(present)) {
+    if (holdsNewCommit(snapshot)) {
         return false;
     }
     switch (index.writeLock()) {
     case WalIndex::Lock::free:
-        return present.index.state == WalIndex::State::changing && !hasExpired();
+        return snapshot.index.state == WalIndex::State::changing && !hasExpired();
     case WalIndex::Lock::held:
-        return present.isReadable() || !hasExpired();
+        return snapshot.isReadable() || !hasExpired();
     case WalIndex::Lock::unknown:
         break;
     }
@@ -272,18 +274,18 @@ bool GrowthDetector::hasExpired() const
 
 /// Notes that growth is reported: that of `present` and what has come since, as far as it can be
 /// read by now. The rest belongs to the next commit, which waits.
-void GrowthDetector::reportUpTo(const Snapshot& present)
+void GrowthDetector::reportUpTo(const Snapshot& snapshot)
 {
-    const bool isNewCommit = holdsNewCommit(present);
+    const bool isNewCommit = holdsNewCommit(snapshot);
     const bool hasGrownFromNothing = reportedSize == 0;
     const auto later = takeSnapshot();
-    const Snapshot& latest = isSameLog(present, later) ? later : present;
+    const Snapshot& latest = isSameLog(snapshot, later) ? later : snapshot;
     const std::int64_t commits =
         latest.isReadable() ? std::min(latest.index.header.committedBytes(), *latest.size) : 0;
     // Asked after the sizes: what has been written by then can be read once nobody writes.
     const bool isNextBeingWritten = index.writeLock() != WalIndex::Lock::free;
     reportedSize = isNextBeingWritten
-                       ? std::max({reportedSize, commits, isNewCommit ? 0 : *present.size})
+                       ? std::max({reportedSize, commits, isNewCommit ? 0 : *snapshot.size})
                        : *latest.size;
     reportedCommits = commits;
     if (!latest.isReadable()) {

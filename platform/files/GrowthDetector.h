@@ -31,13 +31,13 @@ public:
     /// with all growth that can be read by then; a file whose size cannot be asked counts as grown.
     /// `hasGrown` says that the system reports growth since the last look: a file that is no longer
     /// than it was must then have been cut in between.
-    [[nodiscard]] bool look(bool hasGrown = false);
+    [[nodiscard]] bool check(bool hasGrown = false);
 
     /// Whether there is growth that is not reported yet, so that another look is due after a pause.
     [[nodiscard]] bool isWaiting() const { return waitingSince.has_value(); }
 
     /// How long to wait until the next look. Only while growth waits.
-    [[nodiscard]] Uptime::duration pause() const;
+    [[nodiscard]] Uptime::duration pollInterval() const;
 
 private:
     /// The file and its index, as they were at one moment.
@@ -54,22 +54,22 @@ private:
 
     [[nodiscard]] bool reportUnknownGrowth();
     [[nodiscard]] Snapshot takeSnapshot();
-    [[nodiscard]] static bool isFull(const Snapshot& present);
+    [[nodiscard]] static bool isFull(const Snapshot& snapshot);
     [[nodiscard]] static bool isSameLog(const Snapshot& earlier, const Snapshot& later);
     [[nodiscard]] bool isBeingRestarted(const WalIndex::Reading& reading);
     [[nodiscard]] bool isLogBeingWritten();
     [[nodiscard]] std::int64_t knownEnd() const;
-    [[nodiscard]] bool isDecided(const Snapshot& present, bool hasGrown) const;
-    void moveStart(const Snapshot& present, bool hasGrown);
-    void moveStartOfStoreLog(const Snapshot& present, bool hasGrown);
-    [[nodiscard]] bool mayHaveLostCommit(const Snapshot& present) const;
+    [[nodiscard]] bool isDecided(const Snapshot& snapshot, bool hasGrown) const;
+    void moveStart(const Snapshot& snapshot, bool hasGrown);
+    void moveStartOfStoreLog(const Snapshot& snapshot, bool hasGrown);
+    [[nodiscard]] bool mayHaveLostCommit(const Snapshot& snapshot) const;
     void startAt(std::int64_t size);
-    [[nodiscard]] bool holdsGrowth(const Snapshot& present) const;
-    [[nodiscard]] bool holdsNewCommit(const Snapshot& present) const;
+    [[nodiscard]] bool holdsGrowth(const Snapshot& snapshot) const;
+    [[nodiscard]] bool holdsNewCommit(const Snapshot& snapshot) const;
     [[nodiscard]] bool hasAbandonedFrames() const;
-    [[nodiscard]] bool mustWait(const Snapshot& present);
+    [[nodiscard]] bool mustWait(const Snapshot& snapshot);
     [[nodiscard]] bool hasExpired() const;
-    void reportUpTo(const Snapshot& present);
+    void reportUpTo(const Snapshot& snapshot);
 
     int descriptor;
     WalIndex index;

@@ -4,13 +4,13 @@
 
 namespace orlimo {
 
-VnodeEventDelivery::VnodeEventDelivery(Queue& queueOfHandlers)
-    : queue(queueOfHandlers)
+VnodeEventDelivery::VnodeEventDelivery(Queue& handlerQueue)
+    : queue(handlerQueue)
 {}
 
 void VnodeEventDelivery::post(VnodeEvents events)
 {
-    if (waiting.fetch_or(events) == 0) {
+    if (pendingEvents.fetch_or(events) == 0) {
         queue.async([self = shared_from_this()] { self->fire(); });
     }
 }
@@ -22,22 +22,22 @@ void VnodeEventDelivery::postCancellation()
 
 void VnodeEventDelivery::fire()
 {
-    const VnodeEvents events = waiting.exchange(0);
-    if (dropped || !eventHandler) {
+    const VnodeEvents events = pendingEvents.exchange(0);
+    if (disabled || !eventHandler) {
         return;
     }
     delivered = events;
-    const auto running = eventHandler;
-    running();
+    const auto callback = eventHandler;
+    callback();
     delivered = 0;
 }
 
 void VnodeEventDelivery::cancel()
 {
-    const auto runLast = std::exchange(cancelHandler, {});
-    const auto ended = std::exchange(eventHandler, {});
-    if (runLast) {
-        runLast();
+    const auto finalHandler = std::exchange(cancelHandler, {});
+    const auto releasedHandler = std::exchange(eventHandler, {});
+    if (finalHandler) {
+        finalHandler();
     }
 }
 

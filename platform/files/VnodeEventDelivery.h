@@ -13,7 +13,7 @@ class VnodeEventDelivery : public std::enable_shared_from_this<VnodeEventDeliver
 {
 public:
     /// The queue must last until the work that waits there has run.
-    explicit VnodeEventDelivery(Queue& queueOfHandlers);
+    explicit VnodeEventDelivery(Queue& handlerQueue);
 
     /// Asks for one run of the event handler; what is asked before it runs is the same run. Any
     /// thread.
@@ -23,7 +23,7 @@ public:
     void postCancellation();
 
     /// Starts no event handler any more. Queue's thread, as is all that follows.
-    void drop() { dropped = true; }
+    void disable() { disabled = true; }
 
     /// Inside the event handler: what the run stands for.
     [[nodiscard]] VnodeEvents data() const { return delivered; }
@@ -36,9 +36,9 @@ private:
     void cancel();
 
     Queue& queue;
-    std::atomic<VnodeEvents> waiting = 0;
+    std::atomic<VnodeEvents> pendingEvents = 0;
     VnodeEvents delivered = 0;
-    bool dropped = false;
+    bool disabled = false;
 };
 
 } // namespace orlimo

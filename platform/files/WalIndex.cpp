@@ -127,13 +127,13 @@ bool WalIndex::open()
     if (!file) {
         return false;
     }
-    struct stat present
+    struct stat current
     {};
-    if (::stat(file->c_str(), &present) != 0) {
+    if (::stat(file->c_str(), &current) != 0) {
         // One that cannot be looked at for the moment is most likely still the one that was opened.
         return errno != ENOENT && descriptor >= 0;
     }
-    if (descriptor >= 0 && present.st_dev == device && present.st_ino == inode) {
+    if (descriptor >= 0 && current.st_dev == device && current.st_ino == inode) {
         return true;
     }
     // The descriptor of an index that was replaced stays open for the reason given in the header.

@@ -16,11 +16,11 @@ public:
         /// No other one runs. From now on later starts find this one.
         first,
         /// The host has no means to find others: they run side by side.
-        alone,
+        unmanaged,
         /// Another one runs. It opens its window, unless this start belongs to a login.
         activatedOther,
         /// Another one runs, and it did not answer in time.
-        otherDoesNotAnswer,
+        otherUnresponsive,
     };
 
     ApplicationInstance() = default;

@@ -24,7 +24,7 @@ class LoginItemService
 public:
     /// Told of an answer that came after the call: what was asked for, to be registered or no
     /// longer to be, and why it is not so, where it is not.
-    using AnswerHandler =
+    using ResponseHandler =
         std::function<void(bool registering, const std::optional<ServiceError>& error)>;
 
     LoginItemService() = default;
@@ -43,7 +43,7 @@ public:
 
     /// Has `handler` told of answers that come later, in the place of the one before. A host that
     /// answers at once never calls it.
-    virtual void setAnswerHandler(const AnswerHandler& /*handler*/) {}
+    virtual void setResponseHandler(const ResponseHandler& /*handler*/) {}
 };
 
 /// The running program's own. Lives to the end of the process.

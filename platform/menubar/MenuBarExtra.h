@@ -25,11 +25,11 @@ public:
     /// The same for a request that did not come by the icon, and may come while the program is only
     /// just opening its other windows. A window that opens so stays open while those are still
     /// being given the focus.
-    virtual void openAmongOthers() = 0;
+    virtual void openOnRequest() = 0;
     /// This where the host has no place for the icon, once that is known; nothing where it has
     /// one, or where there is no screen that anybody could look at. For a start by the user, who
     /// would see nothing of the program otherwise.
-    virtual void openWhereThereIsNoIcon() = 0;
+    virtual void openIfNoTray() = 0;
 
     virtual void close() = 0;
     [[nodiscard]] virtual bool isOpen() const = 0;

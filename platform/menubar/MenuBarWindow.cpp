@@ -19,14 +19,14 @@ namespace {
 
 /// How much later than the loss of focus the click that caused it may be told. A click that a
 /// person makes on purpose after it comes later still.
-constexpr std::chrono::milliseconds sameClick{500};
+constexpr std::chrono::milliseconds sameClickInterval{500};
 
 /// How long after they were opened the program's windows may still be given the focus for it.
-constexpr std::chrono::seconds openingTime{2};
+constexpr std::chrono::seconds openingGracePeriod{2};
 
 /// How far apart the loss of the focus and the leaving of the pointer may be reported that belong
 /// together.
-constexpr std::chrono::milliseconds sameMove{150};
+constexpr std::chrono::milliseconds sameMoveInterval{150};
 
 /// Where programs may not place their windows, the compositor does.
 bool compositorPlacesWindows()
@@ -46,22 +46,22 @@ std::vector<ScreenArea> screenAreas()
 } // namespace
 
 MenuBarWindow::MenuBarWindow(QWidget& window, IconGeometry geometry, UptimeClock uptimeClock)
-    : MenuBarWindow(window, std::move(geometry), std::move(uptimeClock), Manner())
+    : MenuBarWindow(window, std::move(geometry), std::move(uptimeClock), Options())
 {}
 
 MenuBarWindow::MenuBarWindow(
-    QWidget& window, IconGeometry geometry, UptimeClock uptimeClock, Manner hostsManner)
+    QWidget& window, IconGeometry geometry, UptimeClock uptimeClock, Options windowOptions)
     : content(window)
     , iconGeometry(std::move(geometry))
     , clock(std::move(uptimeClock))
-    , manner(std::move(hostsManner))
+    , options(std::move(windowOptions))
     , escape(QKeySequence(Qt::Key_Escape), &window)
 {
-    content.setWindowFlags(manner.flags);
+    content.setWindowFlags(options.flags);
     content.installEventFilter(this);
     QObject::connect(&escape, &QShortcut::activated, this, &MenuBarWindow::close);
-    closing.setSingleShot(true);
-    QObject::connect(&closing, &QTimer::timeout, this, &MenuBarWindow::closeForLossOfFocus);
+    closeTimer.setSingleShot(true);
+    QObject::connect(&closeTimer, &QTimer::timeout, this, &MenuBarWindow::closeOnFocusLoss);
 }
 
 MenuBarWindow::~MenuBarWindow()
@@ -71,33 +71,33 @@ MenuBarWindow::~MenuBarWindow()
 
 void MenuBarWindow::open()
 {
-    closedByLosingFocus.reset();
+    closedOnFocusLossAt.reset();
     if (!isOpen()) {
-        forgetPointer();
+        resetPointerState();
         place();
     }
-    manner.willComeToFront(content);
+    options.willComeToFront(content);
     content.show();
     content.raise();
     content.activateWindow();
 }
 
-void MenuBarWindow::openAmongOthers()
+void MenuBarWindow::openOnRequest()
 {
-    openedWith.clear();
+    earlierWindows.clear();
     for (QWidget* const other : QApplication::topLevelWidgets()) {
         if (other != &content && other->isVisible()) {
-            openedWith.emplace_back(other);
+            earlierWindows.emplace_back(other);
         }
     }
     open();
-    openedAmongOthers = clock();
+    openedOnRequestAt = clock();
 }
 
 void MenuBarWindow::close()
 {
-    openedAmongOthers.reset();
-    closing.stop();
+    openedOnRequestAt.reset();
+    closeTimer.stop();
     content.hide();
 }
 
@@ -126,7 +126,7 @@ bool MenuBarWindow::eventFilter(QObject* watched, QEvent* event)
             break;
         case QEvent::WindowActivate:
             hasLostFocusForUnknownReason = false;
-            closing.stop();
+            closeTimer.stop();
             break;
         case QEvent::Enter:
             pointerDidEnter();
@@ -148,7 +148,7 @@ void MenuBarWindow::pointerWasPressed(const QPoint& place)
     if (isOpen() && isElsewhere && !content.isActiveWindow() &&
         QApplication::activePopupWidget() == nullptr)
     {
-        closeForLossOfFocus();
+        closeOnFocusLoss();
     }
 }
 
@@ -172,10 +172,10 @@ void MenuBarWindow::fit(QSize available)
     if (!content.testAttribute(Qt::WA_Resized)) {
         content.adjustSize();
     }
-    if (!wholeSize) {
-        wholeSize = content.size();
+    if (!fullSize) {
+        fullSize = content.size();
     }
-    const QSize size = wholeSize->boundedTo(available);
+    const QSize size = fullSize->boundedTo(available);
     if (size != content.size()) {
         // Fixed, so that compositors that tile windows leave it alone.
         content.setFixedSize(size);
@@ -187,13 +187,13 @@ void MenuBarWindow::didLoseFocus()
     if (!isOpen()) {
         return;
     }
-    if (othersAreStillBeingOpened()) {
+    if (hasEarlierWindowTakenFocus()) {
         content.activateWindow();
         return;
     }
-    switch (manner.focusLoss()) {
+    switch (options.focusLoss()) {
     case FocusLoss::deliberate:
-        closeForLossOfFocus();
+        closeOnFocusLoss();
         break;
     case FocusLoss::followedPointer:
         break;
@@ -208,11 +208,11 @@ void MenuBarWindow::didLoseFocusForUnknownReason()
     hasLostFocusForUnknownReason = true;
     if (isPointerInside) {
         // Either it is just leaving, which is reported next, or it stays and was not the reason.
-        closing.start(sameMove);
-    } else if (pointerLeft && clock() - *pointerLeft < sameMove) {
-        closing.start(manner.timeToReturn);
+        closeTimer.start(sameMoveInterval);
+    } else if (pointerLeftAt && clock() - *pointerLeftAt < sameMoveInterval) {
+        closeTimer.start(options.pointerReturnTimeout);
     } else if (hasPointerBeenInside) {
-        closeForLossOfFocus();
+        closeOnFocusLoss();
     }
 }
 
@@ -220,44 +220,45 @@ void MenuBarWindow::pointerDidEnter()
 {
     isPointerInside = true;
     hasPointerBeenInside = true;
-    closing.stop();
+    closeTimer.stop();
 }
 
 void MenuBarWindow::pointerDidLeave()
 {
     isPointerInside = false;
-    pointerLeft = clock();
+    pointerLeftAt = clock();
     if (isOpen() && hasLostFocusForUnknownReason) {
-        closing.start(manner.timeToReturn);
+        closeTimer.start(options.pointerReturnTimeout);
     }
 }
 
-void MenuBarWindow::closeForLossOfFocus()
+void MenuBarWindow::closeOnFocusLoss()
 {
     close();
-    closedByLosingFocus = clock();
+    closedOnFocusLossAt = clock();
 }
 
-void MenuBarWindow::forgetPointer()
+void MenuBarWindow::resetPointerState()
 {
     hasLostFocusForUnknownReason = false;
     isPointerInside = false;
     hasPointerBeenInside = false;
-    pointerLeft.reset();
+    pointerLeftAt.reset();
 }
 
-bool MenuBarWindow::othersAreStillBeingOpened() const
+bool MenuBarWindow::hasEarlierWindowTakenFocus() const
 {
     const QWidget* const active = QApplication::activeWindow();
-    const bool openedWithIt =
+    const bool isEarlierWindow =
         active != nullptr &&
-        std::find(openedWith.begin(), openedWith.end(), active) != openedWith.end();
-    return openedWithIt && openedAmongOthers && clock() - *openedAmongOthers < openingTime;
+        std::find(earlierWindows.begin(), earlierWindows.end(), active) != earlierWindows.end();
+    return isEarlierWindow && openedOnRequestAt &&
+           clock() - *openedOnRequestAt < openingGracePeriod;
 }
 
 bool MenuBarWindow::hasJustLostFocus() const
 {
-    return closedByLosingFocus && clock() - *closedByLosingFocus < sameClick;
+    return closedOnFocusLossAt && clock() - *closedOnFocusLossAt < sameClickInterval;
 }
 
 } // namespace orlimo

@@ -32,7 +32,7 @@ public:
     using IconGeometry = std::function<std::optional<QRect>()>;
 
     /// What the host makes of such a window.
-    struct Manner
+    struct Options
     {
         Qt::WindowFlags flags = Qt::Tool | Qt::FramelessWindowHint;
         /// Called with the window each time before it comes to the front, in its place by then.
@@ -40,7 +40,7 @@ public:
         /// Called when the window has lost the focus: why.
         std::function<FocusLoss()> focusLoss = [] { return FocusLoss::deliberate; };
         /// How long the pointer may be outside before a window closes that lost the focus with it.
-        std::chrono::milliseconds timeToReturn{1000};
+        std::chrono::milliseconds pointerReturnTimeout{1000};
     };
 
     /// `window` becomes the window; it is not owned and must outlive this object. It keeps the size
@@ -48,7 +48,7 @@ public:
     /// is made as small as that each time.
     MenuBarWindow(QWidget& window, IconGeometry geometry, UptimeClock uptimeClock = currentUptime);
     MenuBarWindow(
-        QWidget& window, IconGeometry geometry, UptimeClock uptimeClock, Manner hostsManner);
+        QWidget& window, IconGeometry geometry, UptimeClock uptimeClock, Options windowOptions);
     MenuBarWindow(const MenuBarWindow&) = delete;
     MenuBarWindow& operator=(const MenuBarWindow&) = delete;
     ~MenuBarWindow() override;
@@ -60,7 +60,7 @@ public:
     /// focus that one of those takes is taken back, instead of closing the window: the host hands
     /// the focus to windows in its own time, and not only once to each. A window that is opened
     /// later takes the focus for good.
-    void openAmongOthers();
+    void openOnRequest();
 
     void close();
     [[nodiscard]] bool isOpen() const;
@@ -83,26 +83,26 @@ private:
     void didLoseFocusForUnknownReason();
     void pointerDidEnter();
     void pointerDidLeave();
-    void closeForLossOfFocus();
-    void forgetPointer();
-    [[nodiscard]] bool othersAreStillBeingOpened() const;
+    void closeOnFocusLoss();
+    void resetPointerState();
+    [[nodiscard]] bool hasEarlierWindowTakenFocus() const;
     [[nodiscard]] bool hasJustLostFocus() const;
 
     QWidget& content;
     IconGeometry iconGeometry;
     UptimeClock clock;
-    Manner manner;
+    Options options;
     QShortcut escape;
     /// What the content measures where there is room for it.
-    std::optional<QSize> wholeSize;
-    std::optional<Uptime> closedByLosingFocus;
-    std::optional<Uptime> openedAmongOthers;
-    std::vector<QPointer<QWidget>> openedWith;
-    QTimer closing;
+    std::optional<QSize> fullSize;
+    std::optional<Uptime> closedOnFocusLossAt;
+    std::optional<Uptime> openedOnRequestAt;
+    std::vector<QPointer<QWidget>> earlierWindows;
+    QTimer closeTimer;
     bool hasLostFocusForUnknownReason = false;
     bool isPointerInside = false;
     bool hasPointerBeenInside = false;
-    std::optional<Uptime> pointerLeft;
+    std::optional<Uptime> pointerLeftAt;
 };
 
 } // namespace orlimo

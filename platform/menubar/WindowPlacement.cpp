@@ -45,7 +45,7 @@ const ScreenArea& screenOf(QPoint point, const std::vector<ScreenArea>& screens)
 }
 
 /// Whether not even a second anchor fits between the anchor and an end of the area.
-bool hugs(Span anchor, Span area)
+bool isNearEdge(Span anchor, Span area)
 {
     return std::min(anchor.start - area.start, area.end - anchor.end) < anchor.length();
 }
@@ -59,8 +59,8 @@ bool isInSidePanel(const QRect& anchor, const QRect& available)
     if (isBeside != isAboveOrBelow) {
         return isBeside;
     }
-    return hugs(horizontal(anchor), horizontal(available)) &&
-           !hugs(vertical(anchor), vertical(available));
+    return isNearEdge(horizontal(anchor), horizontal(available)) &&
+           !isNearEdge(vertical(anchor), vertical(available));
 }
 
 /// Behind the anchor where there is room, before it otherwise.
@@ -74,7 +74,7 @@ int centred(Span anchor, int length)
     return anchor.middle() - length / 2;
 }
 
-int inside(int start, int length, Span area)
+int clampedTo(int start, int length, Span area)
 {
     return std::max(area.start, std::min(start, area.end - length));
 }
@@ -89,16 +89,17 @@ QRect availableArea(const QRect& anchor, const std::vector<ScreenArea>& screens)
 
 QPoint windowPlacement(const QRect& anchor, QSize size, const std::vector<ScreenArea>& screens)
 {
-    const Span across = horizontal(anchor);
-    const Span down = vertical(anchor);
+    const Span anchorColumns = horizontal(anchor);
+    const Span anchorRows = vertical(anchor);
     const QRect available = availableArea(anchor, screens);
     const Span columns = horizontal(available);
     const Span rows = vertical(available);
     const bool isBeside = isInSidePanel(anchor, available);
-    const int x =
-        isBeside ? adjacent(across, size.width(), columns) : centred(across, size.width());
-    const int y = isBeside ? centred(down, size.height()) : adjacent(down, size.height(), rows);
-    return {inside(x, size.width(), columns), inside(y, size.height(), rows)};
+    const int x = isBeside ? adjacent(anchorColumns, size.width(), columns)
+                           : centred(anchorColumns, size.width());
+    const int y =
+        isBeside ? centred(anchorRows, size.height()) : adjacent(anchorRows, size.height(), rows);
+    return {clampedTo(x, size.width(), columns), clampedTo(y, size.height(), rows)};
 }
 
 } // namespace orlimo

@@ -11,10 +11,10 @@ namespace orlimo {
 
 void fatalStop(std::string_view reason, const char* file, int line)
 {
-    std::string words = "Orlimo stops at ";
-    words.append(file).append(":").append(std::to_string(line));
-    words.append(": ").append(reason).append("\n");
-    writeAll(STDERR_FILENO, words);
+    std::string message = "Orlimo stops at ";
+    message.append(file).append(":").append(std::to_string(line));
+    message.append(": ").append(reason).append("\n");
+    writeAll(STDERR_FILENO, message);
     std::abort();
 }
 

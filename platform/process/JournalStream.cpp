@@ -22,7 +22,7 @@ std::optional<JournalStream> JournalStream::parse(std::string_view value)
     return stream;
 }
 
-bool JournalStream::is(int descriptor) const
+bool JournalStream::matches(int descriptor) const
 {
     struct stat found
     {};

@@ -16,7 +16,7 @@ public:
     [[nodiscard]] static std::optional<JournalStream> parse(std::string_view value);
 
     /// Whether `descriptor` is that socket. False for one that cannot be examined. Any thread.
-    [[nodiscard]] bool is(int descriptor) const;
+    [[nodiscard]] bool matches(int descriptor) const;
 
 private:
     std::uint64_t device = 0;

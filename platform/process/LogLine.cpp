@@ -22,7 +22,7 @@ bool isOutputJournaled()
         const char* const value = std::getenv("JOURNAL_STREAM"); // NOLINT(concurrency-mt-unsafe)
         return value == nullptr ? std::nullopt : JournalStream::parse(value);
     }();
-    return journal && journal->is(STDOUT_FILENO);
+    return journal && journal->matches(STDOUT_FILENO);
 }
 
 } // namespace
@@ -36,8 +36,8 @@ void writeLogLine(std::string_view line)
     bytes.reserve(line.size() + 1);
     bytes.append(line).push_back('\n');
     // A write to a pipe is whole only while it fits into a page.
-    static std::mutex oneLineAtATime;
-    const std::lock_guard guard(oneLineAtATime);
+    static std::mutex outputMutex;
+    const std::lock_guard guard(outputMutex);
     writeAll(STDOUT_FILENO, bytes);
 }
 

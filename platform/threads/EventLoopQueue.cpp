@@ -27,7 +27,7 @@ public:
             if (!open) {
                 return;
             }
-            list.push_back(std::move(work));
+            pendingWork.push_back(std::move(work));
         }
         // Not under the mutex, for which the event loop's thread that wakes would fall asleep
         // again.
@@ -50,8 +50,8 @@ public:
             guard.unlock();
             return QObject::event(event);
         }
-        const Work work = std::move(list.front());
-        list.pop_front();
+        const Work work = std::move(pendingWork.front());
+        pendingWork.pop_front();
         guard.unlock();
         work();
         return true;
@@ -60,7 +60,7 @@ public:
 private:
     std::mutex mutex;
     bool open = true;
-    std::deque<Work> list;
+    std::deque<Work> pendingWork;
 };
 
 // Deliberately never destroyed: threads that outlive the application object may still offer work.

@@ -21,7 +21,8 @@ namespace orlimo {
 namespace {
 
 /// The languages that have one catalogue for all their scripts and territories.
-constexpr std::array<QStringView, 6> plainLanguages{u"de", u"es", u"fr", u"it", u"ja", u"ko"};
+constexpr std::array<QStringView, 6> languagesWithoutVariants{
+    u"de", u"es", u"fr", u"it", u"ja", u"ko"};
 
 /// Tells our translators from the other children of the application object.
 constexpr auto translatorName = "orlimo-translator";
@@ -46,7 +47,9 @@ std::optional<TranslationCatalogue> catalogueFor(const QStringList& subtags)
     if (language == u"pt") {
         return TranslationCatalogue{QStringLiteral("pt_BR"), QStringLiteral("pt_BR")};
     }
-    if (std::ranges::find(plainLanguages, QStringView(language)) != plainLanguages.end()) {
+    if (std::ranges::find(languagesWithoutVariants, QStringView(language)) !=
+        languagesWithoutVariants.end())
+    {
         return TranslationCatalogue{language, language};
     }
     return std::nullopt;
@@ -101,7 +104,7 @@ void installTranslations(QCoreApplication& application, const QStringList& langu
     if (const auto catalogue = TranslationCatalogue::forLanguages(languages)) {
         install(
             application,
-            QStringLiteral("qtbase_") + catalogue->toolkitLanguage,
+            QStringLiteral("qtbase_") + catalogue->qtLanguage,
             QLibraryInfo::path(QLibraryInfo::TranslationsPath));
         install(
             application,

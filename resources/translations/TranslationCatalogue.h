@@ -15,7 +15,7 @@ struct TranslationCatalogue
     /// As the program's own file is named: "de", "pt_BR", "zh_Hant".
     QString language;
     /// As the toolkit's file is named: "de", "pt_BR", "zh_TW".
-    QString toolkitLanguage;
+    QString qtLanguage;
 
     /// The catalogue for a user who wants `languages`, best first, each as in "de-AT", "zh_Hant_HK"
     /// or "fr". Absent when English serves that user best.

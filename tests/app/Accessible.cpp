@@ -32,7 +32,7 @@ QVariant Accessible::ask(
 {
     auto message = QDBusMessage::createMethodCall(service, path, interface, question);
     message.setArguments(arguments);
-    constexpr std::chrono::milliseconds limit = generousLimit;
+    constexpr std::chrono::milliseconds limit = defaultTimeout;
     const auto answer = bus.call(message, QDBus::Block, static_cast<int>(limit.count()));
     // What an error carries are its words.
     return answer.type() == QDBusMessage::ReplyMessage ? answer.arguments().value(0) : QVariant();

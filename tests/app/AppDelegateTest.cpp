@@ -29,7 +29,7 @@ using testing::IsEmpty;
 class AppDelegateTest : public ViewTestBase
 {
 protected:
-    [[nodiscard]] LaunchHost launchHost()
+    [[nodiscard]] DelegateServices delegateServices()
     {
         return {
             .userDefaults = preferences,
@@ -68,7 +68,7 @@ protected:
     std::optional<QRect> screen = QRect(0, 0, 1920, 1080);
     /// How much lower Qt counts what the system places.
     double systemOffset = 0;
-    AppDelegate delegate{launchHost()};
+    AppDelegate delegate{delegateServices()};
 };
 
 TEST_F(AppDelegateTest, StartsEmpty)
@@ -109,7 +109,7 @@ TEST_F(AppDelegateTest, SwitchesLaunchAtLoginOnAtEveryStart)
         preferences.setBool(false, key);
     }
     for (int start = 1; start <= 3; ++start) {
-        AppDelegate next{launchHost()};
+        AppDelegate next{delegateServices()};
         next.applicationWillFinishLaunching();
         EXPECT_EQ(loginItem.size(), static_cast<std::size_t>(start));
     }
@@ -176,7 +176,7 @@ TEST_F(AppDelegateTest, PlacesTheGuidanceWindowInTheSystemsCoordinates)
     EXPECT_EQ(delegate.secondaryWindow->geometry(), QRect(710, 110, 500, 500));
 }
 
-TEST(GuidanceWindowPlace, IsTheMiddleOfTheScreensSizeWhateverThatIs)
+TEST(GuidanceWindowPlacement, IsTheMiddleOfTheScreensSizeWhateverThatIs)
 {
     const QSizeF size(500, 500);
     EXPECT_EQ(GuidanceWindow::contentAreaOn({0, 0, 500, 500}), QRectF({0, 0}, size));
@@ -281,7 +281,7 @@ TEST_F(AppDelegateTest, TakesItsWindowAndItsControllerAlong)
     QPointer<QWidget> window;
     std::weak_ptr<Message> controller;
     {
-        AppDelegate passing{launchHost()};
+        AppDelegate passing{delegateServices()};
         passing.message = watching();
         controller = passing.message;
         passing.showHelperWindow();
@@ -309,7 +309,7 @@ TEST_F(AppDelegateTest, HasTheMessagesReadAgainOnceAtEachActivation)
 
 TEST_F(AppDelegateTest, ActivatedBeforeTheStoreIsReadySaysSo)
 {
-    delegate.message = Message::create(host());
+    delegate.message = Message::create(services());
     const OutputCapture output;
     delegate.applicationWillBecomeActive();
     EXPECT_THAT(output.lines(), ElementsAre("not ready to access disk"));

@@ -2,7 +2,7 @@
 
 #include "app/MenuBarScene.h"
 #include "platform/process/LogLine.h"
-#include "tests/capture/OwnHome.h"
+#include "tests/capture/PrivateHome.h"
 #include "tests/support/FatalStopExpectation.h"
 #include "tests/support/StoreWriter.h"
 #include "tests/support/process/ForkedRun.h"
@@ -32,7 +32,7 @@ void answer(const char* question, bool yes)
 std::vector<std::string> linesOfRun(const std::function<void()>& work)
 {
     const ForkedRun run = runForked([&work] {
-        moveIntoOwnHome();
+        switchToPrivateHome();
         StoreWriter store(
             std::filesystem::path(qEnvironmentVariable("HOME").toStdString()) / "Library");
         store.appendText("Your code is 482913.");
@@ -124,7 +124,7 @@ TEST(OrlimoApp, BodyOnAnotherThreadStops)
 {
     expectFatalStop(
         [] {
-            moveIntoOwnHome();
+            switchToPrivateHome();
             const OrlimoApp app;
             std::thread([&app] { (void)app.body(); }).join();
         },

@@ -36,12 +36,12 @@ TEST(StateObject, NeverAskedForIsNeverBuilt)
 }
 
 /// Counts how many of its kind there are.
-struct Counted
+struct InstanceCounter
 {
-    Counted() { ++number; }
-    ~Counted() { --number; }
-    Counted(const Counted&) = delete;
-    Counted& operator=(const Counted&) = delete;
+    InstanceCounter() { ++number; }
+    ~InstanceCounter() { --number; }
+    InstanceCounter(const InstanceCounter&) = delete;
+    InstanceCounter& operator=(const InstanceCounter&) = delete;
 
     static inline int number = 0;
 };
@@ -49,12 +49,12 @@ struct Counted
 TEST(ApplicationDelegateAdaptor, MakesOneDelegateAndKeepsIt)
 {
     {
-        const ApplicationDelegateAdaptor<Counted> adaptor;
-        EXPECT_EQ(Counted::number, 1);
+        const ApplicationDelegateAdaptor<InstanceCounter> adaptor;
+        EXPECT_EQ(InstanceCounter::number, 1);
         EXPECT_EQ(&adaptor.wrappedValue(), &adaptor.wrappedValue());
-        EXPECT_EQ(Counted::number, 1);
+        EXPECT_EQ(InstanceCounter::number, 1);
     }
-    EXPECT_EQ(Counted::number, 0);
+    EXPECT_EQ(InstanceCounter::number, 0);
 }
 
 } // namespace

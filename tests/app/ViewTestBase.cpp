@@ -5,7 +5,7 @@
 
 namespace orlimo {
 
-PanelHost ViewTestBase::panelHost()
+PanelServices ViewTestBase::panelServices()
 {
     return {
         .userDefaults = preferences,
@@ -15,10 +15,10 @@ PanelHost ViewTestBase::panelHost()
     };
 }
 
-MenuHost ViewTestBase::menuHost()
+MenuServices ViewTestBase::menuServices()
 {
     return {
-        .panel = panelHost(),
+        .panel = panelServices(),
         .application = [this]() -> SharedApplication& { return application; },
         .openUrl =
             [this](const QUrl& url) {
@@ -36,7 +36,7 @@ std::unique_ptr<QWidget> ViewTestBase::shownMenu(const std::string& code)
     }
     auto message = watching();
     const OutputCapture swallowed;
-    auto menu = std::make_unique<StatusMenuView>(std::move(message), menuHost());
+    auto menu = std::make_unique<StatusMenuView>(std::move(message), menuServices());
     showActive(*menu);
     return menu;
 }

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "app/panel/MenuHost.h"
-#include "app/panel/PanelHost.h"
+#include "app/panel/MenuServices.h"
+#include "app/panel/PanelServices.h"
 #include "app/panel/StatusMenuView.h"
 #include "tests/app/RecordingApplication.h"
 #include "tests/capture/MemoryUserDefaults.h"
@@ -38,8 +38,8 @@ template <class View> View& named(const QWidget& ancestor, const char* name)
 class ViewTestBase : public MessageTestBase
 {
 protected:
-    [[nodiscard]] PanelHost panelHost();
-    [[nodiscard]] MenuHost menuHost();
+    [[nodiscard]] PanelServices panelServices();
+    [[nodiscard]] MenuServices menuServices();
 
     /// The menu-bar window's content, shown as it is when the newest message holds `code`. What is
     /// logged on the way is swallowed.

@@ -34,7 +34,7 @@ orlimo_add_tests(orlimo_program_tests
         ../platform/files/ForeignLock.cpp
         ../desktop/ClipboardTest.cpp
         ../program/FaultTest.cpp
-        ../program/RoadOfMessageTest.cpp
+        ../program/MessageFlowTest.cpp
         ../desktop/sessions/x11/SelectionOwnerChanges.cpp
         ../program/StartUpTest.cpp
         ../program/UsageTest.cpp
@@ -46,7 +46,7 @@ orlimo_add_tests(orlimo_program_tests
 orlimo_add_tests(orlimo_whole_program_tests
     LABEL e2e
     ON x11-with-trayer
-    SOURCES ../platform/loginitem/linux/ScriptedPortal.cpp ../program/GuidanceTest.cpp ../program/LoginItemTest.cpp ../desktop/TourTest.cpp ../desktop/WindowTest.cpp
+    SOURCES ../platform/loginitem/linux/ScriptedPortal.cpp ../program/GuidanceTest.cpp ../program/LoginItemTest.cpp ../desktop/UserJourneyTest.cpp ../desktop/WindowTest.cpp
     LIBRARIES orlimo_desktop_session Qt6::DBus
     NEEDS orlimo orlimo-sample-store)
 
@@ -67,9 +67,9 @@ add_library(orlimo_wayland_session STATIC
     ../desktop/sessions/TrayItems.cpp
     ../desktop/sessions/wayland/WaylandClipboard.cpp)
 target_link_libraries(orlimo_wayland_session PUBLIC orlimo_desktop_session)
-orlimo_name_program(ORLIMO_CLIPBOARD_PROBE orlimo-clipboard-probe
+orlimo_define_program_path(ORLIMO_CLIPBOARD_PROBE orlimo-clipboard-probe
     IN ../desktop/KWinTest.cpp ../desktop/MutterTest.cpp ../desktop/SwayClipboardTest.cpp)
-orlimo_name_program(ORLIMO_DESKTOP_PROBE orlimo-desktop-probe IN ../desktop/sessions/wayland/SwaySession.cpp)
+orlimo_define_program_path(ORLIMO_DESKTOP_PROBE orlimo-desktop-probe IN ../desktop/sessions/wayland/SwaySession.cpp)
 
 orlimo_add_tests(orlimo_sway_tests
     LABEL desktop
@@ -107,7 +107,7 @@ orlimo_add_tests(orlimo_delivery_tests
     SOURCES ../program/DeliveryTest.cpp ../desktop/sessions/PlatformPlugin.cpp ../desktop/SilentCompositorTest.cpp
     LIBRARIES orlimo_program_session Threads::Threads
     NEEDS orlimo orlimo-sample-store orlimo_slow_disk)
-orlimo_name_program(ORLIMO_SLOW_DISK orlimo_slow_disk IN ../program/DeliveryTest.cpp)
+orlimo_define_program_path(ORLIMO_SLOW_DISK orlimo_slow_disk IN ../program/DeliveryTest.cpp)
 
 # A program of its own, in which nothing is painted before the tests fork: the toolkit's painting
 # threads do not come along into a child.

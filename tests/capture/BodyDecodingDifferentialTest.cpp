@@ -1,7 +1,7 @@
 #include "capture/BodyDecoding.h"
 #include "tests/capture/reference/BodyBytes.h"
-#include "tests/capture/reference/Dice.h"
-#include "tests/capture/reference/PlainBodyDecoding.h"
+#include "tests/capture/reference/RandomSource.h"
+#include "tests/capture/reference/ReferenceBodyDecoding.h"
 #include "tests/support/process/ForkedRun.h"
 #include "tests/support/process/OutputCapture.h"
 
@@ -34,65 +34,68 @@ std::string marker()
     return "4E53537472696E67";
 }
 
-std::string fixedRun()
+std::string stringPreamble()
 {
     return "019584012B";
 }
 
 /// Words, well-formed most of the time, and rarely holding what the decoding looks for.
-std::string anyWords(Dice& dice)
+std::string randomMessageText(RandomSource& randomSource)
 {
     static const std::vector<std::string> wellFormed{
         "Your code is ", "482913", "é", "確認", "\U0001F44D", "\0"s, "\r\n", "\uFFFC"};
     static const std::vector<std::string> illFormed{
         "\x95", "\xC0\xAF", "\xED\xA0\x80", "\xF4\x90\x80\x80", "\xE2\x82"};
     static const std::vector<std::string> special{"NSString", "\x01\x95\x84\x01\x2B"};
-    std::string words;
-    if (dice.once(40)) {
-        return words;
+    std::string messageText;
+    if (randomSource.once(40)) {
+        return messageText;
     }
-    for (std::size_t pieces = 1 + dice.below(dice.once(3) ? 60 : 10); pieces > 0; --pieces) {
-        words += dice.oneOf(wellFormed);
+    for (std::size_t pieces = 1 + randomSource.below(randomSource.once(3) ? 60 : 10); pieces > 0;
+         --pieces)
+    {
+        messageText += randomSource.oneOf(wellFormed);
     }
-    if (dice.once(6)) {
-        words += dice.oneOf(illFormed) + dice.oneOf(wellFormed);
+    if (randomSource.once(6)) {
+        messageText += randomSource.oneOf(illFormed) + randomSource.oneOf(wellFormed);
     }
-    if (dice.once(8)) {
-        words += dice.oneOf(special) + dice.oneOf(wellFormed);
+    if (randomSource.once(8)) {
+        messageText += randomSource.oneOf(special) + randomSource.oneOf(wellFormed);
     }
-    return words;
+    return messageText;
 }
 
 /// A length and words that fit it or, now and then, do not.
-std::string anyString(Dice& dice)
+std::string randomArchivedString(RandomSource& randomSource)
 {
-    const std::string words = anyWords(dice);
-    std::size_t length = words.size();
-    if (dice.once(6)) {
-        length = dice.once(2) ? dice.below(400) : length + dice.below(3);
+    const std::string messageText = randomMessageText(randomSource);
+    std::size_t length = messageText.size();
+    if (randomSource.once(6)) {
+        length = randomSource.once(2) ? randomSource.below(400) : length + randomSource.below(3);
     }
-    switch (dice.below(8)) {
+    switch (randomSource.below(8)) {
     case 0:
-        return "\x81"s + static_cast<char>(length % 256) + static_cast<char>(length / 256) + words;
+        return "\x81"s + static_cast<char>(length % 256) + static_cast<char>(length / 256) +
+               messageText;
     case 1:
-        return "\x82"s + words;
+        return "\x82"s + messageText;
     case 2:
-        return static_cast<char>(length) + words;
+        return static_cast<char>(length) + messageText;
     default:
-        return archivedLength(length) + words;
+        return archivedLength(length) + messageText;
     }
 }
 
-std::string anyArchive(Dice& dice)
+std::string randomArchive(RandomSource& randomSource)
 {
-    switch (dice.below(4)) {
+    switch (randomSource.below(4)) {
     case 0:
-        return asHexadecimal(mutableStringBody(anyWords(dice)));
+        return asHexadecimal(mutableStringBody(randomMessageText(randomSource)));
     case 1:
-        return asHexadecimal(immutableStringBody(anyWords(dice)));
+        return asHexadecimal(immutableStringBody(randomMessageText(randomSource)));
     default:
-        return marker() + fixedRun() + asHexadecimal(anyString(dice)) +
-               (dice.once(2) ? "8684" : "");
+        return marker() + stringPreamble() + asHexadecimal(randomArchivedString(randomSource)) +
+               (randomSource.once(2) ? "8684" : "");
     }
 }
 
@@ -115,27 +118,50 @@ std::size_t codePointFrom(const std::string& text, std::size_t place)
 }
 
 /// A place in `text`, often near the length: most of what matters stands there.
-std::size_t anyPlace(Dice& dice, const std::string& text)
+std::size_t randomPosition(RandomSource& randomSource, const std::string& text)
 {
     const std::size_t found = text.find(marker());
-    if (found == std::string::npos || dice.once(2)) {
-        return codePointFrom(text, dice.below(text.size() + 1));
+    if (found == std::string::npos || randomSource.once(2)) {
+        return codePointFrom(text, randomSource.below(text.size() + 1));
     }
-    const std::size_t afterMarker = found + marker().size() + dice.below(16);
+    const std::size_t afterMarker = found + marker().size() + randomSource.below(16);
     return codePointFrom(text, std::min(afterMarker, text.size()));
 }
 
-std::string mutated(Dice& dice, std::string text)
+std::string mutated(RandomSource& randomSource, std::string text)
 {
     static const std::vector<std::string> insertions{
-        "0",      "7",      "F",      "G",          "q",
-        " ",      "-",      "@",      "81",         "82",
-        "00",     "\r\n",   "\0"s,    "ß",          "ﬁ",
-        "ŉ",      "ΐ",      "ı",      "é",          "e\u0301",
-        "\u0301", "\u20E3", "€",      "\U0001F44D", "\U0001F1E9\U0001F1EA",
-        "\u0600", "\u200D", marker(), fixedRun()};
-    const std::size_t place = anyPlace(dice, text);
-    switch (dice.below(5)) {
+        "0",
+        "7",
+        "F",
+        "G",
+        "q",
+        " ",
+        "-",
+        "@",
+        "81",
+        "82",
+        "00",
+        "\r\n",
+        "\0"s,
+        "ß",
+        "ﬁ",
+        "ŉ",
+        "ΐ",
+        "ı",
+        "é",
+        "e\u0301",
+        "\u0301",
+        "\u20E3",
+        "€",
+        "\U0001F44D",
+        "\U0001F1E9\U0001F1EA",
+        "\u0600",
+        "\u200D",
+        marker(),
+        stringPreamble()};
+    const std::size_t place = randomPosition(randomSource, text);
+    switch (randomSource.below(5)) {
     case 0:
         return text.substr(0, place);
     case 1:
@@ -143,18 +169,21 @@ std::string mutated(Dice& dice, std::string text)
     case 2:
         return text.erase(place, codePointFrom(text, place + 1) - place);
     default:
-        return text.insert(place, dice.oneOf(insertions));
+        return text.insert(place, randomSource.oneOf(insertions));
     }
 }
 
-std::string anyBody(Dice& dice)
+std::string randomBody(RandomSource& randomSource)
 {
-    std::string body = anyArchive(dice);
-    if (dice.once(10)) {
-        body += anyArchive(dice);
+    std::string body = randomArchive(randomSource);
+    if (randomSource.once(10)) {
+        body += randomArchive(randomSource);
     }
-    for (std::size_t mutations = dice.once(3) ? 1 + dice.below(4) : 0; mutations > 0; --mutations) {
-        body = mutated(dice, body);
+    for (std::size_t mutations = randomSource.once(3) ? 1 + randomSource.below(4) : 0;
+         mutations > 0;
+         --mutations)
+    {
+        body = mutated(randomSource, body);
     }
     return body;
 }
@@ -180,21 +209,22 @@ protected:
                testing::PrintToString(body);
     }
 
-    static void expectSame(const std::string& body, const PlainDecoding& expected)
+    static void expectSame(const std::string& body, const ReferenceDecoding& expected)
     {
         std::string log;
-        std::optional<std::string> words;
+        std::optional<std::string> messageText;
         {
             const OutputCapture capture;
-            words = decodeAttributedBody(body);
+            messageText = decodeAttributedBody(body);
             log = capture.text();
         }
-        const auto* const expectedWords = std::get_if<PlainDecoding::Words>(&expected.outcome);
-        ASSERT_EQ(words, expectedWords ? std::optional(expectedWords->text) : std::nullopt);
+        const auto* const expectedText =
+            std::get_if<ReferenceDecoding::MessageText>(&expected.outcome);
+        ASSERT_EQ(messageText, expectedText ? std::optional(expectedText->text) : std::nullopt);
         ASSERT_EQ(log, joined(expected.lines));
     }
 
-    static void expectFatal(const std::string& body, const PlainDecoding& expected)
+    static void expectFatal(const std::string& body, const ReferenceDecoding& expected)
     {
         const ForkedRun run = runForked([&] { (void)decodeAttributedBody(body); });
         ASSERT_EQ(run.signal, SIGABRT);
@@ -207,24 +237,25 @@ protected:
 
 TEST_F(BodyDecodingDifferential, AgreesWithPlainDecoding)
 {
-    Dice dice(seed);
-    int words = 0;
+    RandomSource randomSource(seed);
+    int messageText = 0;
     int nothing = 0;
     int fatal = 0;
     for (int input = 0; input < inputs; ++input) {
-        const std::string body = anyBody(dice);
-        const PlainDecoding expected = plainDecoding(body);
+        const std::string body = randomBody(randomSource);
+        const ReferenceDecoding expected = referenceDecoding(body);
         SCOPED_TRACE(trace(input, body));
-        if (!std::holds_alternative<PlainDecoding::Fatal>(expected.outcome)) {
+        if (!std::holds_alternative<ReferenceDecoding::Fatal>(expected.outcome)) {
             ASSERT_NO_FATAL_FAILURE(expectSame(body, expected));
-            std::holds_alternative<PlainDecoding::Nothing>(expected.outcome) ? ++nothing : ++words;
+            std::holds_alternative<ReferenceDecoding::NoText>(expected.outcome) ? ++nothing
+                                                                                : ++messageText;
         } else if (fatal < forkedInputs) {
             ASSERT_NO_FATAL_FAILURE(expectFatal(body, expected));
             ++fatal;
         }
     }
     // The inputs are worth something only while all outcomes are common.
-    EXPECT_GT(words, inputs / 4);
+    EXPECT_GT(messageText, inputs / 4);
     EXPECT_GT(nothing, inputs / 20);
     EXPECT_EQ(fatal, forkedInputs);
 }

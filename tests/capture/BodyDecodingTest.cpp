@@ -21,14 +21,14 @@ namespace {
 using namespace std::string_literals;
 using testing::IsEmpty;
 using Lines = std::vector<std::string>;
-using Words = std::optional<std::string>;
+using OptionalText = std::optional<std::string>;
 
 std::string marker()
 {
     return "4E53537472696E67";
 }
 
-std::string fixedRun()
+std::string stringPreamble()
 {
     return "019584012B";
 }
@@ -36,13 +36,13 @@ std::string fixedRun()
 /// What becomes of one body, and what is logged on the way.
 struct Decoding
 {
-    Words words;
+    OptionalText messageText;
     Lines lines;
 
     friend bool operator==(const Decoding&, const Decoding&) = default;
     friend std::ostream& operator<<(std::ostream& stream, const Decoding& decoding)
     {
-        return stream << testing::PrintToString(decoding.words) << " after "
+        return stream << testing::PrintToString(decoding.messageText) << " after "
                       << testing::PrintToString(decoding.lines);
     }
 };
@@ -50,14 +50,14 @@ struct Decoding
 Decoding decodingOf(const std::string& hexadecimalText)
 {
     const OutputCapture capture;
-    Words words = decodeAttributedBody(hexadecimalText);
-    return {std::move(words), capture.lines()};
+    OptionalText messageText = decodeAttributedBody(hexadecimalText);
+    return {std::move(messageText), capture.lines()};
 }
 
 /// The hexadecimal text of a body whose string is `bytes`: length, words and all that follows.
 std::string bodyWith(std::string_view bytes)
 {
-    return marker() + fixedRun() + asHexadecimal(bytes);
+    return marker() + stringPreamble() + asHexadecimal(bytes);
 }
 
 std::string repeated(const std::string& text, std::size_t times)
@@ -74,16 +74,16 @@ std::string repeated(const std::string& text, std::size_t times)
 TEST(BodyDecoding, LengthOfOneByte)
 {
     EXPECT_EQ(
-        decodingOf(marker() + fixedRun() + "05" + "48656C6C6F"),
+        decodingOf(marker() + stringPreamble() + "05" + "48656C6C6F"),
         (Decoding{"Hello", {"first not 129 5"}}));
 }
 
 TEST(BodyDecoding, LengthOfTwoBytesLowByteFirst)
 {
-    const std::string words = repeated("0123456789", 30);
+    const std::string messageText = repeated("0123456789", 30);
     EXPECT_EQ(
-        decodingOf(marker() + fixedRun() + "812C01" + asHexadecimal(words)),
-        (Decoding{words, {"first 129"}}));
+        decodingOf(marker() + stringPreamble() + "812C01" + asHexadecimal(messageText)),
+        (Decoding{messageText, {"first 129"}}));
 }
 
 TEST(BodyDecoding, LengthOfTwoBytesMayBeSmall)
@@ -137,14 +137,14 @@ TEST(BodyDecoding, OtherRunIsNotRemoved)
 TEST(BodyDecoding, FixedRunIsRemovedInsideTheWords)
 {
     EXPECT_EQ(
-        decodingOf(marker() + fixedRun() + "05" + "4865" + fixedRun() + "6C6C6F"),
+        decodingOf(marker() + stringPreamble() + "05" + "4865" + stringPreamble() + "6C6C6F"),
         (Decoding{"Hello", {"first not 129 5"}}));
 }
 
 TEST(BodyDecoding, FixedRunIsRemovedAcrossBytes)
 {
     EXPECT_EQ(
-        decodingOf(marker() + "05" + "4" + fixedRun() + "8" + "656C6C6F"),
+        decodingOf(marker() + "05" + "4" + stringPreamble() + "8" + "656C6C6F"),
         (Decoding{"Hello", {"first not 129 5"}}));
     // The bytes 60 19 58 40 12 B5: the run is what stands between the first digit and the last.
     EXPECT_EQ(decodingOf(marker() + "01" + "6019584012B5"), (Decoding{"e", {"first not 129 1"}}));
@@ -153,11 +153,13 @@ TEST(BodyDecoding, FixedRunIsRemovedAcrossBytes)
 TEST(BodyDecoding, FixedRunIsRemovedEverywhereAndOnce)
 {
     EXPECT_EQ(
-        decodingOf(marker() + fixedRun() + fixedRun() + "02" + fixedRun() + "4869" + fixedRun()),
+        decodingOf(
+            marker() + stringPreamble() + stringPreamble() + "02" + stringPreamble() + "4869" +
+            stringPreamble()),
         (Decoding{"Hi", {"first not 129 2"}}));
     // What comes together where a run was is not looked at again: 01 95 84 01 2B stays.
     EXPECT_EQ(
-        decodingOf(marker() + "01958" + fixedRun() + "4012B"),
+        decodingOf(marker() + "01958" + stringPreamble() + "4012B"),
         (Decoding{std::nullopt, {"first not 129 1"}}));
 }
 
@@ -185,20 +187,22 @@ TEST(BodyDecoding, MarkerIsFoundAcrossBytesToo)
 
 TEST(BodyDecoding, Length82IsOneByte)
 {
-    const std::string words(130, 'x');
+    const std::string messageText(130, 'x');
     EXPECT_EQ(
-        decodingOf(bodyWith("\x82" + words + "more")), (Decoding{words, {"first not 129 130"}}));
+        decodingOf(bodyWith("\x82" + messageText + "more")),
+        (Decoding{messageText, {"first not 129 130"}}));
 }
 
 TEST(BodyDecoding, Length80IsOneByte)
 {
-    const std::string words(128, 'x');
-    EXPECT_EQ(decodingOf(bodyWith("\x80" + words)), (Decoding{words, {"first not 129 128"}}));
+    const std::string messageText(128, 'x');
+    EXPECT_EQ(
+        decodingOf(bodyWith("\x80" + messageText)), (Decoding{messageText, {"first not 129 128"}}));
 }
 
 TEST(BodyDecoding, WordsOfEveryKind)
 {
-    for (const std::string& words :
+    for (const std::string& messageText :
          {"a\0b"s,
           "Grüße"s,
           "Ваш код: 482913"s,
@@ -207,19 +211,19 @@ TEST(BodyDecoding, WordsOfEveryKind)
           "\uFFFC photo"s})
     {
         EXPECT_EQ(
-            decodingOf(bodyWith(archivedLength(words.size()) + words)),
-            (Decoding{words, {"first not 129 " + std::to_string(words.size())}}));
+            decodingOf(bodyWith(archivedLength(messageText.size()) + messageText)),
+            (Decoding{messageText, {"first not 129 " + std::to_string(messageText.size())}}));
     }
 }
 
 TEST(BodyDecoding, IllFormedWordsWithOneByteLengthAreNothing)
 {
-    for (const std::string& words :
+    for (const std::string& messageText :
          {"\xFF"s, "\xC0\xAF"s, "\xED\xA0\x80"s, "\xF4\x90\x80\x80"s, "\xE2\x82"s, "\x80"s})
     {
         EXPECT_EQ(
-            decodingOf(bodyWith(archivedLength(words.size()) + words)),
-            (Decoding{std::nullopt, {"first not 129 " + std::to_string(words.size())}}));
+            decodingOf(bodyWith(archivedLength(messageText.size()) + messageText)),
+            (Decoding{std::nullopt, {"first not 129 " + std::to_string(messageText.size())}}));
     }
 }
 
@@ -302,10 +306,13 @@ INSTANTIATE_TEST_SUITE_P(
         MalformedBody{"MarkerCutShort", "4E53537472696E6", {}, noString},
         MalformedBody{"MarkerAlone", marker(), {}, nothingFollows},
         MalformedBody{"MarkerTwice", marker() + marker(), {}, nothingFollows},
-        MalformedBody{"NothingAfterFixedRun", marker() + fixedRun(), {}, nothingFollows},
+        MalformedBody{"NothingAfterFixedRun", marker() + stringPreamble(), {}, nothingFollows},
         MalformedBody{
-            "NothingBetweenMarkers", marker() + fixedRun() + marker() + "0141", {}, nothingFollows},
-        MalformedBody{"OneDigit", marker() + fixedRun() + "0", {}, halfByte},
+            "NothingBetweenMarkers",
+            marker() + stringPreamble() + marker() + "0141",
+            {},
+            nothingFollows},
+        MalformedBody{"OneDigit", marker() + stringPreamble() + "0", {}, halfByte},
         MalformedBody{"OddNumberOfDigits", bodyWith("\x05Hello") + "8", {}, halfByte},
         MalformedBody{"OneByteLengthZero", bodyWith("\0Hello"s), {"first not 129 0"}, noLength},
         MalformedBody{"OneByteLengthAlone", bodyWith("\x05"), {"first not 129 5"}, cutShort},

@@ -1,9 +1,9 @@
 #include "capture/CodeExtraction.h"
 #include "capture/PreferenceKeys.h"
 #include "tests/capture/MemoryUserDefaults.h"
-#include "tests/capture/reference/Dice.h"
-#include "tests/capture/reference/PlainCodeRule.h"
-#include "tests/capture/reference/PlainUtf8.h"
+#include "tests/capture/reference/RandomSource.h"
+#include "tests/capture/reference/ReferenceCodeExtraction.h"
+#include "tests/capture/reference/ReferenceUtf8.h"
 #include "tests/support/process/OutputCapture.h"
 
 #include <gtest/gtest.h>
@@ -67,29 +67,29 @@ const std::vector<std::string>& neighbours()
     return choices;
 }
 
-std::string runOfDigits(Dice& dice)
+std::string runOfDigits(RandomSource& randomSource)
 {
-    const bool isMixed = dice.once(4);
-    char32_t zero = dice.once(2) ? U'0' : zeros.at(dice.below(zeros.size()));
-    const std::size_t length = 1 + dice.below(8);
+    const bool isMixed = randomSource.once(4);
+    char32_t zero = randomSource.once(2) ? U'0' : zeros.at(randomSource.below(zeros.size()));
+    const std::size_t length = 1 + randomSource.below(8);
     std::string run;
     for (std::size_t digit = 0; digit < length; ++digit) {
         if (isMixed) {
-            zero = zeros.at(dice.below(zeros.size()));
+            zero = zeros.at(randomSource.below(zeros.size()));
         }
-        run += plainUtf8(zero + static_cast<char32_t>(dice.below(10)));
-        if (dice.once(40)) {
-            run += dice.oneOf(neighbours());
+        run += referenceUtf8(zero + static_cast<char32_t>(randomSource.below(10)));
+        if (randomSource.once(40)) {
+            run += randomSource.oneOf(neighbours());
         }
     }
     return run;
 }
 
-std::string anyText(Dice& dice)
+std::string randomText(RandomSource& randomSource)
 {
     std::string text;
-    for (std::size_t parts = dice.below(9); parts > 0; --parts) {
-        text += dice.once(2) ? runOfDigits(dice) : dice.oneOf(neighbours());
+    for (std::size_t parts = randomSource.below(9); parts > 0; --parts) {
+        text += randomSource.once(2) ? runOfDigits(randomSource) : randomSource.oneOf(neighbours());
     }
     return text;
 }
@@ -106,11 +106,11 @@ std::string joined(const std::vector<std::string>& lines)
 TEST(CodeExtractionDifferential, AgreesWithPlainRule)
 {
     constexpr std::uint64_t seed = 4829137;
-    Dice dice(seed);
+    RandomSource randomSource(seed);
     int withCode = 0;
     for (int input = 0; input < inputs; ++input) {
-        const std::string text = anyText(dice);
-        const bool withFourDigits = dice.once(2);
+        const std::string text = randomText(randomSource);
+        const bool withFourDigits = randomSource.once(2);
         MemoryUserDefaults defaults;
         defaults.setBool(withFourDigits, preference::fourDigitInclude);
 
@@ -121,7 +121,7 @@ TEST(CodeExtractionDifferential, AgreesWithPlainRule)
             code = extractCode(text, defaults);
             log = capture.text();
         }
-        const PlainCodes expected = plainCodes(text, withFourDigits);
+        const ReferenceCodes expected = referenceCodes(text, withFourDigits);
         SCOPED_TRACE(
             "seed " + std::to_string(seed) + ", input " + std::to_string(input) + ": " +
             testing::PrintToString(text) + (withFourDigits ? " with" : " without") +

@@ -1,10 +1,10 @@
 #include "capture/Database.h"
 
 #include "tests/capture/reference/BodyBytes.h"
-#include "tests/capture/stores/KeptDatabase.h"
 #include "tests/capture/stores/OpenedConnections.h"
-#include "tests/capture/stores/SilentSqlite.h"
-#include "tests/capture/stores/StarvedSqlite.h"
+#include "tests/capture/stores/ProcessLifetimeDatabase.h"
+#include "tests/capture/stores/SqliteMemoryLimit.h"
+#include "tests/capture/stores/SqliteWithoutErrorMessages.h"
 #include "tests/capture/stores/StoreFiles.h"
 #include "tests/capture/stores/StoreLock.h"
 #include "tests/support/DeliberateLeak.h"
@@ -59,7 +59,7 @@ protected:
     /// What a new reader fetches. The log stays empty meanwhile.
     Messages fetched(std::int64_t limit = 10) const
     {
-        Database& database = keptDatabase(library());
+        Database& database = processLifetimeDatabase(library());
         const OutputCapture capture;
         Messages messages = database.fetchMessages(limit);
         EXPECT_EQ(capture.text(), "");
@@ -78,7 +78,7 @@ std::unique_ptr<Database> failingDatabase(const std::filesystem::path& library)
 }
 
 /// Lets other users reach the store.
-void openToAll(const std::filesystem::path& library)
+void makeWorldReadable(const std::filesystem::path& library)
 {
     using std::filesystem::perms;
     const auto everyone = perms::owner_all | perms::group_read | perms::group_exec |
@@ -230,7 +230,7 @@ TEST_F(DatabaseTest, CommitsBetweenFetchesAreSeen)
 {
     StoreWriter writer(library());
     writer.appendText("first");
-    Database& database = keptDatabase(library());
+    Database& database = processLifetimeDatabase(library());
     EXPECT_THAT(database.fetchMessages(10), ElementsAre(textMessage(1, "first")));
     writer.appendText("second");
     EXPECT_THAT(
@@ -251,13 +251,13 @@ TEST_F(DatabaseTest, TransactionUnderWayIsNotSeen)
 
 TEST_F(DatabaseTest, ColumnForWhichMemoryRunsOutIsAbsent)
 {
-    if (!sqliteCountsMemory()) {
+    if (!sqliteTracksMemory()) {
         GTEST_SKIP() << "this SQLite does not count its memory";
     }
-    writeStoreForStarvation(library());
+    writeStoreForMemoryLimit(library());
     const ForkedRun run = runForked([&] {
-        Database& database = keptDatabase(library());
-        starveSqlite();
+        Database& database = processLifetimeDatabase(library());
+        limitSqliteMemory();
         const Messages messages = database.fetchMessages(10);
         if (messages == Messages{{.rowid = 2, .text = {}, .attributedBody = {}}}) {
             (void)::write(STDOUT_FILENO, "absent", 6);
@@ -281,7 +281,7 @@ TEST_F(DatabaseTest, OpensForReadingAndWritingWithoutOwnFileSystem)
 {
     const StoreWriter writer(library());
     const OpenedConnections opened;
-    (void)keptDatabase(library());
+    (void)processLifetimeDatabase(library());
     EXPECT_EQ(sqlite3_db_readonly(opened.only(), "main"), 0);
     EXPECT_EQ(sqlite3_db_filename(opened.only(), "main"), store().string());
 }
@@ -328,7 +328,7 @@ TEST_F(DatabaseTest, StoreWithoutPermissionFailsToOpen)
         StoreWriter writer(library(), StoreWriter::Journal::rollback);
         writer.appendText("secret");
     }
-    openToAll(library());
+    makeWorldReadable(library());
     std::filesystem::permissions(store(), std::filesystem::perms::none);
     const ForkedRun run = runForked([&] {
         becomeUnprivilegedUser();
@@ -348,7 +348,7 @@ TEST_F(DatabaseTest, StoreThatMayOnlyBeReadIsRead)
         StoreWriter writer(library(), StoreWriter::Journal::rollback);
         writer.appendText("readable");
     }
-    openToAll(library());
+    makeWorldReadable(library());
     std::filesystem::permissions(
         store(),
         std::filesystem::perms::owner_read | std::filesystem::perms::group_read |
@@ -383,7 +383,7 @@ TEST_F(DatabaseTest, FailedOpenIsFinal)
 
 TEST_F(DatabaseTest, FailedOpenIsDestroyedWithoutHarmAndLeavesItsConnection)
 {
-    if (!sqliteCountsMemory()) {
+    if (!sqliteTracksMemory()) {
         GTEST_SKIP() << "this SQLite does not count its memory";
     }
     const OutputCapture capture;
@@ -395,7 +395,7 @@ TEST_F(DatabaseTest, FailedOpenIsDestroyedWithoutHarmAndLeavesItsConnection)
 
 TEST_F(DatabaseTest, FailedOpenThatSqliteDoesNotExplain)
 {
-    const SilentSqlite silent;
+    const SqliteWithoutErrorMessages silent;
     const OutputCapture capture;
     const auto database = failingDatabase(library());
     EXPECT_THAT(
@@ -421,7 +421,7 @@ TEST_F(DatabaseTest, StoreWithoutMessageTableIsLogged)
 {
     StoreWriter writer(library());
     writer.run("DROP TABLE message");
-    Database& database = keptDatabase(library());
+    Database& database = processLifetimeDatabase(library());
     const OutputCapture capture;
     EXPECT_THAT(database.fetchMessages(10), IsEmpty());
     EXPECT_THAT(
@@ -432,7 +432,7 @@ TEST_F(DatabaseTest, StoreWithoutColumnIsLogged)
 {
     StoreWriter writer(library());
     writer.run("ALTER TABLE message DROP COLUMN attributedBody");
-    Database& database = keptDatabase(library());
+    Database& database = processLifetimeDatabase(library());
     const OutputCapture capture;
     EXPECT_THAT(database.fetchMessages(10), IsEmpty());
     EXPECT_THAT(
@@ -460,7 +460,7 @@ TEST_F(DatabaseTest, StoreThatBecomesGoodIsReadAtTheNextFetch)
 {
     StoreWriter writer(library());
     writer.run("ALTER TABLE message RENAME TO hidden");
-    Database& database = keptDatabase(library());
+    Database& database = processLifetimeDatabase(library());
     const OutputCapture capture;
     EXPECT_THAT(database.fetchMessages(10), IsEmpty());
     writer.run("ALTER TABLE hidden RENAME TO message");
@@ -476,7 +476,7 @@ TEST_F(DatabaseTest, FailedPreparationThatSqliteDoesNotExplainStopsTheProgram)
         [&] {
             std::filesystem::create_directory(library() / "Messages");
             auto* const database = new Database(library());
-            const SilentSqlite silent;
+            const SqliteWithoutErrorMessages silent;
             (void)database->fetchMessages(10);
         },
         {"Database init", connected},
@@ -555,7 +555,7 @@ TEST_F(DatabaseTest, LockedStoreIsLogged)
     StoreWriter writer(library(), StoreWriter::Journal::rollback);
     writer.appendText("locked away");
     writer.run("BEGIN EXCLUSIVE");
-    Database& database = keptDatabase(library());
+    Database& database = processLifetimeDatabase(library());
     {
         const OutputCapture capture;
         EXPECT_THAT(database.fetchMessages(10), IsEmpty());
@@ -586,7 +586,7 @@ TEST_P(LockedStore, HoldsNoMessagesAndEveryCommitAfterIt)
     StoreWriter writer(library(), GetParam());
     writer.appendText("locked away");
     const OpenedConnections opened;
-    Database& database = keptDatabase(library());
+    Database& database = processLifetimeDatabase(library());
     const OutputCapture capture;
     EXPECT_THAT(database.fetchMessages(10), SizeIs(1));
     {
@@ -621,7 +621,7 @@ TEST_F(DatabaseTest, StatementsStayOnTheConnectionAndDoNotDisturbEachOther)
     StoreWriter writer(library());
     writer.appendText("only");
     const OpenedConnections opened;
-    Database& database = keptDatabase(library());
+    Database& database = processLifetimeDatabase(library());
     EXPECT_THAT(statementsOn(opened.only()), IsEmpty());
     const Messages first = database.fetchMessages(10);
     EXPECT_THAT(statementsOn(opened.only()), ElementsAre(query + "10"s));
@@ -635,7 +635,7 @@ TEST_F(DatabaseTest, QueryEndsInTheLimit)
 {
     const StoreWriter writer(library());
     const OpenedConnections opened;
-    Database& database = keptDatabase(library());
+    Database& database = processLifetimeDatabase(library());
     for (const std::int64_t limit :
          {std::int64_t{10},
           std::int64_t{0},
@@ -661,7 +661,7 @@ TEST_F(DatabaseTest, NothingButTheQueryIsRun)
     StoreWriter writer(library());
     writer.appendText("only");
     const OpenedConnections opened;
-    Database& database = keptDatabase(library());
+    Database& database = processLifetimeDatabase(library());
     static std::vector<std::string> run;
     run.clear();
     const auto note = [](unsigned /*event*/, void* /*context*/, void* /*statement*/, void* text) {
@@ -679,7 +679,7 @@ TEST_F(DatabaseTest, ChangedSchemaCostsOneFetch)
     // The price of the older way to compile a statement, which does not compile it again.
     StoreWriter writer(library());
     writer.appendText("only");
-    Database& database = keptDatabase(library());
+    Database& database = processLifetimeDatabase(library());
     const OutputCapture capture;
     EXPECT_THAT(database.fetchMessages(10), SizeIs(1));
     writer.run("CREATE TABLE neighbour (ROWID INTEGER PRIMARY KEY)");
@@ -690,7 +690,7 @@ TEST_F(DatabaseTest, ChangedSchemaCostsOneFetch)
 
 TEST_F(DatabaseTest, DestructionClosesTheConnection)
 {
-    if (!sqliteCountsMemory()) {
+    if (!sqliteTracksMemory()) {
         GTEST_SKIP() << "this SQLite does not count its memory";
     }
     std::filesystem::create_directory(library() / "Messages");
@@ -738,7 +738,7 @@ TEST_F(UnchangedStore, AfterManyFetchesWithLog)
     }
     const auto before = storeFiles(library());
     ASSERT_GT(before.at("chat.db-wal").size(), 100'000U);
-    Database& database = keptDatabase(library());
+    Database& database = processLifetimeDatabase(library());
     for (int check = 0; check < checks; ++check) {
         ASSERT_THAT(database.fetchMessages(10), SizeIs(10));
     }
@@ -750,7 +750,7 @@ TEST_F(UnchangedStore, AfterManyFetchesWithLog)
 TEST_F(UnchangedStore, AfterManyFetchesBetweenCommits)
 {
     StoreWriter writer(library());
-    Database& database = keptDatabase(library());
+    Database& database = processLifetimeDatabase(library());
     for (int number = 0; number < 20; ++number) {
         writer.appendText("Your code is " + std::to_string(100'000 + number));
         const auto before = storeFiles(library());
@@ -766,7 +766,7 @@ TEST_F(UnchangedStore, AfterManyFetchesWithoutLog)
         writer.appendText("only");
     }
     const auto before = storeFiles(library());
-    Database& database = keptDatabase(library());
+    Database& database = processLifetimeDatabase(library());
     for (int check = 0; check < checks; ++check) {
         ASSERT_THAT(database.fetchMessages(10), SizeIs(1));
     }

@@ -2,8 +2,8 @@
 #include "capture/PreferenceKeys.h"
 #include "tests/capture/MessageTestBase.h"
 #include "tests/capture/reference/BodyBytes.h"
-#include "tests/capture/stores/KeptDatabase.h"
-#include "tests/capture/stores/StarvedSqlite.h"
+#include "tests/capture/stores/ProcessLifetimeDatabase.h"
+#include "tests/capture/stores/SqliteMemoryLimit.h"
 #include "tests/support/DeliberateLeak.h"
 #include "tests/support/FatalStopExpectation.h"
 #include "tests/support/process/OutputCapture.h"
@@ -38,9 +38,9 @@ class MessageFaultTest : public MessageTestBase
 {
 protected:
     /// The host, reading the store in another Library folder. The watch stays on a good log.
-    [[nodiscard]] CaptureHost hostReading(Database& otherDatabase) const
+    [[nodiscard]] CaptureServices servicesWithDatabase(Database& otherDatabase) const
     {
-        const CaptureHost real = host();
+        const CaptureServices real = services();
         return {
             .database = otherDatabase,
             .userDefaults = real.userDefaults,
@@ -53,7 +53,7 @@ protected:
     /// A check of a store that cannot be read: logs `line`, and finds no code.
     void expectUnreadable(Database& otherDatabase, const std::string& line) const
     {
-        const auto message = watching(hostReading(otherDatabase));
+        const auto message = watching(servicesWithDatabase(otherDatabase));
         const OutputCapture capture;
         message->fileDidChange();
         EXPECT_EQ(message->verificationCode(), "No Code");
@@ -79,14 +79,16 @@ TEST_F(MessageFaultTest, StoreThatIsMissing)
 {
     std::filesystem::create_directory(other.path() / "Messages");
     expectUnreadable(
-        keptDatabase(other.path()), "error preparing fetch limit : v1no such table: message");
+        processLifetimeDatabase(other.path()),
+        "error preparing fetch limit : v1no such table: message");
 }
 
 TEST_F(MessageFaultTest, StoreThatIsNoDatabase)
 {
     writeFile(otherStore(), std::string(5000, '?'));
     expectUnreadable(
-        keptDatabase(other.path()), "error preparing fetch limit : v1file is not a database");
+        processLifetimeDatabase(other.path()),
+        "error preparing fetch limit : v1file is not a database");
     EXPECT_EQ(contentOf(otherStore()), std::string(5000, '?'));
 }
 
@@ -95,7 +97,7 @@ TEST_F(MessageFaultTest, StoreThatCouldNotBeOpened)
     Database* failed = nullptr;
     {
         const DeliberateLeak failedConnection;
-        failed = &keptDatabase(other.path());
+        failed = &processLifetimeDatabase(other.path());
     }
     expectUnreadable(*failed, "error preparing fetch limit : v1out of memory");
 }
@@ -106,13 +108,14 @@ TEST_F(MessageFaultTest, StoreThatIsLocked)
     writer.appendText("Your code is 482913");
     writer.run("BEGIN EXCLUSIVE");
     expectUnreadable(
-        keptDatabase(other.path()), "error preparing fetch limit : v1database is locked");
+        processLifetimeDatabase(other.path()),
+        "error preparing fetch limit : v1database is locked");
     writer.run("COMMIT");
 }
 
 TEST_F(MessageFaultTest, NoMessagesFolder)
 {
-    CaptureHost given = host();
+    CaptureServices given = services();
     given.libraryFolder = [folder = other.path()] { return folder; };
     const auto message = Message::create(given);
     const OutputCapture capture;
@@ -129,7 +132,7 @@ TEST_F(MessageFaultTest, StoreWithoutLog)
         StoreWriter writer(other.path(), StoreWriter::Journal::rollback);
         writer.appendText("Your code is 482913");
     }
-    CaptureHost given = hostReading(keptDatabase(other.path()));
+    CaptureServices given = servicesWithDatabase(processLifetimeDatabase(other.path()));
     given.libraryFolder = [folder = other.path()] { return folder; };
     const auto message = Message::create(given);
     const OutputCapture capture;
@@ -147,9 +150,9 @@ TEST_F(MessageFaultTest, StoreWithoutLog)
 
 TEST_F(MessageFaultTest, WatchThatTheHostRefuses)
 {
-    CaptureHost given = host();
+    CaptureServices given = services();
     given.makeFileMonitor = [](const auto& file) {
-        WatchHost watch = WatchHost::native();
+        WatchServices watch = WatchServices::native();
         watch.makeVnodeSource = [](int, VnodeEvents, Queue&) -> std::unique_ptr<VnodeSource> {
             throw std::system_error(ENOSPC, std::generic_category(), "too many watches");
         };
@@ -176,7 +179,7 @@ TEST_F(MessageFaultTest, CodeBehindDamagedPageIsNotFound)
     std::string content = contentOf(otherStore());
     const std::size_t page = content.find("message 7.") / 4096 * 4096;
     writeFile(otherStore(), content.replace(page, 4096, std::string(4096, '\xA5')));
-    const auto message = watching(hostReading(keptDatabase(other.path())));
+    const auto message = watching(servicesWithDatabase(processLifetimeDatabase(other.path())));
     const OutputCapture capture;
     message->fileDidChange();
     EXPECT_EQ(message->verificationCode(), "No Code");
@@ -268,7 +271,7 @@ TEST_F(MessageFaultDeathTest, AbsentLibraryFolder)
 {
     expectFatalStop(
         [this] {
-            CaptureHost given = host();
+            CaptureServices given = services();
             given.libraryFolder = [] { return std::nullopt; };
             Message::create(given)->registFileObserver();
         },
@@ -280,7 +283,7 @@ TEST_F(MessageFaultDeathTest, LibraryFolderThatIsGoneWhenItIsLookedForAgain)
 {
     expectFatalStop(
         [this] {
-            CaptureHost given = host();
+            CaptureServices given = services();
             given.libraryFolder = [folder = std::optional(library.path())]() mutable {
                 return std::exchange(folder, std::nullopt);
             };
@@ -301,16 +304,16 @@ TEST_F(MessageFaultDeathTest, MessageWithoutTextAndWithEmptyBody)
 
 TEST_F(MessageFaultDeathTest, MessageWithoutTextAndWithoutBody)
 {
-    if (!sqliteCountsMemory()) {
+    if (!sqliteTracksMemory()) {
         GTEST_SKIP() << "this SQLite does not count its memory";
     }
     // The reader yields no body where memory runs out for it.
-    writeStoreForStarvation(other.path());
+    writeStoreForMemoryLimit(other.path());
     expectFatalStop(
         [&] {
-            Database& starved = keptDatabase(other.path());
-            const auto message = watching(hostReading(starved));
-            starveSqlite();
+            Database& starved = processLifetimeDatabase(other.path());
+            const auto message = watching(servicesWithDatabase(starved));
+            limitSqliteMemory();
             message->checkMessages();
         },
         {"ready to access disk"},

@@ -2,14 +2,14 @@
 
 #include "capture/PreferenceKeys.h"
 #include "tests/capture/MessageTestBase.h"
-#include "tests/capture/OwnHome.h"
+#include "tests/capture/PrivateHome.h"
 #include "tests/capture/RecordingPasteboard.h"
 #include "tests/capture/reference/BodyBytes.h"
-#include "tests/capture/stores/KeptDatabase.h"
+#include "tests/capture/stores/ProcessLifetimeDatabase.h"
 #include "tests/capture/stores/StoreFiles.h"
 #include "tests/support/Await.h"
-#include "tests/support/HandClock.h"
-#include "tests/support/HandQueue.h"
+#include "tests/support/ManualClock.h"
+#include "tests/support/ManualQueue.h"
 #include "tests/support/process/OutputCapture.h"
 
 #include <QClipboard>
@@ -44,16 +44,16 @@ protected:
     std::optional<std::filesystem::path> reportedLibrary = library.path();
 
     /// The host with that folder in it.
-    [[nodiscard]] CaptureHost hostWithReportedLibrary()
+    [[nodiscard]] CaptureServices servicesWithReportedLibrary()
     {
-        CaptureHost changed = host();
+        CaptureServices changed = services();
         changed.libraryFolder = [this] { return reportedLibrary; };
         return changed;
     }
 
-    [[nodiscard]] CaptureHost hostCopyingTo(Pasteboard& pasteboard) const
+    [[nodiscard]] CaptureServices servicesWithPasteboard(Pasteboard& pasteboard) const
     {
-        const CaptureHost real = host();
+        const CaptureServices real = services();
         return {
             .database = real.database,
             .userDefaults = real.userDefaults,
@@ -68,7 +68,7 @@ protected:
 
 TEST_F(MessageTest, IsCreatedEmptyAndSilent)
 {
-    const CaptureHost given = host();
+    const CaptureServices given = services();
     const OutputCapture capture;
     const auto message = Message::create(given);
     EXPECT_EQ(message->text(), "");
@@ -81,7 +81,7 @@ TEST_F(MessageTest, IsCreatedEmptyAndSilent)
 
 TEST_F(MessageTest, RemembersLibraryFolderOfItsCreation)
 {
-    const auto message = Message::create(hostWithReportedLibrary());
+    const auto message = Message::create(servicesWithReportedLibrary());
     reportedLibrary.reset();
     EXPECT_EQ(message->libraryDirectory(), library.path());
 }
@@ -90,7 +90,7 @@ TEST_F(MessageTest, MayBeCreatedWithoutLibraryFolder)
 {
     reportedLibrary.reset();
     const OutputCapture capture;
-    EXPECT_EQ(Message::create(hostWithReportedLibrary())->libraryDirectory(), std::nullopt);
+    EXPECT_EQ(Message::create(servicesWithReportedLibrary())->libraryDirectory(), std::nullopt);
     EXPECT_EQ(capture.text(), "");
 }
 
@@ -98,7 +98,7 @@ TEST_F(MessageTest, MayBeCreatedWithoutLibraryFolder)
 
 TEST_F(MessageTest, WatchesTheLog)
 {
-    CaptureHost given = host();
+    CaptureServices given = services();
     std::vector<std::filesystem::path> watched;
     given.makeFileMonitor = [&watched, make = given.makeFileMonitor](const auto& file) {
         watched.push_back(file);
@@ -118,7 +118,7 @@ TEST_F(MessageTest, LooksForLibraryFolderAgainBeforeItWatches)
 {
     const TemporaryFolder other;
     reportedLibrary = other.path();
-    const auto message = Message::create(hostWithReportedLibrary());
+    const auto message = Message::create(servicesWithReportedLibrary());
     reportedLibrary = library.path();
     const OutputCapture capture;
     EXPECT_TRUE(message->registFileObserver());
@@ -129,7 +129,7 @@ TEST_F(MessageTest, LogThatIsMissingIsNotAllowed)
 {
     const TemporaryFolder withoutStore;
     reportedLibrary = withoutStore.path();
-    const auto message = Message::create(hostWithReportedLibrary());
+    const auto message = Message::create(servicesWithReportedLibrary());
     const OutputCapture capture;
     EXPECT_FALSE(message->registFileObserver());
     EXPECT_FALSE(message->ready());
@@ -149,7 +149,7 @@ TEST_F(MessageTest, FailedWatchIsNotRetried)
     const TemporaryFolder withoutStore;
     reportedLibrary = withoutStore.path();
     store.appendText("Your code is 482913");
-    const auto message = Message::create(hostWithReportedLibrary());
+    const auto message = Message::create(servicesWithReportedLibrary());
     {
         const OutputCapture swallowed;
         EXPECT_FALSE(message->registFileObserver());
@@ -166,7 +166,7 @@ TEST_F(MessageTest, FailedWatchIsNotRetried)
 TEST_F(MessageTest, LaterWatchThatFailsRefusesChecksAgain)
 {
     store.appendText("Your code is 482913");
-    const auto message = watching(hostWithReportedLibrary());
+    const auto message = watching(servicesWithReportedLibrary());
     const TemporaryFolder withoutStore;
     reportedLibrary = withoutStore.path();
     {
@@ -191,7 +191,7 @@ TEST_F(MessageTest, LaterWatchThatSucceedsAllowsChecks)
 {
     const TemporaryFolder withoutStore;
     reportedLibrary = withoutStore.path();
-    const auto message = Message::create(hostWithReportedLibrary());
+    const auto message = Message::create(servicesWithReportedLibrary());
     const OutputCapture swallowed;
     EXPECT_FALSE(message->registFileObserver());
     reportedLibrary = library.path();
@@ -204,7 +204,7 @@ TEST_F(MessageTest, LaterWatchThatSucceedsAllowsChecks)
 TEST_F(MessageTest, ChecksAreRefusedUntilTheStoreIsWatched)
 {
     store.appendText("Your code is 482913");
-    const auto message = Message::create(host());
+    const auto message = Message::create(services());
     int changes = 0;
     QObject::connect(message.get(), &Message::objectWillChange, [&changes] { ++changes; });
     const OutputCapture capture;
@@ -424,7 +424,7 @@ TEST_F(MessageTest, ObserversAreToldBeforeEachAssignment)
 
 TEST_F(MessageTest, ViewsMayAssignThePublishedProperties)
 {
-    const auto message = Message::create(host());
+    const auto message = Message::create(services());
     Lines seen;
     QObject::connect(message.get(), &Message::objectWillChange, [&] {
         seen.push_back(message->text() + "," + message->verificationCode());
@@ -527,7 +527,7 @@ TEST_F(MessageTest, OnePlainTextTypeIsDeclaredBeforeTheStringIsSet)
 {
     store.appendText("Your code is 482913");
     RecordingPasteboard pasteboard;
-    const auto message = watching(hostCopyingTo(pasteboard));
+    const auto message = watching(servicesWithPasteboard(pasteboard));
     const OutputCapture swallowed;
     message->checkMessages();
     EXPECT_THAT(pasteboard.calls, IsEmpty());
@@ -543,8 +543,8 @@ TEST_F(MessageTest, PropertyIsWhatIsCopied)
 {
     store.appendText("Your code is 482913");
     RecordingPasteboard pasteboard;
-    const auto message = watching(hostCopyingTo(pasteboard));
-    pasteboard.whenDeclared = [&] { message->setVerificationCode("777777"); };
+    const auto message = watching(servicesWithPasteboard(pasteboard));
+    pasteboard.onDeclared = [&] { message->setVerificationCode("777777"); };
     const OutputCapture capture;
     message->fileDidChange();
     EXPECT_THAT(pasteboard.calls, ElementsAre("declare string", "set 777777 as string"));
@@ -594,11 +594,12 @@ class WatchedMessageTest : public MessageTestBase
 protected:
     /// The program's own watch, but for the clock. The monitor outlives the test, as it would the
     /// controller.
-    [[nodiscard]] CaptureHost hostWithHandClock(std::weak_ptr<FileMonitor>* made = nullptr)
+    [[nodiscard]] CaptureServices
+    servicesWithManualClock(std::weak_ptr<FileMonitor>* made = nullptr)
     {
-        CaptureHost changed = host();
+        CaptureServices changed = services();
         changed.makeFileMonitor = [time = clock.function(), made](const auto& file) {
-            WatchHost watch = WatchHost::native();
+            WatchServices watch = WatchServices::native();
             watch.clock = time;
             auto monitor = FileMonitor::create(file, watch);
             if (made != nullptr) {
@@ -615,12 +616,12 @@ protected:
         store.appendText(text);
     }
 
-    HandClock clock;
+    ManualClock clock;
 };
 
 TEST_F(WatchedMessageTest, GrowthOfTheLogCopiesTheCode)
 {
-    const auto message = watching(hostWithHandClock());
+    const auto message = watching(servicesWithManualClock());
     const OutputCapture capture;
     deliverLater("Your code is 482913");
     EXPECT_TRUE(await([] { return clipboardText() == "482913"; }));
@@ -643,17 +644,17 @@ TEST_F(WatchedMessageTest, GrowthOfTheLogCopiesTheCode)
 TEST_F(WatchedMessageTest, MonitorOutlivesItsCreatorsReference)
 {
     std::weak_ptr<FileMonitor> monitor;
-    const auto message = watching(hostWithHandClock(&monitor));
+    const auto message = watching(servicesWithManualClock(&monitor));
     EXPECT_FALSE(monitor.expired());
 }
 
 /// With the throttle's decisions in the test's hands.
-class DecidedMessageTest : public WatchedMessageTest
+class ManualDecisionMessageTest : public WatchedMessageTest
 {
 protected:
-    [[nodiscard]] CaptureHost hostWithHandQueue()
+    [[nodiscard]] CaptureServices servicesWithManualQueue()
     {
-        CaptureHost changed = host();
+        CaptureServices changed = services();
         changed.makeFileMonitor = [time = clock.function(), &queue = decisions](const auto& file) {
             return FileMonitor::create(
                 file, {mainQueue(), queue, time, makeFileSystemObjectSource});
@@ -670,17 +671,17 @@ protected:
     }
 
     /// Never destroyed, because a monitor may report to it to the end of the process.
-    static HandQueue& keptQueue()
+    static ManualQueue& processLifetimeQueue()
     {
-        static auto& kept = *new std::vector<std::unique_ptr<HandQueue>>;
-        return *kept.emplace_back(std::make_unique<HandQueue>());
+        static auto& kept = *new std::vector<std::unique_ptr<ManualQueue>>;
+        return *kept.emplace_back(std::make_unique<ManualQueue>());
     }
-    HandQueue& decisions = keptQueue();
+    ManualQueue& decisions = processLifetimeQueue();
 };
 
-TEST_F(DecidedMessageTest, CapturingSwitchedOffIgnoresReportedGrowth)
+TEST_F(ManualDecisionMessageTest, CapturingSwitchedOffIgnoresReportedGrowth)
 {
-    const auto message = watching(hostWithHandQueue());
+    const auto message = watching(servicesWithManualQueue());
     defaults.setBool(false, preference::capturingEnabled);
     const OutputCapture capture;
     deliverLater("Your code is 482913");
@@ -695,9 +696,9 @@ TEST_F(DecidedMessageTest, CapturingSwitchedOffIgnoresReportedGrowth)
     EXPECT_EQ(clipboardText(), "555555");
 }
 
-TEST_F(DecidedMessageTest, MonitorDoesNotKeepTheControllerAlive)
+TEST_F(ManualDecisionMessageTest, MonitorDoesNotKeepTheControllerAlive)
 {
-    auto message = watching(hostWithHandQueue());
+    auto message = watching(servicesWithManualQueue());
     const std::weak_ptr<Message> observed = message;
     message.reset();
     EXPECT_TRUE(observed.expired());
@@ -709,9 +710,9 @@ TEST_F(DecidedMessageTest, MonitorDoesNotKeepTheControllerAlive)
     EXPECT_EQ(clipboardText(), "before");
 }
 
-TEST_F(DecidedMessageTest, ControllerThatGoesAwayAfterTheDecisionIsNotTold)
+TEST_F(ManualDecisionMessageTest, ControllerThatGoesAwayAfterTheDecisionIsNotTold)
 {
-    auto message = watching(hostWithHandQueue());
+    auto message = watching(servicesWithManualQueue());
     const OutputCapture capture;
     deliverLater("Your code is 482913");
     ASSERT_TRUE(await([this] { return decisions.waiting() > 0; }));

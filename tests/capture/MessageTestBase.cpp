@@ -1,9 +1,9 @@
 #include "tests/capture/MessageTestBase.h"
 
 #include "capture/PreferenceKeys.h"
-#include "tests/capture/CaptureServices.h"
 #include "tests/capture/IdleVnodeSource.h"
-#include "tests/capture/stores/KeptDatabase.h"
+#include "tests/capture/TestCaptureServices.h"
+#include "tests/capture/stores/ProcessLifetimeDatabase.h"
 #include "tests/support/process/OutputCapture.h"
 
 #include <QClipboard>
@@ -15,20 +15,20 @@ namespace orlimo {
 
 namespace {
 
-WatchHost idleHost()
+WatchServices idleWatchServices()
 {
-    WatchHost host = WatchHost::native();
-    host.makeVnodeSource = [](int, VnodeEvents, Queue&) {
+    WatchServices services = WatchServices::native();
+    services.makeVnodeSource = [](int, VnodeEvents, Queue&) {
         return std::make_unique<IdleVnodeSource>();
     };
-    return host;
+    return services;
 }
 
 } // namespace
 
 MessageTestBase::MessageTestBase()
     : store(library.path())
-    , database(keptDatabase(library.path()))
+    , database(processLifetimeDatabase(library.path()))
     , defaults(captureUserDefaults())
 {
     defaults.setBool(true, preference::capturingEnabled);
@@ -40,21 +40,22 @@ std::filesystem::path MessageTestBase::log() const
     return library.path() / "Messages/chat.db-wal";
 }
 
-CaptureHost MessageTestBase::host() const
+CaptureServices MessageTestBase::services() const
 {
     return {
         .database = database,
         .userDefaults = defaults,
         .pasteboard = capturePasteboard(),
         .libraryFolder = [folder = library.path()] { return folder; },
-        .makeFileMonitor = [](const auto& file) { return FileMonitor::create(file, idleHost()); },
+        .makeFileMonitor =
+            [](const auto& file) { return FileMonitor::create(file, idleWatchServices()); },
     };
 }
 
-std::shared_ptr<Message> MessageTestBase::watching(CaptureHost host)
+std::shared_ptr<Message> MessageTestBase::watching(CaptureServices services)
 {
     const OutputCapture swallowed;
-    auto message = Message::create(std::move(host));
+    auto message = Message::create(std::move(services));
     EXPECT_TRUE(message->registFileObserver());
     return message;
 }

@@ -24,11 +24,11 @@ protected:
 
     /// The program's own host, but for the place of the store, and for a watch that opens the log
     /// and then hears nothing: changes are told by the test.
-    [[nodiscard]] CaptureHost host() const;
+    [[nodiscard]] CaptureServices services() const;
 
     /// A controller that was allowed to watch the store. What it logs on the way is swallowed.
-    [[nodiscard]] static std::shared_ptr<Message> watching(CaptureHost host);
-    [[nodiscard]] std::shared_ptr<Message> watching() const { return watching(host()); }
+    [[nodiscard]] static std::shared_ptr<Message> watching(CaptureServices services);
+    [[nodiscard]] std::shared_ptr<Message> watching() const { return watching(services()); }
 
     /// What another program would paste.
     [[nodiscard]] static std::string clipboardText();

@@ -18,8 +18,8 @@ void RecordingPasteboard::declareTypes(std::initializer_list<PasteboardType> typ
         call += " " + nameOf(type);
     }
     calls.push_back(call);
-    if (whenDeclared) {
-        whenDeclared();
+    if (onDeclared) {
+        onDeclared();
     }
 }
 

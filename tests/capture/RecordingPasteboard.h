@@ -19,7 +19,7 @@ public:
     std::vector<std::string> calls;
 
     /// Runs at the end of each declaration, where set.
-    std::function<void()> whenDeclared;
+    std::function<void()> onDeclared;
 };
 
 } // namespace orlimo

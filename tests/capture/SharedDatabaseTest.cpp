@@ -1,6 +1,6 @@
 #include "capture/Database.h"
 #include "platform/files/LibraryFolder.h"
-#include "tests/capture/OwnHome.h"
+#include "tests/capture/PrivateHome.h"
 #include "tests/support/Await.h"
 #include "tests/support/JoiningThread.h"
 #include "tests/support/StoreWriter.h"
@@ -62,7 +62,7 @@ private:
 };
 
 /// Whether no other thread of this process is running.
-bool othersSleep()
+bool otherThreadsSleep()
 {
     const std::filesystem::directory_iterator tasks("/proc/self/task");
     return std::all_of(begin(tasks), end(tasks), [](const auto& task) {
@@ -82,7 +82,7 @@ bool othersSleep()
 /// held up where it writes its first log line.
 [[noreturn]] void askForReaderOnManyThreads()
 {
-    moveIntoOwnHome();
+    switchToPrivateHome();
     std::filesystem::create_directories(libraryFolder().value_or("") / "Messages");
     FullPipe output;
     std::vector<Database*> readers(threadCount);
@@ -97,7 +97,8 @@ bool othersSleep()
             ++finished;
         });
     }
-    const bool allWaited = await([&started] { return started == threadCount && othersSleep(); });
+    const bool allWaited =
+        await([&started] { return started == threadCount && otherThreadsSleep(); });
     const bool allReturned = await([&output, &finished] {
         output.drain();
         return finished == threadCount;
@@ -124,7 +125,7 @@ TEST(SharedDatabaseDeathTest, ReadsTheStoreOfTheUser)
     EXPECT_EXIT(
         {
             ::dup2(STDERR_FILENO, STDOUT_FILENO);
-            moveIntoOwnHome();
+            switchToPrivateHome();
             StoreWriter writer(libraryFolder().value_or(""));
             writer.appendText("the user's own");
             const auto messages = Database::shared().fetchMessages(10);

@@ -1,6 +1,6 @@
 #include "capture/Utf8.h"
 
-#include "tests/capture/reference/PlainUtf8.h"
+#include "tests/capture/reference/ReferenceUtf8.h"
 
 #include <gtest/gtest.h>
 
@@ -103,9 +103,9 @@ TEST(Utf8, AgreesWithTableOfWellFormedSequences)
     std::vector<std::string> texts{""};
     for (std::size_t next = 0; next < texts.size(); ++next) {
         const std::string text = texts[next];
-        ASSERT_EQ(isWellFormedUtf8(text), isPlainlyWellFormed(text))
+        ASSERT_EQ(isWellFormedUtf8(text), isReferenceWellFormed(text))
             << testing::PrintToString(text);
-        ASSERT_EQ(repairedUtf8(text), plainlyRepaired(text)) << testing::PrintToString(text);
+        ASSERT_EQ(repairedUtf8(text), referenceRepaired(text)) << testing::PrintToString(text);
 #if defined(ORLIMO_SANITIZED)
         constexpr std::size_t longest = 3;
 #else
@@ -123,7 +123,7 @@ TEST(Utf8, EveryCodePointIsWellFormed)
 {
     for (char32_t codePoint = 0; codePoint <= 0x10FFFF; ++codePoint) {
         const bool isSurrogate = codePoint >= 0xD800 && codePoint <= 0xDFFF;
-        ASSERT_EQ(isWellFormedUtf8(plainUtf8(codePoint)), !isSurrogate)
+        ASSERT_EQ(isWellFormedUtf8(referenceUtf8(codePoint)), !isSurrogate)
             << static_cast<std::uint32_t>(codePoint);
     }
 }

@@ -46,7 +46,7 @@ protected:
     /// Where a button stands in what is shown.
     [[nodiscard]] QRect area(const TextButton& button) const { return areaIn(scrolling, button); }
 
-    void turnWheel(int steps)
+    void scrollWheel(int steps)
     {
         const QPointF point(150, 100);
         constexpr int step = 120;
@@ -75,7 +75,7 @@ TEST_F(ScrollingViewTest, ShowsTheViewAloneWhereThereIsRoom)
     EXPECT_FALSE(scrolling.scrollBar().isVisible());
     TallView alone;
     EXPECT_EQ(Picture::ofWindow(scrolling).differenceFrom(Picture::ofWindow(alone)), QRectF());
-    turnWheel(3);
+    scrollWheel(3);
     EXPECT_EQ(area(view->first).top(), 20);
 }
 
@@ -87,7 +87,7 @@ TEST_F(ScrollingViewTest, ScrollsTheViewWhereThereIsNot)
     EXPECT_TRUE(scrolling.scrollBar().isVisible());
     EXPECT_EQ(scrolling.scrollBar().geometry().right(), 299);
     EXPECT_EQ(scrolling.scrollBar().maximum(), 140);
-    turnWheel(20);
+    scrollWheel(20);
     EXPECT_EQ(area(view->last).bottom(), 400 - 21);
     EXPECT_EQ(scrolling.scrollBar().value(), 140);
 }
@@ -108,14 +108,14 @@ TEST_F(ScrollingViewTest, ShowsWhatGetsTheFocusWithItsRing)
     ASSERT_TRUE(view->last.hasFocus());
     EXPECT_TRUE(scrolling.rect().contains(area(view->last)));
     for (int steps : {0, -1}) {
-        turnWheel(steps);
+        scrollWheel(steps);
         bool isSurrounded = false;
         for (const QWidget* widget : scrolling.findChildren<QWidget*>()) {
             if (dynamic_cast<const FocusRing*>(widget) != nullptr && widget->isVisible()) {
-                constexpr int reach = FocusRing::reach;
+                constexpr int outset = FocusRing::outset;
                 EXPECT_EQ(
                     areaIn(scrolling, *widget),
-                    area(view->last).adjusted(-reach, -reach, reach, reach));
+                    area(view->last).adjusted(-outset, -outset, outset, outset));
                 isSurrounded = true;
             }
         }
@@ -126,7 +126,7 @@ TEST_F(ScrollingViewTest, ShowsWhatGetsTheFocusWithItsRing)
 TEST_F(ScrollingViewTest, BeginsAtItsTopEachTime)
 {
     showIn(400);
-    turnWheel(20);
+    scrollWheel(20);
     scrolling.hide();
     scrolling.show();
     EXPECT_EQ(area(view->first).top(), 20);
@@ -136,7 +136,7 @@ TEST_F(ScrollingViewTest, BeginsAtItsTopEachTime)
 TEST_F(ScrollingViewTest, IsWholeAgainWhereThereIsRoomAgain)
 {
     showIn(400);
-    turnWheel(20);
+    scrollWheel(20);
     showIn(540);
     EXPECT_FALSE(scrolling.scrollBar().isVisible());
     EXPECT_EQ(area(view->first).top(), 20);

@@ -115,7 +115,7 @@ TEST_F(Clipboard, HoldsTheCodeOfAProgramWhoseLinesWouldEndInTheJournal)
         other.startProgram();
         // It watches the store by then.
         ASSERT_TRUE(await([&other] { return std::filesystem::exists(other.autostartEntry()); }));
-        ProgramSession::waitThrottleOut();
+        ProgramSession::waitForThrottle();
         other.deliver("text Your code is 482913.");
         EXPECT_TRUE(awaitPaste("482913"));
         EXPECT_EQ(other.program().errors(), "");
@@ -213,7 +213,7 @@ TEST_F(Clipboard, HoldsDigitsOfAnotherScriptAsTheyCame)
 }
 
 /// Makes standard output a pipe that nobody reads any more.
-void hangUpOnOutput()
+void closeOutputReader()
 {
     std::array<int, 2> ends{};
     if (::pipe(ends.data()) != 0 || ::dup2(ends[1], STDOUT_FILENO) < 0) {
@@ -223,17 +223,17 @@ void hangUpOnOutput()
     ::close(ends[1]);
 }
 
-TEST(ClipboardWithoutAReaderOfTheOutput, HoldsTheCodeAllTheSame)
+TEST(ClipboardWithClosedOutputPipe, HoldsTheCodeAllTheSame)
 {
     const XServer server;
     ProgramSession session(
         {.arguments = {"--launched-at-login"},
          .environment = {{"DISPLAY", server.display()}, {"QT_QPA_PLATFORM", "xcb"}},
-         .beforeStart = hangUpOnOutput});
+         .beforeStart = closeOutputReader});
     session.startWriter();
     session.startProgram();
     ASSERT_TRUE(await([&session] { return std::filesystem::exists(session.preferences()); }));
-    ProgramSession::waitThrottleOut();
+    ProgramSession::waitForThrottle();
 
     session.deliver("text Your code is 482913.");
     EXPECT_TRUE(await([&server] { return server.paste("clipboard") == "482913"; }));

@@ -1,5 +1,5 @@
 #include "tests/desktop/sessions/DesktopProgram.h"
-#include "tests/desktop/sessions/x11/ShyWindowManager.h"
+#include "tests/desktop/sessions/x11/NonFocusingWindowManager.h"
 
 #include <gtest/gtest.h>
 
@@ -58,7 +58,7 @@ TEST(InstanceOnDesktopAtTheStart, OpensOverTheGuidance)
     ProgramSession second({.environment = environment});
     second.startProgram();
     EXPECT_EQ(second.program().awaitEnd().status, 0);
-    program.desktop().server().goOn();
+    program.desktop().server().thaw();
 
     EXPECT_TRUE(program.awaitOpen());
     EXPECT_EQ(program.windows().size(), 2U);
@@ -67,10 +67,10 @@ TEST(InstanceOnDesktopAtTheStart, OpensOverTheGuidance)
 }
 
 /// A desktop whose window manager gives the keyboard to no new window by itself.
-class InstanceOnShyDesktop : private ShyWindowManager, public InstanceOnDesktop
+class InstanceOnNonFocusingDesktop : private NonFocusingWindowManager, public InstanceOnDesktop
 {};
 
-TEST_F(InstanceOnShyDesktop, GetsTheKeyboard)
+TEST_F(InstanceOnNonFocusingDesktop, GetsTheKeyboard)
 {
     program.start();
     EXPECT_EQ(startAgain(), 0);

@@ -3,7 +3,7 @@
 #include "tests/desktop/sessions/wayland/MutterSession.h"
 #include "tests/program/ProgramSession.h"
 #include "tests/support/process/OutputCapture.h"
-#include "tests/support/process/ParentBond.h"
+#include "tests/support/process/ParentDeathSignal.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -26,7 +26,7 @@ protected:
     /// not.
     [[nodiscard]] testing::AssertionResult awaitPaste(const std::string& expected)
     {
-        if (awaitSparingly([&] { return desktop().clipboard().paste() == expected; })) {
+        if (awaitWithPolling([&] { return desktop().clipboard().paste() == expected; })) {
             return testing::AssertionSuccess();
         }
         return testing::AssertionFailure()
@@ -46,7 +46,7 @@ protected:
             ownProbe.emplace(
                 ORLIMO_CLIPBOARD_PROBE,
                 ChildSettings{
-                    .environment = desktop().environment(), .beforeStart = endWithParent});
+                    .environment = desktop().environment(), .beforeStart = dieWithParent});
         }
     }
 
@@ -81,7 +81,7 @@ TEST_F(PasteboardOnMutter, GivesALargeTextCompletely)
     }
     put("digits " + std::to_string(text.size()));
     std::optional<std::string> pasted;
-    ASSERT_TRUE(awaitSparingly([&] {
+    ASSERT_TRUE(awaitWithPolling([&] {
         pasted = desktop().clipboard().paste();
         return pasted && pasted->size() >= text.size();
     }));
@@ -109,7 +109,7 @@ protected:
         session.emplace(ProgramSession::Settings{
             .arguments = std::move(arguments),
             .environment = std::move(variables),
-            .beforeStart = endWithParent});
+            .beforeStart = dieWithParent});
         session->start();
     }
 
@@ -147,14 +147,14 @@ TEST_F(ProgramOnMutter, TakesXAlsoWhereTheCompositorStoodStillAtTheStart)
     session.emplace(ProgramSession::Settings{
         .arguments = {"--launched-at-login"},
         .environment = desktop().environment(),
-        .beforeStart = endWithParent});
+        .beforeStart = dieWithParent});
     session->startWriter();
     desktop().freeze();
     session->startProgram();
     runEventLoop(std::chrono::seconds(4));
-    desktop().goOn();
+    desktop().thaw();
     ASSERT_TRUE(await([this] { return std::filesystem::exists(session->preferences()); }));
-    ProgramSession::waitThrottleOut();
+    ProgramSession::waitForThrottle();
     EXPECT_EQ(platformOf(program().processId()), "xcb");
     session->deliver("text Your code is 482913.");
     EXPECT_TRUE(awaitPaste("482913"));
@@ -176,14 +176,14 @@ TEST_F(ProgramOnMutter, IsOnWaylandWhereTheUserWantsIt)
 {
     start({"--launched-at-login"}, "wayland");
     EXPECT_EQ(platformOf(program().processId()), "wayland");
-    EXPECT_TRUE(awaitSparingly([this] { return !program().errors().empty(); }));
+    EXPECT_TRUE(awaitWithPolling([this] { return !program().errors().empty(); }));
     EXPECT_THAT(linesOf(program().errors()), ElementsAre(HasSubstr("clipboard")));
 }
 
 TEST_F(ProgramOnMutter, ShowsItsWindowWhenTheUserStartsIt)
 {
     start({});
-    EXPECT_TRUE(awaitSparingly([this] { return showsItsWindow(); })) << program().errors();
+    EXPECT_TRUE(awaitWithPolling([this] { return showsItsWindow(); })) << program().errors();
 }
 
 } // namespace

@@ -3,7 +3,7 @@
 #include "tests/desktop/sessions/wayland/SwaySession.h"
 #include "tests/program/ProgramSession.h"
 #include "tests/support/process/OutputCapture.h"
-#include "tests/support/process/ParentBond.h"
+#include "tests/support/process/ParentDeathSignal.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -28,7 +28,7 @@ protected:
         ownSession.emplace(ProgramSession::Settings{
             .arguments = std::move(arguments),
             .environment = desktop().environment(),
-            .beforeStart = endWithParent});
+            .beforeStart = dieWithParent});
         session().startWriter();
         session().deliver("text Your code is 482913.");
         session().startProgram();
@@ -40,7 +40,7 @@ protected:
 
     [[nodiscard]] testing::AssertionResult awaitIcon()
     {
-        if (awaitSparingly([this] { return icon().has_value(); })) {
+        if (awaitWithPolling([this] { return icon().has_value(); })) {
             return testing::AssertionSuccess();
         }
         return testing::AssertionFailure()
@@ -65,7 +65,7 @@ protected:
 
     [[nodiscard]] bool awaitOpen()
     {
-        return awaitSparingly([this] {
+        return awaitWithPolling([this] {
             const auto all = windows();
             return all.size() == 1 && all.front().isFocused;
         });
@@ -73,7 +73,7 @@ protected:
 
     [[nodiscard]] bool awaitClosed()
     {
-        const bool closed = awaitSparingly([this] { return windows().empty(); });
+        const bool closed = awaitWithPolling([this] { return windows().empty(); });
         lastClick = std::chrono::steady_clock::now();
         return closed;
     }
@@ -82,7 +82,7 @@ protected:
     /// window closed, that both count as one. False when the bar shows no icon.
     [[nodiscard]] bool clickIcon()
     {
-        const bool isShown = awaitSparingly([this] { return desktop().showsIcon(); });
+        const bool isShown = awaitWithPolling([this] { return desktop().showsIcon(); });
         std::this_thread::sleep_until(lastClick + betweenClicks);
         desktop().click(SwaySession::onlyIcon);
         lastClick = std::chrono::steady_clock::now();
@@ -111,7 +111,7 @@ protected:
         // Qt 6.4 drops the loss of a focus that it has not yet reported. What follows a key that
         // has taken effect comes later than that.
         desktop().press("Tab");
-        ASSERT_TRUE(awaitSparingly([this] { return hasFocusedControl(); }))
+        ASSERT_TRUE(awaitWithPolling([this] { return hasFocusedControl(); }))
             << desktop().accessibility().describe("Orlimo");
     }
 
@@ -129,7 +129,7 @@ protected:
     void clickInWindow(const std::string& role, const std::string& name)
     {
         std::optional<Accessible> element;
-        ASSERT_TRUE(awaitSparingly([&] {
+        ASSERT_TRUE(awaitWithPolling([&] {
             element = desktop().accessibility().find("Orlimo", role, name);
             return element.has_value();
         })) << desktop().accessibility().describe("Orlimo");
@@ -176,9 +176,9 @@ TEST_F(ProgramOnSway, BringsItsIconWhenATrayComesLate)
 {
     desktop().stopBar();
     start();
-    ProgramSession::waitThrottleOut();
+    ProgramSession::waitForThrottle();
     session().deliver("text Your code is 59302.");
-    ASSERT_TRUE(awaitSparingly([this] { return desktop().clipboard().paste() == "59302"; }))
+    ASSERT_TRUE(awaitWithPolling([this] { return desktop().clipboard().paste() == "59302"; }))
         << session().program().output() << session().program().errors();
     EXPECT_TRUE(windows().empty());
 
@@ -274,7 +274,7 @@ TEST_F(ProgramOnSway, WaitsForThePointerThatTakesTheFocusAlong)
     ASSERT_NO_FATAL_FAILURE(open());
     constexpr QPoint inTheOtherApplication(900, 700);
     desktop().movePointer(inTheOtherApplication);
-    ASSERT_TRUE(awaitSparingly([this] {
+    ASSERT_TRUE(awaitWithPolling([this] {
         const auto all = windows();
         return all.size() != 1 || !all.front().isFocused;
     }));
@@ -303,7 +303,7 @@ TEST_F(ProgramOnSway, ClosesItsWindowOnASecondClickOnTheIconWithoutTheFocus)
     start();
     ASSERT_NO_FATAL_FAILURE(open());
     desktop().movePointer({900, 700});
-    ASSERT_TRUE(awaitSparingly([this] {
+    ASSERT_TRUE(awaitWithPolling([this] {
         const auto all = windows();
         return all.size() != 1 || !all.front().isFocused;
     }));
@@ -340,7 +340,7 @@ TEST_F(ProgramOnSway, CopiesTheCodeThatItsWindowShows)
     ASSERT_NO_FATAL_FAILURE(open());
     desktop().clipboard().copy("something that the user copied");
     clickInWindow("push button", "Copy");
-    EXPECT_TRUE(awaitSparingly([this] { return desktop().clipboard().paste() == "482913"; }))
+    EXPECT_TRUE(awaitWithPolling([this] { return desktop().clipboard().paste() == "482913"; }))
         << desktop().clipboard().paste().value_or("nothing");
 }
 

@@ -3,7 +3,7 @@
 #include "tests/desktop/sessions/DesktopTest.h"
 #include "tests/desktop/sessions/PlatformPlugin.h"
 #include "tests/program/ProgramSession.h"
-#include "tests/support/process/ParentBond.h"
+#include "tests/support/process/ParentDeathSignal.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -15,7 +15,7 @@
 
 // What holds on every Wayland desktop that lets programs without a window use the clipboard. Each
 // such desktop runs these tests: one type that starts it, with `environment`, `clipboard`, `freeze`
-// and `goOn`, and `kill`.
+// and `thaw`, and `kill`.
 
 namespace orlimo {
 
@@ -24,7 +24,7 @@ template <typename Desktop>
 [[nodiscard]] testing::AssertionResult
 awaitPaste(Desktop& desktop, const std::optional<std::string>& expected)
 {
-    if (awaitSparingly([&] { return desktop.clipboard().paste() == expected; })) {
+    if (awaitWithPolling([&] { return desktop.clipboard().paste() == expected; })) {
         return testing::AssertionSuccess();
     }
     const auto found = desktop.clipboard().paste();
@@ -45,7 +45,7 @@ protected:
             ownProbe.emplace(
                 ORLIMO_CLIPBOARD_PROBE,
                 ChildSettings{
-                    .environment = this->desktop().environment(), .beforeStart = endWithParent});
+                    .environment = this->desktop().environment(), .beforeStart = dieWithParent});
         }
     }
 
@@ -91,7 +91,7 @@ TYPED_TEST_P(PasteboardOnWayland, GivesALargeTextCompletely)
     }
     this->put("digits " + std::to_string(text.size()));
     std::optional<std::string> pasted;
-    ASSERT_TRUE(awaitSparingly([&] {
+    ASSERT_TRUE(awaitWithPolling([&] {
         pasted = this->desktop().clipboard().paste();
         return pasted && pasted->size() >= text.size();
     }));
@@ -140,7 +140,7 @@ TYPED_TEST_P(PasteboardOnWayland, ChangesOnceForEachText)
         // Reads each text to its end: the tool that copies does not survive one who hangs up.
         {.arguments = {"--watch", "sh", "-c", "cat > /dev/null; echo changed"},
          .environment = this->desktop().environment(),
-         .beforeStart = endWithParent});
+         .beforeStart = dieWithParent});
     this->desktop().clipboard().copy("before");
     ASSERT_TRUE(observer.awaitLine("changed")) << observer.errors();
     for (const char* text : {"111111", "482913", "482913"}) {
@@ -168,13 +168,13 @@ TYPED_TEST_P(PasteboardOnWayland, IsTakenAgainFromWhoeverHasTakenIt)
 TYPED_TEST_P(PasteboardOnWayland, OutlivesAReaderThatHangsUp)
 {
     this->put("digits 3000000");
-    ASSERT_TRUE(awaitSparingly([&] { return !this->desktop().clipboard().types().empty(); }));
+    ASSERT_TRUE(awaitWithPolling([&] { return !this->desktop().clipboard().types().empty(); }));
     for (int round = 0; round < 5; ++round) {
         ChildProcess reader(
             "/bin/sh",
             {.arguments = {"-c", "wl-paste --no-newline | head -c 10"},
              .environment = this->desktop().environment(),
-             .beforeStart = endWithParent});
+             .beforeStart = dieWithParent});
         EXPECT_EQ(reader.awaitEnd().status, 0);
         EXPECT_EQ(reader.output(), "0123456789");
     }
@@ -188,13 +188,13 @@ TYPED_TEST_P(PasteboardOnWayland, OutlivesAReaderThatHangsUp)
 TYPED_TEST_P(PasteboardOnWayland, WaitsForNoReader)
 {
     this->put("digits 3000000");
-    ASSERT_TRUE(awaitSparingly([&] { return !this->desktop().clipboard().types().empty(); }));
+    ASSERT_TRUE(awaitWithPolling([&] { return !this->desktop().clipboard().types().empty(); }));
     ChildProcess reader(
         "/bin/sh",
         {.arguments = {"-c", "exec 3<&0; wl-paste --no-newline | { head -c 1; read _ <&3; }"},
          .environment = this->desktop().environment(),
-         .beforeStart = endWithParent});
-    ASSERT_TRUE(awaitSparingly([&] { return reader.output() == "0"; })) << reader.errors();
+         .beforeStart = dieWithParent});
+    ASSERT_TRUE(awaitWithPolling([&] { return reader.output() == "0"; })) << reader.errors();
     this->put("text 482913");
     EXPECT_TRUE(awaitPaste(this->desktop(), "482913"));
 }
@@ -221,7 +221,7 @@ protected:
             ownSession.emplace(ProgramSession::Settings{
                 .arguments = {"--launched-at-login"},
                 .environment = this->desktop().environment(),
-                .beforeStart = endWithParent});
+                .beforeStart = dieWithParent});
             session().start();
             session().awaitOpenThrottle();
         }
@@ -281,7 +281,7 @@ TYPED_TEST_P(ClipboardOnWayland, IsNotMissedByAProgramThatLosesItsCompositor)
 }
 
 /// How long the compositor stands still: more than what the program ever waits for it elsewhere.
-constexpr std::chrono::seconds standstill{4};
+constexpr std::chrono::seconds freezeDuration{4};
 
 /// The program on a Wayland desktop whose compositor is slow.
 template <typename Desktop> class ClipboardOfSlowCompositor : public DesktopTest<Desktop>
@@ -294,14 +294,14 @@ TYPED_TEST_P(ClipboardOfSlowCompositor, HoldsTheCodeAfterItStoodStillAtTheStartA
     ProgramSession session(
         {.arguments = {"--launched-at-login"},
          .environment = this->desktop().environment(),
-         .beforeStart = endWithParent});
+         .beforeStart = dieWithParent});
     session.startWriter();
     this->desktop().freeze();
     session.startProgram();
-    runEventLoop(standstill);
-    this->desktop().goOn();
+    runEventLoop(freezeDuration);
+    this->desktop().thaw();
     ASSERT_TRUE(await([&] { return std::filesystem::exists(session.preferences()); }));
-    ProgramSession::waitThrottleOut();
+    ProgramSession::waitForThrottle();
     EXPECT_THAT(platformOf(session.program().processId()), testing::StartsWith("wayland"));
     EXPECT_EQ(session.program().errors(), "");
 
@@ -312,8 +312,8 @@ TYPED_TEST_P(ClipboardOfSlowCompositor, HoldsTheCodeAfterItStoodStillAtTheStartA
         EXPECT_EQ(
             session.readReaction().back(), std::string(ProgramSession::reactionPrefix) + code);
     }
-    runEventLoop(standstill);
-    this->desktop().goOn();
+    runEventLoop(freezeDuration);
+    this->desktop().thaw();
     EXPECT_TRUE(awaitPaste(this->desktop(), "482913"));
 }
 

@@ -115,7 +115,7 @@ TEST_F(Window, OpensInFrontOfOtherApplications)
 
 TEST_F(Window, KeepsShowingItsCodeWhileItIsOpen)
 {
-    ProgramSession::waitThrottleOut();
+    ProgramSession::waitForThrottle();
     program.open();
     EXPECT_TRUE(program.awaitShown("label", "482913"));
 
@@ -139,8 +139,8 @@ TEST_F(Window, ReadsTheMessagesOnceForItselfAndOnceForTheActivation)
     constexpr int rounds = 5;
     for (int round = 1; round <= rounds; ++round) {
         program.open();
-        ASSERT_TRUE(
-            awaitSparingly([&] { return program.count(DesktopProgram::readLine) >= 2L * round; }));
+        ASSERT_TRUE(awaitWithPolling(
+            [&] { return program.count(DesktopProgram::readLine) >= 2L * round; }));
         program.close();
     }
     runEventLoop(std::chrono::milliseconds(500));
@@ -160,13 +160,13 @@ TEST_F(Window, OpensAndClosesWithoutLeavingAnythingBehind)
         program.open();
         program.close();
     }
-    EXPECT_TRUE(awaitSparingly([&] { return openDescriptors() <= before; }))
+    EXPECT_TRUE(awaitWithPolling([&] { return openDescriptors() <= before; }))
         << openDescriptors() << " open files, " << before << " before";
     EXPECT_EQ(program.count(DesktopProgram::appearLine), 3 + rounds);
 }
 
 /// On a screen that is lower than the window.
-class WindowOnLowScreen : public testing::Test
+class WindowOnShortScreen : public testing::Test
 {
 protected:
     void SetUp() override
@@ -179,7 +179,7 @@ protected:
     DesktopProgram program{{}, "1024x480x24"};
 };
 
-TEST_F(WindowOnLowScreen, IsAsWideAsEverAndWithinTheScreen)
+TEST_F(WindowOnShortScreen, IsAsWideAsEverAndWithinTheScreen)
 {
     const auto window = program.window();
     ASSERT_TRUE(window);
@@ -188,7 +188,7 @@ TEST_F(WindowOnLowScreen, IsAsWideAsEverAndWithinTheScreen)
     EXPECT_FALSE(window->resizable);
 }
 
-TEST_F(WindowOnLowScreen, IsScrolledWithTheWheelToQuit)
+TEST_F(WindowOnShortScreen, IsScrolledWithTheWheelToQuit)
 {
     constexpr int wheelDown = 5;
     const auto window = program.window();
@@ -197,16 +197,16 @@ TEST_F(WindowOnLowScreen, IsScrolledWithTheWheelToQuit)
     for (int turn = 0; turn < 10; ++turn) {
         program.desktop().click(window->area.center(), wheelDown);
     }
-    ASSERT_TRUE(awaitSparingly(
+    ASSERT_TRUE(awaitWithPolling(
         [this] { return screen.contains(program.element("push button", "Quit").area()); }));
     program.click("push button", "Quit");
     EXPECT_EQ(program.process().awaitEnd().status, 0) << program.process().errors();
 }
 
-TEST_F(WindowOnLowScreen, IsScrolledByTheFocusToQuit)
+TEST_F(WindowOnShortScreen, IsScrolledByTheFocusToQuit)
 {
     program.desktop().press("shift+Tab");
-    EXPECT_TRUE(awaitSparingly(
+    EXPECT_TRUE(awaitWithPolling(
         [this] { return screen.contains(program.element("push button", "Quit").area()); }));
 }
 
@@ -223,9 +223,9 @@ TEST(WindowColors, FollowThePortalsColorScheme)
     const QPoint ground = window->area.topLeft() + QPoint(8, 8);
     const auto brightness = [&] { return program.desktop().windows().brightnessAt(ground); };
     for (const uint notDark : {2U, 0U}) {
-        EXPECT_TRUE(awaitSparingly([&] { return brightness() < 60; })) << brightness();
+        EXPECT_TRUE(awaitWithPolling([&] { return brightness() < 60; })) << brightness();
         portal.changeColorScheme(notDark);
-        EXPECT_TRUE(awaitSparingly([&] { return brightness() > 200; })) << brightness();
+        EXPECT_TRUE(awaitWithPolling([&] { return brightness() > 200; })) << brightness();
         portal.changeColorScheme(1U);
     }
 }
@@ -234,7 +234,7 @@ TEST_F(Window, SaysNothingWhileNothingHappens)
 {
     program.open();
     program.close();
-    ASSERT_TRUE(awaitSparingly([this] { return program.count(DesktopProgram::readLine) == 2; }));
+    ASSERT_TRUE(awaitWithPolling([this] { return program.count(DesktopProgram::readLine) == 2; }));
     const std::string before = program.process().output();
     runEventLoop(std::chrono::seconds(2));
     EXPECT_EQ(program.process().output(), before);

@@ -26,10 +26,10 @@ constexpr const char* completedSettings =
     "ours\n";
 
 /// The program that may open no more than `limit` descriptors.
-class ShortOfDescriptors
+class DescriptorLimitedProgram
 {
 public:
-    explicit ShortOfDescriptors(unsigned descriptors)
+    explicit DescriptorLimitedProgram(unsigned descriptors)
         : limit(descriptors)
         , session({// No window opens by itself then, for want of a tray.
                    .arguments = {"--launched-at-login"},
@@ -84,9 +84,9 @@ private:
 
 TEST(DescriptorShortage, EndsWithALineOrLosesNothing)
 {
-    std::vector<std::unique_ptr<ShortOfDescriptors>> programs;
+    std::vector<std::unique_ptr<DescriptorLimitedProgram>> programs;
     for (unsigned limit = 4; limit <= 24; limit += 2) {
-        programs.push_back(std::make_unique<ShortOfDescriptors>(limit));
+        programs.push_back(std::make_unique<DescriptorLimitedProgram>(limit));
     }
     for (const auto& program : programs) {
         program->awaitStart();

@@ -58,7 +58,7 @@ std::string end(const FaultRow& row)
     return row.status ? "ends with status " + std::to_string(*row.status) : "";
 }
 
-std::string whatElse(const FaultRow& row)
+std::string otherEffects(const FaultRow& row)
 {
     std::vector<std::string> facts;
     for (const std::string& line : unusualLines(row)) {
@@ -91,10 +91,10 @@ std::string whatElse(const FaultRow& row)
 
 std::string line(const FaultRow& row)
 {
-    const bool isFromStart = row.moment == FaultRow::Moment::fromStart;
+    const bool isFromStart = row.phase == FaultRow::Phase::fromStart;
     return "| " + row.name + " | " + (isFromStart ? "the start" : "later on") + " | " +
-           reaction(row, row.meanwhile) + " | " + reaction(row, row.afterwards) + " | " +
-           whatElse(row) + " |\n";
+           reaction(row, row.duringFault) + " | " + reaction(row, row.afterFault) + " | " +
+           otherEffects(row) + " |\n";
 }
 
 } // namespace

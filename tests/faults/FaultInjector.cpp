@@ -66,7 +66,7 @@ ssize_t moved(const char* call, int descriptor, std::size_t size, Move move)
 
 /// A call that `carryOut` makes unless it is to fail.
 template <typename Target, typename CarryOut>
-auto unlessFaulty(const char* call, const Target& target, CarryOut carryOut)
+auto callUnlessFaulty(const char* call, const Target& target, CarryOut carryOut)
 {
     const Fault fault = faultOf(call, targetOf(target));
     switch (fault.kind) {
@@ -89,12 +89,12 @@ mode_t modeIn(va_list arguments, int flags)
 
 int opened(const char* name, const char* path, int flags, mode_t mode)
 {
-    return unlessFaulty("open", path, [&] {
+    return callUnlessFaulty("open", path, [&] {
         return original<int (*)(const char*, int, ...)>(name)(path, flags, mode);
     });
 }
 
-const char* callOfControl(int command)
+const char* fcntlCallName(int command)
 {
     switch (command) {
     case F_SETLK:
@@ -109,7 +109,7 @@ const char* callOfControl(int command)
 
 int controlled(const char* name, int descriptor, int command, void* argument)
 {
-    return unlessFaulty(callOfControl(command), descriptor, [&] {
+    return callUnlessFaulty(fcntlCallName(command), descriptor, [&] {
         return original<int (*)(int, int, ...)>(name)(descriptor, command, argument);
     });
 }
@@ -196,27 +196,27 @@ ssize_t pwrite64(int descriptor, const void* buffer, size_t size, off64_t offset
 
 int fstat(int descriptor, struct stat* status)
 {
-    return orlimo::unlessFaulty("fstat", descriptor, [&] {
+    return orlimo::callUnlessFaulty("fstat", descriptor, [&] {
         return orlimo::original<decltype(&::fstat)>("fstat")(descriptor, status);
     });
 }
 
 int fstat64(int descriptor, struct stat64* status)
 {
-    return orlimo::unlessFaulty("fstat", descriptor, [&] {
+    return orlimo::callUnlessFaulty("fstat", descriptor, [&] {
         return orlimo::original<decltype(&::fstat64)>("fstat64")(descriptor, status);
     });
 }
 
 int stat(const char* path, struct stat* status)
 {
-    return orlimo::unlessFaulty(
+    return orlimo::callUnlessFaulty(
         "stat", path, [&] { return orlimo::original<decltype(&::stat)>("stat")(path, status); });
 }
 
 int stat64(const char* path, struct stat64* status)
 {
-    return orlimo::unlessFaulty("stat", path, [&] {
+    return orlimo::callUnlessFaulty("stat", path, [&] {
         return orlimo::original<decltype(&::stat64)>("stat64")(path, status);
     });
 }
@@ -227,8 +227,8 @@ int statx(int folder, const char* path, int flags, unsigned mask, struct statx* 
         return orlimo::original<decltype(&::statx)>("statx")(folder, path, flags, mask, status);
     };
     const bool asksDescriptor = path == nullptr || *path == '\0';
-    return asksDescriptor ? orlimo::unlessFaulty("fstat", folder, carryOut)
-                          : orlimo::unlessFaulty("stat", path, carryOut);
+    return asksDescriptor ? orlimo::callUnlessFaulty("fstat", folder, carryOut)
+                          : orlimo::callUnlessFaulty("stat", path, carryOut);
 }
 
 int fcntl(int descriptor, int command, ...)
@@ -262,19 +262,19 @@ void* mmap64(
 
 int mkdir(const char* path, mode_t mode)
 {
-    return orlimo::unlessFaulty(
+    return orlimo::callUnlessFaulty(
         "mkdir", path, [&] { return orlimo::original<decltype(&::mkdir)>("mkdir")(path, mode); });
 }
 
 int rename(const char* from, const char* to)
 {
-    return orlimo::unlessFaulty(
+    return orlimo::callUnlessFaulty(
         "rename", to, [&] { return orlimo::original<decltype(&::rename)>("rename")(from, to); });
 }
 
 int renameat2(int fromFolder, const char* from, int toFolder, const char* to, unsigned flags)
 {
-    return orlimo::unlessFaulty("rename", to, [&] {
+    return orlimo::callUnlessFaulty("rename", to, [&] {
         return orlimo::original<decltype(&::renameat2)>("renameat2")(
             fromFolder, from, toFolder, to, flags);
     });
@@ -282,13 +282,13 @@ int renameat2(int fromFolder, const char* from, int toFolder, const char* to, un
 
 int link(const char* from, const char* to)
 {
-    return orlimo::unlessFaulty(
+    return orlimo::callUnlessFaulty(
         "link", to, [&] { return orlimo::original<decltype(&::link)>("link")(from, to); });
 }
 
 int linkat(int fromFolder, const char* from, int toFolder, const char* to, int flags)
 {
-    return orlimo::unlessFaulty("link", to, [&] {
+    return orlimo::callUnlessFaulty("link", to, [&] {
         return orlimo::original<decltype(&::linkat)>("linkat")(
             fromFolder, from, toFolder, to, flags);
     });
@@ -296,34 +296,34 @@ int linkat(int fromFolder, const char* from, int toFolder, const char* to, int f
 
 int unlink(const char* path)
 {
-    return orlimo::unlessFaulty(
+    return orlimo::callUnlessFaulty(
         "unlink", path, [&] { return orlimo::original<decltype(&::unlink)>("unlink")(path); });
 }
 
 int fsync(int descriptor)
 {
-    return orlimo::unlessFaulty("fsync", descriptor, [&] {
+    return orlimo::callUnlessFaulty("fsync", descriptor, [&] {
         return orlimo::original<decltype(&::fsync)>("fsync")(descriptor);
     });
 }
 
 int fdatasync(int descriptor)
 {
-    return orlimo::unlessFaulty("fsync", descriptor, [&] {
+    return orlimo::callUnlessFaulty("fsync", descriptor, [&] {
         return orlimo::original<decltype(&::fdatasync)>("fdatasync")(descriptor);
     });
 }
 
 int inotify_init1(int flags)
 {
-    return orlimo::unlessFaulty("inotify_init", "inotify", [&] {
+    return orlimo::callUnlessFaulty("inotify_init", "inotify", [&] {
         return orlimo::original<decltype(&::inotify_init1)>("inotify_init1")(flags);
     });
 }
 
 int inotify_add_watch(int descriptor, const char* path, uint32_t mask)
 {
-    return orlimo::unlessFaulty("inotify_add_watch", path, [&] {
+    return orlimo::callUnlessFaulty("inotify_add_watch", path, [&] {
         return orlimo::original<decltype(&::inotify_add_watch)>("inotify_add_watch")(
             descriptor, path, mask);
     });
@@ -331,14 +331,14 @@ int inotify_add_watch(int descriptor, const char* path, uint32_t mask)
 
 int eventfd(unsigned count, int flags)
 {
-    return orlimo::unlessFaulty("eventfd", "eventfd", [&] {
+    return orlimo::callUnlessFaulty("eventfd", "eventfd", [&] {
         return orlimo::original<decltype(&::eventfd)>("eventfd")(count, flags);
     });
 }
 
 int memfd_create(const char* name, unsigned flags)
 {
-    return orlimo::unlessFaulty("memfd_create", name, [&] {
+    return orlimo::callUnlessFaulty("memfd_create", name, [&] {
         return orlimo::original<decltype(&::memfd_create)>("memfd_create")(name, flags);
     });
 }
@@ -358,21 +358,21 @@ int pthread_create(
 
 int socket(int domain, int type, int protocol)
 {
-    return orlimo::unlessFaulty("socket", "socket", [&] {
+    return orlimo::callUnlessFaulty("socket", "socket", [&] {
         return orlimo::original<decltype(&::socket)>("socket")(domain, type, protocol);
     });
 }
 
 int connect(int descriptor, const struct sockaddr* address, socklen_t length)
 {
-    return orlimo::unlessFaulty("connect", orlimo::nameOf(address, length), [&] {
+    return orlimo::callUnlessFaulty("connect", orlimo::nameOf(address, length), [&] {
         return orlimo::original<decltype(&::connect)>("connect")(descriptor, address, length);
     });
 }
 
 ssize_t sendmsg(int descriptor, const struct msghdr* message, int flags)
 {
-    return orlimo::unlessFaulty("send", descriptor, [&] {
+    return orlimo::callUnlessFaulty("send", descriptor, [&] {
         return orlimo::original<decltype(&::sendmsg)>("sendmsg")(descriptor, message, flags);
     });
 }
@@ -386,14 +386,14 @@ ssize_t send(int descriptor, const void* buffer, size_t size, int flags)
 
 ssize_t writev(int descriptor, const struct iovec* parts, int count)
 {
-    return orlimo::unlessFaulty("send", descriptor, [&] {
+    return orlimo::callUnlessFaulty("send", descriptor, [&] {
         return orlimo::original<decltype(&::writev)>("writev")(descriptor, parts, count);
     });
 }
 
 ssize_t recvmsg(int descriptor, struct msghdr* message, int flags)
 {
-    return orlimo::unlessFaulty("receive", descriptor, [&] {
+    return orlimo::callUnlessFaulty("receive", descriptor, [&] {
         return orlimo::original<decltype(&::recvmsg)>("recvmsg")(descriptor, message, flags);
     });
 }

@@ -18,31 +18,31 @@ struct Reaction
 /// One fault under the built program, and what becomes of it.
 struct FaultRow
 {
-    enum class Moment {
+    enum class Phase {
         fromStart,   ///< until the first message has come
         whileRunning ///< from when the program watches, until the first message has come
     };
 
     /// What the files of the user's configuration hold at the end.
     enum class Settings {
-        complete, ///< what was there, and what the program adds at its first start
-        asBefore, ///< what was there before the program started
-        none,     ///< there is no file
+        complete,  ///< what was there, and what the program adds at its first start
+        unchanged, ///< what was there before the program started
+        none,      ///< there is no file
     };
 
-    enum class LoginItem { registered, asBefore, none };
+    enum class LoginItem { registered, unchanged, none };
 
     /// What fails, in words.
     std::string name;
     /// The faults, as rules of the injector.
     std::string rules;
-    Moment moment = Moment::fromStart;
+    Phase phase = Phase::fromStart;
     /// What the program prints while it starts. Absent: the same as without the fault.
     std::optional<std::vector<std::string>> start{};
     /// What becomes of a message that comes while the fault lasts, and of one that comes when it is
     /// over.
-    Reaction meanwhile{};
-    Reaction afterwards{};
+    Reaction duringFault{};
+    Reaction afterFault{};
     /// Part of what standard error says; empty where it says nothing.
     std::string errors{};
     /// Part of what the system's log is told; empty where it is told nothing.

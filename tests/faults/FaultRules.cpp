@@ -101,7 +101,7 @@ bool isSwitchedOn()
 }
 
 /// Whether the rule may meet one call more; counts it.
-bool takeOne(Rule& rule)
+bool consumeUse(Rule& rule)
 {
     int left = rule.left;
     while (left != always) {
@@ -145,7 +145,7 @@ Fault faultOf(const char* call, const std::string& target)
     Fault fault;
     for (Rule& rule : rules()) {
         if (rule.call == call && ::fnmatch(rule.target.c_str(), target.c_str(), 0) == 0 &&
-            isSwitchedOn() && takeOne(rule))
+            isSwitchedOn() && consumeUse(rule))
         {
             record(call, target);
             fault = rule.fault;

@@ -6,7 +6,7 @@ namespace orlimo {
 
 namespace {
 
-using Moment = FaultRow::Moment;
+using Phase = FaultRow::Phase;
 using Settings = FaultRow::Settings;
 using LoginItem = FaultRow::LoginItem;
 
@@ -53,86 +53,86 @@ FaultGroup store()
                 .name = "the store cannot be opened (EACCES)",
                 .rules = "open */chat.db EACCES always",
                 .start = closedStoreStart,
-                .meanwhile = withoutStore,
-                .afterwards = withoutStore,
+                .duringFault = withoutStore,
+                .afterFault = withoutStore,
             },
             {
                 .name = "the store cannot be opened (EMFILE)",
                 .rules = "open */chat.db EMFILE always",
                 .start = closedStoreStart,
-                .meanwhile = withoutStore,
-                .afterwards = withoutStore,
+                .duringFault = withoutStore,
+                .afterFault = withoutStore,
             },
             {
                 .name = "the shared index cannot be opened by the reader (EACCES)",
                 .rules = "open */chat.db-shm EACCES always",
-                .meanwhile =
+                .duringFault =
                     refusal("error preparing fetch limit : v1unable to open database file"),
             },
             {
                 .name = "the log cannot be opened by the reader (EMFILE)",
                 .rules = "open */chat.db-wal EMFILE always",
-                .moment = Moment::whileRunning,
-                .meanwhile =
+                .phase = Phase::whileRunning,
+                .duringFault =
                     refusal("error preparing fetch limit : v1unable to open database file"),
             },
             {
                 .name = "the size of the store cannot be asked (EIO)",
                 .rules = "fstat */chat.db EIO always",
-                .moment = Moment::whileRunning,
-                .meanwhile = refusal("error preparing fetch limit : v1disk I/O error"),
+                .phase = Phase::whileRunning,
+                .duringFault = refusal("error preparing fetch limit : v1disk I/O error"),
             },
             {
                 .name = "the size of the shared index cannot be asked (EIO)",
                 .rules = "fstat */chat.db-shm EIO always",
-                .moment = Moment::whileRunning,
-                .meanwhile = refusal("error preparing fetch limit : v1disk I/O error"),
+                .phase = Phase::whileRunning,
+                .duringFault = refusal("error preparing fetch limit : v1disk I/O error"),
             },
             {
                 .name = "the store cannot be read (EIO)",
                 .rules = "pread */chat.db EIO always",
-                .moment = Moment::whileRunning,
-                .meanwhile = refusal("error preparing fetch limit : v1disk I/O error"),
+                .phase = Phase::whileRunning,
+                .duringFault = refusal("error preparing fetch limit : v1disk I/O error"),
                 .hasEmptyLog = true,
             },
             {
                 .name = "the log cannot be read (EIO)",
                 .rules = "pread */chat.db-wal EIO always",
-                .moment = Moment::whileRunning,
-                .meanwhile = refusal("error preparing fetch limit : v1disk I/O error"),
+                .phase = Phase::whileRunning,
+                .duringFault = refusal("error preparing fetch limit : v1disk I/O error"),
             },
             {
                 .name = "reading is interrupted (EINTR)",
                 .rules = "pread */chat.db* EINTR 3",
-                .moment = Moment::whileRunning,
+                .phase = Phase::whileRunning,
             },
             {
                 .name = "reading brings a part at a time",
                 .rules = "pread */chat.db-wal part always",
-                .moment = Moment::whileRunning,
+                .phase = Phase::whileRunning,
             },
             {
                 .name = "the shared index cannot be mapped (ENOMEM)",
                 .rules = "mmap */chat.db-shm ENOMEM always",
-                .moment = Moment::whileRunning,
-                .meanwhile = refusal("error preparing fetch limit : v1disk I/O error"),
+                .phase = Phase::whileRunning,
+                .duringFault = refusal("error preparing fetch limit : v1disk I/O error"),
             },
             {
                 .name = "the store cannot be locked (EIO)",
                 .rules = "lock */chat.db EIO always",
-                .moment = Moment::whileRunning,
-                .meanwhile = refusal("error preparing fetch limit : v1disk I/O error"),
+                .phase = Phase::whileRunning,
+                .duringFault = refusal("error preparing fetch limit : v1disk I/O error"),
             },
             {
                 .name = "the shared index is locked for a moment (EAGAIN)",
                 .rules = "lock */chat.db-shm EAGAIN 5",
-                .moment = Moment::whileRunning,
+                .phase = Phase::whileRunning,
             },
             {
                 .name = "locks run out (ENOLCK)",
                 .rules = "lock */chat.db* ENOLCK always",
-                .moment = Moment::whileRunning,
-                .meanwhile = refusal("error preparing fetch limit : v1database is locked"),
+                .phase = Phase::whileRunning,
+                .duringFault = refusal("error preparing fetch limit : v1database is locked"),
             },
         },
     };
@@ -147,73 +147,73 @@ FaultGroup watch()
                 .name = "the log cannot be opened for watching (EACCES)",
                 .rules = "open */chat.db-wal EACCES always",
                 .start = refusedStart,
-                .meanwhile = unheard,
-                .afterwards = unheard,
+                .duringFault = unheard,
+                .afterFault = unheard,
             },
             {
                 .name = "the log cannot be opened for watching (EMFILE)",
                 .rules = "open */chat.db-wal EMFILE always",
                 .start = refusedStart,
-                .meanwhile = unheard,
-                .afterwards = unheard,
+                .duringFault = unheard,
+                .afterFault = unheard,
             },
             {
                 .name = "there is no watch left (`inotify_init1`, EMFILE)",
                 .rules = "inotify_init inotify EMFILE always",
                 .start = refusedStart,
-                .meanwhile = unheard,
-                .afterwards = unheard,
+                .duringFault = unheard,
+                .afterFault = unheard,
             },
             {
                 .name = "there is no watch left (`inotify_add_watch`, ENOSPC)",
                 .rules = "inotify_add_watch */chat.db-wal ENOSPC always",
                 .start = refusedStart,
-                .meanwhile = unheard,
-                .afterwards = unheard,
+                .duringFault = unheard,
+                .afterFault = unheard,
             },
             {
                 .name = "the log's size cannot be asked at the start (EIO)",
                 .rules = "fstat */chat.db-wal EIO always",
                 .start = refusedStart,
-                .meanwhile = unheard,
-                .afterwards = unheard,
+                .duringFault = unheard,
+                .afterFault = unheard,
             },
             {
                 .name = "the watching thread cannot be started (EAGAIN)",
                 .rules = "pthread_create *libstdc++* EAGAIN always",
                 .start = refusedStart,
-                .meanwhile = unheard,
-                .afterwards = unheard,
+                .duringFault = unheard,
+                .afterFault = unheard,
             },
             {
                 .name = "the log's size cannot be asked for once (EIO)",
                 .rules = "fstat */chat.db-wal EIO 1",
-                .moment = Moment::whileRunning,
+                .phase = Phase::whileRunning,
             },
             {
                 .name = "notifications cannot be read for a while (EIO)",
                 .rules = "read anon_inode:inotify EIO 100",
-                .moment = Moment::whileRunning,
+                .phase = Phase::whileRunning,
             },
             {
                 .name = "reading the notifications is interrupted (EINTR)",
                 .rules = "read anon_inode:inotify EINTR 1",
-                .moment = Moment::whileRunning,
+                .phase = Phase::whileRunning,
             },
             {
                 .name = "the writer's lock cannot be asked for (EIO)",
                 .rules = "asklock */chat.db-shm EIO 1",
-                .moment = Moment::whileRunning,
+                .phase = Phase::whileRunning,
             },
             {
                 .name = "the shared index cannot be found by the watch (EACCES)",
                 .rules = "stat */chat.db-shm EACCES 1",
-                .moment = Moment::whileRunning,
+                .phase = Phase::whileRunning,
             },
             {
                 .name = "the shared index cannot be read by the watch (EIO)",
                 .rules = "pread */chat.db-shm EIO 1",
-                .moment = Moment::whileRunning,
+                .phase = Phase::whileRunning,
             },
         },
     };
@@ -270,11 +270,11 @@ FaultGroup settings()
             .rules = rules,
             .errors = cannotStore,
             .hasFiles = true,
-            .settings = Settings::asBefore,
+            .settings = Settings::unchanged,
         };
     };
     // Two preferences are taken for absent; what is stored of them stays.
-    const auto forAMoment = [](const std::string& name, const std::string& rules) {
+    const auto transientFault = [](const std::string& name, const std::string& rules) {
         return FaultRow{
             .name = name,
             .rules = rules,
@@ -307,12 +307,13 @@ FaultGroup settings()
                 .rules = "read */Orlimo.conf EIO always",
                 .errors = cannotRead,
                 .hasFiles = true,
-                .settings = Settings::asBefore,
+                .settings = Settings::unchanged,
             },
-            forAMoment("the file cannot be read for a moment (EIO)", "read */Orlimo.conf EIO 4"),
-            forAMoment(
+            transientFault(
+                "the file cannot be read for a moment (EIO)", "read */Orlimo.conf EIO 4"),
+            transientFault(
                 "the file cannot be opened for a moment (EMFILE)", "open */Orlimo.conf EMFILE 4"),
-            forAMoment(
+            transientFault(
                 "there is no memory for it for a moment (ENOMEM)",
                 "memfd_create settings ENOMEM 4"),
             {
@@ -328,8 +329,8 @@ FaultGroup settings()
             {
                 .name = "the file cannot be read when a message comes (EIO)",
                 .rules = "read */Orlimo.conf EIO always",
-                .moment = Moment::whileRunning,
-                .meanwhile = unheard,
+                .phase = Phase::whileRunning,
+                .duringFault = unheard,
                 .errors = cannotRead,
                 .hasFiles = true,
             },
@@ -373,7 +374,7 @@ FaultGroup loginItem()
                 .rules = "read */app.orlimo.Orlimo.desktop EIO always",
                 .systemLog = cannotEnable,
                 .hasFiles = true,
-                .loginItem = LoginItem::asBefore,
+                .loginItem = LoginItem::unchanged,
             },
             {
                 .name = "an entry is there, and the disk is full (ENOSPC)",
@@ -409,7 +410,7 @@ FaultGroup bus()
             {
                 .name = "the bus ends",
                 .rules = "",
-                .moment = Moment::whileRunning,
+                .phase = Phase::whileRunning,
                 .hasBus = true,
                 .endsBus = true,
             },
@@ -426,8 +427,8 @@ FaultGroup display()
                 .name = "the X server cannot be reached (ECONNREFUSED)",
                 .rules = "connect *X11-unix* ECONNREFUSED always",
                 .start = std::vector<std::string>{},
-                .meanwhile = unheard,
-                .afterwards = unheard,
+                .duringFault = unheard,
+                .afterFault = unheard,
                 .errors = "could not connect to display",
                 .settings = Settings::none,
                 .loginItem = LoginItem::none,
@@ -436,14 +437,14 @@ FaultGroup display()
             {
                 .name = "the X server hangs up (no more bytes)",
                 .rules = "receive *X11-unix* nothing always",
-                .moment = Moment::whileRunning,
+                .phase = Phase::whileRunning,
                 .errors = "The X11 connection broke",
                 .status = 1,
             },
             {
                 .name = "the X server cannot be written to (EPIPE)",
                 .rules = "send *X11-unix* EPIPE always; write *X11-unix* EPIPE always",
-                .moment = Moment::whileRunning,
+                .phase = Phase::whileRunning,
                 .errors = "The X11 connection broke",
                 .status = 1,
             },
@@ -465,33 +466,33 @@ FaultGroup compositor()
             {
                 .name = "the compositor stops taking requests (EPIPE)",
                 .rules = "send */compositor EPIPE always",
-                .moment = Moment::whileRunning,
+                .phase = Phase::whileRunning,
                 .errors = outOfReach,
                 .hasCompositor = true,
             },
             {
                 .name = "the compositor hangs up (no more bytes)",
                 .rules = "receive */compositor nothing always",
-                .moment = Moment::whileRunning,
+                .phase = Phase::whileRunning,
                 .errors = outOfReach,
                 .hasCompositor = true,
             },
             {
                 .name = "who pastes is gone before the text is written (EPIPE)",
                 .rules = "write pipe:* EPIPE 1",
-                .moment = Moment::whileRunning,
+                .phase = Phase::whileRunning,
                 .hasCompositor = true,
             },
             {
                 .name = "the pipe to who pastes is full for a moment (EAGAIN)",
                 .rules = "write pipe:* EAGAIN 3",
-                .moment = Moment::whileRunning,
+                .phase = Phase::whileRunning,
                 .hasCompositor = true,
             },
             {
                 .name = "the pipe to who pastes takes a part at a time",
                 .rules = "write pipe:* part always",
-                .moment = Moment::whileRunning,
+                .phase = Phase::whileRunning,
                 .hasCompositor = true,
             },
         },

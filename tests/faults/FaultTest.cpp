@@ -48,15 +48,15 @@ TEST_P(FaultGroupTest, EndsAsTheTableSays)
         program.start();
         program.checkStart();
     });
-    ProgramSession::waitThrottleOut();
-    forEach([](const FaultRow&, FaultyProgram& program) { program.strike(); });
+    ProgramSession::waitForThrottle();
+    forEach([](const FaultRow&, FaultyProgram& program) { program.injectFault(); });
     forEach([&](const FaultRow& row, FaultyProgram& program) {
-        program.checkReaction(row.meanwhile, codes.next());
+        program.checkReaction(row.duringFault, codes.next());
     });
-    forEach([](const FaultRow&, FaultyProgram& program) { program.lift(); });
-    ProgramSession::waitThrottleOut();
+    forEach([](const FaultRow&, FaultyProgram& program) { program.removeFault(); });
+    ProgramSession::waitForThrottle();
     forEach([&](const FaultRow& row, FaultyProgram& program) {
-        program.checkReaction(row.afterwards, codes.next());
+        program.checkReaction(row.afterFault, codes.next());
     });
     forEach([](const FaultRow&, FaultyProgram& program) { program.checkOutcome(); });
 }

@@ -4,7 +4,7 @@
 #include "tests/support/BuiltRecorder.h"
 #include "tests/support/StoreIntegrity.h"
 #include "tests/support/process/OutputCapture.h"
-#include "tests/support/process/Preloading.h"
+#include "tests/support/process/PreloadEnvironment.h"
 #include "tests/support/process/PrivateFolder.h"
 
 #include <gmock/gmock.h>
@@ -75,7 +75,7 @@ FaultyProgram::FaultyProgram(const FaultRow& faultRow, const XServer& xServer)
 ProgramSession::Settings FaultyProgram::sessionSettings() const
 {
     auto environment =
-        preloading({ORLIMO_FAULT_INJECTOR, "libnss_wrapper.so", ORLIMO_SYSLOG_RECORDER});
+        preloadEnvironment({ORLIMO_FAULT_INJECTOR, "libnss_wrapper.so", ORLIMO_SYSLOG_RECORDER});
     environment.insert({
         {"DISPLAY", server.display()},
         {"QT_QPA_PLATFORM", "xcb"},
@@ -104,7 +104,7 @@ void FaultyProgram::writeFiles() const
 
 void FaultyProgram::start()
 {
-    if (row.moment == FaultRow::Moment::fromStart) {
+    if (row.phase == FaultRow::Phase::fromStart) {
         writeFile(switchFile, "");
     }
     session.startProgram();
@@ -126,10 +126,10 @@ void FaultyProgram::checkStart()
     expectLines(row.start.value_or(ProgramSession::startUpLines()));
 }
 
-void FaultyProgram::strike()
+void FaultyProgram::injectFault()
 {
     // The last that the start leaves behind.
-    EXPECT_TRUE(await([&] { return isRegistered() || row.moment == FaultRow::Moment::fromStart; }));
+    EXPECT_TRUE(await([&] { return isRegistered() || row.phase == FaultRow::Phase::fromStart; }));
     writeFile(switchFile, "");
     if (row.endsBus) {
         bus->end();
@@ -173,7 +173,7 @@ bool FaultyProgram::isOnClipboard(const std::string& code) const
     return server.paste("clipboard") == code;
 }
 
-void FaultyProgram::lift() const
+void FaultyProgram::removeFault() const
 {
     std::filesystem::remove(switchFile);
 }
@@ -222,7 +222,7 @@ void FaultyProgram::checkSettings() const
         const char* const completed = row.hasFiles ? usersSettingsCompleted : firstSettings;
         EXPECT_EQ(
             contentOf(session.preferences()),
-            row.settings == FaultRow::Settings::asBefore ? usersSettings : completed);
+            row.settings == FaultRow::Settings::unchanged ? usersSettings : completed);
     }
     EXPECT_THAT(
         othersIn(session.preferences().parent_path(), {session.preferences().filename()}),
@@ -234,7 +234,7 @@ void FaultyProgram::checkLoginItem() const
     const auto entry = session.autostartEntry();
     const bool exists = std::filesystem::exists(entry);
     EXPECT_EQ(exists, row.loginItem != FaultRow::LoginItem::none);
-    if (exists && row.loginItem == FaultRow::LoginItem::asBefore) {
+    if (exists && row.loginItem == FaultRow::LoginItem::unchanged) {
         EXPECT_EQ(contentOf(entry), usersEntry);
     } else if (exists) {
         const std::string content = contentOf(entry);

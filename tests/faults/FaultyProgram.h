@@ -26,13 +26,13 @@ public:
     void checkStart();
 
     /// Begins the fault where it has not begun with the start. It lasts until `lift`.
-    void strike();
+    void injectFault();
 
     /// Has a message come with `code` and checks what the program does about it.
     void checkReaction(const Reaction& reaction, const std::string& code);
 
     /// Ends the fault.
-    void lift() const;
+    void removeFault() const;
 
     /// Checks that the fault did happen, what the program said of it, and that nothing is lost or
     /// half written. Ends the program.

@@ -135,7 +135,7 @@ protected:
     }
 
     /// Starts the program, has messages come, and kills one of the two or both in the midst of it.
-    void killInTheMidst()
+    void killDuringStart()
     {
         session.startProgram();
         // A start takes less than that, so that every part of it is met.
@@ -199,14 +199,14 @@ protected:
         }
         EXPECT_TRUE(session.program().awaitLine("file access allowed"))
             << session.program().output() << session.program().errors();
-        const std::string settled = stagesFrom(preferencesBefore).back();
-        EXPECT_TRUE(await([&] { return isSettled(settled); }, 20s))
+        const std::string finalState = stagesFrom(preferencesBefore).back();
+        EXPECT_TRUE(await([&] { return isInFinalState(finalState); }, 20s))
             << presentContentOf(session.preferences()).value_or("no settings")
             << session.program().errors();
         EXPECT_EQ(session.program().errors(), "");
     }
 
-    [[nodiscard]] bool isSettled(const std::string& preferences) const
+    [[nodiscard]] bool isInFinalState(const std::string& preferences) const
     {
         return presentContentOf(session.preferences()) == preferences &&
                presentContentOf(session.autostartEntry()) == registeredEntry();
@@ -231,7 +231,7 @@ TEST_F(KillTest, LeavesTheStoreAndTheConfigurationWhole)
         session.program().signal(SIGKILL);
         session.program().awaitEnd();
         makeConfiguration();
-        killInTheMidst();
+        killDuringStart();
         if (!session.writer().isRunning()) {
             countCommits();
             // Before anybody else looks: whoever closes a store as the last one takes its log away.
@@ -243,7 +243,7 @@ TEST_F(KillTest, LeavesTheStoreAndTheConfigurationWhole)
     }
     ASSERT_FALSE(HasFailure());
     // The program has come through all that and hears of what comes next.
-    ProgramSession::waitThrottleOut();
+    ProgramSession::waitForThrottle();
     put(session.preferences(), fileOf({{"capturingEnabled", "true"}}));
     session.writer().writeLine("text Code 482913");
     EXPECT_TRUE(session.program().awaitLine("file changed!! at message: code? 482913"));

@@ -1,6 +1,6 @@
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/process/ChildProcess.h"
-#include "tests/support/process/Preloading.h"
+#include "tests/support/process/PreloadEnvironment.h"
 
 #include <gtest/gtest.h>
 
@@ -20,7 +20,7 @@ protected:
     /// What the process says on standard error.
     [[nodiscard]] std::string store(const std::string& faults) const
     {
-        auto environment = preloading({ORLIMO_FAULT_INJECTOR});
+        auto environment = preloadEnvironment({ORLIMO_FAULT_INJECTOR});
         environment["ORLIMO_FAULTS"] = faults;
         environment["XDG_CONFIG_HOME"] = folder.path().string();
         ChildProcess probe(

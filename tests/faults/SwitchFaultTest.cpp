@@ -1,7 +1,7 @@
 #include "tests/desktop/sessions/DesktopProgram.h"
 #include "tests/support/BuiltRecorder.h"
 #include "tests/support/TemporaryFolder.h"
-#include "tests/support/process/Preloading.h"
+#include "tests/support/process/PreloadEnvironment.h"
 
 #include <gtest/gtest.h>
 
@@ -18,8 +18,8 @@ class SwitchOnFullDisk : public testing::Test
 protected:
     [[nodiscard]] ProgramSession::Settings settings() const
     {
-        auto environment =
-            preloading({ORLIMO_FAULT_INJECTOR, "libnss_wrapper.so", ORLIMO_SYSLOG_RECORDER});
+        auto environment = preloadEnvironment(
+            {ORLIMO_FAULT_INJECTOR, "libnss_wrapper.so", ORLIMO_SYSLOG_RECORDER});
         environment["ORLIMO_FAULTS"] = "write */Orlimo.conf.* ENOSPC always";
         environment["ORLIMO_FAULTS_SWITCH"] = diskIsFull.string();
         return {.environment = environment};
@@ -27,7 +27,7 @@ protected:
 
     void deliver(const std::string& words)
     {
-        ProgramSession::waitThrottleOut();
+        ProgramSession::waitForThrottle();
         program.session().deliver("text " + words);
     }
 
@@ -51,7 +51,7 @@ TEST_F(SwitchOnFullDisk, StopsCopyingForTheRestOfTheRunAndIsStoredWithTheNextWri
     program.click("check box", "Auto Copy to Clipboard");
     const std::string line =
         "Orlimo cannot store preferences in " + program.session().preferences().string() + "\n";
-    ASSERT_TRUE(awaitSparingly([&] { return program.process().errors() == line; }));
+    ASSERT_TRUE(awaitWithPolling([&] { return program.process().errors() == line; }));
     program.close();
     const long before = program.count(DesktopProgram::readLine);
     deliver("Code 593024");

@@ -1,11 +1,11 @@
 #include "capture/BodyDecoding.h"
 #include "tests/capture/reference/BodyBytes.h"
-#include "tests/capture/reference/PlainBodyDecoding.h"
-#include "tests/capture/reference/PlainUtf8.h"
-#include "tests/fuzz/Disagreement.h"
+#include "tests/capture/reference/ReferenceBodyDecoding.h"
+#include "tests/capture/reference/ReferenceUtf8.h"
+#include "tests/fuzz/FatalStopException.h"
 #include "tests/fuzz/FuzzTarget.h"
 #include "tests/fuzz/LoggedLines.h"
-#include "tests/fuzz/UnwindingStop.h"
+#include "tests/fuzz/Mismatch.h"
 
 #include <optional>
 #include <string>
@@ -23,15 +23,15 @@ std::string hexadecimalText(std::string_view input)
         return {};
     }
     const std::string_view rest = input.substr(1);
-    return input.front() == 't' ? plainlyRepaired(rest) : asHexadecimal(rest);
+    return input.front() == 't' ? referenceRepaired(rest) : asHexadecimal(rest);
 }
 
-std::string printed(const PlainDecoding& decoding)
+std::string printed(const ReferenceDecoding& decoding)
 {
-    if (std::holds_alternative<PlainDecoding::Fatal>(decoding.outcome)) {
+    if (std::holds_alternative<ReferenceDecoding::Fatal>(decoding.outcome)) {
         return "stop";
     }
-    const auto* const words = std::get_if<PlainDecoding::Words>(&decoding.outcome);
+    const auto* const words = std::get_if<ReferenceDecoding::MessageText>(&decoding.outcome);
     return words != nullptr ? "words " + words->text : "nothing";
 }
 
@@ -40,23 +40,23 @@ std::string outcomeOf(const std::string& text)
     try {
         const auto words = decodeAttributedBody(text);
         return words ? "words " + *words : "nothing";
-    } catch (const UnwindingStop&) {
+    } catch (const FatalStopException&) {
         return "stop";
     }
 }
 
 } // namespace
 
-Finding judge(std::string_view input)
+Finding checkInput(std::string_view input)
 {
     const std::string text = hexadecimalText(input);
     logged::clear();
     const std::string outcome = outcomeOf(text);
-    const PlainDecoding expected = plainDecoding(text);
-    if (auto finding = disagreement("outcome", outcome, printed(expected))) {
+    const ReferenceDecoding expected = referenceDecoding(text);
+    if (auto finding = mismatch("outcome", outcome, printed(expected))) {
         return finding;
     }
-    return disagreement("log", logged::lines(), expected.lines);
+    return mismatch("log", logged::lines(), expected.lines);
 }
 
 } // namespace orlimo

@@ -3,14 +3,14 @@
 #include "tests/capture/IdleVnodeSource.h"
 #include "tests/capture/MemoryUserDefaults.h"
 #include "tests/capture/RecordingPasteboard.h"
-#include "tests/fuzz/Disagreement.h"
+#include "tests/fuzz/FatalStopException.h"
 #include "tests/fuzz/FuzzTarget.h"
 #include "tests/fuzz/LiveStore.h"
 #include "tests/fuzz/LoggedLines.h"
-#include "tests/fuzz/PlainCheck.h"
-#include "tests/fuzz/UnwindingStop.h"
-#include "tests/support/HandClock.h"
-#include "tests/support/HandQueue.h"
+#include "tests/fuzz/Mismatch.h"
+#include "tests/fuzz/ReferenceCheck.h"
+#include "tests/support/ManualClock.h"
+#include "tests/support/ManualQueue.h"
 
 #include <string>
 #include <vector>
@@ -23,11 +23,11 @@ using Lines = std::vector<std::string>;
 
 /// A store, and a watch on its log that hears nothing. As in the program they live to the end of
 /// the process.
-struct Host
+struct Services
 {
     LiveStore store;
-    HandQueue queue;
-    HandClock clock;
+    ManualQueue queue;
+    ManualClock clock;
     std::shared_ptr<FileMonitor> monitor = FileMonitor::create(
         store.log(),
         {.mainQueue = queue,
@@ -39,15 +39,15 @@ struct Host
 };
 
 /// One controller, with what it is told and what comes of it.
-struct Checking
+struct CheckRun
 {
-    explicit Checking(Host& host)
+    explicit CheckRun(Services& services)
         : message(Message::create({
-              .database = host.store.database(),
+              .database = services.store.database(),
               .userDefaults = defaults,
               .pasteboard = pasteboard,
               .libraryFolder = [] { return std::filesystem::path("/"); },
-              .makeFileMonitor = [&host](const auto&) { return host.monitor; },
+              .makeFileMonitor = [&services](const auto&) { return services.monitor; },
           }))
     {
         QObject::connect(
@@ -66,7 +66,7 @@ struct Checking
                 (void)message->checkMessages();
             }
             return true;
-        } catch (const UnwindingStop&) {
+        } catch (const FatalStopException&) {
             return false;
         }
     }
@@ -78,13 +78,13 @@ struct Checking
 };
 
 /// What follows the check itself after a change of the store.
-struct Aftermath
+struct ExpectedEffects
 {
     Lines lines;
     Lines pasteboardCalls;
 };
 
-Aftermath aftermath(const PlainCheck& check, bool afterChange)
+ExpectedEffects expectedEffects(const ReferenceCheck& check, bool afterChange)
 {
     const std::string& code = check.verificationCode;
     if (check.isFatal || code == "No Code" || !afterChange) {
@@ -95,62 +95,61 @@ Aftermath aftermath(const PlainCheck& check, bool afterChange)
     return {.lines = lines, .pasteboardCalls = {"declare string", "set " + code + " as string"}};
 }
 
-Finding judgeCheck(Checking& checking, const PlainCheck& expected, bool afterChange)
+Finding verifyCheck(CheckRun& checkRun, const ReferenceCheck& expected, bool afterChange)
 {
-    const bool isFatal = !checking.check(afterChange);
-    const Aftermath after = aftermath(expected, afterChange);
-    if (auto finding = disagreement("log", logged::lines(), after.lines)) {
+    const bool isFatal = !checkRun.check(afterChange);
+    const ExpectedEffects after = expectedEffects(expected, afterChange);
+    if (auto finding = mismatch("log", logged::lines(), after.lines)) {
         return finding;
     }
-    if (auto finding = disagreement("fatal stop", isFatal, expected.isFatal)) {
+    if (auto finding = mismatch("fatal stop", isFatal, expected.isFatal)) {
         return finding;
     }
     if (auto finding =
-            disagreement("code", checking.message->verificationCode(), expected.verificationCode))
+            mismatch("code", checkRun.message->verificationCode(), expected.verificationCode))
     {
         return finding;
     }
-    if (auto finding = disagreement("pasteboard", checking.pasteboard.calls, after.pasteboardCalls))
-    {
+    if (auto finding = mismatch("pasteboard", checkRun.pasteboard.calls, after.pasteboardCalls)) {
         return finding;
     }
-    return disagreement("changes announced", checking.changes, isFatal ? 0 : 1);
+    return mismatch("changes announced", checkRun.changes, isFatal ? 0 : 1);
 }
 
 /// While capturing is off, a change of the store is no reason to do anything.
-Finding judgeIgnoredChange(Checking& checking)
+Finding verifyIgnoredChange(CheckRun& checkRun)
 {
-    if (!checking.check(true)) {
+    if (!checkRun.check(true)) {
         return "a fatal stop while capturing is off";
     }
-    if (auto finding = disagreement("log", logged::lines(), Lines())) {
+    if (auto finding = mismatch("log", logged::lines(), Lines())) {
         return finding;
     }
-    return disagreement("changes announced", checking.changes, 0);
+    return mismatch("changes announced", checkRun.changes, 0);
 }
 
 } // namespace
 
 /// The first byte is two preferences, the others are the store's rows.
-Finding judge(std::string_view input)
+Finding checkInput(std::string_view input)
 {
-    static Host& host = *new Host;
+    static Services& services = *new Services;
     InputReader reader(input);
     const unsigned preferences = reader.byte();
     const bool isCapturing = preferences % 2 == 0;
     const bool withFourDigits = preferences / 2 % 2 == 0;
     const auto rows = storedRowsFrom(reader);
-    host.store.replaceRows(rows);
+    services.store.replaceRows(rows);
 
-    Checking checking(host);
-    checking.defaults.setBool(isCapturing, preference::capturingEnabled);
-    checking.defaults.setBool(withFourDigits, preference::fourDigitInclude);
+    CheckRun checkRun(services);
+    checkRun.defaults.setBool(isCapturing, preference::capturingEnabled);
+    checkRun.defaults.setBool(withFourDigits, preference::fourDigitInclude);
     if (!isCapturing) {
-        if (auto finding = judgeIgnoredChange(checking)) {
+        if (auto finding = verifyIgnoredChange(checkRun)) {
             return finding;
         }
     }
-    return judgeCheck(checking, plainCheck(rows, withFourDigits), isCapturing);
+    return verifyCheck(checkRun, referenceCheck(rows, withFourDigits), isCapturing);
 }
 
 } // namespace orlimo

@@ -1,11 +1,11 @@
 #include "capture/CodeExtraction.h"
 #include "capture/PreferenceKeys.h"
 #include "tests/capture/MemoryUserDefaults.h"
-#include "tests/capture/reference/PlainCodeRule.h"
-#include "tests/capture/reference/PlainUtf8.h"
-#include "tests/fuzz/Disagreement.h"
+#include "tests/capture/reference/ReferenceCodeExtraction.h"
+#include "tests/capture/reference/ReferenceUtf8.h"
 #include "tests/fuzz/FuzzTarget.h"
 #include "tests/fuzz/LoggedLines.h"
+#include "tests/fuzz/Mismatch.h"
 
 #include <string>
 
@@ -13,23 +13,23 @@ namespace orlimo {
 
 /// The first byte is the preference for four digits, the others are the message's text, as the
 /// store's reader would hand it on: with its ill-formed parts replaced.
-Finding judge(std::string_view input)
+Finding checkInput(std::string_view input)
 {
     if (input.empty()) {
         return std::nullopt;
     }
     const bool withFourDigits = input.front() == '4';
-    const std::string text = plainlyRepaired(input.substr(1));
+    const std::string text = referenceRepaired(input.substr(1));
     MemoryUserDefaults defaults;
     defaults.setBool(withFourDigits, preference::fourDigitInclude);
 
     logged::clear();
     const auto code = extractCode(text, defaults);
-    const PlainCodes expected = plainCodes(text, withFourDigits);
-    if (auto finding = disagreement("code", code, expected.code)) {
+    const ReferenceCodes expected = referenceCodes(text, withFourDigits);
+    if (auto finding = mismatch("code", code, expected.code)) {
         return finding;
     }
-    return disagreement("log", logged::lines(), expected.lines);
+    return mismatch("log", logged::lines(), expected.lines);
 }
 
 } // namespace orlimo

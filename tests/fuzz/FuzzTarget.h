@@ -14,6 +14,6 @@ using Finding = std::optional<std::string>;
 /// target is a program of its own: it defines this function once, and is run by the fuzzer on ever
 /// new inputs or by a test on the inputs that are kept. One call at a time; what a call leaves
 /// behind does not change the next one's judgement. Needs a test sandbox.
-[[nodiscard]] Finding judge(std::string_view input);
+[[nodiscard]] Finding checkInput(std::string_view input);
 
 } // namespace orlimo

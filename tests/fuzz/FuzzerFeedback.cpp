@@ -13,14 +13,14 @@ __attribute__((section("__libfuzzer_extra_counters"), used)) std::array<std::uin
 
 } // namespace
 
-void note(unsigned feature, std::uint64_t value)
+void reportFeature(unsigned feature, std::uint64_t value)
 {
     counters[(feature * 509U + value) % counters.size()] = 1;
 }
 
-void noteMagnitude(unsigned feature, std::uint64_t quantity)
+void reportMagnitude(unsigned feature, std::uint64_t quantity)
 {
-    note(feature, static_cast<std::uint64_t>(std::bit_width(quantity)));
+    reportFeature(feature, static_cast<std::uint64_t>(std::bit_width(quantity)));
 }
 
 } // namespace orlimo::feedback

@@ -25,7 +25,7 @@ extern "C" int LLVMFuzzerInitialize(int* /*argc*/, char*** /*argv*/)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    const auto finding = orlimo::judge({reinterpret_cast<const char*>(data), size});
+    const auto finding = orlimo::checkInput({reinterpret_cast<const char*>(data), size});
     if (finding) {
         const std::string report = "FINDING: " + *finding + "\n";
         (void)!::write(reportDescriptor, report.data(), report.size());

@@ -1,8 +1,8 @@
 #include "capture/PreferenceKeys.h"
 #include "platform/preferences/UserDefaults.h"
 #include "tests/capture/PreferenceSandbox.h"
-#include "tests/fuzz/Disagreement.h"
 #include "tests/fuzz/FuzzTarget.h"
+#include "tests/fuzz/Mismatch.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <QSettings>
@@ -48,7 +48,7 @@ private:
 };
 
 /// What the toolkit itself finds in a file; absent when it reports damage.
-std::optional<Dictionary> plainDictionary(std::string_view bytes)
+std::optional<Dictionary> referenceDictionary(std::string_view bytes)
 {
     const FreshFile file(bytes);
     const QSettings settings(file.name(), QSettings::NativeFormat);
@@ -70,7 +70,7 @@ std::string rewritten(std::string_view bytes, std::string_view key, bool value)
 }
 
 /// The boolean that a string stands for: a second implementation, kept plain on purpose.
-bool plainBoolean(const std::string& text)
+bool referenceBoolean(const std::string& text)
 {
     std::size_t place = text.find_first_not_of(" \t\n\v\f\r");
     if (place == std::string::npos) {
@@ -102,23 +102,23 @@ bool holdsStringsAlone(std::string_view bytes)
     return bytes.find('@') == std::string_view::npos;
 }
 
-Finding judgeReading(std::string_view bytes, const Dictionary& present, std::string_view key)
+Finding verifyReading(std::string_view bytes, const Dictionary& present, std::string_view key)
 {
     const bool value = standardUserDefaults().boolForKey(key);
     const auto found = present.find(std::string(key));
     if (found == present.end() || holdsStringsAlone(bytes)) {
-        const bool expected = found != present.end() && plainBoolean(found->second);
-        if (auto finding = disagreement("value of " + std::string(key), value, expected)) {
+        const bool expected = found != present.end() && referenceBoolean(found->second);
+        if (auto finding = mismatch("value of " + std::string(key), value, expected)) {
             return finding;
         }
     }
-    return disagreement(
+    return mismatch(
         "file that was only read", contentOf(PreferenceSandbox::file()), std::string(bytes));
 }
 
 /// The program's own preferences other than `written` must still be there.
 Finding
-judgeOwnPreferences(const Dictionary& before, const Dictionary& after, std::string_view written)
+verifyOwnPreferences(const Dictionary& before, const Dictionary& after, std::string_view written)
 {
     for (const std::string_view key : preference::keys) {
         const auto kept = before.find(std::string(key));
@@ -127,7 +127,7 @@ judgeOwnPreferences(const Dictionary& before, const Dictionary& after, std::stri
         }
         const auto found = after.find(kept->first);
         const auto now = found == after.end() ? "" : found->second;
-        if (auto finding = disagreement("other preference", now, kept->second)) {
+        if (auto finding = mismatch("other preference", now, kept->second)) {
             return finding;
         }
     }
@@ -135,32 +135,32 @@ judgeOwnPreferences(const Dictionary& before, const Dictionary& after, std::stri
 }
 
 /// What cannot be understood, or would not be once it is written, is replaced, and a copy kept.
-Finding judgeWriting(std::string_view bytes, const Dictionary& present, std::string_view key)
+Finding verifyWriting(std::string_view bytes, const Dictionary& present, std::string_view key)
 {
     UserDefaults& defaults = standardUserDefaults();
     const bool value = bytes.size() % 2 == 0;
     defaults.setBool(value, key);
     const Dictionary after = defaults.dictionaryRepresentation();
 
-    const auto understood = plainDictionary(bytes);
-    const auto changed = understood ? plainDictionary(rewritten(bytes, key, value)) : std::nullopt;
+    const auto understood = referenceDictionary(bytes);
+    const auto changed =
+        understood ? referenceDictionary(rewritten(bytes, key, value)) : std::nullopt;
     const Dictionary alone{{std::string(key), value ? "true" : "false"}};
-    if (auto finding =
-            disagreement("preferences before", present, understood.value_or(Dictionary()))) {
+    if (auto finding = mismatch("preferences before", present, understood.value_or(Dictionary()))) {
         return finding;
     }
-    if (auto finding = disagreement("preferences after", after, changed.value_or(alone))) {
+    if (auto finding = mismatch("preferences after", after, changed.value_or(alone))) {
         return finding;
     }
-    if (auto finding = disagreement("value written", defaults.boolForKey(key), value)) {
+    if (auto finding = mismatch("value written", defaults.boolForKey(key), value)) {
         return finding;
     }
     const bool copied = std::filesystem::exists(damagedCopy());
-    if (auto finding = disagreement("copy kept", copied, !changed)) {
+    if (auto finding = mismatch("copy kept", copied, !changed)) {
         return finding;
     }
-    return copied ? disagreement("copy", contentOf(damagedCopy()), std::string(bytes))
-                  : judgeOwnPreferences(present, after, key);
+    return copied ? mismatch("copy", contentOf(damagedCopy()), std::string(bytes))
+                  : verifyOwnPreferences(present, after, key);
 }
 
 /// Whether the file is written to as well, which takes far longer than to read it: decided by the
@@ -174,17 +174,17 @@ bool isToBeWritten(std::string_view bytes)
 } // namespace
 
 /// The input is the settings file, byte for byte.
-Finding judge(std::string_view input)
+Finding checkInput(std::string_view input)
 {
     static const PreferenceSandbox sandbox;
     writeFile(PreferenceSandbox::file(), input);
     std::filesystem::remove(damagedCopy());
     const Dictionary present = standardUserDefaults().dictionaryRepresentation();
     const std::string_view key = preference::keys.at(input.size() % preference::keys.size());
-    if (auto finding = judgeReading(input, present, key)) {
+    if (auto finding = verifyReading(input, present, key)) {
         return finding;
     }
-    return isToBeWritten(input) ? judgeWriting(input, present, key) : std::nullopt;
+    return isToBeWritten(input) ? verifyWriting(input, present, key) : std::nullopt;
 }
 
 } // namespace orlimo

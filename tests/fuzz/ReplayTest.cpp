@@ -12,7 +12,7 @@ namespace orlimo {
 namespace {
 
 /// The inputs that are kept for this program's target, in alphabetical order.
-std::vector<std::filesystem::path> keptInputs()
+std::vector<std::filesystem::path> corpusInputs()
 {
     std::vector<std::filesystem::path> files;
     for (const auto& entry : std::filesystem::directory_iterator(ORLIMO_FUZZ_CORPUS)) {
@@ -24,10 +24,10 @@ std::vector<std::filesystem::path> keptInputs()
 
 TEST(Replay, KeptInputsAreJudgedWell)
 {
-    const auto files = keptInputs();
+    const auto files = corpusInputs();
     EXPECT_FALSE(files.empty());
     for (const auto& file : files) {
-        const Finding finding = judge(contentOf(file));
+        const Finding finding = checkInput(contentOf(file));
         EXPECT_FALSE(finding) << file << ": " << finding.value_or("");
     }
 }
@@ -35,10 +35,10 @@ TEST(Replay, KeptInputsAreJudgedWell)
 // What a call leaves behind must not change the judgement: the same inputs, in the other order.
 TEST(Replay, KeptInputsAreJudgedWellInAnyOrder)
 {
-    auto files = keptInputs();
+    auto files = corpusInputs();
     std::reverse(files.begin(), files.end());
     for (const auto& file : files) {
-        const Finding finding = judge(contentOf(file));
+        const Finding finding = checkInput(contentOf(file));
         EXPECT_FALSE(finding) << file << ": " << finding.value_or("");
     }
 }

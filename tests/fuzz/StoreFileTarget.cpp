@@ -1,14 +1,14 @@
 #include "capture/Database.h"
 #include "tests/capture/reference/BodyBytes.h"
-#include "tests/capture/reference/PlainUtf8.h"
+#include "tests/capture/reference/ReferenceUtf8.h"
 #include "tests/capture/stores/OpenedConnections.h"
-#include "tests/fuzz/Disagreement.h"
+#include "tests/fuzz/FatalStopException.h"
 #include "tests/fuzz/FuzzTarget.h"
 #include "tests/fuzz/FuzzerFeedback.h"
 #include "tests/fuzz/LoggedLines.h"
+#include "tests/fuzz/Mismatch.h"
 #include "tests/fuzz/Statements.h"
 #include "tests/fuzz/StoreOnDisk.h"
-#include "tests/fuzz/UnwindingStop.h"
 
 #include <sqlite3.h>
 
@@ -34,34 +34,35 @@ constexpr std::int64_t limit = 10;
 
 /// A store may hold a view instead of a table, and so a program: what runs longer than this many
 /// instructions is interrupted. Such a store hangs every reader.
-constexpr int mostInstructions = 200'000;
+constexpr int maxInstructions = 200'000;
 
 /// For the same reason. A store that asks for more cannot be judged, for nothing says where memory
 /// runs out for it.
-constexpr std::int64_t mostMemory = 50'000'000;
-constexpr std::int64_t memoryThatIsPlenty = 10'000'000;
+constexpr std::int64_t maxMemory = 50'000'000;
+constexpr std::int64_t memoryThreshold = 10'000'000;
 
 /// Keeps a connection from running without end.
-class Patience
+class ResourceLimits
 {
 public:
-    explicit Patience(sqlite3* connection)
+    explicit ResourceLimits(sqlite3* connection)
     {
-        sqlite3_hard_heap_limit64(mostMemory);
+        sqlite3_hard_heap_limit64(maxMemory);
         (void)sqlite3_memory_highwater(1);
-        sqlite3_progress_handler(connection, mostInstructions, &Patience::runOut, this);
+        sqlite3_progress_handler(
+            connection, maxInstructions, &ResourceLimits::onInstructionLimit, this);
     }
 
     /// Whether it has run out, so that what was read is not all that there is.
     [[nodiscard]] bool isExhausted() const
     {
-        return exhausted || sqlite3_memory_highwater(0) > memoryThatIsPlenty;
+        return exhausted || sqlite3_memory_highwater(0) > memoryThreshold;
     }
 
 private:
-    static int runOut(void* self)
+    static int onInstructionLimit(void* self)
     {
-        static_cast<Patience*>(self)->exhausted = true;
+        static_cast<ResourceLimits*>(self)->exhausted = true;
         return 1;
     }
 
@@ -75,7 +76,7 @@ std::optional<std::string> plainText(sqlite3_stmt* row, int column)
     }
     const auto* const start = reinterpret_cast<const char*>(sqlite3_column_text(row, column));
     const std::string whole(start, static_cast<std::size_t>(sqlite3_column_bytes(row, column)));
-    return plainlyRepaired(whole.substr(0, whole.find('\0')));
+    return referenceRepaired(whole.substr(0, whole.find('\0')));
 }
 
 std::string plainBody(sqlite3_stmt* row, int column)
@@ -92,7 +93,7 @@ std::int64_t cutToThirtyTwoBits(std::int64_t value)
 
 /// What the store yields: a second implementation, kept plain on purpose. Absent when SQLite does
 /// not understand the query.
-std::optional<std::vector<Msg>> plainReading(sqlite3* connection)
+std::optional<std::vector<Msg>> referenceReading(sqlite3* connection)
 {
     sqlite3_stmt* row = nullptr;
     constexpr const char* query =
@@ -113,14 +114,14 @@ std::optional<std::vector<Msg>> plainReading(sqlite3* connection)
 }
 
 /// Tells the fuzzer which way SQLite went.
-void noteWhatHappened(sqlite3* connection, const std::vector<Msg>& messages)
+void reportOutcome(sqlite3* connection, const std::vector<Msg>& messages)
 {
-    feedback::note(0, static_cast<std::uint64_t>(sqlite3_extended_errcode(connection)));
-    feedback::note(1, messages.size());
+    feedback::reportFeature(0, static_cast<std::uint64_t>(sqlite3_extended_errcode(connection)));
+    feedback::reportFeature(1, messages.size());
     for (const Msg& message : messages) {
-        feedback::noteMagnitude(2, message.text ? message.text->size() + 1 : 0);
-        feedback::noteMagnitude(3, message.attributedBody.value_or("").size());
-        feedback::noteMagnitude(4, static_cast<std::uint64_t>(message.rowid));
+        feedback::reportMagnitude(2, message.text ? message.text->size() + 1 : 0);
+        feedback::reportMagnitude(3, message.attributedBody.value_or("").size());
+        feedback::reportMagnitude(4, static_cast<std::uint64_t>(message.rowid));
     }
     unsigned feature = 5;
     for (const int status :
@@ -129,7 +130,7 @@ void noteWhatHappened(sqlite3* connection, const std::vector<Msg>& messages)
         int value = 0;
         int highest = 0;
         (void)sqlite3_db_status(connection, status, &value, &highest, 0);
-        feedback::noteMagnitude(feature, static_cast<std::uint64_t>(value));
+        feedback::reportMagnitude(feature, static_cast<std::uint64_t>(value));
         ++feature;
     }
     sqlite3_stmt* const statement = sqlite3_next_stmt(connection, nullptr);
@@ -137,7 +138,7 @@ void noteWhatHappened(sqlite3* connection, const std::vector<Msg>& messages)
          {SQLITE_STMTSTATUS_VM_STEP, SQLITE_STMTSTATUS_FULLSCAN_STEP, SQLITE_STMTSTATUS_SORT})
     {
         if (statement != nullptr) {
-            feedback::noteMagnitude(
+            feedback::reportMagnitude(
                 feature, static_cast<std::uint64_t>(sqlite3_stmt_status(statement, status, 0)));
         }
         ++feature;
@@ -145,38 +146,38 @@ void noteWhatHappened(sqlite3* connection, const std::vector<Msg>& messages)
 }
 
 /// A query that cannot be compiled is logged and yields nothing.
-Finding judgeFailure(sqlite3* connection, const Lines& lines, const std::vector<Msg>& messages)
+Finding verifyFailure(sqlite3* connection, const Lines& lines, const std::vector<Msg>& messages)
 {
     const Lines expected{
         std::string("error preparing fetch limit : v1") + sqlite3_errmsg(connection)};
-    if (auto finding = disagreement("log", lines, expected)) {
+    if (auto finding = mismatch("log", lines, expected)) {
         return finding;
     }
-    return disagreement("messages", messages, std::vector<Msg>());
+    return mismatch("messages", messages, std::vector<Msg>());
 }
 
-Finding judgeReading(Database& database, sqlite3* connection)
+Finding verifyReading(Database& database, sqlite3* connection)
 {
     logged::clear();
-    const Patience patience(connection);
+    const ResourceLimits limits(connection);
     const std::vector<Msg> messages = database.fetchMessages(limit);
     const Lines lines = logged::lines();
-    noteWhatHappened(connection, messages);
+    reportOutcome(connection, messages);
     if (!lines.empty()) {
-        return judgeFailure(connection, lines, messages);
+        return verifyFailure(connection, lines, messages);
     }
-    const auto expected = plainReading(connection);
-    if (patience.isExhausted()) {
+    const auto expected = referenceReading(connection);
+    if (limits.isExhausted()) {
         return std::nullopt;
     }
-    return disagreement("messages", std::optional(messages), expected);
+    return mismatch("messages", std::optional(messages), expected);
 }
 
 } // namespace
 
 /// The input is the store, byte for byte; from where a write-ahead log's header stands in it, its
 /// log.
-Finding judge(std::string_view input)
+Finding checkInput(std::string_view input)
 try {
     static StoreOnDisk store;
     store.fill(input);
@@ -184,16 +185,16 @@ try {
     const OpenedConnections opened;
     Database database(store.libraryFolder());
     const Lines connected{"Database init", "database connected!!"};
-    if (auto finding = disagreement("log", logged::lines(), connected)) {
+    if (auto finding = mismatch("log", logged::lines(), connected)) {
         return finding;
     }
-    auto finding = judgeReading(database, opened.only());
+    auto finding = verifyReading(database, opened.only());
     if (!finding && !store.isUnchanged(input)) {
         finding = "the store was written to";
     }
     finaliseStatements(opened.only());
     return finding;
-} catch (const UnwindingStop& stop) {
+} catch (const FatalStopException& stop) {
     return "a fatal stop: " + stop.reason;
 }
 

@@ -50,13 +50,13 @@ protected:
             [this] { calls.emplace_back("objectWillChange"); });
     }
 
-    void setEnabled(bool enabled) { LaunchAtLogin::setEnabled(enabled, host); }
-    [[nodiscard]] bool isEnabled() const { return LaunchAtLogin::isEnabled(host); }
+    void setEnabled(bool enabled) { LaunchAtLogin::setEnabled(enabled, services); }
+    [[nodiscard]] bool isEnabled() const { return LaunchAtLogin::isEnabled(services); }
 
     std::vector<std::string> calls;
     ScriptedLoginItemService service{calls};
     RecordingLog log{calls};
-    LoginHost host{
+    LoginServices services{
         .service = serviceUnderTest(service),
         .logger = [this]() -> UnifiedLog& {
             calls.emplace_back("logger");
@@ -231,30 +231,30 @@ TEST_F(LaunchAtLoginTest, WhatNeedsApprovalIsNotEnabled)
 }
 
 /// With a service that answers only after the call, which not every host has.
-class LateAnswer : public LaunchAtLoginTest
+class DelayedResponse : public LaunchAtLoginTest
 {
 protected:
-    LateAnswer()
+    DelayedResponse()
     {
-        LaunchAtLogin::followAnswers(
+        LaunchAtLogin::observeResponses(
             {.service = service,
-             .logger = host.logger,
-             .currentLaunchEvent = host.currentLaunchEvent});
+             .logger = services.logger,
+             .currentLaunchEvent = services.currentLaunchEvent});
     }
 };
 
-TEST_F(LateAnswer, IsAnnounced)
+TEST_F(DelayedResponse, IsAnnounced)
 {
     EXPECT_THAT(calls, IsEmpty());
-    service.answered(true, std::nullopt);
+    service.responseHandler(true, std::nullopt);
     EXPECT_THAT(calls, ElementsAre("objectWillChange"));
 }
 
-TEST_F(LateAnswer, IsOneEntryWhenItIsAFailure)
+TEST_F(DelayedResponse, IsOneEntryWhenItIsAFailure)
 {
     const ServiceError error{.code = 125, .localizedDescription = "Operation canceled"};
-    service.answered(true, error);
-    service.answered(false, error);
+    service.responseHandler(true, error);
+    service.responseHandler(false, error);
     EXPECT_THAT(
         calls,
         ElementsAre(
@@ -272,8 +272,8 @@ class LaunchedAtLogin : public LaunchAtLoginTest
 protected:
     [[nodiscard]] bool with(std::optional<LaunchEvent> event)
     {
-        host.currentLaunchEvent = [event] { return event; };
-        return LaunchAtLogin::wasLaunchedAtLogin(host);
+        services.currentLaunchEvent = [event] { return event; };
+        return LaunchAtLogin::wasLaunchedAtLogin(services);
     }
 };
 

@@ -22,9 +22,9 @@ public:
     std::optional<ServiceError> unregisterError;
 
     /// Told of answers that come later; empty until somebody wants to be.
-    AnswerHandler answered;
+    ResponseHandler responseHandler;
 
-    void setAnswerHandler(const AnswerHandler& handler) override { answered = handler; }
+    void setResponseHandler(const ResponseHandler& handler) override { responseHandler = handler; }
 
     [[nodiscard]] LoginItemStatus status() const override
     {

@@ -1,7 +1,7 @@
 #include "tests/packaging/BareSystem.h"
 
 #include "tests/support/process/OutputCapture.h"
-#include "tests/support/process/ParentBond.h"
+#include "tests/support/process/ParentDeathSignal.h"
 
 #include <gtest/gtest.h>
 
@@ -14,7 +14,7 @@ namespace orlimo {
 namespace {
 
 // Packages have to be fetched and unpacked.
-constexpr std::chrono::minutes installationLimit{15};
+constexpr std::chrono::minutes installationTimeout{15};
 
 constexpr int impossible = 77;
 
@@ -64,9 +64,9 @@ bool isState(const std::string& path)
 BareSystem::BareSystem()
 {
     const auto made = CommandResult::of(
-        scripts / "make-bare-system", {.arguments = {tree().string()}}, installationLimit);
+        scripts / "make-bare-system", {.arguments = {tree().string()}}, installationTimeout);
     if (made.status == impossible) {
-        whyNot = made.output;
+        setupFailure = made.output;
         return;
     }
     EXPECT_EQ(made.status, 0) << made.text();
@@ -81,7 +81,7 @@ CommandResult BareSystem::run(const std::vector<std::string>& command) const
     return CommandResult::of(
         scripts / "in-bare-system",
         {.arguments = arguments, .environment = environment()},
-        installationLimit);
+        installationTimeout);
 }
 
 std::unique_ptr<ChildProcess>
@@ -94,7 +94,7 @@ BareSystem::start(const std::string& program, const std::string& display) const
         ChildSettings{
             .arguments = {tree().string(), program},
             .environment = variables,
-            .beforeStart = endWithParent,
+            .beforeStart = dieWithParent,
         });
 }
 

@@ -20,7 +20,7 @@ public:
     BareSystem();
 
     /// Why there is none: no rights, no network. Empty when there is one.
-    [[nodiscard]] const std::string& obstacle() const { return whyNot; }
+    [[nodiscard]] const std::string& skipReason() const { return setupFailure; }
 
     [[nodiscard]] std::filesystem::path tree() const { return folder.path() / "tree"; }
     /// The home folder of the user, seen from outside.
@@ -41,7 +41,7 @@ public:
 
 private:
     TemporaryFolder folder;
-    std::string whyNot;
+    std::string setupFailure;
 };
 
 } // namespace orlimo

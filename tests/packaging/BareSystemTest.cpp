@@ -24,8 +24,8 @@ class InBareSystem : public testing::Test
 protected:
     void SetUp() override
     {
-        if (!system.obstacle().empty()) {
-            GTEST_SKIP() << system.obstacle();
+        if (!system.skipReason().empty()) {
+            GTEST_SKIP() << system.skipReason();
         }
         package.emplace();
         ASSERT_FALSE(HasFailure());
@@ -64,7 +64,7 @@ protected:
         EXPECT_EQ(system.packages(), expected);
     }
 
-    void watchTheProgramCopyACode() const
+    void expectCodeCopied() const
     {
         const XServer server;
         const auto store = system.home() / "Library/Messages/chat.db";
@@ -74,7 +74,7 @@ protected:
 
         const auto program = system.start("orlimo", server.display());
         ASSERT_TRUE(program->awaitLine("file access allowed")) << program->errors();
-        ProgramSession::waitThrottleOut();
+        ProgramSession::waitForThrottle();
         EXPECT_THAT(writer.ask("text Your code is 482913"), StartsWith("committed"));
         EXPECT_TRUE(program->awaitLine("file changed!! at message: code? 482913"))
             << program->output() << program->errors();
@@ -94,7 +94,7 @@ protected:
 
     /// Without a compositor there is nothing to see; what is missing then is a display and not the
     /// toolkit's way to it.
-    void expectWayToWayland() const
+    void expectWaylandPlugin() const
     {
         const auto start = system.run({"env", "QT_QPA_PLATFORM=wayland", "orlimo"});
         EXPECT_NE(start.status, 0);
@@ -112,9 +112,9 @@ TEST_F(InBareSystem, ThePackageNeedsNothingMoreAndLeavesNothing)
     const auto filesBefore = system.files();
     installPackage();
     ASSERT_FALSE(HasFailure());
-    watchTheProgramCopyACode();
+    expectCodeCopied();
     expectLoginItem();
-    expectWayToWayland();
+    expectWaylandPlugin();
     expectSuccess({"apt-get", "purge", "--yes", "--quiet", "orlimo"});
     EXPECT_EQ(system.files(), filesBefore);
 }

@@ -14,7 +14,7 @@ namespace orlimo {
 namespace {
 
 // The whole program, optimised, on a machine that has other things to do.
-constexpr std::chrono::minutes buildLimit{30};
+constexpr std::chrono::minutes buildTimeout{30};
 
 } // namespace
 
@@ -32,7 +32,7 @@ BuiltPackage::BuiltPackage()
             // Whoever builds may keep their files to themselves; the package's are everybody's.
             .beforeStart = [] { ::umask(077); },
         },
-        buildLimit);
+        buildTimeout);
     EXPECT_EQ(made.status, 0) << made.errors;
     if (made.status == 0) {
         const std::filesystem::path package = made.output.substr(0, made.output.find('\n'));

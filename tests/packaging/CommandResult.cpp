@@ -1,6 +1,6 @@
 #include "tests/packaging/CommandResult.h"
 
-#include "tests/support/process/ParentBond.h"
+#include "tests/support/process/ParentDeathSignal.h"
 
 #include <utility>
 
@@ -10,7 +10,7 @@ CommandResult CommandResult::of(
     const std::filesystem::path& program, ChildSettings settings, std::chrono::milliseconds limit)
 {
     settings.beforeStart = [before = std::move(settings.beforeStart)] {
-        endWithParent();
+        dieWithParent();
         if (before) {
             before();
         }

@@ -21,7 +21,7 @@ struct CommandResult
     [[nodiscard]] static CommandResult
     of(const std::filesystem::path& program,
        ChildSettings settings,
-       std::chrono::milliseconds limit = generousLimit);
+       std::chrono::milliseconds limit = defaultTimeout);
 
     /// All that it wrote, for a message.
     [[nodiscard]] std::string text() const { return output + errors; }

@@ -43,7 +43,7 @@ TEST(IconSet, HasTheTenFilesOfTheirSizes)
         found.emplace(file.path().filename().string(), picture.width());
     }
     EXPECT_EQ(found, files);
-    EXPECT_TRUE(looksTheSame(pictureIn(set / "icon_128x128@2x.png"), IconSet::icon(128, 2)));
+    EXPECT_TRUE(isVisuallyEqual(pictureIn(set / "icon_128x128@2x.png"), IconSet::icon(128, 2)));
 }
 
 TEST(IconSet, HasItsTileWhereTheSystemsIconsHaveTheirs)

@@ -1,6 +1,6 @@
 #include "tests/program/ProgramSession.h"
 #include "tests/support/TemporaryFolder.h"
-#include "tests/support/process/Preloading.h"
+#include "tests/support/process/PreloadEnvironment.h"
 
 #include <gtest/gtest.h>
 
@@ -15,10 +15,10 @@ namespace orlimo {
 namespace {
 
 /// Processor time taken away by others, for as long as the object lives.
-class Load
+class CpuLoad
 {
 public:
-    explicit Load(int threads)
+    explicit CpuLoad(int threads)
     {
         for (int number = 0; number < threads; ++number) {
             spinning.emplace_back([this] {
@@ -27,9 +27,9 @@ public:
             });
         }
     }
-    Load(const Load&) = delete;
-    Load& operator=(const Load&) = delete;
-    ~Load()
+    CpuLoad(const CpuLoad&) = delete;
+    CpuLoad& operator=(const CpuLoad&) = delete;
+    ~CpuLoad()
     {
         over = true;
         for (std::thread& thread : spinning) {
@@ -62,7 +62,7 @@ ProgramSession::Settings settingsOf(std::size_t run, Commits commits, const Temp
     settings.synchronous = modes[run % (commits == Commits::plain ? 2 : modes.size())];
     if (commits == Commits::onASlowDisk) {
         settings.synchronous = "FULL"; // the others wait for no disk
-        settings.writerEnvironment = preloading({ORLIMO_SLOW_DISK});
+        settings.writerEnvironment = preloadEnvironment({ORLIMO_SLOW_DISK});
         settings.writerEnvironment["ORLIMO_SLOW_DISK"] = folder.path() / std::to_string(run);
     }
     return settings;
@@ -139,7 +139,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST_P(DeliveryUnderLoad, NoneOf150MessagesIsMissedOrStale)
 {
-    const Load load(3);
+    const CpuLoad load(3);
     deliverAndExpectAll(GetParam());
 }
 

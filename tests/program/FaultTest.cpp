@@ -86,7 +86,7 @@ TEST_F(Fault, StoreWithoutATableIsReportedAtEachCheckAndNothingElse)
     ASSERT_EQ(session.writer().ask("sql DROP TABLE message"), "ok");
     session.startProgram();
     ASSERT_TRUE(session.program().awaitLine("file access allowed"));
-    ProgramSession::waitThrottleOut();
+    ProgramSession::waitForThrottle();
 
     ASSERT_EQ(session.writer().ask("sql CREATE TABLE other (x)"), "ok");
     ASSERT_TRUE(session.program().awaitLine("ready to access disk"));
@@ -102,7 +102,7 @@ TEST_F(Fault, FileThatIsNoDatabaseIsReportedAndLeftAlone)
     writeFile(session.log(), "");
     session.startProgram();
     ASSERT_TRUE(session.program().awaitLine("file access allowed"));
-    ProgramSession::waitThrottleOut();
+    ProgramSession::waitForThrottle();
 
     appendToFile(session.log(), "growth");
     ASSERT_TRUE(session.program().awaitLine("ready to access disk"));
@@ -120,14 +120,14 @@ TEST_F(Fault, LockedStoreIsReportedAndReadAgainWhenItIsFree)
     session.deliver("text Code 111111");
     session.startProgram();
     ASSERT_TRUE(session.program().awaitLine("file access allowed"));
-    ProgramSession::waitThrottleOut();
+    ProgramSession::waitForThrottle();
 
     session.deliver("text Code 222222");
     ASSERT_EQ(session.program().readLine(), "ready to access disk");
     EXPECT_EQ(session.program().readLine(), "error preparing fetch limit : v1database is locked");
     ASSERT_EQ(
         session.writer().ask("sql PRAGMA locking_mode=NORMAL; SELECT count(*) FROM message"), "ok");
-    ProgramSession::waitThrottleOut();
+    ProgramSession::waitForThrottle();
 
     session.deliver("text Code 333333");
     EXPECT_THAT(
@@ -145,7 +145,7 @@ TEST_F(Fault, LogLockedDuringAReadIsReadOnAndCanBeEmptied)
         const StoreLock lock(session.home() / "Library", StoreWriter::Journal::writeAheadLog);
         appendToFile(session.log(), "growth");
         ASSERT_EQ(session.program().readLine(), "ready to access disk");
-        ProgramSession::waitThrottleOut();
+        ProgramSession::waitForThrottle();
     }
     for (const std::string code : {"222222", "333333"}) {
         session.deliver("text Code " + code);
@@ -329,7 +329,7 @@ TEST_F(ReadOnlyHome, WithStoredPreferencesStillCaptures)
     makeReadOnly(session.home());
     session.startProgram();
     ASSERT_TRUE(session.program().awaitLine("file access allowed"));
-    ProgramSession::waitThrottleOut();
+    ProgramSession::waitForThrottle();
 
     session.deliver("text Code 482913");
     EXPECT_EQ(session.readReaction().back(), "file changed!! at message: code? 482913");
@@ -345,13 +345,13 @@ TEST_F(ReadOnlyHome, WithoutPreferencesSaysSoAndCapturesByTheDefaults)
     ASSERT_TRUE(await([this] {
         return session.program().errors().find("cannot store preferences") != std::string::npos;
     }));
-    ProgramSession::waitThrottleOut();
+    ProgramSession::waitForThrottle();
 
     session.deliver("text Code 4829");
     EXPECT_THAT(session.readReaction(), Contains("file changed!! at message: code? 4829"));
 }
 
-TEST(PipeInThePreferencesPlace, NeitherHangsTheStartNorStopsCapturing)
+TEST(PipeAsPreferencesFile, NeitherHangsTheStartNorStopsCapturing)
 {
     ProgramSession session({.arguments = {"--launched-at-login"}});
     std::filesystem::create_directories(session.preferences().parent_path());

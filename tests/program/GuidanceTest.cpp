@@ -20,7 +20,7 @@ protected:
     XWindow startUnguided()
     {
         program.start();
-        EXPECT_TRUE(awaitSparingly([this] { return program.windows().size() == 1; }));
+        EXPECT_TRUE(awaitWithPolling([this] { return program.windows().size() == 1; }));
         EXPECT_EQ(program.element("label", "Allow acess").name(), "Allow acess");
         const auto windows = program.windows();
         return windows.empty() ? XWindow{} : windows.front();
@@ -59,7 +59,7 @@ TEST_F(Guidance, StandsInFrontOfOtherApplications)
 {
     const auto other = program.desktop().openOtherApplication();
     const XWindow window = startUnguided();
-    EXPECT_TRUE(awaitSparingly([&] {
+    EXPECT_TRUE(awaitWithPolling([&] {
         const auto all = program.desktop().windows().windowsOf(0);
         const auto above = std::ranges::find(all, window.id, &XWindow::id);
         return above != all.end() &&
@@ -74,9 +74,9 @@ TEST_F(Guidance, LeavesTheProgramRunningWhenItsCloseButtonIsClicked)
     const int half = window.frame.top() / 2;
     program.desktop().click(
         {window.area.right() + window.frame.right() - half, window.area.top() - half});
-    EXPECT_TRUE(awaitSparingly([this] { return program.windows().empty(); }));
+    EXPECT_TRUE(awaitWithPolling([this] { return program.windows().empty(); }));
 
-    ProgramSession::waitThrottleOut();
+    ProgramSession::waitForThrottle();
     program.session().deliver("text Your code is 482913.");
     EXPECT_TRUE(program.awaitPaste("482913"));
     program.open();
@@ -87,7 +87,7 @@ TEST_F(Guidance, OpensTheSystemsSettingsAndStays)
 {
     const XWindow window = startUnguided();
     program.click("push button", "Open System Setting");
-    EXPECT_TRUE(awaitSparingly([this] { return !program.desktop().openedAddresses().empty(); }));
+    EXPECT_TRUE(awaitWithPolling([this] { return !program.desktop().openedAddresses().empty(); }));
     EXPECT_THAT(
         program.desktop().openedAddresses(),
         ElementsAre("x-apple.systempreferences:com.apple.preference.security?Privacy_AllFiles"));
@@ -99,7 +99,7 @@ TEST_F(Guidance, OpensTheSystemsSettingsAndStays)
 TEST_F(Guidance, ComesBackWhenTheWindowManagerMinimizesIt)
 {
     const XWindow window = startUnguided();
-    ASSERT_TRUE(awaitSparingly([&] { return program.hasFocus(window); }));
+    ASSERT_TRUE(awaitWithPolling([&] { return program.hasFocus(window); }));
     // The window manager draws a button for that although the window asks for none, the third one
     // from the right.
     constexpr int fromTheRight = 42;
@@ -107,7 +107,7 @@ TEST_F(Guidance, ComesBackWhenTheWindowManagerMinimizesIt)
         {window.area.right() + window.frame.right() - fromTheRight,
          window.area.top() - window.frame.top() / 2});
     runEventLoop(std::chrono::milliseconds(500));
-    EXPECT_TRUE(awaitSparingly([&] {
+    EXPECT_TRUE(awaitWithPolling([&] {
         const auto windows = program.windows();
         return windows.size() == 1 && program.hasFocus(windows.front());
     }));
@@ -116,8 +116,8 @@ TEST_F(Guidance, ComesBackWhenTheWindowManagerMinimizesIt)
 TEST_F(Guidance, HasTheMessagesReadOnceForItsActivation)
 {
     const XWindow window = startUnguided();
-    ASSERT_TRUE(awaitSparingly([&] { return program.hasFocus(window); }));
-    EXPECT_TRUE(awaitSparingly([this] { return program.count(DesktopProgram::readLine) == 1; }));
+    ASSERT_TRUE(awaitWithPolling([&] { return program.hasFocus(window); }));
+    EXPECT_TRUE(awaitWithPolling([this] { return program.count(DesktopProgram::readLine) == 1; }));
     runEventLoop(std::chrono::milliseconds(500));
     EXPECT_EQ(program.count(DesktopProgram::readLine), 1);
 }
@@ -141,7 +141,7 @@ TEST_F(Guidance, LeavesTheIconItsWindowWhereThereIsATray)
 {
     startUnguided();
     program.desktop().press("alt+F4");
-    ASSERT_TRUE(awaitSparingly([this] { return program.windows().empty(); }));
+    ASSERT_TRUE(awaitWithPolling([this] { return program.windows().empty(); }));
     runEventLoop(std::chrono::milliseconds(1500));
     EXPECT_TRUE(program.windows().empty());
 }
@@ -150,7 +150,7 @@ TEST_F(Guidance, IsNotShownTwiceInARun)
 {
     startUnguided();
     program.desktop().press("alt+F4");
-    ASSERT_TRUE(awaitSparingly([this] { return program.windows().empty(); }));
+    ASSERT_TRUE(awaitWithPolling([this] { return program.windows().empty(); }));
     program.open();
     EXPECT_EQ(program.windows().size(), 1U);
 }

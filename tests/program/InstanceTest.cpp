@@ -4,7 +4,7 @@
 #include "tests/support/BuiltPrograms.h"
 #include "tests/support/process/MessageBus.h"
 #include "tests/support/process/OutputCapture.h"
-#include "tests/support/process/ParentBond.h"
+#include "tests/support/process/ParentDeathSignal.h"
 
 #include <QDBusPendingCall>
 #include <QXmlStreamReader>
@@ -26,7 +26,7 @@ using testing::HasSubstr;
 using testing::Not;
 
 /// How a program has ended, and what it said.
-struct Ending
+struct ExitResult
 {
     std::optional<int> status;
     std::string output;
@@ -45,7 +45,7 @@ constexpr const char* silentLine =
 /// the bus lets it wait.
 constexpr std::chrono::seconds tooLong{16};
 
-Ending endOf(ChildProcess& process)
+ExitResult endOf(ChildProcess& process)
 {
     const auto end = process.awaitEnd();
     return {end.status, process.output(), process.errors()};
@@ -62,17 +62,17 @@ protected:
             .arguments = std::move(arguments),
             .environment =
                 {{"DBUS_SESSION_BUS_ADDRESS", bus.address()}, {"QT_QPA_PLATFORM", platform}},
-            .beforeStart = endWithParent};
+            .beforeStart = dieWithParent};
     }
 
     /// For a program that runs beside another and opens nothing by itself.
-    static std::vector<std::string> besideArguments()
+    static std::vector<std::string> sideBySideArguments()
     {
         return {"--side-by-side", "--launched-at-login"};
     }
 
     /// Starts the program anew in a home of its own and waits until it ends.
-    [[nodiscard]] Ending startAgain(std::vector<std::string> arguments = {}) const
+    [[nodiscard]] ExitResult startAgain(std::vector<std::string> arguments = {}) const
     {
         // No screen either: a start that is one too many needs none.
         ProgramSession session(onBus(std::move(arguments), "none"));
@@ -81,7 +81,7 @@ protected:
     }
 
     /// Has the desktops' own tool do something on the bus.
-    [[nodiscard]] Ending useTool(const std::vector<std::string>& arguments) const
+    [[nodiscard]] ExitResult useTool(const std::vector<std::string>& arguments) const
     {
         ChildProcess tool(
             "/usr/bin/gdbus",
@@ -103,7 +103,8 @@ protected:
         return arguments;
     }
 
-    [[nodiscard]] Ending call(const std::string& method, const std::vector<std::string>& rest) const
+    [[nodiscard]] ExitResult
+    call(const std::string& method, const std::vector<std::string>& rest) const
     {
         return useTool(callArguments(method, rest));
     }
@@ -120,9 +121,9 @@ protected:
     }
 
     /// Whether `session`'s program is the one that starts in this session show.
-    [[nodiscard]] bool isTheOne(ProgramSession& session) const
+    [[nodiscard]] bool isSoleInstance(ProgramSession& session) const
     {
-        const Ending again = startAgain();
+        const ExitResult again = startAgain();
         return again.status == 0 && again.errors == shownLine && awaitOpened(session);
     }
 
@@ -134,7 +135,7 @@ TEST_F(Instance, IsShownByASecondStart)
 {
     ProgramSession first(onBus());
     first.start();
-    const Ending second = startAgain();
+    const ExitResult second = startAgain();
     EXPECT_EQ(second.status, 0);
     EXPECT_EQ(second.output, "");
     EXPECT_EQ(second.errors, shownLine);
@@ -146,20 +147,20 @@ TEST_F(Instance, IsLeftInPeaceByASecondLogin)
 {
     ProgramSession first(onBus());
     first.start();
-    const Ending second = startAgain({"--launched-at-login"});
+    const ExitResult second = startAgain({"--launched-at-login"});
     EXPECT_EQ(second.status, 0);
     EXPECT_EQ(second.output, "");
     EXPECT_EQ(second.errors, "");
 
     // What the login might have asked for would have been done before this.
-    EXPECT_TRUE(isTheOne(first));
+    EXPECT_TRUE(isSoleInstance(first));
 }
 
 TEST_F(Instance, LaunchedAtLoginIsShownByASecondStart)
 {
     ProgramSession first(onBus({"--launched-at-login"}));
     first.start();
-    EXPECT_TRUE(isTheOne(first));
+    EXPECT_TRUE(isSoleInstance(first));
 }
 
 TEST_F(Instance, IsOneOfManyStartsAtOnce)
@@ -176,17 +177,17 @@ TEST_F(Instance, IsOneOfManyStartsAtOnce)
             ORLIMO_PROGRAM,
             ChildSettings{
                 .environment = {{"DBUS_SESSION_BUS_ADDRESS", bus.address()}},
-                .beforeStart = endWithParent}));
+                .beforeStart = dieWithParent}));
     }
     const auto isRunning = [](const auto& program) { return program->isRunning(); };
-    EXPECT_TRUE(awaitSparingly(
-        [&] { return std::ranges::count_if(programs, isRunning) <= 1; }, 2 * generousLimit));
+    EXPECT_TRUE(awaitWithPolling(
+        [&] { return std::ranges::count_if(programs, isRunning) <= 1; }, 2 * defaultTimeout));
 
     const auto one = std::ranges::find_if(programs, isRunning);
     ASSERT_NE(one, programs.end());
     for (const auto& program : programs) {
         if (program != *one) {
-            const Ending other = endOf(*program);
+            const ExitResult other = endOf(*program);
             EXPECT_EQ(other.status, 0);
             EXPECT_EQ(other.output, "");
             EXPECT_EQ(other.errors, shownLine);
@@ -201,12 +202,12 @@ TEST_F(Instance, ThatStandsStillIsNotWaitedFor)
 {
     ProgramSession first(onBus());
     first.start();
-    ASSERT_TRUE(isTheOne(first));
+    ASSERT_TRUE(isSoleInstance(first));
     ASSERT_EQ(call("ActivateAction", {"open", "[]", "{}"}).status, 0);
 
     first.program().signal(SIGSTOP);
     const auto before = std::chrono::steady_clock::now();
-    const Ending second = startAgain();
+    const ExitResult second = startAgain();
     EXPECT_LT(std::chrono::steady_clock::now() - before, tooLong);
     EXPECT_EQ(second.status, 1);
     EXPECT_EQ(second.output, "");
@@ -235,11 +236,11 @@ TEST_F(Instance, ThatIsStillStartingIsShownOnceItHasStarted)
     first.startWriter();
     first.startProgram();
     ASSERT_EQ(useTool({"wait", "--session", "app.orlimo.Orlimo"}).status, 0);
-    const Ending second = startAgain();
+    const ExitResult second = startAgain();
     EXPECT_EQ(second.status, 0);
     EXPECT_EQ(second.errors, shownLine);
     EXPECT_EQ(first.program().output(), "");
-    server.goOn();
+    server.thaw();
     EXPECT_TRUE(awaitOpened(first));
 }
 
@@ -252,33 +253,33 @@ TEST_F(Instance, ThatHasEndedIsReplaced)
 
     ProgramSession second(onBus());
     second.start();
-    EXPECT_TRUE(isTheOne(second));
+    EXPECT_TRUE(isSoleInstance(second));
     second.program().signal(SIGKILL);
     (void)second.program().awaitEnd();
 
     ProgramSession third(onBus());
     third.start();
-    EXPECT_TRUE(isTheOne(third));
+    EXPECT_TRUE(isSoleInstance(third));
 }
 
 TEST_F(Instance, RunsBesideAnotherWhereItIsAskedTo)
 {
     ProgramSession first(onBus());
     first.start();
-    ProgramSession second(onBus(besideArguments()));
+    ProgramSession second(onBus(sideBySideArguments()));
     second.start();
-    EXPECT_TRUE(isTheOne(first));
+    EXPECT_TRUE(isSoleInstance(first));
     EXPECT_EQ(timesOpened(second), 0);
     EXPECT_TRUE(second.program().isRunning());
 }
 
 TEST_F(Instance, ThatRunsBesideOthersIsNotTheOne)
 {
-    ProgramSession beside(onBus(besideArguments()));
+    ProgramSession beside(onBus(sideBySideArguments()));
     beside.start();
     ProgramSession first(onBus());
     first.start();
-    EXPECT_TRUE(isTheOne(first));
+    EXPECT_TRUE(isSoleInstance(first));
     EXPECT_EQ(timesOpened(beside), 0);
 }
 
@@ -310,14 +311,14 @@ TEST_F(Instance, RunsWithoutABusThatDoesNotAnswer)
         session.startProgram();
         EXPECT_TRUE(session.program().awaitLine("file access allowed", tooLong));
         EXPECT_LT(std::chrono::steady_clock::now() - before, tooLong);
-        ProgramSession::waitThrottleOut();
+        ProgramSession::waitForThrottle();
         session.deliver("text Your code is 482913.");
         EXPECT_EQ(
             session.readReaction().back(), std::string(ProgramSession::reactionPrefix) + "482913");
         EXPECT_THAT(
             session.program().errors(),
             HasSubstr("orlimo: the session bus does not answer; running without it\n"));
-        bus.goOn();
+        bus.thaw();
     }
 }
 
@@ -330,18 +331,18 @@ TEST_F(Instance, AtLoginWaitsForABusThatIsSlow)
     // Longer than a start that somebody waits for.
     runEventLoop(std::chrono::seconds(3));
     EXPECT_EQ(session.program().output(), "");
-    bus.goOn();
+    bus.thaw();
     EXPECT_TRUE(session.program().awaitLine("file access allowed"));
-    EXPECT_TRUE(isTheOne(session));
+    EXPECT_TRUE(isSoleInstance(session));
 }
 
 TEST_F(Instance, OutlivesItsBus)
 {
     ProgramSession first(onBus());
     first.start();
-    ASSERT_TRUE(isTheOne(first));
+    ASSERT_TRUE(isSoleInstance(first));
     bus.end();
-    ProgramSession::waitThrottleOut();
+    ProgramSession::waitForThrottle();
     first.deliver("text Your code is 482913.");
     EXPECT_EQ(first.readReaction().back(), std::string(ProgramSession::reactionPrefix) + "482913");
     EXPECT_THAT(first.program().errors(), Not(HasSubstr("Bus")));
@@ -353,7 +354,7 @@ TEST_F(Instance, OutlivesItsBus)
 }
 
 /// A bus that has been asked to start the program, for a call that it keeps until then.
-class InstanceStartedByItsBus : public Instance
+class DBusActivatedInstance : public Instance
 {
 protected:
     [[nodiscard]] QDBusPendingCall askFor(const std::string& method, const QVariantList& arguments)
@@ -385,7 +386,7 @@ protected:
     }
 
     /// Waits until what was asked for is answered.
-    [[nodiscard]] static bool awaitAnswer(const QDBusPendingCall& call)
+    [[nodiscard]] static bool awaitReply(const QDBusPendingCall& call)
     {
         return await([&call] { return call.isFinished(); }) && !call.isError();
     }
@@ -394,27 +395,27 @@ private:
     ApplicationCaller caller{bus.address()};
 };
 
-TEST_F(InstanceStartedByItsBus, IsShown)
+TEST_F(DBusActivatedInstance, IsShown)
 {
     const auto call = askFor("Activate", {QVariantMap()});
     ProgramSession first(onBus());
     first.start();
     EXPECT_TRUE(awaitOpened(first));
-    EXPECT_TRUE(awaitAnswer(call));
+    EXPECT_TRUE(awaitReply(call));
     EXPECT_THAT(first.program().errors(), Not(HasSubstr("orlimo:")));
 }
 
-TEST_F(InstanceStartedByItsBus, OpensNothingWhenItIsToQuit)
+TEST_F(DBusActivatedInstance, OpensNothingWhenItIsToQuit)
 {
     const auto call =
         askFor("ActivateAction", {QStringLiteral("quit"), QVariant(QVariantList()), QVariantMap()});
     ProgramSession first(onBus());
     first.startWriter();
     first.startProgram();
-    const Ending ended = endOf(first.program());
+    const ExitResult ended = endOf(first.program());
     EXPECT_EQ(ended.status, 0);
     EXPECT_THAT(ended.output, Not(HasSubstr(appearLine)));
-    EXPECT_TRUE(awaitAnswer(call));
+    EXPECT_TRUE(awaitReply(call));
 }
 
 /// The arguments with which each method of the interface shows the program.
@@ -426,7 +427,7 @@ TEST_P(InstanceCall, ShowsTheProgram)
     ProgramSession first(onBus());
     first.start();
     const auto& words = GetParam();
-    const Ending made = call(words.front(), {words.begin() + 1, words.end()});
+    const ExitResult made = call(words.front(), {words.begin() + 1, words.end()});
     EXPECT_EQ(made.status, 0) << made.errors;
     EXPECT_EQ(made.output, "()\n");
     EXPECT_TRUE(awaitOpened(first));
@@ -446,19 +447,19 @@ TEST_F(Instance, RefusesWhatItDoesNotKnow)
 {
     ProgramSession first(onBus());
     first.start();
-    const Ending action = call("ActivateAction", {"dance", "[]", "{}"});
+    const ExitResult action = call("ActivateAction", {"dance", "[]", "{}"});
     EXPECT_NE(action.status, 0);
     EXPECT_THAT(action.errors, HasSubstr("org.freedesktop.DBus.Error.InvalidArgs"));
     EXPECT_THAT(action.errors, HasSubstr("there is no action \"dance\""));
     EXPECT_THAT(call("Dance", {}).errors, HasSubstr("org.freedesktop.DBus.Error.UnknownMethod"));
-    EXPECT_TRUE(isTheOne(first));
+    EXPECT_TRUE(isSoleInstance(first));
 }
 
 TEST_F(Instance, DescribesItself)
 {
     ProgramSession first(onBus());
     first.start();
-    const Ending description = useTool(
+    const ExitResult description = useTool(
         {"introspect",
          "--session",
          "--dest=app.orlimo.Orlimo",

@@ -21,7 +21,7 @@ class LoginItem : public testing::Test
 protected:
     [[nodiscard]] bool awaitMade()
     {
-        return awaitSparingly(
+        return awaitWithPolling(
             [this] { return std::filesystem::exists(program.session().autostartEntry()); });
     }
 
@@ -68,7 +68,7 @@ TEST_F(LoginItem, ThatCannotBeMadeIsLoggedOnceAndTheStartGoesOn)
     // Where the folder should be there is a file.
     writeFile(program.session().autostartEntry().parent_path(), "no folder");
     program.start();
-    EXPECT_TRUE(awaitSparingly([this] { return !program.session().systemLog().empty(); }));
+    EXPECT_TRUE(awaitWithPolling([this] { return !program.session().systemLog().empty(); }));
     program.open();
     EXPECT_TRUE(program.element("check box", "Launch at login").is(Accessible::State::checked));
     // Priority 11 is an error of a user's program.
@@ -92,7 +92,7 @@ TEST_F(LoginItem, ThatCannotBeRemovedIsLoggedToo)
         {{"capturingEnabled", "true"},
          {"fourDigitInclude", "true"},
          {"loginItemEnabled", "false"}}));
-    EXPECT_TRUE(awaitSparingly([this] { return !program.session().systemLog().empty(); }));
+    EXPECT_TRUE(awaitWithPolling([this] { return !program.session().systemLog().empty(); }));
     EXPECT_THAT(
         program.session().systemLog(),
         ElementsAre(MatchesRegex("11 .*Failed to disable launch at login: .+")));

@@ -3,8 +3,8 @@
 #include "tests/support/BuiltPrograms.h"
 #include "tests/support/BuiltRecorder.h"
 #include "tests/support/process/OutputCapture.h"
-#include "tests/support/process/PermissionDuty.h"
-#include "tests/support/process/Preloading.h"
+#include "tests/support/process/PermissionEnforcement.h"
+#include "tests/support/process/PreloadEnvironment.h"
 
 #include <gtest/gtest.h>
 
@@ -99,7 +99,7 @@ void ProgramSession::start()
         lines.push_back(*line);
     }
     ASSERT_EQ(lines, startUpLines());
-    didReact();
+    recordReaction();
 }
 
 void ProgramSession::startWriter()
@@ -132,7 +132,7 @@ void ProgramSession::startProgram()
             .beforeStart =
                 [this] {
                     if (settings.diskAccess == DiskAccess::folderUnreadable) {
-                        heedFilePermissions();
+                        enforceFilePermissions();
                     }
                     if (settings.beforeStart) {
                         settings.beforeStart();
@@ -143,7 +143,7 @@ void ProgramSession::startProgram()
 
 std::map<std::string, std::optional<std::string>> ProgramSession::environment() const
 {
-    auto variables = preloading({"libnss_wrapper.so", ORLIMO_SYSLOG_RECORDER});
+    auto variables = preloadEnvironment({"libnss_wrapper.so", ORLIMO_SYSLOG_RECORDER});
     variables.insert({
         {"HOME", home().string()},
         {"NSS_WRAPPER_GROUP", (folder.path() / "users/group").string()},
@@ -177,7 +177,7 @@ void ProgramSession::awaitOpenThrottle() const
     std::this_thread::sleep_until(lastReaction + throttleInterval);
 }
 
-void ProgramSession::waitThrottleOut()
+void ProgramSession::waitForThrottle()
 {
     std::this_thread::sleep_for(throttleInterval);
 }
@@ -191,7 +191,7 @@ std::vector<std::string> ProgramSession::readReaction()
             break;
         }
     }
-    didReact();
+    recordReaction();
     return lines;
 }
 
@@ -206,7 +206,7 @@ ProgramSession::reactionTo(const std::string& words, const std::string& code)
     };
 }
 
-void ProgramSession::didReact()
+void ProgramSession::recordReaction()
 {
     lastReaction = std::chrono::steady_clock::now();
 }

@@ -69,7 +69,7 @@ public:
     void awaitOpenThrottle() const;
 
     /// The same counted from now, after a reaction that `readReaction` did not read.
-    static void waitThrottleOut();
+    static void waitForThrottle();
 
     /// Reads the program's lines up to its next reaction, the line that names the copied code, and
     /// returns all of them. What was read until then when there is none.
@@ -122,7 +122,7 @@ public:
     static constexpr const char* reactionPrefix = "file changed!! at message: code? ";
 
 private:
-    void didReact();
+    void recordReaction();
     void makeProbeFolder() const;
     [[nodiscard]] std::map<std::string, std::optional<std::string>> environment() const;
 

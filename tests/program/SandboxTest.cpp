@@ -73,7 +73,7 @@ TEST_F(SandboxedProgram, LogsARefusalThatComesLaterAndGoesOn)
     session.start();
     ASSERT_TRUE(await([&] { return !portal.requests().empty(); }));
     portal.respond(portal.requests().front(), 1, {});
-    EXPECT_TRUE(awaitSparingly([&] { return !session.systemLog().empty(); }));
+    EXPECT_TRUE(awaitWithPolling([&] { return !session.systemLog().empty(); }));
     EXPECT_THAT(
         session.systemLog(),
         ElementsAre(EndsWith("[app.orlimo.Orlimo.LaunchAtLogin:main] Failed to enable launch at "
@@ -95,7 +95,7 @@ TEST_F(SandboxedProgram, LogsThatThereIsNoPortal)
 {
     ProgramSession session(settings());
     session.start();
-    EXPECT_TRUE(awaitSparingly([&] { return !session.systemLog().empty(); }));
+    EXPECT_TRUE(awaitWithPolling([&] { return !session.systemLog().empty(); }));
     EXPECT_THAT(
         session.systemLog(), ElementsAre(testing::HasSubstr("Failed to enable launch at login: ")));
 }
@@ -107,7 +107,7 @@ TEST_F(SandboxedProgram, LogsThatThereIsNoBus)
         "unix:path=" + (folder.path() / "none").string();
     ProgramSession session(withoutBus);
     session.start();
-    EXPECT_TRUE(awaitSparingly([&] { return !session.systemLog().empty(); }));
+    EXPECT_TRUE(awaitWithPolling([&] { return !session.systemLog().empty(); }));
     EXPECT_THAT(
         session.systemLog(), ElementsAre(testing::HasSubstr("Failed to enable launch at login: ")));
 }

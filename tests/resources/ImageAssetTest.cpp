@@ -61,7 +61,7 @@ TEST_P(ImageAssetTest, KeepsItsShapeAsTemplate)
     {
         const QPixmap tinted = templateImageNamed(name(), size(), ratio(), tint);
         EXPECT_EQ(tinted.devicePixelRatio(), ratio());
-        EXPECT_TRUE(looksTheSame(pixelsOf(tinted), tintedShape(shape, tint)))
+        EXPECT_TRUE(isVisuallyEqual(pixelsOf(tinted), tintedShape(shape, tint)))
             << tint.name().toStdString();
     }
 }

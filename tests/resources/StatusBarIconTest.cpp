@@ -51,8 +51,8 @@ TEST(StatusBarIconTest, ReachesTheEdgesOfItsBox)
 TEST(StatusBarIconTest, LiesOnWholePixels)
 {
     // Only round corners and what is slanted may be smeared. Half a pixel aside it would be 0.56.
-    EXPECT_GE(shareOfWholePixels(icon(1)), 0.65);
-    EXPECT_GE(shareOfWholePixels(icon(2)), 0.8);
+    EXPECT_GE(crispPixelRatio(icon(1)), 0.65);
+    EXPECT_GE(crispPixelRatio(icon(2)), 0.8);
 }
 
 TEST(StatusBarIconTest, HasABubbleWithSharpSides)

@@ -15,7 +15,7 @@ namespace orlimo::sample {
 namespace {
 
 /// Preferences as they are after the first start: everything on.
-class EverythingOn final : public UserDefaults
+class AllEnabledDefaults final : public UserDefaults
 {
 public:
     [[nodiscard]] bool boolForKey(std::string_view /*key*/) const override { return true; }
@@ -44,7 +44,7 @@ std::optional<std::string> foundCode(const SampleMessage& message)
     const auto words = message.text
                            ? message.text
                            : decodeAttributedBody(asHexadecimal(message.attributedBody.value()));
-    return words ? extractCode(*words, EverythingOn()) : std::nullopt;
+    return words ? extractCode(*words, AllEnabledDefaults()) : std::nullopt;
 }
 
 std::vector<CycleMessage> firstMessages(int number)

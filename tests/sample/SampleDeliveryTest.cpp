@@ -26,11 +26,12 @@ class SampleDelivery : public testing::Test
 protected:
     /// Delivers as planned, with `input` as the lines that set the pace, and returns what is
     /// printed.
-    std::vector<std::string> delivered(const DeliveryPlan& plan, const std::string& input = "")
+    std::vector<std::string>
+    delivered(const DeliveryOptions& options, const std::string& input = "")
     {
         std::istringstream lines(input);
         std::ostringstream output;
-        deliver(store, plan, lines, output);
+        deliver(store, options, lines, output);
         return linesOf(output.str());
     }
 
@@ -101,7 +102,7 @@ TEST_F(SampleDelivery, LogThatHasGrownTooLongIsCut)
 {
     delivered({.interval = 0s, .count = 5});
     const auto size = store.logSize();
-    delivered({.interval = 0s, .count = 5, .longestLog = size});
+    delivered({.interval = 0s, .count = 5, .maxLogSize = size});
     EXPECT_GT(store.logSize(), 0U);
     EXPECT_LT(store.logSize(), size);
     EXPECT_EQ(messages(), 10);

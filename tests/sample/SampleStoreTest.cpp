@@ -24,7 +24,7 @@ using testing::Not;
 using testing::ThrowsMessage;
 
 /// Now, in nanoseconds since the beginning of 2001.
-long long presentDate()
+long long currentDate()
 {
     constexpr std::chrono::seconds beginning{978'307'200};
     const auto since = std::chrono::system_clock::now().time_since_epoch() - beginning;
@@ -120,9 +120,9 @@ TEST_F(SampleStoreTest, EveryMessageBelongsToAChatAndItsHandle)
 TEST_F(SampleStoreTest, DateIsThePresentTimeInNanoseconds)
 {
     SampleStore store(path(), Synchronous::off);
-    const auto before = presentDate();
+    const auto before = currentDate();
     store.append({.text = "now"});
-    const auto after = presentDate();
+    const auto after = currentDate();
     const auto date = content().number("SELECT date FROM message");
     EXPECT_LE(before, date);
     EXPECT_LE(date, after);
@@ -131,7 +131,7 @@ TEST_F(SampleStoreTest, DateIsThePresentTimeInNanoseconds)
 TEST_F(SampleStoreTest, LaterMessageIsTheNewerOneAlsoWhenTheClockIsBehind)
 {
     SampleStore store(path(), Synchronous::off);
-    const auto future = presentDate() + 86'400'000'000'000;
+    const auto future = currentDate() + 86'400'000'000'000;
     store.run(
         "INSERT INTO message (guid, text, date) VALUES ('x', 'tomorrow', " +
         std::to_string(future) + ")");
@@ -153,7 +153,7 @@ TEST_F(SampleStoreTest, FilledStoreHoldsThatManyMessagesOfThePastInOrder)
         content().number("SELECT count(*) FROM message AS a JOIN message AS b ON b.ROWID = a.ROWID "
                          "+ 1 WHERE b.date > a.date"),
         24'999);
-    EXPECT_LT(content().number("SELECT max(date) FROM message"), presentDate());
+    EXPECT_LT(content().number("SELECT max(date) FROM message"), currentDate());
     EXPECT_EQ(store.append({.text = "newest"}), 25'001);
     EXPECT_THAT(
         content().column("SELECT text FROM message ORDER BY date DESC LIMIT 1"),

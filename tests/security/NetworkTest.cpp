@@ -40,7 +40,7 @@ std::filesystem::path networkOf(const std::string& process)
 /// Everything that the program does, from its start to its end.
 void useWholeProgram(DesktopProgram& program)
 {
-    ProgramSession::waitThrottleOut();
+    ProgramSession::waitForThrottle();
     program.session().deliver("text Your code is 482913.");
     EXPECT_TRUE(program.awaitPaste("482913"));
     program.open();

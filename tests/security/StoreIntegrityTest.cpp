@@ -122,7 +122,7 @@ TEST_F(StoreIntegrity, OutlastsCaptures)
 {
     program.start();
     for (const char* code : {"111222", "333444"}) {
-        ProgramSession::waitThrottleOut();
+        ProgramSession::waitForThrottle();
         program.session().deliver(std::string("text Your code is ") + code + ".");
         const StoreState before(program.session());
         EXPECT_TRUE(program.awaitPaste(code));

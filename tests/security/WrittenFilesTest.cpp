@@ -41,9 +41,9 @@ protected:
     {
         found = modesIn(home());
         program.start();
-        ASSERT_TRUE(awaitSparingly(
+        ASSERT_TRUE(awaitWithPolling(
             [this] { return std::filesystem::exists(program.session().autostartEntry()); }));
-        ProgramSession::waitThrottleOut();
+        ProgramSession::waitForThrottle();
         program.session().deliver("text Your code is 482913.");
         ASSERT_TRUE(program.awaitPaste("482913"));
         program.open();

@@ -24,18 +24,18 @@ double inMilliseconds(std::chrono::microseconds time)
 
 double SoakRecord::bytesPerCheck() const
 {
-    const auto count = static_cast<double>(looks.size());
+    const auto count = static_cast<double>(samples.size());
     double checks = 0;
     double memory = 0;
-    for (const Look& look : looks) {
-        checks += static_cast<double>(look.checks) / count;
-        memory += static_cast<double>(look.usage.anonymous) / count;
+    for (const Sample& sample : samples) {
+        checks += static_cast<double>(sample.checks) / count;
+        memory += static_cast<double>(sample.usage.anonymous) / count;
     }
     double together = 0;
     double alone = 0;
-    for (const Look& look : looks) {
-        const double distance = static_cast<double>(look.checks) - checks;
-        together += distance * (static_cast<double>(look.usage.anonymous) - memory);
+    for (const Sample& sample : samples) {
+        const double distance = static_cast<double>(sample.checks) - checks;
+        together += distance * (static_cast<double>(sample.usage.anonymous) - memory);
         alone += distance * distance;
     }
     return alone > 0 ? together / alone * bytesPerKib : 0;
@@ -58,15 +58,16 @@ std::string SoakRecord::summary(std::size_t rows) const
     text << "one compiled statement: " << statementCost << " bytes; each check added "
          << bytesPerCheck() << " bytes\n";
     text << " seconds  checks  descriptors  threads  resident KiB  anonymous KiB\n";
-    const std::size_t step = std::max<std::size_t>(1, (looks.size() + rows - 1) / rows);
-    for (std::size_t index = 0; index < looks.size(); ++index) {
-        if (index % step != 0 && index + 1 != looks.size()) {
+    const std::size_t step = std::max<std::size_t>(1, (samples.size() + rows - 1) / rows);
+    for (std::size_t index = 0; index < samples.size(); ++index) {
+        if (index % step != 0 && index + 1 != samples.size()) {
             continue;
         }
-        const Look& look = looks[index];
-        text << std::setw(8) << inSeconds(look.time) << std::setw(8) << look.checks << std::setw(13)
-             << look.usage.descriptors << std::setw(9) << look.usage.threads << std::setw(14)
-             << look.usage.resident << std::setw(15) << look.usage.anonymous << '\n';
+        const Sample& sample = samples[index];
+        text << std::setw(8) << inSeconds(sample.time) << std::setw(8) << sample.checks
+             << std::setw(13) << sample.usage.descriptors << std::setw(9) << sample.usage.threads
+             << std::setw(14) << sample.usage.resident << std::setw(15) << sample.usage.anonymous
+             << '\n';
     }
     return text.str();
 }

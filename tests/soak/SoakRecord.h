@@ -12,7 +12,7 @@ namespace orlimo {
 struct SoakRecord
 {
     /// One look at the program while it was at rest.
-    struct Look
+    struct Sample
     {
         std::chrono::milliseconds time{};
         /// How often it had read the newest messages by then.
@@ -20,7 +20,7 @@ struct SoakRecord
         ProcessUsage usage;
     };
 
-    std::vector<Look> looks;
+    std::vector<Sample> samples;
     std::size_t messages = 0;
     /// Codes that had to be copied, and those that were not.
     long expected = 0;

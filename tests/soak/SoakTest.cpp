@@ -40,14 +40,14 @@ protected:
         record.statementCost = statementCost();
         program.start();
         begin = steady_clock::now();
-        ProgramSession::waitThrottleOut();
+        ProgramSession::waitForThrottle();
         lastReaction = steady_clock::now() - throttleInterval;
     }
 
     void TearDown() override
     {
         record.messages = traffic.messages();
-        std::cout << record.summary(rowsOfSummary) << std::flush;
+        std::cout << record.summary(maxSummaryRows) << std::flush;
     }
 
     /// Delivers the next message the moment the throttle is open, and expects its code on standard
@@ -75,20 +75,20 @@ protected:
 
     /// Delivers a message while automatic copying is off: nothing is to happen until the window is
     /// opened, and it then shows what was delivered.
-    void deliverUnheard()
+    void deliverWhileDisabled()
     {
         setPreferences(false, true);
         std::this_thread::sleep_until(lastReaction + throttleInterval);
         const std::string before = program.desktop().server().paste("clipboard");
         const long reads = checks();
         program.session().deliver(traffic.next());
-        ProgramSession::waitThrottleOut();
+        ProgramSession::waitForThrottle();
         EXPECT_EQ(checks(), reads);
         EXPECT_EQ(program.desktop().server().paste("clipboard"), before);
 
         program.open();
         const std::string found = "Found numbers: [\"" + traffic.code(true) + "\"]";
-        EXPECT_TRUE(awaitSparingly([&] { return lastLine() == found; }))
+        EXPECT_TRUE(awaitWithPolling([&] { return lastLine() == found; }))
             << lastLine() << " instead of " << found;
         EXPECT_EQ(program.desktop().server().paste("clipboard"), before);
         ++record.windowOpenings;
@@ -126,7 +126,7 @@ protected:
         desktop.startTray({});
         desktop.awaitTray();
         const auto process = static_cast<std::uint32_t>(program.process().processId());
-        EXPECT_TRUE(awaitSparingly([&] {
+        EXPECT_TRUE(awaitWithPolling([&] {
             return desktop.windows().trayIconOf(process).has_value();
         })) << "no icon in the new tray";
         ++record.trayRestarts;
@@ -148,7 +148,7 @@ protected:
     }
 
     /// Everything once, a message after each, and back to where it began.
-    void useForAWhile()
+    void runUsagePeriod()
     {
         const std::array<std::function<void()>, 10> acts{
             [this] { openWindow(); },
@@ -157,7 +157,7 @@ protected:
             [this] { setPreferences(true, false); },
             [] {},
             [this] { setPreferences(true, true); },
-            [this] { deliverUnheard(); },
+            [this] { deliverWhileDisabled(); },
             [this] { truncateLog(); },
             [this] { restartTray(); },
             [] {},
@@ -170,9 +170,9 @@ protected:
         }
     }
 
-    void look()
+    void sample()
     {
-        record.looks.push_back(
+        record.samples.push_back(
             {.time =
                  std::chrono::duration_cast<std::chrono::milliseconds>(steady_clock::now() - begin),
              .checks = checks(),
@@ -190,7 +190,7 @@ protected:
     }
 
     static constexpr std::chrono::milliseconds throttleInterval{1600};
-    static constexpr std::size_t rowsOfSummary = 20;
+    static constexpr std::size_t maxSummaryRows = 20;
     /// What a heap that others use too takes beyond what is asked of it, and by how much, in bytes,
     /// two looks at a program that is as it was may differ.
     static constexpr double allocatorsShare = 1.25;
@@ -209,18 +209,18 @@ TEST_F(Soak, LosesNoCodeAndHoldsOnToNothingButStatements)
     const auto end = steady_clock::now() + wantedDuration();
     // What is made at its first use is made before the first look.
     showEveryScript();
-    useForAWhile();
-    look();
+    runUsagePeriod();
+    sample();
     do {
-        useForAWhile();
-        look();
+        runUsagePeriod();
+        sample();
     } while (steady_clock::now() < end && record.missed == 0);
 
     EXPECT_EQ(record.missed, 0);
     EXPECT_TRUE(program.process().isRunning());
     EXPECT_EQ(program.process().errors(), "");
-    const SoakRecord::Look& first = record.looks.front();
-    const SoakRecord::Look& last = record.looks.back();
+    const SoakRecord::Sample& first = record.samples.front();
+    const SoakRecord::Sample& last = record.samples.back();
     EXPECT_EQ(last.usage.descriptors, first.usage.descriptors);
     EXPECT_EQ(last.usage.threads, first.usage.threads);
 #ifndef ORLIMO_SANITIZED

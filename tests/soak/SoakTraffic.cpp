@@ -8,7 +8,7 @@ namespace orlimo {
 namespace {
 
 /// How many of the newest messages the program looks at.
-constexpr std::size_t examinedMessages = 10;
+constexpr std::size_t maxCheckedMessages = 10;
 
 constexpr std::size_t fullWidthDigit = 3; // bytes
 
@@ -46,7 +46,7 @@ std::string SoakTraffic::next()
     Message message = make();
     ++number;
     newest.push_front(std::move(message.code));
-    newest.resize(std::min(newest.size(), examinedMessages));
+    newest.resize(std::min(newest.size(), maxCheckedMessages));
     return message.command;
 }
 

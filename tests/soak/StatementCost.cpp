@@ -1,7 +1,7 @@
 #include "tests/soak/StatementCost.h"
 
 #include "sample/SampleStore.h"
-#include "tests/capture/stores/KeptDatabase.h"
+#include "tests/capture/stores/ProcessLifetimeDatabase.h"
 #include "tests/support/DeliberateLeak.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -31,7 +31,7 @@ long statementCost()
     store.fill(messages);
 
     const DeliberateLeak statements;
-    Database& database = keptDatabase(library.path());
+    Database& database = processLifetimeDatabase(library.path());
     // What the first reads need once is not what each of them keeps.
     for (int read = 0; read < reads; ++read) {
         EXPECT_EQ(database.fetchMessages(messages).size(), 10U);

@@ -9,7 +9,7 @@ namespace orlimo {
 
 namespace {
 
-bool awaitLookingEvery(
+bool awaitPollingEvery(
     std::chrono::milliseconds interval,
     const std::function<bool()>& condition,
     std::chrono::milliseconds limit)
@@ -32,12 +32,12 @@ bool awaitLookingEvery(
 
 bool await(const std::function<bool()>& condition, std::chrono::milliseconds limit)
 {
-    return awaitLookingEvery(std::chrono::milliseconds(1), condition, limit);
+    return awaitPollingEvery(std::chrono::milliseconds(1), condition, limit);
 }
 
-bool awaitSparingly(const std::function<bool()>& condition, std::chrono::milliseconds limit)
+bool awaitWithPolling(const std::function<bool()>& condition, std::chrono::milliseconds limit)
 {
-    return awaitLookingEvery(std::chrono::milliseconds(20), condition, limit);
+    return awaitPollingEvery(std::chrono::milliseconds(20), condition, limit);
 }
 
 void runEventLoop(std::chrono::milliseconds span)

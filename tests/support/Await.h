@@ -6,16 +6,16 @@
 namespace orlimo {
 
 /// How long a test waits for something that is to happen. Only a broken program ever takes so long.
-inline constexpr std::chrono::seconds generousLimit{60};
+inline constexpr std::chrono::seconds defaultTimeout{60};
 
 /// Runs the event loop until `condition` holds. False when it does not within `limit`.
 [[nodiscard]] bool
-await(const std::function<bool()>& condition, std::chrono::milliseconds limit = generousLimit);
+await(const std::function<bool()>& condition, std::chrono::milliseconds limit = defaultTimeout);
 
 /// The same for a condition that makes work for the program under test each time it is looked at:
 /// with time between the looks.
-[[nodiscard]] bool awaitSparingly(
-    const std::function<bool()>& condition, std::chrono::milliseconds limit = generousLimit);
+[[nodiscard]] bool awaitWithPolling(
+    const std::function<bool()>& condition, std::chrono::milliseconds limit = defaultTimeout);
 
 /// Runs the event loop for `span`, for a test that shows that something does not happen.
 void runEventLoop(std::chrono::milliseconds span);

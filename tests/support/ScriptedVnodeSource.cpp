@@ -48,8 +48,8 @@ void ScriptedVnodeSource::Script::dropHandlers()
     const Handler cancel = std::exchange(cancelHandler, {});
 }
 
-ScriptedVnodeSource::ScriptedVnodeSource(std::shared_ptr<Script> itsScript)
-    : script(std::move(itsScript))
+ScriptedVnodeSource::ScriptedVnodeSource(std::shared_ptr<Script> sharedScript)
+    : script(std::move(sharedScript))
 {}
 
 ScriptedVnodeSource::~ScriptedVnodeSource()

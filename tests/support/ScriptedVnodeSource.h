@@ -46,7 +46,7 @@ public:
         void dropHandlers();
     };
 
-    explicit ScriptedVnodeSource(std::shared_ptr<Script> itsScript);
+    explicit ScriptedVnodeSource(std::shared_ptr<Script> sharedScript);
     ScriptedVnodeSource(const ScriptedVnodeSource&) = delete;
     ScriptedVnodeSource& operator=(const ScriptedVnodeSource&) = delete;
     ~ScriptedVnodeSource() override;

@@ -8,7 +8,7 @@ namespace orlimo {
 namespace {
 
 /// The values of the first column of what `sql` answers, one after the other.
-std::string answerOf(const std::filesystem::path& store, const char* sql)
+std::string queryResult(const std::filesystem::path& store, const char* sql)
 {
     sqlite3* connection = nullptr;
     EXPECT_EQ(
@@ -27,12 +27,12 @@ std::string answerOf(const std::filesystem::path& store, const char* sql)
 
 std::string integrityOf(const std::filesystem::path& store)
 {
-    return answerOf(store, "PRAGMA integrity_check");
+    return queryResult(store, "PRAGMA integrity_check");
 }
 
 int messagesIn(const std::filesystem::path& store)
 {
-    const std::string number = answerOf(store, "SELECT count(*) FROM message");
+    const std::string number = queryResult(store, "SELECT count(*) FROM message");
     return number.empty() ? -1 : std::stoi(number);
 }
 

@@ -32,7 +32,7 @@ TemporaryFolder::~TemporaryFolder()
     std::filesystem::remove_all(folder, ignored);
 }
 
-bool takesNameOf(const std::filesystem::path& file)
+bool supportsFileName(const std::filesystem::path& file)
 {
     const UniqueFd made(::open(file.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0600));
     return made && ::unlink(file.c_str()) == 0;

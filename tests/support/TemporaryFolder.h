@@ -24,7 +24,7 @@ private:
 
 /// Whether the file system can have a file of that name, which is not there yet: some want every
 /// name to be text.
-[[nodiscard]] bool takesNameOf(const std::filesystem::path& file);
+[[nodiscard]] bool supportsFileName(const std::filesystem::path& file);
 
 /// The whole content of a file; a test failure and empty when it cannot be read.
 [[nodiscard]] std::string contentOf(const std::filesystem::path& file);

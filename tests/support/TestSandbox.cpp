@@ -11,7 +11,7 @@ namespace orlimo {
 namespace {
 
 /// Set once the process lives in a home of its own.
-constexpr const char* sandboxMark = "ORLIMO_TEST_SANDBOX";
+constexpr const char* sandboxMarker = "ORLIMO_TEST_SANDBOX";
 
 /// Leads every folder of the user into `home`, so that no test touches those of whoever runs it,
 /// and away from the user's desktop session.
@@ -51,9 +51,9 @@ TestSandbox::TestSandbox()
 {
     // A death test starts the program anew, inside the home that is already its own; one that it
     // made for itself would outlive its abort.
-    if (::getenv(sandboxMark) == nullptr) {
+    if (::getenv(sandboxMarker) == nullptr) {
         moveInto(home.emplace().path());
-        ::setenv(sandboxMark, "1", 1);
+        ::setenv(sandboxMarker, "1", 1);
     }
 }
 

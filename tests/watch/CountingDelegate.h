@@ -12,11 +12,11 @@ public:
     void fileDidChange() override
     {
         ++calls;
-        strayed += isMainThread() ? 0 : 1;
+        offMainThreadCalls += isMainThread() ? 0 : 1;
     }
 
     int calls = 0;
-    int strayed = 0; ///< calls outside the main thread
+    int offMainThreadCalls = 0; ///< calls outside the main thread
 };
 
 } // namespace orlimo

@@ -2,8 +2,8 @@
 
 #include "platform/files/FileHandle.h"
 #include "tests/support/Await.h"
-#include "tests/support/HandClock.h"
-#include "tests/support/HandQueue.h"
+#include "tests/support/ManualClock.h"
+#include "tests/support/ManualQueue.h"
 #include "tests/support/ScriptedVnodeSource.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/process/ForkedRun.h"
@@ -65,7 +65,7 @@ template <typename Work> std::error_code errorOf(const Work& work)
 }
 
 /// The host's libraries keep files of their own open from their first use on.
-void letHostOpenItsOwnFiles()
+void openLazySystemFiles()
 {
     (void)errorOf([] { (void)FileHandle::openForReading("/there is no such file"); });
 }
@@ -78,7 +78,7 @@ protected:
     FileMonitorTest() { writeFile(file, content); }
     void TearDown() override { backend->end(); }
 
-    [[nodiscard]] WatchHost host()
+    [[nodiscard]] WatchServices services()
     {
         return {mainQueue(), decisions, clock.function(), backend->factory()};
     }
@@ -86,7 +86,7 @@ protected:
     /// Starts a monitor that nobody keeps and whose throttle is closed.
     std::weak_ptr<FileMonitor> startClosed()
     {
-        const auto monitor = FileMonitor::create(file, host());
+        const auto monitor = FileMonitor::create(file, services());
         monitor->setDelegate(delegate);
         return monitor;
     }
@@ -102,7 +102,7 @@ protected:
     void grow(const std::filesystem::path& path)
     {
         appendToFile(path, "more");
-        backend->tell(vnodeExtend);
+        backend->notifyChange(vnodeExtend);
     }
     void grow() { grow(file); }
 
@@ -133,8 +133,8 @@ protected:
     const std::string content = std::string(2000, 'x');
     TemporaryFolder folder;
     std::filesystem::path file = folder.path() / "store-log";
-    HandClock clock;
-    HandQueue decisions;
+    ManualClock clock;
+    ManualQueue decisions;
     std::unique_ptr<WatchBackend> backend = WatchBackend::named(GetParam());
     std::shared_ptr<CountingDelegate> delegate = std::make_shared<CountingDelegate>();
 };
@@ -148,7 +148,7 @@ TEST_P(FileMonitorTest, TellsOfGrowthOnceAndOnTheMainThread)
 {
     start();
     EXPECT_EQ(callsAfterGrowth(), 1);
-    EXPECT_EQ(delegate->strayed, 0);
+    EXPECT_EQ(delegate->offMainThreadCalls, 0);
     EXPECT_FALSE(firesSoon());
     EXPECT_EQ(delegate->calls, 1);
 }
@@ -204,7 +204,7 @@ TEST_P(FileMonitorTest, OverwritingIsNotGrowth)
 {
     start();
     overwriteStartOf(file, "overwritten");
-    backend->tell(vnodeWrite);
+    backend->notifyChange(vnodeWrite);
     EXPECT_FALSE(firesSoon());
     EXPECT_EQ(callsAfterGrowth(), 1);
 }
@@ -213,9 +213,9 @@ TEST_P(FileMonitorTest, TruncatingIsNotGrowth)
 {
     start();
     std::filesystem::resize_file(file, 100);
-    backend->tell(vnodeWrite | vnodeAttributes);
+    backend->notifyChange(vnodeWrite | vnodeAttributes);
     std::filesystem::resize_file(file, 0);
-    backend->tell(vnodeWrite | vnodeAttributes);
+    backend->notifyChange(vnodeWrite | vnodeAttributes);
     EXPECT_FALSE(firesSoon());
     EXPECT_EQ(delegate->calls, 0);
 }
@@ -224,13 +224,13 @@ TEST_P(FileMonitorTest, GrowthAfterAShrinkCounts)
 {
     start();
     std::filesystem::resize_file(file, 0);
-    backend->tell(vnodeWrite | vnodeAttributes);
+    backend->notifyChange(vnodeWrite | vnodeAttributes);
 
     // Byte by byte, and never up to the size that the file had.
     bool fired = false;
     for (std::size_t size = 1; size < content.size() && !fired; ++size) {
         appendToFile(file, "x");
-        backend->tell(vnodeExtend);
+        backend->notifyChange(vnodeExtend);
         fired = await([this] { return decisions.waiting() > 0; }, 2ms);
     }
     EXPECT_TRUE(fired);
@@ -243,13 +243,13 @@ TEST_P(FileMonitorTest, GrowthAfterAShrinkCounts)
 TEST_P(FileMonitorTest, AMissingFileFailsAfterTheLine)
 {
     const auto missing = folder.path() / "missing";
-    letHostOpenItsOwnFiles();
+    openLazySystemFiles();
     const auto descriptors = openDescriptors();
     std::string text;
     std::error_code error;
     {
         const OutputCapture output;
-        error = errorOf([&] { (void)FileMonitor::create(missing, host()); });
+        error = errorOf([&] { (void)FileMonitor::create(missing, services()); });
         text = output.text();
     }
     EXPECT_EQ(error, std::error_code(ENOENT, std::generic_category()));
@@ -264,7 +264,7 @@ TEST_P(FileMonitorTest, AFileThatMayNotBeReadFailsAfterTheLine)
     std::filesystem::permissions(file, std::filesystem::perms::none);
     const auto run = runForked([this] {
         becomeUnprivilegedUser();
-        const auto error = errorOf([this] { (void)FileMonitor::create(file, host()); });
+        const auto error = errorOf([this] { (void)FileMonitor::create(file, services()); });
         ::_exit(error.category() == std::generic_category() ? error.value() : 255);
     });
     EXPECT_EQ(run.status, EACCES);
@@ -314,7 +314,7 @@ TEST_P(FileMonitorTest, ADelegateThatHasGoneAwayIsNotTold)
 
 TEST_P(FileMonitorTest, AMonitorWithoutADelegateDoesNotFail)
 {
-    FileMonitor::create(file, host());
+    FileMonitor::create(file, services());
     clock.advance(1600ms);
     grow();
     EXPECT_TRUE(awaitDecision());
@@ -323,7 +323,7 @@ TEST_P(FileMonitorTest, AMonitorWithoutADelegateDoesNotFail)
 
 TEST_P(FileMonitorTest, TellsWhoIsDelegateWhenTheActionRuns)
 {
-    const auto monitor = FileMonitor::create(file, host());
+    const auto monitor = FileMonitor::create(file, services());
     monitor->setDelegate(delegate);
     clock.advance(1600ms);
     grow();
@@ -349,7 +349,7 @@ TEST_P(FileMonitorTest, DoesNotTellADelegateThatGoesAwayBeforeTheActionRuns)
 
 TEST_P(FileMonitorTest, TellsADelegateThatComesAfterTheGrowth)
 {
-    const auto monitor = FileMonitor::create(file, host());
+    const auto monitor = FileMonitor::create(file, services());
     clock.advance(1600ms);
     grow();
     EXPECT_TRUE(awaitDecision());
@@ -363,7 +363,7 @@ TEST_P(FileMonitorTest, FollowsARenamedFile)
     start();
     const auto renamed = folder.path() / "renamed";
     std::filesystem::rename(file, renamed);
-    backend->tell(vnodeRename);
+    backend->notifyChange(vnodeRename);
     EXPECT_FALSE(firesSoon());
     EXPECT_EQ(callsAfterGrowth(renamed), 1);
 }
@@ -372,7 +372,7 @@ TEST_P(FileMonitorTest, HearsNothingMoreOfADeletedFile)
 {
     const auto monitor = start();
     std::filesystem::remove(file);
-    backend->tell(vnodeDelete);
+    backend->notifyChange(vnodeDelete);
     EXPECT_FALSE(firesSoon());
 
     writeFile(file, "a new file of the same name");
@@ -388,7 +388,7 @@ TEST_P(FileMonitorTest, HearsNothingOfTheFileThatReplacesTheWatchedOne)
     const auto other = folder.path() / "other";
     writeFile(other, content + content);
     std::filesystem::rename(other, file);
-    backend->tell(vnodeDelete);
+    backend->notifyChange(vnodeDelete);
     appendToFile(file, "more");
     EXPECT_FALSE(firesSoon());
     EXPECT_EQ(delegate->calls, 0);
@@ -398,7 +398,7 @@ TEST_P(FileMonitorTest, ASecondMonitorOfTheSameFileIsTheFirstOnesEqual)
 {
     start();
     const auto second = std::make_shared<CountingDelegate>();
-    FileMonitor::create(file, host())->setDelegate(second);
+    FileMonitor::create(file, services())->setDelegate(second);
     clock.advance(1600ms);
     grow();
     ASSERT_TRUE(await([this] { return decisions.waiting() == 2; }));
@@ -408,43 +408,43 @@ TEST_P(FileMonitorTest, ASecondMonitorOfTheSameFileIsTheFirstOnesEqual)
     EXPECT_EQ(second->calls, 1);
 }
 
-TEST(FileMonitorOnTheHost, TellsOnTheMainThreadThroughTheBackgroundQueue)
+TEST(NativeFileMonitor, TellsOnTheMainThreadThroughTheBackgroundQueue)
 {
     const TemporaryFolder folder;
     const auto file = folder.path() / "store-log";
     writeFile(file, "start");
-    HandClock clock;
+    ManualClock clock;
     const auto backend = WatchBackend::named("Native");
-    auto host = WatchHost::native();
-    host.clock = clock.function();
-    host.makeVnodeSource = backend->factory();
+    auto services = WatchServices::native();
+    services.clock = clock.function();
+    services.makeVnodeSource = backend->factory();
     const auto delegate = std::make_shared<CountingDelegate>();
-    FileMonitor::create(file, host)->setDelegate(delegate);
+    FileMonitor::create(file, services)->setDelegate(delegate);
     for (int growth = 1; growth <= 3; ++growth) {
         clock.advance(1600ms);
         appendToFile(file, "more");
         EXPECT_TRUE(await([&] { return delegate->calls == growth; })) << growth;
     }
-    EXPECT_EQ(delegate->strayed, 0);
+    EXPECT_EQ(delegate->offMainThreadCalls, 0);
     backend->end();
 }
 
-TEST(FileMonitorOnTheHost, AWatchThatCannotBeMadeFailsAndClosesTheFile)
+TEST(NativeFileMonitor, AWatchThatCannotBeMadeFailsAndClosesTheFile)
 {
     const TemporaryFolder folder;
     const auto file = folder.path() / "store-log";
     writeFile(file, "start");
-    letHostOpenItsOwnFiles();
+    openLazySystemFiles();
     const auto descriptors = openDescriptors();
-    auto host = WatchHost::native();
-    host.makeVnodeSource = [](int, VnodeEvents, Queue&) -> std::unique_ptr<VnodeSource> {
+    auto services = WatchServices::native();
+    services.makeVnodeSource = [](int, VnodeEvents, Queue&) -> std::unique_ptr<VnodeSource> {
         throw std::system_error(EMFILE, std::generic_category());
     };
     std::string text;
     std::error_code error;
     {
         const OutputCapture output;
-        error = errorOf([&] { (void)FileMonitor::create(file, host); });
+        error = errorOf([&] { (void)FileMonitor::create(file, services); });
         text = output.text();
     }
     EXPECT_EQ(error, std::error_code(EMFILE, std::generic_category()));
@@ -473,22 +473,22 @@ private:
     std::unique_ptr<VnodeSource> source;
 };
 
-TEST(FileMonitorOnTheHost, AWatchThatCannotBeStartedFailsAndIsFreed)
+TEST(NativeFileMonitor, AWatchThatCannotBeStartedFailsAndIsFreed)
 {
     const TemporaryFolder folder;
     const auto file = folder.path() / "store-log";
     writeFile(file, "start");
-    letHostOpenItsOwnFiles();
+    openLazySystemFiles();
     const auto descriptors = openDescriptors();
-    auto host = WatchHost::native();
-    host.makeVnodeSource = [](int descriptor, VnodeEvents mask, Queue& queue) {
+    auto services = WatchServices::native();
+    services.makeVnodeSource = [](int descriptor, VnodeEvents mask, Queue& queue) {
         return std::make_unique<UnstartableSource>(
             makeFileSystemObjectSource(descriptor, mask, queue));
     };
     std::error_code error;
     {
         const OutputCapture output;
-        error = errorOf([&] { (void)FileMonitor::create(file, host); });
+        error = errorOf([&] { (void)FileMonitor::create(file, services); });
     }
     EXPECT_EQ(error, std::error_code(EAGAIN, std::generic_category()));
     EXPECT_TRUE(await([&] { return openDescriptors() == descriptors; }));
@@ -501,14 +501,14 @@ protected:
     FileMonitorAndItsSource() { writeFile(file, "twelve bytes"); }
     void TearDown() override { script->dropHandlers(); }
 
-    [[nodiscard]] WatchHost host()
+    [[nodiscard]] WatchServices services()
     {
         return {main, decisions, clock.function(), ScriptedVnodeSource::factory(script)};
     }
 
     std::weak_ptr<FileMonitor> start()
     {
-        const auto monitor = FileMonitor::create(file, host());
+        const auto monitor = FileMonitor::create(file, services());
         monitor->setDelegate(delegate);
         return monitor;
     }
@@ -526,9 +526,9 @@ protected:
 
     TemporaryFolder folder;
     std::filesystem::path file = folder.path() / "store-log";
-    HandClock clock;
-    HandQueue main;
-    HandQueue decisions;
+    ManualClock clock;
+    ManualQueue main;
+    ManualQueue decisions;
     std::shared_ptr<ScriptedVnodeSource::Script> script =
         std::make_shared<ScriptedVnodeSource::Script>();
     std::shared_ptr<CountingDelegate> delegate = std::make_shared<CountingDelegate>();
@@ -565,7 +565,7 @@ TEST_F(FileMonitorAndItsSource, WatchesNothingBeforeAMissingFileFails)
 
 TEST_F(FileMonitorAndItsSource, StartsTheThrottlesClockFirst)
 {
-    auto slow = host();
+    auto slow = services();
     slow.makeVnodeSource =
         [this, made = slow.makeVnodeSource](int fileDescriptor, VnodeEvents mask, Queue& queue) {
             clock.advance(1600ms);

@@ -21,25 +21,25 @@ SteppedThread::~SteppedThread()
 
 void SteppedThread::step()
 {
-    mayGoOn.release();
-    hasStopped.acquire();
+    resumeSignal.release();
+    pausedSignal.acquire();
 }
 
 void SteppedThread::pause()
 {
     if (current != nullptr) {
-        current->hasStopped.release();
-        current->mayGoOn.acquire();
+        current->pausedSignal.release();
+        current->resumeSignal.acquire();
     }
 }
 
 void SteppedThread::run(const std::function<void()>& work)
 {
     current = this;
-    mayGoOn.acquire();
+    resumeSignal.acquire();
     work();
     done = true;
-    hasStopped.release();
+    pausedSignal.release();
 }
 
 } // namespace orlimo

@@ -28,8 +28,8 @@ public:
 private:
     void run(const std::function<void()>& work);
 
-    std::binary_semaphore mayGoOn{0};
-    std::binary_semaphore hasStopped{0};
+    std::binary_semaphore resumeSignal{0};
+    std::binary_semaphore pausedSignal{0};
     bool done = false;
     std::thread thread;
 };

@@ -1,8 +1,8 @@
 #include "platform/threads/MainThread.h"
 #include "tests/support/Await.h"
-#include "tests/support/HandClock.h"
 #include "tests/support/JoiningThread.h"
-#include "tests/support/SharedHandQueue.h"
+#include "tests/support/ManualClock.h"
+#include "tests/support/ThreadSafeManualQueue.h"
 #include "watch/Throttle.h"
 
 #include <gtest/gtest.h>
@@ -32,7 +32,7 @@ void onThreads(int number, const std::function<void()>& work)
 }
 
 /// Counts calls that were offered and what became of each.
-class Tally
+class CallCounter
 {
 public:
     /// An action that counts its run, and counts its end when it is destroyed.
@@ -43,7 +43,7 @@ public:
         return [this, token] {
             ++run;
             if (!isMainThread()) {
-                ++strayed;
+                ++offMainThreadCalls;
             }
         };
     }
@@ -57,29 +57,29 @@ public:
     std::atomic<int> offered = 0;
     std::atomic<int> run = 0;
     std::atomic<int> ended = 0;
-    std::atomic<int> strayed = 0;
+    std::atomic<int> offMainThreadCalls = 0;
 };
 
 TEST(ThrottleConcurrency, RunsAnAcceptedActionOnTheMainThreadWhereverItWasOffered)
 {
-    Tally tally;
+    CallCounter callCounter;
     const auto throttle = Throttle::create(0, backgroundQueue(), mainQueue(), currentUptime);
     onThreads(1, [&] {
         EXPECT_FALSE(isMainThread());
-        throttle->throttle(tally.action());
+        throttle->throttle(callCounter.action());
     });
-    throttle->throttle(tally.action());
+    throttle->throttle(callCounter.action());
 
-    ASSERT_TRUE(tally.awaitAll());
-    EXPECT_EQ(tally.run, 2);
-    EXPECT_EQ(tally.strayed, 0);
+    ASSERT_TRUE(callCounter.awaitAll());
+    EXPECT_EQ(callCounter.run, 2);
+    EXPECT_EQ(callCounter.offMainThreadCalls, 0);
 }
 
 TEST(ThrottleConcurrency, DecidesOffTheMainThread)
 {
     std::atomic<int> readings = 0;
     std::atomic<int> onTheMainThread = 0;
-    Tally tally;
+    CallCounter callCounter;
     const auto throttle = Throttle::create(0, backgroundQueue(), mainQueue(), [&] {
         ++readings;
         onTheMainThread += isMainThread() ? 1 : 0;
@@ -88,48 +88,48 @@ TEST(ThrottleConcurrency, DecidesOffTheMainThread)
     EXPECT_EQ(readings, 1) << "construction reads the clock";
     EXPECT_EQ(onTheMainThread, 1);
 
-    throttle->throttle(tally.action());
-    ASSERT_TRUE(tally.awaitAll());
+    throttle->throttle(callCounter.action());
+    ASSERT_TRUE(callCounter.awaitAll());
     EXPECT_GT(readings, 1);
     EXPECT_EQ(onTheMainThread, 1);
 }
 
 TEST(ThrottleConcurrency, AcceptsEveryCallOfManyThreadsWhenTheDelayIsNothing)
 {
-    Tally tally;
+    CallCounter callCounter;
     const auto throttle = Throttle::create(0, backgroundQueue(), mainQueue(), currentUptime);
     onThreads(8, [&] {
         for (int call = 0; call < 500; ++call) {
-            throttle->throttle(tally.action());
+            throttle->throttle(callCounter.action());
         }
     });
 
-    ASSERT_TRUE(tally.awaitAll());
-    EXPECT_EQ(tally.run, 8 * 500);
-    EXPECT_EQ(tally.strayed, 0);
+    ASSERT_TRUE(callCounter.awaitAll());
+    EXPECT_EQ(callCounter.run, 8 * 500);
+    EXPECT_EQ(callCounter.offMainThreadCalls, 0);
 }
 
 TEST(ThrottleConcurrency, AcceptsExactlyOneAmongThousandsOfCallsAtTheSameTime)
 {
-    HandClock clock;
+    ManualClock clock;
     const auto throttle = Throttle::create(3600, backgroundQueue(), mainQueue(), clock.function());
     for (int round = 1; round <= 5; ++round) {
-        Tally tally;
+        CallCounter callCounter;
         clock.advance(1h);
         onThreads(8, [&] {
             for (int call = 0; call < 500; ++call) {
-                throttle->throttle(tally.action());
+                throttle->throttle(callCounter.action());
             }
         });
-        ASSERT_TRUE(tally.awaitAll());
-        EXPECT_EQ(tally.run, 1) << "round " << round;
-        EXPECT_EQ(tally.strayed, 0);
+        ASSERT_TRUE(callCounter.awaitAll());
+        EXPECT_EQ(callCounter.run, 1) << "round " << round;
+        EXPECT_EQ(callCounter.offMainThreadCalls, 0);
     }
 }
 
 TEST(ThrottleConcurrency, DropsWhatWaitsWhenItIsReleasedWhileThreadsOffer)
 {
-    Tally tally;
+    CallCounter callCounter;
     auto throttle = Throttle::create(0, backgroundQueue(), mainQueue(), currentUptime);
     std::array<std::weak_ptr<Throttle>, 4> observed{};
     observed.fill(throttle);
@@ -141,7 +141,7 @@ TEST(ThrottleConcurrency, DropsWhatWaitsWhenItIsReleasedWhileThreadsOffer)
             const auto& mine = observed.at(next++);
             for (int call = 0; call < 200; ++call) {
                 if (const auto present = mine.lock()) {
-                    present->throttle(tally.action());
+                    present->throttle(callCounter.action());
                 }
             }
         });
@@ -149,21 +149,21 @@ TEST(ThrottleConcurrency, DropsWhatWaitsWhenItIsReleasedWhileThreadsOffer)
     throttle.reset();
     threads.clear();
 
-    ASSERT_TRUE(tally.awaitAll());
-    EXPECT_LE(tally.run, tally.offered);
-    EXPECT_EQ(tally.strayed, 0);
+    ASSERT_TRUE(callCounter.awaitAll());
+    EXPECT_LE(callCounter.run, callCounter.offered);
+    EXPECT_EQ(callCounter.offMainThreadCalls, 0);
 }
 
 /// A throttle whose decisions a test takes on threads of its own, and whose clock it holds up.
-class SimultaneousDecisions : public testing::Test
+class ConcurrentDecisions : public testing::Test
 {
 protected:
-    SharedHandQueue decisions;
-    SharedHandQueue main;
-    HandClock time;
+    ThreadSafeManualQueue decisions;
+    ThreadSafeManualQueue main;
+    ManualClock time;
 };
 
-TEST_F(SimultaneousDecisions, OfTwoThatReadTheSameTimeOnlyOneWins)
+TEST_F(ConcurrentDecisions, OfTwoThatReadTheSameTimeOnlyOneWins)
 {
     // Neither decision goes on before the other has read the clock too.
     std::barrier bothHaveRead(2);
@@ -185,7 +185,7 @@ TEST_F(SimultaneousDecisions, OfTwoThatReadTheSameTimeOnlyOneWins)
     EXPECT_EQ(runs, 1);
 }
 
-TEST_F(SimultaneousDecisions, OneThatIsOvertakenIsStillAcceptedWhenTheDelayIsNothing)
+TEST_F(ConcurrentDecisions, OneThatIsOvertakenIsStillAcceptedWhenTheDelayIsNothing)
 {
     std::promise<void> overtaken;
     std::promise<void> hasRead;

@@ -1,6 +1,6 @@
-#include "tests/support/HandClock.h"
-#include "tests/support/HandQueue.h"
-#include "tests/watch/EveryChoice.h"
+#include "tests/support/ManualClock.h"
+#include "tests/support/ManualQueue.h"
+#include "tests/watch/ExhaustiveChoice.h"
 #include "tests/watch/SteppedThread.h"
 #include "watch/Throttle.h"
 
@@ -23,12 +23,12 @@ using namespace std::chrono_literals;
 
 /// Where every step is watched, fewer are taken: what a sanitizer looks for comes soon or never.
 #ifdef ORLIMO_SANITIZED
-constexpr std::size_t ticksOfCourse = 3;
-constexpr std::size_t mostAcceptedOfCourse = 1;
+constexpr std::size_t ticksPerSchedule = 3;
+constexpr std::size_t maxAcceptedPerSchedule = 1;
 constexpr std::size_t simultaneousCalls = 2;
 #else
-constexpr std::size_t ticksOfCourse = 5;
-constexpr std::size_t mostAcceptedOfCourse = 2;
+constexpr std::size_t ticksPerSchedule = 5;
+constexpr std::size_t maxAcceptedPerSchedule = 2;
 constexpr std::size_t simultaneousCalls = 3;
 #endif
 
@@ -36,7 +36,7 @@ constexpr double delay = 1.6;
 constexpr std::chrono::milliseconds interval(1600);
 
 /// A queue on which a test takes any of the work that waits, as one with many threads may.
-class PickedQueue final : public Queue
+class OutOfOrderQueue final : public Queue
 {
 public:
     void async(Work work) override { list.push_back(std::move(work)); }
@@ -56,7 +56,7 @@ private:
 
 /// Calls that are offered one after the other, decided in any order, and run, while time passes in
 /// between: one way of all this, and beside it what is to come of it.
-class Course
+class ThrottleSchedule
 {
 public:
     struct Size
@@ -66,15 +66,15 @@ public:
         std::size_t ticks;
     };
 
-    explicit Course(const Size& courseSize)
-        : size(courseSize)
+    explicit ThrottleSchedule(const Size& scheduleSize)
+        : size(scheduleSize)
         , throttle(Throttle::create(delay, decisions, main, clock.function()))
         , start(clock.now())
         , lastAccepted(start)
     {}
 
     /// Does the next thing, one of those that are possible. False when nothing is left to do.
-    bool goOn(EveryChoice& choice)
+    bool thaw(ExhaustiveChoice& choice)
     {
         const std::size_t offers = offered < size.calls ? 1 : 0;
         const std::size_t ticks = ticked < size.ticks ? 1 : 0;
@@ -83,7 +83,7 @@ public:
         if (options == 0) {
             return false;
         }
-        std::size_t taken = choice.among(options);
+        std::size_t taken = choice.choose(options);
         if (taken < decisions.waiting()) {
             decide(taken);
         } else if (taken -= decisions.waiting(); taken < offers) {
@@ -98,9 +98,9 @@ public:
     }
 
     /// Whether everything so far was as it is to be.
-    [[nodiscard]] bool isRight() const
+    [[nodiscard]] bool isConsistent() const
     {
-        return rightSoFar && main.waiting() == accepted.size() - ran.size() &&
+        return isConsistentSoFar && main.waiting() == accepted.size() - ran.size() &&
                std::equal(ran.begin(), ran.end(), accepted.begin());
     }
 
@@ -127,14 +127,15 @@ private:
             accepted.push_back(call);
         }
         // What is not accepted is gone for good.
-        rightSoFar = rightSoFar && tokens.at(call).expired() == !isDue;
+        isConsistentSoFar = isConsistentSoFar && tokens.at(call).expired() == !isDue;
     }
 
     void runFirst()
     {
         const std::size_t before = ran.size();
         main.runFirst();
-        rightSoFar = rightSoFar && ran.size() == before + 1 && tokens.at(ran.back()).expired();
+        isConsistentSoFar =
+            isConsistentSoFar && ran.size() == before + 1 && tokens.at(ran.back()).expired();
     }
 
     /// A main queue of which one piece of work at a time runs.
@@ -155,8 +156,8 @@ private:
     };
 
     Size size;
-    HandClock clock;
-    PickedQueue decisions;
+    ManualClock clock;
+    OutOfOrderQueue decisions;
     MainQueue main;
     std::shared_ptr<Throttle> throttle;
     Uptime start;
@@ -167,34 +168,34 @@ private:
     std::vector<std::size_t> undecided;
     std::vector<std::size_t> accepted;
     std::vector<std::size_t> ran;
-    bool rightSoFar = true;
+    bool isConsistentSoFar = true;
 };
 
 TEST(ThrottleInterleaving, EveryOrderOfOffersDecisionsRunsAndTimeGivesWhatIsToBe)
 {
-    EveryChoice choice;
-    std::size_t courses = 0;
-    std::size_t mostAccepted = 0;
+    ExhaustiveChoice choice;
+    std::size_t schedules = 0;
+    std::size_t maxAccepted = 0;
     do {
-        Course course({.calls = 3, .ticks = ticksOfCourse});
-        while (course.goOn(choice)) {
-            ASSERT_TRUE(course.isRight()) << "course " << courses;
+        ThrottleSchedule schedule({.calls = 3, .ticks = ticksPerSchedule});
+        while (schedule.thaw(choice)) {
+            ASSERT_TRUE(schedule.isConsistent()) << "course " << schedules;
         }
-        mostAccepted = std::max(mostAccepted, course.acceptedCalls());
-        ++courses;
+        maxAccepted = std::max(maxAccepted, schedule.acceptedCalls());
+        ++schedules;
     } while (choice.next());
-    RecordProperty("courses", std::to_string(courses));
-    std::cout << courses << " courses\n";
-    EXPECT_EQ(mostAccepted, mostAcceptedOfCourse);
+    RecordProperty("courses", std::to_string(schedules));
+    std::cout << schedules << " courses\n";
+    EXPECT_EQ(maxAccepted, maxAcceptedPerSchedule);
 }
 
 /// Decisions that are taken at the same time, from the moment on when a call is due: each may be
 /// held up before it reads the clock, after it has read which call was accepted last, and once more
 /// before it says that it is the next.
-class SimultaneousCourse
+class ConcurrentSchedule
 {
 public:
-    SimultaneousCourse(std::size_t calls, std::size_t ticks)
+    ConcurrentSchedule(std::size_t calls, std::size_t ticks)
         : ticksLeft(ticks)
         , throttle(Throttle::create(delay, decisions, main, [this] { return readClock(); }))
     {
@@ -213,7 +214,7 @@ public:
         }
     }
 
-    bool goOn(EveryChoice& choice)
+    bool thaw(ExhaustiveChoice& choice)
     {
         std::vector<SteppedThread*> going;
         for (const auto& thread : threads) {
@@ -226,7 +227,7 @@ public:
         if (going.empty()) {
             return false;
         }
-        const std::size_t taken = choice.among(options);
+        const std::size_t taken = choice.choose(options);
         if (taken < going.size()) {
             going[taken]->step();
             // Single steps at a time: the order of the main queue is that of the acceptances.
@@ -240,7 +241,7 @@ public:
 
     /// Whether the accepted calls are an interval apart, and no call was dropped without one of
     /// them less than an interval before it.
-    [[nodiscard]] bool isRight() const
+    [[nodiscard]] bool isConsistent() const
     {
         Uptime last = start;
         std::vector<Uptime> times{start};
@@ -283,50 +284,50 @@ private:
     std::size_t ticksLeft;
     Uptime start{};
     Uptime now{};
-    PickedQueue decisions;
-    HandQueue main;
+    OutOfOrderQueue decisions;
+    ManualQueue main;
     std::vector<Uptime> readings;
     std::vector<std::size_t> accepted;
     std::shared_ptr<Throttle> throttle;
     std::vector<std::unique_ptr<SteppedThread>> threads;
 };
 
-thread_local Uptime* SimultaneousCourse::deciding = nullptr;
+thread_local Uptime* ConcurrentSchedule::deciding = nullptr;
 
 /// How many courses there are, each of which was right.
-std::size_t simultaneousCourses(std::size_t calls, std::size_t ticks, std::size_t& mostAccepted)
+std::size_t concurrentSchedules(std::size_t calls, std::size_t ticks, std::size_t& maxAccepted)
 {
-    EveryChoice choice;
-    std::size_t courses = 0;
+    ExhaustiveChoice choice;
+    std::size_t schedules = 0;
     bool right = true;
     do {
-        SimultaneousCourse course(calls, ticks);
-        while (course.goOn(choice)) {
+        ConcurrentSchedule schedule(calls, ticks);
+        while (schedule.thaw(choice)) {
         }
-        right = course.isRight();
-        EXPECT_TRUE(right) << "course " << courses;
-        mostAccepted = std::max(mostAccepted, course.acceptedCalls());
-        ++courses;
+        right = schedule.isConsistent();
+        EXPECT_TRUE(right) << "course " << schedules;
+        maxAccepted = std::max(maxAccepted, schedule.acceptedCalls());
+        ++schedules;
     } while (right && choice.next());
-    return courses;
+    return schedules;
 }
 
 TEST(ThrottleInterleaving, EveryOrderOfTheStepsOfTwoDecisionsWhileTimePassesGivesWhatIsToBe)
 {
-    std::size_t mostAccepted = 0;
-    const std::size_t courses = simultaneousCourses(2, 3, mostAccepted);
-    RecordProperty("courses", std::to_string(courses));
-    std::cout << courses << " courses\n";
-    EXPECT_EQ(mostAccepted, 2U);
+    std::size_t maxAccepted = 0;
+    const std::size_t schedules = concurrentSchedules(2, 3, maxAccepted);
+    RecordProperty("courses", std::to_string(schedules));
+    std::cout << schedules << " courses\n";
+    EXPECT_EQ(maxAccepted, 2U);
 }
 
 TEST(ThrottleInterleaving, EveryOrderOfTheStepsOfDecisionsAtOneTimeGivesWhatIsToBe)
 {
-    std::size_t mostAccepted = 0;
-    const std::size_t courses = simultaneousCourses(simultaneousCalls, 0, mostAccepted);
-    RecordProperty("courses", std::to_string(courses));
-    std::cout << courses << " courses\n";
-    EXPECT_EQ(mostAccepted, 1U);
+    std::size_t maxAccepted = 0;
+    const std::size_t schedules = concurrentSchedules(simultaneousCalls, 0, maxAccepted);
+    RecordProperty("courses", std::to_string(schedules));
+    std::cout << schedules << " courses\n";
+    EXPECT_EQ(maxAccepted, 1U);
 }
 
 } // namespace

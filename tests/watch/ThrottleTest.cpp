@@ -1,7 +1,7 @@
 #include "watch/Throttle.h"
 
-#include "tests/support/HandClock.h"
-#include "tests/support/HandQueue.h"
+#include "tests/support/ManualClock.h"
+#include "tests/support/ManualQueue.h"
 
 #include <gtest/gtest.h>
 
@@ -19,9 +19,9 @@ using namespace std::chrono_literals;
 
 /// The largest and the smallest number of seconds whose product with 1000 a 64-bit integer holds,
 /// and their neighbours beyond.
-constexpr double longestDelay = 9223372036854774.0;
+constexpr double maxDelay = 9223372036854774.0;
 constexpr double tooLongDelay = 9223372036854776.0;
-constexpr double mostNegativeDelay = -9223372036854776.0;
+constexpr double minDelay = -9223372036854776.0;
 constexpr double tooNegativeDelay = -9223372036854778.0;
 
 class ThrottleTest : public testing::Test
@@ -58,9 +58,9 @@ protected:
         return accepts(throttle);
     }
 
-    HandClock clock;
-    HandQueue decisions;
-    HandQueue main;
+    ManualClock clock;
+    ManualQueue decisions;
+    ManualQueue main;
 };
 
 TEST_F(ThrottleTest, IsClosedWhenItIsNew)
@@ -202,7 +202,7 @@ TEST_F(ThrottleTest, TruncatesANegativeDelayTowardsZero)
 
 TEST_F(ThrottleTest, NeverOpensWithTheLongestDelay)
 {
-    for (const double delay : {longestDelay, 9223372036855.0, 300.0 * 366 * 86400}) {
+    for (const double delay : {maxDelay, 9223372036855.0, 300.0 * 366 * 86400}) {
         const auto throttle = throttleOf(delay);
         const Uptime start = clock.now();
         EXPECT_FALSE(accepts(*throttle)) << delay;
@@ -214,7 +214,7 @@ TEST_F(ThrottleTest, NeverOpensWithTheLongestDelay)
 
 TEST_F(ThrottleTest, IsAlwaysOpenWithTheMostNegativeDelay)
 {
-    for (const double delay : {mostNegativeDelay, -9223372036855.0, -300.0 * 366 * 86400}) {
+    for (const double delay : {minDelay, -9223372036855.0, -300.0 * 366 * 86400}) {
         const auto throttle = throttleOf(delay);
         const Uptime start = clock.now();
         EXPECT_TRUE(accepts(*throttle)) << delay;

@@ -22,7 +22,7 @@ public:
         };
     }
 
-    void tell(VnodeEvents /*events*/) override {}
+    void notifyChange(VnodeEvents /*events*/) override {}
 
     void end() override
     {
@@ -45,7 +45,7 @@ public:
         return ScriptedVnodeSource::factory(scripts.back());
     }
 
-    void tell(VnodeEvents events) override
+    void notifyChange(VnodeEvents events) override
     {
         for (const auto& script : scripts) {
             script->fire(events);

@@ -24,7 +24,7 @@ public:
 
     /// Says what the test has just done to the file, as bits of the vnode filter, for a source that
     /// cannot see it.
-    virtual void tell(VnodeEvents events) = 0;
+    virtual void notifyChange(VnodeEvents events) = 0;
 
     /// Lets go of everyone whom the sources keep alive.
     virtual void end() = 0;

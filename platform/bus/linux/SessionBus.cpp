@@ -17,49 +17,49 @@ SessionBus::~SessionBus()
     QDBusConnection::disconnectFromBus(connectionName);
 }
 
-SessionBus::Ownership SessionBus::take(const QString& name, Uptime deadline) const
+SessionBus::Ownership SessionBus::requestName(const QString& name, Uptime deadline) const
 {
     constexpr std::uint32_t doNotQueue = 4;
     constexpr std::uint32_t primaryOwner = 1;
     constexpr std::uint32_t exists = 3;
-    switch (askBus(QStringLiteral("RequestName"), {name, doNotQueue}, deadline).toUInt()) {
+    switch (callBusDaemon(QStringLiteral("RequestName"), {name, doNotQueue}, deadline).toUInt()) {
     case primaryOwner:
-        return Ownership::taken;
+        return Ownership::acquired;
     case exists:
-        return Ownership::another;
+        return Ownership::ownedByOther;
     default:
         return Ownership::refused;
     }
 }
 
-void SessionBus::release(const QString& name, Uptime deadline) const
+void SessionBus::releaseName(const QString& name, Uptime deadline) const
 {
-    static_cast<void>(askBus(QStringLiteral("ReleaseName"), {name}, deadline));
+    static_cast<void>(callBusDaemon(QStringLiteral("ReleaseName"), {name}, deadline));
 }
 
 QString SessionBus::ownerOf(const QString& name, Uptime deadline) const
 {
-    return askBus(QStringLiteral("GetNameOwner"), {name}, deadline).toString();
+    return callBusDaemon(QStringLiteral("GetNameOwner"), {name}, deadline).toString();
 }
 
-void SessionBus::put(QObject& object, const QString& path)
+void SessionBus::registerObject(QObject& object, const QString& path)
 {
     connection.registerObject(path, &object, QDBusConnection::ExportAllSlots);
 }
 
 QDBusMessage SessionBus::call(const QDBusMessage& message, Uptime deadline) const
 {
-    const auto left =
+    const auto remaining =
         std::chrono::duration_cast<std::chrono::milliseconds>(deadline - currentUptime());
-    if (left <= std::chrono::milliseconds::zero()) {
+    if (remaining <= std::chrono::milliseconds::zero()) {
         // Less than nothing would be a limit of the connection's own choice.
         return QDBusMessage::createError(QDBusError::NoReply, QString());
     }
-    return connection.call(message, QDBus::Block, static_cast<int>(left.count()));
+    return connection.call(message, QDBus::Block, static_cast<int>(remaining.count()));
 }
 
-QVariant
-SessionBus::askBus(const QString& method, const QVariantList& arguments, Uptime deadline) const
+QVariant SessionBus::callBusDaemon(
+    const QString& method, const QVariantList& arguments, Uptime deadline) const
 {
     auto request = QDBusMessage::createMethodCall(
         QStringLiteral("org.freedesktop.DBus"),

@@ -25,24 +25,24 @@ public:
 
     /// What became of a name that was asked for.
     enum class Ownership {
-        taken,
-        another, ///< somebody else has it
-        refused, ///< the bus does not give it, or does not answer
+        acquired,
+        ownedByOther, ///< somebody else has it
+        refused,      ///< the bus does not give it, or does not answer
     };
 
     /// Takes `name` for this connection unless somebody else has it.
-    [[nodiscard]] Ownership take(const QString& name, Uptime deadline) const;
+    [[nodiscard]] Ownership requestName(const QString& name, Uptime deadline) const;
 
     /// Gives `name` back. When this returns nobody finds it at this connection any more, unless the
     /// bus did not answer.
-    void release(const QString& name, Uptime deadline) const;
+    void releaseName(const QString& name, Uptime deadline) const;
 
     /// The connection that has `name`, by the name that no other one ever has; empty when there is
     /// none.
     [[nodiscard]] QString ownerOf(const QString& name, Uptime deadline) const;
 
     /// Puts `object`, which stays the caller's, on the bus with all its slots.
-    void put(QObject& object, const QString& path);
+    void registerObject(QObject& object, const QString& path);
 
     void send(const QDBusMessage& message) const { connection.send(message); }
 
@@ -52,7 +52,7 @@ public:
 private:
     /// The bus's own answer; invalid when it answers with an error or not at all.
     [[nodiscard]] QVariant
-    askBus(const QString& method, const QVariantList& arguments, Uptime deadline) const;
+    callBusDaemon(const QString& method, const QVariantList& arguments, Uptime deadline) const;
 
     QString connectionName;
     QDBusConnection connection;

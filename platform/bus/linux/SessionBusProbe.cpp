@@ -27,9 +27,9 @@ constexpr const char* addressVariable = "DBUS_SESSION_BUS_ADDRESS";
 
 /// An address of a kind that does not exist, so that connecting fails at once. An absent address
 /// would stand for the socket in the runtime folder.
-constexpr const char* noBus = "disabled:";
+constexpr const char* disabledAddress = "disabled:";
 
-std::vector<std::string_view> partsOf(std::string_view text, char separator)
+std::vector<std::string_view> split(std::string_view text, char separator)
 {
     std::vector<std::string_view> parts;
     for (;;) {
@@ -66,7 +66,7 @@ std::optional<SocketAddress> socketAddress(std::string_view address)
     if (!address.starts_with(transport)) {
         return std::nullopt;
     }
-    for (const std::string_view property : partsOf(address.substr(transport.size()), ',')) {
+    for (const std::string_view property : split(address.substr(transport.size()), ',')) {
         const bool isAbstract = property.starts_with("abstract=");
         if (!isAbstract && !property.starts_with("path=")) {
             continue;
@@ -110,7 +110,7 @@ template <typename Call> auto uninterrupted(int socket, Uptime deadline, const C
 }
 
 /// Asks the bus which ways to authenticate it knows, which is the first thing that it says.
-Response askBusAt(const SocketAddress& address, Uptime deadline)
+Response probeBusAt(const SocketAddress& address, Uptime deadline)
 {
     const UniqueFd socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
     const int descriptor = socket.get();
@@ -122,8 +122,8 @@ Response askBusAt(const SocketAddress& address, Uptime deadline)
         // Waiting ends only where the queue of a bus that does not accept is full.
         return errno == EAGAIN ? Response::missing : Response::notConnected;
     }
-    constexpr std::string_view question{"\0AUTH\r\n", 7};
-    if (::send(descriptor, question.data(), question.size(), MSG_NOSIGNAL) < 0) {
+    constexpr std::string_view authRequest{"\0AUTH\r\n", 7};
+    if (::send(descriptor, authRequest.data(), authRequest.size(), MSG_NOSIGNAL) < 0) {
         return Response::notConnected;
     }
     char first = '\0';
@@ -133,14 +133,14 @@ Response askBusAt(const SocketAddress& address, Uptime deadline)
 }
 
 /// What the first of the addresses that can be connected to does.
-Response askSessionBus(std::string_view addresses, Uptime deadline)
+Response probeSessionBus(std::string_view addresses, Uptime deadline)
 {
-    for (const std::string_view address : partsOf(addresses, ';')) {
+    for (const std::string_view address : split(addresses, ';')) {
         const auto socket = socketAddress(address);
         if (!socket) {
             break;
         }
-        const Response response = askBusAt(*socket, deadline);
+        const Response response = probeBusAt(*socket, deadline);
         if (response != Response::notConnected) {
             return response;
         }
@@ -150,19 +150,19 @@ Response askSessionBus(std::string_view addresses, Uptime deadline)
 
 } // namespace
 
-void disableSilentSessionBus(Uptime deadline)
+void disableUnresponsiveSessionBus(Uptime deadline)
 {
-    static std::string responsive;
+    static std::string responsiveAddresses;
     const std::string addresses = sessionBusAddresses();
-    if (addresses == responsive) {
+    if (addresses == responsiveAddresses) {
         return;
     }
-    switch (askSessionBus(addresses, deadline)) {
+    switch (probeSessionBus(addresses, deadline)) {
     case Response::received:
-        responsive = addresses;
+        responsiveAddresses = addresses;
         break;
     case Response::missing:
-        qputenv(addressVariable, noBus);
+        qputenv(addressVariable, disabledAddress);
         std::cerr << "orlimo: the session bus does not answer; running without it\n" << std::flush;
         break;
     case Response::notConnected:

@@ -12,6 +12,6 @@ namespace orlimo {
 ///
 /// Main thread, before anything in the process uses the session bus. Costs one round
 /// trip; a bus that has responded once is not asked again.
-void disableSilentSessionBus(Uptime deadline);
+void disableUnresponsiveSessionBus(Uptime deadline);
 
 } // namespace orlimo

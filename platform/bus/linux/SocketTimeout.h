@@ -17,12 +17,12 @@ inline void setSocketTimeout(int socket, Uptime deadline, std::initializer_list<
 {
     using std::chrono::microseconds;
     // Zero would stand for no limit.
-    const auto left =
+    const auto remaining =
         std::max(microseconds(1), std::chrono::ceil<microseconds>(deadline - currentUptime()));
-    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(left);
+    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(remaining);
     timeval limit{};
     limit.tv_sec = seconds.count();
-    limit.tv_usec = (left - seconds).count();
+    limit.tv_usec = (remaining - seconds).count();
     for (const int direction : directions) {
         (void)::setsockopt(socket, SOL_SOCKET, direction, &limit, sizeof limit);
     }

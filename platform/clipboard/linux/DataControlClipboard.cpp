@@ -19,8 +19,8 @@ using namespace std::chrono_literals;
 
 /// The pauses between two attempts to connect to a compositor whose queue of connections is full,
 /// which the system gives no notification for: each is twice the last one.
-constexpr std::chrono::milliseconds firstPause = 250ms;
-constexpr std::chrono::milliseconds longestPause = 16s;
+constexpr std::chrono::milliseconds initialRetryDelay = 250ms;
+constexpr std::chrono::milliseconds maxRetryDelay = 16s;
 
 /// Whether a compositor listens that did not take the connection in time.
 bool isBusy(const std::error_code& error)
@@ -42,7 +42,7 @@ DataControlClipboard::availability(std::chrono::milliseconds limit, const std::s
     }
     WaylandRegistry registry(*connected); // learns while it lives, so it is no constant
     const auto response = connected->roundTrip(deadline);
-    if (response == WaylandDisplay::Response::late) {
+    if (response == WaylandDisplay::Response::timedOut) {
         return DataControlAvailability::unknown;
     }
     const bool isOffered = response == WaylandDisplay::Response::received &&
@@ -55,16 +55,16 @@ DataControlClipboard::DataControlClipboard(std::string displayName)
     : display(std::move(displayName))
     , transfers(std::make_unique<TextTransfers>())
 {
-    retry.setSingleShot(true);
-    retry.callOnTimeout([this] { connect(); });
+    retryTimer.setSingleShot(true);
+    retryTimer.callOnTimeout([this] { connect(); });
 }
 
 DataControlClipboard::~DataControlClipboard() = default;
 
-void DataControlClipboard::setText(std::string text, Completion completed)
+void DataControlClipboard::setText(std::string text, Completion completion)
 {
-    pending = {std::make_shared<const std::string>(std::move(text)), std::move(completed)};
-    pause = firstPause;
+    pending = {std::make_shared<const std::string>(std::move(text)), std::move(completion)};
+    retryDelay = initialRetryDelay;
     if (!connection) {
         connect();
     } else {
@@ -103,12 +103,12 @@ void DataControlClipboard::advance()
 
 void DataControlClipboard::connect()
 {
-    retry.stop();
+    retryTimer.stop();
     std::error_code error;
     auto connected = WaylandDisplay::connect(display, std::chrono::steady_clock::now(), error);
     if (!connected && isBusy(error)) {
-        retry.start(pause);
-        pause = std::min(2 * pause, longestPause);
+        retryTimer.start(retryDelay);
+        retryDelay = std::min(2 * retryDelay, maxRetryDelay);
         return;
     }
     if (!connected) {
@@ -124,8 +124,8 @@ void DataControlClipboard::connect()
 void DataControlClipboard::complete(Outcome outcome)
 {
     isConnectionNew = false;
-    const auto completed = std::exchange(pending, std::nullopt)->completed;
-    completed(outcome);
+    const auto completion = std::exchange(pending, std::nullopt)->completion;
+    completion(outcome);
 }
 
 } // namespace orlimo

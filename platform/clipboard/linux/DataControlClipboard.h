@@ -49,13 +49,13 @@ public:
     /// the compositor responds and has a seat; never blocks. `completed` is called once, from
     /// within this function or later, or not at all when a newer text replaces this one before:
     /// only the newest is kept. A connection that was lost is made anew.
-    void setText(std::string text, Completion completed);
+    void setText(std::string text, Completion completion);
 
 private:
     struct Pending
     {
         SharedText text;
-        Completion completed;
+        Completion completion;
     };
 
     void advance();
@@ -69,8 +69,8 @@ private:
     /// Whether the connection was made for the text that is pending.
     bool isConnectionNew = false;
     /// Runs only while a text is pending and the compositor takes no connection.
-    QTimer retry;
-    std::chrono::milliseconds pause{0};
+    QTimer retryTimer;
+    std::chrono::milliseconds retryDelay{0};
 };
 
 } // namespace orlimo

@@ -27,12 +27,12 @@ WaylandProxy boundSeat(const WaylandRegistry& registry, const WaylandRegistry::G
 } // namespace
 
 DataControlConnection::DataControlConnection(
-    WaylandDisplay connected, TextTransfers& readers, std::function<void()> progressed)
-    : transfers(readers)
-    , whenProgressed(std::move(progressed))
+    WaylandDisplay connected, TextTransfers& textTransfers, std::function<void()> progressHandler)
+    : transfers(textTransfers)
+    , onProgress(std::move(progressHandler))
     , display(std::move(connected))
     , registry(*display)
-    , listing(display->get())
+    , registryRoundTrip(display->get())
 {
     readable = makeDescriptorNotifier(display->descriptor(), QSocketNotifier::Read, [this] {
         dispatch();
@@ -64,7 +64,7 @@ DataControlConnection::State DataControlConnection::state() const
     if (manager) {
         return State::ready;
     }
-    return listing->isComplete() ? State::unsupported : State::connecting;
+    return registryRoundTrip->isComplete() ? State::unsupported : State::connecting;
 }
 
 bool DataControlConnection::setText(const SharedText& text)
@@ -75,10 +75,11 @@ bool DataControlConnection::setText(const SharedText& text)
     }
     const bool canSend = state() == State::ready && !devices.empty() && !writable->isEnabled();
     if (!canSend) {
-        held.reset(); // replaced, though the compositor is not to know before the text can be sent
+        offeredText
+            .reset(); // replaced, though the compositor is not to know before the text can be sent
         return false;
     }
-    held = text;
+    offeredText = text;
     for (auto& [name, device] : devices) {
         device.setText(text);
     }
@@ -87,9 +88,9 @@ bool DataControlConnection::setText(const SharedText& text)
 }
 
 /// Takes what is offered into use, once that is known.
-void DataControlConnection::begin()
+void DataControlConnection::bindGlobals()
 {
-    if (manager || !listing->isComplete()) {
+    if (manager || !registryRoundTrip->isComplete()) {
         return;
     }
     protocol = offeredBy(*registry);
@@ -119,10 +120,10 @@ void DataControlConnection::seatDidAppear(const WaylandRegistry::Global& global)
     }
     const auto [made, isNew] = devices.try_emplace(
         global.name, manager, *protocol, boundSeat(*registry, global), transfers, [this] {
-            held.reset();
+            offeredText.reset();
         });
-    if (isNew && held) {
-        made->second.setText(*held);
+    if (isNew && offeredText) {
+        made->second.setText(*offeredText);
     }
 }
 
@@ -130,7 +131,7 @@ void DataControlConnection::seatDidAppear(const WaylandRegistry::Global& global)
 void DataControlConnection::dispatch()
 {
     if (display->dispatch()) {
-        begin();
+        bindGlobals();
         flush();
     } else {
         release();
@@ -158,15 +159,15 @@ void DataControlConnection::release()
     readable.reset();
     devices.clear();
     manager = WaylandProxy();
-    listing.reset();
+    registryRoundTrip.reset();
     registry.reset();
     display.reset();
 }
 
 void DataControlConnection::notify() const
 {
-    const auto running = whenProgressed; // this object may end in the call
-    running();
+    const auto callback = onProgress; // this object may end in the call
+    callback();
 }
 
 } // namespace orlimo

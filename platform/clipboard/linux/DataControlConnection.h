@@ -33,7 +33,9 @@ public:
     /// from the event loop whenever the state or what `setText` returns may have changed, and may
     /// end this object. `readers` must outlive it.
     DataControlConnection(
-        WaylandDisplay connected, TextTransfers& readers, std::function<void()> progressed);
+        WaylandDisplay connected,
+        TextTransfers& textTransfers,
+        std::function<void()> progressHandler);
     DataControlConnection(const DataControlConnection&) = delete;
     DataControlConnection& operator=(const DataControlConnection&) = delete;
     ~DataControlConnection();
@@ -49,7 +51,7 @@ public:
     [[nodiscard]] bool setText(const SharedText& text);
 
 private:
-    void begin();
+    void bindGlobals();
     void seatDidAppear(const WaylandRegistry::Global& global);
     void dispatch();
     void flush();
@@ -57,17 +59,17 @@ private:
     void notify() const;
 
     TextTransfers& transfers;
-    std::function<void()> whenProgressed;
+    std::function<void()> onProgress;
     /// What is on the clipboards, for seats that come later; absent when another program has
     /// replaced it.
-    std::optional<SharedText> held;
+    std::optional<SharedText> offeredText;
     const DataControlProtocol* protocol = nullptr;
 
     // From here on each goes before what it was made of: absent once the connection is lost.
     std::optional<WaylandDisplay> display;
     std::optional<WaylandRegistry> registry;
     /// Complete when the registry has listed everything.
-    std::optional<WaylandRoundTrip> listing;
+    std::optional<WaylandRoundTrip> registryRoundTrip;
     WaylandProxy manager;
     std::map<std::uint32_t, DataControlDevice> devices;
     DescriptorNotifier readable;

@@ -8,7 +8,7 @@ namespace orlimo {
 namespace {
 
 /// How many replaced texts a compositor may leave uncancelled before the oldest is withdrawn.
-constexpr std::size_t mostReplaced = 64;
+constexpr std::size_t maxReplaced = 64;
 
 /// The proxy behind an argument that is an object; null when it is absent or already given up.
 wl_proxy* proxyIn(const wl_argument& argument)
@@ -21,34 +21,34 @@ wl_proxy* proxyIn(const wl_argument& argument)
 
 DataControlDevice::DataControlDevice(
     const WaylandProxy& dataControlManager,
-    const DataControlProtocol& namesOfAll,
-    WaylandProxy seatOfClipboard,
-    TextTransfers& readers,
-    std::function<void()> takenOver)
+    const DataControlProtocol& dataControlProtocol,
+    WaylandProxy clipboardSeat,
+    TextTransfers& textTransfers,
+    std::function<void()> selectionLostHandler)
     : manager(dataControlManager)
-    , protocol(namesOfAll)
-    , transfers(readers)
-    , whenTakenOver(std::move(takenOver))
-    , seat(std::move(seatOfClipboard))
+    , protocol(dataControlProtocol)
+    , transfers(textTransfers)
+    , onSelectionLost(std::move(selectionLostHandler))
+    , seat(std::move(clipboardSeat))
 {
-    listen();
+    createDevice();
 }
 
 void DataControlDevice::setText(const SharedText& text)
 {
     if (!device) {
-        listen();
+        createDevice();
     }
     auto source = std::make_unique<DataControlSource>(
         manager, protocol, text, transfers, [this](const DataControlSource& cancelled) {
-            forget(cancelled);
+            removeSource(cancelled);
         });
     device.send(DataControlProtocol::DeviceRequest::setSelection, source->proxy());
     // Not withdrawn: a program may have asked for the old text before it was replaced.
     if (current) {
         replaced.push_back(std::move(current));
     }
-    if (replaced.size() > mostReplaced) {
+    if (replaced.size() > maxReplaced) {
         replaced.pop_front();
     }
     current = std::move(source);
@@ -58,13 +58,14 @@ void DataControlDevice::receive(std::uint32_t event, const wl_argument* argument
 {
     switch (event) {
     case DataControlProtocol::DeviceEvent::dataOffer:
-        introduced.emplace_back(proxyIn(arguments[0]), DataControlProtocol::OfferRequest::destroy);
+        pendingOffers.emplace_back(
+            proxyIn(arguments[0]), DataControlProtocol::OfferRequest::destroy);
         break;
     case DataControlProtocol::DeviceEvent::selection:
-        keepUntilReplaced(selection, arguments[0]);
+        replaceOffer(selection, arguments[0]);
         break;
     case DataControlProtocol::DeviceEvent::primarySelection:
-        keepUntilReplaced(primarySelection, arguments[0]);
+        replaceOffer(primarySelection, arguments[0]);
         break;
     case DataControlProtocol::DeviceEvent::finished:
         finish();
@@ -75,7 +76,7 @@ void DataControlDevice::receive(std::uint32_t event, const wl_argument* argument
 }
 
 /// Asks for the seat's clipboard.
-void DataControlDevice::listen()
+void DataControlDevice::createDevice()
 {
     device = WaylandProxy(
         manager.create(
@@ -86,21 +87,21 @@ void DataControlDevice::listen()
 
 /// Nobody reads the offer, but it must live until the next one takes its place: the compositor may
 /// still speak of it.
-void DataControlDevice::keepUntilReplaced(WaylandProxy& kept, const wl_argument& offer)
+void DataControlDevice::replaceOffer(WaylandProxy& storedOffer, const wl_argument& offer)
 {
-    kept = WaylandProxy();
-    const auto found = std::ranges::find(introduced, proxyIn(offer), &WaylandProxy::get);
-    if (found != introduced.end()) {
-        kept = std::move(*found);
-        introduced.erase(found);
+    storedOffer = WaylandProxy();
+    const auto found = std::ranges::find(pendingOffers, proxyIn(offer), &WaylandProxy::get);
+    if (found != pendingOffers.end()) {
+        storedOffer = std::move(*found);
+        pendingOffers.erase(found);
     }
 }
 
-void DataControlDevice::forget(const DataControlSource& source)
+void DataControlDevice::removeSource(const DataControlSource& source)
 {
     if (current.get() == &source) {
         current.reset();
-        whenTakenOver();
+        onSelectionLost();
         return;
     }
     std::erase_if(replaced, [&](const auto& other) { return other.get() == &source; });
@@ -109,7 +110,7 @@ void DataControlDevice::forget(const DataControlSource& source)
 /// The compositor has ended the object, mostly because the seat goes.
 void DataControlDevice::finish()
 {
-    introduced.clear();
+    pendingOffers.clear();
     selection = WaylandProxy();
     primarySelection = WaylandProxy();
     current.reset();

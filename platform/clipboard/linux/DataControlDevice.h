@@ -18,14 +18,14 @@ namespace orlimo {
 class DataControlDevice
 {
 public:
-    /// For the clipboard of `seatOfClipboard`. The manager and the readers must outlive the device;
-    /// `takenOver` is called each time another program has replaced our text.
+    /// For the clipboard of `clipboardSeat`. The manager and the readers must outlive the device;
+    /// `selectionLostHandler` is called each time another program has replaced our text.
     DataControlDevice(
         const WaylandProxy& dataControlManager,
-        const DataControlProtocol& namesOfAll,
-        WaylandProxy seatOfClipboard,
-        TextTransfers& readers,
-        std::function<void()> takenOver);
+        const DataControlProtocol& dataControlProtocol,
+        WaylandProxy clipboardSeat,
+        TextTransfers& textTransfers,
+        std::function<void()> selectionLostHandler);
     DataControlDevice(const DataControlDevice&) = delete;
     DataControlDevice& operator=(const DataControlDevice&) = delete;
     ~DataControlDevice() = default;
@@ -37,19 +37,19 @@ public:
     void receive(std::uint32_t event, const wl_argument* arguments);
 
 private:
-    void listen();
-    void keepUntilReplaced(WaylandProxy& kept, const wl_argument& offer);
-    void forget(const DataControlSource& source);
+    void createDevice();
+    void replaceOffer(WaylandProxy& storedOffer, const wl_argument& offer);
+    void removeSource(const DataControlSource& source);
     void finish();
 
     const WaylandProxy& manager;
     const DataControlProtocol& protocol;
     TextTransfers& transfers;
-    std::function<void()> whenTakenOver;
+    std::function<void()> onSelectionLost;
     WaylandProxy seat;
     WaylandProxy device;
     /// Offers of which the compositor has not said yet what they are.
-    std::vector<WaylandProxy> introduced;
+    std::vector<WaylandProxy> pendingOffers;
     WaylandProxy selection;
     WaylandProxy primarySelection;
     std::unique_ptr<DataControlSource> current;

@@ -1,6 +1,6 @@
 #include "platform/clipboard/linux/DataControlPasteboard.h"
 
-#include "platform/clipboard/linux/ClipboardRoute.h"
+#include "platform/clipboard/linux/ClipboardBackend.h"
 
 #include <QGuiApplication>
 
@@ -22,10 +22,10 @@ bool isQtOnWayland()
 DataControlPasteboard::DataControlPasteboard()
 {
     using namespace std::chrono_literals;
-    responseLimit.setSingleShot(true);
-    responseLimit.setInterval(2s);
-    responseLimit.callOnTimeout([this] {
-        reportOutOfReach();
+    responseTimer.setSingleShot(true);
+    responseTimer.setInterval(2s);
+    responseTimer.callOnTimeout([this] {
+        reportUnreachable();
         // On Wayland Qt would ask the same compositor, and its request, which is in vain without
         // the focus, could come after ours and take the clipboard away again.
         if (!isQtOnWayland()) {
@@ -42,11 +42,11 @@ void DataControlPasteboard::setString(std::string_view text, PasteboardType type
         fallback.setString(text, type);
         return;
     }
-    newest = text;
-    hasFallbackNewest = false;
-    responseLimit.start();
-    clipboard.setText(newest, [this](DataControlClipboard::Outcome outcome) {
-        responseLimit.stop();
+    latestText = text;
+    isFallbackUpToDate = false;
+    responseTimer.start();
+    clipboard.setText(latestText, [this](DataControlClipboard::Outcome outcome) {
+        responseTimer.stop();
         didComplete(outcome);
     });
 }
@@ -55,34 +55,34 @@ void DataControlPasteboard::didComplete(DataControlClipboard::Outcome outcome)
 {
     switch (outcome) {
     case DataControlClipboard::Outcome::sent:
-        isOutOfReach = false;
+        isUnreachable = false;
         break;
     case DataControlClipboard::Outcome::unreachable:
-        reportOutOfReach();
+        reportUnreachable();
         useFallback();
         break;
     case DataControlClipboard::Outcome::unsupported:
         isUnsupported = true;
         if (isQtOnWayland()) {
-            reportThatClipboardNeedsFocus();
+            warnThatClipboardNeedsFocus();
         }
         useFallback();
         break;
     }
-    newest.clear();
+    latestText.clear();
 }
 
 void DataControlPasteboard::useFallback()
 {
-    if (!std::exchange(hasFallbackNewest, true)) {
-        fallback.setString(newest, PasteboardType::string);
+    if (!std::exchange(isFallbackUpToDate, true)) {
+        fallback.setString(latestText, PasteboardType::string);
     }
 }
 
 /// Says so once for each time that the compositor goes out of reach.
-void DataControlPasteboard::reportOutOfReach()
+void DataControlPasteboard::reportUnreachable()
 {
-    if (!std::exchange(isOutOfReach, true)) {
+    if (!std::exchange(isUnreachable, true)) {
         std::cerr << "orlimo: the compositor's clipboard cannot be reached\n" << std::flush;
     }
 }

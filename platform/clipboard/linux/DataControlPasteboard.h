@@ -26,17 +26,17 @@ public:
 private:
     void didComplete(DataControlClipboard::Outcome outcome);
     void useFallback();
-    void reportOutOfReach();
+    void reportUnreachable();
 
     DataControlClipboard clipboard;
     ClipboardPasteboard fallback;
     /// The text that is waiting for the compositor.
-    std::string newest;
-    bool hasFallbackNewest = false;
-    bool isOutOfReach = false;
+    std::string latestText;
+    bool isFallbackUpToDate = false;
+    bool isUnreachable = false;
     bool isUnsupported = false;
     /// Runs only while a text is waiting for the compositor.
-    QTimer responseLimit;
+    QTimer responseTimer;
 };
 
 } // namespace orlimo

@@ -27,12 +27,12 @@ bool isText(std::string_view type)
 DataControlSource::DataControlSource(
     const WaylandProxy& manager,
     const DataControlProtocol& protocol,
-    SharedText textOnOffer,
-    TextTransfers& readers,
+    SharedText offeredText,
+    TextTransfers& textTransfers,
     std::function<void(DataControlSource&)> cancelled)
-    : text(std::move(textOnOffer))
-    , transfers(readers)
-    , whenCancelled(std::move(cancelled))
+    : text(std::move(offeredText))
+    , transfers(textTransfers)
+    , onCancelled(std::move(cancelled))
     , source(
           manager.create(DataControlProtocol::ManagerRequest::createDataSource, protocol.source),
           DataControlProtocol::SourceRequest::destroy)
@@ -57,8 +57,8 @@ void DataControlSource::receive(std::uint32_t event, const wl_argument* argument
                 std::move(writeEnd));
         }
     } else if (event == DataControlProtocol::SourceEvent::cancelled) {
-        const auto running = whenCancelled; // this object may end in the call
-        running(*this);
+        const auto callback = onCancelled; // this object may end in the call
+        callback(*this);
     }
 }
 

@@ -22,8 +22,8 @@ public:
     DataControlSource(
         const WaylandProxy& manager,
         const DataControlProtocol& protocol,
-        SharedText textOnOffer,
-        TextTransfers& readers,
+        SharedText offeredText,
+        TextTransfers& textTransfers,
         std::function<void(DataControlSource&)> cancelled);
     DataControlSource(const DataControlSource&) = delete;
     DataControlSource& operator=(const DataControlSource&) = delete;
@@ -38,7 +38,7 @@ public:
 private:
     SharedText text;
     TextTransfers& transfers;
-    std::function<void(DataControlSource&)> whenCancelled;
+    std::function<void(DataControlSource&)> onCancelled;
     WaylandProxy source;
 };
 

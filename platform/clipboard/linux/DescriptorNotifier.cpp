@@ -6,7 +6,7 @@
 
 namespace orlimo {
 
-void NotifierRemoval::operator()(QSocketNotifier* notifier) const
+void NotifierDeleter::operator()(QSocketNotifier* notifier) const
 {
     notifier->setEnabled(false);
     if (QCoreApplication::instance() != nullptr) {

@@ -1,6 +1,6 @@
 #include "platform/clipboard/Pasteboard.h"
+#include "platform/clipboard/linux/ClipboardBackend.h"
 #include "platform/clipboard/linux/ClipboardPasteboard.h"
-#include "platform/clipboard/linux/ClipboardRoute.h"
 #include "platform/clipboard/linux/DataControlPasteboard.h"
 
 #include <memory>
@@ -11,8 +11,9 @@ namespace {
 
 std::unique_ptr<Pasteboard> makePasteboard()
 {
-    const ClipboardRoute route = takenClipboardRoute();
-    if (route == ClipboardRoute::dataControl || route == ClipboardRoute::dataControlOrXServer) {
+    const ClipboardBackend backend = selectedClipboardBackend();
+    if (backend == ClipboardBackend::dataControl ||
+        backend == ClipboardBackend::dataControlOrXServer) {
         return std::make_unique<DataControlPasteboard>();
     }
     return std::make_unique<ClipboardPasteboard>();

@@ -32,8 +32,8 @@ public:
     ~PipeSignalBlock()
     {
         if (!wasPending) {
-            constexpr timespec atOnce{};
-            while (::sigtimedwait(&pipeSignal, nullptr, &atOnce) < 0 && errno == EINTR) {
+            constexpr timespec noWait{};
+            while (::sigtimedwait(&pipeSignal, nullptr, &noWait) < 0 && errno == EINTR) {
             }
         }
         ::pthread_sigmask(SIG_SETMASK, &previous, nullptr);
@@ -46,7 +46,7 @@ private:
 };
 
 /// Writes as ::write does, but for the signal.
-ssize_t writeQuietly(int descriptor, std::string_view bytes)
+ssize_t writeWithoutSigpipe(int descriptor, std::string_view bytes)
 {
     ssize_t written = 0;
     int error = 0;
@@ -61,9 +61,9 @@ ssize_t writeQuietly(int descriptor, std::string_view bytes)
 
 } // namespace
 
-TextTransfer::TextTransfer(SharedText textToWrite, UniqueFd endToWriteTo)
+TextTransfer::TextTransfer(SharedText textToWrite, UniqueFd writeDescriptor)
     : text(std::move(textToWrite))
-    , writeEnd(std::move(endToWriteTo))
+    , writeEnd(std::move(writeDescriptor))
 {
     const int flags = ::fcntl(writeEnd.get(), F_GETFL);
     (void)::fcntl(writeEnd.get(), F_SETFL, flags | O_NONBLOCK);
@@ -72,7 +72,8 @@ TextTransfer::TextTransfer(SharedText textToWrite, UniqueFd endToWriteTo)
 bool TextTransfer::advance()
 {
     while (written < text->size()) {
-        const ssize_t count = writeQuietly(writeEnd.get(), std::string_view(*text).substr(written));
+        const ssize_t count =
+            writeWithoutSigpipe(writeEnd.get(), std::string_view(*text).substr(written));
         if (count >= 0) {
             written += static_cast<std::size_t>(count);
         } else if (errno == EAGAIN || errno == EWOULDBLOCK) {

@@ -12,8 +12,8 @@ namespace orlimo {
 class TextTransfer
 {
 public:
-    /// For the reader at the other end of `endToWriteTo`, which becomes one that does not block.
-    TextTransfer(SharedText textToWrite, UniqueFd endToWriteTo);
+    /// For the reader at the other end of `writeDescriptor`, which becomes one that does not block.
+    TextTransfer(SharedText textToWrite, UniqueFd writeDescriptor);
 
     /// Writes as much as goes now. True when there is nothing left to do: all is written, or the
     /// reader takes no more.

@@ -7,7 +7,7 @@
 
 namespace orlimo {
 
-struct TextTransfers::Waiting
+struct TextTransfers::PendingTransfer
 {
     TextTransfer transfer;
     DescriptorNotifier notifier;
@@ -22,14 +22,14 @@ void TextTransfers::start(SharedText text, UniqueFd writeEnd)
     if (transfer.advance()) {
         return;
     }
-    if (list.size() == most) {
+    if (list.size() == maxTransfers) {
         list.pop_front();
     }
-    const auto waiting = list.insert(list.end(), Waiting{std::move(transfer), nullptr});
-    waiting->notifier = makeDescriptorNotifier(
-        waiting->transfer.descriptor(), QSocketNotifier::Write, [this, waiting] {
-            if (waiting->transfer.advance()) {
-                list.erase(waiting);
+    const auto pending = list.insert(list.end(), PendingTransfer{std::move(transfer), nullptr});
+    pending->notifier = makeDescriptorNotifier(
+        pending->transfer.descriptor(), QSocketNotifier::Write, [this, pending] {
+            if (pending->transfer.advance()) {
+                list.erase(pending);
             }
         });
 }

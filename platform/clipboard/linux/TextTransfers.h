@@ -16,7 +16,7 @@ class TextTransfers
 public:
     /// How many readers are waited for. When there are more, the one that has waited longest is
     /// hung up on.
-    static constexpr std::size_t most = 64;
+    static constexpr std::size_t maxTransfers = 64;
 
     TextTransfers();
     TextTransfers(const TextTransfers&) = delete;
@@ -28,12 +28,12 @@ public:
     void start(SharedText text, UniqueFd writeEnd);
 
     /// How many readers have not got all of their text yet.
-    [[nodiscard]] std::size_t underWay() const { return list.size(); }
+    [[nodiscard]] std::size_t activeCount() const { return list.size(); }
 
 private:
-    struct Waiting;
+    struct PendingTransfer;
 
-    std::list<Waiting> list;
+    std::list<PendingTransfer> list;
 };
 
 } // namespace orlimo

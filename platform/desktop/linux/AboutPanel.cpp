@@ -51,10 +51,10 @@ void setLine(QLabel& label, const QString& text)
     label.setVisible(!text.isEmpty());
 }
 
-QString option(const AboutPanelOptions& options, const std::string& key, std::string_view otherwise)
+QString option(const AboutPanelOptions& options, const std::string& key, std::string_view fallback)
 {
     const auto found = options.find(key);
-    return toQString(found == options.end() ? otherwise : found->second);
+    return toQString(found == options.end() ? fallback : found->second);
 }
 
 } // namespace

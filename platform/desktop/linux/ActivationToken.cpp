@@ -5,27 +5,27 @@
 namespace orlimo {
 
 ActivationToken::ActivationToken(const QByteArray& token)
-    : isLent(!token.isEmpty())
+    : isExported(!token.isEmpty())
 {
-    if (isLent) {
+    if (isExported) {
         qputenv(variable, token);
     }
 }
 
 ActivationToken::~ActivationToken()
 {
-    if (isLent) {
+    if (isExported) {
         qunsetenv(variable);
     }
 }
 
-QByteArray ActivationToken::takeFromStart()
+QByteArray ActivationToken::takeFromEnvironment()
 {
     const QByteArray token = qgetenv(variable);
-    const QByteArray startId = qgetenv(startVariable);
+    const QByteArray startupId = qgetenv(startupIdVariable);
     qunsetenv(variable);
-    qunsetenv(startVariable);
-    return token.isEmpty() ? startId : token;
+    qunsetenv(startupIdVariable);
+    return token.isEmpty() ? startupId : token;
 }
 
 } // namespace orlimo

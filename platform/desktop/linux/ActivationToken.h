@@ -13,7 +13,7 @@ public:
     /// Where a start finds its token, and where the toolkit does.
     static constexpr const char* variable = "XDG_ACTIVATION_TOKEN";
     /// The start's id, which desktops from before there were tokens give instead.
-    static constexpr const char* startVariable = "DESKTOP_STARTUP_ID";
+    static constexpr const char* startupIdVariable = "DESKTOP_STARTUP_ID";
 
     /// An empty `token` changes nothing.
     explicit ActivationToken(const QByteArray& token);
@@ -23,10 +23,10 @@ public:
 
     /// Takes out of the environment what this program's own start brought, so that nothing the
     /// program starts finds it there. Empty where there is nothing.
-    static QByteArray takeFromStart();
+    static QByteArray takeFromEnvironment();
 
 private:
-    bool isLent;
+    bool isExported;
 };
 
 } // namespace orlimo

@@ -59,17 +59,17 @@ QVariant unwrapped(QVariant value)
 ColorSchemePortal::ColorSchemePortal(QDBusConnection sessionBus, Handler handler)
     : onPreference(std::move(handler))
     , bus(std::move(sessionBus))
-    , portals(portalService(), bus, QDBusServiceWatcher::WatchForOwnerChange)
+    , portalWatcher(portalService(), bus, QDBusServiceWatcher::WatchForOwnerChange)
 {
     if (!bus.isConnected()) {
         return;
     }
     connect(
-        &portals,
+        &portalWatcher,
         &QDBusServiceWatcher::serviceOwnerChanged,
         this,
         [this](const QString&, const QString&, const QString& owner) {
-            portal.clear();
+            portalOwner.clear();
             if (!owner.isEmpty()) {
                 read();
             }
@@ -101,7 +101,7 @@ void ColorSchemePortal::read()
             return;
         }
         // Also after an error: the portal may get the setting later.
-        portal = reply.service();
+        portalOwner = reply.service();
         if (reply.type() == QDBusMessage::ReplyMessage) {
             report(reply.arguments().value(0));
         }
@@ -110,7 +110,7 @@ void ColorSchemePortal::read()
 
 void ColorSchemePortal::settingDidChange(const QDBusMessage& message)
 {
-    if (message.service() == portal) {
+    if (message.service() == portalOwner) {
         report(message.arguments().value(2));
     }
 }

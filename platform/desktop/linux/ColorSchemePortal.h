@@ -42,10 +42,10 @@ private:
 
     Handler onPreference;
     QDBusConnection bus;
-    QDBusServiceWatcher portals;
+    QDBusServiceWatcher portalWatcher;
     /// The unique bus name that the last reply came from, which no other program can send under.
     /// Empty until then.
-    QString portal;
+    QString portalOwner;
     int readCount = 0;
 };
 

@@ -11,7 +11,7 @@ namespace orlimo {
 namespace {
 
 /// Whether Qt itself knows the desktop's colour scheme, and follows it.
-bool qtKnowsTheScheme()
+bool isColorSchemeKnownToQt()
 {
 #if QT_VERSION >= QT_VERSION_CHECK(6, 5, 0)
     return QGuiApplication::styleHints()->colorScheme() != Qt::ColorScheme::Unknown;
@@ -21,10 +21,10 @@ bool qtKnowsTheScheme()
 }
 
 /// A portal and what follows it, for as long as the application object lives.
-class Follower final : public QObject
+class ColorSchemeFollower final : public QObject
 {
 public:
-    explicit Follower(QObject* owner)
+    explicit ColorSchemeFollower(QObject* owner)
         : QObject(owner)
         , portal(
               QDBusConnection::sessionBus(), [this](ColorScheme scheme) { palette.follow(scheme); })
@@ -42,7 +42,7 @@ QPalette darkPaletteOf(const QPalette& palette)
     const QColor window(36, 37, 41);
     const QColor text(242, 242, 245);
     const QColor base(28, 29, 32);
-    const QColor fainter(142, 142, 147);
+    const QColor disabledText(142, 142, 147);
     QPalette dark(
         text, window, QColor(70, 71, 76), QColor(20, 20, 23), QColor(48, 49, 54), text, base);
     dark.setColor(QPalette::Button, QColor(54, 55, 60));
@@ -50,11 +50,11 @@ QPalette darkPaletteOf(const QPalette& palette)
     dark.setColor(QPalette::BrightText, Qt::white);
     dark.setColor(QPalette::ToolTipBase, base);
     dark.setColor(QPalette::ToolTipText, text);
-    dark.setColor(QPalette::PlaceholderText, fainter);
+    dark.setColor(QPalette::PlaceholderText, disabledText);
     dark.setColor(QPalette::Link, QColor(98, 160, 234));
     dark.setColor(QPalette::LinkVisited, QColor(192, 97, 203));
     for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
-        dark.setColor(QPalette::Disabled, role, fainter);
+        dark.setColor(QPalette::Disabled, role, disabledText);
     }
     dark.setColor(QPalette::Highlight, palette.color(QPalette::Highlight));
 #if QT_VERSION >= QT_VERSION_CHECK(6, 6, 0)
@@ -66,24 +66,24 @@ QPalette darkPaletteOf(const QPalette& palette)
 
 void PaletteScheme::follow(ColorScheme scheme)
 {
-    const bool wantsDark = scheme == ColorScheme::dark;
-    if (wantsDark == isDark || !isOurs()) {
+    const bool isDarkPreferred = scheme == ColorScheme::dark;
+    if (isDarkPreferred == isDark || !canSetPalette()) {
         return;
     }
-    isDark = wantsDark;
+    isDark = isDarkPreferred;
     // An empty palette restores Qt's own.
     QApplication::setPalette(isDark ? darkPaletteOf(QApplication::palette()) : QPalette());
 }
 
-bool PaletteScheme::isOurs() const
+bool PaletteScheme::canSetPalette() const
 {
-    return isDark || (!qtKnowsTheScheme() &&
+    return isDark || (!isColorSchemeKnownToQt() &&
                       QApplication::palette() == QApplication::style()->standardPalette());
 }
 
 void followColorScheme()
 {
-    new Follower(qApp);
+    new ColorSchemeFollower(qApp);
 }
 
 } // namespace orlimo

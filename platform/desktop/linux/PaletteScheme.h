@@ -18,7 +18,7 @@ public:
     void follow(ColorScheme scheme);
 
 private:
-    [[nodiscard]] bool isOurs() const;
+    [[nodiscard]] bool canSetPalette() const;
 
     bool isDark = false;
 };

@@ -1,5 +1,5 @@
+#include "platform/desktop/QtLifecycle.h"
 #include "platform/desktop/SharedApplication.h"
-#include "platform/desktop/ToolkitTurns.h"
 #include "platform/desktop/linux/AboutPanel.h"
 #include "platform/desktop/linux/ActivationToken.h"
 #include "platform/process/FatalStop.h"
@@ -23,17 +23,17 @@ public:
         QApplication::setQuitOnLastWindowClosed(false);
         QApplication::setQuitLockEnabled(false);
 
-        const QObject whileItRuns;
-        stayOutOfSavedSessions(whileItRuns);
+        const QObject runContext;
+        disableSessionRestore(runContext);
 
-        ToolkitTurns turns(delegate, [this] {
-            ActivationToken::takeFromStart();
+        QtLifecycle lifecycle(delegate, [this] {
+            ActivationToken::takeFromEnvironment();
             if (terminating) {
                 QApplication::exit(0);
             }
             return !terminating;
         });
-        turns.begin();
+        lifecycle.begin();
         const int status = QApplication::exec();
         delete aboutPanel;
         terminating = false;
@@ -60,13 +60,13 @@ public:
 private:
     /// A saved session would start the program at the next login, beside the login item. Lasts as
     /// long as `context`.
-    static void stayOutOfSavedSessions(const QObject& context)
+    static void disableSessionRestore(const QObject& context)
     {
-        const auto refuse = [](QSessionManager& manager) {
+        const auto neverRestart = [](QSessionManager& manager) {
             manager.setRestartHint(QSessionManager::RestartNever);
         };
-        QObject::connect(qApp, &QGuiApplication::commitDataRequest, &context, refuse);
-        QObject::connect(qApp, &QGuiApplication::saveStateRequest, &context, refuse);
+        QObject::connect(qApp, &QGuiApplication::commitDataRequest, &context, neverRestart);
+        QObject::connect(qApp, &QGuiApplication::saveStateRequest, &context, neverRestart);
     }
 
     QPointer<AboutPanel> aboutPanel;

@@ -18,9 +18,9 @@ Artwork symbolNamed(QStringView name)
 
 } // namespace
 
-QPixmap systemSymbol(QStringView name, int pixelSize, const QColor& colour, qreal devicePixelRatio)
+QPixmap systemSymbol(QStringView name, int pixelSize, const QColor& color, qreal devicePixelRatio)
 {
-    return symbolNamed(name).drawn(systemSymbolSize(name, pixelSize), devicePixelRatio, colour);
+    return symbolNamed(name).drawn(systemSymbolSize(name, pixelSize), devicePixelRatio, color);
 }
 
 QSize systemSymbolSize(QStringView name, int pixelSize)

@@ -4,20 +4,20 @@
 
 namespace orlimo {
 
-void orderFrontRegardless(QWidget& window, const AppKitHost& host)
+void orderFrontRegardless(QWidget& window, const AppKitServices& services)
 {
-    if (!host.isThere) {
+    if (!services.isAvailable) {
         window.raise();
         return;
     }
     @autoreleasepool {
-        [[host.viewOf(window) window] orderFrontRegardless];
+        [[services.viewOf(window) window] orderFrontRegardless];
     }
 }
 
 void orderFrontRegardless(QWidget& window)
 {
-    orderFrontRegardless(window, AppKitHost::native());
+    orderFrontRegardless(window, AppKitServices::native());
 }
 
 } // namespace orlimo

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/desktop/SharedApplication.h"
-#include "platform/desktop/macos/AppKitHost.h"
+#include "platform/desktop/macos/AppKitServices.h"
 
 namespace orlimo {
 
@@ -9,7 +9,7 @@ namespace orlimo {
 class CocoaSharedApplication final : public SharedApplication
 {
 public:
-    explicit CocoaSharedApplication(AppKitHost appKit);
+    explicit CocoaSharedApplication(AppKitServices appKit);
 
     int run(ApplicationDelegate& delegate) override;
     void orderFrontStandardAboutPanel(const AboutPanelOptions& options) override;
@@ -18,12 +18,12 @@ public:
 
 private:
     int runInAppKit(ApplicationDelegate& delegate);
-    int runInToolkit(ApplicationDelegate& delegate);
+    int runInQt(ApplicationDelegate& delegate);
     /// From here on the event loop can be ended; it is, when that was asked for before.
     void launchingDidFinish();
     void endEventLoop();
 
-    AppKitHost host;
+    AppKitServices services;
     bool isLaunched = false;
     bool terminating = false;
 };

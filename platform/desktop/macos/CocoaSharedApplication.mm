@@ -1,7 +1,7 @@
 #include "platform/desktop/macos/CocoaSharedApplication.h"
 
-#include "platform/desktop/ToolkitTurns.h"
-#include "platform/desktop/macos/AppKitTurns.h"
+#include "platform/desktop/QtLifecycle.h"
+#include "platform/desktop/macos/AppKitLifecycle.h"
 #include "platform/process/FatalStop.h"
 #include "platform/process/macos/StringConversion.h"
 
@@ -24,8 +24,8 @@ NSDictionary<NSString*, id>* toDictionary(const AboutPanelOptions& options)
 
 } // namespace
 
-CocoaSharedApplication::CocoaSharedApplication(AppKitHost appKit)
-    : host(std::move(appKit))
+CocoaSharedApplication::CocoaSharedApplication(AppKitServices appKit)
+    : services(std::move(appKit))
 {}
 
 int CocoaSharedApplication::run(ApplicationDelegate& delegate)
@@ -35,7 +35,7 @@ int CocoaSharedApplication::run(ApplicationDelegate& delegate)
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setQuitLockEnabled(false);
 
-    const int status = host.isThere ? runInAppKit(delegate) : runInToolkit(delegate);
+    const int status = services.isAvailable ? runInAppKit(delegate) : runInQt(delegate);
     isLaunched = false;
     terminating = false;
     return status;
@@ -44,24 +44,24 @@ int CocoaSharedApplication::run(ApplicationDelegate& delegate)
 int CocoaSharedApplication::runInAppKit(ApplicationDelegate& delegate)
 {
     @autoreleasepool {
-        const AppKitTurns turns(delegate, [this] { launchingDidFinish(); });
+        const AppKitLifecycle lifecycle(delegate, [this] { launchingDidFinish(); });
         return QApplication::exec();
     }
 }
 
-int CocoaSharedApplication::runInToolkit(ApplicationDelegate& delegate)
+int CocoaSharedApplication::runInQt(ApplicationDelegate& delegate)
 {
-    ToolkitTurns turns(delegate, [this] {
+    QtLifecycle lifecycle(delegate, [this] {
         launchingDidFinish();
         return !terminating;
     });
-    turns.begin();
+    lifecycle.begin();
     return QApplication::exec();
 }
 
 void CocoaSharedApplication::orderFrontStandardAboutPanel(const AboutPanelOptions& options)
 {
-    if (!host.isThere) {
+    if (!services.isAvailable) {
         return;
     }
     @autoreleasepool {
@@ -89,7 +89,7 @@ void CocoaSharedApplication::launchingDidFinish()
 
 void CocoaSharedApplication::endEventLoop()
 {
-    if (host.isThere) {
+    if (services.isAvailable) {
         @autoreleasepool {
             // The toolkit, the system's delegate, closes the windows and leaves the event loop; it
             // has the system not end the process itself.
@@ -105,7 +105,7 @@ SharedApplication& sharedApplication()
     if (qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr) {
         fatalStop("there is no application object");
     }
-    static CocoaSharedApplication application(AppKitHost::native());
+    static CocoaSharedApplication application(AppKitServices::native());
     return application;
 }
 

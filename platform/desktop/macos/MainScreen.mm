@@ -9,7 +9,7 @@ std::optional<QRect> mainScreenFrame()
 {
     @autoreleasepool {
         NSScreen* const screen = [NSScreen mainScreen];
-        return screen == nil ? std::nullopt : std::optional(toToolkitGeometry([screen frame]));
+        return screen == nil ? std::nullopt : std::optional(toQtGeometry([screen frame]));
     }
 }
 

@@ -74,7 +74,7 @@ QImage shapeOf(NSImage* symbol, QSize pixels, qreal pixelsPerPoint)
 
 } // namespace
 
-QPixmap systemSymbol(QStringView name, int pixelSize, const QColor& colour, qreal devicePixelRatio)
+QPixmap systemSymbol(QStringView name, int pixelSize, const QColor& color, qreal devicePixelRatio)
 {
     @autoreleasepool {
         NSImage* const symbol = symbolNamed(name, pixelSize);
@@ -85,7 +85,7 @@ QPixmap systemSymbol(QStringView name, int pixelSize, const QColor& colour, qrea
         }
         QPainter painter(&image);
         painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
-        painter.fillRect(image.rect(), colour);
+        painter.fillRect(image.rect(), color);
         painter.end();
         QPixmap pixmap = QPixmap::fromImage(std::move(image));
         pixmap.setDevicePixelRatio(devicePixelRatio);

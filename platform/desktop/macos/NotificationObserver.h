@@ -13,13 +13,13 @@ namespace orlimo {
 class NotificationObserver
 {
 public:
-    NotificationObserver(NSString* name, std::function<void()> whatToDo);
+    NotificationObserver(NSString* name, std::function<void()> notificationHandler);
     NotificationObserver(const NotificationObserver&) = delete;
     NotificationObserver& operator=(const NotificationObserver&) = delete;
     ~NotificationObserver();
 
 private:
-    std::function<void()> work;
+    std::function<void()> onNotification;
     Retained<NSObject*> target;
 };
 

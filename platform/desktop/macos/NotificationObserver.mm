@@ -6,9 +6,11 @@
 
 namespace orlimo {
 
-NotificationObserver::NotificationObserver(NSString* name, std::function<void()> whatToDo)
-    : work(std::move(whatToDo))
-    , target(Retained<NSObject*>::adopt([[OrlimoActionTarget alloc] initWithAction:&work]))
+NotificationObserver::NotificationObserver(
+    NSString* name, std::function<void()> notificationHandler)
+    : onNotification(std::move(notificationHandler))
+    , target(
+          Retained<NSObject*>::adopt([[OrlimoActionTarget alloc] initWithAction:&onNotification]))
 {
     @autoreleasepool {
         [[NSNotificationCenter defaultCenter] addObserver:target.get()

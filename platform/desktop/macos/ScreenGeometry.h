@@ -10,7 +10,7 @@ namespace orlimo {
 /// A rectangle of the system's screens, whose points are counted upwards from the lower left corner
 /// of the primary one, as the toolkit counts them: downwards from that screen's upper left corner.
 /// Main thread.
-[[nodiscard]] QRect toToolkitGeometry(NSRect rectangle);
+[[nodiscard]] QRect toQtGeometry(NSRect rectangle);
 
 /// A rectangle whose points are counted upwards from 0, as counted downwards from `top`. Any
 /// thread.

@@ -4,7 +4,7 @@
 
 namespace orlimo {
 
-QRect toToolkitGeometry(NSRect rectangle)
+QRect toQtGeometry(NSRect rectangle)
 {
     const QRectF upwards(
         NSMinX(rectangle), NSMinY(rectangle), NSWidth(rectangle), NSHeight(rectangle));

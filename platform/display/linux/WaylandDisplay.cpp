@@ -125,10 +125,10 @@ WaylandDisplay::Response WaylandDisplay::roundTrip(Deadline deadline)
     const auto hasTime = [&] { return std::chrono::steady_clock::now() < deadline; };
     while (!request.isComplete() && hasTime()) {
         if (!flush(deadline) || !awaitReadiness(POLLIN, deadline) || !dispatch()) {
-            return hasTime() ? Response::lost : Response::late;
+            return hasTime() ? Response::lost : Response::timedOut;
         }
     }
-    return request.isComplete() ? Response::received : Response::late;
+    return request.isComplete() ? Response::received : Response::timedOut;
 }
 
 bool WaylandDisplay::awaitReadiness(short events, Deadline deadline) const

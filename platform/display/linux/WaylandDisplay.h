@@ -27,8 +27,8 @@ public:
     /// The result of a round trip.
     enum class Response {
         received,
-        late, ///< none before the deadline
-        lost, ///< the connection has ended
+        timedOut, ///< none before the deadline
+        lost,     ///< the connection has ended
     };
 
     /// Connects to the compositor of that name, a socket in the user's runtime folder unless it is

@@ -22,10 +22,11 @@ WaylandRegistry::WaylandRegistry(const WaylandDisplay& display)
 }
 
 void WaylandRegistry::observe(
-    std::function<void(const Global&)> appeared, std::function<void(std::uint32_t)> vanished)
+    std::function<void(const Global&)> globalAdded,
+    std::function<void(std::uint32_t)> globalRemoved)
 {
-    whenAppeared = std::move(appeared);
-    whenVanished = std::move(vanished);
+    onGlobalAdded = std::move(globalAdded);
+    onGlobalRemoved = std::move(globalRemoved);
 }
 
 const WaylandRegistry::Global* WaylandRegistry::find(std::string_view interface) const
@@ -56,13 +57,13 @@ void WaylandRegistry::receive(std::uint32_t event, const wl_argument* arguments)
     if (event == globalEvent) {
         const Global global{name, arguments[1].s, arguments[2].u};
         list.push_back(global);
-        if (whenAppeared) {
-            whenAppeared(global);
+        if (onGlobalAdded) {
+            onGlobalAdded(global);
         }
     } else if (event == globalRemoveEvent) {
         std::erase_if(list, [&](const Global& global) { return global.name == name; });
-        if (whenVanished) {
-            whenVanished(name);
+        if (onGlobalRemoved) {
+            onGlobalRemoved(name);
         }
     }
 }

@@ -32,7 +32,8 @@ public:
     /// Calls `appeared` for what is offered from now on, and `vanished` with the number of what no
     /// longer is.
     void observe(
-        std::function<void(const Global&)> appeared, std::function<void(std::uint32_t)> vanished);
+        std::function<void(const Global&)> globalAdded,
+        std::function<void(std::uint32_t)> globalRemoved);
 
     [[nodiscard]] const std::vector<Global>& globals() const { return list; }
 
@@ -49,8 +50,8 @@ public:
 
 private:
     std::vector<Global> list;
-    std::function<void(const Global&)> whenAppeared;
-    std::function<void(std::uint32_t)> whenVanished;
+    std::function<void(const Global&)> onGlobalAdded;
+    std::function<void(std::uint32_t)> onGlobalRemoved;
     WaylandProxy registry;
 };
 

@@ -47,7 +47,7 @@ std::filesystem::path linkTo(int descriptor)
 }
 
 /// The name under which the file was opened; empty when the host does not tell.
-std::filesystem::path nameOf(int descriptor)
+std::filesystem::path pathOf(int descriptor)
 {
     std::error_code unknown;
     return std::filesystem::read_symlink(linkTo(descriptor), unknown);
@@ -55,18 +55,18 @@ std::filesystem::path nameOf(int descriptor)
 
 /// Keeps signals from this thread, and from those that it starts for their whole lives, while the
 /// object lives.
-class WithoutSignals
+class PosixSignalBlocker
 {
 public:
-    WithoutSignals()
+    PosixSignalBlocker()
     {
         sigset_t all{};
         ::sigfillset(&all);
         ::pthread_sigmask(SIG_SETMASK, &all, &previous);
     }
-    WithoutSignals(const WithoutSignals&) = delete;
-    WithoutSignals& operator=(const WithoutSignals&) = delete;
-    ~WithoutSignals() { ::pthread_sigmask(SIG_SETMASK, &previous, nullptr); }
+    PosixSignalBlocker(const PosixSignalBlocker&) = delete;
+    PosixSignalBlocker& operator=(const PosixSignalBlocker&) = delete;
+    ~PosixSignalBlocker() { ::pthread_sigmask(SIG_SETMASK, &previous, nullptr); }
 
 private:
     sigset_t previous{};
@@ -79,10 +79,11 @@ class InotifyVnodeSource final : public VnodeSource
 {
 public:
     InotifyVnodeSource(int fileDescriptor, VnodeEvents mask, Queue& queue)
-        : reported(mask)
-        , notifications(checked(::inotify_init1(IN_CLOEXEC | IN_NONBLOCK), "cannot watch files"))
-        , stop(checked(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK), "cannot make an event"))
-        , growth(watched(fileDescriptor), nameOf(fileDescriptor), currentUptime)
+        : eventMask(mask)
+        , inotifyDescriptor(
+              checked(::inotify_init1(IN_CLOEXEC | IN_NONBLOCK), "cannot watch files"))
+        , stopEvent(checked(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK), "cannot make an event"))
+        , growth(addWatch(fileDescriptor), pathOf(fileDescriptor), currentUptime)
         , delivery(std::make_shared<VnodeEventDelivery>(queue))
     {}
 
@@ -91,7 +92,7 @@ public:
     ~InotifyVnodeSource() override
     {
         stopWatching();
-        delivery->drop();
+        delivery->disable();
     }
 
     void setEventHandler(Handler handler) override { delivery->eventHandler = std::move(handler); }
@@ -103,11 +104,11 @@ public:
 
     void resume() override
     {
-        if (watcher.joinable() || (reported & vnodeExtend) == 0) {
+        if (watcher.joinable() || (eventMask & vnodeExtend) == 0) {
             return;
         }
         // Signals are the main thread's business.
-        const WithoutSignals forTheNewThread;
+        const PosixSignalBlocker signalBlocker;
         watcher = std::thread([this] { watch(); });
     }
 
@@ -117,17 +118,17 @@ public:
             return;
         }
         stopWatching();
-        delivery->drop();
+        delivery->disable();
         delivery->postCancellation();
     }
 
 private:
     /// Sets the watch before the size is first looked at: growth between the two is then seen twice
     /// at the worst, never missed.
-    int watched(int fileDescriptor)
+    int addWatch(int fileDescriptor)
     {
-        if (::inotify_add_watch(notifications.get(), linkTo(fileDescriptor).c_str(), IN_MODIFY) < 0)
-        {
+        if (::inotify_add_watch(
+                inotifyDescriptor.get(), linkTo(fileDescriptor).c_str(), IN_MODIFY) < 0) {
             throw std::system_error(errno, std::generic_category(), "cannot watch the file");
         }
         return fileDescriptor;
@@ -140,8 +141,8 @@ private:
         do {
             // Before the file is looked at: what changes after that leaves a notification to be
             // woken by.
-            takeNotifications();
-            if (growth.look()) {
+            drainNotifications();
+            if (growth.check()) {
                 delivery->post(vnodeExtend);
             }
         } while (sleep());
@@ -151,34 +152,35 @@ private:
     /// cancelled.
     bool sleep()
     {
-        std::array<pollfd, 2> awaited{
-            pollfd{notifications.get(), POLLIN, 0}, pollfd{stop.get(), POLLIN, 0}};
+        std::array<pollfd, 2> pollDescriptors{
+            pollfd{inotifyDescriptor.get(), POLLIN, 0}, pollfd{stopEvent.get(), POLLIN, 0}};
         std::optional<timespec> limit;
         if (growth.isWaiting()) {
-            limit = asTimespec(growth.pause());
+            limit = asTimespec(growth.pollInterval());
         }
-        (void)::ppoll(awaited.data(), awaited.size(), limit ? &*limit : nullptr, nullptr);
-        return awaited[1].revents == 0;
+        (void)::ppoll(
+            pollDescriptors.data(), pollDescriptors.size(), limit ? &*limit : nullptr, nullptr);
+        return pollDescriptors[1].revents == 0;
     }
 
-    void takeNotifications()
+    void drainNotifications()
     {
         alignas(inotify_event) std::array<char, 4096> events{};
-        while (::read(notifications.get(), events.data(), events.size()) > 0) {
+        while (::read(inotifyDescriptor.get(), events.data(), events.size()) > 0) {
         }
     }
 
     void stopWatching()
     {
         if (watcher.joinable()) {
-            (void)::eventfd_write(stop.get(), 1);
+            (void)::eventfd_write(stopEvent.get(), 1);
             watcher.join();
         }
     }
 
-    VnodeEvents reported;
-    UniqueFd notifications;
-    UniqueFd stop;
+    VnodeEvents eventMask;
+    UniqueFd inotifyDescriptor;
+    UniqueFd stopEvent;
     /// The watching thread's own once that runs.
     GrowthDetector growth;
     std::shared_ptr<VnodeEventDelivery> delivery;

@@ -29,9 +29,9 @@ std::optional<std::filesystem::path> libraryFolder()
 {
     const char* const homeVariable =
         std::getenv("HOME"); // NOLINT(concurrency-mt-unsafe): never set
-    const bool answered = homeVariable != nullptr && *homeVariable != '\0';
+    const bool isHomeSet = homeVariable != nullptr && *homeVariable != '\0';
     const auto home =
-        homeFolder(homeVariable, answered ? std::optional<std::string>() : homeInUserDatabase());
+        homeFolder(homeVariable, isHomeSet ? std::optional<std::string>() : homeInUserDatabase());
     return home ? std::optional(*home / "Library") : std::nullopt;
 }
 

@@ -2,7 +2,7 @@
 
 #include "platform/files/GrowthDetector.h"
 #include "platform/files/VnodeEventDelivery.h"
-#include "platform/files/macos/ChangeMeter.h"
+#include "platform/files/macos/FileChangeDetector.h"
 #include "platform/process/FatalStop.h"
 #include "platform/threads/macos/DispatchObject.h"
 #include "platform/threads/macos/MainDispatchQueue.h"
@@ -40,7 +40,7 @@ int checked(int descriptor)
 }
 
 /// The name of an open file; empty when the host does not tell.
-std::filesystem::path nameOf(int descriptor)
+std::filesystem::path pathOf(int descriptor)
 {
     std::array<char, MAXPATHLEN> name{};
     return ::fcntl(descriptor, F_GETPATH, name.data()) == 0 ? std::filesystem::path(name.data())
@@ -48,15 +48,15 @@ std::filesystem::path nameOf(int descriptor)
 }
 
 /// Runs work where it is offered.
-class CallersQueue final : public Queue
+class InlineQueue final : public Queue
 {
 public:
     void async(Work work) override { work(); }
 };
 
-Queue& callersQueue()
+Queue& inlineQueue()
 {
-    static CallersQueue queue;
+    static InlineQueue queue;
     return queue;
 }
 
@@ -68,16 +68,16 @@ public:
     Watch(
         int fileDescriptor,
         DispatchObject<dispatch_queue_t> dispatchQueue,
-        Queue& queueOfHandlers,
+        Queue& handlerQueue,
         const UptimeClock& uptimeClock)
         : queue(std::move(dispatchQueue))
-        , meter(fileDescriptor)
-        , growth(fileDescriptor, nameOf(fileDescriptor), uptimeClock)
-        , delivery(std::make_shared<VnodeEventDelivery>(queueOfHandlers))
+        , changeDetector(fileDescriptor)
+        , growth(fileDescriptor, pathOf(fileDescriptor), uptimeClock)
+        , delivery(std::make_shared<VnodeEventDelivery>(handlerQueue))
     {}
 
     /// The system has reported `events`.
-    void notice(VnodeEvents events)
+    void handleEvents(VnodeEvents events)
     {
         if (ended) {
             return;
@@ -86,7 +86,7 @@ public:
             delivery->post(others);
         }
         if ((events & vnodeExtend) != 0) {
-            noticeGrowth();
+            handleExtend();
         }
     }
 
@@ -115,46 +115,46 @@ public:
     [[nodiscard]] dispatch_queue_t dispatchQueue() const { return queue.get(); }
 
 private:
-    void noticeGrowth()
+    void handleExtend()
     {
         // The system says that the file grew, so that its size need not show it: the file may have
         // been cut since. A file that is as it was at the last look, however, was reported with
         // that: the system tells of a commit's last frames once more when they are long delivered.
-        if (meter.hasChanged()) {
-            look(true);
+        if (changeDetector.hasChanged()) {
+            check(true);
         } else if (growth.isWaiting()) {
-            look(false);
+            check(false);
         }
     }
 
-    void look(bool hasGrown)
+    void check(bool hasGrown)
     {
-        if (growth.look(hasGrown)) {
+        if (growth.check(hasGrown)) {
             delivery->post(vnodeExtend);
         }
-        if (growth.isWaiting() && !lookIsDue && !ended) {
-            lookLater();
+        if (growth.isWaiting() && !isCheckScheduled && !ended) {
+            scheduleCheck();
         }
     }
 
     /// The thread goes on to other work: nothing waits for the writer.
-    void lookLater()
+    void scheduleCheck()
     {
-        lookIsDue = true;
+        isCheckScheduled = true;
         if (!timer) {
-            timer = madeTimer();
+            timer = makeTimer();
         }
-        const std::chrono::nanoseconds pause = growth.pause();
+        const std::chrono::nanoseconds pollInterval = growth.pollInterval();
         dispatch_source_set_timer(
             timer->get(),
-            dispatch_time(DISPATCH_TIME_NOW, pause.count()),
+            dispatch_time(DISPATCH_TIME_NOW, pollInterval.count()),
             DISPATCH_TIME_FOREVER,
             0);
     }
 
     /// A strict timer: others, dispatch_after() included, the system may put off, and does so at
     /// length for a program without a window.
-    [[nodiscard]] DispatchObject<dispatch_source_t> madeTimer()
+    [[nodiscard]] DispatchObject<dispatch_source_t> makeTimer()
     {
         dispatch_source_t const made = dispatch_source_create(
             DISPATCH_SOURCE_TYPE_TIMER, 0, DISPATCH_TIMER_STRICT, queue.get());
@@ -164,31 +164,31 @@ private:
         const std::weak_ptr<Watch> watch = weak_from_this();
         dispatch_source_set_event_handler(made, ^{
             if (const auto self = watch.lock()) {
-                self->lookAgain();
+                self->checkAgain();
             }
         });
         dispatch_activate(made);
         return DispatchObject<dispatch_source_t>::adopt(made);
     }
 
-    void lookAgain()
+    void checkAgain()
     {
-        lookIsDue = false;
+        isCheckScheduled = false;
         if (!ended && growth.isWaiting()) {
             // Before the look: what changes after that is looked at when the system reports it.
-            (void)meter.hasChanged();
-            look(false);
+            (void)changeDetector.hasChanged();
+            check(false);
         }
     }
 
     DispatchObject<dispatch_queue_t> queue;
-    ChangeMeter meter;
+    FileChangeDetector changeDetector;
     GrowthDetector growth;
     std::shared_ptr<VnodeEventDelivery> delivery;
     std::function<void()> releaseHandler;
     /// Made when growth waits for the first time.
     std::optional<DispatchObject<dispatch_source_t>> timer;
-    bool lookIsDue = false;
+    bool isCheckScheduled = false;
     bool ended = false;
 };
 
@@ -206,18 +206,19 @@ public:
               isOnMainQueue ? DispatchObject<dispatch_queue_t>::retain(dispatch_get_main_queue())
                             : DispatchObject<dispatch_queue_t>::adopt(
                                   dispatch_queue_create("vnode source", DISPATCH_QUEUE_SERIAL)),
-              isOnMainQueue ? callersQueue() : queue,
+              isOnMainQueue ? inlineQueue() : queue,
               clock))
-        , source(created(fileDescriptor, mask))
+        , source(makeSource(fileDescriptor, mask))
     {
         // The source drops its handlers, and with them what they hold, when it has been cancelled.
-        const auto kept = watch;
-        dispatch_source_t const fired = source.get();
-        dispatch_source_set_event_handler(fired, ^{
-            kept->notice(static_cast<VnodeEvents>(dispatch_source_get_data(fired)));
+        const auto retainedWatch = watch;
+        dispatch_source_t const dispatchSource = source.get();
+        dispatch_source_set_event_handler(dispatchSource, ^{
+            retainedWatch->handleEvents(
+                static_cast<VnodeEvents>(dispatch_source_get_data(dispatchSource)));
         });
-        dispatch_source_set_cancel_handler(fired, ^{
-            kept->release();
+        dispatch_source_set_cancel_handler(dispatchSource, ^{
+            retainedWatch->release();
         });
     }
 
@@ -250,7 +251,7 @@ public:
     }
 
 private:
-    DispatchObject<dispatch_source_t> created(int fileDescriptor, VnodeEvents mask) const
+    DispatchObject<dispatch_source_t> makeSource(int fileDescriptor, VnodeEvents mask) const
     {
         const auto handle = static_cast<uintptr_t>(fileDescriptor);
         dispatch_source_t const made = dispatch_source_create(
@@ -262,25 +263,25 @@ private:
     }
 
     /// Ends the watch; runs `announce` when the system has let go of the file.
-    void release(const std::function<void()>& announce)
+    void release(const std::function<void()>& completion)
     {
         if (isOnMainQueue) {
             watch->end();
-            watch->handlers()->drop();
-            cancelSource(announce);
+            watch->handlers()->disable();
+            cancelSource(completion);
             return;
         }
         // Whatever runs on the source's own queue ends soon, for nothing waits there.
         const auto released = std::make_shared<std::promise<void>>();
         cancelSource([released] { released->set_value(); });
         released->get_future().wait();
-        watch->handlers()->drop();
-        announce();
+        watch->handlers()->disable();
+        completion();
     }
 
-    void cancelSource(std::function<void()> whenReleased)
+    void cancelSource(std::function<void()> onRelease)
     {
-        watch->setReleaseHandler(std::move(whenReleased));
+        watch->setReleaseHandler(std::move(onRelease));
         dispatch_source_cancel(source.get());
         // One that was never active has to be, to let go and to be let go of.
         dispatch_activate(source.get());

@@ -95,7 +95,7 @@ Retained<NSFileHandle*> openFileOrFolder(const std::filesystem::path& file)
 }
 
 /// Nothing here has a destructor: a frame that the system's exception ends must need none.
-std::uint64_t endOf(NSFileHandle* handle)
+std::uint64_t endOffset(NSFileHandle* handle)
 {
     @try
     {
@@ -133,7 +133,7 @@ int FileHandle::fileDescriptor() const
 std::uint64_t FileHandle::seekToEndOfFile() const
 {
     @autoreleasepool {
-        return openFile ? endOf(openFile->get()) : 0;
+        return openFile ? endOffset(openFile->get()) : 0;
     }
 }
 

@@ -30,22 +30,23 @@ QByteArray tokenIn(const QVariantMap& platformData)
 
 ApplicationInterface::ApplicationInterface()
 {
-    nextTurn.setSingleShot(true);
-    QObject::connect(&nextTurn, &QTimer::timeout, this, &ApplicationInterface::doKept);
+    flushTimer.setSingleShot(true);
+    QObject::connect(
+        &flushTimer, &QTimer::timeout, this, &ApplicationInterface::flushPendingRequests);
 }
 
-void ApplicationInterface::serve(Work doIt)
+void ApplicationInterface::setRequestHandler(RequestHandler newHandler)
 {
     requireMainThread();
     // What has reached the connection waits among the events and was asked before, too.
     QCoreApplication::sendPostedEvents(this);
-    work = std::move(doIt);
-    doKept();
+    handleRequest = std::move(newHandler);
+    flushPendingRequests();
 }
 
 void ApplicationInterface::Activate(const QVariantMap& platformData)
 {
-    keep({Kind::open, tokenIn(platformData)});
+    enqueue({Kind::open, tokenIn(platformData)});
 }
 
 void ApplicationInterface::Open(const QStringList& /*addresses*/, const QVariantMap& platformData)
@@ -59,31 +60,31 @@ void ApplicationInterface::ActivateAction(
     if (action == QLatin1String("open")) {
         Activate(platformData);
     } else if (action == QLatin1String("quit")) {
-        keep({Kind::quit, {}});
+        enqueue({Kind::quit, {}});
     } else {
         sendErrorReply(
             QDBusError::InvalidArgs, QStringLiteral("there is no action \"%1\"").arg(action));
     }
 }
 
-void ApplicationInterface::keep(const ApplicationRequest& request)
+void ApplicationInterface::enqueue(const ApplicationRequest& request)
 {
     requireMainThread();
     // Opening twice is opening once, and a program that is to quit opens nothing.
-    if (!kept || kept->kind != Kind::quit) {
-        kept = request;
+    if (!pendingRequest || pendingRequest->kind != Kind::quit) {
+        pendingRequest = request;
     }
     // Not within the call: whoever asks waits for the answer, and opening takes its time.
-    nextTurn.start(0);
+    flushTimer.start(0);
 }
 
-void ApplicationInterface::doKept()
+void ApplicationInterface::flushPendingRequests()
 {
-    if (!work || !kept) {
+    if (!handleRequest || !pendingRequest) {
         return;
     }
-    const ApplicationRequest request = *std::exchange(kept, std::nullopt);
-    work(request);
+    const ApplicationRequest request = *std::exchange(pendingRequest, std::nullopt);
+    handleRequest(request);
 }
 
 } // namespace orlimo

@@ -23,16 +23,16 @@ class ApplicationInterface final : public QObject, protected QDBusContext
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
 
 public:
-    using Work = std::function<void(const ApplicationRequest&)>;
+    using RequestHandler = std::function<void(const ApplicationRequest&)>;
 
     ApplicationInterface();
     ApplicationInterface(const ApplicationInterface&) = delete;
     ApplicationInterface& operator=(const ApplicationInterface&) = delete;
     ~ApplicationInterface() override = default;
 
-    /// Has requests done by `doIt` from now on, once what was asked more than once in the meantime;
-    /// the kept one first, within the call.
-    void serve(Work doIt);
+    /// Has requests done by `newHandler` from now on, once what was asked more than once in the
+    /// meantime; the kept one first, within the call.
+    void setRequestHandler(RequestHandler newHandler);
 
 public Q_SLOTS: // NOLINT(readability-redundant-access-specifiers): it makes slots
     /// Shows the program.
@@ -46,12 +46,12 @@ public Q_SLOTS: // NOLINT(readability-redundant-access-specifiers): it makes slo
         const QString& action, const QVariantList& parameters, const QVariantMap& platformData);
 
 private:
-    void keep(const ApplicationRequest& request);
-    void doKept();
+    void enqueue(const ApplicationRequest& request);
+    void flushPendingRequests();
 
-    Work work;
-    std::optional<ApplicationRequest> kept;
-    QTimer nextTurn;
+    RequestHandler handleRequest;
+    std::optional<ApplicationRequest> pendingRequest;
+    QTimer flushTimer;
 };
 
 } // namespace orlimo

@@ -21,14 +21,14 @@ using Claim = ApplicationInstance::Claim;
 
 /// How long the bus and the program that runs already may take together, until the claim is
 /// settled. With what a start needs besides, less than two seconds.
-constexpr std::chrono::milliseconds answerLimit{1500};
+constexpr std::chrono::milliseconds claimTimeout{1500};
 
 /// The same for a start at login, which nobody waits for, and when the bus may be as busy as never
 /// again: without the bus there may be no icon.
-constexpr std::chrono::seconds loginAnswerLimit{10};
+constexpr std::chrono::seconds loginClaimTimeout{10};
 
 /// How long the bus may hold up the end of the program.
-constexpr std::chrono::milliseconds farewellLimit{500};
+constexpr std::chrono::milliseconds releaseTimeout{500};
 
 /// The name under which the program is found on the bus.
 QString applicationName()
@@ -54,7 +54,7 @@ QVariantMap platformData()
 {
     constexpr std::array<std::pair<const char*, const char*>, 2> sources{{
         {"activation-token", ActivationToken::variable},
-        {"desktop-startup-id", ActivationToken::startVariable},
+        {"desktop-startup-id", ActivationToken::startupIdVariable},
     }};
     QVariantMap data;
     for (const auto& [key, variable] : sources) {
@@ -90,15 +90,15 @@ bool activate(const QString& other, const SessionBus& bus, Uptime deadline)
 
 Claim claimOn(const SessionBus& bus, bool launchedAtLogin, Uptime deadline)
 {
-    bool anotherWasFound = false;
+    bool foundOtherInstance = false;
     for (;;) {
-        switch (bus.take(applicationName(), deadline)) {
-        case SessionBus::Ownership::taken:
+        switch (bus.requestName(applicationName(), deadline)) {
+        case SessionBus::Ownership::acquired:
             return Claim::first;
         case SessionBus::Ownership::refused:
-            return anotherWasFound ? Claim::otherDoesNotAnswer : Claim::alone;
-        case SessionBus::Ownership::another:
-            anotherWasFound = true;
+            return foundOtherInstance ? Claim::otherUnresponsive : Claim::unmanaged;
+        case SessionBus::Ownership::ownedByOther:
+            foundOtherInstance = true;
             break;
         }
         if (launchedAtLogin) {
@@ -109,20 +109,20 @@ Claim claimOn(const SessionBus& bus, bool launchedAtLogin, Uptime deadline)
             return Claim::activatedOther;
         }
         if (!other.isEmpty() && bus.ownerOf(applicationName(), deadline) == other) {
-            return Claim::otherDoesNotAnswer;
+            return Claim::otherUnresponsive;
         }
         // It has ended in the meantime, and this start takes its place; or there is no time left.
     }
 }
 
 /// Does what is asked, with the right to the focus that came with it.
-void carryOut(const ApplicationRequest& request, const std::function<void()>& open)
+void handleRequest(const ApplicationRequest& request, const std::function<void()>& open)
 {
     if (request.kind == ApplicationRequest::Kind::quit) {
         sharedApplication().terminate();
         return;
     }
-    const ActivationToken lent(request.activationToken);
+    const ActivationToken activationToken(request.activationToken);
     open();
 }
 
@@ -133,7 +133,7 @@ public:
     DBusApplicationInstance(bool launchedAtLogin, Uptime deadline)
     {
         // Before the name is taken: whoever finds the name finds the object.
-        bus.put(interface, objectPath());
+        bus.registerObject(interface, objectPath());
         ownClaim = claimOn(bus, launchedAtLogin, deadline);
     }
 
@@ -144,9 +144,9 @@ public:
     {
         if (ownClaim == Claim::first) {
             // Before the object goes, and waiting for it: whoever finds the name finds the object.
-            const Uptime deadline = currentUptime() + farewellLimit;
-            bus.release(applicationName(), deadline);
-            bus.release(startedName(), deadline);
+            const Uptime deadline = currentUptime() + releaseTimeout;
+            bus.releaseName(applicationName(), deadline);
+            bus.releaseName(startedName(), deadline);
         }
     }
 
@@ -154,18 +154,18 @@ public:
 
     void onActivation(std::function<void()> open) override
     {
-        interface.serve([open = std::move(open)](const ApplicationRequest& request) {
-            carryOut(request, open);
+        interface.setRequestHandler([open = std::move(open)](const ApplicationRequest& request) {
+            handleRequest(request, open);
         });
         if (ownClaim == Claim::first) {
-            static_cast<void>(bus.take(startedName(), currentUptime() + answerLimit));
+            static_cast<void>(bus.requestName(startedName(), currentUptime() + claimTimeout));
         }
     }
 
 private:
     ApplicationInterface interface;
     SessionBus bus;
-    Claim ownClaim = Claim::alone;
+    Claim ownClaim = Claim::unmanaged;
 };
 
 } // namespace
@@ -173,8 +173,8 @@ private:
 std::unique_ptr<ApplicationInstance> ApplicationInstance::create(bool launchedAtLogin)
 {
     requireMainThread();
-    const Uptime deadline = currentUptime() + (launchedAtLogin ? loginAnswerLimit : answerLimit);
-    disableSilentSessionBus(deadline);
+    const Uptime deadline = currentUptime() + (launchedAtLogin ? loginClaimTimeout : claimTimeout);
+    disableUnresponsiveSessionBus(deadline);
     return std::make_unique<DBusApplicationInstance>(launchedAtLogin, deadline);
 }
 

@@ -24,7 +24,7 @@ public:
     ~ReopenEvents();
 
     /// Takes the events over at once, for a program that has launched already.
-    void takeOver();
+    void install();
 
 private:
     const std::function<void()> onReopen;

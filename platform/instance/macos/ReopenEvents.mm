@@ -12,8 +12,8 @@
     const std::function<void()>* reopen;
 }
 - (instancetype)initWithFunction:(const std::function<void()>*)function;
-- (void)takeOver;
-- (void)handBack;
+- (void)install;
+- (void)uninstall;
 - (void)applicationWillFinishLaunching:(NSNotification*)notification;
 - (void)handleReopen:(NSAppleEventDescriptor*)event
       withReplyEvent:(NSAppleEventDescriptor*)replyEvent;
@@ -37,7 +37,7 @@
     return self;
 }
 
-- (void)takeOver
+- (void)install
 {
     [[NSAppleEventManager sharedAppleEventManager] setEventHandler:self
                                                        andSelector:@selector(handleReopen:
@@ -46,7 +46,7 @@
                                                         andEventID:kAEReopenApplication];
 }
 
-- (void)handBack
+- (void)uninstall
 {
     [[NSNotificationCenter defaultCenter] removeObserver:self];
     [[NSAppleEventManager sharedAppleEventManager]
@@ -57,7 +57,7 @@
 - (void)applicationWillFinishLaunching:(NSNotification*)notification
 {
     static_cast<void>(notification);
-    [self takeOver];
+    [self install];
 }
 
 - (void)handleReopen:(NSAppleEventDescriptor*)event
@@ -83,15 +83,15 @@ ReopenEvents::ReopenEvents(std::function<void()> reopen)
 ReopenEvents::~ReopenEvents()
 {
     @autoreleasepool {
-        [handler.get() handBack];
+        [handler.get() uninstall];
     }
 }
 
-void ReopenEvents::takeOver()
+void ReopenEvents::install()
 {
     requireMainThread();
     @autoreleasepool {
-        [handler.get() takeOver];
+        [handler.get() install];
     }
 }
 

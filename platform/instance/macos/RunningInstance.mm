@@ -30,15 +30,15 @@ using Claim = ApplicationInstance::Claim;
 
 /// How long the system and the program that runs already may take until the claim is settled. With
 /// what a start needs besides, less than two seconds.
-constexpr std::chrono::milliseconds answerLimit{1500};
+constexpr std::chrono::milliseconds claimTimeout{1500};
 
 /// Between two looks at a program that the system does not know yet, or no longer.
-constexpr std::chrono::milliseconds pauseBetweenLooks{20};
+constexpr std::chrono::milliseconds pollInterval{20};
 
 /// The file whose lock is the claim. It lies in the user's own part of the system's folder for
 /// caches: unlike the one for temporary files, that is not cleared of what nobody has read for
 /// days.
-std::optional<std::filesystem::path> claimFile()
+std::optional<std::filesystem::path> lockFilePath()
 {
     std::array<char, PATH_MAX> folder{};
     const std::size_t length = ::confstr(_CS_DARWIN_USER_CACHE_DIR, folder.data(), folder.size());
@@ -65,15 +65,15 @@ bool reopen(NSRunningApplication* other, Uptime deadline)
     [configuration setCreatesNewApplicationInstance:NO];
     [configuration setPromptsUserIfNeeded:NO];
     // Shared with the handler, which may come on another thread when nobody waits any more.
-    const auto answer = std::make_shared<std::promise<bool>>();
-    std::future<bool> isOpened = answer->get_future();
+    const auto result = std::make_shared<std::promise<bool>>();
+    std::future<bool> isOpened = result->get_future();
     [[NSWorkspace sharedWorkspace]
         openApplicationAtURL:[other bundleURL]
                configuration:configuration
            completionHandler:^(NSRunningApplication* opened, NSError* error) {
                @autoreleasepool {
                    // Where the system means this start, the other one was not asked.
-                   answer->set_value(error == nil && [opened processIdentifier] != ::getpid());
+                   result->set_value(error == nil && [opened processIdentifier] != ::getpid());
                }
            }];
     const auto timeLeft = std::max(deadline - currentUptime(), Uptime::duration::zero());
@@ -94,13 +94,13 @@ bool activate(pid_t other, Uptime deadline)
 
 Claim claimBy(ProcessLock& lock, bool launchedAtLogin)
 {
-    const Uptime deadline = currentUptime() + answerLimit;
+    const Uptime deadline = currentUptime() + claimTimeout;
     for (;;) {
         switch (lock.take()) {
         case ProcessLock::Outcome::taken:
             return Claim::first;
         case ProcessLock::Outcome::unavailable:
-            return Claim::alone;
+            return Claim::unmanaged;
         case ProcessLock::Outcome::heldByAnother:
             break;
         }
@@ -108,13 +108,13 @@ Claim claimBy(ProcessLock& lock, bool launchedAtLogin)
             return Claim::activatedOther;
         }
         if (currentUptime() >= deadline) {
-            return Claim::otherDoesNotAnswer;
+            return Claim::otherUnresponsive;
         }
         const auto other = lock.holder();
         if (other && activate(*other, deadline)) {
             return Claim::activatedOther;
         }
-        std::this_thread::sleep_for(pauseBetweenLooks);
+        std::this_thread::sleep_for(pollInterval);
     }
 }
 
@@ -126,11 +126,11 @@ public:
     explicit RunningInstance(bool launchedAtLogin)
     {
         requireMainThread();
-        nextTurn.setSingleShot(true);
-        QObject::connect(&nextTurn, &QTimer::timeout, [this] { doRequested(); });
+        flushTimer.setSingleShot(true);
+        QObject::connect(&flushTimer, &QTimer::timeout, [this] { flushPendingRequests(); });
         ownClaim = claimBundle(launchedAtLogin);
-        if (ownClaim == Claim::first || ownClaim == Claim::alone) {
-            reopenEvents.emplace([this] { keep(); });
+        if (ownClaim == Claim::first || ownClaim == Claim::unmanaged) {
+            reopenEvents.emplace([this] { enqueueRequest(); });
         }
     }
 
@@ -139,41 +139,41 @@ public:
     void onActivation(std::function<void()> open) override
     {
         requireMainThread();
-        work = std::move(open);
+        activationHandler = std::move(open);
         if (reopenEvents) {
-            reopenEvents->takeOver();
+            reopenEvents->install();
         }
-        doRequested();
+        flushPendingRequests();
     }
 
 private:
     Claim claimBundle(bool launchedAtLogin)
     {
         @autoreleasepool {
-            const auto file = belongsToBundle() ? claimFile() : std::nullopt;
-            return file ? claimBy(lock.emplace(*file), launchedAtLogin) : Claim::alone;
+            const auto file = belongsToBundle() ? lockFilePath() : std::nullopt;
+            return file ? claimBy(lock.emplace(*file), launchedAtLogin) : Claim::unmanaged;
         }
     }
 
-    void keep()
+    void enqueueRequest()
     {
-        isRequested = true;
+        hasPendingRequest = true;
         // Not within the event: whoever sent it may wait for its end, and opening takes its time.
-        nextTurn.start(0);
+        flushTimer.start(0);
     }
 
-    void doRequested()
+    void flushPendingRequests()
     {
-        if (work && std::exchange(isRequested, false)) {
-            work();
+        if (activationHandler && std::exchange(hasPendingRequest, false)) {
+            activationHandler();
         }
     }
 
     std::optional<ProcessLock> lock;
-    Claim ownClaim = Claim::alone;
-    std::function<void()> work;
-    bool isRequested = false;
-    QTimer nextTurn;
+    Claim ownClaim = Claim::unmanaged;
+    std::function<void()> activationHandler;
+    bool hasPendingRequest = false;
+    QTimer flushTimer;
     std::optional<ReopenEvents> reopenEvents;
 };
 

@@ -37,13 +37,13 @@ constexpr std::array<Switch, 2> userSwitches{{
 }};
 
 /// A file's content, or the number of the system's error that stands in its way.
-struct Reading
+struct ReadResult
 {
     int error = 0;
     std::string content{};
 };
 
-Reading read(const std::filesystem::path& file)
+ReadResult read(const std::filesystem::path& file)
 {
     // A pipe would block until somebody writes.
     const UniqueFd descriptor(::open(file.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
@@ -55,17 +55,17 @@ Reading read(const std::filesystem::path& file)
     if (!S_ISREG(found.st_mode)) {
         return {.error = S_ISDIR(found.st_mode) ? EISDIR : EEXIST};
     }
-    Reading reading;
-    std::array<char, 4096> part{};
+    ReadResult result;
+    std::array<char, 4096> buffer{};
     for (;;) {
-        const ssize_t got = ::read(descriptor.get(), part.data(), part.size());
-        if (got < 0) {
+        const ssize_t count = ::read(descriptor.get(), buffer.data(), buffer.size());
+        if (count < 0) {
             return {.error = errno};
         }
-        if (got == 0) {
-            return reading;
+        if (count == 0) {
+            return result;
         }
-        reading.content.append(part.data(), static_cast<std::size_t>(got));
+        result.content.append(buffer.data(), static_cast<std::size_t>(count));
     }
 }
 
@@ -85,12 +85,12 @@ bool isUtf8(const std::filesystem::path& path)
     return QString::fromStdString(path).toStdString() == path.native();
 }
 
-ServiceError failure(const std::filesystem::path& path, int error, const QString& words)
+ServiceError failure(const std::filesystem::path& path, int error, const QString& reason)
 {
     const QString name = QString::fromStdString(path.empty() ? "/proc/self/exe" : path.native());
     return {
         .code = error,
-        .localizedDescription = (name + QStringLiteral(": ") + words).toStdString(),
+        .localizedDescription = (name + QStringLiteral(": ") + reason).toStdString(),
     };
 }
 
@@ -111,7 +111,7 @@ std::string userChoice(std::string_view content)
     return lines;
 }
 
-bool isSwitchedOff(std::string_view content)
+bool isDisabledByUser(std::string_view content)
 {
     return std::any_of(userSwitches.begin(), userSwitches.end(), [&](const auto& userSwitch) {
         const auto value = desktopEntry::lastValue(content, userSwitch.key);
@@ -119,7 +119,7 @@ bool isSwitchedOff(std::string_view content)
     });
 }
 
-std::string textFor(const std::filesystem::path& program)
+std::string entryText(const std::filesystem::path& program)
 {
     std::string text = "[Desktop Entry]\nType=Application\n";
     text.append("Name=").append(identity::applicationName).append("\n");
@@ -149,7 +149,7 @@ LoginItemStatus AutostartEntry::status() const
     if (error != 0) {
         return LoginItemStatus::notRegistered;
     }
-    return isSwitchedOff(content) ? LoginItemStatus::requiresApproval : LoginItemStatus::enabled;
+    return isDisabledByUser(content) ? LoginItemStatus::requiresApproval : LoginItemStatus::enabled;
 }
 
 std::optional<ServiceError> AutostartEntry::add() const
@@ -169,15 +169,15 @@ std::optional<ServiceError> AutostartEntry::add() const
     if (error != 0 && error != ENOENT) {
         return failure(file, error);
     }
-    const std::string text = textFor(program) + userChoice(content);
-    QSaveFile whole(QString::fromStdString(file));
-    if (whole.open(QIODevice::WriteOnly) &&
-        whole.write(text.data(), static_cast<qint64>(text.size())) >= 0 && whole.flush() &&
-        whole.commit())
+    const std::string text = entryText(program) + userChoice(content);
+    QSaveFile saveFile(QString::fromStdString(file));
+    if (saveFile.open(QIODevice::WriteOnly) &&
+        saveFile.write(text.data(), static_cast<qint64>(text.size())) >= 0 && saveFile.flush() &&
+        saveFile.commit())
     {
         return std::nullopt;
     }
-    return failure(file, EIO, whole.errorString());
+    return failure(file, EIO, saveFile.errorString());
 }
 
 std::optional<ServiceError> AutostartEntry::remove() const

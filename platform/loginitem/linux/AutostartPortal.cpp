@@ -41,7 +41,7 @@ QStringList commandLine()
     return {QStringLiteral("orlimo"), toQString(launchedAtLoginArgument)};
 }
 
-QDBusMessage question(bool autostart, const QString& token)
+QDBusMessage backgroundRequest(bool autostart, const QString& token)
 {
     QDBusMessage message = QDBusMessage::createMethodCall(
         portalService(),
@@ -62,9 +62,9 @@ QDBusMessage question(bool autostart, const QString& token)
     return message;
 }
 
-ServiceError failure(int error, const QString& words)
+ServiceError failure(int error, const QString& reason)
 {
-    const QString text = backgroundInterface() + QStringLiteral(": ") + words;
+    const QString text = backgroundInterface() + QStringLiteral(": ") + reason;
     return {.code = error, .localizedDescription = text.toStdString()};
 }
 
@@ -74,7 +74,7 @@ ServiceError failure(int error)
 }
 
 /// How the portal says that a question has come to its end.
-enum Response : uint {
+enum ResponseCode : uint {
     done = 0,
     cancelled = 1, ///< by the user, or because the user once forbade it
 };
@@ -94,36 +94,36 @@ int errorOf(uint response)
 
 /// What has been decided. Who forbids the program to run in the background is heard also when it
 /// only asks not to be started any more, so a refusal alone does not say that the start remains.
-std::optional<bool> decision(uint response, bool wantsAutostart, const QVariant& autostart)
+std::optional<bool> decision(uint response, bool isAutostartRequested, const QVariant& autostart)
 {
     if (response == done) {
         return autostart.toBool();
     }
-    if (response == cancelled && (wantsAutostart || autostart.isValid())) {
-        return !wantsAutostart && autostart.toBool();
+    if (response == cancelled && (isAutostartRequested || autostart.isValid())) {
+        return !isAutostartRequested && autostart.toBool();
     }
     return std::nullopt;
 }
 
 } // namespace
 
-AutostartPortal::AutostartPortal(QDBusConnection sessionBus, std::chrono::milliseconds longestCall)
+AutostartPortal::AutostartPortal(QDBusConnection sessionBus, std::chrono::milliseconds timeout)
     : bus(std::move(sessionBus))
-    , callLimit(longestCall)
+    , callTimeout(timeout)
     , portalWatcher(portalService(), bus, QDBusServiceWatcher::WatchForUnregistration)
 {
     connect(
         &portalWatcher,
         &QDBusServiceWatcher::serviceUnregistered,
         this,
-        &AutostartPortal::portalWent);
+        &AutostartPortal::portalDidDisappear);
 }
 
-std::optional<ServiceError> AutostartPortal::ask(bool autostart, Handler whenAnswered)
+std::optional<ServiceError> AutostartPortal::requestAutostart(bool autostart, Handler completion)
 {
     if (!bus.isConnected()) {
-        const QString words = bus.lastError().message();
-        return words.isEmpty() ? failure(ENOTCONN) : failure(ENOTCONN, words);
+        const QString reason = bus.lastError().message();
+        return reason.isEmpty() ? failure(ENOTCONN) : failure(ENOTCONN, reason);
     }
     const QString token = QStringLiteral("orlimo_") + QUuid::createUuid().toString(QUuid::Id128);
     openRequest = requestPath(token);
@@ -131,24 +131,25 @@ std::optional<ServiceError> AutostartPortal::ask(bool autostart, Handler whenAns
     if (!listen(true)) {
         return failure(ENOTCONN);
     }
-    handler = std::move(whenAnswered);
-    wantsAutostart = autostart;
+    handler = std::move(completion);
+    isAutostartRequested = autostart;
     isAccepted = false;
 
     auto* const call = new QDBusPendingCallWatcher(
-        bus.asyncCall(question(autostart, token), static_cast<int>(callLimit.count())), this);
+        bus.asyncCall(backgroundRequest(autostart, token), static_cast<int>(callTimeout.count())),
+        this);
     connect(
         call,
         &QDBusPendingCallWatcher::finished,
         this,
         [this, path = openRequest](QDBusPendingCallWatcher* ended) {
-            callEnded(path, *ended);
+            callDidFinish(path, *ended);
             ended->deleteLater();
         });
     return std::nullopt;
 }
 
-void AutostartPortal::takeBack()
+void AutostartPortal::cancelRequest()
 {
     (void)listen(false);
     handler = {};
@@ -167,52 +168,52 @@ QString AutostartPortal::requestPath(const QString& token) const
 bool AutostartPortal::listen(bool on)
 {
     const auto signal = QStringLiteral("Response");
-    const char* const slot = SLOT(responseCame(uint, QVariantMap, QDBusMessage));
+    const char* const slot = SLOT(didReceiveResponse(uint, QVariantMap, QDBusMessage));
     return on ? bus.connect(portalService(), openRequest, requestInterface(), signal, this, slot)
               : bus.disconnect(
                     portalService(), openRequest, requestInterface(), signal, this, slot);
 }
 
-void AutostartPortal::callEnded(const QString& path, const QDBusPendingCall& call)
+void AutostartPortal::callDidFinish(const QString& path, const QDBusPendingCall& call)
 {
-    if (!isAsking() || path != openRequest) {
+    if (!isRequesting() || path != openRequest) {
         return; // answered or taken back already
     }
     if (call.isError()) {
-        finish({.isAutostarted = {}, .error = failure(EIO, call.error().message())});
+        finish({.isAutostartEnabled = {}, .error = failure(EIO, call.error().message())});
         return;
     }
     isAccepted = true;
 }
 
-void AutostartPortal::responseCame(
+void AutostartPortal::didReceiveResponse(
     uint response, const QVariantMap& results, const QDBusMessage& message)
 {
-    if (!isAsking() || message.path() != openRequest) {
+    if (!isRequesting() || message.path() != openRequest) {
         return;
     }
     const auto autostart =
-        decision(response, wantsAutostart, results.value(QStringLiteral("autostart")));
-    const bool isAsAsked = autostart == wantsAutostart;
+        decision(response, isAutostartRequested, results.value(QStringLiteral("autostart")));
+    const bool isAsRequested = autostart == isAutostartRequested;
     finish({
-        .isAutostarted = autostart,
-        .error = isAsAsked ? std::nullopt : std::optional(failure(errorOf(response))),
+        .isAutostartEnabled = autostart,
+        .error = isAsRequested ? std::nullopt : std::optional(failure(errorOf(response))),
     });
 }
 
-void AutostartPortal::portalWent()
+void AutostartPortal::portalDidDisappear()
 {
     // A question not yet accepted is the bus's to end, or the next portal's to answer.
-    if (isAsking() && isAccepted) {
-        finish({.isAutostarted = {}, .error = failure(ECONNRESET)});
+    if (isRequesting() && isAccepted) {
+        finish({.isAutostartEnabled = {}, .error = failure(ECONNRESET)});
     }
 }
 
-void AutostartPortal::finish(const Answer& answer)
+void AutostartPortal::finish(const Result& result)
 {
     (void)listen(false);
     // Taken out first, for it may ask the next question.
-    std::exchange(handler, {})(answer);
+    std::exchange(handler, {})(result);
 }
 
 } // namespace orlimo

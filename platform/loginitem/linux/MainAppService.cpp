@@ -9,10 +9,10 @@
 
 namespace orlimo {
 
-std::unique_ptr<LoginItemService> makeLoginItemService(const std::filesystem::path& sandboxMark)
+std::unique_ptr<LoginItemService> makeLoginItemService(const std::filesystem::path& sandboxMarker)
 {
     std::error_code unknown;
-    if (std::filesystem::exists(sandboxMark, unknown)) {
+    if (std::filesystem::exists(sandboxMarker, unknown)) {
         return std::make_unique<PortalLoginItemService>(QDBusConnection::sessionBus());
     }
     return std::make_unique<XdgLoginItemService>();

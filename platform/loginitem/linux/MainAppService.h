@@ -7,10 +7,10 @@
 
 namespace orlimo {
 
-/// The login item service for where the program runs. `sandboxMark` is a file that exists only
+/// The login item service for where the program runs. `sandboxMarker` is a file that exists only
 /// inside a Flatpak, where the desktop does not see what the program writes into its autostart
 /// folder.
 [[nodiscard]] std::unique_ptr<LoginItemService>
-makeLoginItemService(const std::filesystem::path& sandboxMark);
+makeLoginItemService(const std::filesystem::path& sandboxMarker);
 
 } // namespace orlimo

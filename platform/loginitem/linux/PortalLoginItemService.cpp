@@ -6,9 +6,9 @@ namespace orlimo {
 
 namespace {
 
-LoginItemStatus statusAfter(bool registering, bool isAutostarted)
+LoginItemStatus statusAfter(bool registering, bool isAutostartEnabled)
 {
-    if (isAutostarted) {
+    if (isAutostartEnabled) {
         return LoginItemStatus::enabled;
     }
     return registering ? LoginItemStatus::requiresApproval : LoginItemStatus::notRegistered;
@@ -17,53 +17,55 @@ LoginItemStatus statusAfter(bool registering, bool isAutostarted)
 } // namespace
 
 PortalLoginItemService::PortalLoginItemService(
-    const QDBusConnection& sessionBus, std::chrono::milliseconds longestCall)
-    : portal(sessionBus, longestCall)
+    const QDBusConnection& sessionBus, std::chrono::milliseconds timeout)
+    : portal(sessionBus, timeout)
 {}
 
 std::optional<ServiceError> PortalLoginItemService::registerItem()
 {
-    return wish(true);
+    return request(true);
 }
 
 std::optional<ServiceError> PortalLoginItemService::unregisterItem()
 {
-    return wish(false);
+    return request(false);
 }
 
-void PortalLoginItemService::setAnswerHandler(const AnswerHandler& handler)
+void PortalLoginItemService::setResponseHandler(const ResponseHandler& handler)
 {
-    tell = handler;
+    responseHandler = handler;
 }
 
-std::optional<ServiceError> PortalLoginItemService::wish(bool registered)
+std::optional<ServiceError> PortalLoginItemService::request(bool registered)
 {
     if (portal.isOpen()) {
-        portal.takeBack();
-        waitingWish.reset();
+        portal.cancelRequest();
+        pendingRequest.reset();
     }
-    if (portal.isAsking()) {
-        waitingWish = registered;
+    if (portal.isRequesting()) {
+        pendingRequest = registered;
         return std::nullopt;
     }
-    return portal.ask(registered, [this, registered](const AutostartPortal::Answer& answer) {
-        wasAnswered(registered, answer);
-    });
+    return portal.requestAutostart(
+        registered, [this, registered](const AutostartPortal::Result& result) {
+            didReceiveResult(registered, result);
+        });
 }
 
-void PortalLoginItemService::wasAnswered(bool registering, const AutostartPortal::Answer& answer)
+void PortalLoginItemService::didReceiveResult(
+    bool registering, const AutostartPortal::Result& result)
 {
-    if (answer.isAutostarted) {
-        lastStatus = statusAfter(registering, *answer.isAutostarted);
+    if (result.isAutostartEnabled) {
+        lastStatus = statusAfter(registering, *result.isAutostartEnabled);
     }
-    const auto next = std::exchange(waitingWish, std::nullopt);
+    const auto next = std::exchange(pendingRequest, std::nullopt);
     if (!next) {
-        tell(registering, answer.error);
+        responseHandler(registering, result.error);
         return;
     }
     // How the wish before it fared does not matter any more.
-    if (const auto error = wish(*next)) {
-        tell(*next, error);
+    if (const auto error = request(*next)) {
+        responseHandler(*next, error);
     }
 }
 

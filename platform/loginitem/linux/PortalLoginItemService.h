@@ -29,25 +29,24 @@ class PortalLoginItemService final : public LoginItemService
 public:
     /// How long the portal may take to accept a question before that counts as an error. It may
     /// have to be started first.
-    static constexpr std::chrono::seconds usualLongestCall{25};
+    static constexpr std::chrono::seconds defaultCallTimeout{25};
 
     explicit PortalLoginItemService(
-        const QDBusConnection& sessionBus,
-        std::chrono::milliseconds longestCall = usualLongestCall);
+        const QDBusConnection& sessionBus, std::chrono::milliseconds timeout = defaultCallTimeout);
 
     [[nodiscard]] LoginItemStatus status() const override { return lastStatus; }
     [[nodiscard]] std::optional<ServiceError> registerItem() override;
     [[nodiscard]] std::optional<ServiceError> unregisterItem() override;
-    void setAnswerHandler(const AnswerHandler& handler) override;
+    void setResponseHandler(const ResponseHandler& handler) override;
 
 private:
-    [[nodiscard]] std::optional<ServiceError> wish(bool registered);
-    void wasAnswered(bool registering, const AutostartPortal::Answer& answer);
+    [[nodiscard]] std::optional<ServiceError> request(bool registered);
+    void didReceiveResult(bool registering, const AutostartPortal::Result& result);
 
     AutostartPortal portal;
-    AnswerHandler tell = [](bool, const std::optional<ServiceError>&) {};
+    ResponseHandler responseHandler = [](bool, const std::optional<ServiceError>&) {};
     LoginItemStatus lastStatus = LoginItemStatus::notRegistered;
-    std::optional<bool> waitingWish;
+    std::optional<bool> pendingRequest;
 };
 
 } // namespace orlimo

@@ -32,37 +32,37 @@ std::optional<std::filesystem::path> autostartFolder()
 }
 
 /// The entry of the program as it stands at this moment.
-std::optional<AutostartEntry> ownEntry()
+std::optional<AutostartEntry> autostartEntry()
 {
     const auto folder = autostartFolder();
     return folder ? std::optional<AutostartEntry>(std::in_place, *folder, runningProgram())
                   : std::nullopt;
 }
 
-ServiceError noHome()
+ServiceError homeMissingError()
 {
-    const auto words = QStringLiteral("HOME: ") + qt_error_string(ENOENT);
-    return {.code = ENOENT, .localizedDescription = words.toStdString()};
+    const auto message = QStringLiteral("HOME: ") + qt_error_string(ENOENT);
+    return {.code = ENOENT, .localizedDescription = message.toStdString()};
 }
 
 } // namespace
 
 LoginItemStatus XdgLoginItemService::status() const
 {
-    const auto entry = ownEntry();
+    const auto entry = autostartEntry();
     return entry ? entry->status() : LoginItemStatus::notRegistered;
 }
 
 std::optional<ServiceError> XdgLoginItemService::registerItem()
 {
-    const auto entry = ownEntry();
-    return entry ? entry->add() : noHome();
+    const auto entry = autostartEntry();
+    return entry ? entry->add() : homeMissingError();
 }
 
 std::optional<ServiceError> XdgLoginItemService::unregisterItem()
 {
-    const auto entry = ownEntry();
-    return entry ? entry->remove() : noHome();
+    const auto entry = autostartEntry();
+    return entry ? entry->remove() : homeMissingError();
 }
 
 } // namespace orlimo

@@ -9,7 +9,7 @@ namespace orlimo {
 namespace {
 
 /// The kernel's number nearest to an error of the system's frameworks that stands upon none.
-int nearestNumber(NSError* error)
+int approximateErrno(NSError* error)
 {
     if (![[error domain] isEqualToString:NSCocoaErrorDomain]) {
         return EIO;
@@ -29,7 +29,7 @@ int nearestNumber(NSError* error)
     }
 }
 
-int numberOf(NSError* error)
+int errnoFor(NSError* error)
 {
     for (NSError* cause = error; cause != nil;
          cause = [[cause userInfo] objectForKey:NSUnderlyingErrorKey])
@@ -38,14 +38,14 @@ int numberOf(NSError* error)
             return static_cast<int>([cause code]);
         }
     }
-    return nearestNumber(error);
+    return approximateErrno(error);
 }
 
 } // namespace
 
 std::error_code toErrorCode(NSError* error)
 {
-    return {numberOf(error), std::generic_category()};
+    return {errnoFor(error), std::generic_category()};
 }
 
 } // namespace orlimo

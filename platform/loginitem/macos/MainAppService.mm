@@ -50,15 +50,15 @@ ServiceError serviceError(NSException* exception)
 /// packaging/macos/trial-bundle. What the system registers would outlive the copy.
 bool isTrialCopy()
 {
-    NSNumber* const mark = [[NSBundle mainBundle] objectForInfoDictionaryKey:@"OrlimoTrialCopy"];
-    return [mark boolValue] != NO;
+    NSNumber* const flag = [[NSBundle mainBundle] objectForInfoDictionaryKey:@"OrlimoTrialCopy"];
+    return [flag boolValue] != NO;
 }
 
 using Operation = BOOL (*)(NSError**);
 
 /// Has the service do something. The system says why not by an error; what it throws all the same
 /// must not pass through frames that know nothing of its exceptions.
-std::optional<ServiceError> carryOut(Operation operation)
+std::optional<ServiceError> perform(Operation operation)
 {
     requireMainThread();
     @autoreleasepool {
@@ -97,7 +97,7 @@ public:
 
     [[nodiscard]] std::optional<ServiceError> registerItem() override
     {
-        return carryOut([](NSError** error) {
+        return perform([](NSError** error) {
             if (isTrialCopy()) {
                 *error = [NSError errorWithDomain:NSPOSIXErrorDomain code:EPERM userInfo:nil];
                 return NO;
@@ -108,7 +108,7 @@ public:
 
     [[nodiscard]] std::optional<ServiceError> unregisterItem() override
     {
-        return carryOut([](NSError** error) {
+        return perform([](NSError** error) {
             return [[SMAppService mainAppService] unregisterAndReturnError:error];
         });
     }

@@ -20,26 +20,26 @@ namespace {
 
 /// A template in a color. A size is drawn when it is asked for: hosts want few of them, and the
 /// icon is wanted at once when the program starts.
-class PaintedTemplate final : public QIconEngine
+class TintedIconEngine final : public QIconEngine
 {
 public:
-    PaintedTemplate(QIcon shape, const QColor& inColor, QString themeName)
+    TintedIconEngine(QIcon shape, const QColor& tint, QString themeName)
         : icon(std::move(shape))
-        , color(inColor)
+        , color(tint)
         , name(std::move(themeName))
     {}
 
     void paint(QPainter* painter, const QRect& area, QIcon::Mode mode, QIcon::State state) override
     {
         const double scale = painter->device()->devicePixelRatioF();
-        const QRect square = centredSquare(area);
+        const QRect square = centeredSquare(area);
         painter->drawPixmap(square, scaledPixmap(square.size() * scale, mode, state, scale));
     }
 
     /// What is painted; a panel that takes the pixels chooses the size itself.
     QSize actualSize(const QSize& size, QIcon::Mode /*mode*/, QIcon::State /*state*/) override
     {
-        return squareIn(size.boundedTo(largest));
+        return squareIn(size.boundedTo(maxSize));
     }
 
     QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override
@@ -64,7 +64,7 @@ public:
         return icon.availableSizes(mode, state);
     }
 
-    [[nodiscard]] QIconEngine* clone() const override { return new PaintedTemplate(*this); }
+    [[nodiscard]] QIconEngine* clone() const override { return new TintedIconEngine(*this); }
 
     QString key() const override { return QStringLiteral("PaintedTemplate"); }
 
@@ -72,7 +72,7 @@ public:
 
 private:
     /// Points.
-    static constexpr QSize largest{16, 16};
+    static constexpr QSize maxSize{16, 16};
 
     QIcon icon;
     QColor color;
@@ -82,8 +82,9 @@ private:
 /// How bright a color appears, from 0 to 1, as WCAG 2 defines it.
 double relativeLuminance(const QColor& color)
 {
-    const auto linear = [](double part) {
-        return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+    const auto linear = [](double component) {
+        return component <= 0.04045 ? component / 12.92
+                                    : std::pow((component + 0.055) / 1.055, 2.4);
     };
     return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
            0.0722 * linear(color.blueF());
@@ -110,8 +111,8 @@ QColor panelTextColor(const QString& desktop, const QPalette& palette)
 
 QColor colorOnPanel(const QColor& color, const QColor& background)
 {
-    constexpr double enough = 3;
-    if (contrast(color, background) >= enough) {
+    constexpr double minContrast = 3;
+    if (contrast(color, background) >= minContrast) {
         return color;
     }
     const QColor black(Qt::black);
@@ -130,7 +131,7 @@ QString panelIconName(const QString& desktop)
 
 QIcon panelIcon(const QIcon& icon, const QColor& color, const QString& name)
 {
-    return icon.isMask() ? QIcon(new PaintedTemplate(icon, color, name)) : icon;
+    return icon.isMask() ? QIcon(new TintedIconEngine(icon, color, name)) : icon;
 }
 
 } // namespace orlimo

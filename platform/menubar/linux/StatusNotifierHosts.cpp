@@ -23,7 +23,7 @@ QString watcherPath()
     return QStringLiteral("/StatusNotifierWatcher");
 }
 
-QDBusMessage question()
+QDBusMessage registrationQuery()
 {
     QDBusMessage call = QDBusMessage::createMethodCall(
         watcherName(),
@@ -39,17 +39,17 @@ QDBusMessage question()
 } // namespace
 
 StatusNotifierHosts::StatusNotifierHosts(
-    std::function<void()> whoIsTold, QDBusConnection sessionBus)
-    : didChange(std::move(whoIsTold))
+    std::function<void()> changeHandler, QDBusConnection sessionBus)
+    : didChange(std::move(changeHandler))
     , bus(std::move(sessionBus))
-    , watchers(watcherName(), bus, QDBusServiceWatcher::WatchForOwnerChange)
+    , serviceWatcher(watcherName(), bus, QDBusServiceWatcher::WatchForOwnerChange)
 {
     if (!bus.isConnected()) {
-        answer = false;
+        anyRegistered = false;
         return;
     }
     QObject::connect(
-        &watchers,
+        &serviceWatcher,
         &QDBusServiceWatcher::serviceOwnerChanged,
         this,
         [this](const QString&, const QString&, const QString& owner) { watcherDidChange(owner); });
@@ -61,42 +61,43 @@ StatusNotifierHosts::StatusNotifierHosts(
             watcherName(),
             QString::fromLatin1(signal),
             this,
-            SLOT(ask()));
+            SLOT(queryRegistration()));
     }
-    ask();
+    queryRegistration();
 }
 
 void StatusNotifierHosts::watcherDidChange(const QString& owner)
 {
     if (owner.isEmpty()) {
-        ++questions;
-        learn(false);
+        ++queryCount;
+        updateState(false);
     } else {
         // Whatever the one before said, this one may never answer.
-        learn(std::nullopt);
-        ask();
+        updateState(std::nullopt);
+        queryRegistration();
     }
 }
 
-void StatusNotifierHosts::ask()
+void StatusNotifierHosts::queryRegistration()
 {
-    const int number = ++questions;
+    const int number = ++queryCount;
     // Without a limit, for there is nothing to do instead: the bus answers for one who goes.
-    constexpr int noLimit = std::numeric_limits<int>::max();
-    auto* const call = new QDBusPendingCallWatcher(bus.asyncCall(question(), noLimit), this);
+    constexpr int noTimeout = std::numeric_limits<int>::max();
+    auto* const call =
+        new QDBusPendingCallWatcher(bus.asyncCall(registrationQuery(), noTimeout), this);
     QObject::connect(call, &QDBusPendingCallWatcher::finished, this, [this, call, number] {
         call->deleteLater();
-        if (number == questions) {
+        if (number == queryCount) {
             const QDBusPendingReply<QDBusVariant> reply(*call);
-            learn(!reply.isError() && reply.value().variant().toBool());
+            updateState(!reply.isError() && reply.value().variant().toBool());
         }
     });
 }
 
-void StatusNotifierHosts::learn(std::optional<bool> newAnswer)
+void StatusNotifierHosts::updateState(std::optional<bool> newState)
 {
-    if (answer != newAnswer) {
-        answer = newAnswer;
+    if (anyRegistered != newState) {
+        anyRegistered = newState;
         didChange();
     }
 }

@@ -17,24 +17,25 @@ class StatusNotifierHosts final : public QObject
     Q_OBJECT
 
 public:
-    /// Asks at once; `whoIsTold` is called in the event loop, each time the answer is another one.
+    /// Asks at once; `changeHandler` is called in the event loop, each time the answer is another
+    /// one.
     explicit StatusNotifierHosts(
-        std::function<void()> whoIsTold,
+        std::function<void()> changeHandler,
         QDBusConnection sessionBus = QDBusConnection::sessionBus());
 
     /// Whether there is such a panel. None while nobody has answered.
-    [[nodiscard]] std::optional<bool> exist() const { return answer; }
+    [[nodiscard]] std::optional<bool> isAnyRegistered() const { return anyRegistered; }
 
 private:
-    Q_SLOT void ask();
+    Q_SLOT void queryRegistration();
     void watcherDidChange(const QString& owner);
-    void learn(std::optional<bool> newAnswer);
+    void updateState(std::optional<bool> newState);
 
     std::function<void()> didChange;
     QDBusConnection bus;
-    QDBusServiceWatcher watchers;
-    std::optional<bool> answer;
-    int questions = 0;
+    QDBusServiceWatcher serviceWatcher;
+    std::optional<bool> anyRegistered;
+    int queryCount = 0;
 };
 
 } // namespace orlimo

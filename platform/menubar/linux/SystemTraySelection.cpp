@@ -18,7 +18,7 @@ namespace orlimo {
 namespace {
 
 /// Has the server tell of changes of `window`, too, beside what it tells this connection already.
-void listenTo(xcb_connection_t* connection, xcb_window_t window)
+void subscribeToEvents(xcb_connection_t* connection, xcb_window_t window)
 {
     const auto attributes = owned(xcb_get_window_attributes_reply(
         connection, xcb_get_window_attributes(connection, window), nullptr));
@@ -43,23 +43,23 @@ SystemTraySelection::SystemTraySelection(std::function<void()> changed)
     if (connection == nullptr) {
         return;
     }
-    lookSoon.setSingleShot(true);
-    lookSoon.setInterval(0);
-    QObject::connect(&lookSoon, &QTimer::timeout, this, &SystemTraySelection::look);
+    refreshTimer.setSingleShot(true);
+    refreshTimer.setInterval(0);
+    QObject::connect(&refreshTimer, &QTimer::timeout, this, &SystemTraySelection::refresh);
     const int screen = x11ScreenNumber();
     selection = x11Atom(connection, "_NET_SYSTEM_TRAY_S" + std::to_string(screen));
     manager = x11Atom(connection, "MANAGER");
     colors = x11Atom(connection, "_NET_SYSTEM_TRAY_COLORS");
     qGuiApp->installNativeEventFilter(this);
-    listenTo(connection, x11Root(connection, screen));
-    owner = listenToOwner();
+    subscribeToEvents(connection, x11Root(connection, screen));
+    owner = subscribeToOwner();
     color = publishedColor();
 }
 
-void SystemTraySelection::iconWasMade()
+void SystemTraySelection::iconWasCreated()
 {
     if (connection != nullptr) {
-        lookSoon.start();
+        refreshTimer.start();
     }
 }
 
@@ -67,18 +67,18 @@ bool SystemTraySelection::nativeEventFilter(
     const QByteArray& eventType, void* message, qintptr* /*result*/)
 {
     if (eventType == "xcb_generic_event_t" &&
-        tellsOfTrays(*static_cast<const xcb_generic_event_t*>(message)))
+        isTrayEvent(*static_cast<const xcb_generic_event_t*>(message)))
     {
         // Later, when the toolkit has dealt with it as well: it docks its icons anew.
-        lookSoon.start();
+        refreshTimer.start();
     }
     return false;
 }
 
-bool SystemTraySelection::tellsOfTrays(const xcb_generic_event_t& event) const
+bool SystemTraySelection::isTrayEvent(const xcb_generic_event_t& event) const
 {
-    constexpr std::uint8_t sentByAProgram = 0x80;
-    switch (event.response_type & ~sentByAProgram) {
+    constexpr std::uint8_t sentEventFlag = 0x80;
+    switch (event.response_type & ~sentEventFlag) {
     case XCB_CLIENT_MESSAGE: {
         const auto& message = reinterpret_cast<const xcb_client_message_event_t&>(event);
         return message.type == manager && message.data.data32[1] == selection;
@@ -94,21 +94,21 @@ bool SystemTraySelection::tellsOfTrays(const xcb_generic_event_t& event) const
     }
 }
 
-void SystemTraySelection::look()
+void SystemTraySelection::refresh()
 {
-    const bool had = hasOwner();
+    const bool hadOwner = hasOwner();
     const auto before = color;
-    owner = listenToOwner();
+    owner = subscribeToOwner();
     color = publishedColor();
-    if (hasOwner() != had || color != before) {
+    if (hasOwner() != hadOwner || color != before) {
         didChange();
     }
 }
 
-xcb_window_t SystemTraySelection::listenToOwner() const
+xcb_window_t SystemTraySelection::subscribeToOwner() const
 {
     if (const xcb_window_t first = currentOwner(); first != XCB_NONE) {
-        listenTo(connection, first);
+        subscribeToEvents(connection, first);
     }
     // Asked once more, because only from here on its end is told.
     return currentOwner();
@@ -127,20 +127,20 @@ std::optional<QColor> SystemTraySelection::publishedColor() const
         return std::nullopt;
     }
     // Four colors of three 16-bit parts each; the first one is that of text and symbols.
-    constexpr std::uint32_t parts = 3;
+    constexpr std::uint32_t componentCount = 3;
     const auto reply = owned(xcb_get_property_reply(
         connection,
-        xcb_get_property(connection, 0, owner, colors, XCB_ATOM_CARDINAL, 0, parts),
+        xcb_get_property(connection, 0, owner, colors, XCB_ATOM_CARDINAL, 0, componentCount),
         nullptr));
-    if (!reply || reply->format != 32 || reply->value_len != parts) {
+    if (!reply || reply->format != 32 || reply->value_len != componentCount) {
         return std::nullopt;
     }
     const std::span values(
-        static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get())), parts);
-    const auto part = [&](std::size_t index) {
+        static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get())), componentCount);
+    const auto component = [&](std::size_t index) {
         return static_cast<int>(values[index] >> 8U & 0xFFU);
     };
-    return QColor(part(0), part(1), part(2));
+    return QColor(component(0), component(1), component(2));
 }
 
 } // namespace orlimo

@@ -31,18 +31,18 @@ public:
 
     /// To be called when Qt has made an icon: for that Qt chooses anew which changes of the tray
     /// this connection is notified of, and those of the color are not among them.
-    void iconWasMade();
+    void iconWasCreated();
 
 private:
     bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
-    [[nodiscard]] bool tellsOfTrays(const xcb_generic_event_t& event) const;
-    void look();
-    [[nodiscard]] xcb_window_t listenToOwner() const;
+    [[nodiscard]] bool isTrayEvent(const xcb_generic_event_t& event) const;
+    void refresh();
+    [[nodiscard]] xcb_window_t subscribeToOwner() const;
     [[nodiscard]] xcb_window_t currentOwner() const;
     [[nodiscard]] std::optional<QColor> publishedColor() const;
 
     std::function<void()> didChange;
-    QTimer lookSoon;
+    QTimer refreshTimer;
     xcb_connection_t* connection = nullptr;
     xcb_atom_t selection = XCB_NONE;
     xcb_atom_t manager = XCB_NONE;

@@ -13,16 +13,16 @@ namespace orlimo {
 namespace {
 
 std::optional<QRgb>
-pixelOfScreen(xcb_connection_t* connection, xcb_window_t root, std::int16_t x, std::int16_t y)
+screenPixel(xcb_connection_t* connection, xcb_window_t root, std::int16_t x, std::int16_t y)
 {
-    constexpr std::uint32_t everyPlane = ~0U;
+    constexpr std::uint32_t allPlanes = ~0U;
     const auto image = owned(xcb_get_image_reply(
         connection,
-        xcb_get_image(connection, XCB_IMAGE_FORMAT_Z_PIXMAP, root, x, y, 1, 1, everyPlane),
+        xcb_get_image(connection, XCB_IMAGE_FORMAT_Z_PIXMAP, root, x, y, 1, 1, allPlanes),
         nullptr));
-    constexpr int usualDepth = 24;
+    constexpr int supportedDepth = 24;
     QRgb pixel = 0;
-    if (!image || image->depth != usualDepth ||
+    if (!image || image->depth != supportedDepth ||
         xcb_get_image_data_length(image.get()) != static_cast<int>(sizeof(pixel)))
     {
         return std::nullopt;
@@ -46,7 +46,7 @@ std::optional<QColor> trayBackground(xcb_window_t icon)
     if (!corner || corner->child != x11TopLevelOf(connection, root, icon)) {
         return std::nullopt;
     }
-    const auto pixel = pixelOfScreen(connection, root, corner->dst_x, corner->dst_y);
+    const auto pixel = screenPixel(connection, root, corner->dst_x, corner->dst_y);
     return pixel ? std::optional(QColor(*pixel)) : std::nullopt;
 }
 

@@ -16,7 +16,7 @@ namespace orlimo {
 namespace {
 
 /// How long the X server may take until what was painted is on the screen.
-constexpr std::chrono::milliseconds timeToPaint{100};
+constexpr std::chrono::milliseconds repaintDelay{100};
 
 QString currentDesktop()
 {
@@ -25,15 +25,15 @@ QString currentDesktop()
 
 } // namespace
 
-TrayIcon::TrayIcon(QIcon label, Handlers whatToDo, UptimeClock uptimeClock)
+TrayIcon::TrayIcon(QIcon label, Handlers eventHandlers, UptimeClock uptimeClock)
     : image(std::move(label))
-    , handlers(std::move(whatToDo))
+    , handlers(std::move(eventHandlers))
     , clock(std::move(uptimeClock))
     , icon(this)
 {
-    lookSoon.setSingleShot(true);
-    lookSoon.setInterval(timeToPaint);
-    QObject::connect(&lookSoon, &QTimer::timeout, this, &TrayIcon::lookAtBackground);
+    backgroundTimer.setSingleShot(true);
+    backgroundTimer.setInterval(repaintDelay);
+    QObject::connect(&backgroundTimer, &QTimer::timeout, this, &TrayIcon::updateBackground);
     showImage();
     qApp->installEventFilter(this);
     QObject::connect(
@@ -58,7 +58,7 @@ bool TrayIcon::eventFilter(QObject* watched, QEvent* event)
         showImage();
     } else if (event->type() == QEvent::Paint && watched->inherits("QSystemTrayIconSys")) {
         window = qobject_cast<QWidget*>(watched);
-        lookSoon.start();
+        backgroundTimer.start();
     }
     return QObject::eventFilter(watched, event);
 }
@@ -77,13 +77,13 @@ QColor TrayIcon::color() const
     return background ? colorOnPanel(text, *background) : text;
 }
 
-void TrayIcon::lookAtBackground()
+void TrayIcon::updateBackground()
 {
-    const auto seen =
+    const auto sampled =
         window ? trayBackground(static_cast<xcb_window_t>(window->internalWinId())) : std::nullopt;
     const QColor before = color();
     // While it cannot be seen it is what it was.
-    background = seen ? seen : background;
+    background = sampled ? sampled : background;
     if (color() != before) {
         showImage();
     }
@@ -99,8 +99,8 @@ void TrayIcon::setTextColor(const std::optional<QColor>& published)
 
 std::optional<QRect> TrayIcon::geometry() const
 {
-    const QRect place = icon.geometry();
-    return place.isEmpty() ? std::nullopt : std::optional(place);
+    const QRect iconRect = icon.geometry();
+    return iconRect.isEmpty() ? std::nullopt : std::optional(iconRect);
 }
 
 void TrayIcon::wasActivated(QSystemTrayIcon::ActivationReason reason)

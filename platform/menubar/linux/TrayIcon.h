@@ -35,7 +35,7 @@ public:
 
     /// A template takes on the color of the panel's text and follows a change of scheme. Panels
     /// that paint symbolic icons themselves get the name of the installed one.
-    TrayIcon(QIcon label, Handlers whatToDo, UptimeClock uptimeClock = currentUptime);
+    TrayIcon(QIcon label, Handlers eventHandlers, UptimeClock uptimeClock = currentUptime);
 
     /// Where the icon is on the screen, in points; none where the host does not say.
     [[nodiscard]] std::optional<QRect> geometry() const;
@@ -50,7 +50,7 @@ protected:
 private:
     void showImage();
     [[nodiscard]] QColor color() const;
-    void lookAtBackground();
+    void updateBackground();
     void wasActivated(QSystemTrayIcon::ActivationReason reason);
     [[nodiscard]] bool hasJustBeenTriggered() const;
 
@@ -63,7 +63,7 @@ private:
     std::optional<QColor> background;
     /// Qt's own window in an X11 tray, once it has been painted.
     QPointer<QWidget> window;
-    QTimer lookSoon;
+    QTimer backgroundTimer;
     std::optional<Uptime> triggered;
 };
 

@@ -3,7 +3,7 @@
 #include "platform/display/linux/X11Connection.h"
 #include "platform/menubar/MenuBarExtra.h"
 #include "platform/menubar/MenuBarWindow.h"
-#include "platform/menubar/linux/TrayHost.h"
+#include "platform/menubar/linux/SystemTray.h"
 #include "platform/menubar/linux/TrayIcon.h"
 #include "platform/menubar/linux/WaylandFocus.h"
 #include "platform/menubar/linux/X11Focus.h"
@@ -22,7 +22,7 @@ namespace {
 
 /// How long the host may take to say whether it has a place for the icon, until it is taken to have
 /// none. As long as a person who has started the program may be left without an answer.
-constexpr std::chrono::seconds limitForAnAnswer{1};
+constexpr std::chrono::seconds trayQueryTimeout{1};
 
 /// Whether the windows are somewhere where somebody may look at them.
 bool isOnScreen()
@@ -39,30 +39,31 @@ public:
         : makeContent(std::move(builder))
         , label(std::move(image))
         , clock(std::move(uptimeClock))
-        , host([this] { placeDidChange(); })
+        , tray([this] { trayAvailabilityDidChange(); })
     {
-        answerIsDue.setSingleShot(true);
-        answerIsDue.setInterval(limitForAnAnswer);
-        QObject::connect(&answerIsDue, &QTimer::timeout, &answerIsDue, [this] { openForStart(); });
+        trayQueryTimer.setSingleShot(true);
+        trayQueryTimer.setInterval(trayQueryTimeout);
+        QObject::connect(
+            &trayQueryTimer, &QTimer::timeout, &trayQueryTimer, [this] { openOnLaunch(); });
         showIcon();
     }
 
     void open() override { window().open(); }
 
-    void openAmongOthers() override { window().openAmongOthers(); }
+    void openOnRequest() override { window().openOnRequest(); }
 
-    void openWhereThereIsNoIcon() override
+    void openIfNoTray() override
     {
         if (!isOnScreen()) {
             return;
         }
-        const auto hasPlace = host.hasPlace();
-        if (!hasPlace) {
+        const auto isTrayAvailable = tray.isTrayAvailable();
+        if (!isTrayAvailable) {
             // By the time of the answer it will have been taken from the environment.
-            startsToken = ActivationToken::takeFromStart();
-            answerIsDue.start();
-        } else if (!*hasPlace) {
-            openForStart();
+            launchToken = ActivationToken::takeFromEnvironment();
+            trayQueryTimer.start();
+        } else if (!*isTrayAvailable) {
+            openOnLaunch();
         }
     }
 
@@ -76,24 +77,24 @@ public:
     [[nodiscard]] bool isOpen() const override { return menuBarWindow && menuBarWindow->isOpen(); }
 
 private:
-    void openForStart()
+    void openOnLaunch()
     {
-        const ActivationToken lent(std::exchange(startsToken, {}));
-        openAmongOthers();
+        const ActivationToken activationToken(std::exchange(launchToken, {}));
+        openOnRequest();
     }
 
-    void placeDidChange()
+    void trayAvailabilityDidChange()
     {
         showIcon();
-        if (answerIsDue.isActive() && host.hasPlace()) {
-            answerIsDue.stop();
-            openWhereThereIsNoIcon();
+        if (trayQueryTimer.isActive() && tray.isTrayAvailable()) {
+            trayQueryTimer.stop();
+            openIfNoTray();
         }
     }
 
     void showIcon()
     {
-        if (!icon && host.hasPlace().value_or(false)) {
+        if (!icon && tray.isTrayAvailable().value_or(false)) {
             icon.emplace(
                 label,
                 TrayIcon::Handlers{
@@ -101,10 +102,10 @@ private:
                     .open = [this] { open(); },
                     .quit = [] { sharedApplication().terminate(); }},
                 clock);
-            host.iconWasMade();
+            tray.iconWasCreated();
         }
         if (icon) {
-            icon->setTextColor(host.textColor());
+            icon->setTextColor(tray.textColor());
         }
     }
 
@@ -115,14 +116,14 @@ private:
             if (x11Connection() != nullptr) {
                 x11Focus.emplace(
                     *content,
-                    [this](const QPoint& place) { menuBarWindow->pointerWasPressed(place); },
+                    [this](const QPoint& position) { menuBarWindow->pointerWasPressed(position); },
                     clock);
             }
             menuBarWindow.emplace(
                 *content,
                 [this] { return icon ? icon->geometry() : std::nullopt; },
                 clock,
-                MenuBarWindow::Manner{.focusLoss = [this] { return focusLoss(); }});
+                MenuBarWindow::Options{.focusLoss = [this] { return focusLoss(); }});
         }
         return *menuBarWindow;
     }
@@ -143,9 +144,9 @@ private:
     std::optional<X11Focus> x11Focus;
     std::optional<MenuBarWindow> menuBarWindow;
     std::optional<TrayIcon> icon;
-    QTimer answerIsDue;
-    QByteArray startsToken;
-    TrayHost host;
+    QTimer trayQueryTimer;
+    QByteArray launchToken;
+    SystemTray tray;
 };
 
 } // namespace

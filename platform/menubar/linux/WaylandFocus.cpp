@@ -10,9 +10,10 @@ namespace {
 
 bool followsPointerInPlasma(const QString& kwinSettings)
 {
-    const QString byClick = QStringLiteral("ClickToFocus");
+    const QString clickToFocus = QStringLiteral("ClickToFocus");
     const QSettings settings(kwinSettings, QSettings::IniFormat);
-    return settings.value(QStringLiteral("Windows/FocusPolicy"), byClick).toString() != byClick;
+    return settings.value(QStringLiteral("Windows/FocusPolicy"), clickToFocus).toString() !=
+           clickToFocus;
 }
 
 } // namespace
@@ -20,10 +21,10 @@ bool followsPointerInPlasma(const QString& kwinSettings)
 FocusLoss focusLossOnWayland(const QString& desktop, const QString& kwinSettings)
 {
     const QStringList names = desktop.split(u':');
-    const bool isByClick =
+    const bool isClickToFocus =
         names.contains(u"GNOME", Qt::CaseInsensitive) ||
         (names.contains(u"KDE", Qt::CaseInsensitive) && !followsPointerInPlasma(kwinSettings));
-    return isByClick ? FocusLoss::deliberate : FocusLoss::unknown;
+    return isClickToFocus ? FocusLoss::deliberate : FocusLoss::unknown;
 }
 
 FocusLoss focusLossOnWayland()

@@ -51,7 +51,7 @@ static_assert(sizeof(SelectEvents) == 20);
 
 /// How long before the loss of the focus the press was that caused it: the window manager moves the
 /// focus in its own time, and Qt waits for a focus that comes back.
-constexpr std::chrono::milliseconds sameGesture{500};
+constexpr std::chrono::milliseconds gestureInterval{500};
 
 /// The buttons as which the server reports a wheel.
 bool isWheel(std::uint32_t button)
@@ -116,13 +116,13 @@ bool X11Focus::nativeEventFilter(const QByteArray& eventType, void* message, qin
     }
     const auto& event = *static_cast<const xcb_generic_event_t*>(message);
     if (isPress(event)) {
-        pressed = clock();
+        lastPress = clock();
         handlePress(QCursor::pos());
-    } else if (movesFocus(event) && event.response_type == XCB_FOCUS_IN) {
-        noteTopLevels();
-    } else if (movesFocus(event)) {
-        loss = !wasJustPressed() && isPointerWhereFocusIs() ? FocusLoss::followedPointer
-                                                            : FocusLoss::deliberate;
+    } else if (isFocusChange(event) && event.response_type == XCB_FOCUS_IN) {
+        recordTopLevels();
+    } else if (isFocusChange(event)) {
+        loss = !wasJustPressed() && isPointerInFocusedWindow() ? FocusLoss::followedPointer
+                                                               : FocusLoss::deliberate;
     }
     return false;
 }
@@ -162,7 +162,7 @@ bool X11Focus::isPress(const xcb_generic_event_t& event) const
            !isWheel(buttonOf(generic));
 }
 
-bool X11Focus::movesFocus(const xcb_generic_event_t& event) const
+bool X11Focus::isFocusChange(const xcb_generic_event_t& event) const
 {
     if (event.response_type != XCB_FOCUS_IN && event.response_type != XCB_FOCUS_OUT) {
         return false;
@@ -174,7 +174,7 @@ bool X11Focus::movesFocus(const xcb_generic_event_t& event) const
            change.mode != XCB_NOTIFY_MODE_UNGRAB && change.detail != XCB_NOTIFY_DETAIL_INFERIOR;
 }
 
-void X11Focus::noteTopLevels()
+void X11Focus::recordTopLevels()
 {
     const auto tree =
         owned(xcb_query_tree_reply(connection, xcb_query_tree(connection, root), nullptr));
@@ -188,10 +188,10 @@ void X11Focus::noteTopLevels()
 
 bool X11Focus::wasJustPressed() const
 {
-    return pressed && clock() - *pressed < sameGesture;
+    return lastPress && clock() - *lastPress < gestureInterval;
 }
 
-bool X11Focus::isPointerWhereFocusIs() const
+bool X11Focus::isPointerInFocusedWindow() const
 {
     const auto pointer =
         owned(xcb_query_pointer_reply(connection, xcb_query_pointer(connection, root), nullptr));

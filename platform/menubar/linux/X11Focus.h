@@ -44,10 +44,10 @@ private:
     bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
     void selectPresses(bool areSelected) const;
     [[nodiscard]] bool isPress(const xcb_generic_event_t& event) const;
-    [[nodiscard]] bool movesFocus(const xcb_generic_event_t& event) const;
-    void noteTopLevels();
+    [[nodiscard]] bool isFocusChange(const xcb_generic_event_t& event) const;
+    void recordTopLevels();
     [[nodiscard]] bool wasJustPressed() const;
-    [[nodiscard]] bool isPointerWhereFocusIs() const;
+    [[nodiscard]] bool isPointerInFocusedWindow() const;
     [[nodiscard]] bool isAnotherWindowActive() const;
 
     QWidget& content;
@@ -57,7 +57,7 @@ private:
     xcb_window_t root;
     xcb_atom_t activeWindow;
     std::uint8_t inputExtension = 0;
-    std::optional<Uptime> pressed;
+    std::optional<Uptime> lastPress;
     /// Those that were there when the window got the focus.
     std::vector<xcb_window_t> topLevels;
     FocusLoss loss = FocusLoss::deliberate;

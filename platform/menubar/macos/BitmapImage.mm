@@ -10,7 +10,7 @@ namespace {
 constexpr QImage::Format pixelFormat = QImage::Format_RGBA8888_Premultiplied;
 constexpr NSInteger bytesPerPixel = 4;
 
-std::size_t bytesOfARow(NSBitmapImageRep* bitmap)
+std::size_t rowByteCount(NSBitmapImageRep* bitmap)
 {
     return static_cast<std::size_t>([bitmap pixelsWide] * bytesPerPixel);
 }
@@ -49,7 +49,7 @@ Retained<NSBitmapImageRep*> toBitmap(const QImage& image)
             std::memcpy(
                 data + row * [bitmap.get() bytesPerRow],
                 pixels.constScanLine(row),
-                bytesOfARow(bitmap.get()));
+                rowByteCount(bitmap.get()));
         }
     }
     return bitmap;
@@ -61,7 +61,7 @@ QImage toImage(NSBitmapImageRep* bitmap)
         static_cast<int>([bitmap pixelsWide]), static_cast<int>([bitmap pixelsHigh]), pixelFormat);
     const unsigned char* const data = [bitmap bitmapData];
     for (int row = 0; row < image.height(); ++row) {
-        std::memcpy(image.scanLine(row), data + row * [bitmap bytesPerRow], bytesOfARow(bitmap));
+        std::memcpy(image.scanLine(row), data + row * [bitmap bytesPerRow], rowByteCount(bitmap));
     }
     return image;
 }

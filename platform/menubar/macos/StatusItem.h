@@ -17,9 +17,9 @@ namespace orlimo {
 class StatusItem
 {
 public:
-    /// Calls `whatToDo` each time the item is pressed, with whichever button of the mouse, or by an
-    /// aid to accessibility.
-    StatusItem(const QIcon& label, std::function<void()> whatToDo);
+    /// Calls `pressHandler` each time the item is pressed, with whichever button of the mouse, or
+    /// by an aid to accessibility.
+    StatusItem(const QIcon& label, std::function<void()> pressHandler);
     StatusItem(const StatusItem&) = delete;
     StatusItem& operator=(const StatusItem&) = delete;
     ~StatusItem();
@@ -35,7 +35,7 @@ public:
     void highlight(bool isHighlighted);
 
 private:
-    std::function<void()> wasPressed;
+    std::function<void()> onPress;
     Retained<NSObject*> target;
     Retained<NSStatusItem*> item;
 };

@@ -10,12 +10,11 @@
 
 namespace orlimo {
 
-StatusItem::StatusItem(const QIcon& label, std::function<void()> whatToDo)
-    : wasPressed(std::move(whatToDo))
+StatusItem::StatusItem(const QIcon& label, std::function<void()> pressHandler)
+    : onPress(std::move(pressHandler))
 {
     @autoreleasepool {
-        target =
-            Retained<NSObject*>::adopt([[OrlimoActionTarget alloc] initWithAction:&wasPressed]);
+        target = Retained<NSObject*>::adopt([[OrlimoActionTarget alloc] initWithAction:&onPress]);
         item = Retained<NSStatusItem*>::retain(
             [[NSStatusBar systemStatusBar] statusItemWithLength:NSSquareStatusItemLength]);
         NSString* const name = toNSString(identity::applicationName);
@@ -48,8 +47,8 @@ std::optional<QRect> StatusItem::geometry() const
             return std::nullopt;
         }
         const NSRect inWindow = [button convertRect:[button bounds] toView:nil];
-        const QRect place = toToolkitGeometry([window convertRectToScreen:inWindow]);
-        return place.isEmpty() ? std::nullopt : std::optional(place);
+        const QRect iconRect = toQtGeometry([window convertRectToScreen:inWindow]);
+        return iconRect.isEmpty() ? std::nullopt : std::optional(iconRect);
     }
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/desktop/macos/AppKitHost.h"
+#include "platform/desktop/macos/AppKitServices.h"
 #include "platform/menubar/MenuBarExtra.h"
 #include "platform/menubar/MenuBarWindow.h"
 #include "platform/menubar/macos/StatusItem.h"
@@ -18,12 +18,12 @@ class StatusItemMenuBarExtra final : public MenuBarExtra
 {
 public:
     StatusItemMenuBarExtra(
-        ContentBuilder builder, const QIcon& label, UptimeClock uptimeClock, AppKitHost appKit);
+        ContentBuilder builder, const QIcon& label, UptimeClock uptimeClock, AppKitServices appKit);
     ~StatusItemMenuBarExtra() override;
 
     void open() override;
-    void openAmongOthers() override;
-    void openWhereThereIsNoIcon() override;
+    void openOnRequest() override;
+    void openIfNoTray() override;
     void close() override;
     [[nodiscard]] bool isOpen() const override;
 
@@ -36,7 +36,7 @@ private:
 
     ContentBuilder makeContent;
     UptimeClock clock;
-    AppKitHost host;
+    AppKitServices services;
     std::optional<StatusItem> item;
     std::unique_ptr<QWidget> content;
     std::unique_ptr<WindowObserver> observer;

@@ -16,7 +16,7 @@ constexpr Qt::WindowFlags windowFlags =
 
 /// Has the window come to the user, whichever space or full screen that is, instead of the user to
 /// the window.
-void followTheUser(NSWindow* window)
+void moveToActiveSpace(NSWindow* window)
 {
     NSWindowCollectionBehavior behavior = NSWindowCollectionBehaviorMoveToActiveSpace;
     behavior |= NSWindowCollectionBehaviorFullScreenAuxiliary;
@@ -31,11 +31,11 @@ void followTheUser(NSWindow* window)
 class StatusItemMenuBarExtra::WindowObserver final : public QObject
 {
 public:
-    WindowObserver(QWidget& window, std::function<void()> whoIsTold)
+    WindowObserver(QWidget& window, std::function<void()> changeHandler)
     {
-        soon.setSingleShot(true);
-        soon.setInterval(0);
-        connect(&soon, &QTimer::timeout, this, std::move(whoIsTold));
+        notifyTimer.setSingleShot(true);
+        notifyTimer.setInterval(0);
+        connect(&notifyTimer, &QTimer::timeout, this, std::move(changeHandler));
         window.installEventFilter(this);
     }
 
@@ -45,23 +45,23 @@ protected:
         if (event->type() == QEvent::Show || event->type() == QEvent::Hide ||
             event->type() == QEvent::WindowActivate)
         {
-            soon.start();
+            notifyTimer.start();
         }
         return QObject::eventFilter(watched, event);
     }
 
 private:
-    QTimer soon;
+    QTimer notifyTimer;
 };
 
 StatusItemMenuBarExtra::StatusItemMenuBarExtra(
-    ContentBuilder builder, const QIcon& label, UptimeClock uptimeClock, AppKitHost appKit)
+    ContentBuilder builder, const QIcon& label, UptimeClock uptimeClock, AppKitServices appKit)
     : makeContent(std::move(builder))
     , clock(std::move(uptimeClock))
-    , host(std::move(appKit))
+    , services(std::move(appKit))
     , highlighting([this] { item->highlight(isOpen()); })
 {
-    if (host.isThere) {
+    if (services.isAvailable) {
         item.emplace(label, [this] { window().toggle(); });
     }
 }
@@ -73,15 +73,15 @@ void StatusItemMenuBarExtra::open()
     window().open();
 }
 
-void StatusItemMenuBarExtra::openAmongOthers()
+void StatusItemMenuBarExtra::openOnRequest()
 {
-    window().openAmongOthers();
+    window().openOnRequest();
 }
 
-void StatusItemMenuBarExtra::openWhereThereIsNoIcon()
+void StatusItemMenuBarExtra::openIfNoTray()
 {
     if (item && !item->isVisible()) {
-        openAmongOthers();
+        openOnRequest();
     }
 }
 
@@ -106,20 +106,20 @@ MenuBarWindow& StatusItemMenuBarExtra::window()
             *content,
             [this] { return item ? item->geometry() : std::nullopt; },
             clock,
-            MenuBarWindow::Manner{.flags = windowFlags, .willComeToFront = [this](QWidget& shown) {
-                                      willComeToFront(shown);
-                                  }});
+            MenuBarWindow::Options{.flags = windowFlags, .willComeToFront = [this](QWidget& shown) {
+                                       willComeToFront(shown);
+                                   }});
     }
     return *menuBarWindow;
 }
 
 void StatusItemMenuBarExtra::willComeToFront(const QWidget& shown)
 {
-    if (!host.isThere) {
+    if (!services.isAvailable) {
         return;
     }
     @autoreleasepool {
-        followTheUser([host.viewOf(shown) window]);
+        moveToActiveSpace([services.viewOf(shown) window]);
     }
     activateApplication();
 }
@@ -133,7 +133,7 @@ void StatusItemMenuBarExtra::visibilityDidChange()
     // event loop itself.
     highlighting.schedule();
     if (!isOpen()) {
-        giveBackTheFocus();
+        yieldFocus();
     }
 }
 
@@ -141,7 +141,7 @@ std::unique_ptr<MenuBarExtra>
 MenuBarExtra::create(ContentBuilder makeContent, const QIcon& label, UptimeClock clock)
 {
     return std::make_unique<StatusItemMenuBarExtra>(
-        std::move(makeContent), label, std::move(clock), AppKitHost::native());
+        std::move(makeContent), label, std::move(clock), AppKitServices::native());
 }
 
 } // namespace orlimo

@@ -39,7 +39,7 @@ constexpr milliseconds lockInterval{5};
 /// that was killed before it had written its name leaves an empty file. Shorter than the timeout,
 /// so that a single write gets over it. From a holder who is alive none is taken, for the system's
 /// own lock on the file keeps it.
-constexpr milliseconds namelessLockAge{50};
+constexpr milliseconds staleLockTime{50};
 
 /// Nothing where there is no file; absent where there is one, or may be, that cannot be read now.
 /// What is no regular file might never end, or never begin, and cannot be replaced by one.
@@ -57,12 +57,12 @@ std::optional<QByteArray> contentOf(const QString& name)
         return std::nullopt;
     }
     QByteArray text;
-    std::array<char, 4096> part{};
+    std::array<char, 4096> buffer{};
     ssize_t length = 0;
     do {
-        length = ::read(file.get(), part.data(), part.size());
+        length = ::read(file.get(), buffer.data(), buffer.size());
         if (length > 0) {
-            text.append(part.data(), length);
+            text.append(buffer.data(), length);
         }
     } while (length > 0 || (length < 0 && errno == EINTR));
     return length == 0 ? std::optional(std::move(text)) : std::nullopt;
@@ -75,7 +75,7 @@ bool isDamaged(const QByteArray& text)
 
 /// Whether a lock file is under this name, or none. QLockFile reads what is there to learn who
 /// holds the lock, which would not return from a pipe.
-bool canBeLock(const QString& name)
+bool isUsableAsLock(const QString& name)
 {
     struct stat status
     {};
@@ -91,9 +91,9 @@ changedFile(const QString& target, const QByteArray& text, const SettingsFile::V
     if (!changed->open() || changed->write(text) < 0 || !changed->flush()) {
         return nullptr;
     }
-    const QFileInfo present(target);
-    if (present.exists()) {
-        changed->setPermissions(present.permissions());
+    const QFileInfo current(target);
+    if (current.exists()) {
+        changed->setPermissions(current.permissions());
     }
     QSettings settings(changed->fileName(), QSettings::NativeFormat);
     for (const auto& [key, value] : values) {
@@ -111,8 +111,8 @@ SettingsFile::SettingsFile(QString filePath)
 
 const QVariantMap* SettingsFile::contents()
 {
-    const SettingsText* present = read();
-    return present == nullptr ? nullptr : &present->contents();
+    const SettingsText* current = read();
+    return current == nullptr ? nullptr : &current->contents();
 }
 
 bool SettingsFile::change(const std::function<Values(const QVariantMap& stored)>& valuesFor)
@@ -120,8 +120,8 @@ bool SettingsFile::change(const std::function<Values(const QVariantMap& stored)>
     if (read() == nullptr) {
         return false; // nor is a lock left beside a device or the like
     }
-    const QFileInfo present(file);
-    const QString target = present.exists() ? present.canonicalFilePath() : file;
+    const QFileInfo current(file);
+    const QString target = current.exists() ? current.canonicalFilePath() : file;
     (void)makeUserFolder(QFile::encodeName(QFileInfo(target).path()).toStdString());
     // The lock under which every other user of the format writes.
     const QString lockPath = target + QStringLiteral(".lock");
@@ -137,13 +137,13 @@ bool SettingsFile::change(const std::function<Values(const QVariantMap& stored)>
     if (values.empty()) {
         return true;
     }
-    if (old->isDamaged() && !keepCopy()) {
+    if (old->isDamaged() && !backUpDamagedFile()) {
         return false;
     }
     auto changed = changedFile(target, old->isDamaged() ? QByteArray() : old->text(), values);
     if (changed && isDamaged(contentOf(changed->fileName()).value_or(QByteArray()))) {
         // Odd files are understood at first, and no longer once QSettings has written them.
-        changed = keepCopy() ? changedFile(target, {}, values) : nullptr;
+        changed = backUpDamagedFile() ? changedFile(target, {}, values) : nullptr;
     }
     if (!changed || std::rename(
                         QFile::encodeName(changed->fileName()).constData(),
@@ -158,17 +158,17 @@ bool SettingsFile::change(const std::function<Values(const QVariantMap& stored)>
 const SettingsText* SettingsFile::read()
 {
     const auto text = contentOf(file);
-    const SettingsText* present = text ? understood(*text) : nullptr;
-    if (std::exchange(isReadable, present != nullptr) && !isReadable) {
+    const SettingsText* current = text ? parse(*text) : nullptr;
+    if (std::exchange(isReadable, current != nullptr) && !isReadable) {
         (void)std::fprintf(
             stderr, "Orlimo cannot read its preferences in %s\n", qUtf8Printable(file));
     }
-    return present;
+    return current;
 }
 
 /// What `text` stands for, good until the next call. The file is read at each use; what the same
 /// text means is worked out once. Null where there is no memory for that.
-const SettingsText* SettingsFile::understood(const QByteArray& text)
+const SettingsText* SettingsFile::parse(const QByteArray& text)
 {
     if (!latest || latest->text() != text) {
         latest.emplace(text);
@@ -183,11 +183,11 @@ const SettingsText* SettingsFile::understood(const QByteArray& text)
 /// one write, and not each write of a start.
 bool SettingsFile::acquire(QLockFile& lock, const QString& lockPath)
 {
-    lock.setStaleLockTime(static_cast<int>(namelessLockAge.count()));
+    lock.setStaleLockTime(static_cast<int>(staleLockTime.count()));
     const auto deadline =
         std::chrono::steady_clock::now() + (wasLockAvailable ? lockTimeout : milliseconds(0));
     wasLockAvailable = false;
-    while (canBeLock(lockPath)) {
+    while (isUsableAsLock(lockPath)) {
         if (lock.tryLock(0)) {
             wasLockAvailable = true;
             break;
@@ -203,7 +203,7 @@ bool SettingsFile::acquire(QLockFile& lock, const QString& lockPath)
 
 /// Keeps what the user had in a file that is about to be replaced. An earlier copy stays, and will
 /// do. False where there is none in the end.
-bool SettingsFile::keepCopy() const
+bool SettingsFile::backUpDamagedFile() const
 {
     const QString copy = file + QStringLiteral(".damaged");
     if (QFile::copy(file, copy)) {

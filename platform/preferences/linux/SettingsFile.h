@@ -39,9 +39,9 @@ public:
 
 private:
     [[nodiscard]] const SettingsText* read();
-    [[nodiscard]] const SettingsText* understood(const QByteArray& text);
+    [[nodiscard]] const SettingsText* parse(const QByteArray& text);
     [[nodiscard]] bool acquire(QLockFile& lock, const QString& lockPath);
-    [[nodiscard]] bool keepCopy() const;
+    [[nodiscard]] bool backUpDamagedFile() const;
 
     QString file;
     std::optional<SettingsText> latest;

@@ -20,13 +20,13 @@ namespace orlimo {
 /// file to one reader only. So it is not given the user's file, but its text in a file in memory,
 /// which differs in time from every one before.
 SettingsText::SettingsText(QByteArray text)
-    : ownText(std::move(text))
+    : sourceText(std::move(text))
 {
     const UniqueFd descriptor(::memfd_create("settings", MFD_CLOEXEC));
     const QString name = QStringLiteral("/proc/self/fd/%1").arg(descriptor.get());
     QFile file(name);
-    available =
-        descriptor && file.open(QIODevice::WriteOnly) && file.write(ownText) >= 0 && file.flush();
+    available = descriptor && file.open(QIODevice::WriteOnly) && file.write(sourceText) >= 0 &&
+                file.flush();
     file.close();
     if (!available) {
         return;

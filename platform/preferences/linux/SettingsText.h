@@ -12,7 +12,7 @@ public:
     /// Has the toolkit understand `text`.
     explicit SettingsText(QByteArray text);
 
-    [[nodiscard]] const QByteArray& text() const { return ownText; }
+    [[nodiscard]] const QByteArray& text() const { return sourceText; }
 
     /// Whether the host had the memory for understanding it. Without, nothing here says anything
     /// about the text.
@@ -25,7 +25,7 @@ public:
     [[nodiscard]] const QVariantMap& contents() const { return values; }
 
 private:
-    QByteArray ownText;
+    QByteArray sourceText;
     QVariantMap values;
     bool available = false;
     bool damaged = false;

@@ -1,4 +1,4 @@
-#include "platform/process/FilledIn.h"
+#include "platform/process/Formatted.h"
 #include "platform/process/UnifiedLog.h"
 
 #include <utility>
@@ -35,7 +35,7 @@ public:
         if ((::setlogmask(0) & LOG_MASK(LOG_ERR)) == 0) {
             return;
         }
-        std::string entry = origin + filledIn(format, {first, second});
+        std::string entry = origin + formatted(format, {first, second});
         blankOutControlCharacters(entry);
         ::syslog(LOG_USER | LOG_ERR, "%s", entry.c_str());
     }

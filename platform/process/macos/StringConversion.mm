@@ -11,7 +11,7 @@ namespace {
 
 /// Puts U+FFFD in the place of each half of a surrogate pair; the toolkit would write a question
 /// mark for it.
-void replaceHalfPairs(QString& text)
+void replaceUnpairedSurrogates(QString& text)
 {
     for (qsizetype index = 0; index < text.size(); ++index) {
         const bool beginsPair = text.at(index).isHighSurrogate() && index + 1 < text.size() &&
@@ -45,7 +45,7 @@ std::string toUtf8(NSString* text)
     QString units(static_cast<qsizetype>([text length]), Qt::Uninitialized);
     [text getCharacters:reinterpret_cast<unichar*>(units.data())
                   range:NSMakeRange(0, [text length])];
-    replaceHalfPairs(units);
+    replaceUnpairedSurrogates(units);
     return units.toStdString();
 }
 

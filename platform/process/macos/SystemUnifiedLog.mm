@@ -1,4 +1,4 @@
-#include "platform/process/FilledIn.h"
+#include "platform/process/Formatted.h"
 #include "platform/process/UnifiedLog.h"
 #include "platform/process/macos/Retained.h"
 
@@ -31,7 +31,7 @@ public:
             os_log_error(
                 log.get(), "Failed to %s launch at login: %s", operation.c_str(), reason.c_str());
         } else {
-            const std::string entry = filledIn(format, {first, second});
+            const std::string entry = formatted(format, {first, second});
             os_log_error(log.get(), "%s", entry.c_str());
         }
     }

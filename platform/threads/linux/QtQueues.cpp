@@ -36,20 +36,21 @@ public:
     {
         {
             const std::lock_guard guard(mutex);
-            list.push_back(std::move(work));
-            if (idle < list.size() && threads < mostThreads) {
+            pendingWork.push_back(std::move(work));
+            if (idleThreads < pendingWork.size() && threads < maxThreads) {
                 startThread();
             }
         }
         // Not under the mutex, for which the thread that wakes would fall asleep again.
-        changed.notify_one();
+        workAvailable.notify_one();
     }
 
     /// Waits until everything that was offered has run, as far as there is a thread to run it.
     void waitForDone()
     {
         std::unique_lock guard(mutex);
-        done.wait(guard, [this] { return busy == 0 && (list.empty() || threads == 0); });
+        allDone.wait(
+            guard, [this] { return busyThreads == 0 && (pendingWork.empty() || threads == 0); });
     }
 
 private:
@@ -58,48 +59,48 @@ private:
     void startThread()
     {
         try {
-            std::thread([this] { runForEver(); }).detach();
+            std::thread([this] { runLoop(); }).detach();
             ++threads;
         } catch (const std::system_error&) {
             return;
         }
     }
 
-    void runForEver()
+    void runLoop()
     {
         lowerThreadPriority();
         std::unique_lock guard(mutex);
         for (;;) {
-            ++idle;
-            changed.wait(guard, [this] { return !list.empty(); });
-            --idle;
-            runFirst(guard);
+            ++idleThreads;
+            workAvailable.wait(guard, [this] { return !pendingWork.empty(); });
+            --idleThreads;
+            runNext(guard);
         }
     }
 
-    void runFirst(std::unique_lock<std::mutex>& guard)
+    void runNext(std::unique_lock<std::mutex>& guard)
     {
-        ++busy;
-        Work work = std::move(list.front());
-        list.pop_front();
+        ++busyThreads;
+        Work work = std::move(pendingWork.front());
+        pendingWork.pop_front();
         guard.unlock();
         work();
         work = nullptr;
         guard.lock();
-        --busy;
-        if (list.empty() && busy == 0) {
-            done.notify_all();
+        --busyThreads;
+        if (pendingWork.empty() && busyThreads == 0) {
+            allDone.notify_all();
         }
     }
 
-    const std::size_t mostThreads = std::max(2U, std::thread::hardware_concurrency());
+    const std::size_t maxThreads = std::max(2U, std::thread::hardware_concurrency());
     std::mutex mutex;
-    std::condition_variable changed;
-    std::condition_variable done;
-    std::deque<Work> list;
+    std::condition_variable workAvailable;
+    std::condition_variable allDone;
+    std::deque<Work> pendingWork;
     std::size_t threads = 0;
-    std::size_t idle = 0;
-    std::size_t busy = 0;
+    std::size_t idleThreads = 0;
+    std::size_t busyThreads = 0;
 };
 
 // Deliberately never destroyed: threads that outlive the application object may still offer work.

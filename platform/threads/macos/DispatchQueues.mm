@@ -21,7 +21,7 @@ void submit(dispatch_queue_t queue, Queue::Work work, dispatch_function_t run)
     dispatch_async_f(queue, std::make_unique<Queue::Work>(std::move(work)).release(), run);
 }
 
-std::unique_ptr<Queue::Work> taken(void* context)
+std::unique_ptr<Queue::Work> takeWork(void* context)
 {
     return std::unique_ptr<Queue::Work>(static_cast<Queue::Work*>(context));
 }
@@ -43,7 +43,7 @@ public:
 private:
     static void run(void* context)
     {
-        const auto work = taken(context);
+        const auto work = takeWork(context);
         if (isOpen()) {
             (*work)();
         }
@@ -69,7 +69,7 @@ private:
     static void run(void* context)
     {
         @autoreleasepool {
-            (*taken(context))();
+            (*takeWork(context))();
         }
     }
 };

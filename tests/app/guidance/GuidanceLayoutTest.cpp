@@ -230,7 +230,7 @@ TEST(GuidanceTexts, AreTranslated)
         QStringLiteral("Systemeinstellungen öffnen"));
 }
 
-TEST(HelperViewGround, IsLeftToTheWindow)
+TEST(HelperViewBackground, IsLeftToTheWindow)
 {
     HelperView view([](const QUrl&) { return true; });
     view.resize(500, 500);

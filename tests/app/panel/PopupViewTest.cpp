@@ -6,8 +6,8 @@
 #include "controls/Switch.h"
 #include "controls/TextLabel.h"
 #include "tests/app/ViewTestBase.h"
-#include "tests/capture/CaptureServices.h"
 #include "tests/capture/PreferenceSandbox.h"
+#include "tests/capture/TestCaptureServices.h"
 #include "tests/support/Await.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/process/OutputCapture.h"
@@ -39,7 +39,7 @@ using testing::IsEmpty;
 constexpr std::array keys{"capturingEnabled", "fourDigitInclude", "loginItemEnabled"};
 
 /// How often the controller was asked for a code, as its log has it.
-auto checksIn(const OutputCapture& output)
+auto checkCount(const OutputCapture& output)
 {
     return std::ranges::count(output.lines(), "ready to access disk");
 }
@@ -49,12 +49,12 @@ class PopupViewTest : public ViewTestBase
 {
 protected:
     /// Makes the panel, of the host's preferences as they are.
-    void make(const std::shared_ptr<Message>& message) { make(message, panelHost()); }
+    void make(const std::shared_ptr<Message>& message) { make(message, panelServices()); }
 
-    void make(const std::shared_ptr<Message>& message, const PanelHost& host)
+    void make(const std::shared_ptr<Message>& message, const PanelServices& services)
     {
         controller = message;
-        panel = std::make_unique<PopupView>(message, host);
+        panel = std::make_unique<PopupView>(message, services);
         panel->setParent(&window);
         panel->resize(300, panel->sizeHint().height());
         window.resize(300, 540);
@@ -174,13 +174,13 @@ TEST_F(PopupViewTest, WritesASwitchThatTheKeyboardFlips)
 
 TEST_F(PopupViewTest, StoresLaunchAtLoginBeforeItAsksForIt)
 {
-    PanelHost host = panelHost();
+    PanelServices services = panelServices();
     std::vector<std::string> lastCalls;
-    host.setLaunchAtLogin = [&](bool enabled) {
+    services.setLaunchAtLogin = [&](bool enabled) {
         lastCalls.push_back(
             preferences.calls().back() + (enabled ? ", then enable" : ", then disable"));
     };
-    make(watching(), host);
+    make(watching(), services);
     appear();
     pointer::click(toggle("loginItemEnabled"));
     pointer::click(toggle("loginItemEnabled"));
@@ -193,9 +193,9 @@ TEST_F(PopupViewTest, StoresLaunchAtLoginBeforeItAsksForIt)
 
 TEST_F(PopupViewTest, KeepsTheUsersChoiceWhenLaunchAtLoginCannotBeHad)
 {
-    PanelHost host = panelHost();
-    host.setLaunchAtLogin = [](bool) {};
-    make(watching(), host);
+    PanelServices services = panelServices();
+    services.setLaunchAtLogin = [](bool) {};
+    make(watching(), services);
     appear();
     pointer::click(toggle("loginItemEnabled"));
     EXPECT_TRUE(toggle("loginItemEnabled").isChecked());
@@ -282,13 +282,13 @@ TEST_F(PopupViewTest, ChecksOnceAtEachAppearance)
 {
     make(watching());
     const OutputCapture output;
-    EXPECT_EQ(checksIn(output), 0);
+    EXPECT_EQ(checkCount(output), 0);
     for (int times = 1; times <= 3; ++times) {
         window.show();
         QCoreApplication::processEvents();
-        EXPECT_EQ(checksIn(output), times);
+        EXPECT_EQ(checkCount(output), times);
         disappear();
-        EXPECT_EQ(checksIn(output), times);
+        EXPECT_EQ(checkCount(output), times);
     }
     EXPECT_EQ(std::ranges::count(output.lines(), "Opened PopupWindow : APPEAR"), 3);
 }
@@ -341,7 +341,7 @@ TEST_F(PopupViewTest, ShowsNothingAtFirstWhereTheStoreIsNotReady)
 {
     receive("482913");
     OutputCapture swallowed;
-    make(Message::create(host()));
+    make(Message::create(services()));
     EXPECT_THAT(appear(), ElementsAre("Opened PopupWindow : APPEAR", "not ready to access disk"));
     EXPECT_EQ(shownCode(), "");
 }

@@ -38,11 +38,11 @@ protected:
     /// A menu whose host has that address for the product's web page.
     std::unique_ptr<QWidget> menuWithWebsite(const std::string& address)
     {
-        MenuHost host = menuHost();
-        host.website = address;
+        MenuServices services = menuServices();
+        services.website = address;
         auto message = watching();
         const OutputCapture swallowed;
-        auto menu = std::make_unique<StatusMenuView>(std::move(message), host);
+        auto menu = std::make_unique<StatusMenuView>(std::move(message), services);
         showActive(*menu);
         return menu;
     }
@@ -77,9 +77,9 @@ TEST_F(StatusMenuViewTest, OpensTheProductsWebPage)
 
 TEST_F(StatusMenuViewTest, DoesNotCareWhetherTheWebPageOpens)
 {
-    MenuHost host = menuHost();
-    host.openUrl = [](const QUrl&) { return false; };
-    StatusMenuView menu(watching(), host);
+    MenuServices services = menuServices();
+    services.openUrl = [](const QUrl&) { return false; };
+    StatusMenuView menu(watching(), services);
     {
         const OutputCapture swallowed;
         showActive(menu);
@@ -204,12 +204,12 @@ TEST_F(StatusMenuViewTest, IsWalkedThroughByTabFromTopToBottom)
 TEST_F(StatusMenuViewTest, AsksForTheApplicationAtEachCommandOnly)
 {
     int asked = 0;
-    MenuHost host = menuHost();
-    host.application = [&]() -> SharedApplication& {
+    MenuServices services = menuServices();
+    services.application = [&]() -> SharedApplication& {
         ++asked;
         return application;
     };
-    StatusMenuView menu(watching(), host);
+    StatusMenuView menu(watching(), services);
     {
         const OutputCapture swallowed;
         showActive(menu);
@@ -224,11 +224,11 @@ TEST_F(StatusMenuViewTest, AsksForTheApplicationAtEachCommandOnly)
 
 TEST_F(StatusMenuViewTest, StopsWithoutAnApplication)
 {
-    MenuHost host = menuHost();
-    host.application = []() -> SharedApplication& {
+    MenuServices services = menuServices();
+    services.application = []() -> SharedApplication& {
         fatalStop("there is no application object", "host", 1);
     };
-    StatusMenuView menu(watching(), host);
+    StatusMenuView menu(watching(), services);
     {
         const OutputCapture swallowed;
         showActive(menu);
@@ -245,7 +245,7 @@ TEST_F(StatusMenuViewTest, KeepsItsControllerAlive)
 {
     auto message = watching();
     const std::weak_ptr<Message> weak = message;
-    auto menu = std::make_unique<StatusMenuView>(std::move(message), menuHost());
+    auto menu = std::make_unique<StatusMenuView>(std::move(message), menuServices());
     EXPECT_FALSE(weak.expired());
     menu.reset();
     EXPECT_TRUE(weak.expired());
@@ -266,10 +266,10 @@ TEST_F(StatusMenuViewTest, GivesItsPanelTheSameController)
     EXPECT_EQ(named<PopupView>(*menu, "panel").verificationCode(), "482913");
 }
 
-TEST(MenuHost, OfTheProgramKnowsTheProductsWebPage)
+TEST(MenuServices, OfTheProgramKnowsTheProductsWebPage)
 {
-    EXPECT_EQ(MenuHost::native().website, identity::website);
-    const QUrl url(QString::fromStdString(MenuHost::native().website), QUrl::StrictMode);
+    EXPECT_EQ(MenuServices::native().website, identity::website);
+    const QUrl url(QString::fromStdString(MenuServices::native().website), QUrl::StrictMode);
     EXPECT_TRUE(url.isValid());
     EXPECT_EQ(url.scheme(), QStringLiteral("https"));
 }

@@ -32,7 +32,7 @@ protected:
             {.file = file, .reason = "called off the main thread"});
     }
 
-    [[nodiscard]] LaunchHost launchHost()
+    [[nodiscard]] DelegateServices delegateServices()
     {
         return {
             .userDefaults = preferences,
@@ -46,7 +46,7 @@ protected:
 
 TEST_F(ViewThreads, StopAnAppearanceElsewhere)
 {
-    PopupView panel(watching(), panelHost());
+    PopupView panel(watching(), panelServices());
     expectStopOnAnotherThread(
         [&panel] {
             QShowEvent event;
@@ -59,14 +59,15 @@ TEST_F(ViewThreads, StopThePanelsMakingElsewhere)
 {
     const auto message = watching();
     expectStopOnAnotherThread(
-        [&] { const PopupView panel(message, panelHost()); }, "app/panel/PopupView.cpp");
+        [&] { const PopupView panel(message, panelServices()); }, "app/panel/PopupView.cpp");
 }
 
 TEST_F(ViewThreads, StopTheMenusMakingElsewhere)
 {
     const auto message = watching();
     expectStopOnAnotherThread(
-        [&] { const StatusMenuView menu(message, menuHost()); }, "app/panel/StatusMenuView.cpp");
+        [&] { const StatusMenuView menu(message, menuServices()); },
+        "app/panel/StatusMenuView.cpp");
 }
 
 TEST_F(ViewThreads, StopTheGuidancesMakingElsewhere)
@@ -106,13 +107,13 @@ TEST_F(ViewThreads, StopAPointerElsewhere)
 TEST_F(ViewThreads, StopTheApplicationsMakingElsewhere)
 {
     expectStopOnAnotherThread(
-        [this] { const AppDelegate delegate(launchHost()); }, "app/AppDelegate.cpp");
+        [this] { const AppDelegate delegate(delegateServices()); }, "app/AppDelegate.cpp");
     expectStopOnAnotherThread([] { const OrlimoApp app; }, "app/AppDelegate.cpp");
 }
 
 TEST_F(ViewThreads, StopEachTurnOfTheApplicationElsewhere)
 {
-    AppDelegate delegate(launchHost());
+    AppDelegate delegate(delegateServices());
     delegate.message = watching();
     const std::string_view file = "app/AppDelegate.cpp";
     expectStopOnAnotherThread([&] { delegate.applicationWillFinishLaunching(); }, file);

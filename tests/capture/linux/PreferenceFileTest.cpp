@@ -2,7 +2,7 @@
 #include "capture/PreferenceKeys.h"
 #include "platform/files/LibraryFolder.h"
 #include "tests/capture/MessageTestBase.h"
-#include "tests/capture/OwnHome.h"
+#include "tests/capture/PrivateHome.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/process/OutputCapture.h"
 
@@ -98,7 +98,7 @@ TEST(CapturePreferencesDeathTest, EveryOneHasTheSharedReaderAndThePlatformsOwn)
     EXPECT_EXIT(
         {
             ::dup2(STDERR_FILENO, STDOUT_FILENO);
-            moveIntoOwnHome();
+            switchToPrivateHome();
             StoreWriter store(libraryFolder().value_or(""));
             store.appendText("Your code is 482913");
             standardUserDefaults().setBool(true, preference::capturingEnabled);

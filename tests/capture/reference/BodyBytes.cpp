@@ -8,9 +8,9 @@ namespace orlimo {
 
 namespace {
 
-std::string archived(std::string_view words, sample::ArchivedString string)
+std::string archived(std::string_view messageText, sample::ArchivedString string)
 {
-    const auto bytes = sample::archivedBody(words, string);
+    const auto bytes = sample::archivedBody(messageText, string);
     return {bytes.begin(), bytes.end()};
 }
 
@@ -36,14 +36,14 @@ std::string archivedLength(std::size_t length)
     return {'\x81', static_cast<char>(length % 256), static_cast<char>(length / 256)};
 }
 
-std::string mutableStringBody(std::string_view words)
+std::string mutableStringBody(std::string_view messageText)
 {
-    return archived(words, sample::ArchivedString::mutableString);
+    return archived(messageText, sample::ArchivedString::mutableString);
 }
 
-std::string immutableStringBody(std::string_view words)
+std::string immutableStringBody(std::string_view messageText)
 {
-    return archived(words, sample::ArchivedString::immutableString);
+    return archived(messageText, sample::ArchivedString::immutableString);
 }
 
 } // namespace orlimo

@@ -14,9 +14,9 @@ namespace orlimo {
 [[nodiscard]] std::string archivedLength(std::size_t length);
 
 /// The body of a message with a mutable string, as it is stored.
-[[nodiscard]] std::string mutableStringBody(std::string_view words);
+[[nodiscard]] std::string mutableStringBody(std::string_view messageText);
 
 /// The same with an immutable string, whose fixed run differs in one byte.
-[[nodiscard]] std::string immutableStringBody(std::string_view words);
+[[nodiscard]] std::string immutableStringBody(std::string_view messageText);
 
 } // namespace orlimo

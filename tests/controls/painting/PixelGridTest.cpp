@@ -64,7 +64,7 @@ TEST_P(PixelGridAt, HasLinesOfWholePixelsNoWiderThanAPoint)
 {
     const double width = on.grid().lineWidth();
     EXPECT_EQ(pixels(width), std::max(1.0, std::floor(GetParam())));
-    EXPECT_EQ(on.grid().isOfPoints(), GetParam() == 1);
+    EXPECT_EQ(on.grid().hasPointSizedPixels(), GetParam() == 1);
 }
 
 INSTANTIATE_TEST_SUITE_P(Scales, PixelGridAt, testing::Values(1, 1.25, 1.5, 1.75, 2, 2.25, 3));

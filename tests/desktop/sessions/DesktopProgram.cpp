@@ -82,7 +82,7 @@ void DesktopProgram::chooseFromIconsMenu(int number, int count)
         menu = ownDesktop.windows().menuOf(processId());
         return menu.has_value();
     };
-    require(awaitSparingly(isShown), "the icon has no menu");
+    require(awaitWithPolling(isShown), "the icon has no menu");
     const int height = menu->height() / count;
     ownDesktop.click({menu->center().x(), menu->top() + number * height + height / 2});
 }
@@ -95,7 +95,7 @@ QPoint DesktopProgram::awaitIcon()
         icon = ownDesktop.windows().trayIconOf(processId());
         return icon.has_value();
     };
-    require(awaitSparingly(isDocked), "no icon in the tray");
+    require(awaitWithPolling(isDocked), "no icon in the tray");
     return icon->center();
 }
 
@@ -104,7 +104,7 @@ void DesktopProgram::open()
     const long before = count(appearLine);
     clickIcon();
     require(
-        awaitOpen() && awaitSparingly([&] { return count(appearLine) > before; }),
+        awaitOpen() && awaitWithPolling([&] { return count(appearLine) > before; }),
         "the window does not open");
 }
 
@@ -116,7 +116,7 @@ void DesktopProgram::close()
 
 bool DesktopProgram::awaitOpen()
 {
-    return awaitSparingly([this] {
+    return awaitWithPolling([this] {
         const auto opened = window();
         return opened && hasFocus(*opened);
     });
@@ -124,7 +124,7 @@ bool DesktopProgram::awaitOpen()
 
 bool DesktopProgram::awaitClosed()
 {
-    const bool closed = awaitSparingly([this] { return !window(); });
+    const bool closed = awaitWithPolling([this] { return !window(); });
     lastClick = std::chrono::steady_clock::now();
     return closed;
 }
@@ -157,7 +157,7 @@ Accessible DesktopProgram::element(const std::string& role, const std::string& n
         found = ownDesktop.accessibility().find(applicationName, role, name);
         return found.has_value();
     };
-    require(awaitSparingly(isThere), "no " + role + " \"" + name + '"');
+    require(awaitWithPolling(isThere), "no " + role + " \"" + name + '"');
     return *found;
 }
 
@@ -169,7 +169,7 @@ bool DesktopProgram::shows(const std::string& role, const std::string& name) con
 testing::AssertionResult
 DesktopProgram::awaitShown(const std::string& role, const std::string& name) const
 {
-    if (awaitSparingly([&] { return shows(role, name); })) {
+    if (awaitWithPolling([&] { return shows(role, name); })) {
         return testing::AssertionSuccess();
     }
     return testing::AssertionFailure() << "shown are:\n"
@@ -184,7 +184,7 @@ void DesktopProgram::click(const std::string& role, const std::string& name)
 testing::AssertionResult DesktopProgram::awaitPaste(const std::string& text) const
 {
     const XServer& server = ownDesktop.server();
-    if (awaitSparingly([&] { return server.paste("clipboard") == text; })) {
+    if (awaitWithPolling([&] { return server.paste("clipboard") == text; })) {
         return testing::AssertionSuccess();
     }
     return testing::AssertionFailure()
@@ -195,7 +195,7 @@ testing::AssertionResult
 DesktopProgram::awaitPreferences(const std::map<std::string, std::string>& expected) const
 {
     const auto file = ownSession.preferences();
-    if (awaitSparingly([&] { return preferencesIn(file) == expected; })) {
+    if (awaitWithPolling([&] { return preferencesIn(file) == expected; })) {
         return testing::AssertionSuccess();
     }
     return testing::AssertionFailure()

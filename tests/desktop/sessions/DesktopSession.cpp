@@ -8,10 +8,10 @@
 
 namespace orlimo {
 
-DesktopSession::DesktopSession(const TrayPlace& place, const std::string& screen)
+DesktopSession::DesktopSession(const TrayPosition& position, const std::string& screen)
     : DesktopSession(WithoutTray{}, screen)
 {
-    startTray(place);
+    startTray(position);
     awaitTray();
 }
 
@@ -27,7 +27,7 @@ DesktopSession::DesktopSession(WithoutTray /*kind*/, const std::string& screen)
     windowManager = std::make_unique<ChildProcess>(
         "/usr/bin/openbox",
         ChildSettings{.arguments = {"--sm-disable"}, .environment = environment()});
-    EXPECT_TRUE(awaitSparingly([this] { return xWindows.hasWindowManager(); }))
+    EXPECT_TRUE(awaitWithPolling([this] { return xWindows.hasWindowManager(); }))
         << windowManager->errors();
     awaitManagement();
 }
@@ -40,20 +40,20 @@ void DesktopSession::awaitManagement() const
         const ChildProcess window(
             "/usr/bin/xmessage",
             ChildSettings{.arguments = {"Any window"}, .environment = environment()});
-        EXPECT_TRUE(awaitSparingly([this] { return !xWindows.windowsOf(0).empty(); }))
+        EXPECT_TRUE(awaitWithPolling([this] { return !xWindows.windowsOf(0).empty(); }))
             << windowManager->errors();
     }
-    EXPECT_TRUE(awaitSparingly([this] { return xWindows.windowsOf(0).empty(); }));
+    EXPECT_TRUE(awaitWithPolling([this] { return xWindows.windowsOf(0).empty(); }));
 }
 
-void DesktopSession::startTray(const TrayPlace& place)
+void DesktopSession::startTray(const TrayPosition& position)
 {
     // As wide from the start as it will be, so that an icon stays where it is first seen.
     startTrayWith(
         {"--edge",
-         place.edge,
+         position.edge,
          "--align",
-         place.align,
+         position.align,
          "--widthtype",
          "pixel",
          "--width",
@@ -76,7 +76,7 @@ void DesktopSession::startTrayWith(const std::vector<std::string>& options)
 
 void DesktopSession::awaitTray()
 {
-    EXPECT_TRUE(awaitSparingly([this] {
+    EXPECT_TRUE(awaitWithPolling([this] {
         return xWindows.hasTray() && !xWindows.windowsOf(0).empty();
     })) << tray->errors();
 }
@@ -84,7 +84,7 @@ void DesktopSession::awaitTray()
 void DesktopSession::killTray()
 {
     tray.reset();
-    EXPECT_TRUE(awaitSparingly([this] { return !xWindows.hasTray(); }));
+    EXPECT_TRUE(awaitWithPolling([this] { return !xWindows.hasTray(); }));
 }
 
 std::map<std::string, std::optional<std::string>> DesktopSession::environment() const
@@ -107,7 +107,7 @@ std::unique_ptr<ChildProcess> DesktopSession::openOtherApplication() const
         ChildSettings{
             .arguments = {"-geometry", "600x600+340+100", "Another application"},
             .environment = environment()});
-    EXPECT_TRUE(awaitSparingly([this] {
+    EXPECT_TRUE(awaitWithPolling([this] {
         const auto active = windows().activeWindow();
         return active && active->title == "xmessage";
     })) << application->errors();

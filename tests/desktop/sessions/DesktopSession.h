@@ -25,7 +25,7 @@ class DesktopSession
 {
 public:
     /// Where the tray stands, 24 points thick.
-    struct TrayPlace
+    struct TrayPosition
     {
         /// "top", "bottom", "left" or "right".
         std::string edge = "top";
@@ -41,9 +41,10 @@ public:
     /// Starts everything and waits until it serves. `screen` is the width, height and depth in the
     /// X server's notation.
     explicit DesktopSession(const std::string& screen = "1280x800x24")
-        : DesktopSession(TrayPlace{}, screen)
+        : DesktopSession(TrayPosition{}, screen)
     {}
-    explicit DesktopSession(const TrayPlace& place, const std::string& screen = "1280x800x24");
+    explicit DesktopSession(
+        const TrayPosition& position, const std::string& screen = "1280x800x24");
     explicit DesktopSession(WithoutTray kind, const std::string& screen = "1280x800x24");
     DesktopSession(const DesktopSession&) = delete;
     DesktopSession& operator=(const DesktopSession&) = delete;
@@ -57,7 +58,7 @@ public:
     [[nodiscard]] const AccessibilityTree& accessibility() const { return tree; }
 
     /// Starts a tray, and does not wait for it.
-    void startTray(const TrayPlace& place);
+    void startTray(const TrayPosition& position);
     /// The same with the tray's own options and, beyond these, its defaults.
     void startTrayWith(const std::vector<std::string>& options);
 

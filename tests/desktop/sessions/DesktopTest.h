@@ -13,8 +13,8 @@ template <typename Desktop> class DesktopTest : public testing::Test
 protected:
     void SetUp() override
     {
-        if (const std::string obstacle = Desktop::obstacle(); !obstacle.empty()) {
-            GTEST_SKIP() << obstacle;
+        if (const std::string skipReason = Desktop::skipReason(); !skipReason.empty()) {
+            GTEST_SKIP() << skipReason;
         }
         ownDesktop.emplace();
     }

@@ -38,7 +38,7 @@ SessionBuses::SessionBuses(const std::filesystem::path& runtimeFolder)
         });
     const auto name = QString::fromStdString(sessionAddress());
     const auto connection = QDBusConnection::connectToBus(name, name);
-    EXPECT_TRUE(awaitSparingly([&] {
+    EXPECT_TRUE(awaitWithPolling([&] {
         accessibility = accessibilityAddressOn(connection);
         return !accessibility.empty();
     })) << accessibilityLauncher->errors();

@@ -1,6 +1,6 @@
 #include "tests/desktop/sessions/StatusNotifierPanel.h"
 
-#include "tests/support/process/ParentBond.h"
+#include "tests/support/process/ParentDeathSignal.h"
 
 #include <gtest/gtest.h>
 
@@ -14,17 +14,17 @@ StatusNotifierPanel::StatusNotifierPanel(const DesktopSession& desktop, Host hos
           {.arguments = host == Host::present ? std::vector<std::string>{}
                                               : std::vector<std::string>{"without a host"},
            .environment = desktop.environment(),
-           .beforeStart = endWithParent})
+           .beforeStart = dieWithParent})
 {
     EXPECT_TRUE(process.awaitLine("ready")) << process.errors();
 }
 
-void StatusNotifierPanel::hostComes()
+void StatusNotifierPanel::registerHost()
 {
     command("host comes");
 }
 
-void StatusNotifierPanel::hostGoes()
+void StatusNotifierPanel::unregisterHost()
 {
     command("host goes");
 }
@@ -36,7 +36,7 @@ int StatusNotifierPanel::items()
 
 bool StatusNotifierPanel::awaitItem()
 {
-    return awaitSparingly([this] { return items() == 1; });
+    return awaitWithPolling([this] { return items() == 1; });
 }
 
 void StatusNotifierPanel::click()

@@ -22,8 +22,8 @@ public:
     /// Starts it and waits until its name is on the bus.
     explicit StatusNotifierPanel(const DesktopSession& desktop, Host host = Host::present);
 
-    void hostComes();
-    void hostGoes();
+    void registerHost();
+    void unregisterHost();
 
     /// How many items it shows.
     [[nodiscard]] int items();

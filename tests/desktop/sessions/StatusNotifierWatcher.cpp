@@ -103,9 +103,9 @@ StatusNotifierWatcher::StatusNotifierWatcher(const QDBusConnection& sessionBus, 
     bus.registerService(QStringLiteral("org.kde.StatusNotifierWatcher"));
 }
 
-void StatusNotifierWatcher::setHost(bool isThere)
+void StatusNotifierWatcher::setHost(bool isPresent)
 {
-    host = isThere;
+    host = isPresent;
     if (host) {
         Q_EMIT StatusNotifierHostRegistered();
     } else {

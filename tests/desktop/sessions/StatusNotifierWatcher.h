@@ -27,7 +27,7 @@ public:
     StatusNotifierWatcher(const QDBusConnection& sessionBus, bool withHost);
 
     [[nodiscard]] bool hasHost() const { return host; }
-    void setHost(bool isThere);
+    void setHost(bool isPresent);
 
     [[nodiscard]] QStringList items() const { return registered; }
 

@@ -35,7 +35,7 @@ TEST(LaunchAtLoginNatively, KnowsTheLaunchOnlyWhileItIsHandled)
 class LaunchAtLoginOnDisk : public testing::Test
 {
 protected:
-    [[nodiscard]] std::string sayAll(const std::function<void()>& work) const
+    [[nodiscard]] std::string outputOf(const std::function<void()>& work) const
     {
         const auto run = runForked([this, &work] {
             ::setenv("XDG_CONFIG_HOME", configuration.c_str(), 1);
@@ -55,7 +55,7 @@ protected:
     std::filesystem::path entry = configuration / "autostart/app.orlimo.Orlimo.desktop";
 };
 
-void sayState(bool enabled)
+void printState(bool enabled)
 {
     (void)std::puts(enabled ? "on" : "off");
 }
@@ -63,16 +63,16 @@ void sayState(bool enabled)
 TEST_F(LaunchAtLoginOnDisk, ComesAndGoesWithItsEntry)
 {
     EXPECT_EQ(
-        sayAll([this] {
-            sayState(LaunchAtLogin::isEnabled());
+        outputOf([this] {
+            printState(LaunchAtLogin::isEnabled());
             LaunchAtLogin::setEnabled(true);
-            sayState(LaunchAtLogin::isEnabled());
-            sayState(std::filesystem::exists(entry));
+            printState(LaunchAtLogin::isEnabled());
+            printState(std::filesystem::exists(entry));
             LaunchAtLogin::setEnabled(true);
-            sayState(LaunchAtLogin::isEnabled());
+            printState(LaunchAtLogin::isEnabled());
             LaunchAtLogin::setEnabled(false);
-            sayState(LaunchAtLogin::isEnabled());
-            sayState(std::filesystem::exists(entry));
+            printState(LaunchAtLogin::isEnabled());
+            printState(std::filesystem::exists(entry));
         }),
         "off\non\non\non\noff\noff\n");
 }
@@ -80,14 +80,14 @@ TEST_F(LaunchAtLoginOnDisk, ComesAndGoesWithItsEntry)
 TEST_F(LaunchAtLoginOnDisk, TheObservableForwards)
 {
     EXPECT_EQ(
-        sayAll([] {
+        outputOf([] {
             LaunchAtLogin::Observable& observable = LaunchAtLogin::observable();
-            sayState(observable.isEnabled());
+            printState(observable.isEnabled());
             observable.setEnabled(true);
-            sayState(observable.isEnabled());
-            sayState(LaunchAtLogin::isEnabled());
+            printState(observable.isEnabled());
+            printState(LaunchAtLogin::isEnabled());
             LaunchAtLogin::setEnabled(false);
-            sayState(observable.isEnabled());
+            printState(observable.isEnabled());
         }),
         "off\non\non\noff\n");
 }
@@ -95,10 +95,10 @@ TEST_F(LaunchAtLoginOnDisk, TheObservableForwards)
 TEST_F(LaunchAtLoginOnDisk, WhatTheUserHasSwitchedOffStaysOff)
 {
     EXPECT_EQ(
-        sayAll([this] {
+        outputOf([this] {
             writeFile(entry, "[Desktop Entry]\nHidden=true\n");
             LaunchAtLogin::setEnabled(true);
-            sayState(LaunchAtLogin::isEnabled());
+            printState(LaunchAtLogin::isEnabled());
         }),
         "off\n");
     EXPECT_THAT(contentOf(entry), testing::HasSubstr("\nHidden=true\n"));
@@ -108,7 +108,7 @@ TEST_F(LaunchAtLoginOnDisk, WhatTheUserHasSwitchedOffStaysOff)
 TEST_F(LaunchAtLoginOnDisk, DisablingWhatIsNotThereIsLogged)
 {
     EXPECT_EQ(
-        sayAll([] { LaunchAtLogin::setEnabled(false); }),
+        outputOf([] { LaunchAtLogin::setEnabled(false); }),
         std::to_string(LOG_USER | LOG_ERR) +
             " [app.orlimo.Orlimo.LaunchAtLogin:main] Failed to disable launch at login: " +
             entry.string() + ": No such file or directory\n");
@@ -122,9 +122,9 @@ TEST_F(LaunchAtLoginOnDisk, AFolderThatCannotBeMadeIsLoggedAtEachAttempt)
         " [app.orlimo.Orlimo.LaunchAtLogin:main] Failed to enable launch at login: " +
         (configuration / "autostart").string() + ": File exists\n";
     EXPECT_EQ(
-        sayAll([] {
+        outputOf([] {
             LaunchAtLogin::setEnabled(true);
-            sayState(LaunchAtLogin::isEnabled());
+            printState(LaunchAtLogin::isEnabled());
             LaunchAtLogin::setEnabled(true);
         }),
         "off\n" + line + line);
@@ -133,7 +133,7 @@ TEST_F(LaunchAtLoginOnDisk, AFolderThatCannotBeMadeIsLoggedAtEachAttempt)
 TEST_F(LaunchAtLoginOnDisk, NothingIsWrittenWhereErrorsAreMasked)
 {
     EXPECT_EQ(
-        sayAll([] {
+        outputOf([] {
             (void)::setlogmask(LOG_UPTO(LOG_CRIT));
             LaunchAtLogin::setEnabled(false);
         }),

@@ -12,7 +12,7 @@
 namespace orlimo {
 
 /// Scripts of many small steps take their time on a busy machine.
-static constexpr std::chrono::minutes scriptLimit{4};
+static constexpr std::chrono::minutes scriptTimeout{4};
 
 std::map<std::string, std::optional<std::string>> MacTools::environment() const
 {
@@ -48,7 +48,7 @@ CommandResult MacTools::run(
     return CommandResult::of(
         ORLIMO_SOURCES "/packaging/macos/" + script,
         {.arguments = std::move(arguments), .environment = variables},
-        scriptLimit);
+        scriptTimeout);
 }
 
 std::vector<std::string> MacTools::recordedCalls() const
@@ -66,7 +66,7 @@ void MacTools::makeHomebrew(const std::filesystem::path& folder) const
     const auto making = CommandResult::of(
         ORLIMO_MACOS_TESTS "/make-homebrew",
         {.arguments = {folder.string()}, .environment = environment()},
-        scriptLimit);
+        scriptTimeout);
     ASSERT_EQ(making.status, 0) << making.text();
 }
 

@@ -22,52 +22,57 @@ void focus(QWidget& window)
 class ApplicationActivityTest : public testing::Test
 {
 protected:
-    [[nodiscard]] bool awaitWord(bool isActive)
+    [[nodiscard]] bool awaitNotification(bool isActive)
     {
-        return await([this, isActive] { return !told.empty() && told.back() == isActive; });
+        return await([this, isActive] {
+            return !notifications.empty() && notifications.back() == isActive;
+        });
     }
 
-    std::vector<bool> told;
+    std::vector<bool> notifications;
     QWidget window;
     QWidget other;
 };
 
 TEST_F(ApplicationActivityTest, IsToldAtTheStart)
 {
-    const ApplicationActivity without([this](bool isActive) { told.push_back(isActive); });
-    EXPECT_EQ(told, std::vector<bool>{false});
+    const ApplicationActivity without([this](bool isActive) { notifications.push_back(isActive); });
+    EXPECT_EQ(notifications, std::vector<bool>{false});
     focus(window);
-    told.clear();
-    const ApplicationActivity with([this](bool isActive) { told.push_back(isActive); });
-    EXPECT_EQ(told, std::vector<bool>{true});
+    notifications.clear();
+    const ApplicationActivity with([this](bool isActive) { notifications.push_back(isActive); });
+    EXPECT_EQ(notifications, std::vector<bool>{true});
 }
 
 TEST_F(ApplicationActivityTest, IsToldWhenAWindowGetsTheFocus)
 {
-    const ApplicationActivity activity([this](bool isActive) { told.push_back(isActive); });
+    const ApplicationActivity activity(
+        [this](bool isActive) { notifications.push_back(isActive); });
     focus(window);
-    EXPECT_TRUE(told.back());
+    EXPECT_TRUE(notifications.back());
 }
 
 TEST_F(ApplicationActivityTest, IsToldWhenTheWindowWithTheFocusIsClosed)
 {
-    const ApplicationActivity activity([this](bool isActive) { told.push_back(isActive); });
+    const ApplicationActivity activity(
+        [this](bool isActive) { notifications.push_back(isActive); });
     focus(window);
     window.close();
-    EXPECT_TRUE(awaitWord(false));
+    EXPECT_TRUE(awaitNotification(false));
     focus(window);
-    EXPECT_TRUE(told.back());
+    EXPECT_TRUE(notifications.back());
 }
 
 TEST_F(ApplicationActivityTest, GoesOnWhenTheFocusMovesToAnotherWindow)
 {
-    const ApplicationActivity activity([this](bool isActive) { told.push_back(isActive); });
+    const ApplicationActivity activity(
+        [this](bool isActive) { notifications.push_back(isActive); });
     focus(window);
-    told.clear();
+    notifications.clear();
     window.close();
     focus(other);
     runEventLoop(std::chrono::milliseconds(600));
-    EXPECT_EQ(std::count(told.begin(), told.end(), false), 0);
+    EXPECT_EQ(std::count(notifications.begin(), notifications.end(), false), 0);
 }
 
 } // namespace

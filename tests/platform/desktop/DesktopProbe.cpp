@@ -133,16 +133,16 @@ int runExtra()
     const std::map<std::string, std::function<std::string()>> commands{
         {"is open", [&] { return yesOrNo(extra->isOpen()); }},
         {"open", done([&] { extra->open(); })},
-        {"open where there is no icon", done([&] { extra->openWhereThereIsNoIcon(); })},
+        {"open where there is no icon", done([&] { extra->openIfNoTray(); })},
         {"open beside another window", done([&] {
              showBeside();
-             extra->openWhereThereIsNoIcon();
+             extra->openIfNoTray();
          })},
         {"stop the clock", done([&] { clock.stop(); })},
         {"let a minute pass", done([&] { clock.advance(std::chrono::minutes(1)); })},
         {"open on request beside another window", done([&] {
              showBeside();
-             extra->openAmongOthers();
+             extra->openOnRequest();
          })},
         {"text", [&] { return content.text(); }},
         {"about", done([] { sharedApplication().orderFrontStandardAboutPanel({}); })},

@@ -8,25 +8,25 @@
 
 namespace orlimo {
 
-using Turns = std::vector<std::string>;
+using LifecycleEvents = std::vector<std::string>;
 
 /// Notes the turns of the application's life, and does what a test asks at them.
 class RecordingDelegate final : public ApplicationDelegate
 {
 public:
-    void applicationWillFinishLaunching() override { note("will finish", whenWillFinish); }
-    void applicationDidFinishLaunching() override { note("did finish", whenDidFinish); }
-    void applicationWillBecomeActive() override { note("active", whenActive); }
+    void applicationWillFinishLaunching() override { note("will finish", onWillFinish); }
+    void applicationDidFinishLaunching() override { note("did finish", onDidFinish); }
+    void applicationWillBecomeActive() override { note("active", onActive); }
 
-    Turns turns;
-    std::function<void()> whenWillFinish = [] {};
-    std::function<void()> whenDidFinish = [] {};
-    std::function<void()> whenActive = [] {};
+    LifecycleEvents lifecycleEvents;
+    std::function<void()> onWillFinish = [] {};
+    std::function<void()> onDidFinish = [] {};
+    std::function<void()> onActive = [] {};
 
 private:
-    void note(const std::string& turn, const std::function<void()>& work)
+    void note(const std::string& event, const std::function<void()>& work)
     {
-        turns.push_back(turn);
+        lifecycleEvents.push_back(event);
         work();
     }
 };

@@ -41,7 +41,7 @@ protected:
     /// Runs `work` in the loop of an application that is launched, and ends that.
     void runWith(const std::function<void()>& work)
     {
-        delegate.whenDidFinish = [work] {
+        delegate.onDidFinish = [work] {
             later([work] {
                 work();
                 sharedApplication().terminate();
@@ -60,33 +60,33 @@ TEST_F(SharedApplicationTest, IsOne)
 
 TEST_F(SharedApplicationTest, FinishesLaunchingOnceTheLoopRuns)
 {
-    delegate.whenWillFinish = [] { EXPECT_EQ(QThread::currentThread()->loopLevel(), 0); };
-    delegate.whenDidFinish = [] {
+    delegate.onWillFinish = [] { EXPECT_EQ(QThread::currentThread()->loopLevel(), 0); };
+    delegate.onDidFinish = [] {
         EXPECT_EQ(QThread::currentThread()->loopLevel(), 1);
         sharedApplication().terminate();
     };
     EXPECT_EQ(run(), 0);
-    EXPECT_EQ(delegate.turns, (Turns{"will finish", "did finish"}));
+    EXPECT_EQ(delegate.lifecycleEvents, (LifecycleEvents{"will finish", "did finish"}));
 }
 
 TEST_F(SharedApplicationTest, LaunchesAndEndsWhenItWasTerminatedBefore)
 {
     sharedApplication().terminate();
     EXPECT_EQ(run(), 0);
-    EXPECT_EQ(delegate.turns, (Turns{"will finish", "did finish"}));
+    EXPECT_EQ(delegate.lifecycleEvents, (LifecycleEvents{"will finish", "did finish"}));
 }
 
 TEST_F(SharedApplicationTest, LaunchesAndEndsWhenItIsTerminatedBeforeTheLoop)
 {
-    delegate.whenWillFinish = [] { sharedApplication().terminate(); };
+    delegate.onWillFinish = [] { sharedApplication().terminate(); };
     EXPECT_EQ(run(), 0);
-    EXPECT_EQ(delegate.turns, (Turns{"will finish", "did finish"}));
+    EXPECT_EQ(delegate.lifecycleEvents, (LifecycleEvents{"will finish", "did finish"}));
 }
 
 TEST_F(SharedApplicationTest, SaysThatItIsTerminatingUntilItHasEnded)
 {
     EXPECT_FALSE(sharedApplication().isTerminating());
-    delegate.whenDidFinish = [] {
+    delegate.onDidFinish = [] {
         EXPECT_FALSE(sharedApplication().isTerminating());
         sharedApplication().terminate();
         EXPECT_TRUE(sharedApplication().isTerminating());
@@ -106,12 +106,12 @@ TEST_F(SharedApplicationTest, RunsToTheEndAgain)
 
 TEST_F(SharedApplicationTest, EndsThoughAWindowRefuses)
 {
-    class Stubborn final : public QWidget
+    class UncloseableWindow final : public QWidget
     {
     protected:
         void closeEvent(QCloseEvent* event) override { event->ignore(); }
     };
-    Stubborn window;
+    UncloseableWindow window;
     window.show();
     runWith([] {});
     EXPECT_TRUE(window.isVisible());
@@ -129,7 +129,7 @@ TEST_F(SharedApplicationTest, EndsFromWithinANestedLoop)
 TEST_F(SharedApplicationTest, StaysWhenItsLastWindowCloses)
 {
     bool isStillThere = false;
-    delegate.whenDidFinish = [&isStillThere] {
+    delegate.onDidFinish = [&isStillThere] {
         auto window = std::make_unique<QWidget>();
         window->show();
         window->close();
@@ -145,7 +145,7 @@ TEST_F(SharedApplicationTest, StaysWhenItsLastWindowCloses)
 TEST_F(SharedApplicationTest, StaysWhenAJobOfTheToolkitEnds)
 {
     bool isStillThere = false;
-    delegate.whenDidFinish = [&isStillThere] {
+    delegate.onDidFinish = [&isStillThere] {
         {
             const QEventLoopLocker job;
         }
@@ -161,28 +161,29 @@ TEST_F(SharedApplicationTest, StaysWhenAJobOfTheToolkitEnds)
 TEST_F(SharedApplicationTest, TellsOfAnActivationAfterTheLaunchThatItInterrupts)
 {
     QWidget window;
-    delegate.whenWillFinish = [&window] { focus(window); };
-    delegate.whenActive = [] { sharedApplication().terminate(); };
+    delegate.onWillFinish = [&window] { focus(window); };
+    delegate.onActive = [] { sharedApplication().terminate(); };
     EXPECT_EQ(run(), 0);
-    EXPECT_EQ(delegate.turns, (Turns{"will finish", "did finish", "active"}));
+    EXPECT_EQ(delegate.lifecycleEvents, (LifecycleEvents{"will finish", "did finish", "active"}));
 }
 
 TEST_F(SharedApplicationTest, TellsOfAnActivationThatWasThereBefore)
 {
     QWidget window;
     focus(window);
-    delegate.whenActive = [] { sharedApplication().terminate(); };
+    delegate.onActive = [] { sharedApplication().terminate(); };
     EXPECT_EQ(run(), 0);
-    EXPECT_EQ(delegate.turns, (Turns{"will finish", "did finish", "active"}));
+    EXPECT_EQ(delegate.lifecycleEvents, (LifecycleEvents{"will finish", "did finish", "active"}));
 }
 
 TEST_F(SharedApplicationTest, TellsOfAnActivation)
 {
     runWith([this] {
-        EXPECT_EQ(delegate.turns, (Turns{"will finish", "did finish"}));
+        EXPECT_EQ(delegate.lifecycleEvents, (LifecycleEvents{"will finish", "did finish"}));
         QWidget window;
         focus(window);
-        EXPECT_EQ(delegate.turns, (Turns{"will finish", "did finish", "active"}));
+        EXPECT_EQ(
+            delegate.lifecycleEvents, (LifecycleEvents{"will finish", "did finish", "active"}));
     });
 }
 
@@ -194,7 +195,8 @@ TEST_F(SharedApplicationTest, TakesAMoveToAnotherWindowForNoActivation)
         focus(first);
         focus(second);
         focus(first);
-        EXPECT_EQ(delegate.turns, (Turns{"will finish", "did finish", "active"}));
+        EXPECT_EQ(
+            delegate.lifecycleEvents, (LifecycleEvents{"will finish", "did finish", "active"}));
     });
 }
 
@@ -203,10 +205,10 @@ TEST_F(SharedApplicationTest, IsToldOfNothingAfterItsEnd)
     runWith([] {});
     QWidget window;
     focus(window);
-    EXPECT_EQ(delegate.turns, (Turns{"will finish", "did finish"}));
+    EXPECT_EQ(delegate.lifecycleEvents, (LifecycleEvents{"will finish", "did finish"}));
 }
 
-TEST(SharedApplicationWithoutTheToolkits, StopsTheProgram)
+TEST(SharedApplicationWithoutQApplication, StopsTheProgram)
 {
     for (const char* argument : {"no application", "application without windows"}) {
         ChildProcess probe(ORLIMO_DESKTOP_PROBE, {.arguments = {argument}});

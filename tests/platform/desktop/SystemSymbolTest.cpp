@@ -19,9 +19,9 @@ class SystemSymbolTest : public testing::TestWithParam<const char*>
 protected:
     const QString name = QString::fromLatin1(GetParam());
 
-    [[nodiscard]] QImage drawn(qreal ratio, const QColor& colour = Qt::black) const
+    [[nodiscard]] QImage drawn(qreal ratio, const QColor& color = Qt::black) const
     {
-        return pixelsOf(systemSymbol(name, textSize, colour, ratio));
+        return pixelsOf(systemSymbol(name, textSize, color, ratio));
     }
 };
 
@@ -38,11 +38,10 @@ TEST_P(SystemSymbolTest, HasEveryPixelOfItsSize)
 
 TEST_P(SystemSymbolTest, IsAllInTheColourOfTheText)
 {
-    for (const QColor& colour :
-         {QColor(255, 255, 255), QColor(128, 128, 128), QColor(10, 90, 200, 100)})
-    {
-        EXPECT_TRUE(looksTheSame(drawn(2, colour), tintedShape(drawn(2), colour)))
-            << colour.name().toStdString();
+    for (const QColor& color :
+         {QColor(255, 255, 255), QColor(128, 128, 128), QColor(10, 90, 200, 100)}) {
+        EXPECT_TRUE(isVisuallyEqual(drawn(2, color), tintedShape(drawn(2), color)))
+            << color.name().toStdString();
     }
 }
 

@@ -52,7 +52,7 @@ ForeignLock::ForeignLock(const std::filesystem::path& file, off_t byte, Kind kin
     }
     ::close(ends[1]);
     ::close(life[0]);
-    holdersLife = UniqueFd(life[1]);
+    holderLifetimePipe = UniqueFd(life[1]);
     char answer = '\0';
     EXPECT_EQ(::read(ends[0], &answer, 1), 1);
     EXPECT_EQ(answer, 'y') << "no lock on " << file;
@@ -68,7 +68,7 @@ ForeignLock::~ForeignLock()
     }
 }
 
-bool isLockedSeenFromElsewhere(const std::filesystem::path& file, off_t first, off_t length)
+bool isLockedForOtherProcesses(const std::filesystem::path& file, off_t first, off_t length)
 {
     const auto run = runForked([&] {
         struct flock lock = lockOf(F_WRLCK, first, length);

@@ -27,12 +27,12 @@ public:
 
 private:
     pid_t holder = -1;
-    UniqueFd holdersLife;
+    UniqueFd holderLifetimePipe;
 };
 
 /// Whether a process other than this one finds a lock anywhere in the `length` bytes of `file` from
 /// `first` on: one of this process's own, that is, when nobody else uses the file.
 [[nodiscard]] bool
-isLockedSeenFromElsewhere(const std::filesystem::path& file, off_t first, off_t length);
+isLockedForOtherProcesses(const std::filesystem::path& file, off_t first, off_t length);
 
 } // namespace orlimo

@@ -2,7 +2,7 @@
 
 #include "platform/files/UniqueFd.h"
 #include "tests/platform/files/ForeignLock.h"
-#include "tests/support/HandClock.h"
+#include "tests/support/ManualClock.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -29,10 +29,10 @@ using namespace std::chrono_literals;
 
 // A file that belongs to no store
 
-class GrowthOfAPlainFile : public testing::Test
+class PlainFileGrowth : public testing::Test
 {
 protected:
-    GrowthOfAPlainFile()
+    PlainFileGrowth()
     {
         writeFile(file, "0123456789");
         opened = UniqueFd(::open(file.c_str(), O_RDONLY | O_CLOEXEC));
@@ -44,75 +44,75 @@ protected:
     TemporaryFolder folder;
     std::filesystem::path file = folder.path() / "file";
     UniqueFd opened;
-    HandClock clock;
+    ManualClock clock;
     std::optional<GrowthDetector> detector;
 };
 
-TEST_F(GrowthOfAPlainFile, IsReportedOnce)
+TEST_F(PlainFileGrowth, IsReportedOnce)
 {
-    EXPECT_FALSE(detector->look()) << "it was there before";
+    EXPECT_FALSE(detector->check()) << "it was there before";
     appendToFile(file, "x");
-    EXPECT_TRUE(detector->look());
+    EXPECT_TRUE(detector->check());
     EXPECT_FALSE(detector->isWaiting());
-    EXPECT_FALSE(detector->look());
+    EXPECT_FALSE(detector->check());
     appendToFile(file, "x");
     appendToFile(file, "y");
-    EXPECT_TRUE(detector->look());
-    EXPECT_FALSE(detector->look());
+    EXPECT_TRUE(detector->check());
+    EXPECT_FALSE(detector->check());
 }
 
-TEST_F(GrowthOfAPlainFile, IsNeitherAShrinkNorOverwriting)
+TEST_F(PlainFileGrowth, IsNeitherAShrinkNorOverwriting)
 {
     const UniqueFd writer(::open(file.c_str(), O_WRONLY | O_CLOEXEC));
     ASSERT_EQ(::write(writer.get(), "abcdefghij", 10), 10);
-    EXPECT_FALSE(detector->look());
+    EXPECT_FALSE(detector->check());
     resize(5);
-    EXPECT_FALSE(detector->look());
+    EXPECT_FALSE(detector->check());
     resize(0);
-    EXPECT_FALSE(detector->look());
+    EXPECT_FALSE(detector->check());
     appendToFile(file, "x");
-    EXPECT_TRUE(detector->look()) << "it is longer than it was after the shrink";
+    EXPECT_TRUE(detector->check()) << "it is longer than it was after the shrink";
 }
 
-TEST_F(GrowthOfAPlainFile, CountsSizesBeyondFourGigabytes)
+TEST_F(PlainFileGrowth, CountsSizesBeyondFourGigabytes)
 {
     resize(0x1'0000'0000);
-    EXPECT_TRUE(detector->look());
+    EXPECT_TRUE(detector->check());
     resize(0x1'0000'0001);
-    EXPECT_TRUE(detector->look());
+    EXPECT_TRUE(detector->check());
     resize(1);
-    EXPECT_FALSE(detector->look());
+    EXPECT_FALSE(detector->check());
     resize(0x2'0000'0000);
-    EXPECT_TRUE(detector->look());
+    EXPECT_TRUE(detector->check());
 }
 
-TEST_F(GrowthOfAPlainFile, IsThatOfTheOpenFileAndNotOfItsName)
+TEST_F(PlainFileGrowth, IsThatOfTheOpenFileAndNotOfItsName)
 {
     const auto renamed = folder.path() / "renamed";
     std::filesystem::rename(file, renamed);
     writeFile(file, "a longer file in the place of the first one");
-    EXPECT_FALSE(detector->look());
+    EXPECT_FALSE(detector->check());
     appendToFile(renamed, "x");
-    EXPECT_TRUE(detector->look());
+    EXPECT_TRUE(detector->check());
 }
 
-TEST_F(GrowthOfAPlainFile, IsBelievedWhenTheSystemReportsIt)
+TEST_F(PlainFileGrowth, IsBelievedWhenTheSystemReportsIt)
 {
-    EXPECT_TRUE(detector->look(true)) << "cut and grown to its old size";
+    EXPECT_TRUE(detector->check(true)) << "cut and grown to its old size";
     resize(5);
-    EXPECT_TRUE(detector->look(true)) << "cut and grown to less";
+    EXPECT_TRUE(detector->check(true)) << "cut and grown to less";
     resize(0);
-    EXPECT_FALSE(detector->look(true)) << "grown and cut: nothing is left of it";
+    EXPECT_FALSE(detector->check(true)) << "grown and cut: nothing is left of it";
 }
 
-TEST_F(GrowthOfAPlainFile, IsAssumedWhereTheSizeCannotBeAsked)
+TEST_F(PlainFileGrowth, IsAssumedWhereTheSizeCannotBeAsked)
 {
     opened = UniqueFd();
-    EXPECT_TRUE(detector->look());
+    EXPECT_TRUE(detector->check());
     EXPECT_FALSE(detector->isWaiting());
 }
 
-TEST_F(GrowthOfAPlainFile, CannotBeDetectedForWhatIsNotOpen)
+TEST_F(PlainFileGrowth, CannotBeDetectedForWhatIsNotOpen)
 {
     try {
         const GrowthDetector none(-1, file, clock.function());
@@ -122,21 +122,21 @@ TEST_F(GrowthOfAPlainFile, CannotBeDetectedForWhatIsNotOpen)
     }
 }
 
-TEST_F(GrowthOfAPlainFile, DoesNotWaitForALockBesideIt)
+TEST_F(PlainFileGrowth, DoesNotWaitForALockBesideIt)
 {
     writeFile(folder.path() / "file-shm", "an index");
     const ForeignLock writer(folder.path() / "file-shm", 120);
     appendToFile(file, "x");
-    EXPECT_TRUE(detector->look());
+    EXPECT_TRUE(detector->check());
 }
 
 // The log of a store
 
 /// A log and its shared index, made of what SQLite's WAL-index format says, and the writer's lock.
-class GrowthOfALog : public testing::Test
+class WalGrowth : public testing::Test
 {
 protected:
-    GrowthOfALog()
+    WalGrowth()
     {
         writeFile(log, "");
         writeFile(index, std::string(32'768, '\0'));
@@ -171,7 +171,7 @@ protected:
 
     /// As the next writer does when everything is in the store, and a checkpoint that is about to
     /// cut the log.
-    void beginAnew()
+    void restartLog()
     {
         ++salt;
         storeBoth(0);
@@ -200,313 +200,313 @@ protected:
     std::uint32_t salt = 7;
     std::uint32_t commits = 0;
     UniqueFd opened;
-    HandClock clock;
+    ManualClock clock;
     std::optional<ForeignLock> writeLock;
     std::optional<GrowthDetector> detector;
 };
 
-TEST_F(GrowthOfALog, IsReportedWhenTheCommitCanBeRead)
+TEST_F(WalGrowth, IsReportedWhenTheCommitCanBeRead)
 {
     takeWriteLock();
     write(6);
-    EXPECT_FALSE(detector->look());
+    EXPECT_FALSE(detector->check());
     write(8);
-    EXPECT_FALSE(detector->look());
+    EXPECT_FALSE(detector->check());
     EXPECT_TRUE(detector->isWaiting());
     publish(8);
-    EXPECT_TRUE(detector->look()) << "also before the writer has let go";
+    EXPECT_TRUE(detector->check()) << "also before the writer has let go";
     EXPECT_FALSE(detector->isWaiting());
     releaseWriteLock();
-    EXPECT_FALSE(detector->look());
+    EXPECT_FALSE(detector->check());
 }
 
-TEST_F(GrowthOfALog, WaitsHoweverLongTheWriterTakes)
+TEST_F(WalGrowth, WaitsHoweverLongTheWriterTakes)
 {
     takeWriteLock();
     write(6);
     for (const auto passed : {0ms, 999ms, 1ms, 3500ms, 3'600'000ms}) {
         clock.advance(passed);
-        EXPECT_FALSE(detector->look()) << passed.count();
+        EXPECT_FALSE(detector->check()) << passed.count();
         EXPECT_TRUE(detector->isWaiting()) << passed.count();
     }
     publish(6);
-    EXPECT_TRUE(detector->look());
+    EXPECT_TRUE(detector->check());
 }
 
-TEST_F(GrowthOfALog, IsReportedForOneCommitWhileTheNextIsWritten)
+TEST_F(WalGrowth, IsReportedForOneCommitWhileTheNextIsWritten)
 {
     takeWriteLock();
     write(6);
     publish(6);
     write(7);
-    EXPECT_TRUE(detector->look());
+    EXPECT_TRUE(detector->check());
     EXPECT_TRUE(detector->isWaiting());
     clock.advance(1h);
-    EXPECT_FALSE(detector->look());
+    EXPECT_FALSE(detector->check());
     write(9);
     publish(9);
-    EXPECT_TRUE(detector->look());
+    EXPECT_TRUE(detector->check());
     EXPECT_FALSE(detector->isWaiting());
 }
 
-TEST_F(GrowthOfALog, OfSeveralCommitsIsReportedOnce)
+TEST_F(WalGrowth, OfSeveralCommitsIsReportedOnce)
 {
     write(7);
     publish(7);
     write(9);
     publish(9);
-    EXPECT_TRUE(detector->look());
-    EXPECT_FALSE(detector->look());
+    EXPECT_TRUE(detector->check());
+    EXPECT_FALSE(detector->check());
 }
 
-TEST_F(GrowthOfALog, ThatAWriterGivesUpIsReportedWhenItLetsGo)
+TEST_F(WalGrowth, ThatAWriterGivesUpIsReportedWhenItLetsGo)
 {
     takeWriteLock();
     write(7);
-    EXPECT_FALSE(detector->look());
+    EXPECT_FALSE(detector->check());
     releaseWriteLock();
-    EXPECT_TRUE(detector->look());
-    EXPECT_FALSE(detector->look());
+    EXPECT_TRUE(detector->check());
+    EXPECT_FALSE(detector->check());
 
     for (const std::uint32_t frames : {6U, 7U}) {
         takeWriteLock();
-        EXPECT_FALSE(detector->look());
+        EXPECT_FALSE(detector->check());
         EXPECT_TRUE(detector->isWaiting()) << "nothing reports what is only published";
         publish(frames);
-        EXPECT_TRUE(detector->look()) << "the commit in the place of what was given up is new";
+        EXPECT_TRUE(detector->check()) << "the commit in the place of what was given up is new";
         releaseWriteLock();
-        EXPECT_FALSE(detector->look());
+        EXPECT_FALSE(detector->check());
         EXPECT_FALSE(detector->isWaiting());
     }
 }
 
-TEST_F(GrowthOfALog, IsReportedWhenItsCommitWasBegunBeforeTheWatch)
+TEST_F(WalGrowth, IsReportedWhenItsCommitWasBegunBeforeTheWatch)
 {
     takeWriteLock();
     write(7);
     makeDetector();
-    EXPECT_FALSE(detector->look());
+    EXPECT_FALSE(detector->check());
     EXPECT_TRUE(detector->isWaiting());
     publish(7);
-    EXPECT_TRUE(detector->look());
+    EXPECT_TRUE(detector->check());
 }
 
-TEST_F(GrowthOfALog, IsNotWhatIsWrittenFromTheBeginning)
+TEST_F(WalGrowth, IsNotWhatIsWrittenFromTheBeginning)
 {
-    beginAnew();
+    restartLog();
     for (const std::uint32_t frames : {2U, 4U, 5U}) {
         takeWriteLock();
-        EXPECT_FALSE(detector->look()) << frames;
+        EXPECT_FALSE(detector->check()) << frames;
         publish(frames);
-        EXPECT_FALSE(detector->look()) << frames;
+        EXPECT_FALSE(detector->check()) << frames;
         releaseWriteLock();
-        EXPECT_FALSE(detector->look()) << frames;
+        EXPECT_FALSE(detector->check()) << frames;
         EXPECT_FALSE(detector->isWaiting());
     }
     write(6);
     publish(6);
-    EXPECT_TRUE(detector->look()) << "beyond its old end it grows";
+    EXPECT_TRUE(detector->check()) << "beyond its old end it grows";
 }
 
-TEST_F(GrowthOfALog, IsNotWhatIsWrittenFromTheBeginningAlsoWhereTheLookComesLate)
+TEST_F(WalGrowth, IsNotWhatIsWrittenFromTheBeginningAlsoWhereTheLookComesLate)
 {
-    beginAnew();
+    restartLog();
     publish(4);
-    EXPECT_FALSE(detector->look());
+    EXPECT_FALSE(detector->check());
     publish(5);
-    EXPECT_FALSE(detector->look());
+    EXPECT_FALSE(detector->check());
 }
 
-TEST_F(GrowthOfALog, IsNotACut)
+TEST_F(WalGrowth, IsNotACut)
 {
-    beginAnew();
+    restartLog();
     cut();
-    EXPECT_FALSE(detector->look());
+    EXPECT_FALSE(detector->check());
     EXPECT_FALSE(detector->isWaiting());
     write(2);
     publish(2);
-    EXPECT_TRUE(detector->look());
+    EXPECT_TRUE(detector->check());
 }
 
-TEST_F(GrowthOfALog, IsReportedAlsoWhenItWasCutOffBeforeTheLook)
+TEST_F(WalGrowth, IsReportedAlsoWhenItWasCutOffBeforeTheLook)
 {
     write(7);
     publish(7);
-    beginAnew();
+    restartLog();
     cut();
-    EXPECT_TRUE(detector->look()) << "its commit can be read from the store";
+    EXPECT_TRUE(detector->check()) << "its commit can be read from the store";
     EXPECT_FALSE(detector->isWaiting());
-    EXPECT_FALSE(detector->look());
+    EXPECT_FALSE(detector->check());
     write(2);
     publish(2);
-    EXPECT_TRUE(detector->look());
+    EXPECT_TRUE(detector->check());
 }
 
-TEST_F(GrowthOfALog, IsReportedAlsoWhenItWasCutOffWhileItWaited)
+TEST_F(WalGrowth, IsReportedAlsoWhenItWasCutOffWhileItWaited)
 {
     takeWriteLock();
     write(7);
-    EXPECT_FALSE(detector->look());
+    EXPECT_FALSE(detector->check());
     publish(7);
-    beginAnew();
+    restartLog();
     cut();
-    EXPECT_TRUE(detector->look());
+    EXPECT_TRUE(detector->check());
     EXPECT_FALSE(detector->isWaiting());
 }
 
-TEST_F(GrowthOfALog, IsReportedOnceWhenItIsCutOffDuringTheLook)
+TEST_F(WalGrowth, IsReportedOnceWhenItIsCutOffDuringTheLook)
 {
     bool isCut = false;
     detector.emplace(opened.get(), log, [&] {
         if (!std::exchange(isCut, true)) {
             publish(7);
             releaseWriteLock();
-            beginAnew();
+            restartLog();
             cut();
         }
         return clock.now();
     });
     takeWriteLock();
     write(7);
-    EXPECT_TRUE(detector->look());
+    EXPECT_TRUE(detector->check());
     ASSERT_TRUE(isCut);
-    EXPECT_FALSE(detector->look());
+    EXPECT_FALSE(detector->check());
     EXPECT_FALSE(detector->isWaiting());
 }
 
-TEST_F(GrowthOfALog, IsReportedAlsoWhenTheLogWasBegunAnewWhileItWaited)
+TEST_F(WalGrowth, IsReportedAlsoWhenTheLogWasBegunAnewWhileItWaited)
 {
     takeWriteLock();
     write(7);
-    EXPECT_FALSE(detector->look());
+    EXPECT_FALSE(detector->check());
     publish(7);
-    beginAnew();
-    EXPECT_FALSE(detector->look()) << "it may be about to be cut";
+    restartLog();
+    EXPECT_FALSE(detector->check()) << "it may be about to be cut";
     EXPECT_TRUE(detector->isWaiting());
     publish(2);
     releaseWriteLock();
-    EXPECT_TRUE(detector->look());
+    EXPECT_TRUE(detector->check());
     EXPECT_FALSE(detector->isWaiting());
     publish(7);
-    EXPECT_FALSE(detector->look()) << "it is written over";
+    EXPECT_FALSE(detector->check()) << "it is written over";
 }
 
-TEST_F(GrowthOfALog, IsNotWhatIsWrittenFromTheBeginningBehindAnUnnoticedCommit)
+TEST_F(WalGrowth, IsNotWhatIsWrittenFromTheBeginningBehindAnUnnoticedCommit)
 {
     write(7);
     publish(7);
-    beginAnew();
+    restartLog();
     publish(2);
-    EXPECT_TRUE(detector->look());
+    EXPECT_TRUE(detector->check());
     for (const std::uint32_t frames : {3U, 6U, 7U}) {
         publish(frames);
-        EXPECT_FALSE(detector->look()) << frames;
+        EXPECT_FALSE(detector->check()) << frames;
         EXPECT_FALSE(detector->isWaiting()) << frames;
     }
     write(8);
     publish(8);
-    EXPECT_TRUE(detector->look());
+    EXPECT_TRUE(detector->check());
 }
 
-TEST_F(GrowthOfALog, IsNotWhatIsWrittenIntoALogThatWasCutToALimit)
+TEST_F(WalGrowth, IsNotWhatIsWrittenIntoALogThatWasCutToALimit)
 {
     // The first commit of the new log cuts what is beyond the limit.
     takeWriteLock();
-    beginAnew();
-    EXPECT_FALSE(detector->look());
+    restartLog();
+    EXPECT_FALSE(detector->check());
     write(4);
     publish(1);
     releaseWriteLock();
-    EXPECT_TRUE(detector->look()) << "it may have been cut to nothing";
+    EXPECT_TRUE(detector->check()) << "it may have been cut to nothing";
     for (const std::uint32_t frames : {2U, 4U}) {
         publish(frames);
-        EXPECT_FALSE(detector->look()) << frames;
+        EXPECT_FALSE(detector->check()) << frames;
     }
     write(5);
     publish(5);
-    EXPECT_TRUE(detector->look());
+    EXPECT_TRUE(detector->check());
 }
 
-TEST_F(GrowthOfALog, IsReportedAlsoWhenTheLogWasEmptyBeforeAndAfterIt)
+TEST_F(WalGrowth, IsReportedAlsoWhenTheLogWasEmptyBeforeAndAfterIt)
 {
-    beginAnew();
+    restartLog();
     cut();
-    EXPECT_FALSE(detector->look());
+    EXPECT_FALSE(detector->check());
     write(2);
     publish(2);
-    beginAnew();
+    restartLog();
     cut();
-    EXPECT_TRUE(detector->look());
-    beginAnew();
-    EXPECT_FALSE(detector->look());
+    EXPECT_TRUE(detector->check());
+    restartLog();
+    EXPECT_FALSE(detector->check());
 }
 
-TEST_F(GrowthOfALog, IsReportedAlsoWhenTheLogThatHasItsOldLengthAgainIsWrittenOver)
+TEST_F(WalGrowth, IsReportedAlsoWhenTheLogThatHasItsOldLengthAgainIsWrittenOver)
 {
-    beginAnew();
+    restartLog();
     cut();
     write(5);
     publish(5);
-    beginAnew();
+    restartLog();
     publish(2);
-    EXPECT_TRUE(detector->look());
+    EXPECT_TRUE(detector->check());
     publish(3);
-    EXPECT_FALSE(detector->look());
+    EXPECT_FALSE(detector->check());
 }
 
-TEST_F(GrowthOfALog, IsNotWhatIsWrittenFromTheBeginningInSeveralCommits)
+TEST_F(WalGrowth, IsNotWhatIsWrittenFromTheBeginningInSeveralCommits)
 {
-    beginAnew();
+    restartLog();
     publish(2);
     publish(4);
-    EXPECT_FALSE(detector->look());
+    EXPECT_FALSE(detector->check());
     EXPECT_FALSE(detector->isWaiting());
 }
 
 /// How many frames a log of five has after it was cut and written again, unnoticed.
-class GrowthAfterAnUnnoticedCut : public GrowthOfALog, public testing::WithParamInterface<int>
+class GrowthAfterMissedTruncation : public WalGrowth, public testing::WithParamInterface<int>
 {};
 
-INSTANTIATE_TEST_SUITE_P(Frames, GrowthAfterAnUnnoticedCut, testing::Values(1, 4, 5, 6, 20));
+INSTANTIATE_TEST_SUITE_P(Frames, GrowthAfterMissedTruncation, testing::Values(1, 4, 5, 6, 20));
 
-TEST_P(GrowthAfterAnUnnoticedCut, IsReported)
+TEST_P(GrowthAfterMissedTruncation, IsReported)
 {
-    beginAnew();
+    restartLog();
     cut();
     write(GetParam());
     publish(static_cast<std::uint32_t>(GetParam()));
-    EXPECT_TRUE(detector->look());
+    EXPECT_TRUE(detector->check());
     EXPECT_FALSE(detector->isWaiting());
-    EXPECT_FALSE(detector->look());
+    EXPECT_FALSE(detector->check());
 }
 
-TEST_P(GrowthAfterAnUnnoticedCut, IsReportedAlsoAfterALookRightBeforeTheCut)
+TEST_P(GrowthAfterMissedTruncation, IsReportedAlsoAfterALookRightBeforeTheCut)
 {
     takeWriteLock();
-    beginAnew();
-    EXPECT_FALSE(detector->look());
+    restartLog();
+    EXPECT_FALSE(detector->check());
     EXPECT_TRUE(detector->isWaiting());
     cut();
     releaseWriteLock();
     write(GetParam());
     publish(static_cast<std::uint32_t>(GetParam()));
-    EXPECT_TRUE(detector->look());
+    EXPECT_TRUE(detector->check());
 }
 
-TEST_P(GrowthAfterAnUnnoticedCut, WaitsForItsCommit)
+TEST_P(GrowthAfterMissedTruncation, WaitsForItsCommit)
 {
-    beginAnew();
+    restartLog();
     cut();
     takeWriteLock();
     write(GetParam());
-    const bool reported = detector->look();
+    const bool reported = detector->check();
     clock.advance(5s);
-    EXPECT_FALSE(reported || detector->look());
+    EXPECT_FALSE(reported || detector->check());
     publish(static_cast<std::uint32_t>(GetParam()));
-    EXPECT_TRUE(detector->look());
+    EXPECT_TRUE(detector->check());
 }
 
-TEST_F(GrowthOfALog, OfTheFirstCommitOfAll)
+TEST_F(WalGrowth, OfTheFirstCommitOfAll)
 {
     cut();
     writeFile(index, std::string(32'768, '\0'));
@@ -518,80 +518,80 @@ TEST_F(GrowthOfALog, OfTheFirstCommitOfAll)
     salt = 9;
     takeWriteLock();
     write(2);
-    EXPECT_FALSE(detector->look());
+    EXPECT_FALSE(detector->check());
     publish(2);
-    EXPECT_TRUE(detector->look());
+    EXPECT_TRUE(detector->check());
 }
 
-TEST_F(GrowthOfALog, WithTheLargestPages)
+TEST_F(WalGrowth, WithTheLargestPages)
 {
     pageSize = 65'536;
-    beginAnew();
+    restartLog();
     write(5);
     publish(5);
     makeDetector();
     takeWriteLock();
     write(6);
-    EXPECT_FALSE(detector->look());
+    EXPECT_FALSE(detector->check());
     publish(6);
-    EXPECT_TRUE(detector->look());
+    EXPECT_TRUE(detector->check());
 }
 
-TEST_F(GrowthOfALog, IsJudgedByTheIndexThatIsThereNow)
+TEST_F(WalGrowth, IsJudgedByTheIndexThatIsThereNow)
 {
     const auto replacement = folder.path() / "replacement";
     std::filesystem::copy_file(index, replacement);
     std::filesystem::rename(replacement, index);
     takeWriteLock();
     write(6);
-    EXPECT_FALSE(detector->look());
+    EXPECT_FALSE(detector->check());
     publish(6);
-    EXPECT_TRUE(detector->look());
+    EXPECT_TRUE(detector->check());
 }
 
-TEST_F(GrowthOfALog, WaitsUntilTheIndexIsPublishedWhole)
+TEST_F(WalGrowth, WaitsUntilTheIndexIsPublishedWhole)
 {
     write(6);
     store(48, 6); // the writer is between the two copies
-    EXPECT_FALSE(detector->look());
+    EXPECT_FALSE(detector->check());
     EXPECT_TRUE(detector->isWaiting());
     store(0, 6);
-    EXPECT_TRUE(detector->look());
+    EXPECT_TRUE(detector->check());
 }
 
-TEST_F(GrowthOfALog, WaitsForASecondForAnIndexThatStaysHalfPublished)
+TEST_F(WalGrowth, WaitsForASecondForAnIndexThatStaysHalfPublished)
 {
     write(6);
     store(48, 6);
-    EXPECT_FALSE(detector->look());
+    EXPECT_FALSE(detector->check());
     clock.advance(1s - 1ns);
-    EXPECT_FALSE(detector->look());
+    EXPECT_FALSE(detector->check());
     clock.advance(1ns);
-    EXPECT_TRUE(detector->look());
+    EXPECT_TRUE(detector->check());
     EXPECT_FALSE(detector->isWaiting());
 }
 
-TEST_F(GrowthOfALog, OfUnknownSizeWaitsForTheWriter)
+TEST_F(WalGrowth, OfUnknownSizeWaitsForTheWriter)
 {
     takeWriteLock();
     opened = UniqueFd();
-    EXPECT_FALSE(detector->look());
+    EXPECT_FALSE(detector->check());
     EXPECT_TRUE(detector->isWaiting());
     releaseWriteLock();
-    EXPECT_TRUE(detector->look());
+    EXPECT_TRUE(detector->check());
     EXPECT_FALSE(detector->isWaiting());
 }
 
-TEST_F(GrowthOfALog, IsLookedAtAgainInPausesInProportionToTheWait)
+TEST_F(WalGrowth, IsLookedAtAgainInPausesInProportionToTheWait)
 {
     takeWriteLock();
     write(6);
-    ASSERT_FALSE(detector->look());
+    ASSERT_FALSE(detector->check());
     std::chrono::nanoseconds waited{};
     const auto pauseAfter = [&](std::chrono::nanoseconds span) {
         clock.advance(span - waited);
         waited = span;
-        return detector->pause();
+        return detector->pollInterval();
     };
     EXPECT_EQ(pauseAfter(0ms), 100us);
     EXPECT_EQ(pauseAfter(800us), 100us);
@@ -604,53 +604,53 @@ TEST_F(GrowthOfALog, IsLookedAtAgainInPausesInProportionToTheWait)
 
 // A log whose index says nothing that is understood
 
-class GrowthBesideAnUnknownIndex : public GrowthOfALog
+class GrowthWithUnknownWalIndex : public WalGrowth
 {
 protected:
-    GrowthBesideAnUnknownIndex()
+    GrowthWithUnknownWalIndex()
     {
         writeFile(index, "an index");
         makeDetector();
     }
 };
 
-TEST_F(GrowthBesideAnUnknownIndex, IsReportedAtOnceWhileNobodyWrites)
+TEST_F(GrowthWithUnknownWalIndex, IsReportedAtOnceWhileNobodyWrites)
 {
     write(6);
-    EXPECT_TRUE(detector->look());
+    EXPECT_TRUE(detector->check());
     std::filesystem::remove(index);
     write(7);
-    EXPECT_TRUE(detector->look());
+    EXPECT_TRUE(detector->check());
 }
 
-TEST_F(GrowthBesideAnUnknownIndex, WaitsForTheWriter)
+TEST_F(GrowthWithUnknownWalIndex, WaitsForTheWriter)
 {
     takeWriteLock();
     write(6);
-    EXPECT_FALSE(detector->look());
+    EXPECT_FALSE(detector->check());
     clock.advance(999ms);
-    EXPECT_FALSE(detector->look());
+    EXPECT_FALSE(detector->check());
     releaseWriteLock();
-    EXPECT_TRUE(detector->look());
+    EXPECT_TRUE(detector->check());
     EXPECT_FALSE(detector->isWaiting());
 }
 
-TEST_F(GrowthBesideAnUnknownIndex, WaitsForASecondFromItsBeginning)
+TEST_F(GrowthWithUnknownWalIndex, WaitsForASecondFromItsBeginning)
 {
     takeWriteLock();
     for (int frames = 6; frames <= 7; ++frames) {
         write(frames);
-        EXPECT_FALSE(detector->look());
+        EXPECT_FALSE(detector->check());
         clock.advance(600ms);
-        EXPECT_FALSE(detector->look());
+        EXPECT_FALSE(detector->check());
         clock.advance(400ms);
-        EXPECT_TRUE(detector->look());
+        EXPECT_TRUE(detector->check());
         EXPECT_FALSE(detector->isWaiting());
         clock.advance(1h);
     }
 }
 
-TEST_F(GrowthBesideAnUnknownIndex, IsSuchBesideEveryHeaderOfAnotherFormat)
+TEST_F(GrowthWithUnknownWalIndex, IsSuchBesideEveryHeaderOfAnotherFormat)
 {
     struct Change
     {

@@ -28,7 +28,7 @@ int writeDefault(const std::string& key, const std::string& value)
 }
 
 /// What the user database says of whoever runs the process.
-int sayHomeOfUser()
+int printHomeOfUser()
 {
     const auto entry = currentUserEntry();
     if (entry) {
@@ -42,7 +42,7 @@ int sayHomeOfUser()
 int run(const std::vector<std::string>& arguments)
 {
     const std::map<std::string, std::function<int()>> commands{
-        {"home-of-user", sayHomeOfUser},
+        {"home-of-user", printHomeOfUser},
         {"read-default", [&] { return readDefault(arguments.at(1)); }},
         {"write-default", [&] { return writeDefault(arguments.at(1), arguments.at(2)); }},
     };

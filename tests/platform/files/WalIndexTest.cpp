@@ -41,16 +41,16 @@ std::ptrdiff_t openDescriptors()
 }
 
 /// A connection of this process's own, which reads or writes beside the lock under test.
-class OwnConnection
+class SameProcessConnection
 {
 public:
-    explicit OwnConnection(const std::filesystem::path& store)
+    explicit SameProcessConnection(const std::filesystem::path& store)
     {
         EXPECT_EQ(sqlite3_open(store.c_str(), &connection), SQLITE_OK);
     }
-    OwnConnection(const OwnConnection&) = delete;
-    OwnConnection& operator=(const OwnConnection&) = delete;
-    ~OwnConnection() { sqlite3_close(connection); }
+    SameProcessConnection(const SameProcessConnection&) = delete;
+    SameProcessConnection& operator=(const SameProcessConnection&) = delete;
+    ~SameProcessConnection() { sqlite3_close(connection); }
 
     void run(const std::string& sql)
     {
@@ -115,7 +115,7 @@ TEST_F(WalIndexTest, AskingDoesNotHinderTheWriter)
         writer.tell("commit");
     }
     writer.tell("truncate");
-    EXPECT_FALSE(isLockedSeenFromElsewhere(index, firstLockByte, numberOfLockBytes - 1));
+    EXPECT_FALSE(isLockedForOtherProcesses(index, firstLockByte, numberOfLockBytes - 1));
 }
 
 TEST_F(WalIndexTest, ReadersDoNotHoldTheWriteLock)
@@ -127,33 +127,33 @@ TEST_F(WalIndexTest, ReadersDoNotHoldTheWriteLock)
 
 TEST_F(WalIndexTest, WriteLockOfThisProcessDoesNotCount)
 {
-    OwnConnection own(store);
+    SameProcessConnection own(store);
     own.run("BEGIN IMMEDIATE; DELETE FROM message");
-    EXPECT_TRUE(isLockedSeenFromElsewhere(index, firstLockByte, 1));
+    EXPECT_TRUE(isLockedForOtherProcesses(index, firstLockByte, 1));
     EXPECT_FALSE(isWriteLockHeld(walIndex));
     own.run("ROLLBACK");
 }
 
 TEST_F(WalIndexTest, AskingDoesNotDropThisProcessesOwnLocks)
 {
-    OwnConnection own(store);
+    SameProcessConnection own(store);
     own.run("BEGIN; SELECT count(*) FROM message");
     writer.tell("text after the reader has begun");
-    ASSERT_TRUE(isLockedSeenFromElsewhere(index, firstLockByte + 3, 5)) << "the reader's lock";
+    ASSERT_TRUE(isLockedForOtherProcesses(index, firstLockByte + 3, 5)) << "the reader's lock";
     for (int time = 0; time < 1000; ++time) {
         EXPECT_FALSE(isWriteLockHeld(walIndex));
     }
-    EXPECT_TRUE(isLockedSeenFromElsewhere(index, firstLockByte + 3, 5)) << "the reader's lock";
+    EXPECT_TRUE(isLockedForOtherProcesses(index, firstLockByte + 3, 5)) << "the reader's lock";
     own.run("COMMIT");
-    EXPECT_FALSE(isLockedSeenFromElsewhere(index, firstLockByte + 3, 5));
+    EXPECT_FALSE(isLockedForOtherProcesses(index, firstLockByte + 3, 5));
 }
 
 TEST_F(WalIndexTest, GoingAwayDoesNotDropThisProcessesOwnLocks)
 {
-    OwnConnection own(store);
+    SameProcessConnection own(store);
     own.run("BEGIN; SELECT count(*) FROM message");
     EXPECT_FALSE(isWriteLockHeld(*std::make_unique<WalIndex>(folder.path() / "chat.db-wal")));
-    EXPECT_TRUE(isLockedSeenFromElsewhere(index, firstLockByte + 3, 5)) << "the reader's lock";
+    EXPECT_TRUE(isLockedForOtherProcesses(index, firstLockByte + 3, 5)) << "the reader's lock";
     own.run("COMMIT");
 }
 
@@ -168,10 +168,10 @@ TEST_F(WalIndexTest, OpensTheIndexOnce)
 }
 
 /// The lock of a shared index that the test makes itself.
-class WalIndexOfItsOwn : public testing::Test
+class StandaloneWalIndex : public testing::Test
 {
 protected:
-    WalIndexOfItsOwn() { writeFile(index, "an index"); }
+    StandaloneWalIndex() { writeFile(index, "an index"); }
 
     TemporaryFolder folder;
     std::filesystem::path log = folder.path() / "store-wal";
@@ -179,7 +179,7 @@ protected:
     WalIndex walIndex{log};
 };
 
-TEST_F(WalIndexOfItsOwn, WriteLockIsTheWritersByteAlone)
+TEST_F(StandaloneWalIndex, WriteLockIsTheWritersByteAlone)
 {
     for (off_t byte = firstLockByte - 1; byte < firstLockByte + numberOfLockBytes; ++byte) {
         const ForeignLock foreign(index, byte);
@@ -188,13 +188,13 @@ TEST_F(WalIndexOfItsOwn, WriteLockIsTheWritersByteAlone)
     EXPECT_FALSE(isWriteLockHeld(walIndex));
 }
 
-TEST_F(WalIndexOfItsOwn, WriteLockIsHeldExclusivelyOrNotAtAll)
+TEST_F(StandaloneWalIndex, WriteLockIsHeldExclusivelyOrNotAtAll)
 {
     const ForeignLock foreign(index, firstLockByte, ForeignLock::Kind::shared);
     EXPECT_FALSE(isWriteLockHeld(walIndex));
 }
 
-TEST_F(WalIndexOfItsOwn, WriteLockOfAFileThatIsNoLogIsFree)
+TEST_F(StandaloneWalIndex, WriteLockOfAFileThatIsNoLogIsFree)
 {
     const ForeignLock foreign(index, firstLockByte);
     for (const char* name : {"store", "store-shm", "store-wal2", "store.wal", "-wa", ""}) {
@@ -205,7 +205,7 @@ TEST_F(WalIndexOfItsOwn, WriteLockOfAFileThatIsNoLogIsFree)
 }
 
 /// In folders with odd names.
-class WalIndexInFolder : public WalIndexOfItsOwn, public testing::WithParamInterface<const char*>
+class WalIndexInFolder : public StandaloneWalIndex, public testing::WithParamInterface<const char*>
 {};
 
 INSTANTIATE_TEST_SUITE_P(
@@ -213,7 +213,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST_P(WalIndexInFolder, WriteLockIsFound)
 {
-    if (!takesNameOf(folder.path() / GetParam())) {
+    if (!supportsFileName(folder.path() / GetParam())) {
         GTEST_SKIP() << "the file system takes no such name";
     }
     const auto odd = folder.path() / GetParam() / "store-wal-wal";
@@ -225,7 +225,7 @@ TEST_P(WalIndexInFolder, WriteLockIsFound)
     EXPECT_TRUE(isWriteLockHeld(oddIndex));
 }
 
-TEST_F(WalIndexOfItsOwn, WriteLockIsFreeWithoutAnIndexAndFoundWhenThereIsOne)
+TEST_F(StandaloneWalIndex, WriteLockIsFreeWithoutAnIndexAndFoundWhenThereIsOne)
 {
     std::filesystem::remove(index);
     EXPECT_FALSE(isWriteLockHeld(walIndex));
@@ -235,7 +235,7 @@ TEST_F(WalIndexOfItsOwn, WriteLockIsFreeWithoutAnIndexAndFoundWhenThereIsOne)
     EXPECT_TRUE(isWriteLockHeld(walIndex));
 }
 
-TEST_F(WalIndexOfItsOwn, WriteLockIsFreeWhenTheIndexWasDeletedUnderItsWriter)
+TEST_F(StandaloneWalIndex, WriteLockIsFreeWhenTheIndexWasDeletedUnderItsWriter)
 {
     const ForeignLock foreign(index, firstLockByte);
     EXPECT_TRUE(isWriteLockHeld(walIndex));
@@ -243,7 +243,7 @@ TEST_F(WalIndexOfItsOwn, WriteLockIsFreeWhenTheIndexWasDeletedUnderItsWriter)
     EXPECT_FALSE(isWriteLockHeld(walIndex));
 }
 
-TEST_F(WalIndexOfItsOwn, WriteLockIsThatOfANewIndexInTheOldOnesPlace)
+TEST_F(StandaloneWalIndex, WriteLockIsThatOfANewIndexInTheOldOnesPlace)
 {
     const ForeignLock foreign(index, firstLockByte);
     EXPECT_TRUE(isWriteLockHeld(walIndex));
@@ -257,7 +257,7 @@ TEST_F(WalIndexOfItsOwn, WriteLockIsThatOfANewIndexInTheOldOnesPlace)
     EXPECT_TRUE(isWriteLockHeld(walIndex));
 }
 
-TEST_F(WalIndexOfItsOwn, WriteLockIsFreeWhenTheIndexMayNotBeRead)
+TEST_F(StandaloneWalIndex, WriteLockIsFreeWhenTheIndexMayNotBeRead)
 {
     const ForeignLock foreign(index, firstLockByte);
     std::filesystem::permissions(folder.path(), std::filesystem::perms(0755));
@@ -270,7 +270,7 @@ TEST_F(WalIndexOfItsOwn, WriteLockIsFreeWhenTheIndexMayNotBeRead)
     EXPECT_EQ(run.errors, "");
 }
 
-TEST_F(WalIndexOfItsOwn, WriteLockIsThatOfTheKnownIndexWhileItCannotBeFound)
+TEST_F(StandaloneWalIndex, WriteLockIsThatOfTheKnownIndexWhileItCannotBeFound)
 {
     std::optional<ForeignLock> foreign(std::in_place, index, firstLockByte);
     EXPECT_TRUE(isWriteLockHeld(walIndex));
@@ -291,7 +291,7 @@ TEST_F(WalIndexOfItsOwn, WriteLockIsThatOfTheKnownIndexWhileItCannotBeFound)
     EXPECT_EQ(whileItCannotBeFound().status, 0);
 }
 
-TEST_F(WalIndexOfItsOwn, WriteLockIsFreeWhenSomethingElseStandsInTheIndexesPlace)
+TEST_F(StandaloneWalIndex, WriteLockIsFreeWhenSomethingElseStandsInTheIndexesPlace)
 {
     std::filesystem::remove(index);
     std::filesystem::create_directory(index);
@@ -310,7 +310,7 @@ TEST_F(WalIndexOfItsOwn, WriteLockIsFreeWhenSomethingElseStandsInTheIndexesPlace
     EXPECT_EQ(run.status, 0);
 }
 
-TEST_F(WalIndexOfItsOwn, WriteLockIsNotHandedDownToOtherPrograms)
+TEST_F(StandaloneWalIndex, WriteLockIsNotHandedDownToOtherPrograms)
 {
     (void)isWriteLockHeld(walIndex);
     int found = 0;

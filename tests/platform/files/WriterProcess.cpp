@@ -20,10 +20,10 @@ WriterProcess::WriterProcess(
 {
     EXPECT_TRUE(process.awaitLine("ready")) << process.errors();
     // Some systems' SQLite cuts a long log by itself.
-    tell("sql PRAGMA journal_size_limit = -1");
+    sendCommand("sql PRAGMA journal_size_limit = -1");
 }
 
-void WriterProcess::tell(const std::string& command)
+void WriterProcess::sendCommand(const std::string& command)
 {
     const std::string answer = process.ask(command);
     EXPECT_FALSE(answer.empty() || answer.starts_with("error")) << command << ": " << answer;
@@ -31,9 +31,9 @@ void WriterProcess::tell(const std::string& command)
 
 void WriterProcess::holdTransactionOpen()
 {
-    tell("begin");
-    tell("text not yet committed");
-    tell("spill");
+    sendCommand("begin");
+    sendCommand("text not yet committed");
+    sendCommand("spill");
 }
 
 void WriterProcess::crash()

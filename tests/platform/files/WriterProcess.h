@@ -22,7 +22,7 @@ public:
         const std::map<std::string, std::optional<std::string>>& environment = {});
 
     /// Has one command carried out. One that fails is a test failure.
-    void tell(const std::string& command);
+    void sendCommand(const std::string& command);
 
     /// Opens a transaction that has written to the log and holds the writer's lock.
     void holdTransactionOpen();

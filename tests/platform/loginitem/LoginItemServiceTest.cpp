@@ -32,7 +32,7 @@ void setVariable(const char* name, const char* value)
     }
 }
 
-std::string registerAndSayHow()
+std::string registerAndReport()
 {
     const auto error = mainAppService().registerItem();
     return error ? error->localizedDescription : "registered";
@@ -56,7 +56,7 @@ protected:
         const auto run = runForked([=] {
             setVariable("XDG_CONFIG_HOME", configuration);
             setVariable("HOME", homeFolder);
-            (void)std::fputs(registerAndSayHow().c_str(), stdout);
+            (void)std::fputs(registerAndReport().c_str(), stdout);
         });
         EXPECT_EQ(run.status, 0);
         EXPECT_EQ(run.errors, "");
@@ -106,7 +106,7 @@ TEST_F(MainAppService, FallsBackToTheHomeInTheUserDatabase)
         if (::setuid(nobody) != 0) {
             ::_exit(1);
         }
-        (void)std::fputs(registerAndSayHow().c_str(), stdout);
+        (void)std::fputs(registerAndReport().c_str(), stdout);
     });
     EXPECT_EQ(run.output, nobodysHome + "/.config/autostart: Permission denied");
 }

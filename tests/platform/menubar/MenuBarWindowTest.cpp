@@ -1,7 +1,7 @@
 #include "platform/menubar/MenuBarWindow.h"
 
 #include "tests/support/Await.h"
-#include "tests/support/HandClock.h"
+#include "tests/support/ManualClock.h"
 
 #include <QApplication>
 #include <QCursor>
@@ -51,7 +51,7 @@ protected:
     }
 
     /// Gives the focus to another window, as a click on that would.
-    void focusElsewhere()
+    void focusOtherWindow()
     {
         other.show();
         other.activateWindow();
@@ -73,7 +73,7 @@ protected:
     /// Longer than a window waits for the pointer to come back.
     static constexpr std::chrono::milliseconds longEnough{300};
 
-    HandClock clock;
+    ManualClock clock;
     std::optional<QRect> icon = QRect(400, 1, 22, 22);
     FocusLoss focusLoss = FocusLoss::deliberate;
     Content content;
@@ -82,9 +82,9 @@ protected:
         content,
         [this] { return icon; },
         clock.function(),
-        MenuBarWindow::Manner{
+        MenuBarWindow::Options{
             .focusLoss = [this] { return focusLoss; },
-            .timeToReturn = std::chrono::milliseconds(50)});
+            .pointerReturnTimeout = std::chrono::milliseconds(50)});
 };
 
 TEST_F(MenuBarWindowTest, IsClosedAtFirst)
@@ -207,7 +207,7 @@ TEST_F(MenuBarWindowTest, TogglesBetweenOpenAndClosed)
 TEST_F(MenuBarWindowTest, ClosesWhenItLosesTheFocus)
 {
     open();
-    focusElsewhere();
+    focusOtherWindow();
     EXPECT_FALSE(window->isOpen());
 }
 
@@ -215,7 +215,7 @@ TEST_F(MenuBarWindowTest, StaysOpenWhenTheFocusFollowedThePointer)
 {
     focusLoss = FocusLoss::followedPointer;
     open();
-    focusElsewhere();
+    focusOtherWindow();
     runEventLoop(longEnough);
     EXPECT_TRUE(window->isOpen());
     window->toggle();
@@ -228,7 +228,7 @@ TEST_F(MenuBarWindowTest, ClosesAtAPressElsewhereAfterTheFocusFollowedThePointer
     open();
     window->pointerWasPressed(QPoint(0, 0));
     EXPECT_TRUE(window->isOpen()) << "with the focus";
-    focusElsewhere();
+    focusOtherWindow();
     window->pointerWasPressed(content.geometry().center());
     EXPECT_TRUE(window->isOpen()) << "inside";
     window->pointerWasPressed(icon->center());
@@ -241,7 +241,7 @@ TEST_F(MenuBarWindowTest, StaysOpenForAnUnknownReasonUntilThePointerHasBeenInsid
 {
     focusLoss = FocusLoss::unknown;
     open();
-    focusElsewhere();
+    focusOtherWindow();
     runEventLoop(longEnough);
     EXPECT_TRUE(window->isOpen());
     pointerEnters();
@@ -250,7 +250,7 @@ TEST_F(MenuBarWindowTest, StaysOpenForAnUnknownReasonUntilThePointerHasBeenInsid
     runEventLoop(longEnough);
     EXPECT_TRUE(window->isOpen());
     // The compositor tells of the keyboard first.
-    focusElsewhere();
+    focusOtherWindow();
     pointerLeaves();
     EXPECT_TRUE(window->isOpen());
     EXPECT_TRUE(await([this] { return !window->isOpen(); }));
@@ -262,7 +262,7 @@ TEST_F(MenuBarWindowTest, StaysOpenWhenThePointerComesBackSoon)
     open();
     pointerEnters();
     pointerLeaves();
-    focusElsewhere();
+    focusOtherWindow();
     EXPECT_TRUE(window->isOpen());
     pointerEnters();
     content.activateWindow();
@@ -278,7 +278,7 @@ TEST_F(MenuBarWindowTest, ClosesWhenTheFocusIsLostLongAfterThePointerLeft)
     pointerEnters();
     pointerLeaves();
     clock.advance(1s);
-    focusElsewhere();
+    focusOtherWindow();
     EXPECT_FALSE(window->isOpen());
 }
 
@@ -287,7 +287,7 @@ TEST_F(MenuBarWindowTest, ClosesWhenTheFocusIsLostAndThePointerStaysInside)
     focusLoss = FocusLoss::unknown;
     open();
     pointerEnters();
-    focusElsewhere();
+    focusOtherWindow();
     EXPECT_TRUE(await([this] { return !window->isOpen(); }));
 }
 
@@ -298,10 +298,10 @@ TEST_F(MenuBarWindowTest, ForgetsThePointerWhenItOpensAgain)
     pointerEnters();
     pointerLeaves();
     clock.advance(1s);
-    focusElsewhere();
+    focusOtherWindow();
     ASSERT_FALSE(window->isOpen());
     open();
-    focusElsewhere();
+    focusOtherWindow();
     runEventLoop(longEnough);
     EXPECT_TRUE(window->isOpen());
 }
@@ -309,7 +309,7 @@ TEST_F(MenuBarWindowTest, ForgetsThePointerWhenItOpensAgain)
 TEST_F(MenuBarWindowTest, IsNotOpenedByTheClickThatTookItsFocus)
 {
     open();
-    focusElsewhere();
+    focusOtherWindow();
     clock.advance(499ms);
     window->toggle();
     EXPECT_FALSE(window->isOpen());
@@ -318,7 +318,7 @@ TEST_F(MenuBarWindowTest, IsNotOpenedByTheClickThatTookItsFocus)
 TEST_F(MenuBarWindowTest, IsOpenedByTheNextClickAfterThat)
 {
     open();
-    focusElsewhere();
+    focusOtherWindow();
     clock.advance(500ms);
     window->toggle();
     EXPECT_TRUE(window->isOpen());
@@ -327,7 +327,7 @@ TEST_F(MenuBarWindowTest, IsOpenedByTheNextClickAfterThat)
 TEST_F(MenuBarWindowTest, IsOpenedOnRequestRightAfterItLostTheFocus)
 {
     open();
-    focusElsewhere();
+    focusOtherWindow();
     open();
     EXPECT_TRUE(window->isOpen());
     window->toggle();
@@ -339,7 +339,7 @@ TEST_F(MenuBarWindowTest, IsOpenedOnRequestRightAfterItLostTheFocus)
 TEST_F(MenuBarWindowTest, TakesAnOldLossOfFocusForOld)
 {
     open();
-    focusElsewhere();
+    focusOtherWindow();
     clock.advance(500ms);
     open();
     window->close();
@@ -350,7 +350,7 @@ TEST_F(MenuBarWindowTest, TakesAnOldLossOfFocusForOld)
 TEST_F(MenuBarWindowTest, TakesTheFocusBackFromAWindowThatOpenedWithIt)
 {
     other.show();
-    window->openAmongOthers();
+    window->openOnRequest();
     ASSERT_TRUE(awaitFocus());
     for (int time = 0; time < 3; ++time) {
         other.activateWindow();
@@ -362,25 +362,25 @@ TEST_F(MenuBarWindowTest, TakesTheFocusBackFromAWindowThatOpenedWithIt)
 
 TEST_F(MenuBarWindowTest, ClosesForAWindowThatIsOpenedAfterIt)
 {
-    window->openAmongOthers();
+    window->openOnRequest();
     ASSERT_TRUE(awaitFocus());
-    focusElsewhere();
+    focusOtherWindow();
     EXPECT_FALSE(window->isOpen());
 }
 
 TEST_F(MenuBarWindowTest, ClosesForAWindowThatOpenedWithItTwoSecondsLater)
 {
     other.show();
-    window->openAmongOthers();
+    window->openOnRequest();
     ASSERT_TRUE(awaitFocus());
     clock.advance(2s);
-    focusElsewhere();
+    focusOtherWindow();
     EXPECT_FALSE(window->isOpen());
 }
 
 TEST_F(MenuBarWindowTest, ClosesForAnotherProgramAlsoWhenItOpenedAmongOthers)
 {
-    window->openAmongOthers();
+    window->openOnRequest();
     ASSERT_TRUE(awaitFocus());
     // None of the application's widgets, as another program's is.
     QWindow another;
@@ -393,12 +393,12 @@ TEST_F(MenuBarWindowTest, ClosesForAnotherProgramAlsoWhenItOpenedAmongOthers)
 
 TEST_F(MenuBarWindowTest, HoldsTheFocusOnlyForTheOpeningAmongOthers)
 {
-    window->openAmongOthers();
+    window->openOnRequest();
     ASSERT_TRUE(awaitFocus());
     window->close();
-    focusElsewhere();
+    focusOtherWindow();
     open();
-    focusElsewhere();
+    focusOtherWindow();
     EXPECT_FALSE(window->isOpen());
 }
 
@@ -435,7 +435,7 @@ TEST_F(MenuBarWindowTest, StaysOpenUnderAMenuOfItsOwn)
     EXPECT_FALSE(menu.isVisible());
     QCoreApplication::processEvents();
     EXPECT_TRUE(window->isOpen());
-    focusElsewhere();
+    focusOtherWindow();
     EXPECT_FALSE(window->isOpen());
 }
 

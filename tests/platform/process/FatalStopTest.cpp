@@ -15,19 +15,19 @@
 namespace orlimo {
 namespace {
 
-std::string placeInThisFile(int line)
+std::string sourceLocation(int line)
 {
     return "tests/platform/process/FatalStopTest.cpp:" + std::to_string(line);
 }
 
 /// Shows that a frame was unwound.
-class Witness
+class UnwindingDetector
 {
 public:
-    Witness() = default;
-    Witness(const Witness&) = delete;
-    Witness& operator=(const Witness&) = delete;
-    ~Witness() { (void)std::fputs("unwound\n", stderr); }
+    UnwindingDetector() = default;
+    UnwindingDetector(const UnwindingDetector&) = delete;
+    UnwindingDetector& operator=(const UnwindingDetector&) = delete;
+    ~UnwindingDetector() { (void)std::fputs("unwound\n", stderr); }
 };
 
 TEST(FatalStop, NamesThePlaceAndTheReasonAndAborts)
@@ -36,7 +36,7 @@ TEST(FatalStop, NamesThePlaceAndTheReasonAndAborts)
     const auto run = runForked([] { fatalStop("the impossible has happened"); });
     EXPECT_EQ(run.signal, SIGABRT);
     EXPECT_EQ(
-        run.errors, "Orlimo stops at " + placeInThisFile(line) + ": the impossible has happened\n");
+        run.errors, "Orlimo stops at " + sourceLocation(line) + ": the impossible has happened\n");
     EXPECT_EQ(run.output, "");
 }
 
@@ -72,7 +72,7 @@ TEST(FatalStop, LeavesStandardOutputAlone)
 TEST(FatalStop, UnwindsNothing)
 {
     const auto run = runForked([] {
-        const Witness witness;
+        const UnwindingDetector witness;
         fatalStop("reason");
     });
     EXPECT_EQ(run.signal, SIGABRT);

@@ -36,7 +36,7 @@ std::string nameOf(int descriptor)
 bool isNamedBy(const std::string& value, int descriptor)
 {
     const auto stream = JournalStream::parse(value);
-    return stream && stream->is(descriptor);
+    return stream && stream->matches(descriptor);
 }
 
 TEST(JournalStream, IsTheSocketOfItsDeviceAndInode)

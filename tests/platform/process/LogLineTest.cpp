@@ -96,7 +96,7 @@ std::vector<std::string> writesOf(const std::function<void()>& work)
 
 /// What a reader that takes a page at a time gets of `lines` through a pipe, of which `flags` hold
 /// for the writer.
-std::string throughASlowPipe(const std::vector<std::string>& lines, int writerFlags)
+std::string readThroughSlowPipe(const std::vector<std::string>& lines, int writerFlags)
 {
     Pipe pipe;
     EXPECT_EQ(::fcntl(pipe.writer.get(), F_SETFL, writerFlags), 0);
@@ -175,13 +175,13 @@ TEST(LogLine, IsInAPipeAtOnce)
 TEST(LogLine, PassesASlowPipeInFull)
 {
     const std::string line = hugeLine();
-    EXPECT_TRUE(throughASlowPipe({line, "after"}, 0) == line + "\nafter\n");
+    EXPECT_TRUE(readThroughSlowPipe({line, "after"}, 0) == line + "\nafter\n");
 }
 
 TEST(LogLine, PassesAPipeThatDoesNotBlockInFull)
 {
     const std::string line = hugeLine();
-    EXPECT_TRUE(throughASlowPipe({line, "after"}, O_NONBLOCK) == line + "\nafter\n");
+    EXPECT_TRUE(readThroughSlowPipe({line, "after"}, O_NONBLOCK) == line + "\nafter\n");
 }
 
 /// How often the signal of the next test was handled.

@@ -2,7 +2,7 @@
 
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/process/ChildProcess.h"
-#include "tests/support/process/Preloading.h"
+#include "tests/support/process/PreloadEnvironment.h"
 
 #include <gtest/gtest.h>
 
@@ -33,7 +33,7 @@ protected:
     {
         writeFile(folder.path() / "passwd", lines);
         writeFile(folder.path() / "group", "");
-        auto environment = preloading({"libnss_wrapper.so"});
+        auto environment = preloadEnvironment({"libnss_wrapper.so"});
         environment.insert(
             {{"NSS_WRAPPER_PASSWD", (folder.path() / "passwd").string()},
              {"NSS_WRAPPER_GROUP", (folder.path() / "group").string()},

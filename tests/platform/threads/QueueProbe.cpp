@@ -2,7 +2,7 @@
 
 #include "platform/threads/Queue.h"
 #include "tests/support/JoiningThread.h"
-#include "tests/support/NoThreads.h"
+#include "tests/support/ThreadCreationBlocker.h"
 
 #include <QCoreApplication>
 
@@ -25,7 +25,7 @@ class Application
 {
 public:
     Application() { application.emplace(count, arguments.data()); }
-    void takeDown() { application.reset(); }
+    void destroyApplication() { application.reset(); }
 
 private:
     std::string name = "probe";
@@ -40,13 +40,13 @@ int succeedIf(bool condition)
 }
 
 /// Work offered to the main queue after the application object has gone is dropped at once.
-int offerAfterwards()
+int enqueueAfterExit()
 {
     Application application;
     bool ranInTime = false;
     mainQueue().async([&ranInTime] { ranInTime = true; });
     QCoreApplication::processEvents();
-    application.takeDown();
+    application.destroyApplication();
 
     auto token = std::make_shared<int>(0);
     const std::weak_ptr<int> kept = token;
@@ -57,19 +57,19 @@ int offerAfterwards()
 }
 
 /// Work that still waits when the application object goes is not run.
-int leaveWaiting()
+int exitWithPendingWork()
 {
     Application application;
     bool ran = false;
     for (int work = 0; work < 100; ++work) {
         mainQueue().async([&ran] { ran = true; });
     }
-    application.takeDown();
+    application.destroyApplication();
     return succeedIf(!ran);
 }
 
 /// Threads offer to both queues before, while and after the application object goes.
-int offerMeanwhile()
+int enqueueConcurrently()
 {
     constexpr int numberOfThreads = 4;
     constexpr int offersOfEach = 2000;
@@ -91,7 +91,7 @@ int offerMeanwhile()
     while (offers < offersOfEach) {
         QCoreApplication::processEvents();
     }
-    application.takeDown();
+    application.destroyApplication();
     threads.clear();
     return succeedIf(offers == numberOfThreads * offersOfEach);
 }
@@ -111,7 +111,7 @@ int finishBackgroundWork()
     while (!begun) {
         std::this_thread::yield();
     }
-    application.takeDown();
+    application.destroyApplication();
     return succeedIf(finished);
 }
 
@@ -119,12 +119,12 @@ int finishBackgroundWork()
 constexpr int notPossibleHere = 77;
 
 /// Background work for which no thread can be started waits until one can.
-int offerBeforeThereAreThreads()
+int enqueueBeforeThreadsStart()
 {
     Application application;
     std::atomic<int> ran = 0;
     {
-        const NoThreads limit;
+        const ThreadCreationBlocker limit;
         if (!limit.isPossible()) {
             return notPossibleHere;
         }
@@ -134,33 +134,33 @@ int offerBeforeThereAreThreads()
         return 1;
     }
     backgroundQueue().async([&ran] { ++ran; });
-    application.takeDown();
+    application.destroyApplication();
     return succeedIf(ran == 2);
 }
 
 /// Background work for which no thread was ever started does not hold the end up.
-int leaveWithoutThreads()
+int exitWithoutThreads()
 {
     Application application;
-    const NoThreads limit;
+    const ThreadCreationBlocker limit;
     if (!limit.isPossible()) {
         return notPossibleHere;
     }
     bool ran = false;
     backgroundQueue().async([&ran] { ran = true; });
-    application.takeDown();
+    application.destroyApplication();
     return succeedIf(!ran);
 }
 
 int run(const std::string& command)
 {
     const std::map<std::string, std::function<int()>> commands{
-        {"offer-afterwards", offerAfterwards},
-        {"leave-waiting", leaveWaiting},
-        {"offer-meanwhile", offerMeanwhile},
+        {"offer-afterwards", enqueueAfterExit},
+        {"leave-waiting", exitWithPendingWork},
+        {"offer-meanwhile", enqueueConcurrently},
         {"finish-background-work", finishBackgroundWork},
-        {"offer-before-there-are-threads", offerBeforeThereAreThreads},
-        {"leave-without-threads", leaveWithoutThreads},
+        {"offer-before-there-are-threads", enqueueBeforeThreadsStart},
+        {"leave-without-threads", exitWithoutThreads},
     };
     return commands.at(command)();
 }

@@ -1,6 +1,6 @@
 #include "tests/resources/translations/CatalogueFile.h"
 
-#include "tests/resources/translations/TextPlace.h"
+#include "tests/resources/translations/TextSlot.h"
 
 #include <QRegularExpression>
 #include <QTranslator>
@@ -55,7 +55,7 @@ TEST_P(CatalogueFileOf, SaysItsLanguage)
 
 TEST_P(CatalogueFileOf, HasEveryTextOnce)
 {
-    EXPECT_EQ(catalogue.texts(), textsOfTheProgram());
+    EXPECT_EQ(catalogue.texts(), programTexts());
 }
 
 TEST_P(CatalogueFileOf, IsFinished)

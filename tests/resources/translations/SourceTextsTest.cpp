@@ -1,5 +1,5 @@
 #include "tests/resources/translations/CatalogueFile.h"
-#include "tests/resources/translations/TextPlace.h"
+#include "tests/resources/translations/TextSlot.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/process/ChildProcess.h"
 
@@ -25,7 +25,7 @@ TEST(SourceTexts, AreThoseOfTheCatalogues)
              "-ts",
              extracted.string()}});
     ASSERT_EQ(lupdate.awaitEnd().status, 0) << lupdate.errors();
-    EXPECT_EQ(CatalogueFile::read(extracted).texts(), textsOfTheProgram());
+    EXPECT_EQ(CatalogueFile::read(extracted).texts(), programTexts());
 }
 
 } // namespace

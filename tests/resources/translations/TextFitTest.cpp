@@ -1,5 +1,5 @@
 #include "tests/resources/translations/CatalogueFile.h"
-#include "tests/resources/translations/TextPlace.h"
+#include "tests/resources/translations/TextSlot.h"
 
 #include <QFontDatabase>
 #include <QFontInfo>
@@ -17,7 +17,7 @@ namespace {
 /// The widest of the fonts that desktops use for their windows, or the only one where the system
 /// has one of its own, in the size and weight of `place`. What it lacks comes from the other fonts
 /// of the system, as in a window.
-QFont fontOf(const TextPlace& place)
+QFont fontOf(const TextSlot& place)
 {
     const QString family = QStringLiteral(ORLIMO_WIDEST_FONT);
     QFont font = QFontDatabase::systemFont(QFontDatabase::GeneralFont);
@@ -30,7 +30,7 @@ QFont fontOf(const TextPlace& place)
     return font;
 }
 
-bool hasAGlyphForEverything(const QTextLayout& layout)
+bool hasAllGlyphs(const QTextLayout& layout)
 {
     const auto runs = layout.glyphRuns();
     return !runs.isEmpty() && std::ranges::none_of(runs, [](const QGlyphRun& run) {
@@ -38,7 +38,7 @@ bool hasAGlyphForEverything(const QTextLayout& layout)
     });
 }
 
-void expectToFit(const QString& text, const TextPlace& place)
+void expectToFit(const QString& text, const TextSlot& place)
 {
     QTextLayout layout(text, fontOf(place));
     QTextOption option;
@@ -51,13 +51,12 @@ void expectToFit(const QString& text, const TextPlace& place)
     }
     layout.endLayout();
     EXPECT_LE(layout.lineCount(), place.lines) << text.toStdString();
-    EXPECT_TRUE(hasAGlyphForEverything(layout))
-        << "no font of this system can show: " << text.toStdString();
+    EXPECT_TRUE(hasAllGlyphs(layout)) << "no font of this system can show: " << text.toStdString();
 }
 
 TEST(TextFit, EnglishTextsFitTheirPlaces)
 {
-    for (const TextPlace& place : textPlaces()) {
+    for (const TextSlot& place : textSlots()) {
         if (place.width > 0) {
             expectToFit(QString::fromUtf8(place.source), place);
         }
@@ -67,11 +66,11 @@ TEST(TextFit, EnglishTextsFitTheirPlaces)
 TEST(TextFit, WhatNoFontCanShowIsNoticed)
 {
     // A private character that no font has.
-    QTextLayout layout(QStringLiteral("Copy \U0010FFFD"), fontOf(textPlaces().front()));
+    QTextLayout layout(QStringLiteral("Copy \U0010FFFD"), fontOf(textSlots().front()));
     layout.beginLayout();
     layout.createLine();
     layout.endLayout();
-    EXPECT_FALSE(hasAGlyphForEverything(layout));
+    EXPECT_FALSE(hasAllGlyphs(layout));
 }
 
 class TextFitIn : public testing::TestWithParam<std::string>
@@ -80,7 +79,7 @@ class TextFitIn : public testing::TestWithParam<std::string>
 TEST_P(TextFitIn, TextsFitTheirPlaces)
 {
     const CatalogueFile catalogue = CatalogueFile::read(catalogueFileOf(GetParam()));
-    for (const TextPlace& place : textPlaces()) {
+    for (const TextSlot& place : textSlots()) {
         if (place.width == 0) {
             continue;
         }

@@ -1,6 +1,6 @@
 #include "resources/translations/TranslationCatalogue.h"
 
-#include "tests/resources/translations/SpokenWords.h"
+#include "tests/resources/translations/TranslationSample.h"
 
 #include <QCoreApplication>
 #include <QTranslator>
@@ -137,7 +137,7 @@ TEST(TranslationCatalogue, NamesTheToolkitsOwn)
         const auto catalogue =
             TranslationCatalogue::forLanguages({QString::fromStdString(language)});
         ASSERT_TRUE(catalogue) << language;
-        EXPECT_EQ(catalogue->toolkitLanguage.toStdString(), name) << language;
+        EXPECT_EQ(catalogue->qtLanguage.toStdString(), name) << language;
     }
 }
 
@@ -153,9 +153,9 @@ protected:
 
 TEST_F(TranslationInstallation, MakesTheProgramAndTheToolkitSpeakTheLanguage)
 {
-    for (const auto& [language, words] : wordsOfEachLanguage()) {
+    for (const auto& [language, words] : translationSamplesByLanguage()) {
         installTranslations(*QCoreApplication::instance(), {QString::fromStdString(language)});
-        EXPECT_EQ(wordsSpoken(), words) << language;
+        EXPECT_EQ(translationSample(), words) << language;
     }
 }
 
@@ -166,10 +166,10 @@ TEST_F(TranslationInstallation, TakesThePlaceOfTheOneBefore)
     installTranslations(application, {QStringLiteral("de")});
     installTranslations(application, {QStringLiteral("ja")});
     EXPECT_EQ(application.findChildren<QTranslator*>().size(), before + 2);
-    EXPECT_EQ(wordsSpoken(), wordsOfEachLanguage().at("ja"));
+    EXPECT_EQ(translationSample(), translationSamplesByLanguage().at("ja"));
     installTranslations(application, {QStringLiteral("en")});
     EXPECT_EQ(application.findChildren<QTranslator*>().size(), before);
-    EXPECT_EQ(wordsSpoken(), wordsOfEachLanguage().at("English"));
+    EXPECT_EQ(translationSample(), translationSamplesByLanguage().at("English"));
 }
 
 } // namespace

@@ -22,12 +22,12 @@ void capture(int priority, const std::string& text)
 CapturedSyslog::CapturedSyslog()
 {
     captured.clear();
-    giveSyslogTo(capture);
+    setSyslogHandler(capture);
 }
 
 CapturedSyslog::~CapturedSyslog()
 {
-    giveSyslogTo(nullptr);
+    setSyslogHandler(nullptr);
 }
 
 std::vector<CapturedSyslog::Entry> CapturedSyslog::entries()

@@ -45,11 +45,11 @@ public:
     /// Waits for the next line of standard output that was not read yet. Absent at the end of the
     /// output or after `limit`.
     [[nodiscard]] std::optional<std::string>
-    readLine(std::chrono::milliseconds limit = generousLimit);
+    readLine(std::chrono::milliseconds limit = defaultTimeout);
 
     /// Reads lines until one is exactly `line`. False when none comes.
     [[nodiscard]] bool
-    awaitLine(const std::string& line, std::chrono::milliseconds limit = generousLimit);
+    awaitLine(const std::string& line, std::chrono::milliseconds limit = defaultTimeout);
 
     /// Writes `line` and a line break to the program's standard input.
     void writeLine(const std::string& line);
@@ -74,7 +74,7 @@ public:
     [[nodiscard]] bool endsWithin(std::chrono::milliseconds limit);
 
     /// Waits for the end of the process; a test failure when it does not come.
-    End awaitEnd(std::chrono::milliseconds limit = generousLimit);
+    End awaitEnd(std::chrono::milliseconds limit = defaultTimeout);
 
     /// Ends the process with SIGTERM and returns how it ended.
     End terminate();

@@ -43,7 +43,7 @@ runAsChild(const std::function<void()>& work, const File& output, const File& er
 {
     const rlimit none{};
     (void)::setrlimit(RLIMIT_CORE, &none);
-    (void)::alarm(static_cast<unsigned>(generousLimit.count()));
+    (void)::alarm(static_cast<unsigned>(defaultTimeout.count()));
     (void)::dup2(::fileno(output.get()), STDOUT_FILENO);
     (void)::dup2(::fileno(errors.get()), STDERR_FILENO);
     work();

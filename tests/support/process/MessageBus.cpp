@@ -1,7 +1,7 @@
 #include "tests/support/process/MessageBus.h"
 
 #include "tests/support/TemporaryFolder.h"
-#include "tests/support/process/ParentBond.h"
+#include "tests/support/process/ParentDeathSignal.h"
 
 #include <gtest/gtest.h>
 
@@ -45,7 +45,7 @@ MessageBus::MessageBus(const std::filesystem::path& runtimeFolder)
         ChildSettings{
             .arguments =
                 {"--config-file=" + configuration.string(), "--print-address=1", "--nofork"},
-            .beforeStart = endWithParent,
+            .beforeStart = dieWithParent,
         });
     ownAddress = daemon->readLine().value_or("");
     EXPECT_FALSE(ownAddress.empty()) << daemon->errors();
@@ -56,7 +56,7 @@ void MessageBus::freeze() const
     daemon->signal(SIGSTOP);
 }
 
-void MessageBus::goOn() const
+void MessageBus::thaw() const
 {
     daemon->signal(SIGCONT);
 }

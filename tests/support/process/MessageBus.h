@@ -25,7 +25,7 @@ public:
 
     /// Has the bus stand still: it takes what it is sent, and answers when it goes on.
     void freeze() const;
-    void goOn() const;
+    void thaw() const;
 
     /// Ends the bus before its time.
     void end();

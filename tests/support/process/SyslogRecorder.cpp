@@ -52,7 +52,7 @@ void record(int priority, const std::string& text)
 }
 
 /// Recording begins when the library is loaded.
-[[maybe_unused]] const bool isRecording = (giveSyslogTo(record), true);
+[[maybe_unused]] const bool isRecording = (setSyslogHandler(record), true);
 
 } // namespace
 } // namespace orlimo

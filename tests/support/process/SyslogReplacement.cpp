@@ -12,15 +12,15 @@ namespace orlimo {
 
 namespace {
 
-std::atomic<SyslogTaker> currentTaker = nullptr;
+std::atomic<SyslogHandler> currentHandler = nullptr;
 
 void take(int priority, const char* format, std::va_list arguments)
 {
     const int errorBefore = errno;
-    const SyslogTaker taker = currentTaker;
+    const SyslogHandler handler = currentHandler;
     char* text = nullptr;
-    if (taker != nullptr && ::vasprintf(&text, format, arguments) >= 0) {
-        taker((priority & LOG_FACMASK) == 0 ? priority | LOG_USER : priority, text);
+    if (handler != nullptr && ::vasprintf(&text, format, arguments) >= 0) {
+        handler((priority & LOG_FACMASK) == 0 ? priority | LOG_USER : priority, text);
         std::free(text);
     }
     errno = errorBefore;
@@ -28,9 +28,9 @@ void take(int priority, const char* format, std::va_list arguments)
 
 } // namespace
 
-void giveSyslogTo(SyslogTaker taker)
+void setSyslogHandler(SyslogHandler handler)
 {
-    currentTaker = taker;
+    currentHandler = handler;
 }
 
 } // namespace orlimo

@@ -5,10 +5,10 @@
 namespace orlimo {
 
 /// What an entry is handed to: its priority, with the facility, and its text.
-using SyslogTaker = void (*)(int priority, const std::string& text);
+using SyslogHandler = void (*)(int priority, const std::string& text);
 
 /// From here on every entry of this process goes to `taker` instead of the system's log. What the
 /// log mask excludes arrives too. Entries before the first call are lost.
-void giveSyslogTo(SyslogTaker taker);
+void setSyslogHandler(SyslogHandler handler);
 
 } // namespace orlimo

@@ -27,10 +27,10 @@ double linear(double channel)
     return channel <= 0.04045 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
 }
 
-double luminance(const QColor& colour)
+double luminance(const QColor& color)
 {
-    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) +
-           0.0722 * linear(colour.blueF());
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
+           0.0722 * linear(color.blueF());
 }
 
 } // namespace
@@ -55,7 +55,7 @@ QRect inkOf(const QImage& pixels)
     return ink;
 }
 
-double shareOfWholePixels(const QImage& pixels)
+double crispPixelRatio(const QImage& pixels)
 {
     int whole = 0;
     for (int y = 0; y < pixels.height(); ++y) {
@@ -72,16 +72,16 @@ QImage tintedShape(const QImage& shape, const QColor& tint)
     QImage pixels(shape.size(), QImage::Format_ARGB32);
     for (int y = 0; y < pixels.height(); ++y) {
         for (int x = 0; x < pixels.width(); ++x) {
-            QColor colour = tint;
-            colour.setAlphaF(
+            QColor color = tint;
+            color.setAlphaF(
                 tint.alphaF() * static_cast<float>(qAlpha(storedPixel(shape, x, y))) / 255.0F);
-            pixels.setPixelColor(x, y, colour);
+            pixels.setPixelColor(x, y, color);
         }
     }
     return pixels.convertToFormat(QImage::Format_ARGB32_Premultiplied);
 }
 
-bool looksTheSame(const QImage& one, const QImage& other)
+bool isVisuallyEqual(const QImage& one, const QImage& other)
 {
     if (one.size() != other.size()) {
         return false;

@@ -2,7 +2,7 @@
 
 #include "tests/desktop/sessions/DesktopVariables.h"
 #include "tests/desktop/sessions/MissingProgram.h"
-#include "tests/support/process/ParentBond.h"
+#include "tests/support/process/ParentDeathSignal.h"
 #include "tests/support/process/PrivateFolder.h"
 
 #include <gtest/gtest.h>
@@ -28,7 +28,7 @@ std::filesystem::path copyOfCompositor(const std::filesystem::path& folder)
 
 } // namespace
 
-std::string KWinSession::obstacle()
+std::string KWinSession::skipReason()
 {
     return missingProgram({"/usr/bin/kwin_wayland", "/usr/bin/wl-copy"});
 }
@@ -58,9 +58,9 @@ KWinSession::KWinSession()
                  "--socket",
                  waylandDisplay},
             .environment = variables,
-            .beforeStart = endWithParent,
+            .beforeStart = dieWithParent,
         });
-    EXPECT_TRUE(awaitSparingly([this] {
+    EXPECT_TRUE(awaitWithPolling([this] {
         return std::filesystem::exists(runtimeFolder / waylandDisplay);
     })) << compositor->errors();
     ownClipboard = std::make_unique<WaylandClipboard>(environment());
@@ -95,7 +95,7 @@ void KWinSession::freeze() const
     compositor->signal(SIGSTOP);
 }
 
-void KWinSession::goOn() const
+void KWinSession::thaw() const
 {
     compositor->signal(SIGCONT);
 }

@@ -19,7 +19,7 @@ class KWinSession
 {
 public:
     /// Why this machine cannot start such a desktop; empty where it can.
-    [[nodiscard]] static std::string obstacle();
+    [[nodiscard]] static std::string skipReason();
 
     /// Starts everything and waits until it serves; what does not start is a test failure.
     KWinSession();
@@ -37,7 +37,7 @@ public:
 
     /// Has the compositor stand still: programs that ask it for something wait until it goes on.
     void freeze() const;
-    void goOn() const;
+    void thaw() const;
 
 private:
     TemporaryFolder folder;

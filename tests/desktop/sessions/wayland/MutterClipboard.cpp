@@ -47,7 +47,7 @@ std::optional<std::string> readToEnd(int descriptor)
     std::array<char, 65536> piece{};
     for (;;) {
         pollfd readable{.fd = descriptor, .events = POLLIN, .revents = 0};
-        const auto limit = static_cast<int>(std::chrono::milliseconds(generousLimit).count());
+        const auto limit = static_cast<int>(std::chrono::milliseconds(defaultTimeout).count());
         if (::poll(&readable, 1, limit) != 1) {
             ADD_FAILURE() << "the clipboard's text does not end; so far: " << text.size();
             return std::nullopt;
@@ -75,7 +75,7 @@ MutterClipboard::MutterClipboard(const std::string& busAddress)
                 QStringLiteral("CreateSession"));
         return answer.type() == QDBusMessage::ReplyMessage;
     };
-    EXPECT_TRUE(awaitSparingly(isThere)) << answer.errorMessage().toStdString();
+    EXPECT_TRUE(awaitWithPolling(isThere)) << answer.errorMessage().toStdString();
     remoteSession = answer.arguments().value(0).value<QDBusObjectPath>().path();
     for (const auto& [method, arguments] :
          {std::pair{QStringLiteral("Start"), QVariantList{}},

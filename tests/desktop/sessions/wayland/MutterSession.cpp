@@ -2,7 +2,7 @@
 
 #include "tests/desktop/sessions/DesktopVariables.h"
 #include "tests/desktop/sessions/MissingProgram.h"
-#include "tests/support/process/ParentBond.h"
+#include "tests/support/process/ParentDeathSignal.h"
 #include "tests/support/process/PrivateFolder.h"
 
 #include <gtest/gtest.h>
@@ -18,7 +18,7 @@ constexpr const char* waylandDisplay = "wayland-mutter";
 
 constexpr const char* socketFolder = "/tmp/.X11-unix";
 
-constexpr auto openToEverybody = std::filesystem::perms::all | std::filesystem::perms::sticky_bit;
+constexpr auto worldReadable = std::filesystem::perms::all | std::filesystem::perms::sticky_bit;
 
 /// Makes the folder of X servers' sockets what it is on a machine that was started the usual way,
 /// for the compositor's X server refuses any other. Other X servers make it less open where they
@@ -27,16 +27,16 @@ void openSocketFolder()
 {
     std::error_code ignored;
     std::filesystem::create_directory(socketFolder, ignored);
-    std::filesystem::permissions(socketFolder, openToEverybody, ignored);
+    std::filesystem::permissions(socketFolder, worldReadable, ignored);
 }
 
 bool isSocketFolderOpen()
 {
-    return std::filesystem::status(socketFolder).permissions() == openToEverybody;
+    return std::filesystem::status(socketFolder).permissions() == worldReadable;
 }
 
 /// What follows `lead` in `text`, up to a character of `ends`.
-std::string wordAfter(const std::string& lead, const std::string& text, const char* ends)
+std::string tokenAfter(const std::string& lead, const std::string& text, const char* ends)
 {
     const std::size_t found = text.find(lead);
     if (found == std::string::npos) {
@@ -59,7 +59,7 @@ std::filesystem::path authorityIn(const std::filesystem::path& runtimeFolder)
 
 } // namespace
 
-std::string MutterSession::obstacle()
+std::string MutterSession::skipReason()
 {
     openSocketFolder();
     const std::string missing = missingProgram({"/usr/bin/mutter", "/usr/bin/Xwayland"});
@@ -86,10 +86,10 @@ MutterSession::MutterSession()
                  "--wayland-display",
                  waylandDisplay},
             .environment = variables,
-            .beforeStart = endWithParent,
+            .beforeStart = dieWithParent,
         });
-    EXPECT_TRUE(awaitSparingly([this] {
-        xDisplay = wordAfter("Using public X11 display ", compositor->errors(), ",");
+    EXPECT_TRUE(awaitWithPolling([this] {
+        xDisplay = tokenAfter("Using public X11 display ", compositor->errors(), ",");
         xAuthority = authorityIn(runtimeFolder);
         return !xDisplay.empty() && std::filesystem::exists(runtimeFolder / waylandDisplay);
     })) << compositor->errors();
@@ -124,7 +124,7 @@ void MutterSession::copy(const std::string& text) const
     tool.writeLine(text);
     tool.closeInput();
     tool.awaitEnd();
-    EXPECT_TRUE(awaitSparingly([&] { return ownClipboard->paste() == text + "\n"; }));
+    EXPECT_TRUE(awaitWithPolling([&] { return ownClipboard->paste() == text + "\n"; }));
 }
 
 void MutterSession::freeze() const
@@ -132,7 +132,7 @@ void MutterSession::freeze() const
     compositor->signal(SIGSTOP);
 }
 
-void MutterSession::goOn() const
+void MutterSession::thaw() const
 {
     compositor->signal(SIGCONT);
 }

@@ -2,7 +2,7 @@
 
 #include "tests/desktop/sessions/DesktopVariables.h"
 #include "tests/desktop/sessions/MissingProgram.h"
-#include "tests/support/process/ParentBond.h"
+#include "tests/support/process/ParentDeathSignal.h"
 #include "tests/support/process/PrivateFolder.h"
 #include "tests/support/process/UnprivilegedUser.h"
 
@@ -73,7 +73,7 @@ void collect(const QJsonObject& node, bool isFloating, std::vector<SwayWindow>& 
 
 } // namespace
 
-std::string SwaySession::obstacle()
+std::string SwaySession::skipReason()
 {
     return missingProgram({"/usr/bin/sway", "/usr/bin/swaybar", "/usr/bin/wl-copy"});
 }
@@ -107,7 +107,7 @@ SwaySession::SwaySession(Bar atTheStart)
                 [] {
                     becomeUnprivilegedUser();
                     // After it, for a new user forgets the bond.
-                    endWithParent();
+                    dieWithParent();
                 },
         });
     std::istringstream answer(compositor->readLine().value_or(""));
@@ -152,16 +152,16 @@ void SwaySession::startBar()
         ChildSettings{
             .arguments = {"--bar_id", "main", "--socket", controlSocket},
             .environment = environment(),
-            .beforeStart = endWithParent,
+            .beforeStart = dieWithParent,
         });
-    EXPECT_TRUE(awaitSparingly([this] { return trayItems.hasHost(); })) << bar->errors();
+    EXPECT_TRUE(awaitWithPolling([this] { return trayItems.hasHost(); })) << bar->errors();
 }
 
 void SwaySession::stopBar()
 {
     bar->terminate();
     bar.reset();
-    EXPECT_TRUE(awaitSparingly([this] { return !trayItems.hasHost(); }));
+    EXPECT_TRUE(awaitWithPolling([this] { return !trayItems.hasHost(); }));
 }
 
 std::vector<SwayWindow> SwaySession::windows() const
@@ -197,7 +197,7 @@ bool SwaySession::showsIcon() const
     constexpr int half = 6;
     const QRect place(onlyIcon - QPoint(half, half), onlyIcon + QPoint(half, half));
     // The bar is there, and it is not empty.
-    return xWindows.coloursIn({inTheMiddle, line}) == 1 && xWindows.coloursIn(place) > 1;
+    return xWindows.colorsIn({inTheMiddle, line}) == 1 && xWindows.colorsIn(place) > 1;
 }
 
 std::unique_ptr<ChildProcess> SwaySession::openOtherApplication() const
@@ -207,7 +207,7 @@ std::unique_ptr<ChildProcess> SwaySession::openOtherApplication() const
         ChildSettings{
             .arguments = {"window"},
             .environment = environment(),
-            .beforeStart = endWithParent,
+            .beforeStart = dieWithParent,
         });
     EXPECT_TRUE(application->awaitLine("focused")) << application->errors();
     return application;
@@ -224,7 +224,7 @@ void SwaySession::freeze() const
     compositor->signal(SIGSTOP);
 }
 
-void SwaySession::goOn() const
+void SwaySession::thaw() const
 {
     compositor->signal(SIGCONT);
 }

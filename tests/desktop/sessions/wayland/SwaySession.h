@@ -34,7 +34,7 @@ public:
     };
 
     /// Why this machine cannot start such a desktop; empty where it can.
-    [[nodiscard]] static std::string obstacle();
+    [[nodiscard]] static std::string skipReason();
 
     /// Starts everything and waits until it serves; what does not start is a test failure.
     explicit SwaySession(Bar bar = Bar::shown);
@@ -77,7 +77,7 @@ public:
 
     /// Has the compositor stand still: programs that ask it for something wait until it goes on.
     void freeze() const;
-    void goOn() const;
+    void thaw() const;
 
     /// Whether the bar shows anything at that place.
     [[nodiscard]] bool showsIcon() const;

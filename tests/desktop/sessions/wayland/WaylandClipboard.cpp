@@ -1,7 +1,7 @@
 #include "tests/desktop/sessions/wayland/WaylandClipboard.h"
 
 #include "tests/support/process/OutputCapture.h"
-#include "tests/support/process/ParentBond.h"
+#include "tests/support/process/ParentDeathSignal.h"
 
 #include <gtest/gtest.h>
 
@@ -13,7 +13,7 @@ namespace {
 
 /// How long the tool may take to read a selection: much less than a test waits for it to change, so
 /// that a selection whose owner is silent is read again.
-constexpr std::chrono::seconds readerLimit{10};
+constexpr std::chrono::seconds readerTimeout{10};
 
 } // namespace
 
@@ -29,7 +29,7 @@ WaylandClipboard::paste(const std::string& selection, const std::string& type) c
         arguments.insert(arguments.end(), {"--type", type});
     }
     ChildProcess reader("/usr/bin/wl-paste", tool(std::move(arguments), selection));
-    if (!reader.endsWithin(readerLimit)) {
+    if (!reader.endsWithin(readerTimeout)) {
         lastProblem = "its owner does not hand its text over: wl-paste does not end";
         return std::nullopt;
     }
@@ -51,7 +51,7 @@ void WaylandClipboard::copy(const std::string& text, const std::string& selectio
     owner = std::make_unique<ChildProcess>(
         "/usr/bin/wl-copy", tool({"--foreground", "--", text}, selection));
     std::optional<std::string> found;
-    EXPECT_TRUE(awaitSparingly([&] { return (found = paste(selection)) == text; }))
+    EXPECT_TRUE(awaitWithPolling([&] { return (found = paste(selection)) == text; }))
         << "instead of \"" << text << "\" it holds " << found.value_or("nothing: " + problem())
         << '\n'
         << owner->errors();
@@ -66,7 +66,7 @@ WaylandClipboard::tool(std::vector<std::string> arguments, const std::string& se
     return {
         .arguments = std::move(arguments),
         .environment = variables,
-        .beforeStart = endWithParent,
+        .beforeStart = dieWithParent,
     };
 }
 

@@ -24,7 +24,7 @@ void say(const std::string& line)
     (void)std::fflush(stdout);
 }
 
-std::string carryOut(StatusNotifierWatcher& watcher, const std::string& command)
+std::string executeCommand(StatusNotifierWatcher& watcher, const std::string& command)
 {
     constexpr std::string_view choose = "choose ";
     if (command.starts_with(choose)) {
@@ -57,7 +57,7 @@ int run(bool withHost)
     QObject::connect(&input, &QSocketNotifier::activated, &watcher, [&watcher] {
         std::string command;
         if (std::getline(std::cin, command)) {
-            say(carryOut(watcher, command));
+            say(executeCommand(watcher, command));
         } else {
             QCoreApplication::quit();
         }

@@ -1,7 +1,7 @@
 #include "tests/desktop/sessions/x11/XServer.h"
 
 #include "tests/support/process/OutputCapture.h"
-#include "tests/support/process/ParentBond.h"
+#include "tests/support/process/ParentDeathSignal.h"
 
 #include <gtest/gtest.h>
 
@@ -29,7 +29,7 @@ XServer::XServer(const std::string& screen)
           {
               .arguments =
                   {"-displayfd", "1", "-noreset", "-screen", "0", screen, "-nolisten", "tcp"},
-              .beforeStart = endWithParent,
+              .beforeStart = dieWithParent,
           })
 {
     const auto number = server.readLine();
@@ -48,7 +48,7 @@ void XServer::freeze() const
     server.signal(SIGSTOP);
 }
 
-void XServer::goOn() const
+void XServer::thaw() const
 {
     server.signal(SIGCONT);
 }

@@ -24,7 +24,7 @@ public:
 
     /// Has the server stand still: programs that ask it for something wait until it goes on.
     void freeze() const;
-    void goOn() const;
+    void thaw() const;
 
     /// What a program pastes from `selection`, "clipboard" or "primary", as `target`; empty when
     /// nobody owns it.

@@ -35,7 +35,7 @@ bool XWindows::hasTray() const
     return owner && owner->owner != XCB_NONE;
 }
 
-void XWindows::stir() const
+void XWindows::triggerPropertyChange() const
 {
     const xcb_atom_t property = atom("ORLIMO_TEST");
     xcb_change_property(
@@ -45,7 +45,7 @@ void XWindows::stir() const
 
 std::vector<XWindow> XWindows::windowsOf(std::uint32_t process) const
 {
-    stir();
+    triggerPropertyChange();
     std::vector<XWindow> found;
     for (const xcb_window_t window : numbers(root, "_NET_CLIENT_LIST_STACKING")) {
         const auto description = describe(window);
@@ -58,14 +58,14 @@ std::vector<XWindow> XWindows::windowsOf(std::uint32_t process) const
 
 std::optional<XWindow> XWindows::activeWindow() const
 {
-    stir();
+    triggerPropertyChange();
     const auto active = numbers(root, "_NET_ACTIVE_WINDOW");
     return active.empty() ? std::nullopt : describe(active.front());
 }
 
 std::optional<QRect> XWindows::trayIconOf(std::uint32_t process) const
 {
-    stir();
+    triggerPropertyChange();
     for (const xcb_window_t topLevel : childrenOf(root)) {
         for (const xcb_window_t child : childrenOf(topLevel)) {
             if (const auto icon = embeddedIn(child, process)) {
@@ -116,16 +116,16 @@ int XWindows::brightnessAt(const QPoint& point) const
     return shown.isNull() ? 0 : qGray(shown.pixel(0, 0));
 }
 
-std::size_t XWindows::coloursIn(const QRect& area) const
+std::size_t XWindows::colorsIn(const QRect& area) const
 {
     const QImage shown = picture(area);
-    std::set<QRgb> colours;
+    std::set<QRgb> colors;
     for (int y = 0; y < shown.height(); ++y) {
         for (int x = 0; x < shown.width(); ++x) {
-            colours.insert(shown.pixelColor(x, y).rgb());
+            colors.insert(shown.pixelColor(x, y).rgb());
         }
     }
-    return colours.size();
+    return colors.size();
 }
 
 void XWindows::publishTrayColor(const QColor& textColor) const

@@ -50,7 +50,7 @@ public:
     [[nodiscard]] int brightnessAt(const QPoint& point) const;
 
     /// How many colours the screen shows in `area`.
-    [[nodiscard]] std::size_t coloursIn(const QRect& area) const;
+    [[nodiscard]] std::size_t colorsIn(const QRect& area) const;
 
     /// Has the tray publish `textColor` as the color of its text and symbols.
     void publishTrayColor(const QColor& textColor) const;
@@ -58,7 +58,7 @@ public:
 private:
     /// Has the window manager told of a change that means nothing. It may sleep on what it was told
     /// of while it was busy, until it is told something more; so each look at windows does this.
-    void stir() const;
+    void triggerPropertyChange() const;
 
     struct Disconnect
     {

@@ -32,7 +32,7 @@ protected:
         const EnvironmentChange bus(variable, address);
         testing::internal::CaptureStderr();
         const auto before = currentUptime();
-        disableSilentSessionBus(before + limit);
+        disableUnresponsiveSessionBus(before + limit);
         EXPECT_LT(currentUptime() - before, limit + std::chrono::seconds(30));
         const std::string errors = testing::internal::GetCapturedStderr();
         const bool isSet = qEnvironmentVariableIsSet(variable);
@@ -67,7 +67,7 @@ TEST_F(SessionBusProbe, BusThatStandsStillIsDisabledUntilItGoesOn)
     const MessageBus bus(folder.path());
     bus.freeze();
     EXPECT_TRUE(isDisabled(bus.address(), brief));
-    bus.goOn();
+    bus.thaw();
     EXPECT_FALSE(isDisabled(bus.address(), generous));
 }
 

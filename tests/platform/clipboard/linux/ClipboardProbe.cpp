@@ -3,7 +3,7 @@
 // COUNT" so many digits, "platform" nothing, but names the toolkit's platform.
 
 #include "platform/clipboard/Pasteboard.h"
-#include "platform/desktop/ToolkitArguments.h"
+#include "platform/desktop/QtArguments.h"
 
 #include <QGuiApplication>
 #include <QSocketNotifier>
@@ -41,7 +41,7 @@ std::string digits(std::size_t count)
     return text;
 }
 
-std::string answerTo(const std::string& line)
+std::string responseTo(const std::string& line)
 {
     const std::string command = line.substr(0, line.find(' '));
     const std::string rest = line.size() > command.size() ? line.substr(command.size() + 1) : "";
@@ -59,13 +59,13 @@ std::string answerTo(const std::string& line)
 
 int main(int argc, char* argv[])
 {
-    orlimo::ToolkitArguments arguments(argc, argv);
+    orlimo::QtArguments arguments(argc, argv);
     const QGuiApplication application(arguments.count(), arguments.values());
     const QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
     QObject::connect(&input, &QSocketNotifier::activated, &input, [] {
         std::string line;
         if (std::getline(std::cin, line)) {
-            orlimo::say(orlimo::answerTo(line));
+            orlimo::say(orlimo::responseTo(line));
         } else {
             QGuiApplication::quit();
         }

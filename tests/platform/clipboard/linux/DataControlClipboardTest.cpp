@@ -101,7 +101,7 @@ protected:
         const std::size_t before = compositor->selections();
         ASSERT_EQ(outcomeOf(text), Outcome::sent);
         // No event loop turns from here on: the text does not depend on one.
-        const QDeadlineTimer limit(generousLimit);
+        const QDeadlineTimer limit(defaultTimeout);
         while (compositor->selections() < before + seats && !limit.hasExpired()) {
         }
         ASSERT_EQ(compositor->selections(), before + seats);
@@ -134,7 +134,7 @@ class DataControlOfferTest : public DataControlClipboardTest
 {
 protected:
     [[nodiscard]] static DataControlAvailability
-    availabilityOf(const std::string& display, std::chrono::milliseconds limit = generousLimit)
+    availabilityOf(const std::string& display, std::chrono::milliseconds limit = defaultTimeout)
     {
         return DataControlClipboard::availability(limit, display);
     }
@@ -229,10 +229,10 @@ TEST_F(DataControlOfferTest, IsNotThereWhereTheCompositorHangsUpWithoutAResponse
 }
 
 /// A compositor that stands still and whose queue of connections is full.
-class FullQueue
+class FullConnectionBacklog
 {
 public:
-    explicit FullQueue(const std::filesystem::path& socket)
+    explicit FullConnectionBacklog(const std::filesystem::path& socket)
         : listening(listeningSocket(socket, 0))
         , taken(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0))
     {
@@ -248,7 +248,7 @@ private:
 
 TEST_F(DataControlOfferTest, IsUnknownWhileTheCompositorTakesNoMoreConnections)
 {
-    const FullQueue queue(socket);
+    const FullConnectionBacklog queue(socket);
     QElapsedTimer time;
     time.start();
     EXPECT_EQ(availabilityOf(socket, 200ms), DataControlAvailability::unknown);
@@ -642,7 +642,7 @@ TEST_F(DataControlClipboardTest, SaysSoWhenACompositorGoesThatHasNotResponded)
 TEST_F(DataControlClipboardTest, OffersItsTextToACompositorThatTookNoConnectionAtFirst)
 {
     {
-        const FullQueue queue(socket);
+        const FullConnectionBacklog queue(socket);
         request("123456");
         runEventLoop(600ms); // more than the first pause
         EXPECT_EQ(outcome, std::nullopt);

@@ -157,12 +157,12 @@ public:
     {
         Seat& taken = seats.at(seat);
         cancel(std::exchange(taken.selection, nullptr));
-        tellAll(taken, DataControlProtocol::DeviceEvent::selection, foreign());
+        sendToAll(taken, DataControlProtocol::DeviceEvent::selection, foreign());
     }
 
     void takePrimarySelection(std::size_t seat)
     {
-        tellAll(seats.at(seat), DataControlProtocol::DeviceEvent::primarySelection, foreign());
+        sendToAll(seats.at(seat), DataControlProtocol::DeviceEvent::primarySelection, foreign());
     }
 
     void addSeat()
@@ -293,7 +293,7 @@ private:
             seat.devices.erase(resource);
             if (seat.selection == resource) {
                 seat.selection = nullptr;
-                server.tellAll(seat, DataControlProtocol::DeviceEvent::selection, {});
+                server.sendToAll(seat, DataControlProtocol::DeviceEvent::selection, {});
             }
         }
     }
@@ -381,7 +381,7 @@ private:
                 return;
             }
             seat->second.devices.insert(device);
-            tell(device, DataControlProtocol::DeviceEvent::selection, typesOf(seat->second));
+            sendTo(device, DataControlProtocol::DeviceEvent::selection, typesOf(seat->second));
         } else {
             wl_resource_destroy(manager);
         }
@@ -414,7 +414,8 @@ private:
         if (script.cancelsReplaced) {
             cancel(replaced);
         }
-        tellAll(found->second, DataControlProtocol::DeviceEvent::selection, typesOf(found->second));
+        sendToAll(
+            found->second, DataControlProtocol::DeviceEvent::selection, typesOf(found->second));
     }
 
     static void
@@ -454,15 +455,15 @@ private:
 
     static std::vector<std::string> foreign() { return {foreignTypes.begin(), foreignTypes.end()}; }
 
-    void tellAll(const Seat& seat, std::uint32_t event, const std::vector<std::string>& offered)
+    void sendToAll(const Seat& seat, std::uint32_t event, const std::vector<std::string>& offered)
     {
         for (wl_resource* const device : seat.devices) {
-            tell(device, event, offered);
+            sendTo(device, event, offered);
         }
     }
 
     /// Tells a client what is on a clipboard from now on; of no types, nothing.
-    void tell(wl_resource* device, std::uint32_t event, const std::vector<std::string>& offered)
+    void sendTo(wl_resource* device, std::uint32_t event, const std::vector<std::string>& offered)
     {
         if (offered.empty()) {
             wl_resource_post_event(device, event, nullptr);

@@ -20,17 +20,17 @@ SharedText shared(std::string text)
 }
 
 /// Keeps SIGPIPE waiting in this thread while it lives.
-class HeldPipeSignal
+class BlockedSigpipe
 {
 public:
-    HeldPipeSignal()
+    BlockedSigpipe()
     {
         ::sigaddset(&pipeSignal, SIGPIPE);
         ::pthread_sigmask(SIG_BLOCK, &pipeSignal, &previous);
     }
-    HeldPipeSignal(const HeldPipeSignal&) = delete;
-    HeldPipeSignal& operator=(const HeldPipeSignal&) = delete;
-    ~HeldPipeSignal()
+    BlockedSigpipe(const BlockedSigpipe&) = delete;
+    BlockedSigpipe& operator=(const BlockedSigpipe&) = delete;
+    ~BlockedSigpipe()
     {
         while (isPending()) {
             constexpr timespec atOnce{};
@@ -103,28 +103,28 @@ TEST(TextTransfer, EndsWithAReaderThatHangsUp)
     pipe.readEnd = UniqueFd();
     TextTransfer transfer(shared("123456"), std::move(pipe.writeEnd));
     EXPECT_TRUE(transfer.advance());
-    EXPECT_FALSE(HeldPipeSignal::isPending());
+    EXPECT_FALSE(BlockedSigpipe::isPending());
 }
 
 TEST(TextTransfer, LeavesASignalThatWasWaitingWhereItIs)
 {
-    const HeldPipeSignal held;
+    const BlockedSigpipe held;
     ASSERT_EQ(::raise(SIGPIPE), 0);
     TestPipe pipe;
     pipe.readEnd = UniqueFd();
     TextTransfer transfer(shared("123456"), std::move(pipe.writeEnd));
     EXPECT_TRUE(transfer.advance());
-    EXPECT_TRUE(HeldPipeSignal::isPending());
+    EXPECT_TRUE(BlockedSigpipe::isPending());
 }
 
 TEST(TextTransfer, LeavesNoSignalToAThreadThatHoldsThemBack)
 {
-    const HeldPipeSignal held;
+    const BlockedSigpipe held;
     TestPipe pipe;
     pipe.readEnd = UniqueFd();
     TextTransfer transfer(shared("123456"), std::move(pipe.writeEnd));
     EXPECT_TRUE(transfer.advance());
-    EXPECT_FALSE(HeldPipeSignal::isPending());
+    EXPECT_FALSE(BlockedSigpipe::isPending());
 }
 
 TEST(TextTransfer, ClosesItsEnd)

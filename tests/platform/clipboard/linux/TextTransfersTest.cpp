@@ -36,7 +36,7 @@ TEST(TextTransfers, IsDoneWithAShortTextAtOnce)
 {
     TextTransfers transfers;
     auto reader = started(transfers, std::make_shared<const std::string>("123456"));
-    EXPECT_EQ(transfers.underWay(), 0U);
+    EXPECT_EQ(transfers.activeCount(), 0U);
     ASSERT_TRUE(reader.awaitEnd());
     EXPECT_EQ(reader.content(), "123456");
 }
@@ -46,12 +46,12 @@ TEST(TextTransfers, ServesSeveralReadersEachAtItsPace)
     TextTransfers transfers;
     auto slow = started(transfers, longText('s'));
     auto fast = started(transfers, longText('f'));
-    EXPECT_EQ(transfers.underWay(), 2U);
+    EXPECT_EQ(transfers.activeCount(), 2U);
     ASSERT_TRUE(fast.awaitEnd());
-    EXPECT_EQ(transfers.underWay(), 1U);
+    EXPECT_EQ(transfers.activeCount(), 1U);
     EXPECT_TRUE(fast.content() == *longText('f'));
     ASSERT_TRUE(slow.awaitEnd(8192));
-    EXPECT_EQ(transfers.underWay(), 0U);
+    EXPECT_EQ(transfers.activeCount(), 0U);
     EXPECT_TRUE(slow.content() == *longText('s'));
 }
 
@@ -62,9 +62,9 @@ TEST(TextTransfers, ForgetsAReaderThatHangsUp)
     {
         auto reader = started(transfers, longText());
         reader.read(10);
-        EXPECT_EQ(transfers.underWay(), 1U);
+        EXPECT_EQ(transfers.activeCount(), 1U);
     }
-    EXPECT_TRUE(await([&] { return transfers.underWay() == 0; }));
+    EXPECT_TRUE(await([&] { return transfers.activeCount() == 0; }));
     EXPECT_EQ(openDescriptors(), before);
 }
 
@@ -76,17 +76,17 @@ TEST(TextTransfers, IsNotWokenByAReaderThatDoesNotRead)
     const NotifierCount woken;
     runEventLoop(200ms);
     EXPECT_EQ(woken.count, 0U);
-    EXPECT_EQ(transfers.underWay(), 1U);
+    EXPECT_EQ(transfers.activeCount(), 1U);
 }
 
 TEST(TextTransfers, HangsUpOnTheOldestOfTooManyReaders)
 {
     TextTransfers transfers;
     std::deque<PipeReader> readers;
-    while (readers.size() <= TextTransfers::most) {
+    while (readers.size() <= TextTransfers::maxTransfers) {
         readers.push_back(started(transfers, longText()));
     }
-    EXPECT_EQ(transfers.underWay(), TextTransfers::most);
+    EXPECT_EQ(transfers.activeCount(), TextTransfers::maxTransfers);
     ASSERT_TRUE(readers[0].awaitEnd());
     EXPECT_LT(readers[0].content().size(), longText()->size());
     ASSERT_TRUE(readers[1].awaitEnd());

@@ -121,13 +121,13 @@ TEST_F(AboutPanelTest, ShowsTheLogoAboveTheTexts)
     EXPECT_EQ(image.pixel(left - 2, top + 32), background);
     EXPECT_EQ(image.pixel(left + 66, top + 32), background);
     EXPECT_EQ(image.pixel(left + 32, top - 2), background);
-    int coloured = 0;
+    int colored = 0;
     for (int y = top; y < top + 64; ++y) {
         for (int x = left; x < left + 64; ++x) {
-            coloured += image.pixel(x, y) == background ? 0 : 1;
+            colored += image.pixel(x, y) == background ? 0 : 1;
         }
     }
-    EXPECT_GT(coloured, 64 * 64 / 2);
+    EXPECT_GT(colored, 64 * 64 / 2);
 }
 
 TEST_F(AboutPanelTest, CannotBeResized)

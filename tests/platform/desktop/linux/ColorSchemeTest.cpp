@@ -180,7 +180,7 @@ TEST_F(ColorSchemePortalTest, DoesNotBlockOnAnUnresponsiveBus)
     const auto before = std::chrono::steady_clock::now();
     read();
     EXPECT_LT(std::chrono::steady_clock::now() - before, std::chrono::seconds(1));
-    bus.goOn();
+    bus.thaw();
     portal->changeColorScheme(1U);
     EXPECT_TRUE(awaitReported(1));
 }

@@ -1,7 +1,7 @@
 #include "tests/platform/desktop/linux/DesktopProbeTest.h"
 
 #include "tests/support/process/OutputCapture.h"
-#include "tests/support/process/ParentBond.h"
+#include "tests/support/process/ParentDeathSignal.h"
 
 #include <algorithm>
 #include <utility>
@@ -19,16 +19,16 @@ void DesktopProbeTest::launchProgram(Environment variables)
     variables.merge(desktop.environment());
     program.emplace(
         ORLIMO_DESKTOP_PROBE,
-        ChildSettings{.environment = std::move(variables), .beforeStart = endWithParent});
+        ChildSettings{.environment = std::move(variables), .beforeStart = dieWithParent});
 }
 
-void DesktopProbeTest::tell(const std::string& command)
+void DesktopProbeTest::sendCommand(const std::string& command)
 {
     program->writeLine(command);
     ASSERT_TRUE(program->awaitLine("done")) << command << ": " << program->errors();
 }
 
-bool DesktopProbeTest::saysThatItsWindowIs(bool open)
+bool DesktopProbeTest::isWindowReported(bool open)
 {
     // It also says what happens to the window meanwhile.
     program->writeLine("is open");
@@ -43,7 +43,7 @@ bool DesktopProbeTest::saysThatItsWindowIs(bool open)
 
 bool DesktopProbeTest::awaitIcon()
 {
-    return awaitSparingly([this] {
+    return awaitWithPolling([this] {
         const auto found = desktop.windows().trayIconOf(processId());
         icon = found.value_or(QRect());
         return found.has_value();
@@ -58,7 +58,7 @@ void DesktopProbeTest::openByClick()
 
 bool DesktopProbeTest::awaitActive(const std::string& title)
 {
-    return awaitSparingly([&] {
+    return awaitWithPolling([&] {
         const auto active = desktop.windows().activeWindow();
         return active && active->title == title;
     });
@@ -73,12 +73,12 @@ std::optional<QRect> DesktopProbeTest::window(const std::string& title) const
 
 bool DesktopProbeTest::awaitClosed() const
 {
-    return awaitSparingly([this] { return !window("Content"); });
+    return awaitWithPolling([this] { return !window("Content"); });
 }
 
 bool DesktopProbeTest::awaitMenu(bool isShown) const
 {
-    return awaitSparingly(
+    return awaitWithPolling(
         [&] { return desktop.windows().menuOf(processId()).has_value() == isShown; });
 }
 

@@ -35,10 +35,10 @@ protected:
     void launchProgram(Environment variables = {});
 
     /// Has the program carry `command` out.
-    void tell(const std::string& command);
+    void sendCommand(const std::string& command);
 
     /// Asks the program whether its window is open. False, too, when it gives no answer.
-    [[nodiscard]] bool saysThatItsWindowIs(bool open);
+    [[nodiscard]] bool isWindowReported(bool open);
 
     /// Waits until the program's icon is in the tray, and keeps its place.
     [[nodiscard]] bool awaitIcon();
@@ -62,7 +62,7 @@ protected:
 
     /// Longer than the host takes to hand the focus on, and than two clicks of a double click lie
     /// apart.
-    static constexpr std::chrono::milliseconds aWhile{600};
+    static constexpr std::chrono::milliseconds focusSettleTime{600};
 
     DesktopSession desktop;
     std::optional<ChildProcess> program;

@@ -21,7 +21,7 @@ TEST(StartToken, IsLeftToNothingThatTheProgramStarts)
         return std::ranges::count_if(variables, qEnvironmentVariableIsSet);
     };
     RecordingDelegate delegate;
-    delegate.whenDidFinish = [&areSet] {
+    delegate.onDidFinish = [&areSet] {
         EXPECT_EQ(areSet(), 2);
         QTimer::singleShot(0, qApp, [&areSet] {
             EXPECT_EQ(areSet(), 0);

@@ -18,9 +18,9 @@ class SymbolArtworkTest : public testing::TestWithParam<const char*>
 protected:
     const QString name = QString::fromLatin1(GetParam());
 
-    [[nodiscard]] QImage drawn(qreal ratio, const QColor& colour = Qt::black) const
+    [[nodiscard]] QImage drawn(qreal ratio, const QColor& color = Qt::black) const
     {
-        return pixelsOf(systemSymbol(name, textSize, colour, ratio));
+        return pixelsOf(systemSymbol(name, textSize, color, ratio));
     }
 };
 

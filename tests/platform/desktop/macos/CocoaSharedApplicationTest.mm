@@ -45,23 +45,23 @@ protected:
 
     FakeObject& system = FakeObject::named("NSApplication");
     RecordingDelegate delegate;
-    CocoaSharedApplication application{AppKitHost{.isThere = true, .viewOf = {}}};
+    CocoaSharedApplication application{AppKitServices{.isAvailable = true, .viewOf = {}}};
 };
 
 TEST_F(CocoaSharedApplicationTest, IsEndedByTheSystemOnceItIsLaunched)
 {
-    delegate.whenWillFinish = [this] {
+    delegate.onWillFinish = [this] {
         application.terminate();
         EXPECT_THAT(system.messages, IsEmpty()) << "the system would end the process";
     };
     EXPECT_EQ(run(), 0);
     EXPECT_THAT(system.messages, ElementsAre("terminate:"));
-    delegate.whenWillFinish = [] {};
-    delegate.whenActive = [this] { application.terminate(); };
-    delegate.turns.clear();
+    delegate.onWillFinish = [] {};
+    delegate.onActive = [this] { application.terminate(); };
+    delegate.lifecycleEvents.clear();
     EXPECT_EQ(run(), 0);
     EXPECT_THAT(system.messages, ElementsAre("terminate:", "terminate:"));
-    EXPECT_EQ(delegate.turns, (Turns{"will finish", "did finish", "active"}));
+    EXPECT_EQ(delegate.lifecycleEvents, (LifecycleEvents{"will finish", "did finish", "active"}));
 }
 
 TEST_F(CocoaSharedApplicationTest, IsActiveBeforeTheAboutPanelIsShown)

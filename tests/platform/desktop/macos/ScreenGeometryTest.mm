@@ -53,7 +53,7 @@ TEST_F(ScreenGeometryTest, CountsWholePointsDownwardsFromThePrimaryScreensTop)
           std::pair{NSMakeRect(-1280, -100, 1280, 800), QRect(-1280, 200, 1280, 800)},
           std::pair{NSMakeRect(10.4, 875.6, 22.2, 24), QRect(10, 0, 22, 24)}})
     {
-        EXPECT_EQ(toToolkitGeometry(system), expected);
+        EXPECT_EQ(toQtGeometry(system), expected);
     }
     // What was placed by the size of the main screen alone.
     EXPECT_EQ(fromSystemCoordinates({710, 290.5, 500, 500}), QRectF(710, 109.5, 500, 500));

@@ -1,11 +1,11 @@
 #include "platform/files/UniqueFd.h"
 #include "platform/files/VnodeSource.h"
 #include "tests/support/Await.h"
-#include "tests/support/NoThreads.h"
-#include "tests/support/SharedHandQueue.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/ThreadCreationBlocker.h"
+#include "tests/support/ThreadSafeManualQueue.h"
 #include "tests/support/process/ForkedRun.h"
-#include "tests/support/process/UserOfOwn.h"
+#include "tests/support/process/UniqueUser.h"
 
 #include <gtest/gtest.h>
 
@@ -111,7 +111,7 @@ protected:
     TemporaryFolder folder;
     std::filesystem::path file = folder.path() / "plain";
     UniqueFd opened;
-    SharedHandQueue queue;
+    ThreadSafeManualQueue queue;
     int events = 0;
     int cancellations = 0;
     std::unique_ptr<VnodeSource> source;
@@ -536,7 +536,7 @@ TEST_F(InotifyVnodeSourceTest, IsDestroyedWhileTheFileGrows)
 /// The error with which a source for `descriptor` cannot be made, as an exit status.
 int errorOfWatching(int descriptor)
 {
-    SharedHandQueue queue;
+    ThreadSafeManualQueue queue;
     const auto before = openDescriptors();
     try {
         (void)makeFileSystemObjectSource(descriptor, vnodeExtend, queue);
@@ -587,7 +587,7 @@ TEST_F(InotifyVnodeSourceTest, FailsWithTheHostsErrorWhenTheUsersWatchersAreUsed
     }
     const auto run = runForked([this] {
         rlimit many{};
-        if (::getrlimit(RLIMIT_NOFILE, &many) != 0 || ::setuid(userOfOwn()) != 0) {
+        if (::getrlimit(RLIMIT_NOFILE, &many) != 0 || ::setuid(uniqueUser()) != 0) {
             ::_exit(255);
         }
         many.rlim_cur = many.rlim_max;
@@ -610,7 +610,7 @@ TEST_F(InotifyVnodeSourceTest, LeavesSignalsAsTheyWereWhenNoThreadCanBeStarted)
         GTEST_SKIP() << "only the superuser can become a user who disturbs nobody";
     }
     const auto run = runForked([this] {
-        const NoThreads limit;
+        const ThreadCreationBlocker limit;
         if (!limit.isPossible()) {
             ::_exit(255);
         }
@@ -665,7 +665,7 @@ TEST_F(InotifyVnodeSourceTest, FailsWithTheHostsErrorWhenDescriptorsAreUsedUp)
 
 TEST_F(InotifyVnodeSourceTest, FailsWithTheHostsErrorForWhatIsNotOpen)
 {
-    SharedHandQueue hands;
+    ThreadSafeManualQueue hands;
     try {
         (void)makeFileSystemObjectSource(-1, vnodeExtend, hands);
         FAIL() << "there is no such descriptor";

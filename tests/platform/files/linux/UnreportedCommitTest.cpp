@@ -1,5 +1,5 @@
-#include "tests/platform/files/CommitAwareness.h"
-#include "tests/support/process/Preloading.h"
+#include "tests/platform/files/CommitDetection.h"
+#include "tests/support/process/PreloadEnvironment.h"
 
 #include <chrono>
 
@@ -10,7 +10,7 @@ using namespace std::chrono_literals;
 using std::chrono::steady_clock;
 
 /// What inotify does not show and the shared index does.
-using UnreportedCommit = CommitAwareness;
+using UnreportedCommit = CommitDetection;
 
 INSTANTIATE_TEST_SUITE_P(
     Synchronous,
@@ -25,7 +25,7 @@ TEST_P(UnreportedCommit, AMessageRightBehindACutIsNotMissed)
         "sql PRAGMA wal_checkpoint(TRUNCATE);"
         "INSERT INTO message (guid, text, date) VALUES (hex(randomblob(9)), 'x', ";
     for (int message = 1; message <= 40; ++message) {
-        writer.tell(cutAndInsert + std::to_string(message) + ")");
+        writer.sendCommand(cutAndInsert + std::to_string(message) + ")");
         ASSERT_TRUE(await([this, message] { return messagesSeen == 1 + message; })) << message;
     }
     EXPECT_EQ(events, 40);
@@ -35,30 +35,30 @@ TEST_P(UnreportedCommit, AMessageRightBeforeACutIsNotMissed)
 {
     watch(immediately);
     for (int message = 1; message <= 40; ++message) {
-        writer.tell(
+        writer.sendCommand(
             "sql INSERT INTO message (guid, text, date) VALUES (hex(randomblob(9)), 'x', " +
             std::to_string(message) + "); PRAGMA wal_checkpoint(TRUNCATE)");
         ASSERT_TRUE(await([this, message] { return messagesSeen == 1 + message; })) << message;
     }
-    EXPECT_FALSE(moreThan(40));
+    EXPECT_FALSE(receivesMoreThan(40));
 }
 
 TEST_P(UnreportedCommit, MessagesInThePlaceOfWhatWasRolledBackAreNotMissed)
 {
-    writer.tell("sql CREATE TABLE load(bytes)");
+    writer.sendCommand("sql CREATE TABLE load(bytes)");
     watch(immediately);
-    writer.tell("begin");
-    writer.tell("sql INSERT INTO load VALUES (randomblob(400000))");
-    writer.tell("spill");
-    writer.tell("rollback");
+    writer.sendCommand("begin");
+    writer.sendCommand("sql INSERT INTO load VALUES (randomblob(400000))");
+    writer.sendCommand("spill");
+    writer.sendCommand("rollback");
     ASSERT_TRUE(awaitEvents(1));
     const auto size = std::filesystem::file_size(log);
     for (int message = 1; message <= 10; ++message) {
-        writer.tell("text message");
+        writer.sendCommand("text message");
         ASSERT_TRUE(await([this, message] { return messagesSeen == 1 + message; })) << message;
     }
     ASSERT_EQ(std::filesystem::file_size(log), size);
-    EXPECT_FALSE(moreThan(11));
+    EXPECT_FALSE(receivesMoreThan(11));
 }
 
 /// A store on a disk that takes longer than a second for each commit.
@@ -67,7 +67,7 @@ TEST(CommitOnASlowDisk, IsOneEventAtWhichItCanBeRead)
     const TemporaryFolder folder;
     const auto store = folder.path() / "chat.db";
     const auto delay = folder.path() / "delay";
-    auto environment = preloading({ORLIMO_SLOW_DISK});
+    auto environment = preloadEnvironment({ORLIMO_SLOW_DISK});
     environment["ORLIMO_SLOW_DISK"] = delay;
     WriterProcess writer(store, "full", environment);
     const UniqueFd opened(::open((store.string() + "-wal").c_str(), O_RDONLY | O_CLOEXEC));
@@ -83,7 +83,7 @@ TEST(CommitOnASlowDisk, IsOneEventAtWhichItCanBeRead)
     writeFile(delay, "1300");
     for (int commit = 1; commit <= 2; ++commit) {
         const auto start = steady_clock::now();
-        writer.tell("text message");
+        writer.sendCommand("text message");
         ASSERT_GE(steady_clock::now() - start, 1300ms) << "the disk is not slow";
         ASSERT_TRUE(await([&] { return events >= commit; }));
         EXPECT_EQ(messagesSeen, 1 + commit);

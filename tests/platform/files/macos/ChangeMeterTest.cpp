@@ -1,6 +1,5 @@
-#include "platform/files/macos/ChangeMeter.h"
-
 #include "platform/files/UniqueFd.h"
+#include "platform/files/macos/FileChangeDetector.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -38,7 +37,7 @@ protected:
 
 TEST_F(ChangeMeterTest, TellsOnceOfEachChangeOfSizeOrTime)
 {
-    ChangeMeter meter(opened.get());
+    FileChangeDetector meter(opened.get());
     EXPECT_TRUE(meter.hasChanged()) << "what was never looked at";
     for (const std::uintmax_t size : {11U, 5U, 0U, 10U}) {
         std::filesystem::resize_file(file, size);

@@ -53,7 +53,7 @@ protected:
     }
 
     void hold() { lock.emplace(index, 120); }
-    void letGo() { lock.reset(); }
+    void releaseLock() { lock.reset(); }
 
     /// Lengthens the file and has the system tell of it.
     void grow()
@@ -173,7 +173,7 @@ TEST_F(DispatchVnodeSourceTest, AllGrowthOfACommitIsOneEventAtItsEnd)
     pass(500ms);
     EXPECT_EQ(events(), 0U);
     grow(); // reported only when the writer has let go
-    letGo();
+    releaseLock();
     pass(1h);
     EXPECT_EQ(events(), 1U);
     EXPECT_FALSE(delay());
@@ -184,7 +184,7 @@ TEST_F(DispatchVnodeSourceTest, ALateReportOfTheLastFramesIsNotAnotherEvent)
     watch();
     holdAndGrow();
     appendToFile(log, "last");
-    letGo();
+    releaseLock();
     pass(5ms);
     EXPECT_EQ(events(), 1U);
     script.fire(vnodeExtend);
@@ -197,7 +197,7 @@ TEST_F(DispatchVnodeSourceTest, AnEventFindsTheLockFreeBeforeTheNextLookDoes)
     watch();
     for (const std::size_t commits : {1U, 2U}) {
         holdAndGrow();
-        letGo();
+        releaseLock();
         if (commits == 1) {
             grow();
         } else {
@@ -239,7 +239,7 @@ TEST_F(DispatchVnodeSourceTest, LooksAtNothingAfterCancelNorWhenItHasGone)
             source.reset();
         }
         const UniqueFd closed = std::move(opened);
-        letGo();
+        releaseLock();
         pass(1h);
         EXPECT_EQ(events(), 0U);
         EXPECT_EQ(cancellations, 1) << "what goes is not cancelled";
@@ -263,7 +263,7 @@ TEST_F(DispatchVnodeSourceTest, MayGoInItsOwnHandlers)
         }
         grow();
         script.run();
-        letGo();
+        releaseLock();
         pass(5ms);
         grow();
         pass(1h);

@@ -137,7 +137,7 @@ TEST_F(ApplicationInstanceTest, ThatHasStartedAndHandlesNothingDoesNotAnswer)
     const auto first = start();
     serve(*first);
     const auto before = std::chrono::steady_clock::now();
-    EXPECT_EQ(start()->claim(), Claim::otherDoesNotAnswer);
+    EXPECT_EQ(start()->claim(), Claim::otherUnresponsive);
     const auto waited = std::chrono::steady_clock::now() - before;
     EXPECT_GE(waited, std::chrono::milliseconds(1400));
     EXPECT_LT(waited, std::chrono::seconds(16));
@@ -198,7 +198,7 @@ TEST_F(ApplicationInstanceTest, EndsThoughItsBusStandsStill)
     const auto before = std::chrono::steady_clock::now();
     first.reset();
     EXPECT_LT(std::chrono::steady_clock::now() - before, std::chrono::seconds(16));
-    bus->goOn();
+    bus->thaw();
     EXPECT_EQ(start()->claim(), Claim::first);
 }
 
@@ -209,11 +209,11 @@ TEST_F(ApplicationInstanceTest, TakesABusThatStandsStillForNone)
     bus->freeze();
     const auto before = currentUptime();
     const auto deadline = before + std::chrono::milliseconds(100);
-    EXPECT_EQ(own.take(name, deadline), SessionBus::Ownership::refused);
+    EXPECT_EQ(own.requestName(name, deadline), SessionBus::Ownership::refused);
     EXPECT_GE(currentUptime() - before, std::chrono::milliseconds(50));
     EXPECT_EQ(own.ownerOf(name, deadline), QString());
     EXPECT_LT(currentUptime() - before, std::chrono::seconds(16));
-    bus->goOn();
+    bus->thaw();
 }
 
 TEST_F(ApplicationInstanceTest, HandsTheRightToTheFocusToTheToolkit)
@@ -245,13 +245,13 @@ TEST_F(ApplicationInstanceTest, TakesTheStartsIdForTheRightToTheFocusWhereThereI
 class Impostor final : public QDBusVirtualObject
 {
 public:
-    enum class Deed {
+    enum class Behavior {
         refuse,
         leave,
     };
 
-    explicit Impostor(Deed whatToDo)
-        : deed(whatToDo)
+    explicit Impostor(Behavior newBehavior)
+        : behavior(newBehavior)
         , connection(QDBusConnection::connectToBus(
               QDBusConnection::SessionBus, QStringLiteral("impostor")))
     {
@@ -276,7 +276,7 @@ public:
 
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& bus) override
     {
-        if (deed == Deed::refuse) {
+        if (behavior == Behavior::refuse) {
             return bus.send(message.createErrorReply(QDBusError::AccessDenied, QString()));
         }
         for (const char* name : {"app.orlimo.Orlimo", "app.orlimo.Orlimo.Started"}) {
@@ -286,21 +286,21 @@ public:
     }
 
 private:
-    Deed deed;
+    Behavior behavior;
     QDBusConnection connection;
     QThread thread;
 };
 
 TEST_F(ApplicationInstanceTest, IsTheFirstWhenTheOtherLeavesInsteadOfAnswering)
 {
-    const Impostor impostor(Impostor::Deed::leave);
+    const Impostor impostor(Impostor::Behavior::leave);
     EXPECT_EQ(start()->claim(), Claim::first);
 }
 
 TEST_F(ApplicationInstanceTest, TakesARefusalForNoAnswer)
 {
-    const Impostor impostor(Impostor::Deed::refuse);
-    EXPECT_EQ(start()->claim(), Claim::otherDoesNotAnswer);
+    const Impostor impostor(Impostor::Behavior::refuse);
+    EXPECT_EQ(start()->claim(), Claim::otherUnresponsive);
 }
 
 class IdleDelegate final : public ApplicationDelegate
@@ -330,7 +330,7 @@ TEST_F(ApplicationInstanceTest, AskedToQuitWhileItStartsQuitsAndOpensNothing)
         ADD_FAILURE() << "the program does not quit";
         sharedApplication().terminate();
     });
-    limit.start(generousLimit);
+    limit.start(defaultTimeout);
     EXPECT_EQ(sharedApplication().run(delegate), 0);
 }
 

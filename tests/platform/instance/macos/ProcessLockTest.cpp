@@ -28,10 +28,10 @@ TEST_F(ProcessLockOfAFile, IsHeldAsLongAsTheObjectLives)
         EXPECT_EQ(
             std::filesystem::status(file).permissions(), perms::owner_read | perms::owner_write);
         EXPECT_EQ(lock.take(), Outcome::taken);
-        EXPECT_TRUE(isLockedSeenFromElsewhere(file, 0, 0));
+        EXPECT_TRUE(isLockedForOtherProcesses(file, 0, 0));
         EXPECT_EQ(lock.holder(), std::nullopt) << "no other one";
     }
-    EXPECT_FALSE(isLockedSeenFromElsewhere(file, 0, 0));
+    EXPECT_FALSE(isLockedForOtherProcesses(file, 0, 0));
     EXPECT_TRUE(std::filesystem::exists(file));
 }
 

@@ -98,7 +98,7 @@ TEST_F(RunningInstanceTest, IsTheFirstWhereNoOtherRunsUntilItsEnd)
     EXPECT_EQ(claimOfAnotherStart(), Claim::first);
     const auto instance = ApplicationInstance::create(false);
     EXPECT_EQ(instance->claim(), Claim::first);
-    EXPECT_TRUE(isLockedSeenFromElsewhere(file, 0, 0));
+    EXPECT_TRUE(isLockedForOtherProcesses(file, 0, 0));
 }
 
 TEST_F(RunningInstanceTest, IsAloneOutsideABundleAndWhereTheClaimCannotBeKept)
@@ -109,12 +109,12 @@ TEST_F(RunningInstanceTest, IsAloneOutsideABundleAndWhereTheClaimCannotBeKept)
           std::optional((folder.path() / "missing").string())})
     {
         setCacheFolder(path);
-        EXPECT_EQ(claimOfAnotherStart(), Claim::alone) << path.value_or("none").size();
+        EXPECT_EQ(claimOfAnotherStart(), Claim::unmanaged) << path.value_or("none").size();
     }
     setCacheFolder(folder.path().string());
     bundle.returns<id>("bundleIdentifier", nil);
     const ForeignLock other((writeFile(file, ""), file), 0);
-    EXPECT_EQ(claimOfAnotherStart(), Claim::alone);
+    EXPECT_EQ(claimOfAnotherStart(), Claim::unmanaged);
 }
 
 /// With another program that holds the claim, and that the system knows and can open.
@@ -167,7 +167,7 @@ TEST_F(SecondInstanceTest, GivesUpInLessThanTwoSecondsWhereNoResponseComes)
         }
     };
     const Uptime begin = currentUptime();
-    EXPECT_EQ(claimOfAnotherStart(), Claim::otherDoesNotAnswer);
+    EXPECT_EQ(claimOfAnotherStart(), Claim::otherUnresponsive);
     EXPECT_GE(currentUptime() - begin, 1s);
     EXPECT_THAT(workspace.messages, SizeIs(2));
     // Nobody waits for it any more, which harms nobody.

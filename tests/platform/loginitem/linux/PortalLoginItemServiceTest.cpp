@@ -69,10 +69,10 @@ protected:
     void startPortal() { portal.emplace(bus.address()); }
 
     void
-    startService(std::chrono::milliseconds longestCall = PortalLoginItemService::usualLongestCall)
+    startService(std::chrono::milliseconds longestCall = PortalLoginItemService::defaultCallTimeout)
     {
         service.emplace(QDBusConnection(clientName), longestCall);
-        service->setAnswerHandler([this](bool registering, const auto& error) {
+        service->setResponseHandler([this](bool registering, const auto& error) {
             answers.push_back(
                 std::string(registering ? "register" : "unregister") + ": " +
                 (error ? error->localizedDescription : "done"));
@@ -84,13 +84,13 @@ protected:
         return await([&] { return portal->requests().size() >= count; });
     }
 
-    [[nodiscard]] bool awaitAnswers(std::size_t count) const
+    [[nodiscard]] bool awaitResponses(std::size_t count) const
     {
         return await([&] { return answers.size() >= count; });
     }
 
     /// Waits until the service has been told everything that the portal has sent so far.
-    [[nodiscard]] bool awaitTold() const
+    [[nodiscard]] bool awaitNotified() const
     {
         QDBusPendingCallWatcher ping(QDBusConnection(clientName)
                                          .asyncCall(QDBusMessage::createMethodCall(
@@ -104,7 +104,7 @@ protected:
     }
 
     /// What was asked for, in the order in which it came.
-    [[nodiscard]] std::vector<bool> wishes() const
+    [[nodiscard]] std::vector<bool> autostartRequests() const
     {
         std::vector<bool> list;
         for (const auto& request : portal->requests()) {
@@ -156,7 +156,7 @@ TEST_F(PortalLoginItem, AsksNoLongerToBeStarted)
 {
     EXPECT_EQ(service->unregisterItem(), std::nullopt);
     ASSERT_TRUE(awaitRequests(1));
-    EXPECT_THAT(wishes(), ElementsAre(false));
+    EXPECT_THAT(autostartRequests(), ElementsAre(false));
 }
 
 TEST_F(PortalLoginItem, NamesEachRequestAnew)
@@ -165,7 +165,7 @@ TEST_F(PortalLoginItem, NamesEachRequestAnew)
     std::set<QString> paths;
     for (std::size_t count = 1; count <= 3; ++count) {
         EXPECT_EQ(service->registerItem(), std::nullopt);
-        ASSERT_TRUE(awaitAnswers(count));
+        ASSERT_TRUE(awaitResponses(count));
         paths.insert(portal->requests().back().path);
     }
     EXPECT_THAT(paths, SizeIs(3));
@@ -173,7 +173,7 @@ TEST_F(PortalLoginItem, NamesEachRequestAnew)
 
 /// What the portal answers to a question, and what comes of it where the program was not
 /// registered before.
-struct AnswerCase
+struct ResponseCase
 {
     const char* name;
     bool registering;
@@ -183,102 +183,103 @@ struct AnswerCase
     const char* told;
 };
 
-class PortalAnswer : public PortalLoginItem, public testing::WithParamInterface<AnswerCase>
+class PortalResponse : public PortalLoginItem, public testing::WithParamInterface<ResponseCase>
 {};
 
-TEST_P(PortalAnswer, BecomesTheStatusAndIsTold)
+TEST_P(PortalResponse, BecomesTheStatusAndIsTold)
 {
     const auto& [name, registering, response, results, status, told] = GetParam();
     portal->onRequest(responding(response, results));
     EXPECT_EQ(registering ? service->registerItem() : service->unregisterItem(), std::nullopt);
-    ASSERT_TRUE(awaitAnswers(1));
+    ASSERT_TRUE(awaitResponses(1));
     EXPECT_EQ(service->status(), status);
     EXPECT_THAT(answers, ElementsAre(told));
 }
 
 INSTANTIATE_TEST_SUITE_P(
     OfEachKind,
-    PortalAnswer,
+    PortalResponse,
     testing::Values(
-        AnswerCase{"Granted", true, 0, autostart(true), LoginItemStatus::enabled, "register: done"},
-        AnswerCase{
+        ResponseCase{
+            "Granted", true, 0, autostart(true), LoginItemStatus::enabled, "register: done"},
+        ResponseCase{
             "NotAutostarted",
             true,
             0,
             autostart(false),
             LoginItemStatus::requiresApproval,
             "register: org.freedesktop.portal.Background: Operation not permitted"},
-        AnswerCase{
+        ResponseCase{
             "WithoutResults",
             true,
             0,
             {},
             LoginItemStatus::requiresApproval,
             "register: org.freedesktop.portal.Background: Operation not permitted"},
-        AnswerCase{
+        ResponseCase{
             "Cancelled",
             true,
             1,
             {},
             LoginItemStatus::requiresApproval,
             "register: org.freedesktop.portal.Background: Operation canceled"},
-        AnswerCase{
+        ResponseCase{
             "ForbiddenInTheSettings",
             true,
             1,
             autostart(false),
             LoginItemStatus::requiresApproval,
             "register: org.freedesktop.portal.Background: Operation canceled"},
-        AnswerCase{
+        ResponseCase{
             "CancelledWhateverElseItSays",
             true,
             1,
             autostart(true),
             LoginItemStatus::requiresApproval,
             "register: org.freedesktop.portal.Background: Operation canceled"},
-        AnswerCase{
+        ResponseCase{
             "Failed",
             true,
             2,
             {},
             LoginItemStatus::notRegistered,
             "register: org.freedesktop.portal.Background: Input/output error"},
-        AnswerCase{
+        ResponseCase{
             "OfALaterKind",
             true,
             3,
             autostart(true),
             LoginItemStatus::notRegistered,
             "register: org.freedesktop.portal.Background: Input/output error"},
-        AnswerCase{
+        ResponseCase{
             "Ended",
             false,
             0,
             autostart(false),
             LoginItemStatus::notRegistered,
             "unregister: done"},
-        AnswerCase{
+        ResponseCase{
             "EndedWithoutResults",
             false,
             0,
             {},
             LoginItemStatus::notRegistered,
             "unregister: done"},
-        AnswerCase{
+        ResponseCase{
             "EndedForWhoMayNotRun",
             false,
             1,
             autostart(false),
             LoginItemStatus::notRegistered,
             "unregister: done"},
-        AnswerCase{
+        ResponseCase{
             "NotEnded",
             false,
             0,
             autostart(true),
             LoginItemStatus::enabled,
             "unregister: org.freedesktop.portal.Background: Operation not permitted"},
-        AnswerCase{
+        ResponseCase{
             "EndingCancelled",
             false,
             1,
@@ -291,10 +292,10 @@ TEST_F(PortalLoginItem, ComesAndGoes)
 {
     portal->onRequest(responding(0, autostart(true)));
     EXPECT_EQ(service->registerItem(), std::nullopt);
-    ASSERT_TRUE(awaitAnswers(1));
+    ASSERT_TRUE(awaitResponses(1));
     portal->onRequest(responding(0, autostart(false)));
     EXPECT_EQ(service->unregisterItem(), std::nullopt);
-    ASSERT_TRUE(awaitAnswers(2));
+    ASSERT_TRUE(awaitResponses(2));
     EXPECT_EQ(service->status(), LoginItemStatus::notRegistered);
     EXPECT_THAT(answers, ElementsAre("register: done", "unregister: done"));
 }
@@ -303,10 +304,10 @@ TEST_F(PortalLoginItem, StaysAsItIsWhereNothingIsDecided)
 {
     portal->onRequest(responding(0, autostart(true)));
     EXPECT_EQ(service->registerItem(), std::nullopt);
-    ASSERT_TRUE(awaitAnswers(1));
+    ASSERT_TRUE(awaitResponses(1));
     portal->onRequest(responding(1, {}));
     EXPECT_EQ(service->unregisterItem(), std::nullopt);
-    ASSERT_TRUE(awaitAnswers(2));
+    ASSERT_TRUE(awaitResponses(2));
     EXPECT_EQ(service->status(), LoginItemStatus::enabled);
 }
 
@@ -317,7 +318,7 @@ TEST_F(PortalLoginItem, HearsAnAnswerThatComesBeforeTheCallReturns)
         me.accept(request);
     });
     EXPECT_EQ(service->registerItem(), std::nullopt);
-    ASSERT_TRUE(awaitAnswers(1));
+    ASSERT_TRUE(awaitResponses(1));
     EXPECT_EQ(service->status(), LoginItemStatus::enabled);
     EXPECT_THAT(answers, ElementsAre("register: done"));
 }
@@ -329,14 +330,14 @@ TEST_F(PortalLoginItem, IsToldOncePerQuestion)
         me.respond(request, 1, {});
     });
     EXPECT_EQ(service->registerItem(), std::nullopt);
-    ASSERT_TRUE(awaitAnswers(1));
+    ASSERT_TRUE(awaitResponses(1));
     portal->onRequest([](ScriptedPortal& me, const ScriptedPortal::Request& request) {
         me.refuse(me.requests().front(), QStringLiteral("too late"));
         me.accept(request);
         me.respond(request, 0, autostart(true));
     });
     EXPECT_EQ(service->registerItem(), std::nullopt);
-    ASSERT_TRUE(awaitAnswers(2));
+    ASSERT_TRUE(awaitResponses(2));
     EXPECT_THAT(answers, ElementsAre("register: done", "register: done"));
 }
 
@@ -346,7 +347,7 @@ TEST_F(PortalLoginItem, TellsWhatThePortalSaysAgainstTheCall)
         me.refuse(request, QStringLiteral("not for you"));
     });
     EXPECT_EQ(service->registerItem(), std::nullopt);
-    ASSERT_TRUE(awaitAnswers(1));
+    ASSERT_TRUE(awaitResponses(1));
     EXPECT_EQ(service->status(), LoginItemStatus::notRegistered);
     EXPECT_THAT(answers, ElementsAre("register: org.freedesktop.portal.Background: not for you"));
 }
@@ -355,7 +356,7 @@ TEST_F(PortalLoginItem, TellsThatThereIsNoPortal)
 {
     portal.reset();
     EXPECT_EQ(service->registerItem(), std::nullopt);
-    ASSERT_TRUE(awaitAnswers(1));
+    ASSERT_TRUE(awaitResponses(1));
     EXPECT_THAT(
         answers,
         ElementsAre(testing::MatchesRegex(
@@ -363,7 +364,7 @@ TEST_F(PortalLoginItem, TellsThatThereIsNoPortal)
     startPortal();
     portal->onRequest(responding(0, autostart(true)));
     EXPECT_EQ(service->registerItem(), std::nullopt);
-    ASSERT_TRUE(awaitAnswers(2));
+    ASSERT_TRUE(awaitResponses(2));
     EXPECT_EQ(service->status(), LoginItemStatus::enabled);
 }
 
@@ -397,7 +398,7 @@ TEST_F(PortalLoginItem, WaitsForTheUserLongerThanForThePortal)
     runEventLoop(std::chrono::milliseconds(600));
     EXPECT_THAT(answers, IsEmpty());
     portal->respond(portal->requests().front(), 0, autostart(true));
-    ASSERT_TRUE(awaitAnswers(1));
+    ASSERT_TRUE(awaitResponses(1));
     EXPECT_THAT(answers, ElementsAre("register: done"));
 }
 
@@ -406,7 +407,7 @@ TEST_F(PortalLoginItem, TellsOfAPortalThatGoesWhileTheUserIsAsked)
     EXPECT_EQ(service->registerItem(), std::nullopt);
     ASSERT_TRUE(awaitRequests(1));
     portal.reset();
-    ASSERT_TRUE(awaitAnswers(1));
+    ASSERT_TRUE(awaitResponses(1));
     EXPECT_EQ(service->status(), LoginItemStatus::notRegistered);
     EXPECT_THAT(
         answers,
@@ -419,7 +420,7 @@ TEST_F(PortalLoginItem, TellsOfAPortalThatGoesBeforeItAccepts)
     EXPECT_EQ(service->registerItem(), std::nullopt);
     ASSERT_TRUE(awaitRequests(1));
     portal.reset();
-    ASSERT_TRUE(awaitAnswers(1));
+    ASSERT_TRUE(awaitResponses(1));
     EXPECT_THAT(answers, ElementsAre(StartsWith("register: org.freedesktop.portal.Background: ")));
 }
 
@@ -433,11 +434,11 @@ TEST_F(PortalLoginItem, AsksOneQuestionAtATimeAndThenTheLast)
     portal->accept(portal->requests().front());
     portal->respond(portal->requests().front(), 1, {});
     ASSERT_TRUE(awaitRequests(2));
-    EXPECT_THAT(wishes(), ElementsAre(true, false));
+    EXPECT_THAT(autostartRequests(), ElementsAre(true, false));
     EXPECT_THAT(portal->closedPaths(), IsEmpty());
     EXPECT_THAT(answers, IsEmpty()) << "the first wish has been taken back";
     portal->respond(portal->requests().back(), 0, autostart(false));
-    ASSERT_TRUE(awaitAnswers(1));
+    ASSERT_TRUE(awaitResponses(1));
     EXPECT_THAT(answers, ElementsAre("unregister: done"));
     EXPECT_EQ(service->status(), LoginItemStatus::notRegistered);
 }
@@ -446,7 +447,7 @@ TEST_F(PortalLoginItem, TakesAnOpenQuestionBackForALaterWish)
 {
     EXPECT_EQ(service->registerItem(), std::nullopt);
     ASSERT_TRUE(awaitRequests(1));
-    ASSERT_TRUE(awaitTold());
+    ASSERT_TRUE(awaitNotified());
     std::vector<QString> closedBefore;
     portal->onRequest([&](ScriptedPortal& me, const ScriptedPortal::Request& request) {
         closedBefore = me.closedPaths();
@@ -455,15 +456,15 @@ TEST_F(PortalLoginItem, TakesAnOpenQuestionBackForALaterWish)
     EXPECT_EQ(service->unregisterItem(), std::nullopt);
     ASSERT_TRUE(awaitRequests(2));
     EXPECT_THAT(closedBefore, ElementsAre(portal->requests().front().path));
-    EXPECT_THAT(wishes(), ElementsAre(true, false));
+    EXPECT_THAT(autostartRequests(), ElementsAre(true, false));
 
     portal->respond(portal->requests().front(), 0, autostart(true));
-    ASSERT_TRUE(awaitTold());
+    ASSERT_TRUE(awaitNotified());
     EXPECT_EQ(service->status(), LoginItemStatus::notRegistered);
     EXPECT_THAT(answers, IsEmpty()) << "the portal answered what was taken back";
 
     portal->respond(portal->requests().back(), 0, autostart(false));
-    ASSERT_TRUE(awaitAnswers(1));
+    ASSERT_TRUE(awaitResponses(1));
     EXPECT_THAT(answers, ElementsAre("unregister: done"));
 }
 
@@ -474,12 +475,12 @@ TEST_F(PortalLoginItem, TakesBackWhatWaitedForTheOpenQuestion)
     ASSERT_TRUE(awaitRequests(1));
     EXPECT_EQ(service->unregisterItem(), std::nullopt);
     portal->accept(portal->requests().front());
-    ASSERT_TRUE(awaitTold());
+    ASSERT_TRUE(awaitNotified());
     portal->onRequest(responding(0, autostart(true)));
     EXPECT_EQ(service->registerItem(), std::nullopt);
-    ASSERT_TRUE(awaitAnswers(1));
+    ASSERT_TRUE(awaitResponses(1));
     EXPECT_THAT(answers, ElementsAre("register: done"));
-    EXPECT_THAT(wishes(), ElementsAre(true, true));
+    EXPECT_THAT(autostartRequests(), ElementsAre(true, true));
     EXPECT_THAT(portal->closedPaths(), ElementsAre(portal->requests().front().path));
 }
 
@@ -487,17 +488,17 @@ TEST_F(PortalLoginItem, WaitsForTheQuestionInPlaceOfOneTakenBack)
 {
     EXPECT_EQ(service->registerItem(), std::nullopt);
     ASSERT_TRUE(awaitRequests(1));
-    ASSERT_TRUE(awaitTold());
+    ASSERT_TRUE(awaitNotified());
     portal->onRequest([](ScriptedPortal&, const ScriptedPortal::Request&) {});
     EXPECT_EQ(service->unregisterItem(), std::nullopt);
     EXPECT_EQ(service->registerItem(), std::nullopt);
     ASSERT_TRUE(awaitRequests(2));
-    ASSERT_TRUE(awaitTold());
-    EXPECT_THAT(wishes(), ElementsAre(true, false));
+    ASSERT_TRUE(awaitNotified());
+    EXPECT_THAT(autostartRequests(), ElementsAre(true, false));
     portal->onRequest(responding(0, autostart(true)));
     portal->respond(portal->requests().back(), 0, autostart(false));
-    ASSERT_TRUE(awaitAnswers(1));
-    EXPECT_THAT(wishes(), ElementsAre(true, false, true));
+    ASSERT_TRUE(awaitResponses(1));
+    EXPECT_THAT(autostartRequests(), ElementsAre(true, false, true));
     EXPECT_THAT(portal->closedPaths(), SizeIs(1));
     EXPECT_THAT(answers, ElementsAre("register: done"));
 }
@@ -519,7 +520,7 @@ TEST_F(PortalLoginItem, BelievesNobodyButThePortal)
     QDBusConnection::disconnectFromBus(name);
 
     portal->respond(request, 1, {});
-    ASSERT_TRUE(awaitAnswers(1));
+    ASSERT_TRUE(awaitResponses(1));
     EXPECT_EQ(service->status(), LoginItemStatus::requiresApproval);
 }
 
@@ -532,11 +533,11 @@ TEST_F(PortalLoginItem, GoesWithItsQuestionOpen)
     startService();
     portal->onRequest(responding(0, autostart(false)));
     EXPECT_EQ(service->unregisterItem(), std::nullopt);
-    ASSERT_TRUE(awaitAnswers(1));
+    ASSERT_TRUE(awaitResponses(1));
     EXPECT_THAT(answers, ElementsAre("unregister: done"));
 }
 
-TEST(LoginItemServiceOfTheHost, IsThePortalsInsideASandboxAlone)
+TEST(NativeLoginItemService, IsThePortalsInsideASandboxAlone)
 {
     const TemporaryFolder folder;
     const auto mark = folder.path() / ".flatpak-info";

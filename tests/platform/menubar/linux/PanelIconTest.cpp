@@ -49,10 +49,10 @@ Ink inkOf(const QIcon& icon, int edge, const QColor& color)
 }
 
 /// Says which sizes of it were drawn.
-class WatchedEngine final : public QIconEngine
+class RecordingIconEngine final : public QIconEngine
 {
 public:
-    explicit WatchedEngine(QList<QSize>& sizes)
+    explicit RecordingIconEngine(QList<QSize>& sizes)
         : drawn(sizes)
     {}
     void paint(
@@ -72,7 +72,7 @@ public:
     {
         return {{16, 16}, {128, 128}};
     }
-    [[nodiscard]] QIconEngine* clone() const override { return new WatchedEngine(drawn); }
+    [[nodiscard]] QIconEngine* clone() const override { return new RecordingIconEngine(drawn); }
 
 private:
     QList<QSize>& drawn;
@@ -130,16 +130,16 @@ TEST(PanelIcon, HasItsThemeName)
 }
 
 /// A place of an icon and what of it the icon is to fill, in points.
-struct PlaceOfIcon
+struct PanelIconGeometry
 {
     QSize place;
     QRect square;
 };
 
-class PanelIconInItsPlace : public testing::TestWithParam<PlaceOfIcon>
+class PanelIconAlignment : public testing::TestWithParam<PanelIconGeometry>
 {};
 
-TEST_P(PanelIconInItsPlace, IsASquareOfAtMostSixteenPointsInTheMiddle)
+TEST_P(PanelIconAlignment, IsASquareOfAtMostSixteenPointsInTheMiddle)
 {
     const auto& [place, square] = GetParam();
     const QIcon icon = panelIcon(templateIcon(QStringLiteral("StatusBarIcon")), Qt::black);
@@ -161,12 +161,12 @@ TEST_P(PanelIconInItsPlace, IsASquareOfAtMostSixteenPointsInTheMiddle)
 
 INSTANTIATE_TEST_SUITE_P(
     Trays,
-    PanelIconInItsPlace,
+    PanelIconAlignment,
     testing::Values(
-        PlaceOfIcon{{22, 22}, {3, 3, 16, 16}},
-        PlaceOfIcon{{22, 38}, {3, 11, 16, 16}},
-        PlaceOfIcon{{38, 22}, {11, 3, 16, 16}},
-        PlaceOfIcon{{22, 12}, {5, 0, 12, 12}}));
+        PanelIconGeometry{{22, 22}, {3, 3, 16, 16}},
+        PanelIconGeometry{{22, 38}, {3, 11, 16, 16}},
+        PanelIconGeometry{{38, 22}, {11, 3, 16, 16}},
+        PanelIconGeometry{{22, 12}, {5, 0, 12, 12}}));
 
 TEST(PanelIcon, PaintsATemplateInTheColorAtEverySize)
 {
@@ -183,7 +183,7 @@ TEST(PanelIcon, PaintsATemplateInTheColorAtEverySize)
 TEST(PanelIcon, DrawsNoSizeThatIsNotAskedFor)
 {
     QList<QSize> drawn;
-    QIcon shape(new WatchedEngine(drawn));
+    QIcon shape(new RecordingIconEngine(drawn));
     shape.setIsMask(true);
     const QIcon icon = panelIcon(shape, Qt::white);
     EXPECT_EQ(icon.availableSizes(), (QList<QSize>{{16, 16}, {128, 128}}));

@@ -38,10 +38,10 @@ protected:
     void use()
     {
         openByPanel();
-        runEventLoop(aWhile);
+        runEventLoop(focusSettleTime);
         panel->click();
         EXPECT_TRUE(awaitClosed());
-        runEventLoop(aWhile);
+        runEventLoop(focusSettleTime);
         EXPECT_FALSE(window("Content"));
     }
 
@@ -57,7 +57,7 @@ TEST_F(PanelTest, ItemAppearsInAPanelThatWasThereBefore)
 TEST_F(PanelTest, ItemAppearsInAPanelThatComesLate)
 {
     startProgram();
-    runEventLoop(aWhile);
+    runEventLoop(focusSettleTime);
     panel.emplace(desktop);
     ASSERT_TRUE(panel->awaitItem());
     use();
@@ -67,9 +67,9 @@ TEST_F(PanelTest, ItemAppearsWhenAHostComesToTheWatcher)
 {
     panel.emplace(desktop, StatusNotifierPanel::Host::absent);
     startProgram();
-    runEventLoop(aWhile);
+    runEventLoop(focusSettleTime);
     EXPECT_EQ(panel->items(), 0);
-    panel->hostComes();
+    panel->registerHost();
     ASSERT_TRUE(panel->awaitItem());
     use();
 }
@@ -77,8 +77,8 @@ TEST_F(PanelTest, ItemAppearsWhenAHostComesToTheWatcher)
 TEST_F(PanelTest, ItemStaysWhenTheHostGoesAndComesBack)
 {
     startWithPanel();
-    panel->hostGoes();
-    panel->hostComes();
+    panel->unregisterHost();
+    panel->registerHost();
     EXPECT_TRUE(panel->awaitItem());
     use();
 }
@@ -88,8 +88,8 @@ TEST_F(PanelTest, ItemComesBackWithThePanel)
     startWithPanel();
     for (int round = 0; round < 3; ++round) {
         panel.reset();
-        runEventLoop(aWhile);
-        EXPECT_TRUE(saysThatItsWindowIs(false));
+        runEventLoop(focusSettleTime);
+        EXPECT_TRUE(isWindowReported(false));
         panel.emplace(desktop);
         ASSERT_TRUE(panel->awaitItem()) << round;
         use();
@@ -107,7 +107,7 @@ TEST_F(PanelTest, FrozenPanelHoldsNothingUp)
     ASSERT_TRUE(program->awaitLine("did finish launching", limit));
     program->writeLine("open where there is no icon");
     ASSERT_TRUE(program->awaitLine("opened", limit));
-    EXPECT_TRUE(saysThatItsWindowIs(true));
+    EXPECT_TRUE(isWindowReported(true));
     panel->thaw();
     EXPECT_TRUE(panel->awaitItem());
 }
@@ -126,7 +126,7 @@ TEST_F(PanelTest, IconAppearsInTheTrayWhenAFrozenPanelEnds)
 TEST_F(PanelTest, WindowDoesNotOpenByItself)
 {
     startWithPanel();
-    tell("open where there is no icon");
+    sendCommand("open where there is no icon");
     runEventLoop(std::chrono::milliseconds(1500));
     EXPECT_EQ(count("opened"), 0);
 }
@@ -138,8 +138,8 @@ TEST_F(PanelTest, WindowOpensByItselfWhileThePanelIsGone)
     desktop.startTray({});
     desktop.awaitTray();
     // The icon of a panel does not go over to a tray, so that the program is not to be seen.
-    ASSERT_TRUE(awaitSparingly([this] {
-        tell("open where there is no icon");
+    ASSERT_TRUE(awaitWithPolling([this] {
+        sendCommand("open where there is no icon");
         return window("Content").has_value();
     }));
     EXPECT_TRUE(awaitActive("Content"));
@@ -166,10 +166,10 @@ TEST_F(PanelTest, WindowOpensAtThePointerInsideTheScreen)
         EXPECT_TRUE(screen.contains(*area));
         EXPECT_EQ(area->x(), expected.x()) << pointer.x() << ',' << pointer.y();
         EXPECT_EQ(area->y(), expected.y()) << pointer.x() << ',' << pointer.y();
-        runEventLoop(aWhile);
+        runEventLoop(focusSettleTime);
         panel->click();
         ASSERT_TRUE(awaitClosed());
-        runEventLoop(aWhile);
+        runEventLoop(focusSettleTime);
     }
 }
 
@@ -179,7 +179,7 @@ TEST_F(PanelTest, WindowClosesWhenItLosesTheFocus)
     openByPanel();
     const auto other = desktop.openOtherApplication();
     EXPECT_TRUE(awaitClosed());
-    runEventLoop(aWhile);
+    runEventLoop(focusSettleTime);
     openByPanel();
 }
 
@@ -189,7 +189,7 @@ TEST_F(PanelTest, DoubleClickOpensTheWindow)
     panel->click();
     panel->click();
     ASSERT_TRUE(awaitActive("Content"));
-    runEventLoop(aWhile);
+    runEventLoop(focusSettleTime);
     EXPECT_TRUE(window("Content"));
     EXPECT_EQ(count("opened"), 1);
     EXPECT_EQ(count("closed"), 0);
@@ -231,7 +231,7 @@ TEST_F(PanelTest, MenuQuits)
     startWithPanel();
     panel->choose("Quit");
     EXPECT_EQ(program->awaitEnd().status, 0) << program->errors();
-    EXPECT_TRUE(awaitSparingly([this] { return panel->items() == 0; }));
+    EXPECT_TRUE(awaitWithPolling([this] { return panel->items() == 0; }));
 }
 
 TEST_F(PanelTest, IconIsInOnePlaceWhereThereAreTwo)
@@ -241,7 +241,7 @@ TEST_F(PanelTest, IconIsInOnePlaceWhereThereAreTwo)
     desktop.awaitTray();
     startProgram();
     ASSERT_TRUE(panel->awaitItem());
-    runEventLoop(aWhile);
+    runEventLoop(focusSettleTime);
     EXPECT_FALSE(desktop.windows().trayIconOf(processId()));
 }
 

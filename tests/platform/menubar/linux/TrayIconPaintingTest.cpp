@@ -41,7 +41,7 @@ protected:
     /// Waits until the icon has that color, looked at between its asterisk and its caret.
     [[nodiscard]] bool awaitColor(const QColor& color) const
     {
-        return awaitSparingly([&] {
+        return awaitWithPolling([&] {
             const QImage shown = desktop.windows().picture(icon);
             const QPoint inTheShape = shown.rect().center() + QPoint(3, 0);
             return shown.pixelColor(inTheShape) == color;
@@ -70,16 +70,16 @@ struct Painting
     int edge;
 };
 
-class TrayIconInItsPlace : public TrayIconPaintingTest, public testing::WithParamInterface<Painting>
+class TrayIconAlignment : public TrayIconPaintingTest, public testing::WithParamInterface<Painting>
 {};
 
-TEST_P(TrayIconInItsPlace, IsASquareOfAtMostSixteenPointsInTheMiddle)
+TEST_P(TrayIconAlignment, IsASquareOfAtMostSixteenPointsInTheMiddle)
 {
     const int edge = GetParam().edge;
     ASSERT_NO_FATAL_FAILURE(
         start({"--height", GetParam().height, "--heighttype", "pixel"}, GetParam().scale));
     // The drawing is as wide as its square and a sixteenth lower.
-    EXPECT_TRUE(awaitSparingly([&] { return ink().width() == edge; })) << ink().width();
+    EXPECT_TRUE(awaitWithPolling([&] { return ink().width() == edge; })) << ink().width();
     EXPECT_NEAR(ink().height(), edge * 15 / 16.0, 1);
     EXPECT_NEAR(ink().center().x(), icon.width() / 2.0, 2);
     EXPECT_NEAR(ink().center().y(), icon.height() / 2.0, 2);
@@ -87,7 +87,7 @@ TEST_P(TrayIconInItsPlace, IsASquareOfAtMostSixteenPointsInTheMiddle)
 
 INSTANTIATE_TEST_SUITE_P(
     Trays,
-    TrayIconInItsPlace,
+    TrayIconAlignment,
     testing::Values(
         Painting{"24", "1", 16},
         Painting{"40", "1", 16},

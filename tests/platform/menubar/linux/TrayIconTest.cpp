@@ -1,7 +1,7 @@
 #include "platform/menubar/linux/TrayIcon.h"
 
 #include "tests/platform/desktop/MarkingTranslator.h"
-#include "tests/support/HandClock.h"
+#include "tests/support/ManualClock.h"
 
 #include <QApplication>
 #include <QMenu>
@@ -35,15 +35,15 @@ std::chrono::milliseconds doubleClickInterval()
 class TrayIconTest : public testing::Test
 {
 protected:
-    QSystemTrayIcon& toolkitIcon() { return *icon.findChild<QSystemTrayIcon*>(); }
+    QSystemTrayIcon& qtTrayIcon() { return *icon.findChild<QSystemTrayIcon*>(); }
 
     void activate(QSystemTrayIcon::ActivationReason reason)
     {
-        Q_EMIT toolkitIcon().activated(reason);
+        Q_EMIT qtTrayIcon().activated(reason);
     }
 
     std::vector<std::string> asked;
-    HandClock clock;
+    ManualClock clock;
     TrayIcon icon{
         anyIcon(),
         {.toggle = [this] { asked.emplace_back("toggle"); },
@@ -56,9 +56,9 @@ protected:
 
 TEST_F(TrayIconTest, IsShownAndSaysWhoItIs)
 {
-    EXPECT_TRUE(toolkitIcon().isVisible());
-    EXPECT_EQ(toolkitIcon().toolTip(), QStringLiteral("Orlimo"));
-    EXPECT_EQ(toolkitIcon().icon().availableSizes(), QList<QSize>{QSize(16, 16)});
+    EXPECT_TRUE(qtTrayIcon().isVisible());
+    EXPECT_EQ(qtTrayIcon().toolTip(), QStringLiteral("Orlimo"));
+    EXPECT_EQ(qtTrayIcon().icon().availableSizes(), QList<QSize>{QSize(16, 16)});
 }
 
 TEST_F(TrayIconTest, TogglesAtAClick)
@@ -129,7 +129,7 @@ TEST_F(TrayIconTest, TakesTheDoubleClickAfterAMiddleClickForItself)
 
 TEST(TrayIconWithSlowWork, KnowsTheSecondPressThatHadToWait)
 {
-    HandClock clock;
+    ManualClock clock;
     int toggles = 0;
     TrayIcon icon(
         anyIcon(),
@@ -141,9 +141,9 @@ TEST(TrayIconWithSlowWork, KnowsTheSecondPressThatHadToWait)
          .open = [] {},
          .quit = [] {}},
         clock.function());
-    auto& toolkitIcon = *icon.findChild<QSystemTrayIcon*>();
-    Q_EMIT toolkitIcon.activated(QSystemTrayIcon::Trigger);
-    Q_EMIT toolkitIcon.activated(QSystemTrayIcon::DoubleClick);
+    auto& qtTrayIcon = *icon.findChild<QSystemTrayIcon*>();
+    Q_EMIT qtTrayIcon.activated(QSystemTrayIcon::Trigger);
+    Q_EMIT qtTrayIcon.activated(QSystemTrayIcon::DoubleClick);
     EXPECT_EQ(toggles, 1);
 }
 
@@ -156,7 +156,7 @@ TEST_F(TrayIconTest, LeavesTheMenuToTheHost)
 
 TEST_F(TrayIconTest, HasAMenuThatOpensAndQuits)
 {
-    const auto actions = toolkitIcon().contextMenu()->actions();
+    const auto actions = qtTrayIcon().contextMenu()->actions();
     ASSERT_EQ(actions.size(), 2);
     EXPECT_EQ(actions.at(0)->text(), QStringLiteral("Open Orlimo"));
     EXPECT_EQ(actions.at(1)->text(), QStringLiteral("Quit"));
@@ -172,8 +172,8 @@ TEST(TrayIconOfATemplate, IsPaintedInTheColorThatTheTrayPublishes)
     shape.setIsMask(true);
     TrayIcon icon(shape, {.toggle = [] {}, .open = [] {}, .quit = [] {}});
     const auto shown = [&icon] {
-        const auto& toolkitIcon = *icon.findChild<QSystemTrayIcon*>();
-        return toolkitIcon.icon().pixmap(QSize(16, 16), 1).toImage().pixelColor(8, 8);
+        const auto& qtTrayIcon = *icon.findChild<QSystemTrayIcon*>();
+        return qtTrayIcon.icon().pixmap(QSize(16, 16), 1).toImage().pixelColor(8, 8);
     };
     const QColor before = shown();
     icon.setTextColor(QColor(200, 40, 90));

@@ -17,15 +17,15 @@ protected:
     /// Clicks the icon, sees the window open under it, and closes it by another click.
     void use()
     {
-        runEventLoop(aWhile);
+        runEventLoop(focusSettleTime);
         openByClick();
         const auto area = window("Content");
         ASSERT_TRUE(area);
         EXPECT_EQ(area->y(), 24);
-        runEventLoop(aWhile);
+        runEventLoop(focusSettleTime);
         desktop.click(icon.center());
         EXPECT_TRUE(awaitClosed());
-        runEventLoop(aWhile);
+        runEventLoop(focusSettleTime);
         EXPECT_FALSE(window("Content"));
     }
 };
@@ -42,7 +42,7 @@ TEST_F(TrayStartTest, IconAppearsInATrayThatWasThereBefore)
 TEST_F(TrayStartTest, IconAppearsInATrayThatComesLate)
 {
     startProgram();
-    runEventLoop(aWhile);
+    runEventLoop(focusSettleTime);
     desktop.startTray({});
     ASSERT_TRUE(awaitIcon());
     use();
@@ -55,8 +55,8 @@ TEST_F(TrayStartTest, IconComesBackWithTheTray)
     ASSERT_TRUE(awaitIcon());
     for (int round = 0; round < 3; ++round) {
         desktop.killTray();
-        runEventLoop(aWhile);
-        EXPECT_TRUE(saysThatItsWindowIs(false));
+        runEventLoop(focusSettleTime);
+        EXPECT_TRUE(isWindowReported(false));
         desktop.startTray({});
         ASSERT_TRUE(awaitIcon()) << round;
         use();
@@ -100,7 +100,7 @@ TEST_F(TrayStartTest, WindowDoesNotOpenByItselfWhereThereIsATray)
     startProgram();
     // Once it is there, no slow bus can make the program believe that there is no place for it.
     ASSERT_TRUE(awaitIcon());
-    tell("open where there is no icon");
+    sendCommand("open where there is no icon");
     // Longer than the program waits for the bus.
     runEventLoop(std::chrono::milliseconds(1500));
     EXPECT_EQ(count("opened"), 0);
@@ -114,8 +114,8 @@ TEST_F(TrayStartTest, WindowOpensByItselfWhileTheTrayIsGone)
     ASSERT_TRUE(awaitIcon());
     desktop.killTray();
     // The program may learn of it later than the test.
-    ASSERT_TRUE(awaitSparingly([this] {
-        tell("open where there is no icon");
+    ASSERT_TRUE(awaitWithPolling([this] {
+        sendCommand("open where there is no icon");
         return window("Content").has_value();
     }));
     EXPECT_TRUE(awaitActive("Content"));

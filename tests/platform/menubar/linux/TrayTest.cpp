@@ -1,5 +1,5 @@
-#include "tests/desktop/sessions/x11/ShyWindowManager.h"
-#include "tests/desktop/sessions/x11/SloppyWindowManager.h"
+#include "tests/desktop/sessions/x11/NonFocusingWindowManager.h"
+#include "tests/desktop/sessions/x11/SloppyFocusWindowManager.h"
 #include "tests/platform/desktop/linux/DesktopProbeTest.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/process/OutputCapture.h"
@@ -24,11 +24,11 @@ class TrayTest : public DesktopProbeTest
 {
 protected:
     TrayTest()
-        : TrayTest(DesktopSession::TrayPlace{})
+        : TrayTest(DesktopSession::TrayPosition{})
     {}
 
     explicit TrayTest(
-        const DesktopSession::TrayPlace& place, const std::string& screen = "1280x800x24")
+        const DesktopSession::TrayPosition& place, const std::string& screen = "1280x800x24")
         : DesktopProbeTest(place, screen)
     {}
 
@@ -70,7 +70,7 @@ TEST_F(TrayTest, WindowOpensAtTheSamePlaceAgain)
     const auto first = window("Content");
     desktop.press("Escape");
     ASSERT_TRUE(awaitClosed());
-    runEventLoop(aWhile);
+    runEventLoop(focusSettleTime);
     openByClick();
     EXPECT_EQ(window("Content"), first);
 }
@@ -82,10 +82,10 @@ TEST_F(TrayTest, MenuOfATextLeavesTheWindowOpen)
     constexpr int right = 3;
     desktop.click(window("Content")->topLeft() + QPoint(150, 20), right);
     ASSERT_TRUE(awaitMenu(true));
-    runEventLoop(aWhile);
+    runEventLoop(focusSettleTime);
     desktop.press("Escape");
     ASSERT_TRUE(awaitMenu(false));
-    runEventLoop(aWhile);
+    runEventLoop(focusSettleTime);
     EXPECT_TRUE(window("Content"));
     EXPECT_EQ(count("closed"), 0);
     desktop.press("Escape");
@@ -102,7 +102,7 @@ TEST_F(TrayTest, MenuLeavesAnOpenWindowOpen)
     desktop.press("Down");
     desktop.press("Return");
     ASSERT_TRUE(awaitMenu(false));
-    runEventLoop(aWhile);
+    runEventLoop(focusSettleTime);
     EXPECT_TRUE(window("Content"));
     EXPECT_EQ(count("closed"), 0);
 }
@@ -115,7 +115,7 @@ TEST_F(TrayTest, EachOpeningActivatesTheApplicationOnce)
     EXPECT_TRUE(awaitActivations(1));
     const auto other = desktop.openOtherApplication();
     ASSERT_TRUE(awaitClosed());
-    runEventLoop(aWhile);
+    runEventLoop(focusSettleTime);
     openByClick();
     EXPECT_TRUE(awaitActivations(2));
 }
@@ -126,7 +126,7 @@ TEST_F(TrayTest, AboutPanelIsOneOfTheApplicationsWindows)
     openByClick();
     openAboutPanel();
     EXPECT_TRUE(awaitClosed());
-    runEventLoop(aWhile);
+    runEventLoop(focusSettleTime);
     EXPECT_EQ(count("will become active"), 1);
 }
 
@@ -138,7 +138,7 @@ TEST_F(TrayTest, AboutPanelLeavesTheApplicationInactiveWhenItCloses)
     EXPECT_TRUE(awaitActivations(1));
     desktop.press("Escape");
     ASSERT_TRUE(awaitActive("xmessage"));
-    runEventLoop(aWhile);
+    runEventLoop(focusSettleTime);
     openByClick();
     EXPECT_TRUE(awaitActivations(2));
 }
@@ -187,21 +187,21 @@ TEST_F(TrayTest, WebPageThatNothingOpensIsKnownAtOnce)
 }
 
 /// A desktop whose window manager gives the keyboard to no new window by itself.
-class TrayOfShyWindowsTest : private ShyWindowManager, public TrayTest
+class TrayWithNonFocusingWindowManagerTest : private NonFocusingWindowManager, public TrayTest
 {};
 
-TEST_F(TrayOfShyWindowsTest, ClickGivesTheWindowTheKeyboard)
+TEST_F(TrayWithNonFocusingWindowManagerTest, ClickGivesTheWindowTheKeyboard)
 {
     start();
     openByClick();
     desktop.press("Escape");
     EXPECT_TRUE(awaitClosed());
-    runEventLoop(aWhile);
+    runEventLoop(focusSettleTime);
     openByClick();
 }
 
 /// A desktop whose window manager gives the focus to the window under the pointer.
-class TrayOfSloppyFocusTest : private SloppyWindowManager, public TrayTest
+class TrayWithSloppyFocusTest : private SloppyFocusWindowManager, public TrayTest
 {
 protected:
     /// Opens the window by a click and moves the pointer on to another application's window, which
@@ -213,7 +213,7 @@ protected:
         openByClick();
         desktop.movePointer(inOther);
         ASSERT_TRUE(awaitActive("xmessage"));
-        runEventLoop(aWhile);
+        runEventLoop(focusSettleTime);
         EXPECT_TRUE(window("Content"));
     }
 
@@ -229,7 +229,7 @@ protected:
     std::unique_ptr<ChildProcess> other;
 };
 
-TEST_F(TrayOfSloppyFocusTest, WindowWaitsForThePointer)
+TEST_F(TrayWithSloppyFocusTest, WindowWaitsForThePointer)
 {
     ASSERT_NO_FATAL_FAILURE(openAndMoveToOther());
     ASSERT_NO_FATAL_FAILURE(moveInside());
@@ -239,17 +239,17 @@ TEST_F(TrayOfSloppyFocusTest, WindowWaitsForThePointer)
     EXPECT_TRUE(awaitClosed());
 }
 
-TEST_F(TrayOfSloppyFocusTest, WindowWaitsForThePointerOnItsWayOverTheDesktop)
+TEST_F(TrayWithSloppyFocusTest, WindowWaitsForThePointerOnItsWayOverTheDesktop)
 {
     start();
     openByClick();
     desktop.movePointer(onTheDesktop);
-    runEventLoop(aWhile);
+    runEventLoop(focusSettleTime);
     ASSERT_TRUE(window("Content"));
     ASSERT_NO_FATAL_FAILURE(moveInside());
 }
 
-TEST_F(TrayOfSloppyFocusTest, WindowStaysOpenWhenThePointerLeavesIt)
+TEST_F(TrayWithSloppyFocusTest, WindowStaysOpenWhenThePointerLeavesIt)
 {
     ASSERT_NO_FATAL_FAILURE(openAndMoveToOther());
     ASSERT_NO_FATAL_FAILURE(moveInside());
@@ -260,40 +260,40 @@ TEST_F(TrayOfSloppyFocusTest, WindowStaysOpenWhenThePointerLeavesIt)
     EXPECT_EQ(count("closed"), 0);
 }
 
-TEST_F(TrayOfSloppyFocusTest, WindowClosesAtAClickElsewhere)
+TEST_F(TrayWithSloppyFocusTest, WindowClosesAtAClickElsewhere)
 {
     ASSERT_NO_FATAL_FAILURE(openAndMoveToOther());
     desktop.click(inOther);
     EXPECT_TRUE(awaitClosed());
 }
 
-TEST_F(TrayOfSloppyFocusTest, WindowClosesAtAClickOnTheDesktop)
+TEST_F(TrayWithSloppyFocusTest, WindowClosesAtAClickOnTheDesktop)
 {
     ASSERT_NO_FATAL_FAILURE(openAndMoveToOther());
     desktop.click(onTheDesktop);
     EXPECT_TRUE(awaitClosed());
 }
 
-TEST_F(TrayOfSloppyFocusTest, WindowStaysOpenWhenTheWheelIsTurnedElsewhere)
+TEST_F(TrayWithSloppyFocusTest, WindowStaysOpenWhenTheWheelIsTurnedElsewhere)
 {
     constexpr int wheel = 5;
     ASSERT_NO_FATAL_FAILURE(openAndMoveToOther());
     desktop.click(inOther, wheel);
-    runEventLoop(aWhile);
+    runEventLoop(focusSettleTime);
     EXPECT_TRUE(window("Content"));
 }
 
-TEST_F(TrayOfSloppyFocusTest, WindowClosesAtASecondClickOnTheIcon)
+TEST_F(TrayWithSloppyFocusTest, WindowClosesAtASecondClickOnTheIcon)
 {
     ASSERT_NO_FATAL_FAILURE(openAndMoveToOther());
     desktop.click(icon.center());
     EXPECT_TRUE(awaitClosed());
-    runEventLoop(aWhile);
+    runEventLoop(focusSettleTime);
     EXPECT_FALSE(window("Content"));
     EXPECT_EQ(count("opened"), 1);
 }
 
-TEST_F(TrayOfSloppyFocusTest, WindowClosesWhenAnotherApplicationOpens)
+TEST_F(TrayWithSloppyFocusTest, WindowClosesWhenAnotherApplicationOpens)
 {
     start();
     openByClick();
@@ -301,15 +301,15 @@ TEST_F(TrayOfSloppyFocusTest, WindowClosesWhenAnotherApplicationOpens)
     EXPECT_TRUE(awaitClosed());
 }
 
-class TrayOfLargeScreenTest : public TrayTest
+class TrayOnLargeScreenTest : public TrayTest
 {
 protected:
-    TrayOfLargeScreenTest()
+    TrayOnLargeScreenTest()
         : TrayTest({.edge = "bottom", .align = "center"}, "2560x1600x24")
     {}
 };
 
-TEST_F(TrayOfLargeScreenTest, WindowStandsAtTheIconAtTwoPixelsAPoint)
+TEST_F(TrayOnLargeScreenTest, WindowStandsAtTheIconAtTwoPixelsAPoint)
 {
     start({{"QT_SCALE_FACTOR", "2"}});
     openByClick();
@@ -321,21 +321,21 @@ TEST_F(TrayOfLargeScreenTest, WindowStandsAtTheIconAtTwoPixelsAPoint)
 }
 
 /// A tray, by a name.
-struct Place
+struct NamedTrayPosition
 {
     std::string name;
-    DesktopSession::TrayPlace tray;
+    DesktopSession::TrayPosition tray;
 };
 
-void PrintTo(const Place& place, std::ostream* stream)
+void PrintTo(const NamedTrayPosition& place, std::ostream* stream)
 {
     *stream << place.name;
 }
 
-class TrayPlaceTest : public TrayTest, public testing::WithParamInterface<Place>
+class TrayPositionTest : public TrayTest, public testing::WithParamInterface<NamedTrayPosition>
 {
 protected:
-    TrayPlaceTest()
+    TrayPositionTest()
         : TrayTest(GetParam().tray)
     {}
 
@@ -362,7 +362,7 @@ protected:
     const QSize size{300, 540};
 };
 
-TEST_P(TrayPlaceTest, WindowStandsAtTheIcon)
+TEST_P(TrayPositionTest, WindowStandsAtTheIcon)
 {
     start();
     openByClick();
@@ -375,17 +375,17 @@ TEST_P(TrayPlaceTest, WindowStandsAtTheIcon)
 
 INSTANTIATE_TEST_SUITE_P(
     Edges,
-    TrayPlaceTest,
+    TrayPositionTest,
     testing::Values(
-        Place{"TopLeft", {"top", "left"}},
-        Place{"TopCentre", {"top", "center"}},
-        Place{"TopRight", {"top", "right"}},
-        Place{"BottomCentre", {"bottom", "center"}},
-        Place{"BottomRight", {"bottom", "right"}},
-        Place{"LeftTop", {"left", "left"}},
-        Place{"LeftCentre", {"left", "center"}},
-        Place{"RightCentre", {"right", "center"}},
-        Place{"RightBottom", {"right", "right"}}),
+        NamedTrayPosition{"TopLeft", {"top", "left"}},
+        NamedTrayPosition{"TopCentre", {"top", "center"}},
+        NamedTrayPosition{"TopRight", {"top", "right"}},
+        NamedTrayPosition{"BottomCentre", {"bottom", "center"}},
+        NamedTrayPosition{"BottomRight", {"bottom", "right"}},
+        NamedTrayPosition{"LeftTop", {"left", "left"}},
+        NamedTrayPosition{"LeftCentre", {"left", "center"}},
+        NamedTrayPosition{"RightCentre", {"right", "center"}},
+        NamedTrayPosition{"RightBottom", {"right", "right"}}),
     [](const auto& instance) { return instance.param.name; });
 
 } // namespace

@@ -19,8 +19,8 @@ protected:
     /// however late the host hands the focus on, the windows have only just been opened.
     void openBesideAnotherWindow()
     {
-        tell("stop the clock");
-        tell("open beside another window");
+        sendCommand("stop the clock");
+        sendCommand("open beside another window");
         ASSERT_TRUE(awaitActive("Content"));
     }
 };
@@ -29,14 +29,14 @@ TEST_F(TraylessTest, NothingOpensByItself)
 {
     startProgram();
     runEventLoop(std::chrono::milliseconds(1500));
-    EXPECT_TRUE(saysThatItsWindowIs(false));
+    EXPECT_TRUE(isWindowReported(false));
 }
 
 TEST_F(TraylessTest, WindowOpensAtThePointer)
 {
     desktop.movePointer({700, 100});
     startProgram();
-    tell("open where there is no icon");
+    sendCommand("open where there is no icon");
     ASSERT_TRUE(awaitActive("Content"));
     const auto area = window("Content");
     ASSERT_TRUE(area);
@@ -46,7 +46,7 @@ TEST_F(TraylessTest, WindowOpensAtThePointer)
 TEST_F(TraylessTest, WindowOpensWithoutASessionBus)
 {
     startProgram({{"DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent"}});
-    tell("open where there is no icon");
+    sendCommand("open where there is no icon");
     EXPECT_TRUE(awaitActive("Content"));
 }
 
@@ -62,13 +62,13 @@ TEST_F(TraylessTest, WindowOpensBesideAnotherWindowAndStaysOpen)
 {
     startProgram();
     ASSERT_NO_FATAL_FAILURE(openBesideAnotherWindow());
-    runEventLoop(aWhile);
+    runEventLoop(focusSettleTime);
     EXPECT_TRUE(window("Content"));
     EXPECT_TRUE(window("Beside"));
 
     const auto lossesBefore = count("unfocused");
     desktop.click({40, 200});
-    EXPECT_TRUE(awaitSparingly([&] { return count("unfocused") > lossesBefore; }));
+    EXPECT_TRUE(awaitWithPolling([&] { return count("unfocused") > lossesBefore; }));
     EXPECT_TRUE(awaitActive("Content"));
     EXPECT_EQ(count("closed"), 0);
 }
@@ -76,9 +76,9 @@ TEST_F(TraylessTest, WindowOpensBesideAnotherWindowAndStaysOpen)
 TEST_F(TraylessTest, WindowThatIsAskedForBesideAnotherWindowStaysOpen)
 {
     startProgram();
-    tell("open on request beside another window");
+    sendCommand("open on request beside another window");
     ASSERT_TRUE(awaitActive("Content"));
-    runEventLoop(aWhile);
+    runEventLoop(focusSettleTime);
     EXPECT_TRUE(window("Content"));
     EXPECT_TRUE(window("Beside"));
     EXPECT_EQ(count("closed"), 0);
@@ -88,13 +88,13 @@ TEST_F(TraylessTest, WindowThatIsAskedForBesideAnotherWindowStaysOpen)
 TEST_F(TraylessTest, AboutPanelTakesTheFocusRightAfterAnOpeningOnRequest)
 {
     startProgram();
-    tell("stop the clock");
-    tell("open on request beside another window");
+    sendCommand("stop the clock");
+    sendCommand("open on request beside another window");
     ASSERT_TRUE(awaitActive("Content"));
-    tell("about");
+    sendCommand("about");
     EXPECT_TRUE(awaitActive("About Orlimo"));
     EXPECT_TRUE(awaitClosed());
-    runEventLoop(aWhile);
+    runEventLoop(focusSettleTime);
     EXPECT_TRUE(awaitActive("About Orlimo"));
 }
 
@@ -110,9 +110,9 @@ TEST_F(TraylessTest, WindowThatOpenedByItselfClosesForAWindowOfTheProgramLater)
 {
     startProgram();
     ASSERT_NO_FATAL_FAILURE(openBesideAnotherWindow());
-    runEventLoop(aWhile);
+    runEventLoop(focusSettleTime);
     EXPECT_EQ(count("closed"), 0);
-    tell("let a minute pass");
+    sendCommand("let a minute pass");
     desktop.click({40, 200});
     EXPECT_TRUE(awaitClosed());
 }
@@ -120,13 +120,13 @@ TEST_F(TraylessTest, WindowThatOpenedByItselfClosesForAWindowOfTheProgramLater)
 TEST_F(TraylessTest, IconAppearsLaterAndWorks)
 {
     startProgram();
-    tell("open where there is no icon");
+    sendCommand("open where there is no icon");
     ASSERT_TRUE(awaitActive("Content"));
     desktop.startTray({});
     ASSERT_TRUE(awaitIcon());
     desktop.press("Escape");
     ASSERT_TRUE(awaitClosed());
-    runEventLoop(aWhile);
+    runEventLoop(focusSettleTime);
     openByClick();
     EXPECT_EQ(window("Content")->y(), 24);
 }

@@ -48,9 +48,9 @@ protected:
             },
             icon,
             currentUptime,
-            AppKitHost{.isThere = true, .viewOf = [this](const QWidget& /*window*/) {
-                           return static_cast<NSView*>(view.object());
-                       }});
+            AppKitServices{.isAvailable = true, .viewOf = [this](const QWidget& /*window*/) {
+                               return static_cast<NSView*>(view.object());
+                           }});
     }
 
     ~StatusItemMenuBarExtraTest() override
@@ -132,7 +132,7 @@ TEST_F(StatusItemMenuBarExtraTest, MakesTheProgramActiveBeforeTheWindowIsShown)
     });
     NSUInteger behavior = 0;
     window.records("setCollectionBehavior:", behavior);
-    extra->openAmongOthers();
+    extra->openOnRequest();
     EXPECT_THAT(
         application.messages,
         ElementsAre("isHidden", "unhideWithoutActivation", "activateIgnoringOtherApps:"));
@@ -157,10 +157,10 @@ TEST_F(StatusItemMenuBarExtraTest, HighlightsItsItemWhileItIsOpenAndGivesTheFocu
 
 TEST_F(StatusItemMenuBarExtraTest, OpensForAStartWhereTheUserHasTakenTheItemOut)
 {
-    extra->openWhereThereIsNoIcon();
+    extra->openIfNoTray();
     EXPECT_FALSE(extra->isOpen());
     item.returns<BOOL>("isVisible", NO);
-    extra->openWhereThereIsNoIcon();
+    extra->openIfNoTray();
     EXPECT_TRUE(extra->isOpen());
 }
 

@@ -16,7 +16,7 @@ namespace {
 
 using namespace std::string_view_literals;
 
-std::string throughTheSystem(std::string_view utf8)
+std::string roundTripped(std::string_view utf8)
 {
     @autoreleasepool {
         return toUtf8(toNSString(utf8));
@@ -47,9 +47,9 @@ TEST(StringConversion, GivesTheSameTextBack)
           "a mark \uFEFF in the middle"sv,
           "\uFFFD \uFFFE \uFFFF \U0010FFFF"sv})
     {
-        EXPECT_EQ(throughTheSystem(text), text);
+        EXPECT_EQ(roundTripped(text), text);
     }
-    EXPECT_EQ(throughTheSystem("12345678"sv.substr(1, 6)), "234567");
+    EXPECT_EQ(roundTripped("12345678"sv.substr(1, 6)), "234567");
     EXPECT_EQ(toUtf8(nil), "");
 }
 
@@ -63,7 +63,7 @@ TEST(StringConversion, PutsTheReplacementCharacterForEachIllFormedByte)
           std::pair{"a\xED\xA0\xBDz"sv, "a\uFFFD\uFFFD\uFFFDz"sv}, // half of a surrogate pair
           std::pair{"\xC0\xAF"sv, "\uFFFD\uFFFD"sv}})              // longer than it need be
     {
-        EXPECT_EQ(throughTheSystem(illFormed), meant);
+        EXPECT_EQ(roundTripped(illFormed), meant);
     }
 }
 

@@ -1,4 +1,4 @@
-#include "tests/resources/translations/SpokenWords.h"
+#include "tests/resources/translations/TranslationSample.h"
 #include "tests/support/process/ChildProcess.h"
 
 #include <gtest/gtest.h>
@@ -21,7 +21,7 @@ std::string languageIn(Environment environment)
     ChildProcess probe(ORLIMO_LANGUAGE_PROBE, {.environment = environment});
     const std::string words = probe.readLine().value_or("nothing");
     EXPECT_EQ(probe.awaitEnd().status, 0);
-    for (const auto& [language, wordsOfLanguage] : wordsOfEachLanguage()) {
+    for (const auto& [language, wordsOfLanguage] : translationSamplesByLanguage()) {
         if (words == wordsOfLanguage) {
             return language;
         }

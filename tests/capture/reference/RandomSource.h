@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <random>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace orlimo {
+
+/// Choices that look random and are the same in each run with the same seed.
+class RandomSource
+{
+public:
+    explicit RandomSource(std::uint64_t seed)
+        : generator(seed)
+    {}
+
+    /// A number below `limit`.
+    [[nodiscard]] std::size_t below(std::size_t limit) { return generator() % limit; }
+
+    /// True once in `times`.
+    [[nodiscard]] bool once(std::size_t times) { return below(times) == 0; }
+
+    [[nodiscard]] const std::string& oneOf(const std::vector<std::string>& choices)
+    {
+        return choices[below(choices.size())];
+    }
+
+private:
+    std::mt19937_64 generator;
+};
+
+} // namespace orlimo

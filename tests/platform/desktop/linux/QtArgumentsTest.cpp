@@ -1,0 +1,93 @@
+#include "platform/desktop/QtArguments.h"
+
+#include "platform/clipboard/linux/ClipboardBackend.h"
+#include "tests/support/process/EnvironmentChange.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace orlimo {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+/// The arguments that the toolkit gets where the program got `given`.
+std::vector<std::string> qtArgumentsOf(const std::vector<const char*>& given)
+{
+    QtArguments arguments(static_cast<int>(given.size()), given.data());
+    EXPECT_EQ(arguments.values()[arguments.count()], nullptr);
+    return {arguments.values(), arguments.values() + arguments.count()};
+}
+
+/// A session in which nothing is to be reached, changed by each test.
+class QtArgumentsTest : public testing::Test
+{
+protected:
+    ~QtArgumentsTest() override { selectClipboardBackend(ClipboardBackend::qt); }
+
+    EnvironmentChange noPlatform{"QT_QPA_PLATFORM", std::nullopt};
+    EnvironmentChange noDisplay{"DISPLAY", std::nullopt};
+    EnvironmentChange noCompositor{"WAYLAND_DISPLAY", std::nullopt};
+    EnvironmentChange noSessionType{"XDG_SESSION_TYPE", std::nullopt};
+};
+
+TEST_F(QtArgumentsTest, AreTheProgramsOwn)
+{
+    EXPECT_THAT(
+        qtArgumentsOf({"orlimo", "-style", "fusion", "--launched-at-login"}),
+        ElementsAre("orlimo", "-style", "fusion", "--launched-at-login"));
+    EXPECT_EQ(selectedClipboardBackend(), ClipboardBackend::qt);
+}
+
+TEST_F(QtArgumentsTest, ArePassedOnInASessionWithoutAnyRoute)
+{
+    const EnvironmentChange compositor("WAYLAND_DISPLAY", "no-such-compositor");
+    testing::internal::CaptureStderr();
+    EXPECT_THAT(qtArgumentsOf({"orlimo"}), ElementsAre("orlimo"));
+    EXPECT_EQ(
+        testing::internal::GetCapturedStderr(),
+        "orlimo: this session lets no program without a focused window set the clipboard; "
+        "the Copy button still does\n");
+    EXPECT_EQ(selectedClipboardBackend(), ClipboardBackend::focusedOnly);
+}
+
+TEST_F(QtArgumentsTest, HeedTheSessionsType)
+{
+    const EnvironmentChange type("XDG_SESSION_TYPE", "wayland");
+    testing::internal::CaptureStderr();
+    (void)qtArgumentsOf({"orlimo"});
+    EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("Copy button"));
+}
+
+TEST_F(QtArgumentsTest, KeepToThePlatformInTheEnvironment)
+{
+    const EnvironmentChange compositor("WAYLAND_DISPLAY", "no-such-compositor");
+    const EnvironmentChange platform("QT_QPA_PLATFORM", "offscreen");
+    testing::internal::CaptureStderr();
+    EXPECT_THAT(qtArgumentsOf({"orlimo"}), ElementsAre("orlimo"));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    EXPECT_EQ(selectedClipboardBackend(), ClipboardBackend::qt);
+}
+
+TEST_F(QtArgumentsTest, KeepToTheLastPlatformOnTheCommandLine)
+{
+    const EnvironmentChange compositor("WAYLAND_DISPLAY", "no-such-compositor");
+    const EnvironmentChange platform("QT_QPA_PLATFORM", "wayland");
+    testing::internal::CaptureStderr();
+    EXPECT_THAT(
+        qtArgumentsOf({"orlimo", "-platform", "wayland", "--platform", "offscreen"}),
+        ElementsAre("orlimo", "-platform", "wayland", "--platform", "offscreen"));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST_F(QtArgumentsTest, MayEndWithAnOptionWithoutItsValue)
+{
+    EXPECT_THAT(qtArgumentsOf({"orlimo", "-platform"}), ElementsAre("orlimo", "-platform"));
+}
+
+} // namespace
+} // namespace orlimo

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "platform/threads/Queue.h"
+
+#include <cstddef>
+#include <deque>
+
+namespace orlimo {
+
+/// A queue whose work runs when the test says so, on the test's thread.
+class ManualQueue final : public Queue
+{
+public:
+    void async(Work work) override;
+
+    /// Runs what waits, what that adds included, and returns how much it was.
+    std::size_t run();
+
+    [[nodiscard]] std::size_t waiting() const { return list.size(); }
+
+private:
+    std::deque<Work> list;
+};
+
+} // namespace orlimo

@@ -1,9 +1,0 @@
-#pragma once
-
-namespace orlimo {
-
-/// Has this process, and the program that it becomes, killed when the process that started it ends,
-/// in whatever way: a test that is killed leaves nothing behind. Called in a child process.
-void endWithParent();
-
-} // namespace orlimo
