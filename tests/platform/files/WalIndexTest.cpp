@@ -76,7 +76,7 @@ protected:
 TEST_F(WalIndexTest, WriteLockIsFreeWhileNobodyWrites)
 {
     EXPECT_FALSE(isWriteLockHeld(walIndex));
-    writer.tell("text a message");
+    writer.sendCommand("text a message");
     EXPECT_FALSE(isWriteLockHeld(walIndex));
 }
 
@@ -86,7 +86,7 @@ TEST_F(WalIndexTest, WriteLockIsHeldFromTheFirstFrameToTheCommit)
     EXPECT_TRUE(isWriteLockHeld(walIndex));
     EXPECT_TRUE(isWriteLockHeld(walIndex));
     EXPECT_EQ(visibleMessages(store), 1);
-    writer.tell("commit");
+    writer.sendCommand("commit");
     EXPECT_FALSE(isWriteLockHeld(walIndex));
     EXPECT_EQ(visibleMessages(store), 2);
 }
@@ -94,7 +94,7 @@ TEST_F(WalIndexTest, WriteLockIsHeldFromTheFirstFrameToTheCommit)
 TEST_F(WalIndexTest, WriteLockIsFreeAfterARollback)
 {
     writer.holdTransactionOpen();
-    writer.tell("rollback");
+    writer.sendCommand("rollback");
     EXPECT_FALSE(isWriteLockHeld(walIndex));
 }
 
@@ -112,16 +112,16 @@ TEST_F(WalIndexTest, AskingDoesNotHinderTheWriter)
         EXPECT_FALSE(isWriteLockHeld(walIndex));
         writer.holdTransactionOpen();
         EXPECT_TRUE(isWriteLockHeld(walIndex));
-        writer.tell("commit");
+        writer.sendCommand("commit");
     }
-    writer.tell("truncate");
+    writer.sendCommand("truncate");
     EXPECT_FALSE(isLockedForOtherProcesses(index, firstLockByte, numberOfLockBytes - 1));
 }
 
 TEST_F(WalIndexTest, ReadersDoNotHoldTheWriteLock)
 {
     WriterProcess reader(folder.path() / "chat.db");
-    reader.tell("sql BEGIN; SELECT count(*) FROM message");
+    reader.sendCommand("sql BEGIN; SELECT count(*) FROM message");
     EXPECT_FALSE(isWriteLockHeld(walIndex));
 }
 
@@ -138,7 +138,7 @@ TEST_F(WalIndexTest, AskingDoesNotDropThisProcessesOwnLocks)
 {
     SameProcessConnection own(store);
     own.run("BEGIN; SELECT count(*) FROM message");
-    writer.tell("text after the reader has begun");
+    writer.sendCommand("text after the reader has begun");
     ASSERT_TRUE(isLockedForOtherProcesses(index, firstLockByte + 3, 5)) << "the reader's lock";
     for (int time = 0; time < 1000; ++time) {
         EXPECT_FALSE(isWriteLockHeld(walIndex));
