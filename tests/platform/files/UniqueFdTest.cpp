@@ -10,54 +10,31 @@
 namespace orlimo {
 namespace {
 
-UniqueFd openNothing()
-{
-    return UniqueFd(::open("/dev/null", O_RDONLY | O_CLOEXEC));
-}
-
 bool isOpen(int descriptor)
 {
     return ::fcntl(descriptor, F_GETFD) >= 0;
 }
 
-TEST(UniqueFd, IsEmptyAtFirst)
+TEST(UniqueFd, ClosesTheDescriptorOfItsLastOwner)
 {
     const UniqueFd none;
     EXPECT_FALSE(none);
     EXPECT_EQ(none.get(), -1);
-}
-
-TEST(UniqueFd, ClosesWhenItGoes)
-{
-    int descriptor = -1;
+    UniqueFd first(::open("/dev/null", O_RDONLY | O_CLOEXEC));
+    EXPECT_TRUE(first);
+    const int descriptor = first.get();
     {
-        const UniqueFd owner = openNothing();
-        descriptor = owner.get();
-        EXPECT_TRUE(owner);
+        UniqueFd second(std::move(first));
+        EXPECT_EQ(second.get(), descriptor);
         EXPECT_TRUE(isOpen(descriptor));
+        second = UniqueFd(::open("/dev/null", O_RDONLY | O_CLOEXEC));
+        EXPECT_FALSE(isOpen(descriptor));
+        EXPECT_TRUE(isOpen(second.get()));
     }
     EXPECT_FALSE(isOpen(descriptor));
 }
 
-TEST(UniqueFd, HandsItsDescriptorOverWhenItIsMoved)
-{
-    UniqueFd first = openNothing();
-    const int descriptor = first.get();
-    const UniqueFd second(std::move(first));
-    EXPECT_EQ(second.get(), descriptor);
-    EXPECT_TRUE(isOpen(descriptor));
-}
-
-TEST(UniqueFd, ClosesWhatItHeldWhenItIsGivenAnother)
-{
-    UniqueFd owner = openNothing();
-    const int old = owner.get();
-    owner = openNothing();
-    EXPECT_FALSE(isOpen(old));
-    EXPECT_TRUE(isOpen(owner.get()));
-}
-
-TEST(UniqueFd, TakesZeroForADescriptorLikeAnyOther)
+TEST(UniqueFd, ZeroIsADescriptor)
 {
     const UniqueFd saved(::fcntl(0, F_DUPFD_CLOEXEC, 3));
     ASSERT_TRUE(saved);
