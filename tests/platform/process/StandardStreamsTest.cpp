@@ -27,7 +27,13 @@ std::pair<dev_t, ino_t> fileOf(int descriptor)
 
 /// Which of the three streams are closed, as a set of bits.
 class StandardStreamsTest : public testing::TestWithParam<unsigned>
-{};
+{
+protected:
+    static bool isClosed(int stream)
+    {
+        return (GetParam() >> static_cast<unsigned>(stream) & 1U) != 0;
+    }
+};
 
 INSTANTIATE_TEST_SUITE_P(Closed, StandardStreamsTest, testing::Range(0U, 8U));
 
@@ -38,19 +44,19 @@ TEST_P(StandardStreamsTest, ClosedOnesAreOpenedOnNothing)
     const auto run = runForked([] {
         const auto nothing = fileOf(::open("/dev/null", O_RDWR | O_CLOEXEC));
         std::array<std::pair<dev_t, ino_t>, 3> expected;
-        for (int stream = 0; stream < 3; ++stream) {
-            const bool isClosed = (GetParam() >> static_cast<unsigned>(stream) & 1U) != 0;
-            expected.at(static_cast<std::size_t>(stream)) = isClosed ? nothing : fileOf(stream);
-            if (isClosed) {
+        for (const int stream : {0, 1, 2}) {
+            expected.at(static_cast<std::size_t>(stream)) =
+                isClosed(stream) ? nothing : fileOf(stream);
+            if (isClosed(stream)) {
                 ::close(stream);
             }
         }
         prepareStandardStreams();
-        for (int stream = 0; stream < 3; ++stream) {
+        for (const int stream : {0, 1, 2}) {
             if (fileOf(stream) != expected.at(static_cast<std::size_t>(stream))) {
                 ::_exit(1 + stream);
             }
-            if (fileOf(stream) == nothing &&
+            if (isClosed(stream) &&
                 ((::fcntl(stream, F_GETFL) & O_ACCMODE) != O_RDWR || ::fcntl(stream, F_GETFD) != 0))
             {
                 ::_exit(11 + stream);
