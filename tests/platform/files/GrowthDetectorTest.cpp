@@ -226,6 +226,7 @@ protected:
             {"nothing", [&] { expectCheck(false, false); }},
             {"waits", [&] { expectCheck(false, true); }},
             {"reported", [&] { expectCheck(true, false); }},
+            {"reported-as-grown", [&] { EXPECT_TRUE(detector->check(true)); }},
             {"reported-and-waits", [&] { expectCheck(true, true); }},
         };
         for (std::string word; words >> word;) {
@@ -304,6 +305,12 @@ INSTANTIATE_TEST_SUITE_P(
             "LogCutToALimitGrowsFromIt", // which the first commit of the new log does
             "lock restart waits write 4 publish 1 unlock reported "
             "publish 2 nothing publish 4 nothing commit 5 reported"},
+        WalCase{
+            "LogCutToALimitGrowsFromItUnderASystemThatReportsGrowthAlone",
+            "commit 12 reported restart write 8 publish 1 publish 8 commit 9 reported-as-grown"},
+        WalCase{
+            "LogCutToALimitGrowsFromTheEndOfALongFirstCommit",
+            "commit 30 reported restart write 14 publish 14 commit 15 reported-as-grown nothing"},
         WalCase{
             "CommitBetweenTwoTruncationsIsReported",
             "restart cut nothing commit 2 restart cut reported restart nothing"},

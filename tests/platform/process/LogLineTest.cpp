@@ -2,7 +2,6 @@
 
 #include "platform/files/UniqueFd.h"
 #include "platform/process/StandardStreams.h"
-#include "tests/platform/process/OutputRedirection.h"
 #include "tests/platform/process/TestPipe.h"
 #include "tests/support/Await.h"
 #include "tests/support/JoiningThread.h"
@@ -34,6 +33,24 @@ namespace orlimo {
 namespace {
 
 using namespace std::string_view_literals;
+
+/// Redirects this process's standard output to another descriptor while the object lives. Expect
+/// nothing meanwhile: a failure would be reported on the same stream.
+class OutputRedirection
+{
+public:
+    explicit OutputRedirection(int descriptor)
+        : saved(::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 3))
+    {
+        (void)::dup2(descriptor, STDOUT_FILENO);
+    }
+    OutputRedirection(const OutputRedirection&) = delete;
+    OutputRedirection& operator=(const OutputRedirection&) = delete;
+    ~OutputRedirection() { (void)::dup2(saved.get(), STDOUT_FILENO); }
+
+private:
+    UniqueFd saved;
+};
 
 /// Reads to the end, at most `step` bytes at a time.
 std::string readAll(int descriptor, std::size_t step)
@@ -96,9 +113,9 @@ INSTANTIATE_TEST_SUITE_P(Flags, LogLineThroughSlowPipe, testing::Values(0, O_NON
 
 TEST_P(LogLineThroughSlowPipe, IsWrittenInFull)
 {
-    // Sixteen megabytes in which no two places look alike.
+    // Many times what a pipe holds, in which no two places look alike.
     std::string line;
-    for (int number = 0; line.size() < std::size_t{16} << 20U; ++number) {
+    for (int number = 0; line.size() < std::size_t{2} << 20U; ++number) {
         line.append(std::to_string(number)).push_back(' ');
     }
     TestPipe pipe;

@@ -14,6 +14,7 @@
 #include <memory>
 #include <numeric>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace orlimo {
@@ -21,49 +22,35 @@ namespace {
 
 TEST(MainQueue, WorkRunsInOrderOnTheMainThread)
 {
-    constexpr int numberOfThreads = 4;
     std::map<int, std::vector<int>> ran; // by the thread that posted; the main thread's alone
-    int offMainThread = 0;
     int total = 0;
+    bool isRunning = false;
+    const auto post = [&](int thread) {
+        for (int number = 0; number < 250; ++number) {
+            mainQueue().async([&, thread, number] {
+                EXPECT_TRUE(isMainThread());
+                EXPECT_FALSE(std::exchange(isRunning, true)) << "one at a time";
+                ran[thread].push_back(number);
+                mainQueue().async([&] { total += isRunning ? 1000 : 1; });
+                isRunning = false;
+            });
+        }
+    };
     {
         std::vector<JoiningThread> threads;
-        for (int thread = 0; thread <= numberOfThreads; ++thread) {
-            const auto post = [&, thread] {
-                for (int number = 0; number < 250; ++number) {
-                    mainQueue().async([&, thread, number] {
-                        offMainThread += isMainThread() ? 0 : 1;
-                        ran[thread].push_back(number);
-                        ++total;
-                    });
-                }
-            };
-            if (thread == numberOfThreads) {
-                post();
-            } else {
-                threads.emplace_back(post);
-            }
+        for (int thread = 1; thread < 5; ++thread) {
+            threads.emplace_back([&post, thread] { post(thread); });
         }
+        post(0);
     }
     EXPECT_TRUE(ran.empty()) << "posting runs nothing";
     ASSERT_TRUE(await([&total] { return total >= 1250; }));
-    EXPECT_EQ(offMainThread, 0);
+    EXPECT_EQ(total, 1250);
     std::vector<int> expected(250);
     std::iota(expected.begin(), expected.end(), 0);
-    for (int thread = 0; thread <= numberOfThreads; ++thread) {
+    for (int thread = 0; thread < 5; ++thread) {
         EXPECT_EQ(ran[thread], expected) << "thread " << thread;
     }
-}
-
-TEST(MainQueue, WorkPostedByWorkRunsAfterIt)
-{
-    std::vector<std::string> order;
-    mainQueue().async([&order] {
-        order.emplace_back("outer begins");
-        mainQueue().async([&order] { order.emplace_back("inner"); });
-        order.emplace_back("outer ends");
-    });
-    ASSERT_TRUE(await([&order] { return order.size() == 3; }));
-    EXPECT_EQ(order, (std::vector<std::string>{"outer begins", "outer ends", "inner"}));
 }
 
 TEST(BackgroundQueue, WorkRunsOnceOffTheMainThread)
