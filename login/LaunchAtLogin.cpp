@@ -2,7 +2,6 @@
 
 #include "login/LaunchAtLoginObservable.h"
 
-#include <memory>
 #include <optional>
 
 namespace orlimo {
@@ -11,10 +10,7 @@ namespace {
 
 void logFailure(const LoginServices& services, bool enabling, const ServiceError& error)
 {
-    services.logger().error(
-        "Failed to %s launch at login: %s",
-        enabling ? "enable" : "disable",
-        error.localizedDescription);
+    services.logError(enabling ? "enable" : "disable", error.localizedDescription);
 }
 
 } // namespace
@@ -59,12 +55,6 @@ LaunchAtLogin::Observable& LaunchAtLogin::observable()
 {
     static Observable shared;
     return shared;
-}
-
-UnifiedLog& LaunchAtLogin::logger()
-{
-    static const auto log = UnifiedLog::create("app.orlimo.Orlimo.LaunchAtLogin", "main");
-    return *log;
 }
 
 } // namespace orlimo

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "login/LoginServices.h"
-#include "platform/process/UnifiedLog.h"
 
 namespace orlimo {
 
@@ -37,12 +36,6 @@ public:
     /// The one instance that views observe. Made at the first call, lives to the end of the
     /// process.
     [[nodiscard]] static Observable& observable();
-
-private:
-    friend struct LoginServices;
-
-    /// Made at the first call, lives to the end of the process.
-    [[nodiscard]] static UnifiedLog& logger();
 };
 
 } // namespace orlimo

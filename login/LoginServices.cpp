@@ -1,6 +1,6 @@
 #include "login/LoginServices.h"
 
-#include "login/LaunchAtLogin.h"
+#include "platform/process/LoginItemLog.h"
 
 namespace orlimo {
 
@@ -8,7 +8,7 @@ LoginServices LoginServices::native()
 {
     return {
         .service = mainAppService(),
-        .logger = LaunchAtLogin::logger,
+        .logError = logLoginItemError,
         .currentLaunchEvent = orlimo::currentLaunchEvent,
     };
 }

@@ -2,10 +2,10 @@
 
 #include "platform/loginitem/LaunchEvent.h"
 #include "platform/loginitem/LoginItemService.h"
-#include "platform/process/UnifiedLog.h"
 
 #include <functional>
 #include <optional>
+#include <string_view>
 
 namespace orlimo {
 
@@ -14,8 +14,8 @@ namespace orlimo {
 struct LoginServices
 {
     LoginItemService& service;
-    /// The log for failures. Asked for only when there is something to write.
-    std::function<UnifiedLog&()> logger;
+    /// Logs a failure to "enable" or to "disable" launch at login, as logLoginItemError() does.
+    std::function<void(std::string_view operation, std::string_view reason)> logError;
     std::function<std::optional<LaunchEvent>()> currentLaunchEvent;
 
     /// The running program's own.

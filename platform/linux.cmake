@@ -18,15 +18,14 @@ set(orlimo_platform_sources
     clipboard/linux/DescriptorNotifier.cpp
     loginitem/linux/DesktopEntry.cpp
     files/linux/DirectoryListing.cpp
-    process/linux/EnvironmentVariable.cpp
+    process/EnvironmentVariable.cpp
     process/FatalStop.cpp
-    process/Formatted.cpp
     files/linux/FileHandle.cpp
     clipboard/linux/GeneralPasteboard.cpp
     files/GrowthDetector.cpp
     files/linux/InotifyVnodeSource.cpp
     loginitem/linux/LaunchEvent.cpp
-    files/linux/LibraryFolder.cpp
+    files/linux/UserFolders.cpp
     process/JournalStream.cpp
     process/LogLine.cpp
     loginitem/linux/MainAppService.cpp
@@ -39,7 +38,7 @@ set(orlimo_platform_sources
     preferences/linux/SettingsFile.cpp
     preferences/linux/SettingsText.cpp
     process/StandardStreams.cpp
-    process/linux/SyslogUnifiedLog.cpp
+    process/linux/LoginItemLog.cpp
     desktop/linux/SystemArguments.cpp
     clipboard/linux/TextTransfer.cpp
     clipboard/linux/TextTransfers.cpp
@@ -47,7 +46,6 @@ set(orlimo_platform_sources
     preferences/linux/UnstoredPreferences.cpp
     threads/linux/UptimeClock.cpp
     process/UserDatabase.cpp
-    files/linux/UserFolder.cpp
     files/VnodeEventDelivery.cpp
     files/WalIndex.cpp
     threads/EventLoopQueue.cpp

@@ -15,14 +15,14 @@ set(orlimo_platform_sources
     preferences/macos/StandardUserDefaults.mm
     process/macos/StringConversion.mm
     desktop/macos/SystemArguments.cpp
-    process/macos/SystemUnifiedLog.mm
+    process/macos/LoginItemLog.mm
     desktop/macos/QtArguments.cpp
     threads/macos/UptimeClock.cpp
     process/FatalStop.cpp
-    process/Formatted.cpp
     files/GrowthDetector.cpp
     process/JournalStream.cpp
     process/LogLine.cpp
+    process/EnvironmentVariable.cpp
     process/StandardStreams.cpp
     process/UserDatabase.cpp
     files/VnodeEventDelivery.cpp

@@ -47,7 +47,7 @@ bool hasFullDiskAccess(const std::function<std::optional<UserEntry>()>& userEntr
         }
         folder = withTildesReplaced(probeFolder, absolutePath(*entry->homeDirectory));
     }
-    return contentsOfDirectory(folder).has_value();
+    return canListDirectory(folder);
 }
 
 } // namespace orlimo

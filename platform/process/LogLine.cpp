@@ -1,9 +1,9 @@
 #include "platform/process/LogLine.h"
 
 #include "platform/files/WriteAll.h"
+#include "platform/process/EnvironmentVariable.h"
 #include "platform/process/JournalStream.h"
 
-#include <cstdlib>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -18,10 +18,7 @@ namespace {
 bool isOutputJournaled()
 {
     // Read once: another thread's line may come while the main thread changes the environment.
-    static const auto journal = [] {
-        const char* const value = std::getenv("JOURNAL_STREAM"); // NOLINT(concurrency-mt-unsafe)
-        return value == nullptr ? std::nullopt : JournalStream::parse(value);
-    }();
+    static const auto journal = JournalStream::parse(environmentVariable("JOURNAL_STREAM"));
     return journal && journal->matches(STDOUT_FILENO);
 }
 

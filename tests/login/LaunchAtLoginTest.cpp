@@ -18,25 +18,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// A log that writes each entry into a list.
-class RecordingLog final : public UnifiedLog
-{
-public:
-    explicit RecordingLog(std::vector<std::string>& callList)
-        : calls(callList)
-    {}
-
-    void error(std::string_view format, std::string_view first, std::string_view second) override
-    {
-        calls.push_back(
-            "log \"" + std::string(format) + "\", \"" + std::string(first) + "\", \"" +
-            std::string(second) + "\"");
-    }
-
-private:
-    std::vector<std::string>& calls;
-};
-
 /// With a service and a log that do what the test says, and everything that happens in one list.
 class LaunchAtLoginTest : public testing::Test
 {
@@ -55,13 +36,13 @@ protected:
 
     std::vector<std::string> calls;
     ScriptedLoginItemService service{calls};
-    RecordingLog log{calls};
     LoginServices services{
         .service = serviceUnderTest(service),
-        .logger = [this]() -> UnifiedLog& {
-            calls.emplace_back("logger");
-            return log;
-        },
+        .logError =
+            [this](std::string_view operation, std::string_view reason) {
+                calls.push_back(
+                    "log \"" + std::string(operation) + "\", \"" + std::string(reason) + "\"");
+            },
         .currentLaunchEvent = [] { return std::nullopt; }};
     QObject observer;
 };
@@ -125,11 +106,7 @@ TEST_F(LaunchAtLoginTest, AFailureToRegisterIsOneEntry)
     EXPECT_THAT(
         calls,
         ElementsAre(
-            "objectWillChange",
-            "status",
-            "register",
-            "logger",
-            R"(log "Failed to %s launch at login: %s", "enable", "Permission denied")"));
+            "objectWillChange", "status", "register", R"(log "enable", "Permission denied")"));
 }
 
 TEST_F(LaunchAtLoginTest, AFailureToRegisterAfreshLeavesTheProgramUnregistered)
@@ -144,8 +121,7 @@ TEST_F(LaunchAtLoginTest, AFailureToRegisterAfreshLeavesTheProgramUnregistered)
             "status",
             "unregister",
             "register",
-            "logger",
-            R"(log "Failed to %s launch at login: %s", "enable", "No space left")"));
+            R"(log "enable", "No space left")"));
     EXPECT_FALSE(isEnabled());
 }
 
@@ -158,12 +134,7 @@ TEST_F(LaunchAtLoginTest, BothFailuresAreStillOneEntry)
     EXPECT_THAT(
         calls,
         ElementsAre(
-            "objectWillChange",
-            "status",
-            "unregister",
-            "register",
-            "logger",
-            R"(log "Failed to %s launch at login: %s", "enable", "second")"));
+            "objectWillChange", "status", "unregister", "register", R"(log "enable", "second")"));
 }
 
 TEST_F(LaunchAtLoginTest, DisablingUnregistersWithoutAskingFirst)
@@ -182,12 +153,7 @@ TEST_F(LaunchAtLoginTest, AFailureToUnregisterIsOneEntry)
     service.unregisterError = ServiceError{.code = 2, .localizedDescription = "not registered"};
     setEnabled(false);
     EXPECT_THAT(
-        calls,
-        ElementsAre(
-            "objectWillChange",
-            "unregister",
-            "logger",
-            R"(log "Failed to %s launch at login: %s", "disable", "not registered")"));
+        calls, ElementsAre("objectWillChange", "unregister", R"(log "disable", "not registered")"));
 }
 
 TEST_F(LaunchAtLoginTest, TheSameValueTwiceIsDoneTwice)
@@ -238,7 +204,7 @@ protected:
     {
         LaunchAtLogin::observeResponses(
             {.service = service,
-             .logger = services.logger,
+             .logError = services.logError,
              .currentLaunchEvent = services.currentLaunchEvent});
     }
 };
@@ -259,11 +225,9 @@ TEST_F(DelayedResponse, IsOneEntryWhenItIsAFailure)
         calls,
         ElementsAre(
             "objectWillChange",
-            "logger",
-            R"(log "Failed to %s launch at login: %s", "enable", "Operation canceled")",
+            R"(log "enable", "Operation canceled")",
             "objectWillChange",
-            "logger",
-            R"(log "Failed to %s launch at login: %s", "disable", "Operation canceled")"));
+            R"(log "disable", "Operation canceled")"));
 }
 
 /// How the program was launched, by the event that is being handled.

@@ -2,7 +2,7 @@
 
 #include "platform/bus/linux/SocketTimeout.h"
 #include "platform/files/UniqueFd.h"
-#include "platform/process/linux/EnvironmentVariable.h"
+#include "platform/process/EnvironmentVariable.h"
 
 #include <QByteArray>
 

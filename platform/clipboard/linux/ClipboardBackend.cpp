@@ -1,7 +1,7 @@
 #include "platform/clipboard/linux/ClipboardBackend.h"
 
 #include "platform/clipboard/linux/DataControlClipboard.h"
-#include "platform/process/linux/EnvironmentVariable.h"
+#include "platform/process/EnvironmentVariable.h"
 
 #include <iostream>
 #include <memory>

@@ -3,7 +3,7 @@
 #include "platform/bus/linux/SocketTimeout.h"
 #include "platform/display/linux/WaylandRoundTrip.h"
 #include "platform/files/UniqueFd.h"
-#include "platform/process/linux/EnvironmentVariable.h"
+#include "platform/process/EnvironmentVariable.h"
 
 #include <algorithm>
 #include <cerrno>

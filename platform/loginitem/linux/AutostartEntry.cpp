@@ -2,7 +2,7 @@
 
 #include "platform/ApplicationIdentity.h"
 #include "platform/files/UniqueFd.h"
-#include "platform/files/linux/UserFolder.h"
+#include "platform/files/linux/UserFolders.h"
 #include "platform/loginitem/LaunchEvent.h"
 #include "platform/loginitem/linux/DesktopEntry.h"
 

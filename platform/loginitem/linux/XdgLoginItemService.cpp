@@ -1,13 +1,13 @@
 #include "platform/loginitem/linux/XdgLoginItemService.h"
 
-#include "platform/files/linux/HomeFolder.h"
+#include "platform/files/linux/UserFolders.h"
 #include "platform/loginitem/linux/AutostartEntry.h"
 #include "platform/loginitem/linux/RunningProgram.h"
+#include "platform/process/EnvironmentVariable.h"
 
 #include <QString>
 
 #include <cerrno>
-#include <cstdlib>
 #include <filesystem>
 
 namespace orlimo {
@@ -18,16 +18,11 @@ namespace {
 /// user.
 std::optional<std::filesystem::path> autostartFolder()
 {
-    // NOLINTBEGIN(concurrency-mt-unsafe): never set
-    const char* const configuration = std::getenv("XDG_CONFIG_HOME");
-    if (configuration != nullptr && *configuration == '/') {
-        return std::filesystem::path(configuration) / "autostart";
+    const std::filesystem::path configuration = environmentVariable("XDG_CONFIG_HOME");
+    if (configuration.is_absolute()) {
+        return configuration / "autostart";
     }
-    auto home = homeFolder(std::getenv("HOME"), std::nullopt);
-    // NOLINTEND(concurrency-mt-unsafe)
-    if (!home) {
-        home = homeFolder(nullptr, homeInUserDatabase());
-    }
+    const auto home = homeFolder();
     return home ? std::optional(*home / ".config" / "autostart") : std::nullopt;
 }
 

@@ -1,7 +1,7 @@
 #include "platform/preferences/linux/SettingsFile.h"
 
 #include "platform/files/UniqueFd.h"
-#include "platform/files/linux/UserFolder.h"
+#include "platform/files/linux/UserFolders.h"
 #include "platform/process/ToQString.h"
 
 #include <QFile>

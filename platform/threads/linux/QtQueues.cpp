@@ -27,8 +27,9 @@ void lowerThreadPriority()
     (void)::setpriority(PRIO_PROCESS, 0, backgroundNiceness);
 }
 
-/// Work on threads of low priority, as many as there are processors. The threads are started when
-/// they are needed and stay: one that ended after a while would wake an idle program up to do so.
+/// Runs work on two threads of low priority, so that a long piece of work, such as reading the
+/// fonts, never delays a short one. The threads are started when they are needed and stay: one that
+/// ended after a while would wake up an idle program to do so.
 class BackgroundQueue final : public Queue
 {
 public:
@@ -37,7 +38,8 @@ public:
         {
             const std::lock_guard guard(mutex);
             pendingWork.push_back(std::move(work));
-            if (idleThreads < pendingWork.size() && threads < maxThreads) {
+            ++unfinished;
+            if (threads < std::min(unfinished, maxThreads)) {
                 startThread();
             }
         }
@@ -45,17 +47,16 @@ public:
         workAvailable.notify_one();
     }
 
-    /// Waits until everything that was offered has run, as far as there is a thread to run it.
+    /// Waits until all work has run, unless there is no thread to run it.
     void waitForDone()
     {
         std::unique_lock guard(mutex);
-        allDone.wait(
-            guard, [this] { return busyThreads == 0 && (pendingWork.empty() || threads == 0); });
+        allDone.wait(guard, [this] { return unfinished == 0 || threads == 0; });
     }
 
 private:
-    /// Where the host has no thread left, what waits is run by those that there are, or by the one
-    /// that is started for the next offer. With the mutex locked.
+    /// With the mutex locked. If the system has no thread left, work waits for a running thread or
+    /// for the one that the next call of `async` starts.
     void startThread()
     {
         try {
@@ -71,36 +72,27 @@ private:
         lowerThreadPriority();
         std::unique_lock guard(mutex);
         for (;;) {
-            ++idleThreads;
             workAvailable.wait(guard, [this] { return !pendingWork.empty(); });
-            --idleThreads;
-            runNext(guard);
+            Work work = std::move(pendingWork.front());
+            pendingWork.pop_front();
+            guard.unlock();
+            work();
+            work = nullptr;
+            guard.lock();
+            if (--unfinished == 0) {
+                allDone.notify_all();
+            }
         }
     }
 
-    void runNext(std::unique_lock<std::mutex>& guard)
-    {
-        ++busyThreads;
-        Work work = std::move(pendingWork.front());
-        pendingWork.pop_front();
-        guard.unlock();
-        work();
-        work = nullptr;
-        guard.lock();
-        --busyThreads;
-        if (pendingWork.empty() && busyThreads == 0) {
-            allDone.notify_all();
-        }
-    }
-
-    const std::size_t maxThreads = std::max(2U, std::thread::hardware_concurrency());
+    static constexpr std::size_t maxThreads = 2;
     std::mutex mutex;
     std::condition_variable workAvailable;
     std::condition_variable allDone;
     std::deque<Work> pendingWork;
+    /// How much work waits or runs.
+    std::size_t unfinished = 0;
     std::size_t threads = 0;
-    std::size_t idleThreads = 0;
-    std::size_t busyThreads = 0;
 };
 
 // Deliberately never destroyed: threads that outlive the application object may still offer work.

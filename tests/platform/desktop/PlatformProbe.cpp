@@ -1,7 +1,6 @@
 // A program that does one thing which the tests need a process of their own for.
 
 #include "platform/loginitem/LoginItemService.h"
-#include "platform/process/UnifiedLog.h"
 
 #include <functional>
 #include <iostream>
@@ -9,8 +8,6 @@
 #include <optional>
 #include <string>
 #include <vector>
-
-#include <syslog.h>
 
 namespace orlimo {
 namespace {
@@ -37,20 +34,10 @@ int serveLoginItem()
     return 0;
 }
 
-int logErrors(int logMask)
-{
-    (void)::setlogmask(logMask);
-    UnifiedLog::create("org.example.part", "main")->error("Failed to %s: %s", "begin", "100 %\nx");
-    UnifiedLog::create("org.example.part", "main")->error("%s%s", "again", "");
-    return 0;
-}
-
 int run(const std::vector<std::string>& arguments)
 {
     const std::map<std::string, std::function<int()>> commands{
         {"login-item", serveLoginItem},
-        {"log-errors", [] { return logErrors(LOG_UPTO(LOG_DEBUG)); }},
-        {"log-errors-masked", [] { return logErrors(LOG_UPTO(LOG_CRIT)); }},
     };
     return commands.at(arguments.at(0))();
 }

@@ -18,8 +18,8 @@
 
 namespace orlimo {
 
-/// Runs work at once on the thread that offers it, so that a test sees the store as it is at the
-/// moment of the delivery and not when the event loop turns next.
+/// Runs work at once on the thread that posts it, so that a test sees the store as it is at the
+/// moment of the delivery.
 class ImmediateQueue final : public Queue
 {
 public:

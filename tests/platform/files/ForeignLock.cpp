@@ -27,12 +27,12 @@ struct flock lockOf(short type, off_t first, off_t length)
     return lock;
 }
 
-/// What the holder does: takes the lock, says so with one byte, and keeps it until `life` ends.
-[[noreturn]] void hold(const std::filesystem::path& file, struct flock lock, int answer, int life)
+/// What the holder does: takes the lock, reports it with one byte, and keeps it until `life` ends.
+[[noreturn]] void hold(const std::filesystem::path& file, struct flock lock, int report, int life)
 {
     const int descriptor = ::open(file.c_str(), O_RDWR | O_CLOEXEC);
     char held = ::fcntl(descriptor, F_SETLK, &lock) == 0 ? 'y' : 'n';
-    (void)!::write(answer, &held, 1);
+    (void)!::write(report, &held, 1);
     (void)!::read(life, &held, 1);
     ::_exit(0);
 }
@@ -53,9 +53,9 @@ ForeignLock::ForeignLock(const std::filesystem::path& file, off_t byte, Kind kin
     ::close(ends[1]);
     ::close(life[0]);
     holderLifetimePipe = UniqueFd(life[1]);
-    char answer = '\0';
-    EXPECT_EQ(::read(ends[0], &answer, 1), 1);
-    EXPECT_EQ(answer, 'y') << "no lock on " << file;
+    char report = '\0';
+    EXPECT_EQ(::read(ends[0], &report, 1), 1);
+    EXPECT_EQ(report, 'y') << "no lock on " << file;
     ::close(ends[0]);
 }
 

@@ -17,21 +17,19 @@ public:
         exclusive,
     };
 
-    /// Returns when the lock is held. A lock that cannot be had is a test failure.
+    /// Returns when the lock is held. A lock that cannot be taken is a test failure.
     ForeignLock(const std::filesystem::path& file, off_t byte, Kind kind = Kind::exclusive);
     ForeignLock(const ForeignLock&) = delete;
     ForeignLock& operator=(const ForeignLock&) = delete;
     ~ForeignLock();
-
-    [[nodiscard]] pid_t processId() const { return holder; }
 
 private:
     pid_t holder = -1;
     UniqueFd holderLifetimePipe;
 };
 
-/// Whether a process other than this one finds a lock anywhere in the `length` bytes of `file` from
-/// `first` on: one of this process's own, that is, when nobody else uses the file.
+/// Whether another process finds a lock in the `length` bytes of `file` from `first` on: one of
+/// this process when nobody else uses the file.
 [[nodiscard]] bool
 isLockedForOtherProcesses(const std::filesystem::path& file, off_t first, off_t length);
 

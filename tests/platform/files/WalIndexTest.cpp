@@ -1,6 +1,7 @@
 #include "platform/files/WalIndex.h"
 
 #include "tests/platform/files/ForeignLock.h"
+#include "tests/platform/files/OpenDescriptors.h"
 #include "tests/platform/files/WriterProcess.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/process/ForkedRun.h"
@@ -11,12 +12,10 @@
 
 #include <cerrno>
 #include <filesystem>
-#include <iterator>
 #include <memory>
 #include <optional>
 #include <string>
 #include <system_error>
-#include <utility>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -25,8 +24,8 @@
 namespace orlimo {
 namespace {
 
-/// Where SQLite's locks are in the shared index: the writer's first, then the checkpointer's, that
-/// of recovery, and those of the readers; the one behind them says that somebody uses the file.
+/// SQLite's locks in the shared index: the writer's first, then the checkpointer's, that of
+/// recovery, and the readers'; the last one marks the file as in use.
 constexpr off_t firstLockByte = 120;
 constexpr off_t numberOfLockBytes = 9;
 
@@ -35,12 +34,7 @@ bool isWriteLockHeld(WalIndex& index)
     return index.writeLock() == WalIndex::Lock::held;
 }
 
-std::ptrdiff_t openDescriptors()
-{
-    return std::distance(std::filesystem::directory_iterator("/dev/fd"), {});
-}
-
-/// A connection of this process's own, which reads or writes beside the lock under test.
+/// A connection in this process.
 class SameProcessConnection
 {
 public:
@@ -62,7 +56,7 @@ private:
     sqlite3* connection = nullptr;
 };
 
-/// The lock of a real store that another process writes.
+/// The index of a real store that another process writes.
 class WalIndexTest : public testing::Test
 {
 protected:
@@ -73,54 +67,28 @@ protected:
     WalIndex walIndex{folder.path() / "chat.db-wal"};
 };
 
-TEST_F(WalIndexTest, WriteLockIsFreeWhileNobodyWrites)
+TEST_F(WalIndexTest, WriteLockIsHeldFromTheFirstFrameToTheEndOfTheTransaction)
 {
     EXPECT_FALSE(isWriteLockHeld(walIndex));
-    writer.sendCommand("text a message");
-    EXPECT_FALSE(isWriteLockHeld(walIndex));
-}
-
-TEST_F(WalIndexTest, WriteLockIsHeldFromTheFirstFrameToTheCommit)
-{
-    writer.holdTransactionOpen();
-    EXPECT_TRUE(isWriteLockHeld(walIndex));
-    EXPECT_TRUE(isWriteLockHeld(walIndex));
-    EXPECT_EQ(visibleMessages(store), 1);
-    writer.sendCommand("commit");
-    EXPECT_FALSE(isWriteLockHeld(walIndex));
+    for (const char* const end : {"commit", "rollback"}) {
+        writer.holdTransactionOpen();
+        EXPECT_TRUE(isWriteLockHeld(walIndex));
+        EXPECT_TRUE(isWriteLockHeld(walIndex)) << "querying it changes nothing";
+        writer.sendCommand(end);
+        EXPECT_FALSE(isWriteLockHeld(walIndex)) << end;
+    }
     EXPECT_EQ(visibleMessages(store), 2);
-}
-
-TEST_F(WalIndexTest, WriteLockIsFreeAfterARollback)
-{
-    writer.holdTransactionOpen();
-    writer.sendCommand("rollback");
-    EXPECT_FALSE(isWriteLockHeld(walIndex));
-}
-
-TEST_F(WalIndexTest, WriteLockIsFreeWhenTheWriterHasCrashed)
-{
+    writer.sendCommand("truncate");
+    EXPECT_FALSE(isLockedForOtherProcesses(index, firstLockByte, numberOfLockBytes - 1));
     writer.holdTransactionOpen();
     EXPECT_TRUE(isWriteLockHeld(walIndex));
     writer.crash();
     EXPECT_FALSE(isWriteLockHeld(walIndex));
 }
 
-TEST_F(WalIndexTest, AskingDoesNotHinderTheWriter)
-{
-    for (int message = 0; message < 20; ++message) {
-        EXPECT_FALSE(isWriteLockHeld(walIndex));
-        writer.holdTransactionOpen();
-        EXPECT_TRUE(isWriteLockHeld(walIndex));
-        writer.sendCommand("commit");
-    }
-    writer.sendCommand("truncate");
-    EXPECT_FALSE(isLockedForOtherProcesses(index, firstLockByte, numberOfLockBytes - 1));
-}
-
 TEST_F(WalIndexTest, ReadersDoNotHoldTheWriteLock)
 {
-    WriterProcess reader(folder.path() / "chat.db");
+    WriterProcess reader(store);
     reader.sendCommand("sql BEGIN; SELECT count(*) FROM message");
     EXPECT_FALSE(isWriteLockHeld(walIndex));
 }
@@ -134,130 +102,81 @@ TEST_F(WalIndexTest, WriteLockOfThisProcessDoesNotCount)
     own.run("ROLLBACK");
 }
 
-TEST_F(WalIndexTest, AskingDoesNotDropThisProcessesOwnLocks)
+TEST_F(WalIndexTest, QueryDropsNoLockOfThisProcessAndOpensTheIndexOnce)
 {
     SameProcessConnection own(store);
     own.run("BEGIN; SELECT count(*) FROM message");
     writer.sendCommand("text after the reader has begun");
     ASSERT_TRUE(isLockedForOtherProcesses(index, firstLockByte + 3, 5)) << "the reader's lock";
-    for (int time = 0; time < 1000; ++time) {
+    EXPECT_FALSE(isWriteLockHeld(walIndex));
+    const auto descriptors = openDescriptors();
+    for (int time = 0; time < 100; ++time) {
         EXPECT_FALSE(isWriteLockHeld(walIndex));
     }
+    EXPECT_EQ(openDescriptors(), descriptors);
+    EXPECT_FALSE(isWriteLockHeld(*std::make_unique<WalIndex>(folder.path() / "chat.db-wal")));
     EXPECT_TRUE(isLockedForOtherProcesses(index, firstLockByte + 3, 5)) << "the reader's lock";
     own.run("COMMIT");
     EXPECT_FALSE(isLockedForOtherProcesses(index, firstLockByte + 3, 5));
 }
 
-TEST_F(WalIndexTest, GoingAwayDoesNotDropThisProcessesOwnLocks)
-{
-    SameProcessConnection own(store);
-    own.run("BEGIN; SELECT count(*) FROM message");
-    EXPECT_FALSE(isWriteLockHeld(*std::make_unique<WalIndex>(folder.path() / "chat.db-wal")));
-    EXPECT_TRUE(isLockedForOtherProcesses(index, firstLockByte + 3, 5)) << "the reader's lock";
-    own.run("COMMIT");
-}
-
-TEST_F(WalIndexTest, OpensTheIndexOnce)
-{
-    EXPECT_FALSE(isWriteLockHeld(walIndex));
-    const auto before = openDescriptors();
-    for (int time = 0; time < 100; ++time) {
-        (void)isWriteLockHeld(walIndex);
-    }
-    EXPECT_EQ(openDescriptors(), before);
-}
-
-/// The lock of a shared index that the test makes itself.
+/// An index that the test creates itself.
 class StandaloneWalIndex : public testing::Test
 {
 protected:
     StandaloneWalIndex() { writeFile(index, "an index"); }
 
     TemporaryFolder folder;
-    std::filesystem::path log = folder.path() / "store-wal";
-    std::filesystem::path index = folder.path() / "store-shm";
-    WalIndex walIndex{log};
+    /// A folder whose name is not text, where the file system accepts it.
+    std::filesystem::path store = folder.path() /
+                                  (supportsFileName(folder.path() / "\xFF") ? "\xFF" : "a") /
+                                  "-wal folder\n-wal" / "store-wal";
+    std::filesystem::path index = store.string() + "-shm";
+    WalIndex walIndex{store.string() + "-wal"};
 };
 
-TEST_F(StandaloneWalIndex, WriteLockIsTheWritersByteAlone)
+TEST_F(StandaloneWalIndex, WriteLockIsAnExclusiveOneOnTheWritersByteAlone)
 {
     for (off_t byte = firstLockByte - 1; byte < firstLockByte + numberOfLockBytes; ++byte) {
         const ForeignLock foreign(index, byte);
         EXPECT_EQ(isWriteLockHeld(walIndex), byte == firstLockByte) << byte;
     }
-    EXPECT_FALSE(isWriteLockHeld(walIndex));
-}
-
-TEST_F(StandaloneWalIndex, WriteLockIsHeldExclusivelyOrNotAtAll)
-{
     const ForeignLock foreign(index, firstLockByte, ForeignLock::Kind::shared);
     EXPECT_FALSE(isWriteLockHeld(walIndex));
 }
 
-TEST_F(StandaloneWalIndex, WriteLockOfAFileThatIsNoLogIsFree)
+TEST_F(StandaloneWalIndex, FileThatIsNoLogHasNone)
 {
     const ForeignLock foreign(index, firstLockByte);
-    for (const char* name : {"store", "store-shm", "store-wal2", "store.wal", "-wa", ""}) {
-        EXPECT_FALSE(WalIndex(folder.path() / name).writeLock() == WalIndex::Lock::held) << name;
+    for (const char* name :
+         {"store-wal", "store-wal-shm", "store-wal-wal2", "store-wal.wal", "-wa", ""})
+    {
+        EXPECT_FALSE(WalIndex(index.parent_path() / name).writeLock() == WalIndex::Lock::held)
+            << name;
     }
     EXPECT_FALSE(WalIndex("").writeLock() == WalIndex::Lock::held);
     EXPECT_TRUE(isWriteLockHeld(walIndex));
 }
 
-/// In folders with odd names.
-class WalIndexInFolder : public StandaloneWalIndex, public testing::WithParamInterface<const char*>
-{};
-
-INSTANTIATE_TEST_SUITE_P(
-    Odd, WalIndexInFolder, testing::Values("a-wal folder\n-wal", "not text \xFF"));
-
-TEST_P(WalIndexInFolder, WriteLockIsFound)
+TEST_F(StandaloneWalIndex, IsTheFileThatHasItsNameNow)
 {
-    if (!supportsFileName(folder.path() / GetParam())) {
-        GTEST_SKIP() << "the file system takes no such name";
+    std::filesystem::remove(index);
+    EXPECT_FALSE(isWriteLockHeld(walIndex));
+    EXPECT_FALSE(std::filesystem::exists(index)) << "querying creates none";
+    for (const char* const content : {"an index", "another index"}) {
+        const auto replacement = folder.path() / "replacement";
+        writeFile(replacement, content);
+        std::filesystem::rename(replacement, index);
+        EXPECT_FALSE(isWriteLockHeld(walIndex));
+        const ForeignLock foreign(index, firstLockByte);
+        EXPECT_TRUE(isWriteLockHeld(walIndex));
     }
-    const auto odd = folder.path() / GetParam() / "store-wal-wal";
-    const std::string sharedIndex = odd.string().substr(0, odd.string().size() - 4) + "-shm";
-    writeFile(sharedIndex, "an index");
-    WalIndex oddIndex(odd);
-    EXPECT_FALSE(isWriteLockHeld(oddIndex));
-    const ForeignLock foreign(sharedIndex, firstLockByte);
-    EXPECT_TRUE(isWriteLockHeld(oddIndex));
-}
-
-TEST_F(StandaloneWalIndex, WriteLockIsFreeWithoutAnIndexAndFoundWhenThereIsOne)
-{
-    std::filesystem::remove(index);
-    EXPECT_FALSE(isWriteLockHeld(walIndex));
-    EXPECT_FALSE(std::filesystem::exists(index)) << "asking makes none";
-    writeFile(index, "an index");
     const ForeignLock foreign(index, firstLockByte);
-    EXPECT_TRUE(isWriteLockHeld(walIndex));
-}
-
-TEST_F(StandaloneWalIndex, WriteLockIsFreeWhenTheIndexWasDeletedUnderItsWriter)
-{
-    const ForeignLock foreign(index, firstLockByte);
-    EXPECT_TRUE(isWriteLockHeld(walIndex));
     std::filesystem::remove(index);
     EXPECT_FALSE(isWriteLockHeld(walIndex));
 }
 
-TEST_F(StandaloneWalIndex, WriteLockIsThatOfANewIndexInTheOldOnesPlace)
-{
-    const ForeignLock foreign(index, firstLockByte);
-    EXPECT_TRUE(isWriteLockHeld(walIndex));
-
-    const auto replacement = folder.path() / "replacement";
-    writeFile(replacement, "another index");
-    std::filesystem::rename(replacement, index);
-    EXPECT_FALSE(isWriteLockHeld(walIndex));
-
-    const ForeignLock second(index, firstLockByte);
-    EXPECT_TRUE(isWriteLockHeld(walIndex));
-}
-
-TEST_F(StandaloneWalIndex, WriteLockIsFreeWhenTheIndexMayNotBeRead)
+TEST_F(StandaloneWalIndex, UnreadableOneHasNoLock)
 {
     const ForeignLock foreign(index, firstLockByte);
     std::filesystem::permissions(folder.path(), std::filesystem::perms(0755));
@@ -270,7 +189,7 @@ TEST_F(StandaloneWalIndex, WriteLockIsFreeWhenTheIndexMayNotBeRead)
     EXPECT_EQ(run.errors, "");
 }
 
-TEST_F(StandaloneWalIndex, WriteLockIsThatOfTheKnownIndexWhileItCannotBeFound)
+TEST_F(StandaloneWalIndex, KnownOneIsQueriedWhileItsFolderCannotBeSearched)
 {
     std::optional<ForeignLock> foreign(std::in_place, index, firstLockByte);
     EXPECT_TRUE(isWriteLockHeld(walIndex));
@@ -291,7 +210,7 @@ TEST_F(StandaloneWalIndex, WriteLockIsThatOfTheKnownIndexWhileItCannotBeFound)
     EXPECT_EQ(whileItCannotBeFound().status, 0);
 }
 
-TEST_F(StandaloneWalIndex, WriteLockIsFreeWhenSomethingElseStandsInTheIndexesPlace)
+TEST_F(StandaloneWalIndex, AnythingButAFileHasNoLock)
 {
     std::filesystem::remove(index);
     std::filesystem::create_directory(index);
@@ -310,25 +229,21 @@ TEST_F(StandaloneWalIndex, WriteLockIsFreeWhenSomethingElseStandsInTheIndexesPla
     EXPECT_EQ(run.status, 0);
 }
 
-TEST_F(StandaloneWalIndex, WriteLockIsNotHandedDownToOtherPrograms)
+TEST_F(StandaloneWalIndex, IsOpenedForReadingAndCloseOnExec)
 {
+    // The descriptor that is given out next is the index's.
+    const int next = ::dup(0);
+    ::close(next);
     (void)isWriteLockHeld(walIndex);
-    int found = 0;
     struct stat expected
     {};
+    struct stat found
+    {};
     ASSERT_EQ(::stat(index.c_str(), &expected), 0);
-    for (int descriptor = 0; descriptor < 1024; ++descriptor) {
-        struct stat target
-        {};
-        if (::fstat(descriptor, &target) == 0 && target.st_dev == expected.st_dev &&
-            target.st_ino == expected.st_ino)
-        {
-            EXPECT_EQ(::fcntl(descriptor, F_GETFD) & FD_CLOEXEC, FD_CLOEXEC);
-            EXPECT_EQ(::fcntl(descriptor, F_GETFL) & O_ACCMODE, O_RDONLY);
-            ++found;
-        }
-    }
-    EXPECT_EQ(found, 1);
+    ASSERT_EQ(::fstat(next, &found), 0);
+    EXPECT_EQ(found.st_ino, expected.st_ino);
+    EXPECT_EQ(::fcntl(next, F_GETFD) & FD_CLOEXEC, FD_CLOEXEC);
+    EXPECT_EQ(::fcntl(next, F_GETFL) & O_ACCMODE, O_RDONLY);
 }
 
 } // namespace

@@ -25,8 +25,8 @@ WriterProcess::WriterProcess(
 
 void WriterProcess::sendCommand(const std::string& command)
 {
-    const std::string answer = process.ask(command);
-    EXPECT_FALSE(answer.empty() || answer.starts_with("error")) << command << ": " << answer;
+    const std::string reply = process.ask(command);
+    EXPECT_FALSE(reply.empty() || reply.starts_with("error")) << command << ": " << reply;
 }
 
 void WriterProcess::holdTransactionOpen()

@@ -9,25 +9,24 @@
 
 namespace orlimo {
 
-/// Another process that writes a message store, in transactions that it opens and ends when it is
-/// told to.
+/// Another process that writes a message store, in transactions under the test's control.
 class WriterProcess
 {
 public:
-    /// Creates the store, with one message in it, and keeps it open. `environment` is set beside
-    /// this process's own.
+    /// Creates the store, with one message in it, and keeps it open. `environment` is added to this
+    /// process's.
     explicit WriterProcess(
         const std::filesystem::path& store,
         const std::string& synchronous = "full",
         const std::map<std::string, std::optional<std::string>>& environment = {});
 
-    /// Has one command carried out. One that fails is a test failure.
+    /// Runs one command. One that fails is a test failure.
     void sendCommand(const std::string& command);
 
-    /// Opens a transaction that has written to the log and holds the writer's lock.
+    /// Opens a transaction that has written to the log and holds the write lock.
     void holdTransactionOpen();
 
-    /// Ends the process as a crash would.
+    /// Kills the process.
     void crash();
 
 private:

@@ -2,12 +2,11 @@
 
 #include "platform/files/UniqueFd.h"
 #include "platform/process/StandardStreams.h"
-#include "tests/platform/process/OutputRedirection.h"
+#include "tests/platform/process/TestPipe.h"
 #include "tests/support/Await.h"
 #include "tests/support/JoiningThread.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/process/ForkedRun.h"
-#include "tests/support/process/OpenPipe.h"
 #include "tests/support/process/OutputCapture.h"
 
 #include <gtest/gtest.h>
@@ -16,6 +15,7 @@
 #include <array>
 #include <atomic>
 #include <csignal>
+#include <functional>
 #include <map>
 #include <string>
 #include <string_view>
@@ -34,21 +34,22 @@ namespace {
 
 using namespace std::string_view_literals;
 
-struct Pipe
+/// Redirects this process's standard output to another descriptor while the object lives. Expect
+/// nothing meanwhile: a failure would be reported on the same stream.
+class OutputRedirection
 {
-    /// `flags` hold for both ends.
-    explicit Pipe(int flags = 0)
+public:
+    explicit OutputRedirection(int descriptor)
+        : saved(::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 3))
     {
-        const auto ends = openPipe();
-        for (const int end : ends) {
-            EXPECT_EQ(::fcntl(end, F_SETFL, flags), 0);
-        }
-        reader = UniqueFd(ends[0]);
-        writer = UniqueFd(ends[1]);
+        (void)::dup2(descriptor, STDOUT_FILENO);
     }
+    OutputRedirection(const OutputRedirection&) = delete;
+    OutputRedirection& operator=(const OutputRedirection&) = delete;
+    ~OutputRedirection() { (void)::dup2(saved.get(), STDOUT_FILENO); }
 
-    UniqueFd reader;
-    UniqueFd writer;
+private:
+    UniqueFd saved;
 };
 
 /// Reads to the end, at most `step` bytes at a time.
@@ -68,126 +69,72 @@ std::string readAll(int descriptor, std::size_t step)
 /// What each single write to standard output carried while `work` ran.
 std::vector<std::string> writesOf(const std::function<void()>& work)
 {
-    // A socket that keeps its messages apart gives each write back on its own.
+    // A datagram socket keeps writes apart. Not every system accepts messages as long by default.
     std::array<int, 2> ends{-1, -1};
     EXPECT_EQ(::socketpair(AF_UNIX, SOCK_DGRAM, 0, ends.data()), 0);
-    // Not every system lets a message be as long by itself.
-    constexpr int room = 65536;
-    for (const int end : ends) {
-        EXPECT_EQ(::setsockopt(end, SOL_SOCKET, SO_SNDBUF, &room, sizeof room), 0);
-        EXPECT_EQ(::setsockopt(end, SOL_SOCKET, SO_RCVBUF, &room, sizeof room), 0);
-    }
+    constexpr int size = 65536;
+    EXPECT_EQ(::setsockopt(ends[1], SOL_SOCKET, SO_SNDBUF, &size, sizeof size), 0);
+    EXPECT_EQ(::setsockopt(ends[0], SOL_SOCKET, SO_RCVBUF, &size, sizeof size), 0);
     const UniqueFd receiver(ends[0]);
+    const UniqueFd sender(ends[1]);
     {
-        const UniqueFd sender(ends[1]);
         const OutputRedirection redirection(sender.get());
         work();
     }
     std::vector<std::string> writes;
-    std::string message(room, '\0');
-    for (;;) {
-        const ssize_t got = ::recv(receiver.get(), message.data(), message.size(), MSG_DONTWAIT);
-        if (got <= 0) {
-            return writes;
-        }
-        writes.emplace_back(message, 0, static_cast<std::size_t>(got));
+    std::string message(size, '\0');
+    ssize_t length = 0;
+    while ((length = ::recv(receiver.get(), message.data(), message.size(), MSG_DONTWAIT)) > 0) {
+        writes.emplace_back(message, 0, static_cast<std::size_t>(length));
     }
+    return writes;
 }
 
-/// What a reader that takes a page at a time gets of `lines` through a pipe, of which `flags` hold
-/// for the writer.
-std::string readThroughSlowPipe(const std::vector<std::string>& lines, int writerFlags)
+TEST(LogLine, EachIsWrittenAtOnceByteForByte)
 {
-    Pipe pipe;
-    EXPECT_EQ(::fcntl(pipe.writer.get(), F_SETFL, writerFlags), 0);
-    std::string read;
-    std::thread reader([&] { read = readAll(pipe.reader.get(), 4096); });
-    {
-        const OutputRedirection redirection(pipe.writer.get());
-        for (const std::string& line : lines) {
-            writeLogLine(line);
-        }
-        pipe.writer = UniqueFd();
-    }
-    reader.join();
-    return read;
-}
-
-/// Sixteen megabytes in which no two places look alike.
-std::string hugeLine()
-{
-    std::string line;
-    for (int number = 0; line.size() < std::size_t{16} << 20U; ++number) {
-        line.append(std::to_string(number)).push_back(' ');
-    }
-    return line;
-}
-
-TEST(LogLine, IsOneWrite)
-{
-    const auto writes = writesOf([] {
+    const auto bytes = "a\0b\nc\r\n\xFF\xFE \xE2\x80\xA8 \x1B[31m\t"sv;
+    const auto writes = writesOf([bytes] {
         writeLogLine("Database init");
-        writeLogLine("two words");
+        writeLogLine("");
+        writeLogLine(bytes);
         writeLogLine(std::string(10'000, 'x'));
     });
     EXPECT_EQ(
         writes,
         (std::vector<std::string>{
-            "Database init\n", "two words\n", std::string(10'000, 'x') + "\n"}));
+            "Database init\n", "\n", std::string(bytes) + "\n", std::string(10'000, 'x') + "\n"}));
 }
 
-TEST(LogLine, AnEmptyLineIsALineBreak)
-{
-    EXPECT_EQ(writesOf([] { writeLogLine(""); }), std::vector<std::string>{"\n"});
-}
+/// The flags of a pipe's end to write to.
+class LogLineThroughSlowPipe : public testing::TestWithParam<int>
+{};
 
-TEST(LogLine, IsWrittenByteForByte)
-{
-    const auto line = "a\0b\nc\r\n\xFF\xFE \xE2\x80\xA8 \x1B[31m\t"sv;
-    EXPECT_EQ(writesOf([line] { writeLogLine(line); }), std::vector{std::string(line) + "\n"});
-}
+INSTANTIATE_TEST_SUITE_P(Flags, LogLineThroughSlowPipe, testing::Values(0, O_NONBLOCK));
 
-TEST(LogLine, IsInAFileAtOnce)
+TEST_P(LogLineThroughSlowPipe, IsWrittenInFull)
 {
-    std::vector<std::string> seen;
-    {
-        const OutputCapture output;
-        writeLogLine("first");
-        seen.push_back(output.text());
-        writeLogLine("second");
-        seen.push_back(output.text());
+    // Many times what a pipe holds, in which no two places look alike.
+    std::string line;
+    for (int number = 0; line.size() < std::size_t{2} << 20U; ++number) {
+        line.append(std::to_string(number)).push_back(' ');
     }
-    EXPECT_EQ(seen, (std::vector<std::string>{"first\n", "first\nsecond\n"}));
-}
-
-TEST(LogLine, IsInAPipeAtOnce)
-{
-    const Pipe pipe(O_NONBLOCK);
-    std::string seen;
+    TestPipe pipe;
+    EXPECT_EQ(::fcntl(pipe.writeEnd.get(), F_SETFL, GetParam()), 0);
+    std::string read;
+    std::thread reader([&] { read = readAll(pipe.readEnd.get(), 4096); });
     {
-        const OutputRedirection redirection(pipe.writer.get());
-        writeLogLine("at once");
-        seen = readAll(pipe.reader.get(), 100);
+        const OutputRedirection redirection(pipe.writeEnd.get());
+        writeLogLine(line);
+        writeLogLine("after");
+        pipe.writeEnd = UniqueFd();
     }
-    EXPECT_EQ(seen, "at once\n");
+    reader.join();
+    EXPECT_TRUE(read == line + "\nafter\n");
 }
 
-TEST(LogLine, PassesASlowPipeInFull)
-{
-    const std::string line = hugeLine();
-    EXPECT_TRUE(readThroughSlowPipe({line, "after"}, 0) == line + "\nafter\n");
-}
-
-TEST(LogLine, PassesAPipeThatDoesNotBlockInFull)
-{
-    const std::string line = hugeLine();
-    EXPECT_TRUE(readThroughSlowPipe({line, "after"}, O_NONBLOCK) == line + "\nafter\n");
-}
-
-/// How often the signal of the next test was handled.
 std::atomic<int> interruptions = 0;
 
-TEST(LogLine, IsNotLostToASignal)
+TEST(LogLine, SignalDuringWriteLosesNothing)
 {
     struct sigaction interrupting
     {};
@@ -196,136 +143,105 @@ TEST(LogLine, IsNotLostToASignal)
     interrupting.sa_handler = [](int) { ++interruptions; };
     ASSERT_EQ(::sigaction(SIGUSR1, &interrupting, &before), 0);
 
-    Pipe pipe(O_NONBLOCK);
-    const std::string filling(4096, 'x');
-    std::size_t filled = 0;
-    while (::write(pipe.writer.get(), filling.data(), filling.size()) > 0) {
-        filled += filling.size();
+    TestPipe pipe;
+    ASSERT_EQ(::fcntl(pipe.writeEnd.get(), F_SETFL, O_NONBLOCK), 0);
+    std::string filling;
+    while (::write(pipe.writeEnd.get(), "x", 1) > 0) {
+        filling.push_back('x');
     }
-    ASSERT_EQ(::fcntl(pipe.writer.get(), F_SETFL, 0), 0);
-    ASSERT_EQ(::fcntl(pipe.reader.get(), F_SETFL, 0), 0);
+    ASSERT_EQ(::fcntl(pipe.writeEnd.get(), F_SETFL, 0), 0);
     std::string read;
     {
-        const OutputRedirection redirection(pipe.writer.get());
-        pipe.writer = UniqueFd();
+        const OutputRedirection redirection(pipe.writeEnd.get());
+        pipe.writeEnd = UniqueFd();
         std::thread writer([] { writeLogLine("interrupted"); });
-        // The pipe is full: the writer blocks, and each signal throws it out of its write.
+        // The pipe is full: the writer blocks, and each signal interrupts its write.
         for (int number = 1; number <= 20; ++number) {
             ::pthread_kill(writer.native_handle(), SIGUSR1);
-            (void)await([number] { return interruptions >= number; });
+            EXPECT_TRUE(await([number] { return interruptions >= number; }));
         }
-        read.resize(filled);
-        std::size_t got = 0;
-        while (got < filled) {
-            got += static_cast<std::size_t>(
-                ::read(pipe.reader.get(), read.data() + got, filled - got));
-        }
+        std::string drained(filling.size(), '\0');
+        EXPECT_EQ(::read(pipe.readEnd.get(), drained.data(), drained.size()), filling.size());
         writer.join();
     }
-    EXPECT_EQ(readAll(pipe.reader.get(), 100), "interrupted\n");
+    EXPECT_EQ(readAll(pipe.readEnd.get(), 100), "interrupted\n");
     ::sigaction(SIGUSR1, &before, nullptr);
 }
 
-/// The lines that come out of a pipe into which four threads write at a time: whole lines of one
-/// character each, `length` characters long.
-std::string linesOfFourThreads(std::size_t length, int linesOfEach)
+TEST(LogLine, LongLinesOfOtherThreadsAreNotMixedIn)
 {
-    Pipe pipe;
+    TestPipe pipe;
     std::string read;
-    std::thread reader([&] { read = readAll(pipe.reader.get(), 4096); });
+    std::thread reader([&] { read = readAll(pipe.readEnd.get(), 4096); });
     {
-        const OutputRedirection redirection(pipe.writer.get());
-        pipe.writer = UniqueFd();
+        const OutputRedirection redirection(pipe.writeEnd.get());
+        pipe.writeEnd = UniqueFd();
         std::vector<JoiningThread> writers;
         for (const char letter : {'a', 'b', 'c', 'd'}) {
-            writers.emplace_back([letter, length, linesOfEach] {
-                for (int line = 0; line < linesOfEach; ++line) {
-                    writeLogLine(std::string(length, letter));
+            writers.emplace_back([letter] {
+                for (int line = 0; line < 4; ++line) {
+                    writeLogLine(std::string(300'000, letter));
                 }
             });
         }
     }
     reader.join();
-    return read;
-}
-
-void expectWholeLines(const std::string& text, std::size_t length, int linesOfEach)
-{
-    std::map<std::string, int> numbers;
-    for (const std::string& line : linesOf(text)) {
-        ++numbers[line];
+    std::map<std::string, int> lines;
+    for (const std::string& line : linesOf(read)) {
+        ++lines[line];
     }
-    ASSERT_EQ(numbers.size(), 4U) << "lines are mixed";
-    for (const auto& [line, number] : numbers) {
-        EXPECT_EQ(line, std::string(length, line.front()));
-        EXPECT_EQ(number, linesOfEach);
+    ASSERT_EQ(lines.size(), 4U) << "lines are mixed";
+    for (const auto& [line, number] : lines) {
+        EXPECT_EQ(line, std::string(300'000, line.front()));
+        EXPECT_EQ(number, 4);
     }
 }
 
-TEST(LogLine, IsNotMixedWithTheLinesOfOtherThreads)
+void limitFileSize(rlim_t size)
 {
-    expectWholeLines(linesOfFourThreads(80, 500), 80, 500);
+    rlimit limit{};
+    (void)::getrlimit(RLIMIT_FSIZE, &limit);
+    limit.rlim_cur = std::min(size, limit.rlim_max);
+    (void)::setrlimit(RLIMIT_FSIZE, &limit);
 }
 
-TEST(LogLine, IsNotMixedWithTheLinesOfOtherThreadsHoweverLong)
+/// What a process writes that first writes lines to `lost`, -1 for a closed stream, and then
+/// "after" to its own standard output.
+std::string outputAfterLossTo(const std::function<int()>& lost)
 {
-    expectWholeLines(linesOfFourThreads(300'000, 4), 300'000, 4);
-}
-
-TEST(LogLine, AReaderThatHasGoneAwayLosesTheLineAndNothingElse)
-{
-    const auto run = runForked([] {
+    const auto run = runForked([&lost] {
         prepareStandardStreams();
         {
-            Pipe pipe;
-            const OutputRedirection redirection(pipe.writer.get());
-            pipe.writer = UniqueFd();
-            pipe.reader = UniqueFd();
+            const UniqueFd target(lost());
+            const OutputRedirection redirection(target.get());
+            if (!target) {
+                ::close(STDOUT_FILENO);
+            }
             writeLogLine("lost");
             writeLogLine(std::string(1'000'000, 'x'));
         }
+        limitFileSize(RLIM_INFINITY);
         writeLogLine("after");
     });
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(run.signal, std::nullopt);
-    EXPECT_EQ(run.output, "after\n");
+    return run.output;
 }
 
-TEST(LogLine, AFileThatCannotGrowLosesTheLineAndNothingElse)
+TEST(LogLine, UnwritableLineIsDroppedAndNothingElse)
 {
+    EXPECT_EQ(outputAfterLossTo([] { return -1; }), "after\n");
+    EXPECT_EQ(outputAfterLossTo([] { return TestPipe().writeEnd.release(); }), "after\n");
     const TemporaryFolder folder;
-    const auto run = runForked([&folder] {
-        (void)std::signal(SIGXFSZ, SIG_IGN);
-        rlimit limit{};
-        (void)::getrlimit(RLIMIT_FSIZE, &limit);
-        const rlim_t before = std::exchange(limit.rlim_cur, 0);
-        (void)::setrlimit(RLIMIT_FSIZE, &limit);
-        {
-            const auto file = folder.path() / "full";
-            const UniqueFd full(::open(file.c_str(), O_CREAT | O_WRONLY | O_CLOEXEC, 0600));
-            const OutputRedirection redirection(full.get());
-            writeLogLine("lost");
-        }
-        limit.rlim_cur = before;
-        (void)::setrlimit(RLIMIT_FSIZE, &limit);
-        writeLogLine("after");
-    });
-    EXPECT_EQ(run.status, 0);
-    EXPECT_EQ(run.output, "after\n");
-    EXPECT_EQ(contentOf(folder.path() / "full"), "");
-}
-
-TEST(LogLine, AClosedStreamLosesTheLineAndNothingElse)
-{
-    const auto run = runForked([] {
-        const int saved = ::dup(STDOUT_FILENO);
-        ::close(STDOUT_FILENO);
-        writeLogLine("lost");
-        ::dup2(saved, STDOUT_FILENO);
-        writeLogLine("after");
-    });
-    EXPECT_EQ(run.status, 0);
-    EXPECT_EQ(run.output, "after\n");
+    const auto full = folder.path() / "full";
+    EXPECT_EQ(
+        outputAfterLossTo([&full] {
+            (void)std::signal(SIGXFSZ, SIG_IGN);
+            limitFileSize(0);
+            return ::open(full.c_str(), O_CREAT | O_WRONLY | O_CLOEXEC, 0600);
+        }),
+        "after\n");
+    EXPECT_EQ(contentOf(full), "");
 }
 
 } // namespace

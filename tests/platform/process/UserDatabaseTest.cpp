@@ -24,12 +24,12 @@ std::string lineWithHome(const std::string& home)
 
 constexpr const char* someoneElse = "other:x:4321:4321:Other:/home/other:/bin/sh\n";
 
-/// Asks a program for the entry, before a user database that holds `lines` and with `home` for the
+/// A program that looks up its user in a user database that holds `lines`, with another home in the
 /// variable HOME.
 class UserDatabaseTest : public testing::Test
 {
 protected:
-    [[nodiscard]] std::string entryIn(const std::string& lines, const std::string& home = "/wrong")
+    [[nodiscard]] std::string homeIn(const std::string& lines)
     {
         writeFile(folder.path() / "passwd", lines);
         writeFile(folder.path() / "group", "");
@@ -37,7 +37,7 @@ protected:
         environment.insert(
             {{"NSS_WRAPPER_PASSWD", (folder.path() / "passwd").string()},
              {"NSS_WRAPPER_GROUP", (folder.path() / "group").string()},
-             {"HOME", home}});
+             {"HOME", "/wrong"}});
         ChildProcess probe(
             ORLIMO_HOME_PROBE,
             {.arguments = {"home-of-user"}, .environment = std::move(environment)});
@@ -48,39 +48,27 @@ protected:
     TemporaryFolder folder;
 };
 
-TEST_F(UserDatabaseTest, NamesTheHomeOfTheUserWhoRunsTheProcess)
+TEST_F(UserDatabaseTest, HomeIsThatOfTheEntryAndNotOfTheEnvironment)
 {
-    EXPECT_EQ(entryIn(lineWithHome("/home/tester")), "home /home/tester\n");
-    EXPECT_EQ(entryIn(someoneElse + lineWithHome("/elsewhere")), "home /elsewhere\n");
+    for (const std::string& home :
+         {std::string("/home/tester"),
+          std::string("/home/with space"),
+          std::string("/home/not\xFFtext/"),
+          std::string("relative"),
+          std::string(),
+          "/" + std::string(3000, 'h')})
+    {
+        EXPECT_EQ(homeIn(someoneElse + lineWithHome(home)), "home " + home + "\n");
+    }
 }
 
-TEST_F(UserDatabaseTest, DoesNotAskTheEnvironment)
+TEST_F(UserDatabaseTest, UnknownUserHasNoEntry)
 {
-    EXPECT_EQ(entryIn(lineWithHome("/home/tester"), "/home/wrong"), "home /home/tester\n");
-    EXPECT_EQ(entryIn(lineWithHome("/home/tester"), ""), "home /home/tester\n");
+    EXPECT_EQ(homeIn(someoneElse), "no entry\n");
+    EXPECT_EQ(homeIn(""), "no entry\n");
 }
 
-TEST_F(UserDatabaseTest, TakesTheHomeAsItStands)
-{
-    EXPECT_EQ(entryIn(lineWithHome("/home/with space")), "home /home/with space\n");
-    EXPECT_EQ(entryIn(lineWithHome("/home/not\xFFtext/")), "home /home/not\xFFtext/\n");
-    EXPECT_EQ(entryIn(lineWithHome("relative")), "home relative\n");
-    EXPECT_EQ(entryIn(lineWithHome("")), "home \n");
-}
-
-TEST_F(UserDatabaseTest, HasNoEntryForAUserItDoesNotKnow)
-{
-    EXPECT_EQ(entryIn(someoneElse), "no entry\n");
-    EXPECT_EQ(entryIn(""), "no entry\n");
-}
-
-TEST_F(UserDatabaseTest, TakesEntriesOfAnyLength)
-{
-    const std::string home = "/" + std::string(3000, 'h');
-    EXPECT_EQ(entryIn(lineWithHome(home)), "home " + home + "\n");
-}
-
-TEST(UserDatabase, IsTheMachines)
+TEST(UserDatabase, EntryIsTheMachines)
 {
     const passwd* const entry = ::getpwuid(::getuid()); // NOLINT(concurrency-mt-unsafe)
     const auto found = currentUserEntry();

@@ -1,4 +1,4 @@
-// A program that offers work to the queues and takes its application object down.
+// A program that posts work to the queues and destroys its application object.
 
 #include "platform/threads/Queue.h"
 #include "tests/support/JoiningThread.h"
@@ -34,15 +34,8 @@ private:
     std::optional<QCoreApplication> application;
 };
 
-int succeedIf(bool condition)
+bool postAfterExit(Application& application)
 {
-    return condition ? 0 : 1;
-}
-
-/// Work offered to the main queue after the application object has gone is dropped at once.
-int enqueueAfterExit()
-{
-    Application application;
     bool ranInTime = false;
     mainQueue().async([&ranInTime] { ranInTime = true; });
     QCoreApplication::processEvents();
@@ -53,116 +46,105 @@ int enqueueAfterExit()
     bool ranLate = false;
     mainQueue().async([token, &ranLate] { ranLate = true; });
     token.reset();
-    return succeedIf(ranInTime && !ranLate && kept.expired());
+    return ranInTime && !ranLate && kept.expired();
 }
 
-/// Work that still waits when the application object goes is not run.
-int exitWithPendingWork()
+bool exitWithPendingWork(Application& application)
 {
-    Application application;
     bool ran = false;
     for (int work = 0; work < 100; ++work) {
         mainQueue().async([&ran] { ran = true; });
     }
     application.destroyApplication();
-    return succeedIf(!ran);
+    return !ran;
 }
 
-/// Threads offer to both queues before, while and after the application object goes.
-int enqueueConcurrently()
+/// Threads post to both queues before, while and after the application object is destroyed.
+bool postConcurrently(Application& application)
 {
     constexpr int numberOfThreads = 4;
-    constexpr int offersOfEach = 2000;
-    Application application;
+    constexpr int postsOfEach = 2000;
     (void)mainQueue();
     (void)backgroundQueue();
-    std::atomic<int> offers = 0;
+    std::atomic<int> posts = 0;
     std::vector<JoiningThread> threads;
-    threads.reserve(numberOfThreads);
     for (int thread = 0; thread < numberOfThreads; ++thread) {
-        threads.emplace_back([&offers] {
-            for (int offer = 0; offer < offersOfEach; ++offer) {
+        threads.emplace_back([&posts] {
+            for (int post = 0; post < postsOfEach; ++post) {
                 mainQueue().async([] {});
                 backgroundQueue().async([] { mainQueue().async([] {}); });
-                ++offers;
+                ++posts;
             }
         });
     }
-    while (offers < offersOfEach) {
+    while (posts < postsOfEach) {
         QCoreApplication::processEvents();
     }
     application.destroyApplication();
     threads.clear();
-    return succeedIf(offers == numberOfThreads * offersOfEach);
+    return posts == numberOfThreads * postsOfEach;
 }
 
-/// Background work that has begun is finished before the application object is gone.
-int finishBackgroundWork()
+bool finishBackgroundWork(Application& application)
 {
-    Application application;
     std::atomic<bool> begun = false;
     std::atomic<bool> finished = false;
     backgroundQueue().async([&] {
         begun = true;
+        begun.notify_all();
         std::this_thread::sleep_for(std::chrono::milliseconds(50));
         mainQueue().async([] {});
         finished = true;
     });
-    while (!begun) {
-        std::this_thread::yield();
-    }
+    begun.wait(false);
     application.destroyApplication();
-    return succeedIf(finished);
+    return finished;
 }
 
-/// The status that says that the host does not let the probe do what it is to do.
-constexpr int notPossibleHere = 77;
-
-/// Background work for which no thread can be started waits until one can.
-int enqueueBeforeThreadsStart()
+/// Background work for which no thread can be started runs when one can.
+std::optional<bool> postBeforeThreadsStart(Application& application)
 {
-    Application application;
     std::atomic<int> ran = 0;
     {
-        const ThreadCreationBlocker limit;
-        if (!limit.isPossible()) {
-            return notPossibleHere;
+        const ThreadCreationBlocker blocker;
+        if (!blocker.isPossible()) {
+            return std::nullopt;
         }
         backgroundQueue().async([&ran] { ++ran; });
     }
-    if (ran != 0) {
-        return 1;
-    }
+    const int ranBefore = ran;
     backgroundQueue().async([&ran] { ++ran; });
     application.destroyApplication();
-    return succeedIf(ran == 2);
+    return ranBefore == 0 && ran == 2;
 }
 
-/// Background work for which no thread was ever started does not hold the end up.
-int exitWithoutThreads()
+/// Background work for which no thread was ever started does not delay the exit.
+std::optional<bool> exitWithoutThreads(Application& application)
 {
-    Application application;
-    const ThreadCreationBlocker limit;
-    if (!limit.isPossible()) {
-        return notPossibleHere;
+    const ThreadCreationBlocker blocker;
+    if (!blocker.isPossible()) {
+        return std::nullopt;
     }
     bool ran = false;
     backgroundQueue().async([&ran] { ran = true; });
     application.destroyApplication();
-    return succeedIf(!ran);
+    return !ran;
 }
 
+/// 0 for success, 77 where the system does not allow what the command needs.
 int run(const std::string& command)
 {
-    const std::map<std::string, std::function<int()>> commands{
-        {"offer-afterwards", enqueueAfterExit},
-        {"leave-waiting", exitWithPendingWork},
-        {"offer-meanwhile", enqueueConcurrently},
+    const std::map<std::string, std::function<std::optional<bool>(Application&)>> commands{
+        {"post-after-exit", postAfterExit},
+        {"exit-with-pending-work", exitWithPendingWork},
+        {"post-concurrently", postConcurrently},
         {"finish-background-work", finishBackgroundWork},
-        {"offer-before-there-are-threads", enqueueBeforeThreadsStart},
-        {"leave-without-threads", exitWithoutThreads},
+        {"post-before-threads-start", postBeforeThreadsStart},
+        {"exit-without-threads", exitWithoutThreads},
     };
-    return commands.at(command)();
+    Application application;
+    const auto result = commands.at(command)(application);
+    return !result ? 77 : *result ? 0 : 1;
 }
 
 } // namespace

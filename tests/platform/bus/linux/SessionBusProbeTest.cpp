@@ -18,14 +18,15 @@ namespace {
 constexpr const char* variable = "DBUS_SESSION_BUS_ADDRESS";
 constexpr const char* line = "orlimo: the session bus does not answer; running without it\n";
 
-/// More than any bus that answers needs.
+/// More than any responsive bus needs.
 constexpr std::chrono::seconds generous{60};
 constexpr std::chrono::milliseconds brief{100};
 
 class SessionBusProbe : public testing::Test
 {
 protected:
-    /// Probes the session bus at `address`. True where it was disabled, with the line that says so.
+    /// Probes the session bus at `address`. True when it was disabled, with the line on standard
+    /// error.
     [[nodiscard]] static bool
     isDisabled(const std::optional<std::string>& address, std::chrono::milliseconds limit)
     {
@@ -55,14 +56,14 @@ protected:
     const EnvironmentChange runtimeFolder{"XDG_RUNTIME_DIR", folder.path().string()};
 };
 
-TEST_F(SessionBusProbe, BusThatAnswersIsKept)
+TEST_F(SessionBusProbe, ResponsiveBusIsKept)
 {
     const MessageBus bus(folder.path());
     EXPECT_FALSE(isDisabled(bus.address(), generous));
     EXPECT_FALSE(isDisabled("unix:path=" + path("none") + ";" + bus.address(), generous));
 }
 
-TEST_F(SessionBusProbe, BusThatStandsStillIsDisabledUntilItGoesOn)
+TEST_F(SessionBusProbe, FrozenBusIsDisabledUntilItThaws)
 {
     const MessageBus bus(folder.path());
     bus.freeze();
@@ -71,7 +72,7 @@ TEST_F(SessionBusProbe, BusThatStandsStillIsDisabledUntilItGoesOn)
     EXPECT_FALSE(isDisabled(bus.address(), generous));
 }
 
-TEST_F(SessionBusProbe, SilentSocketIsDisabledInWhateverWayItIsNamed)
+TEST_F(SessionBusProbe, SilentSocketIsDisabledUnderEveryAddress)
 {
     const UniqueFd socket = listeningSocket(path("a bus"), 30);
     EXPECT_TRUE(isDisabled("unix:path=" + path("a%20bus"), brief));
@@ -95,7 +96,7 @@ TEST_F(SessionBusProbe, SilentAbstractSocketIsDisabled)
     EXPECT_TRUE(isDisabled("unix:abstract=" + name, brief));
 }
 
-TEST_F(SessionBusProbe, SilentSocketInTheRuntimeFolderStandsForNoAddress)
+TEST_F(SessionBusProbe, WithoutAddressTheRuntimeFoldersSocketIsProbed)
 {
     EXPECT_FALSE(isDisabled(std::nullopt, generous));
     const UniqueFd socket = listeningSocket(path("bus"), 30);
@@ -103,7 +104,7 @@ TEST_F(SessionBusProbe, SilentSocketInTheRuntimeFolderStandsForNoAddress)
     EXPECT_TRUE(isDisabled("", brief));
 }
 
-TEST_F(SessionBusProbe, SocketWithAFullQueueIsDisabled)
+TEST_F(SessionBusProbe, SocketWithFullQueueIsDisabled)
 {
     const UniqueFd socket = listeningSocket(path("full"), 0);
     const UniqueFd waiting(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
@@ -113,7 +114,7 @@ TEST_F(SessionBusProbe, SocketWithAFullQueueIsDisabled)
     EXPECT_TRUE(isDisabled("unix:path=" + path("full"), brief));
 }
 
-TEST_F(SessionBusProbe, AddressThatCannotBeProbedIsKept)
+TEST_F(SessionBusProbe, UnprobeableAddressIsKept)
 {
     for (const std::string& address :
          {"unix:path=" + path("none"),

@@ -1,12 +1,11 @@
 #include "platform/files/LibraryFolder.h"
 
-#include "platform/files/linux/HomeFolder.h"
 #include "tests/support/process/ForkedRun.h"
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <cstdlib>
-#include <functional>
 #include <optional>
 #include <string>
 
@@ -16,22 +15,26 @@
 namespace orlimo {
 namespace {
 
-/// Sets the variable, or takes it away for a null. Called in a process without other threads.
-void setHome(const char* home)
-{
-    if (home == nullptr) {
-        ::unsetenv("HOME"); // NOLINT(concurrency-mt-unsafe)
-    } else {
-        ::setenv("HOME", home, 1); // NOLINT(concurrency-mt-unsafe)
-    }
-}
+/// A user id that the user database does not know.
+constexpr uid_t unknownUser = 1'234'567;
 
-/// The Library folder that a process of its own computes after `prepare`; "absent" when there is
-/// none.
-std::string libraryFolderAfter(const std::function<void()>& prepare)
+/// The Library folder that another process computes for each value of HOME in turn; "absent" when
+/// there is none.
+std::string
+libraryFolderWithHome(const std::optional<std::string>& home, std::optional<uid_t> user = {})
 {
-    const auto run = runForked([&prepare] {
-        prepare();
+    const auto run = runForked([&] {
+        // NOLINTBEGIN(concurrency-mt-unsafe): the process has no other thread
+        ::setenv("HOME", "/first", 1);
+        (void)libraryFolder();
+        ::unsetenv("HOME");
+        if (home) {
+            ::setenv("HOME", home->c_str(), 1);
+        }
+        if (user && (::getpwuid(*user) != nullptr || ::setuid(*user) != 0)) {
+            ::_exit(1);
+        }
+        // NOLINTEND(concurrency-mt-unsafe)
         const auto folder = libraryFolder();
         (void)std::fputs(folder ? folder->c_str() : "absent", stdout);
     });
@@ -40,118 +43,34 @@ std::string libraryFolderAfter(const std::function<void()>& prepare)
     return run.output;
 }
 
-std::string homeOfThisUser()
+TEST(LibraryFolder, HomeVariableSetUsesIt)
 {
-    const passwd* entry = ::getpwuid(::getuid()); // NOLINT(concurrency-mt-unsafe): no other thread
-    return entry == nullptr ? "" : entry->pw_dir;
+    EXPECT_EQ(libraryFolderWithHome("/somewhere/home"), "/somewhere/home/Library");
+    EXPECT_EQ(libraryFolderWithHome("/ends/"), "/ends/Library");
+    EXPECT_EQ(libraryFolderWithHome("/"), "/Library");
+    EXPECT_EQ(libraryFolderWithHome("relative"), "relative/Library");
+    EXPECT_EQ(libraryFolderWithHome("/not\xFFtext"), "/not\xFFtext/Library");
+    EXPECT_EQ(libraryFolderWithHome("/dev/null/no folder"), "/dev/null/no folder/Library");
 }
 
-/// Becomes a user whom the user database does not know. False where that is not allowed.
-bool becomeUnknownUser()
+TEST(LibraryFolder, HomeVariableUnsetOrEmptyUsesUserDatabase)
 {
-    constexpr uid_t unknown = 1'234'567;
-    // NOLINTNEXTLINE(concurrency-mt-unsafe): no other thread
-    return ::getpwuid(unknown) == nullptr && ::setuid(unknown) == 0;
-}
-
-TEST(HomeFolder, IsTheVariablesValue)
-{
-    EXPECT_EQ(homeFolder("/home/a", "/home/b"), "/home/a");
-    EXPECT_EQ(homeFolder("/home/a", std::nullopt), "/home/a");
-    EXPECT_EQ(homeFolder("relative", "/home/b"), "relative");
-}
-
-TEST(HomeFolder, IsTheUserDatabasesWhereTheVariableIsUnsetOrEmpty)
-{
-    EXPECT_EQ(homeFolder(nullptr, "/home/b"), "/home/b");
-    EXPECT_EQ(homeFolder("", "/home/b"), "/home/b");
-}
-
-TEST(HomeFolder, IsAbsentWhereNeitherSaysAnything)
-{
-    EXPECT_EQ(homeFolder(nullptr, std::nullopt), std::nullopt);
-    EXPECT_EQ(homeFolder("", std::nullopt), std::nullopt);
-    EXPECT_EQ(homeFolder(nullptr, ""), std::nullopt);
-    EXPECT_EQ(homeFolder("", ""), std::nullopt);
-}
-
-TEST(HomeFolder, OfTheUserDatabaseIsThisUsers)
-{
-    const auto home = homeInUserDatabase();
-    EXPECT_EQ(home.value_or(""), homeOfThisUser());
-}
-
-TEST(LibraryFolder, IsInTheHomeThatTheVariableNames)
-{
-    EXPECT_EQ(libraryFolderAfter([] { setHome("/somewhere/home"); }), "/somewhere/home/Library");
-    EXPECT_EQ(libraryFolderAfter([] { setHome("/ends/"); }), "/ends/Library");
-    EXPECT_EQ(libraryFolderAfter([] { setHome("/"); }), "/Library");
-    EXPECT_EQ(libraryFolderAfter([] { setHome("/not\xFFtext"); }), "/not\xFFtext/Library");
-}
-
-TEST(LibraryFolder, IsInTheUserDatabasesHomeWhereTheVariableIsUnset)
-{
-    if (homeOfThisUser().empty()) {
+    const passwd* const entry = ::getpwuid(::getuid()); // NOLINT(concurrency-mt-unsafe)
+    if (entry == nullptr) {
         GTEST_SKIP() << "the user database does not know this user";
     }
-    EXPECT_EQ(libraryFolderAfter([] { setHome(nullptr); }), homeOfThisUser() + "/Library");
+    EXPECT_EQ(libraryFolderWithHome(std::nullopt), std::string(entry->pw_dir) + "/Library");
+    EXPECT_EQ(libraryFolderWithHome(""), std::string(entry->pw_dir) + "/Library");
 }
 
-TEST(LibraryFolder, IsInTheUserDatabasesHomeWhereTheVariableIsEmpty)
-{
-    if (homeOfThisUser().empty()) {
-        GTEST_SKIP() << "the user database does not know this user";
-    }
-    EXPECT_EQ(libraryFolderAfter([] { setHome(""); }), homeOfThisUser() + "/Library");
-}
-
-TEST(LibraryFolder, IsComputedAfreshAtEachCall)
-{
-    EXPECT_EQ(
-        libraryFolderAfter([] {
-            setHome("/first");
-            (void)libraryFolder();
-            setHome("/second");
-        }),
-        "/second/Library");
-}
-
-TEST(LibraryFolder, IsAbsentForAnUnknownUserWithoutTheVariable)
+TEST(LibraryFolder, UnknownUserHasOneOnlyWithHomeVariable)
 {
     if (::geteuid() != 0) {
-        GTEST_SKIP() << "only the superuser can become another user";
+        GTEST_SKIP() << "only root can become another user";
     }
-    for (const char* home : {static_cast<const char*>(nullptr), ""}) {
-        EXPECT_EQ(
-            libraryFolderAfter([home] {
-                setHome(home);
-                if (!becomeUnknownUser()) {
-                    ::_exit(1);
-                }
-            }),
-            "absent");
-    }
-}
-
-TEST(LibraryFolder, OfAnUnknownUserIsInTheHomeThatTheVariableNames)
-{
-    if (::geteuid() != 0) {
-        GTEST_SKIP() << "only the superuser can become another user";
-    }
-    EXPECT_EQ(
-        libraryFolderAfter([] {
-            setHome("/given");
-            if (!becomeUnknownUser()) {
-                ::_exit(1);
-            }
-        }),
-        "/given/Library");
-}
-
-TEST(LibraryFolder, NeedNotExist)
-{
-    EXPECT_EQ(
-        libraryFolderAfter([] { setHome("/dev/null/no folder"); }), "/dev/null/no folder/Library");
+    EXPECT_EQ(libraryFolderWithHome(std::nullopt, unknownUser), "absent");
+    EXPECT_EQ(libraryFolderWithHome("", unknownUser), "absent");
+    EXPECT_EQ(libraryFolderWithHome("/given", unknownUser), "/given/Library");
 }
 
 } // namespace

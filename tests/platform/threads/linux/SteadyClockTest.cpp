@@ -7,7 +7,7 @@
 namespace orlimo {
 namespace {
 
-TEST(UptimeClock, IsTheHostsSteadyClock)
+TEST(UptimeClock, ReadsTheSystemsSteadyClock)
 {
     const auto before = std::chrono::steady_clock::now();
     const Uptime reading = currentUptime();

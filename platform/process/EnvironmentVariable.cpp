@@ -1,4 +1,4 @@
-#include "platform/process/linux/EnvironmentVariable.h"
+#include "platform/process/EnvironmentVariable.h"
 
 #include <cstdlib>
 
@@ -6,7 +6,7 @@ namespace orlimo {
 
 std::string environmentVariable(const char* name)
 {
-    const char* const value = std::getenv(name); // NOLINT(concurrency-mt-unsafe): as said there
+    const char* const value = std::getenv(name); // NOLINT(concurrency-mt-unsafe): main thread only
     return value == nullptr ? std::string() : value;
 }
 
