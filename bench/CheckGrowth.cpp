@@ -1,5 +1,5 @@
 #include "capture/Message.h"
-#include "capture/PreferenceDefaults.h"
+#include "capture/Preferences.h"
 
 #include <QCoreApplication>
 #include <sqlite3.h>

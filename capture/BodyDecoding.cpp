@@ -1,8 +1,7 @@
 #include "capture/BodyDecoding.h"
 
 #include "capture/GraphemeClusters.h"
-#include "capture/Utf16.h"
-#include "capture/Utf8.h"
+#include "capture/Unicode.h"
 #include "platform/process/FatalStop.h"
 #include "platform/process/LogLine.h"
 
@@ -19,15 +18,15 @@ namespace {
 /// The class name "NSString" in hexadecimal.
 constexpr std::string_view marker = "4E53537472696E67";
 
-/// What stands between the class name and the length in the archive of a mutable string: the
-/// class's version, references to classes named before, and the type "+" of a counted run of bytes.
+/// The bytes between the class name and the length in the archive of a mutable string: the class's
+/// version, references to classes named before, and the type "+" of a counted run of bytes.
 constexpr std::string_view stringPreamble = "019584012B";
 
 /// The first byte of a length of two bytes; any other is the length itself.
 constexpr std::uint8_t twoByteLengthTag = 0x81;
 
 // clang-format off
-/// The values of hexadecimal digits; what is no such digit has a value too.
+/// The values of hexadecimal digits; other characters have a value too.
 constexpr std::array<std::uint8_t, 32> nibbles{
     0, 1, 2, 3, 4, 5, 6, 7, 8, 9,
     0, 0, 0, 0, 0, 0, 0,
@@ -64,7 +63,7 @@ std::string uppercased(std::string_view text)
 
 std::size_t graphemeClusterCount(std::string_view text)
 {
-    // In ASCII every byte is a character, but for a line break of two bytes.
+    // In ASCII every byte is a grapheme cluster, except in a line break of two bytes.
     if (isAscii(text) && text.find("\r\n") == std::string_view::npos) {
         return text.size();
     }
@@ -97,7 +96,7 @@ std::string withoutStringPreamble(std::string_view text)
     }
 }
 
-/// `length` bytes of `bytes` from `start` on. None of them may be missing.
+/// `length` bytes of `bytes` from `start` on. Too few of them are a fatal stop.
 std::string textAt(const std::vector<std::uint8_t>& bytes, std::size_t start, std::size_t length)
 {
     if (length == 0) {

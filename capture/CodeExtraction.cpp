@@ -1,8 +1,8 @@
 #include "capture/CodeExtraction.h"
 
 #include "capture/GraphemeClusters.h"
-#include "capture/PreferenceKeys.h"
-#include "capture/Utf16.h"
+#include "capture/Preferences.h"
+#include "capture/Unicode.h"
 #include "platform/process/LogLine.h"
 
 #include <unicode/regex.h>
@@ -15,10 +15,7 @@ namespace orlimo {
 
 namespace {
 
-constexpr std::string_view fiveOrSixDigits = R"((?<!\d)\d{5,6}(?!\d))";
-constexpr std::string_view fourToSixDigits = R"((?<!\d)\d{4,6}(?!\d))";
-
-/// The list in printed form: ["482913", "1234"].
+/// The printed form of a list: ["482913", "1234"].
 std::string formattedList(const std::vector<std::string>& numbers)
 {
     std::string list = "[";
@@ -28,7 +25,7 @@ std::string formattedList(const std::vector<std::string>& numbers)
     return list + "]";
 }
 
-/// The expression for `pattern`; none when it cannot be compiled.
+/// The compiled `pattern`; null if it is invalid.
 std::unique_ptr<icu::RegexPattern> compilePattern(std::string_view pattern)
 {
     UErrorCode status = U_ZERO_ERROR;
@@ -41,19 +38,21 @@ std::unique_ptr<icu::RegexPattern> compilePattern(std::string_view pattern)
     return expression;
 }
 
-/// The expression by which codes are found: compiled at its first use and kept from then on. None
-/// when it cannot be compiled; the next use tries again.
-const icu::RegexPattern* codePattern(bool withFourDigits)
+/// The pattern by which codes are found, compiled at its first use and kept. Null if it cannot be
+/// compiled; the next use tries again.
+const icu::RegexPattern* compiledPattern(bool withFourDigits)
 {
     static std::array<std::unique_ptr<icu::RegexPattern>, 2> cache;
     auto& expression = cache.at(withFourDigits ? 1 : 0);
     if (expression == nullptr) {
-        expression = compilePattern(withFourDigits ? fourToSixDigits : fiveOrSixDigits);
+        expression = compilePattern(
+            withFourDigits ? codePattern::fourToSixDigits : codePattern::fiveOrSixDigits);
     }
     return expression.get();
 }
 
-/// The parts of `text` that match `expression` and are whole characters, left to right.
+/// The parts of `text` that match `expression` and consist of whole grapheme clusters, left to
+/// right.
 std::vector<std::string> matches(const icu::RegexPattern& expression, const std::string& text)
 {
     UErrorCode status = U_ZERO_ERROR;
@@ -87,7 +86,7 @@ std::optional<std::string> extractCode(const std::string& text, const UserDefaul
 {
     writeLogLine(text);
     const bool withFourDigits = defaults.boolForKey(preference::fourDigitInclude);
-    const icu::RegexPattern* const pattern = codePattern(withFourDigits);
+    const icu::RegexPattern* const pattern = compiledPattern(withFourDigits);
     if (pattern == nullptr) {
         writeLogLine("Invalid regex pattern");
         return std::nullopt;

@@ -9,18 +9,27 @@
 
 namespace orlimo {
 
-/// The verification code in a message's text (UTF-8): the leftmost run of five or six decimal
-/// digits, or of four to six where the preference `fourDigitInclude` says so, that no further digit
-/// touches. Digits of every script count. Nothing when the text holds none.
+/// The regular expressions (ICU) that a code matches: a run of decimal digits of any script that no
+/// further digit touches.
+namespace codePattern {
+
+inline constexpr std::string_view fiveOrSixDigits = R"((?<!\d)\d{5,6}(?!\d))";
+/// Where the preference `fourDigitInclude` is on.
+inline constexpr std::string_view fourToSixDigits = R"((?<!\d)\d{4,6}(?!\d))";
+
+} // namespace codePattern
+
+/// The verification code in a message's text (UTF-8): the leftmost match of the pattern that the
+/// preference `fourDigitInclude` selects. Nothing if the text holds none.
 ///
-/// Logs the text, and the numbers found. Reads the preference afresh; the two regular expressions
-/// are compiled at their first use and kept. Main thread; does not fail.
+/// Logs the text and the numbers found. Reads the preference at each call; each pattern is compiled
+/// at its first use and kept. Main thread; does not fail.
 [[nodiscard]] std::optional<std::string>
 extractCode(const std::string& text, const UserDefaults& defaults = standardUserDefaults());
 
 /// The parts of `text` that match the regular expression `pattern`, left to right and without
-/// overlap; a match that begins or ends inside a character is left out. Nothing when the pattern is
-/// invalid.
+/// overlap; a match that begins or ends inside a grapheme cluster is skipped. Nothing if the
+/// pattern is invalid.
 [[nodiscard]] std::optional<std::vector<std::string>>
 findNumbers(const std::string& text, std::string_view pattern);
 

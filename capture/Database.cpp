@@ -1,6 +1,6 @@
 #include "capture/Database.h"
 
-#include "capture/Utf8.h"
+#include "capture/Unicode.h"
 #include "platform/files/LibraryFolder.h"
 #include "platform/process/FatalStop.h"
 #include "platform/process/LogLine.h"
@@ -8,12 +8,22 @@
 #include <sqlite3.h>
 
 #include <string>
+#include <string_view>
 
 namespace orlimo {
 
 namespace {
 
-/// The text in a column of the present row: up to its first NUL, ill-formed parts replaced.
+/// The query, but for its limit, and the columns of its result that are read. The last one, the
+/// body itself, is selected but not read.
+constexpr std::string_view query =
+    "SELECT rowid, text, HEX(attributedBody), attributedBody FROM message "
+    "ORDER BY date DESC LIMIT ";
+constexpr int rowidColumn = 0;
+constexpr int textColumn = 1;
+constexpr int hexadecimalBodyColumn = 2;
+
+/// The text in a column of the current row: up to its first NUL, ill-formed parts replaced.
 std::optional<std::string> columnText(sqlite3_stmt* statement, int column)
 {
     const auto* const text = sqlite3_column_text(statement, column);
@@ -23,18 +33,18 @@ std::optional<std::string> columnText(sqlite3_stmt* statement, int column)
     return repairedUtf8(reinterpret_cast<const char*>(text));
 }
 
-/// Ends the read transaction of `connection` where it outlives its statement. A step that meets
-/// another program's lock leaves its statement running: that one holds no lock then, but keeps the
-/// transaction of the next statement from ending. Inside a transaction it can be stepped on to its
-/// end, for which no lock is needed any more.
+/// Ends the read transaction of `connection` if it outlives its statement. A step that meets
+/// another program's lock leaves its statement running: it then holds no lock, but keeps the
+/// transaction of the next statement from ending. Inside a transaction it can be stepped to its
+/// end, which needs no further lock.
 void endReadTransaction(sqlite3* connection)
 {
     sqlite3_stmt* statement = nullptr;
     while (sqlite3_txn_state(connection, nullptr) > SQLITE_TXN_NONE &&
-           // The latest comes first, so that a long run's many statements are not looked through.
+           // The newest statement comes first; the many older ones are not searched.
            (statement = sqlite3_next_stmt(connection, statement)) != nullptr)
     {
-        // A step of one that has ended would run it anew.
+        // Stepping a finished statement would restart it.
         while (sqlite3_stmt_busy(statement) != 0 && sqlite3_step(statement) == SQLITE_ROW) {
         }
     }
@@ -69,7 +79,7 @@ sqlite3* Database::openDatabase(const std::optional<std::filesystem::path>& libr
         const char* const error = sqlite3_errmsg(db);
         writeLogLine(
             std::string("database connection:  ") + (error != nullptr ? error : "Unknown Error"));
-        // The failed connection is left as it is; the process opens one only.
+        // The failed connection is not closed; the process opens only one.
         return nullptr;
     }
     writeLogLine("database connected!!");
@@ -78,12 +88,9 @@ sqlite3* Database::openDatabase(const std::optional<std::filesystem::path>& libr
 
 std::vector<Msg> Database::fetchMessages(std::int64_t limit)
 {
-    const std::string query =
-        "SELECT rowid, text, HEX(attributedBody), attributedBody FROM message "
-        "ORDER BY date DESC LIMIT " +
-        std::to_string(limit);
+    const std::string limitedQuery = std::string(query) + std::to_string(limit);
     sqlite3_stmt* statement = nullptr;
-    if (sqlite3_prepare(db, query.c_str(), -1, &statement, nullptr) != SQLITE_OK) {
+    if (sqlite3_prepare(db, limitedQuery.c_str(), -1, &statement, nullptr) != SQLITE_OK) {
         const char* const error = sqlite3_errmsg(db);
         if (error == nullptr) {
             fatalStop("SQLite does not say why a statement cannot be compiled");
@@ -94,9 +101,9 @@ std::vector<Msg> Database::fetchMessages(std::int64_t limit)
     std::vector<Msg> messages;
     while (sqlite3_step(statement) == SQLITE_ROW) {
         messages.push_back({
-            .rowid = sqlite3_column_int(statement, 0),
-            .text = columnText(statement, 1),
-            .attributedBody = columnText(statement, 2),
+            .rowid = sqlite3_column_int(statement, rowidColumn),
+            .text = columnText(statement, textColumn),
+            .attributedBody = columnText(statement, hexadecimalBodyColumn),
         });
     }
     // The statement is not finalised: it belongs to the connection until the process ends.

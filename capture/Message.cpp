@@ -2,7 +2,7 @@
 
 #include "capture/BodyDecoding.h"
 #include "capture/CodeExtraction.h"
-#include "capture/PreferenceKeys.h"
+#include "capture/Preferences.h"
 #include "platform/process/FatalStop.h"
 #include "platform/process/LogLine.h"
 
@@ -13,11 +13,10 @@ namespace orlimo {
 
 namespace {
 
-/// How many of the newest messages are looked at.
+/// How many of the newest messages are examined.
 constexpr std::int64_t maxCheckedMessages = 10;
 
-/// A message's words: its text, an empty one included, or what its body holds, if it can be
-/// decoded.
+/// A message's text, even if it is empty, or the text of its body, if that can be decoded.
 std::optional<std::string> textOf(const Msg& message)
 {
     if (message.text) {

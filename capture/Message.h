@@ -13,7 +13,7 @@
 namespace orlimo {
 
 /// The capture controller: turns changes of the message store into a published verification code.
-/// The application has one, which it shares with its delegate and its views. Main thread.
+/// The application has one, shared with its delegate and its views. Main thread.
 class Message : public QObject,
                 public FileMonitorDelegate,
                 public std::enable_shared_from_this<Message>
@@ -25,21 +25,22 @@ public:
     [[nodiscard]] static std::shared_ptr<Message>
     create(CaptureServices services = CaptureServices::native());
 
-    /// Starts to watch the store's write-ahead log. False, with a line in the log, when the file
+    /// Starts watching the store's write-ahead log. False, with a line in the log, if the file
     /// cannot be watched; checks are then refused. Nothing is retried. A user without a Library
     /// folder is a fatal stop.
     bool registFileObserver();
 
     /// Reads the ten newest messages, publishes the code of the newest one that holds one, "No
-    /// Code" when none does, and returns the code. Refused, with a line in the log, until the store
+    /// Code" if none does, and returns the code. Refused, with a line in the log, until the store
     /// is watched. A message with neither text nor body is a fatal stop.
     std::optional<std::string> checkMessages();
 
-    /// Checks and, when there is a code, puts it on the general pasteboard, the same code as often
-    /// as the store changes. Does nothing at all while the preference `capturingEnabled` is off.
+    /// Checks and, if there is a code, puts it on the general pasteboard, at every change of the
+    /// store even if it is the same code. Does nothing while the preference `capturingEnabled` is
+    /// off.
     void fileDidChange() override;
 
-    /// Published; stays empty, for message texts are not kept.
+    /// Published; stays empty, as message texts are not kept.
     [[nodiscard]] const std::string& text() const { return textField; }
     void setText(std::string newText);
 
@@ -57,7 +58,7 @@ public:
     }
 
 Q_SIGNALS:
-    /// A published property is about to be assigned, also when its value stays the same.
+    /// A published property is about to be assigned, even if its value stays the same.
     void objectWillChange();
 
 private:

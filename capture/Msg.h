@@ -11,10 +11,10 @@ struct Msg
 {
     /// The row's identifier in the store.
     std::int64_t rowid = 0;
-    /// The words, UTF-8; absent where the store holds none. An empty text is present.
+    /// UTF-8; absent if the store holds none. An empty text is present.
     std::optional<std::string> text;
-    /// The archived attributed string that holds the words where `text` does not: not its bytes,
-    /// but their upper-case hexadecimal text.
+    /// The archived attributed string that holds the message text if `text` is absent: not its
+    /// bytes, but their upper-case hexadecimal text.
     std::optional<std::string> attributedBody;
 
     friend bool operator==(const Msg&, const Msg&) = default;

@@ -13,7 +13,7 @@ constexpr double reportingInterval = 1.6;
 
 FileHandle openAndLog(const std::filesystem::path& file)
 {
-    // Said before the file is opened, so that it stands in the log also when that fails.
+    // Logged before the file is opened, so that the line appears even if that fails.
     writeLogLine("init file monitor");
     return FileHandle::openForReading(file);
 }
@@ -48,8 +48,8 @@ void FileMonitor::setDelegate(std::weak_ptr<FileMonitorDelegate> newDelegate)
 
 void FileMonitor::start()
 {
-    // Both handlers hold the monitor and the monitor holds the source: this circle is what keeps a
-    // started monitor alive after its creator has let go of it.
+    // Both handlers hold the monitor and the monitor holds the source: this reference cycle keeps a
+    // started monitor alive after its creator has released it.
     source->setEventHandler([self = shared_from_this()] { self->sourceDidFire(); });
     source->setCancelHandler([self = shared_from_this()] { (void)self->fileHandle.close(); });
     fileHandle.seekToEndOfFile();

@@ -11,15 +11,16 @@
 
 namespace orlimo {
 
-/// Tells its delegate that one file has grown, at most once in 1.6 seconds. Reads nothing from the
-/// file and never reopens it: one that is deleted or replaced is simply not heard of again.
+/// Notifies its delegate that one file has grown, at most once in 1.6 seconds. Reads nothing from
+/// the file and never reopens it: if it is deleted or replaced, no further events are delivered for
+/// it.
 ///
-/// A monitor keeps itself alive, through the handlers of its source, and watches until the process
+/// A monitor keeps itself alive through the handlers of its source and watches until the process
 /// ends; it cannot be stopped. Main thread.
 class FileMonitor : public std::enable_shared_from_this<FileMonitor>
 {
 public:
-    /// Starts to watch `url`. Throws std::system_error with the host's error when the file cannot
+    /// Starts watching `url`. Throws std::system_error with the system's error if the file cannot
     /// be opened or watched. Growth in the first 1.6 seconds is not reported.
     static std::shared_ptr<FileMonitor>
     create(std::filesystem::path url, const WatchServices& services = WatchServices::native());
@@ -28,7 +29,7 @@ public:
     FileMonitor(const FileMonitor&) = delete;
     FileMonitor& operator=(const FileMonitor&) = delete;
 
-    /// Who is told from now on. Not kept alive: a delegate that has gone away is not told.
+    /// Sets who is notified from now on. Held weakly: a delegate that was destroyed is skipped.
     void setDelegate(std::weak_ptr<FileMonitorDelegate> newDelegate);
 
 private:

@@ -2,8 +2,8 @@
 
 namespace orlimo {
 
-/// Who is told that a watched file has grown. Held weakly by the monitor, so it is shared by
-/// reference.
+/// Notified of the growth of a watched file. Held weakly by the monitor, and so owned through a
+/// shared pointer by its creator.
 class FileMonitorDelegate
 {
 public:
@@ -12,7 +12,7 @@ public:
     FileMonitorDelegate& operator=(const FileMonitorDelegate&) = delete;
     virtual ~FileMonitorDelegate() = default;
 
-    /// The watched file has grown. Called on the main thread.
+    /// Called on the main thread after the watched file has grown.
     virtual void fileDidChange() = 0;
 };
 

@@ -14,14 +14,14 @@ namespace {
 std::chrono::milliseconds wholeMilliseconds(double seconds)
 {
     const double product = seconds * 1000.0;
-    // Written so that what is not a number fails too.
+    // Written so that NaN fails too.
     if (!(product > -9223372036854777856.0 && product < 9223372036854775808.0)) {
         fatalStop("a throttle's delay is beyond what a time interval can hold");
     }
     return std::chrono::milliseconds(static_cast<std::int64_t>(product));
 }
 
-/// `time` + `interval`, held at the end or the beginning of time where the sum lies beyond.
+/// `time` + `interval`, clamped to the range of Uptime.
 Uptime saturatingSum(Uptime time, std::chrono::milliseconds interval)
 {
     using std::chrono::nanoseconds;
@@ -76,9 +76,9 @@ void Throttle::decide(Action action)
 
 bool Throttle::accept()
 {
-    // The last acceptance is read before the clock: it is then never later than now, so that a
-    // delay of nothing accepts every call, also when two decisions are taken at the same time. The
-    // exchange lets only one of them win.
+    // The last acceptance is read before the clock: it is then never later than now, so that a zero
+    // delay accepts every call even if two decisions overlap. The exchange lets only one of them
+    // win.
     Uptime last = lastFireTime.load();
     for (;;) {
         const Uptime now = clock();

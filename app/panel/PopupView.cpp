@@ -3,7 +3,7 @@
 #include "app/panel/CodeLabel.h"
 #include "app/panel/CopyButton.h"
 #include "app/panel/OptionRow.h"
-#include "capture/PreferenceKeys.h"
+#include "capture/Preferences.h"
 #include "controls/GroupBox.h"
 #include "controls/Switch.h"
 #include "controls/SymbolLabel.h"

@@ -25,39 +25,19 @@ void PrintTo(const GraphemeClusterCase& characterCase, std::ostream* stream)
 }
 
 class GraphemeClustersOfText : public testing::TestWithParam<GraphemeClusterCase>
-{
-protected:
-    icu::UnicodeString text{
-        GetParam().text.data(), static_cast<std::int32_t>(GetParam().text.size())};
-    GraphemeClusters characters{text};
-};
+{};
 
-TEST_P(GraphemeClustersOfText, BeginWhereReaderSeesThemBegin)
+TEST_P(GraphemeClustersOfText, HaveBoundariesAndCountInAnyOrder)
 {
-    std::vector<std::int32_t> boundaries;
-    for (std::int32_t offset = 0; offset <= text.length(); ++offset) {
-        if (characters.isBoundary(offset)) {
-            boundaries.push_back(offset);
-        }
+    const auto& [name, units, boundaries] = GetParam();
+    const icu::UnicodeString text(units.data(), static_cast<std::int32_t>(units.size()));
+    GraphemeClusters clusters(text);
+    EXPECT_EQ(clusters.count(), boundaries.size() - 1);
+    for (std::int32_t offset = text.length(); offset >= 0; --offset) {
+        const bool isBoundary = std::ranges::find(boundaries, offset) != boundaries.end();
+        EXPECT_EQ(clusters.isBoundary(offset), isBoundary) << offset;
     }
-    EXPECT_EQ(boundaries, GetParam().boundaries);
-}
-
-TEST_P(GraphemeClustersOfText, AreCountedAsReaderCountsThem)
-{
-    EXPECT_EQ(characters.count(), GetParam().boundaries.size() - 1);
-    EXPECT_EQ(characters.count(), GetParam().boundaries.size() - 1) << "a second time";
-}
-
-TEST_P(GraphemeClustersOfText, MayBeAskedForInAnyOrder)
-{
-    const auto& boundaries = GetParam().boundaries;
-    EXPECT_TRUE(characters.isBoundary(text.length()));
-    EXPECT_EQ(characters.count(), boundaries.size() - 1);
-    EXPECT_TRUE(characters.isBoundary(0));
-    EXPECT_TRUE(std::all_of(boundaries.rbegin(), boundaries.rend(), [this](std::int32_t offset) {
-        return characters.isBoundary(offset);
-    }));
+    EXPECT_EQ(clusters.count(), boundaries.size() - 1) << "a second time";
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -65,7 +45,6 @@ INSTANTIATE_TEST_SUITE_P(
     GraphemeClustersOfText,
     testing::Values(
         GraphemeClusterCase{"Empty", u"", {0}},
-        GraphemeClusterCase{"Letters", u"abc", {0, 1, 2, 3}},
         GraphemeClusterCase{"CombiningMark", u"ae\u0301b", {0, 1, 3, 4}},
         GraphemeClusterCase{"Keycap", u"12\uFE0F\u20E3", {0, 1, 4}},
         GraphemeClusterCase{"LineBreakOfTwo", u"a\r\nb", {0, 1, 3, 4}},
@@ -73,7 +52,6 @@ INSTANTIATE_TEST_SUITE_P(
         GraphemeClusterCase{"NumberSignBeforeDigit", u"\u060012", {0, 2, 3}},
         GraphemeClusterCase{"SurrogatePairs", u"\U0001D7CE\U0001D7CF", {0, 2, 4}},
         GraphemeClusterCase{"Flags", u"\U0001F1E9\U0001F1EA\U0001F1EB\U0001F1F7", {0, 4, 8}},
-        GraphemeClusterCase{"OddFlag", u"\U0001F1E9\U0001F1EA\U0001F1EB", {0, 4, 6}},
         GraphemeClusterCase{"Family", u"\U0001F468\u200D\U0001F469\u200D\U0001F467!", {0, 8, 9}},
         GraphemeClusterCase{"HangulSyllable", u"\u1112\u1161\u11ABx", {0, 3, 4}},
         GraphemeClusterCase{"MarkAtStart", u"\u0301a", {0, 1, 2}},

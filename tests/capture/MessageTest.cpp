@@ -1,13 +1,14 @@
 #include "capture/Message.h"
 
-#include "capture/PreferenceKeys.h"
+#include "capture/Preferences.h"
 #include "tests/capture/MessageTestBase.h"
-#include "tests/capture/PrivateHome.h"
 #include "tests/capture/RecordingPasteboard.h"
 #include "tests/capture/reference/BodyBytes.h"
 #include "tests/capture/stores/ProcessLifetimeDatabase.h"
-#include "tests/capture/stores/StoreFiles.h"
+#include "tests/capture/stores/SqliteMemoryLimit.h"
 #include "tests/support/Await.h"
+#include "tests/support/DeliberateLeak.h"
+#include "tests/support/FatalStopExpectation.h"
 #include "tests/support/ManualClock.h"
 #include "tests/support/ManualQueue.h"
 #include "tests/support/process/OutputCapture.h"
@@ -18,13 +19,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <chrono>
 #include <memory>
 #include <optional>
 #include <string>
+#include <system_error>
+#include <utility>
 #include <vector>
-
-#include <unistd.h>
 
 namespace orlimo {
 
@@ -37,13 +39,12 @@ using testing::IsEmpty;
 
 using Lines = std::vector<std::string>;
 
+constexpr const char* refused = "not ready to access disk";
+
 class MessageTest : public MessageTestBase
 {
 protected:
-    /// A folder that a test has the program take for the user's Library folder.
-    std::optional<std::filesystem::path> reportedLibrary = library.path();
-
-    /// The host with that folder in it.
+    /// Services whose Library folder is what `reportedLibrary` is at that moment.
     [[nodiscard]] CaptureServices servicesWithReportedLibrary()
     {
         CaptureServices changed = services();
@@ -51,60 +52,51 @@ protected:
         return changed;
     }
 
-    [[nodiscard]] CaptureServices servicesWithPasteboard(Pasteboard& pasteboard) const
+    /// Services with another store or pasteboard. The watch stays on the good log.
+    [[nodiscard]] CaptureServices
+    servicesWith(Database& otherDatabase, Pasteboard& pasteboard) const
     {
         const CaptureServices real = services();
         return {
-            .database = real.database,
+            .database = otherDatabase,
             .userDefaults = real.userDefaults,
             .pasteboard = pasteboard,
             .libraryFolder = real.libraryFolder,
             .makeFileMonitor = real.makeFileMonitor,
         };
     }
+
+    TemporaryFolder other;
+    std::optional<std::filesystem::path> reportedLibrary = library.path();
 };
 
-// Creation.
-
-TEST_F(MessageTest, IsCreatedEmptyAndSilent)
+TEST_F(MessageTest, NewControllerIsEmptyAndSilent)
 {
-    const CaptureServices given = services();
+    const CaptureServices given = servicesWithReportedLibrary();
     const OutputCapture capture;
     const auto message = Message::create(given);
+    reportedLibrary.reset();
     EXPECT_EQ(message->text(), "");
     EXPECT_EQ(message->verificationCode(), "");
     EXPECT_FALSE(message->ready());
-    EXPECT_EQ(message->libraryDirectory(), library.path());
-    EXPECT_EQ(capture.text(), "");
-    EXPECT_EQ(clipboardText(), "before");
-}
-
-TEST_F(MessageTest, RemembersLibraryFolderOfItsCreation)
-{
-    const auto message = Message::create(servicesWithReportedLibrary());
-    reportedLibrary.reset();
-    EXPECT_EQ(message->libraryDirectory(), library.path());
-}
-
-TEST_F(MessageTest, MayBeCreatedWithoutLibraryFolder)
-{
-    reportedLibrary.reset();
-    const OutputCapture capture;
-    EXPECT_EQ(Message::create(servicesWithReportedLibrary())->libraryDirectory(), std::nullopt);
+    EXPECT_EQ(message->libraryDirectory(), library.path()) << "the folder at construction";
+    EXPECT_EQ(Message::create(given)->libraryDirectory(), std::nullopt);
     EXPECT_EQ(capture.text(), "");
 }
 
-// The watch.
+// Registration.
 
-TEST_F(MessageTest, WatchesTheLog)
+TEST_F(MessageTest, RegistrationWatchesTheLogInThePresentLibraryFolder)
 {
-    CaptureServices given = services();
+    reportedLibrary = other.path();
+    CaptureServices given = servicesWithReportedLibrary();
     std::vector<std::filesystem::path> watched;
     given.makeFileMonitor = [&watched, make = given.makeFileMonitor](const auto& file) {
         watched.push_back(file);
         return make(file);
     };
     const auto message = Message::create(given);
+    reportedLibrary = library.path();
     const OutputCapture capture;
     EXPECT_TRUE(message->registFileObserver());
     EXPECT_TRUE(message->ready());
@@ -114,545 +106,276 @@ TEST_F(MessageTest, WatchesTheLog)
         ElementsAre("registFileObserver", "init file monitor", "file access allowed"));
 }
 
-TEST_F(MessageTest, LooksForLibraryFolderAgainBeforeItWatches)
+TEST_F(MessageTest, ChecksAreRefusedUnlessLastRegistrationSucceeded)
 {
-    const TemporaryFolder other;
+    store.appendText("Your code is 482913");
+    const auto message = Message::create(servicesWithReportedLibrary());
+    int changes = 0;
+    QObject::connect(message.get(), &Message::objectWillChange, [&changes] { ++changes; });
+    const OutputCapture capture;
+    const auto expectRefused = [&] {
+        EXPECT_FALSE(message->ready());
+        EXPECT_EQ(message->checkMessages(), std::nullopt);
+        message->fileDidChange();
+    };
+    expectRefused();
     reportedLibrary = other.path();
-    const auto message = Message::create(servicesWithReportedLibrary());
-    reportedLibrary = library.path();
-    const OutputCapture capture;
-    EXPECT_TRUE(message->registFileObserver());
-    EXPECT_EQ(message->libraryDirectory(), other.path());
-}
-
-TEST_F(MessageTest, LogThatIsMissingIsNotAllowed)
-{
-    const TemporaryFolder withoutStore;
-    reportedLibrary = withoutStore.path();
-    const auto message = Message::create(servicesWithReportedLibrary());
-    const OutputCapture capture;
     EXPECT_FALSE(message->registFileObserver());
-    EXPECT_FALSE(message->ready());
-    EXPECT_EQ(message->checkMessages(), std::nullopt);
+    reportedLibrary = library.path();
+    expectRefused();
     EXPECT_EQ(message->verificationCode(), "");
-    EXPECT_THAT(
-        capture.lines(),
-        ElementsAre(
-            "registFileObserver",
-            "init file monitor",
-            "file access not allowed",
-            "not ready to access disk"));
-}
+    EXPECT_EQ(changes, 0);
 
-TEST_F(MessageTest, FailedWatchIsNotRetried)
-{
-    const TemporaryFolder withoutStore;
-    reportedLibrary = withoutStore.path();
-    store.appendText("Your code is 482913");
-    const auto message = Message::create(servicesWithReportedLibrary());
-    {
-        const OutputCapture swallowed;
-        EXPECT_FALSE(message->registFileObserver());
-    }
-    reportedLibrary = library.path();
-    const OutputCapture capture;
-    EXPECT_EQ(message->checkMessages(), std::nullopt);
-    message->fileDidChange();
-    EXPECT_THAT(
-        capture.lines(), ElementsAre("not ready to access disk", "not ready to access disk"));
-    EXPECT_EQ(clipboardText(), "before");
-}
-
-TEST_F(MessageTest, LaterWatchThatFailsRefusesChecksAgain)
-{
-    store.appendText("Your code is 482913");
-    const auto message = watching(servicesWithReportedLibrary());
-    const TemporaryFolder withoutStore;
-    reportedLibrary = withoutStore.path();
-    {
-        const OutputCapture swallowed;
-        EXPECT_EQ(message->checkMessages(), "482913");
-    }
-    const OutputCapture capture;
-    EXPECT_FALSE(message->registFileObserver());
-    EXPECT_FALSE(message->ready());
-    EXPECT_EQ(message->checkMessages(), std::nullopt);
-    EXPECT_EQ(message->verificationCode(), "482913") << "the last value stays";
-    EXPECT_THAT(
-        capture.lines(),
-        ElementsAre(
-            "registFileObserver",
-            "init file monitor",
-            "file access not allowed",
-            "not ready to access disk"));
-}
-
-TEST_F(MessageTest, LaterWatchThatSucceedsAllowsChecks)
-{
-    const TemporaryFolder withoutStore;
-    reportedLibrary = withoutStore.path();
-    const auto message = Message::create(servicesWithReportedLibrary());
-    const OutputCapture swallowed;
-    EXPECT_FALSE(message->registFileObserver());
-    reportedLibrary = library.path();
     EXPECT_TRUE(message->registFileObserver());
-    EXPECT_TRUE(message->ready());
+    EXPECT_EQ(message->checkMessages(), "482913");
+    reportedLibrary = other.path();
+    EXPECT_FALSE(message->registFileObserver());
+    expectRefused();
+    EXPECT_EQ(message->verificationCode(), "482913") << "the last value stays";
+    EXPECT_EQ(clipboardText(), "before");
+    EXPECT_THAT(
+        capture.lines(),
+        ElementsAre(
+            refused,
+            refused,
+            "registFileObserver",
+            "init file monitor",
+            "file access not allowed",
+            refused,
+            refused,
+            "registFileObserver",
+            "init file monitor",
+            "file access allowed",
+            "ready to access disk",
+            "Your code is 482913",
+            R"(Found numbers: ["482913"])",
+            "registFileObserver",
+            "init file monitor",
+            "file access not allowed",
+            refused,
+            refused));
 }
 
 // Checks.
 
-TEST_F(MessageTest, ChecksAreRefusedUntilTheStoreIsWatched)
+struct CheckCase
 {
-    store.appendText("Your code is 482913");
-    const auto message = Message::create(services());
-    int changes = 0;
-    QObject::connect(message.get(), &Message::objectWillChange, [&changes] { ++changes; });
-    const OutputCapture capture;
-    EXPECT_EQ(message->checkMessages(), std::nullopt);
-    message->fileDidChange();
-    EXPECT_EQ(message->verificationCode(), "");
-    EXPECT_EQ(changes, 0);
-    EXPECT_EQ(clipboardText(), "before");
-    EXPECT_THAT(
-        capture.lines(), ElementsAre("not ready to access disk", "not ready to access disk"));
+    std::string name;
+    std::vector<StoreWriter::Row> rows; ///< oldest first
+    std::optional<std::string> code;
+    Lines lines; ///< between "ready to access disk" and the numbers found
+};
+
+void PrintTo(const CheckCase& given, std::ostream* stream)
+{
+    *stream << given.name;
 }
 
-TEST_F(MessageTest, CodeOfNewestMessageIsPublished)
+/// A message with a code, and `number` later ones without.
+std::vector<StoreWriter::Row> codeBefore(int number)
 {
-    store.appendText("Your old code is 11111");
-    store.appendText("Your code is 482913");
+    std::vector<StoreWriter::Row> rows{{.text = "Your code is 482913"}};
+    for (int later = number; later > 0; --later) {
+        rows.push_back({.text = "message " + std::to_string(later)});
+    }
+    return rows;
+}
+
+const std::string longWords = "Your code is 482913" + std::string(200, '.');
+const std::string hugeText(16'000'000, 'x');
+
+class MessageCheck : public MessageTest, public testing::WithParamInterface<CheckCase>
+{};
+
+TEST_P(MessageCheck, PublishesNewestCodeAndCopiesItOnlyAfterChange)
+{
+    const auto& [name, rows, code, between] = GetParam();
+    for (const StoreWriter::Row& row : rows) {
+        store.append(row);
+    }
+    Lines expected{"ready to access disk"};
+    expected.insert(expected.end(), between.begin(), between.end());
+    if (code) {
+        expected.push_back("Found numbers: [\"" + *code + "\"]");
+    }
     const auto message = watching();
-    const OutputCapture capture;
-    EXPECT_EQ(message->checkMessages(), "482913");
-    EXPECT_EQ(message->verificationCode(), "482913");
+    {
+        const OutputCapture capture;
+        EXPECT_EQ(message->checkMessages(), code);
+        EXPECT_TRUE(capture.lines() == expected) << capture.text().substr(0, 2000);
+    }
+    EXPECT_EQ(message->verificationCode(), code.value_or("No Code"));
     EXPECT_EQ(clipboardText(), "before") << "a check copies nothing";
-    EXPECT_THAT(
-        capture.lines(),
-        ElementsAre("ready to access disk", "Your code is 482913", R"(Found numbers: ["482913"])"));
-}
 
-TEST_F(MessageTest, EmptyStoreHasNoCode)
-{
-    const auto message = watching();
-    const OutputCapture capture;
-    EXPECT_EQ(message->checkMessages(), std::nullopt);
-    EXPECT_EQ(message->verificationCode(), "No Code");
-    EXPECT_THAT(capture.lines(), ElementsAre("ready to access disk"));
-}
-
-TEST_F(MessageTest, CodeThatIsGoneIsNotPublishedAnyLonger)
-{
-    store.appendText("Your code is 482913");
-    const auto message = watching();
-    const OutputCapture swallowed;
-    EXPECT_EQ(message->checkMessages(), "482913");
-    store.run("DELETE FROM message");
-    EXPECT_EQ(message->checkMessages(), std::nullopt);
-    EXPECT_EQ(message->verificationCode(), "No Code");
-}
-
-TEST_F(MessageTest, CodeOfSecondNewestMessageIsPublishedAndCopied)
-{
-    store.appendText("Your code is 482913");
-    store.appendText("See you at 8");
-    const auto message = watching();
+    if (code) {
+        expected.push_back("file changed!! at message: code? " + *code);
+    }
     const OutputCapture capture;
     message->fileDidChange();
-    EXPECT_EQ(message->verificationCode(), "482913");
-    EXPECT_EQ(clipboardText(), "482913");
-    EXPECT_THAT(
-        capture.lines(),
-        ElementsAre(
-            "ready to access disk",
-            "See you at 8",
-            "Your code is 482913",
-            R"(Found numbers: ["482913"])",
-            "file changed!! at message: code? 482913"));
+    EXPECT_TRUE(capture.lines() == expected) << capture.text().substr(0, 2000);
+    EXPECT_EQ(message->verificationCode(), code.value_or("No Code"));
+    EXPECT_EQ(clipboardText(), code.value_or("before"));
+    EXPECT_EQ(message->text(), "");
 }
 
-TEST_F(MessageTest, CodeOfTenthNewestMessageIsPublished)
-{
-    store.appendText("Your code is 482913");
-    Lines expected{"ready to access disk"};
-    for (int number = 9; number > 0; --number) {
-        store.appendText("message " + std::to_string(10 - number));
-        expected.push_back("message " + std::to_string(number));
-    }
-    expected.insert(expected.end(), {"Your code is 482913", R"(Found numbers: ["482913"])"});
-    const auto message = watching();
-    const OutputCapture capture;
-    EXPECT_EQ(message->checkMessages(), "482913");
-    EXPECT_EQ(capture.lines(), expected);
-}
+INSTANTIATE_TEST_SUITE_P(
+    Stores,
+    MessageCheck,
+    testing::Values(
+        CheckCase{"Empty", {}, {}, {}},
+        CheckCase{
+            "OlderMessageIsNotExamined",
+            {{.attributedBody = "no archive at all"}, {.text = "Your code is 482913"}},
+            "482913",
+            {"Your code is 482913"}},
+        CheckCase{"SecondNewest", codeBefore(1), "482913", {"message 1", "Your code is 482913"}},
+        CheckCase{
+            "TenthNewest",
+            codeBefore(9),
+            "482913",
+            {"message 1",
+             "message 2",
+             "message 3",
+             "message 4",
+             "message 5",
+             "message 6",
+             "message 7",
+             "message 8",
+             "message 9",
+             "Your code is 482913"}},
+        CheckCase{
+            "EleventhNewest",
+            codeBefore(10),
+            {},
+            {"message 1",
+             "message 2",
+             "message 3",
+             "message 4",
+             "message 5",
+             "message 6",
+             "message 7",
+             "message 8",
+             "message 9",
+             "message 10"}},
+        CheckCase{
+            "EmptyTextIsUsedAndItsBodyIgnored",
+            {{.text = "Your code is 482913"},
+             {.text = "", .attributedBody = mutableStringBody("Your code is 99999")}},
+            "482913",
+            {"", "Your code is 482913"}},
+        CheckCase{
+            "Body",
+            {{.attributedBody = mutableStringBody("Your code is 482913")}},
+            "482913",
+            {"first not 129 19", "Your code is 482913"}},
+        CheckCase{
+            "LongBody",
+            {{.attributedBody = mutableStringBody(longWords)}},
+            "482913",
+            {"first 129", longWords}},
+        CheckCase{
+            "BodyThatYieldsNothingIsSkipped",
+            {{.text = "Your code is 482913"},
+             {.attributedBody = immutableStringBody("Your code is 99999")}},
+            "482913",
+            {"first not 129 1", "Your code is 482913"}},
+        CheckCase{
+            "DigitsOfAnotherScript",
+            {{.text = "رمز التحقق ٤٨٢٩١٣"}},
+            "٤٨٢٩١٣",
+            {"رمز التحقق ٤٨٢٩١٣"}},
+        CheckCase{
+            "HugeText",
+            {{.text = "Your code is 482913"}, {.text = hugeText}},
+            "482913",
+            {hugeText, "Your code is 482913"}}),
+    [](const auto& given) { return given.param.name; });
 
-TEST_F(MessageTest, CodeOfEleventhNewestMessageIsNotFound)
-{
-    store.appendText("Your code is 482913");
-    Lines expected{"ready to access disk"};
-    for (int number = 10; number > 0; --number) {
-        store.appendText("message " + std::to_string(11 - number));
-        expected.push_back("message " + std::to_string(number));
-    }
-    const auto message = watching();
-    const OutputCapture capture;
-    message->fileDidChange();
-    EXPECT_EQ(message->verificationCode(), "No Code");
-    EXPECT_EQ(clipboardText(), "before");
-    EXPECT_EQ(capture.lines(), expected);
-}
-
-TEST_F(MessageTest, EmptyTextIsUsedAndItsBodyIsNotDecoded)
-{
-    store.appendText("Your code is 482913");
-    store.append({.text = "", .attributedBody = mutableStringBody("Your code is 99999")});
-    const auto message = watching();
-    const OutputCapture capture;
-    EXPECT_EQ(message->checkMessages(), "482913");
-    EXPECT_THAT(
-        capture.lines(),
-        ElementsAre(
-            "ready to access disk", "", "Your code is 482913", R"(Found numbers: ["482913"])"));
-}
-
-TEST_F(MessageTest, TextIsPreferredToBody)
-{
-    store.append(
-        {.text = "Your code is 482913", .attributedBody = mutableStringBody("Your code is 99999")});
-    const auto message = watching();
-    const OutputCapture capture;
-    EXPECT_EQ(message->checkMessages(), "482913");
-    EXPECT_THAT(
-        capture.lines(),
-        ElementsAre("ready to access disk", "Your code is 482913", R"(Found numbers: ["482913"])"));
-}
-
-TEST_F(MessageTest, BodyIsDecodedWhereTextIsAbsent)
-{
-    store.appendBody(mutableStringBody("Your code is 482913"));
-    const auto message = watching();
-    const OutputCapture capture;
-    EXPECT_EQ(message->checkMessages(), "482913");
-    EXPECT_THAT(
-        capture.lines(),
-        ElementsAre(
-            "ready to access disk",
-            "first not 129 19",
-            "Your code is 482913",
-            R"(Found numbers: ["482913"])"));
-}
-
-TEST_F(MessageTest, LongBodyIsDecodedWhereTextIsAbsent)
-{
-    const std::string words = "Your code is 482913" + std::string(200, '.');
-    store.appendBody(mutableStringBody(words));
-    const auto message = watching();
-    const OutputCapture capture;
-    EXPECT_EQ(message->checkMessages(), "482913");
-    EXPECT_THAT(
-        capture.lines(),
-        ElementsAre("ready to access disk", "first 129", words, R"(Found numbers: ["482913"])"));
-}
-
-TEST_F(MessageTest, BodyThatYieldsNothingIsSkipped)
-{
-    store.appendText("Your code is 482913");
-    store.appendBody(immutableStringBody("Your code is 99999"));
-    const auto message = watching();
-    const OutputCapture capture;
-    EXPECT_EQ(message->checkMessages(), "482913");
-    EXPECT_THAT(
-        capture.lines(),
-        ElementsAre(
-            "ready to access disk",
-            "first not 129 1",
-            "Your code is 482913",
-            R"(Found numbers: ["482913"])"));
-}
-
-TEST_F(MessageTest, OlderMessagesAreNotExamined)
-{
-    // The older one would stop the program.
-    store.appendBody("no archive at all");
-    store.appendText("Your code is 482913");
-    const auto message = watching();
-    const OutputCapture swallowed;
-    EXPECT_EQ(message->checkMessages(), "482913");
-}
-
-TEST_F(MessageTest, FourDigitsCountAsThePreferenceSays)
+TEST_F(MessageTest, PreferencesAreReadAtEachChange)
 {
     store.appendText("Your code is 482913");
     store.appendText("Your code is 1234");
     const auto message = watching();
-    const OutputCapture swallowed;
-    EXPECT_EQ(message->checkMessages(), "482913");
-    defaults.setBool(true, preference::fourDigitInclude);
-    EXPECT_EQ(message->checkMessages(), "1234");
-    defaults.setBool(false, preference::fourDigitInclude);
-    EXPECT_EQ(message->checkMessages(), "482913");
-}
-
-TEST_F(MessageTest, DigitsOfOtherScriptsAreCopiedAsTheyAre)
-{
-    store.appendText("رمز التحقق ٤٨٢٩١٣");
-    const auto message = watching();
-    const OutputCapture swallowed;
-    message->fileDidChange();
-    EXPECT_EQ(message->verificationCode(), "٤٨٢٩١٣");
-    EXPECT_EQ(clipboardText(), "٤٨٢٩١٣");
-}
-
-// Published properties.
-
-TEST_F(MessageTest, ObserversAreToldBeforeEachAssignment)
-{
-    const auto message = watching();
-    Lines seen;
-    QObject::connect(message.get(), &Message::objectWillChange, [&] {
-        seen.push_back("[" + message->verificationCode() + "]");
-    });
-    const OutputCapture swallowed;
-    message->checkMessages();
-    message->checkMessages();
-    store.appendText("Your code is 482913");
-    message->checkMessages();
-    message->checkMessages();
-    message->fileDidChange();
-    EXPECT_THAT(seen, ElementsAre("[]", "[No Code]", "[No Code]", "[482913]", "[482913]"));
-    EXPECT_EQ(message->verificationCode(), "482913");
-}
-
-TEST_F(MessageTest, ViewsMayAssignThePublishedProperties)
-{
-    const auto message = Message::create(services());
-    Lines seen;
-    QObject::connect(message.get(), &Message::objectWillChange, [&] {
-        seen.push_back(message->text() + "," + message->verificationCode());
-    });
-    message->setText("a");
-    message->setText("a");
-    message->setVerificationCode("b");
-    message->setVerificationCode("b");
-    EXPECT_THAT(seen, ElementsAre(",", "a,", "a,", "a,b"));
-    EXPECT_EQ(message->text(), "a");
-    EXPECT_EQ(message->verificationCode(), "b");
-}
-
-TEST_F(MessageTest, TextStaysEmpty)
-{
-    store.appendText("Your code is 482913");
-    const auto message = watching();
-    const OutputCapture swallowed;
-    message->checkMessages();
-    message->fileDidChange();
-    EXPECT_EQ(message->text(), "");
-}
-
-// Changes of the store.
-
-TEST_F(MessageTest, ChangeIsIgnoredWhileCapturingIsOff)
-{
-    store.appendText("Your code is 482913");
-    const auto message = watching();
     int changes = 0;
     QObject::connect(message.get(), &Message::objectWillChange, [&changes] { ++changes; });
-    defaults.setBool(false, preference::capturingEnabled);
     const OutputCapture capture;
+    defaults.setBool(false, preference::capturingEnabled);
     message->fileDidChange();
     EXPECT_EQ(capture.text(), "");
     EXPECT_EQ(message->verificationCode(), "");
     EXPECT_EQ(changes, 0);
+
+    EXPECT_EQ(message->checkMessages(), "482913") << "a direct check ignores the preference";
+    EXPECT_EQ(message->verificationCode(), "482913");
     EXPECT_EQ(clipboardText(), "before");
 
-    EXPECT_EQ(message->checkMessages(), "482913") << "a direct check does not ask";
-    EXPECT_EQ(message->verificationCode(), "482913");
-    EXPECT_EQ(changes, 1);
-    EXPECT_EQ(clipboardText(), "before");
-}
-
-TEST_F(MessageTest, CapturingSwitchedOffWhileTheProgramRunsIsSeenAtTheNextChange)
-{
-    store.appendText("Your code is 482913");
-    const auto message = watching();
-    const OutputCapture swallowed;
-    message->fileDidChange();
-    EXPECT_EQ(clipboardText(), "482913");
-    defaults.setBool(false, preference::capturingEnabled);
-    store.appendText("Your code is 555555");
-    message->fileDidChange();
-    EXPECT_EQ(clipboardText(), "482913");
-    EXPECT_EQ(message->verificationCode(), "482913");
     defaults.setBool(true, preference::capturingEnabled);
+    defaults.setBool(true, preference::fourDigitInclude);
     message->fileDidChange();
-    EXPECT_EQ(clipboardText(), "555555");
-}
-
-TEST_F(MessageTest, SameCodeIsCopiedAtEachChange)
-{
-    store.appendText("Your code is 482913");
-    const auto message = watching();
-    const OutputCapture capture;
+    EXPECT_EQ(clipboardText(), "1234");
+    defaults.setBool(false, preference::fourDigitInclude);
     message->fileDidChange();
     EXPECT_EQ(clipboardText(), "482913");
-    setClipboardText("something else");
-    message->fileDidChange();
-    EXPECT_EQ(clipboardText(), "482913");
-    const Lines once{
-        "ready to access disk",
-        "Your code is 482913",
-        R"(Found numbers: ["482913"])",
-        "file changed!! at message: code? 482913"};
-    Lines twice = once;
-    twice.insert(twice.end(), once.begin(), once.end());
-    EXPECT_EQ(capture.lines(), twice);
 }
 
-TEST_F(MessageTest, PreviousContentsOfThePasteboardAreGone)
+// What is published and copied.
+
+TEST_F(MessageTest, ObserversAreNotifiedBeforeEachAssignment)
 {
-    auto* const previous = new QMimeData; // the clipboard's from the next line on
-    QGuiApplication::clipboard()->setMimeData(previous);
-    previous->setHtml(QStringLiteral("<b>before</b>"));
-    previous->setData(QStringLiteral("application/x-before"), "before");
-    store.appendText("Your code is 482913");
     const auto message = watching();
-    const OutputCapture swallowed;
-    message->fileDidChange();
-    const QMimeData* const present = QGuiApplication::clipboard()->mimeData();
-    EXPECT_FALSE(present->hasHtml());
-    EXPECT_FALSE(present->hasFormat(QStringLiteral("application/x-before")));
-    EXPECT_EQ(present->text(), QStringLiteral("482913"));
-}
-
-TEST_F(MessageTest, OnePlainTextTypeIsDeclaredBeforeTheStringIsSet)
-{
-    store.appendText("Your code is 482913");
-    RecordingPasteboard pasteboard;
-    const auto message = watching(servicesWithPasteboard(pasteboard));
+    Lines seen;
+    QObject::connect(message.get(), &Message::objectWillChange, [&] {
+        seen.push_back(message->text() + "," + message->verificationCode());
+    });
     const OutputCapture swallowed;
     message->checkMessages();
-    EXPECT_THAT(pasteboard.calls, IsEmpty());
+    message->checkMessages();
+    store.appendText("Your code is 482913");
+    message->checkMessages();
     message->fileDidChange();
-    message->fileDidChange();
-    EXPECT_THAT(
-        pasteboard.calls,
-        ElementsAre(
-            "declare string", "set 482913 as string", "declare string", "set 482913 as string"));
+    message->setText("a");
+    message->setVerificationCode("b");
+    EXPECT_THAT(seen, ElementsAre(",", ",No Code", ",No Code", ",482913", ",482913", "a,482913"));
+    EXPECT_EQ(message->text(), "a");
+    EXPECT_EQ(message->verificationCode(), "b");
 }
 
-TEST_F(MessageTest, PropertyIsWhatIsCopied)
+TEST_F(MessageTest, SameCodeReplacesAllPasteboardContentsAtEachChange)
+{
+    store.appendText("Your code is 482913");
+    const auto message = watching();
+    const OutputCapture swallowed;
+    for (int change = 0; change < 2; ++change) {
+        auto* const previous = new QMimeData; // the clipboard's from the next line on
+        QGuiApplication::clipboard()->setMimeData(previous);
+        previous->setHtml(QStringLiteral("<b>before</b>"));
+        previous->setData(QStringLiteral("application/x-before"), "before");
+        message->fileDidChange();
+        const QMimeData* const present = QGuiApplication::clipboard()->mimeData();
+        EXPECT_FALSE(present->hasHtml());
+        EXPECT_FALSE(present->hasFormat(QStringLiteral("application/x-before")));
+        EXPECT_EQ(present->text(), QStringLiteral("482913"));
+    }
+}
+
+TEST_F(MessageTest, StringTypeIsDeclaredBeforePropertyIsCopied)
 {
     store.appendText("Your code is 482913");
     RecordingPasteboard pasteboard;
-    const auto message = watching(servicesWithPasteboard(pasteboard));
+    const auto message = watching(servicesWith(database, pasteboard));
     pasteboard.onDeclared = [&] { message->setVerificationCode("777777"); };
     const OutputCapture capture;
     message->fileDidChange();
     EXPECT_THAT(pasteboard.calls, ElementsAre("declare string", "set 777777 as string"));
-    EXPECT_THAT(
-        capture.lines(),
-        ElementsAre(
-            "ready to access disk",
-            "Your code is 482913",
-            R"(Found numbers: ["482913"])",
-            "file changed!! at message: code? 482913"));
+    EXPECT_EQ(capture.lines().back(), "file changed!! at message: code? 482913");
 }
 
-TEST_F(MessageTest, ChangeWithoutCodeLeavesThePasteboardAlone)
-{
-    store.appendText("See you at 8");
-    const auto message = watching();
-    const OutputCapture capture;
-    message->fileDidChange();
-    EXPECT_EQ(message->verificationCode(), "No Code");
-    EXPECT_EQ(clipboardText(), "before");
-    EXPECT_THAT(capture.lines(), ElementsAre("ready to access disk", "See you at 8"));
-}
-
-TEST_F(MessageTest, StoreIsUnchangedAfterManyChecks)
-{
-    for (int number = 0; number < 20; ++number) {
-        store.appendText("See you at " + std::to_string(number));
-        store.appendBody(mutableStringBody("See you at " + std::to_string(number)));
-    }
-    store.appendText("Your code is 482913");
-    const auto message = watching();
-    const auto before = storeFiles(library.path());
-    const OutputCapture swallowed;
-    for (int check = 0; check < 100; ++check) {
-        ASSERT_EQ(message->checkMessages(), "482913");
-        message->fileDidChange();
-    }
-    EXPECT_TRUE(storeFiles(library.path()) == before);
-    EXPECT_THAT(
-        namesIn(library.path() / "Messages"), ElementsAre("chat.db", "chat.db-shm", "chat.db-wal"));
-}
-
-// Changes as the host reports them: inotify, the event loop, and a clock that the test moves.
+// With the system's own watch, and a clock and a queue that the test controls.
 
 class WatchedMessageTest : public MessageTestBase
 {
 protected:
-    /// The program's own watch, but for the clock. The monitor outlives the test, as it would the
-    /// controller.
-    [[nodiscard]] CaptureServices
-    servicesWithManualClock(std::weak_ptr<FileMonitor>* made = nullptr)
-    {
-        CaptureServices changed = services();
-        changed.makeFileMonitor = [time = clock.function(), made](const auto& file) {
-            WatchServices watch = WatchServices::native();
-            watch.clock = time;
-            auto monitor = FileMonitor::create(file, watch);
-            if (made != nullptr) {
-                *made = monitor;
-            }
-            return monitor;
-        };
-        return changed;
-    }
-
-    void deliverLater(const std::string& text)
-    {
-        clock.advance(1600ms);
-        store.appendText(text);
-    }
-
-    ManualClock clock;
-};
-
-TEST_F(WatchedMessageTest, GrowthOfTheLogCopiesTheCode)
-{
-    const auto message = watching(servicesWithManualClock());
-    const OutputCapture capture;
-    deliverLater("Your code is 482913");
-    EXPECT_TRUE(await([] { return clipboardText() == "482913"; }));
-    EXPECT_EQ(message->verificationCode(), "482913");
-    deliverLater("Your code is 555555");
-    EXPECT_TRUE(await([] { return clipboardText() == "555555"; }));
-    EXPECT_THAT(
-        capture.lines(),
-        ElementsAre(
-            "ready to access disk",
-            "Your code is 482913",
-            R"(Found numbers: ["482913"])",
-            "file changed!! at message: code? 482913",
-            "ready to access disk",
-            "Your code is 555555",
-            R"(Found numbers: ["555555"])",
-            "file changed!! at message: code? 555555"));
-}
-
-TEST_F(WatchedMessageTest, MonitorOutlivesItsCreatorsReference)
-{
-    std::weak_ptr<FileMonitor> monitor;
-    const auto message = watching(servicesWithManualClock(&monitor));
-    EXPECT_FALSE(monitor.expired());
-}
-
-/// With the throttle's decisions in the test's hands.
-class ManualDecisionMessageTest : public WatchedMessageTest
-{
-protected:
-    [[nodiscard]] CaptureServices servicesWithManualQueue()
+    [[nodiscard]] CaptureServices watchedServices()
     {
         CaptureServices changed = services();
         changed.makeFileMonitor = [time = clock.function(), &queue = decisions](const auto& file) {
@@ -662,65 +385,136 @@ protected:
         return changed;
     }
 
-    /// Waits until growth is reported, and lets it be accepted and delivered.
-    void deliverGrowth()
+    /// Appends a message after the throttle's interval and waits until the growth is accepted.
+    void deliver(const std::string& text)
     {
+        clock.advance(1600ms);
+        store.appendText(text);
         ASSERT_TRUE(await([this] { return decisions.waiting() > 0; }));
         decisions.run();
-        runEventLoop(0ms);
     }
 
-    /// Never destroyed, because a monitor may report to it to the end of the process.
-    static ManualQueue& processLifetimeQueue()
+    ManualClock clock;
+    /// Never destroyed, because a monitor may report to it until the process ends.
+    ManualQueue& decisions = *kept().emplace_back(std::make_unique<ManualQueue>());
+
+private:
+    static std::vector<std::unique_ptr<ManualQueue>>& kept()
     {
-        static auto& kept = *new std::vector<std::unique_ptr<ManualQueue>>;
-        return *kept.emplace_back(std::make_unique<ManualQueue>());
+        static auto& queues = *new std::vector<std::unique_ptr<ManualQueue>>;
+        return queues;
     }
-    ManualQueue& decisions = processLifetimeQueue();
 };
 
-TEST_F(ManualDecisionMessageTest, CapturingSwitchedOffIgnoresReportedGrowth)
+TEST_F(WatchedMessageTest, GrowthOfTheLogCopiesEachCode)
 {
-    const auto message = watching(servicesWithManualQueue());
-    defaults.setBool(false, preference::capturingEnabled);
-    const OutputCapture capture;
-    deliverLater("Your code is 482913");
-    deliverGrowth();
-    EXPECT_EQ(capture.text(), "");
-    EXPECT_EQ(message->verificationCode(), "");
-    EXPECT_EQ(clipboardText(), "before");
-
-    defaults.setBool(true, preference::capturingEnabled);
-    deliverLater("Your code is 555555");
-    deliverGrowth();
-    EXPECT_EQ(clipboardText(), "555555");
+    const auto message = watching(watchedServices());
+    const OutputCapture swallowed;
+    for (const std::string code : {"482913", "555555"}) {
+        deliver("Your code is " + code);
+        runEventLoop(0ms);
+        EXPECT_EQ(clipboardText(), code);
+        EXPECT_EQ(message->verificationCode(), code);
+    }
 }
 
-TEST_F(ManualDecisionMessageTest, MonitorDoesNotKeepTheControllerAlive)
+TEST_F(WatchedMessageTest, ReleasedControllerIsNotNotified)
 {
-    auto message = watching(servicesWithManualQueue());
+    auto message = watching(watchedServices());
+    const OutputCapture capture;
+    deliver("Your code is 482913");
     const std::weak_ptr<Message> observed = message;
     message.reset();
-    EXPECT_TRUE(observed.expired());
-
-    const OutputCapture capture;
-    deliverLater("Your code is 482913");
-    deliverGrowth();
-    EXPECT_EQ(capture.text(), "");
-    EXPECT_EQ(clipboardText(), "before");
-}
-
-TEST_F(ManualDecisionMessageTest, ControllerThatGoesAwayAfterTheDecisionIsNotTold)
-{
-    auto message = watching(servicesWithManualQueue());
-    const OutputCapture capture;
-    deliverLater("Your code is 482913");
-    ASSERT_TRUE(await([this] { return decisions.waiting() > 0; }));
-    decisions.run();
-    message.reset();
+    EXPECT_TRUE(observed.expired()) << "the monitor keeps its delegate alive";
     runEventLoop(0ms);
     EXPECT_EQ(capture.text(), "");
     EXPECT_EQ(clipboardText(), "before");
+}
+
+// Faults.
+
+using MessageFaultTest = MessageTest;
+
+TEST_F(MessageFaultTest, WatchRefusedBySystemIsNotAllowed)
+{
+    CaptureServices given = services();
+    given.makeFileMonitor = [](const auto&) -> std::shared_ptr<FileMonitor> {
+        throw std::system_error(ENOSPC, std::generic_category(), "too many watches");
+    };
+    const auto message = Message::create(given);
+    const OutputCapture capture;
+    EXPECT_FALSE(message->registFileObserver());
+    EXPECT_FALSE(message->ready());
+    EXPECT_THAT(capture.lines(), ElementsAre("registFileObserver", "file access not allowed"));
+}
+
+TEST_F(MessageFaultTest, UnreadableStoreHasNoCode)
+{
+    RecordingPasteboard pasteboard;
+    const auto expectNoCode = [&](Database& unreadable, const std::string& line) {
+        const auto message = watching(servicesWith(unreadable, pasteboard));
+        const OutputCapture capture;
+        message->fileDidChange();
+        EXPECT_EQ(message->verificationCode(), "No Code");
+        EXPECT_THAT(capture.lines(), ElementsAre("ready to access disk", line));
+    };
+    Database* notOpened = nullptr;
+    {
+        const DeliberateLeak failedConnection;
+        notOpened = &processLifetimeDatabase(other.path());
+    }
+    expectNoCode(*notOpened, "error preparing fetch limit : v1out of memory");
+    store.run("DROP TABLE message");
+    expectNoCode(database, "error preparing fetch limit : v1no such table: message");
+    EXPECT_THAT(pasteboard.calls, IsEmpty());
+}
+
+using MessageFaultDeathTest = MessageTest;
+
+TEST_F(MessageFaultDeathTest, AbsentLibraryFolderIsFatal)
+{
+    expectFatalStop(
+        [this] {
+            const auto message = Message::create(servicesWithReportedLibrary());
+            reportedLibrary.reset();
+            message->registFileObserver();
+        },
+        {"registFileObserver"},
+        {"capture/Message.cpp", "the user has no Library folder"});
+}
+
+TEST_F(MessageFaultDeathTest, EmptyOrMalformedBodyIsFatal)
+{
+    store.append({});
+    expectFatalStop(
+        [this] { watching()->checkMessages(); },
+        {"ready to access disk"},
+        {"capture/BodyDecoding.cpp", "a message body holds no string"});
+    store.appendBody("NSString\x01\x95\x84\x01\x2B\x81\x02\0\xC0\xAF"s);
+    store.appendText("See you at 8");
+    expectFatalStop(
+        [this] { watching()->checkMessages(); },
+        {"ready to access disk", "See you at 8", "first 129"},
+        {"capture/BodyDecoding.cpp", "the string in a message body is not UTF-8"});
+}
+
+TEST_F(MessageFaultDeathTest, MessageWithoutTextAndBodyIsFatal)
+{
+    if (!sqliteTracksMemory()) {
+        GTEST_SKIP() << "this SQLite does not count its memory";
+    }
+    // The reader yields no body if memory runs out for it.
+    writeStoreForMemoryLimit(other.path());
+    expectFatalStop(
+        [&] {
+            RecordingPasteboard pasteboard;
+            Database& starved = processLifetimeDatabase(other.path());
+            const auto message = watching(servicesWith(starved, pasteboard));
+            limitSqliteMemory();
+            message->checkMessages();
+        },
+        {"ready to access disk"},
+        {"capture/Message.cpp", "a message has neither text nor body"});
 }
 
 } // namespace

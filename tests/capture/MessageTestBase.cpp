@@ -1,6 +1,6 @@
 #include "tests/capture/MessageTestBase.h"
 
-#include "capture/PreferenceKeys.h"
+#include "capture/Preferences.h"
 #include "tests/capture/IdleVnodeSource.h"
 #include "tests/capture/TestCaptureServices.h"
 #include "tests/capture/stores/ProcessLifetimeDatabase.h"

@@ -1,7 +1,7 @@
 #include "capture/BodyDecoding.h"
 #include "tests/capture/reference/BodyBytes.h"
 #include "tests/capture/reference/ReferenceBodyDecoding.h"
-#include "tests/capture/reference/ReferenceUtf8.h"
+#include "tests/capture/reference/ReferenceUnicode.h"
 #include "tests/fuzz/FatalStopException.h"
 #include "tests/fuzz/FuzzTarget.h"
 #include "tests/fuzz/LoggedLines.h"

@@ -1,5 +1,5 @@
 #include "capture/Message.h"
-#include "capture/PreferenceKeys.h"
+#include "capture/Preferences.h"
 #include "tests/capture/IdleVnodeSource.h"
 #include "tests/capture/MemoryUserDefaults.h"
 #include "tests/capture/RecordingPasteboard.h"

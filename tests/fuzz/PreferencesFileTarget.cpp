@@ -1,4 +1,4 @@
-#include "capture/PreferenceKeys.h"
+#include "capture/Preferences.h"
 #include "platform/preferences/UserDefaults.h"
 #include "tests/capture/PreferenceSandbox.h"
 #include "tests/fuzz/FuzzTarget.h"
@@ -120,7 +120,7 @@ Finding verifyReading(std::string_view bytes, const Dictionary& present, std::st
 Finding
 verifyOwnPreferences(const Dictionary& before, const Dictionary& after, std::string_view written)
 {
-    for (const std::string_view key : preference::keys) {
+    for (const auto& [key, defaultValue] : preference::all) {
         const auto kept = before.find(std::string(key));
         if (key == written || kept == before.end()) {
             continue;
@@ -180,7 +180,7 @@ Finding checkInput(std::string_view input)
     writeFile(PreferenceSandbox::file(), input);
     std::filesystem::remove(damagedCopy());
     const Dictionary present = standardUserDefaults().dictionaryRepresentation();
-    const std::string_view key = preference::keys.at(input.size() % preference::keys.size());
+    const std::string_view key = preference::all.at(input.size() % preference::all.size()).key;
     if (auto finding = verifyReading(input, present, key)) {
         return finding;
     }

@@ -3,7 +3,7 @@
 #include "tests/capture/reference/BodyBytes.h"
 #include "tests/capture/reference/ReferenceBodyDecoding.h"
 #include "tests/capture/reference/ReferenceCodeExtraction.h"
-#include "tests/capture/reference/ReferenceUtf8.h"
+#include "tests/capture/reference/ReferenceUnicode.h"
 
 #include <algorithm>
 

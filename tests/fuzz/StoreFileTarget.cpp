@@ -1,6 +1,6 @@
 #include "capture/Database.h"
 #include "tests/capture/reference/BodyBytes.h"
-#include "tests/capture/reference/ReferenceUtf8.h"
+#include "tests/capture/reference/ReferenceUnicode.h"
 #include "tests/capture/stores/OpenedConnections.h"
 #include "tests/fuzz/FatalStopException.h"
 #include "tests/fuzz/FuzzTarget.h"

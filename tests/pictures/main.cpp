@@ -3,7 +3,7 @@
 #include "app/guidance/HelperView.h"
 #include "app/panel/StatusMenuView.h"
 #include "capture/Message.h"
-#include "capture/PreferenceDefaults.h"
+#include "capture/Preferences.h"
 #include "platform/preferences/UserDefaults.h"
 #include "resources/translations/TranslationCatalogue.h"
 #include "sample/SampleStore.h"

@@ -1,9 +1,7 @@
 #include "sample/ArchivedBody.h"
 
 #include "capture/BodyDecoding.h"
-#include "sample/SampleStore.h"
-#include "tests/sample/StoreContent.h"
-#include "tests/support/TemporaryFolder.h"
+#include "tests/capture/reference/BodyBytes.h"
 #include "tests/support/process/OutputCapture.h"
 
 #include <gtest/gtest.h>
@@ -15,8 +13,8 @@ namespace {
 
 using namespace std::string_view_literals;
 
-// The two archives, written out: what stands before the words' length, between the words and the
-// number of characters that the attributes cover, and after it.
+// The two archives, literally: the bytes before the words' length, those between the words and the
+// number of characters that the attributes cover, and those after it.
 constexpr std::string_view mutableHead =
     "\x04\x0Bstreamtyped\x81\xE8\x03\x84\x01\x40"
     "\x84\x84\x84\x19NSMutableAttributedString\x00\x84\x84\x12NSAttributedString\x00"
@@ -38,7 +36,7 @@ constexpr std::string_view immutableTail =
     "\x92\x84\x84\x84\x08NSNumber\x00\x84\x84\x07NSValue\x00\x94\x84\x01\x2A\x84\x99\x99\x00"
     "\x86\x86\x86"sv;
 
-/// The archive of `words`, whose length in bytes and in UTF-16 units is given as it is stored.
+/// The archive of `words`; their length in bytes and in UTF-16 units is given as it is stored.
 std::string expectedBody(
     ArchivedString string, std::string_view length, std::string_view words, std::string_view units)
 {
@@ -48,58 +46,51 @@ std::string expectedBody(
     return body.append(isMutable ? mutableTail : immutableTail);
 }
 
-std::string bytesOf(std::string_view words, ArchivedString string)
-{
-    const auto body = archivedBody(words, string);
-    return {body.begin(), body.end()};
-}
-
 class ArchivedBody : public testing::TestWithParam<ArchivedString>
+{};
+
+TEST_P(ArchivedBody, IsTheStoresOwnByteForByte)
 {
-protected:
-    void expect(std::string_view length, std::string_view words, std::string_view units) const
+    struct Case
     {
-        EXPECT_EQ(bytesOf(words, GetParam()), expectedBody(GetParam(), length, words, units));
+        std::string_view length;
+        std::string words;
+        std::string_view units;
+    };
+    const std::vector<Case> cases{
+        {"\x00"sv, "", "\x00"sv},
+        {"\x05", "Hello", "\x05"},
+        {"\x7F", std::string(127, 'x'), "\x7F"},
+        {"\x81\x80\x00"sv, std::string(128, 'x'), "\x81\x80\x00"sv},
+        {"\x81\x2C\x01", std::string(300, 'x'), "\x81\x2C\x01"},
+        {"\x81\xFF\xFF", std::string(65535, 'x'), "\x81\xFF\xFF"},
+        // Characters of one to four bytes, the last of which has two UTF-16 units.
+        {"\x0A", "a\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80", "\x05"},
+        {"\x03", "\xEF\xBF\xBC", "\x01"}, // the placeholder of an attachment
+    };
+    for (const auto& [length, words, units] : cases) {
+        const auto body = archivedBody(words, GetParam());
+        EXPECT_EQ(
+            std::string(body.begin(), body.end()), expectedBody(GetParam(), length, words, units));
     }
-};
-
-TEST_P(ArchivedBody, OfAShortWord)
-{
-    expect("\x05", "Hello", "\x05");
 }
 
-TEST_P(ArchivedBody, Of300Bytes)
+TEST_P(ArchivedBody, WordsOfMoreThan65535BytesAreRefused)
 {
-    expect("\x81\x2C\x01", std::string(300, 'x'), "\x81\x2C\x01");
+    EXPECT_THROW((void)archivedBody(std::string(65536, 'x'), GetParam()), std::length_error);
 }
 
-TEST_P(ArchivedBody, HasLengthsOfTwoBytesFrom128On)
+TEST_P(ArchivedBody, IsDecodedOnlyIfMutable)
 {
-    expect("\x7F", std::string(127, 'x'), "\x7F");
-    expect("\x81\x80\x00"sv, std::string(128, 'x'), "\x81\x80\x00"sv);
-}
-
-TEST_P(ArchivedBody, CountsWordsInBytesAndTheirAttributesInUtf16Units)
-{
-    // One letter of one byte, one of two, one of three, and a picture of four that takes two units.
-    expect("\x0A", "a\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80", "\x05");
-}
-
-TEST_P(ArchivedBody, TakesThePlaceholderOfAnAttachmentForOneCharacter)
-{
-    expect("\x03", "\xEF\xBF\xBC", "\x01");
-}
-
-TEST_P(ArchivedBody, OfNoWords)
-{
-    expect("\x00"sv, "", "\x00"sv);
-}
-
-TEST_P(ArchivedBody, HasWordsOf65535BytesAtTheMost)
-{
-    const std::string longest(65535, 'x');
-    expect("\x81\xFF\xFF", longest, "\x81\xFF\xFF");
-    EXPECT_THROW((void)archivedBody(longest + "x", GetParam()), std::length_error);
+    const bool isMutable = GetParam() == ArchivedString::mutableString;
+    for (const std::size_t length : {1U, 127U, 128U, 129U, 255U, 256U, 300U}) {
+        const std::string words(length, 'x');
+        const auto body = archivedBody(words, GetParam());
+        const OutputCapture log;
+        EXPECT_EQ(
+            decodeAttributedBody(asHexadecimal(std::string(body.begin(), body.end()))),
+            isMutable ? std::optional(words) : std::nullopt);
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -109,50 +100,6 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& parameter) {
         return parameter.param == ArchivedString::mutableString ? "Mutable" : "Immutable";
     });
-
-/// The hexadecimal text in which a body comes out of a store.
-std::string readBack(const std::string& words, ArchivedString string)
-{
-    const TemporaryFolder folder;
-    SampleStore store(folder.path() / "chat.db", Synchronous::off);
-    store.append({.attributedBody = archivedBody(words, string)});
-    const auto values =
-        StoreContent(folder.path() / "chat.db").column("SELECT HEX(attributedBody) FROM message");
-    return values.empty() ? "" : values.front();
-}
-
-class DecodedBody : public testing::TestWithParam<std::string>
-{};
-
-TEST_P(DecodedBody, HasTheWordsOfTheMutableString)
-{
-    const OutputCapture log;
-    EXPECT_EQ(
-        decodeAttributedBody(readBack(GetParam(), ArchivedString::mutableString)), GetParam());
-}
-
-TEST_P(DecodedBody, IsNothingForTheImmutableString)
-{
-    const OutputCapture log;
-    EXPECT_EQ(
-        decodeAttributedBody(readBack(GetParam(), ArchivedString::immutableString)), std::nullopt);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Words,
-    DecodedBody,
-    testing::Values(
-        "x",
-        "Your code is 482913.",
-        "Gr\xC3\xBC\xC3\x9F"
-        "e \xF0\x9F\x98\x80",
-        std::string(127, 'a'),
-        std::string(128, 'b'),
-        std::string(129, 'c'),
-        std::string(255, 'd'),
-        std::string(256, 'e'),
-        std::string(300, 'f')),
-    [](const auto& parameter) { return "Of" + std::to_string(parameter.param.size()) + "Bytes"; });
 
 } // namespace
 } // namespace orlimo::sample

@@ -1,3 +1,4 @@
+#include "platform/files/WalIndex.h"
 #include "tests/sample/StoreContent.h"
 #include "tests/support/BuiltPrograms.h"
 #include "tests/support/TemporaryFolder.h"
@@ -6,15 +7,16 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <csignal>
+
 namespace orlimo::sample {
 namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::IsEmpty;
 using testing::StartsWith;
 
-/// The program's command line, from outside.
+/// The command line, from outside.
 class SampleProgram : public testing::Test
 {
 protected:
@@ -33,40 +35,36 @@ protected:
         return {end.status, process.output(), process.errors()};
     }
 
+    [[nodiscard]] StoreContent content() const { return StoreContent(store); }
+    [[nodiscard]] long long messages() const
+    {
+        return content().number("SELECT count(*) FROM message");
+    }
+
     TemporaryFolder folder;
     std::string store = (folder.path() / "chat.db").string();
 };
 
-TEST_F(SampleProgram, CreatesAStoreOfThatManyMessagesWithAnEmptyLog)
+TEST_F(SampleProgram, CreateMakesMessagesAndEmptyLog)
 {
-    const auto created = run({"create", store, "--messages", "1234"});
+    const auto created = run({"create", store, "--messages", "123"});
     EXPECT_EQ(created.status, 0);
-    EXPECT_THAT(created.errors, IsEmpty());
+    EXPECT_EQ(created.errors, "");
     EXPECT_EQ(std::filesystem::file_size(logOf(store)), 0U);
-    EXPECT_EQ(StoreContent(store).number("SELECT count(*) FROM message"), 1234);
+    EXPECT_EQ(messages(), 123);
 }
 
-TEST_F(SampleProgram, AppendsOneMessageAndPrintsItsRow)
+TEST_F(SampleProgram, AppendPrintsItsRowAndLengthensLog)
 {
     EXPECT_EQ(run({"append", store, "--text", "Hello \\n you"}).output, "1\n");
+    const auto size = std::filesystem::file_size(logOf(store));
     EXPECT_EQ(run({"append", store, "--body", "Hello"}).output, "2\n");
+    EXPECT_GT(std::filesystem::file_size(logOf(store)), size);
     EXPECT_EQ(
         run({"append", store, "--immutable-body", "Hello", "--synchronous", "off"}).output, "3\n");
-
     EXPECT_THAT(
-        StoreContent(store).column("SELECT text FROM message"),
-        ElementsAre("Hello \\n you", "NULL", "NULL"));
-    EXPECT_EQ(
-        StoreContent(store).number("SELECT count(*) FROM message WHERE attributedBody IS NULL"), 1);
-}
-
-TEST_F(SampleProgram, AppendLeavesTheLogInPlaceAndLonger)
-{
-    EXPECT_EQ(run({"append", store, "--text", "one"}).status, 0);
-    const auto size = std::filesystem::file_size(logOf(store));
-    EXPECT_GT(size, 0U);
-    EXPECT_EQ(run({"append", store, "--text", "two"}).status, 0);
-    EXPECT_GT(std::filesystem::file_size(logOf(store)), size);
+        content().column("SELECT coalesce(text, 'body') FROM message"),
+        ElementsAre("Hello \\n you", "body", "body"));
 }
 
 TEST_F(SampleProgram, AppendWaitsForAnotherWriter)
@@ -76,12 +74,55 @@ TEST_F(SampleProgram, AppendWaitsForAnotherWriter)
     EXPECT_EQ(writer.ask("begin"), "ok");
     EXPECT_EQ(writer.ask("text one"), "added 1");
     ChildProcess second(ORLIMO_SAMPLE_STORE, {.arguments = {"append", store, "--text", "two"}});
-    EXPECT_EQ(second.readLine(std::chrono::milliseconds(300)), std::nullopt);
-    EXPECT_TRUE(second.isRunning());
-
+    EXPECT_EQ(second.readLine(std::chrono::milliseconds(200)), std::nullopt);
     EXPECT_EQ(writer.ask("commit"), "committed");
     EXPECT_EQ(second.readLine(), "2");
     EXPECT_EQ(second.awaitEnd().status, 0);
+}
+
+TEST_F(SampleProgram, DeliverEndsAfterItsCountAndRecordsCodes)
+{
+    const auto expected = folder.path() / "expected";
+    const auto delivery = run(
+        {"deliver",
+         store,
+         "--interval",
+         "0.01",
+         "--count",
+         "4",
+         "--synchronous",
+         "OFF",
+         "--expected",
+         expected.string()});
+    EXPECT_EQ(delivery.status, 0);
+    EXPECT_EQ(std::ranges::count(delivery.output, '\n'), 5);
+    EXPECT_EQ(std::ranges::count(contentOf(expected), '\n'), 3);
+    EXPECT_EQ(messages(), 4);
+}
+
+TEST_F(SampleProgram, DeliverWithoutCountRunsUntilTerminated)
+{
+    ChildProcess process(
+        ORLIMO_SAMPLE_STORE,
+        {.arguments = {"deliver", store, "--interval", "0", "--synchronous", "OFF"}});
+    for (int number = 0; number < 100; ++number) {
+        ASSERT_TRUE(process.readLine()) << number;
+    }
+    EXPECT_EQ(process.terminate().signal, SIGTERM);
+}
+
+TEST_F(SampleProgram, PacedDeliveryWaitsForInputAndEndsWithIt)
+{
+    ChildProcess process(
+        ORLIMO_SAMPLE_STORE, {.arguments = {"deliver", store, "--interval", "0", "--paced"}});
+    ASSERT_EQ(process.readLine(), "ready");
+    EXPECT_TRUE(std::filesystem::exists(logOf(store)));
+    EXPECT_EQ(process.readLine(std::chrono::milliseconds(200)), std::nullopt);
+    EXPECT_EQ(messages(), 0);
+    EXPECT_THAT(process.ask(""), StartsWith("in the text column: "));
+    EXPECT_EQ(messages(), 1);
+    process.closeInput();
+    EXPECT_EQ(process.awaitEnd().status, 0);
 }
 
 TEST_F(SampleProgram, HelpNamesEveryCommand)
@@ -98,15 +139,13 @@ TEST_F(SampleProgram, HelpNamesEveryCommand)
     }
 }
 
-TEST_F(SampleProgram, WrongUseIsStatus2AndALineThatSaysWhatIsWrong)
+TEST_F(SampleProgram, WrongUseIsStatus2WithReason)
 {
     const std::vector<std::pair<std::vector<std::string>, std::string>> wrong{
         {{}, "a command and a store are needed"},
-        {{"create"}, "a command and a store are needed"},
         {{"create", store, "more"}, "a command and a store are needed"},
         {{"dance", store}, "unknown command \"dance\""},
         {{"create", store, "--messages"}, "--messages needs a value"},
-        {{"create", store, "--messages", "many"}, "--messages needs a number, not \"many\""},
         {{"create", store, "--messages", "-1"}, "--messages needs a number, not \"-1\""},
         {{"create", store, "--messages", "1x"}, "--messages needs a number, not \"1x\""},
         {{"create", store, "--colour", "red"}, "unknown option --colour"},
@@ -114,32 +153,125 @@ TEST_F(SampleProgram, WrongUseIsStatus2AndALineThatSaysWhatIsWrong)
         {{"append", store}, "append needs --text, --body or --immutable-body"},
         {{"append", store, "--text", "a", "--body", "b"}, "unknown option --body"},
         {{"deliver", store, "--interval", "nan"}, "--interval needs a number, not \"nan\""},
-        {{"deliver", store, "--interval", "inf"}, "--interval needs a number, not \"inf\""},
         {{"deliver", store, "--count", "1.5"}, "--count needs a number, not \"1.5\""},
     };
-    for (const auto& [arguments, words] : wrong) {
+    for (const auto& [arguments, reason] : wrong) {
         const auto result = run(arguments);
-        EXPECT_EQ(result.status, 2) << words;
-        EXPECT_EQ(result.errors, "orlimo-sample-store: " + words + "; see --help\n");
-        EXPECT_THAT(result.output, IsEmpty());
+        EXPECT_EQ(result.status, 2) << reason;
+        EXPECT_EQ(result.errors, "orlimo-sample-store: " + reason + "; see --help\n");
+        EXPECT_EQ(result.output, "");
     }
     EXPECT_FALSE(std::filesystem::exists(store));
 }
 
-TEST_F(SampleProgram, FailureIsStatus1AndSqlitesWords)
+TEST_F(SampleProgram, FailureIsStatus1WithSqlitesReason)
 {
     const auto result = run({"create", (folder.path() / "none/chat.db").string()});
     EXPECT_EQ(result.status, 1);
-    EXPECT_THAT(result.errors, StartsWith("orlimo-sample-store: "));
-    EXPECT_THAT(result.errors, HasSubstr("unable to open database file"));
+    EXPECT_EQ(result.errors, "orlimo-sample-store: unable to open database file\n");
 }
 
-TEST_F(SampleProgram, SomebodyElsesStoreIsRefused)
+/// The program in another process, controlled by commands.
+class SampleService : public SampleProgram
 {
-    writeFile(store, "This is a letter and not a database. " + std::string(4096, '.'));
-    const auto result = run({"append", store, "--text", "Hello"});
-    EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(result.errors, "orlimo-sample-store: file is not a database\n");
+protected:
+    void SetUp() override { ASSERT_EQ(process.readLine(), "ready"); }
+
+    [[nodiscard]] std::string ask(const std::string& command) { return process.ask(command); }
+    [[nodiscard]] bool isLocked() { return index.writeLock() == WalIndex::Lock::held; }
+
+    ChildProcess process{
+        ORLIMO_SAMPLE_STORE,
+        {.arguments = {"serve", store, "--messages", "30", "--synchronous", "NORMAL"}}};
+    WalIndex index{logOf(store)};
+};
+
+TEST_F(SampleService, ResponseMeansThatMessageCanBeRead)
+{
+    EXPECT_EQ(messages(), 30);
+    for (int number = 31; number <= 50; ++number) {
+        ASSERT_EQ(ask("text Hello"), "committed " + std::to_string(number));
+        ASSERT_EQ(messages(), number);
+    }
+}
+
+TEST_F(SampleService, StoresEachKindOfMessageAndUnescapesIt)
+{
+    const std::vector<std::pair<std::string, std::string>> commands{
+        {"text  two  blanks ", "2074776F2020626C616E6B7320"},
+        {"text", ""},
+        {R"(text a\nb\tc\\d\x00e\xffF\x0a1)", "610A6209635C640065FF460A31"},
+        {R"(body \xC3\xA4)", "019584012B02C3A4"},
+        {"immutable Hello", "019484012B0548656C6C6F"},
+    };
+    int row = 30;
+    for (const auto& [command, bytes] : commands) {
+        EXPECT_EQ(ask(command), "committed " + std::to_string(++row));
+        const auto stored = content().column(
+            "SELECT coalesce(hex(text), '') || hex(coalesce(attributedBody, '')) FROM message "
+            "WHERE ROWID = " +
+            std::to_string(row));
+        if (command.starts_with("text")) {
+            EXPECT_THAT(stored, ElementsAre(bytes));
+        } else {
+            EXPECT_THAT(stored, ElementsAre(HasSubstr(bytes)));
+        }
+    }
+}
+
+TEST_F(SampleService, TransactionHoldsWritersLockAndSpillsUnseen)
+{
+    EXPECT_EQ(ask("begin"), "ok");
+    EXPECT_FALSE(isLocked());
+    EXPECT_EQ(ask("text one"), "added 31");
+    EXPECT_TRUE(isLocked());
+    const auto size = std::filesystem::file_size(logOf(store));
+    EXPECT_EQ(ask("spill"), "ok");
+    EXPECT_GT(std::filesystem::file_size(logOf(store)), size);
+    EXPECT_TRUE(isLocked());
+    EXPECT_EQ(messages(), 30);
+    EXPECT_EQ(ask("commit"), "committed");
+    EXPECT_FALSE(isLocked());
+    EXPECT_EQ(messages(), 31);
+}
+
+TEST_F(SampleService, RollbackReleasesLockAndLeavesNothing)
+{
+    EXPECT_EQ(ask("begin"), "ok");
+    EXPECT_EQ(ask("text one"), "added 31");
+    EXPECT_EQ(ask("spill"), "ok");
+    EXPECT_EQ(ask("rollback"), "rolled back");
+    EXPECT_FALSE(isLocked());
+    EXPECT_EQ(messages(), 30);
+}
+
+TEST_F(SampleService, TruncatesLogAndRunsStatements)
+{
+    EXPECT_EQ(ask("sql DELETE FROM message; SELECT 1"), "ok");
+    EXPECT_EQ(ask("truncate"), "ok");
+    EXPECT_EQ(std::filesystem::file_size(logOf(store)), 0U);
+    EXPECT_EQ(messages(), 0);
+}
+
+TEST_F(SampleService, FailedCommandIsReportedAndServiceContinues)
+{
+    for (const std::string words : {R"(\q)", R"(\)", R"(\x1)", R"(\xZZ)"}) {
+        EXPECT_EQ(ask("text " + words), "error: unknown escape in the words") << words;
+    }
+    EXPECT_EQ(ask("sql SELEKT"), "error: near \"SELEKT\": syntax error");
+    EXPECT_EQ(ask("dance now"), "error: unknown command \"dance\"");
+    EXPECT_THAT(ask("body " + std::string(65536, 'x')), StartsWith("error: a body's words"));
+    EXPECT_EQ(ask("text Hello"), "committed 31");
+}
+
+TEST_F(SampleService, QuitOrEndOfInputEndsService)
+{
+    process.writeLine("quit");
+    EXPECT_EQ(process.awaitEnd().status, 0);
+    ChildProcess second(ORLIMO_SAMPLE_STORE, {.arguments = {"serve", store}});
+    ASSERT_EQ(second.readLine(), "ready");
+    second.closeInput();
+    EXPECT_EQ(second.awaitEnd().status, 0);
 }
 
 } // namespace

@@ -1,15 +1,18 @@
 #include "sample/SampleStore.h"
 
-#include "sample/ArchivedBody.h"
+#include "sample/Delivery.h"
 #include "tests/sample/StoreContent.h"
 #include "tests/support/StoreWriter.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/process/OutputCapture.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <functional>
 #include <regex>
+#include <sstream>
 #include <stdexcept>
 #include <thread>
 #include <vector>
@@ -17,10 +20,14 @@
 namespace orlimo::sample {
 namespace {
 
+using namespace std::chrono_literals;
+using testing::AllOf;
 using testing::ElementsAre;
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsSupersetOf;
 using testing::Not;
+using testing::StartsWith;
 using testing::ThrowsMessage;
 
 /// Now, in nanoseconds since the beginning of 2001.
@@ -34,103 +41,87 @@ long long currentDate()
 class SampleStoreTest : public testing::Test
 {
 protected:
-    [[nodiscard]] std::filesystem::path path() const { return folder.path() / "chat.db"; }
-    [[nodiscard]] std::uintmax_t logSize() const
+    [[nodiscard]] std::uintmax_t logSize() const { return std::filesystem::file_size(logOf(path)); }
+    [[nodiscard]] StoreContent content() const { return StoreContent(path); }
+    [[nodiscard]] long long messages() const
     {
-        return std::filesystem::file_size(logOf(path()));
+        return content().number("SELECT count(*) FROM message");
     }
-    [[nodiscard]] StoreContent content() const { return StoreContent(path()); }
+
+    /// Delivers with `input` as the lines that set the pace, and returns what is printed.
+    std::vector<std::string>
+    delivered(const DeliveryOptions& options, const std::string& input = "")
+    {
+        std::istringstream lines(input);
+        std::ostringstream output;
+        deliver(store, options, lines, output);
+        return linesOf(output.str());
+    }
 
     TemporaryFolder folder;
+    std::filesystem::path path = folder.path() / "chat.db";
+    SampleStore store{path, Synchronous::off};
 };
 
 TEST_F(SampleStoreTest, HasTheShapeOfTheRealStore)
 {
-    const SampleStore store(path(), Synchronous::off);
-
     EXPECT_THAT(
         content().column("SELECT name FROM sqlite_master WHERE type = 'table'"),
-        IsSupersetOf({
-            "attachment",
-            "chat",
-            "chat_handle_join",
-            "chat_message_join",
-            "handle",
-            "message",
-            "message_attachment_join",
-        }));
+        IsSupersetOf(
+            {"attachment",
+             "chat",
+             "chat_handle_join",
+             "chat_message_join",
+             "handle",
+             "message",
+             "message_attachment_join"}));
     EXPECT_THAT(
         content().column("SELECT name || ' ' || type FROM pragma_table_info('message')"),
-        IsSupersetOf({
-            "ROWID INTEGER",
-            "guid TEXT",
-            "text TEXT",
-            "handle_id INTEGER",
-            "service TEXT",
-            "attributedBody BLOB",
-            "date INTEGER",
-            "date_read INTEGER",
-            "is_from_me INTEGER",
-            "is_read INTEGER",
-        }));
+        IsSupersetOf(
+            {"ROWID INTEGER",
+             "guid TEXT",
+             "text TEXT",
+             "handle_id INTEGER",
+             "service TEXT",
+             "attributedBody BLOB",
+             "date INTEGER",
+             "date_read INTEGER",
+             "is_from_me INTEGER",
+             "is_read INTEGER"}));
     EXPECT_THAT(content().column("PRAGMA journal_mode"), ElementsAre("wal"));
-}
-
-TEST_F(SampleStoreTest, NewestMessagesAreFoundThroughTheIndexOnTheirDates)
-{
-    const SampleStore store(path(), Synchronous::off);
     EXPECT_THAT(
         content().column(
             "EXPLAIN QUERY PLAN SELECT text FROM message ORDER BY date DESC LIMIT 10", 3),
         ElementsAre("SCAN message USING INDEX message_idx_date"));
 }
 
-TEST_F(SampleStoreTest, KeepsTextAndBodyByteForByte)
+TEST_F(SampleStoreTest, KeepsTextAndBodyByteForByteInOneChat)
 {
     const std::string text("a\0b\xFF\n", 5);
-    const std::vector<std::uint8_t> body{0x00, 0x84, 0xFF};
-    SampleStore store(path(), Synchronous::off);
-
     EXPECT_EQ(store.append({.text = text}), 1);
-    EXPECT_EQ(store.append({.attributedBody = body}), 2);
+    EXPECT_EQ(store.append({.attributedBody = std::vector<std::uint8_t>{0x00, 0x84, 0xFF}}), 2);
     EXPECT_EQ(store.append({.text = "", .isFromMe = true}), 3);
 
     EXPECT_THAT(content().column("SELECT text FROM message"), ElementsAre(text, "NULL", ""));
     EXPECT_THAT(
-        content().column("SELECT hex(attributedBody) FROM message"), ElementsAre("", "0084FF", ""));
-    EXPECT_THAT(
-        content().column("SELECT typeof(attributedBody) FROM message"),
-        ElementsAre("null", "blob", "null"));
+        content().column("SELECT typeof(attributedBody) || hex(attributedBody) FROM message"),
+        ElementsAre("null", "blob0084FF", "null"));
     EXPECT_THAT(content().column("SELECT is_from_me FROM message"), ElementsAre("0", "0", "1"));
-}
-
-TEST_F(SampleStoreTest, EveryMessageBelongsToAChatAndItsHandle)
-{
-    SampleStore store(path(), Synchronous::off);
-    store.append({.text = "one"});
-    store.append({.text = "two"});
     EXPECT_EQ(
-        content().number("SELECT count(*) FROM message JOIN chat_message_join ON message_id = "
-                         "message.ROWID AND message_date = date JOIN chat ON chat.ROWID = chat_id "
-                         "JOIN handle ON handle.ROWID = handle_id"),
-        2);
-    EXPECT_EQ(content().number("SELECT count(DISTINCT guid) FROM message"), 2);
+        content().number("SELECT count(DISTINCT message.guid) FROM message JOIN chat_message_join "
+                         "ON message_id = message.ROWID AND message_date = date JOIN chat ON "
+                         "chat.ROWID = chat_id JOIN handle ON handle.ROWID = handle_id"),
+        3);
 }
 
-TEST_F(SampleStoreTest, DateIsThePresentTimeInNanoseconds)
+TEST_F(SampleStoreTest, DateIsNowButLaterThanTheNewest)
 {
-    SampleStore store(path(), Synchronous::off);
     const auto before = currentDate();
     store.append({.text = "now"});
-    const auto after = currentDate();
     const auto date = content().number("SELECT date FROM message");
     EXPECT_LE(before, date);
-    EXPECT_LE(date, after);
-}
+    EXPECT_LE(date, currentDate());
 
-TEST_F(SampleStoreTest, LaterMessageIsTheNewerOneAlsoWhenTheClockIsBehind)
-{
-    SampleStore store(path(), Synchronous::off);
     const auto future = currentDate() + 86'400'000'000'000;
     store.run(
         "INSERT INTO message (guid, text, date) VALUES ('x', 'tomorrow', " +
@@ -139,36 +130,21 @@ TEST_F(SampleStoreTest, LaterMessageIsTheNewerOneAlsoWhenTheClockIsBehind)
     store.append({.text = "last"});
     EXPECT_THAT(
         content().column("SELECT text FROM message ORDER BY date DESC"),
-        ElementsAre("last", "next", "tomorrow"));
+        ElementsAre("last", "next", "tomorrow", "now"));
     EXPECT_EQ(content().number("SELECT max(date) FROM message"), future + 2);
 }
 
-TEST_F(SampleStoreTest, FilledStoreHoldsThatManyMessagesOfThePastInOrder)
+TEST_F(SampleStoreTest, FilledStoreHoldsEveryKindOfMessageInOrderAndNoCode)
 {
-    SampleStore store(path(), Synchronous::off);
-    store.fill(25'000);
-
-    EXPECT_EQ(content().number("SELECT count(*) FROM message"), 25'000);
+    store.fill(0);
+    EXPECT_FALSE(store.isInTransaction());
+    store.fill(12'000); // more than one transaction
+    EXPECT_EQ(messages(), 12'000);
     EXPECT_EQ(
         content().number("SELECT count(*) FROM message AS a JOIN message AS b ON b.ROWID = a.ROWID "
                          "+ 1 WHERE b.date > a.date"),
-        24'999);
+        11'999);
     EXPECT_LT(content().number("SELECT max(date) FROM message"), currentDate());
-    EXPECT_EQ(store.append({.text = "newest"}), 25'001);
-    EXPECT_THAT(
-        content().column("SELECT text FROM message ORDER BY date DESC LIMIT 1"),
-        ElementsAre("newest"));
-}
-
-TEST_F(SampleStoreTest, FilledStoreHoldsEveryKindOfMessageAndNoCode)
-{
-    SampleStore store(path(), Synchronous::off);
-    store.fill(1000);
-
-    EXPECT_EQ(
-        content().number(
-            "SELECT count(*) FROM message WHERE text IS NULL AND attributedBody IS NULL"),
-        0);
     for (const std::string kind :
          {"text IS NOT NULL AND attributedBody IS NULL",
           "text IS NOT NULL AND attributedBody IS NOT NULL",
@@ -180,186 +156,128 @@ TEST_F(SampleStoreTest, FilledStoreHoldsEveryKindOfMessageAndNoCode)
     const std::regex code("[0-9]{4}");
     for (const std::string& words :
          content().column("SELECT coalesce(text, '') || coalesce(CAST(attributedBody AS TEXT), '') "
-                          "FROM message"))
+                          "FROM message LIMIT 1000"))
     {
         EXPECT_FALSE(std::regex_search(words, code)) << words;
     }
 }
 
-TEST_F(SampleStoreTest, FilledWithNothingStaysEmpty)
+TEST_F(SampleStoreTest, LogGrowsWithEachMessageAndOutlivesItsWriter)
 {
-    SampleStore store(path(), Synchronous::off);
-    store.fill(0);
-    EXPECT_FALSE(store.isInTransaction());
-    EXPECT_EQ(content().number("SELECT count(*) FROM message"), 0);
-}
-
-TEST_F(SampleStoreTest, LogGrowsWithEachMessageLongAfterSqliteWouldHaveStartedItAnew)
-{
-    SampleStore store(path(), Synchronous::off);
-    std::uintmax_t size = logSize();
+    // Long after SQLite would have restarted it.
     for (int number = 0; number < 500; ++number) {
-        store.append({.text = "Hello"});
-        ASSERT_GT(logSize(), size) << number;
-        size = logSize();
+        const auto size = store.logSize();
+        store.append({.text = "only in the log"});
+        ASSERT_GT(store.logSize(), size) << number;
     }
-    constexpr std::uintmax_t sqliteStartsAnew = 1000UL * (4096 + 24);
-    EXPECT_GT(size, 2 * sqliteStartsAnew);
-    EXPECT_EQ(store.logSize(), size);
-}
-
-TEST_F(SampleStoreTest, LogIsThereAsSoonAsTheStoreIsOpen)
-{
-    {
-        const SampleStore store(path(), Synchronous::off);
-        EXPECT_GT(logSize(), 0U);
-    }
-    std::filesystem::remove(logOf(path()));
-    const SampleStore store(path(), Synchronous::off);
-    EXPECT_TRUE(std::filesystem::exists(logOf(path())));
-}
-
-TEST_F(SampleStoreTest, LogSurvivesTheWriterAndGrowsOnWithTheNext)
-{
-    SampleStore(path(), Synchronous::off).append({.text = "only in the log"});
-    const auto size = logSize();
-    EXPECT_GT(size, 0U);
-    EXPECT_THAT(contentOf(path()), Not(HasSubstr("only in the log")));
-    SampleStore(path(), Synchronous::off).append({.text = "two"});
-    EXPECT_GT(logSize(), size);
-    EXPECT_EQ(content().number("SELECT count(*) FROM message"), 2);
-}
-
-TEST_F(SampleStoreTest, TruncatedLogIsEmptyAndItsMessagesAreInTheStore)
-{
-    SampleStore store(path(), Synchronous::off);
-    store.append({.text = "one"});
+    EXPECT_GT(store.logSize(), 2 * 1000UL * (4096 + 24));
+    EXPECT_THAT(contentOf(path), Not(HasSubstr("only in the log")));
     store.truncateLog();
     EXPECT_EQ(logSize(), 0U);
-    EXPECT_THAT(content().column("SELECT text FROM message"), ElementsAre("one"));
-    store.append({.text = "two"});
-    EXPECT_GT(logSize(), 0U);
-}
+    EXPECT_EQ(messages(), 500);
 
-TEST_F(SampleStoreTest, OpenTransactionIsSeenByNobodyUntilItsCommit)
-{
-    SampleStore store(path(), Synchronous::off);
-    store.begin();
-    EXPECT_TRUE(store.isInTransaction());
-    store.append({.text = "one"});
-    store.append({.text = "two"});
-    EXPECT_TRUE(store.isInTransaction());
-    EXPECT_EQ(content().number("SELECT count(*) FROM message"), 0);
-    store.commit();
-    EXPECT_FALSE(store.isInTransaction());
-    EXPECT_THAT(content().column("SELECT text FROM message"), ElementsAre("one", "two"));
-}
-
-TEST_F(SampleStoreTest, SpilledTransactionIsInTheLogAndStillNotSeen)
-{
-    SampleStore store(path(), Synchronous::off);
-    store.begin();
-    store.append({.text = "one"});
-    const auto size = logSize();
-    store.spill();
-    EXPECT_GT(logSize(), size);
-    EXPECT_EQ(content().number("SELECT count(*) FROM message"), 0);
-    store.commit();
-    EXPECT_EQ(content().number("SELECT count(*) FROM message"), 1);
-}
-
-TEST_F(SampleStoreTest, RolledBackTransactionLeavesNothing)
-{
-    SampleStore store(path(), Synchronous::off);
-    store.begin();
-    store.append({.text = "one"});
-    store.spill();
-    store.rollback();
-    EXPECT_EQ(content().number("SELECT count(*) FROM message"), 0);
-    EXPECT_EQ(store.append({.text = "two"}), 1);
+    const auto second = folder.path() / "second.db";
+    SampleStore(second, Synchronous::off).append({.text = "one"});
+    const auto size = std::filesystem::file_size(logOf(second));
+    SampleStore(second, Synchronous::off).append({.text = "two"});
+    EXPECT_GT(std::filesystem::file_size(logOf(second)), size);
+    EXPECT_EQ(StoreContent(second).number("SELECT count(*) FROM message"), 2);
 }
 
 TEST_F(SampleStoreTest, FailedMessageLeavesNoTransactionOpen)
 {
-    SampleStore store(path(), Synchronous::off);
+    store.append({.text = "one"});
     store.run("DROP TABLE chat_message_join");
     EXPECT_THAT(
-        [&] { store.append({.text = "one"}); },
+        [&] { store.append({.text = "two"}); },
         ThrowsMessage<std::runtime_error>(HasSubstr("no such table: chat_message_join")));
     EXPECT_FALSE(store.isInTransaction());
-    EXPECT_EQ(content().number("SELECT count(*) FROM message"), 0);
+    EXPECT_EQ(messages(), 1);
 }
 
-TEST_F(SampleStoreTest, TableCanBeDroppedAfterItWasWrittenTo)
-{
-    SampleStore store(path(), Synchronous::off);
-    store.append({.text = "one"});
-    EXPECT_NO_THROW(store.run("DROP TABLE message"));
-    EXPECT_THAT(
-        [&] { store.append({.text = "two"}); },
-        ThrowsMessage<std::runtime_error>(HasSubstr("no such table: message")));
-}
-
-TEST_F(SampleStoreTest, WritersBesideEachOtherWaitForEachOther)
+TEST_F(SampleStoreTest, ConcurrentWritersWaitForEachOther)
 {
     // Each message is a transaction that reads the newest date and then writes; one that read
     // before another's commit could not write any more.
-    constexpr int each = 200;
-    const SampleStore made(path(), Synchronous::off);
-    constexpr int number = 3;
     std::vector<std::thread> writers;
-    writers.reserve(number);
-    while (writers.size() < number) {
+    while (writers.size() < 3) {
         writers.emplace_back([this] {
-            SampleStore store(path(), Synchronous::off);
-            for (int round = 0; round < each; ++round) {
-                EXPECT_NO_THROW(store.append({.text = "Hello"}));
+            SampleStore writing(path, Synchronous::off);
+            for (int message = 0; message < 100; ++message) {
+                EXPECT_NO_THROW(writing.append({.text = "Hello"}));
             }
         });
     }
     for (std::thread& writer : writers) {
         writer.join();
     }
-    EXPECT_EQ(content().number("SELECT count(DISTINCT date) FROM message"), number * each);
+    EXPECT_EQ(content().number("SELECT count(DISTINCT date) FROM message"), 300);
 }
 
-TEST_F(SampleStoreTest, SomebodyElsesStoreIsRefusedAndLeftAsItIs)
+TEST_F(SampleStoreTest, ForeignStoreIsRefusedAndLeftAlone)
 {
-    {
-        StoreWriter writer(folder.path());
-        writer.appendText("not yours");
+    const auto expectRefused = [](const auto& file, const char* reason) {
+        const std::string before = contentOf(file);
+        EXPECT_THAT(
+            [&] { const SampleStore opened(file, Synchronous::off); },
+            ThrowsMessage<std::runtime_error>(HasSubstr(reason)));
+        EXPECT_EQ(contentOf(file), before);
+    };
+    StoreWriter(folder.path()).appendText("not yours");
+    expectRefused(folder.path() / "Messages/chat.db", "is not a sample store");
+    const auto letter = folder.path() / "letter";
+    writeFile(letter, "This is a letter and not a database. " + std::string(4096, '.'));
+    expectRefused(letter, "file is not a database");
+    writeFile(letter, "");
+    EXPECT_EQ(SampleStore(letter, Synchronous::off).append({.text = "one"}), 1);
+}
+
+// Deliveries.
+
+TEST_F(SampleStoreTest, DeliveryAnnouncesEachMessageAndRecordsItsCode)
+{
+    const auto expected = folder.path() / "expected";
+    const auto lines = delivered({.interval = 0s, .count = 24, .expected = expected});
+    ASSERT_EQ(lines.size(), 25U);
+    EXPECT_EQ(lines[0], "ready");
+    EXPECT_THAT(
+        lines[1],
+        AllOf(StartsWith("in the text column: Your Orlimo sample code is "), EndsWith(")")));
+    EXPECT_THAT(lines[2], StartsWith("as a body alone: "));
+    EXPECT_EQ(lines[3], "in the text column: Lunch at noon? (no code)");
+    EXPECT_EQ(messages(), 24);
+
+    std::vector<std::string> announced;
+    for (const std::string& line : lines) {
+        constexpr std::string_view mark = "(expect ";
+        if (const auto at = line.rfind(mark); at != std::string::npos) {
+            announced.push_back(line.substr(at + mark.size(), line.size() - at - mark.size() - 1));
+        }
     }
-    const auto store = folder.path() / "Messages/chat.db";
-    const std::string before = contentOf(store);
-
-    EXPECT_THAT(
-        [&] { const SampleStore opened(store, Synchronous::off); },
-        ThrowsMessage<std::runtime_error>(HasSubstr("is not a sample store")));
-    EXPECT_EQ(contentOf(store), before);
+    EXPECT_EQ(announced.size(), 18U);
+    EXPECT_EQ(linesOf(contentOf(expected)), announced);
+    EXPECT_THROW(
+        delivered({.interval = 0s, .count = 1, .expected = folder.path() / "none/expected"}),
+        std::runtime_error);
 }
 
-TEST_F(SampleStoreTest, FileThatIsNoDatabaseIsRefusedAndLeftAsItIs)
+TEST_F(SampleStoreTest, DeliveryIsPacedByIntervalOrInput)
 {
-    const std::string letter = "This is a letter and not a database. " + std::string(4096, '.');
-    writeFile(path(), letter);
-    EXPECT_THAT(
-        [&] { const SampleStore opened(path(), Synchronous::off); },
-        ThrowsMessage<std::runtime_error>(HasSubstr("file is not a database")));
-    EXPECT_EQ(contentOf(path()), letter);
+    const auto start = std::chrono::steady_clock::now();
+    delivered({.interval = 0.05s, .count = 3});
+    EXPECT_GE(std::chrono::steady_clock::now() - start, 150ms);
+    EXPECT_EQ(delivered({.interval = 0s, .count = 12, .paced = true}, "\n\n\n").size(), 4U);
+    EXPECT_EQ(delivered({.interval = 0s, .count = 2, .paced = true}, "\n\n\n").size(), 3U);
 }
 
-TEST_F(SampleStoreTest, EmptyFileBecomesAStore)
+TEST_F(SampleStoreTest, DeliveryTruncatesLogBeyondItsLimit)
 {
-    writeFile(path(), "");
-    SampleStore store(path(), Synchronous::off);
-    EXPECT_EQ(store.append({.text = "one"}), 1);
-}
-
-TEST_F(SampleStoreTest, StoreInAFolderThatIsNotThereIsAnError)
-{
-    EXPECT_THAT(
-        [&] { const SampleStore opened(folder.path() / "none/chat.db", Synchronous::off); },
-        ThrowsMessage<std::runtime_error>(HasSubstr("unable to open database file")));
+    delivered({.interval = 0s, .count = 5});
+    const auto size = store.logSize();
+    delivered({.interval = 0s, .count = 5, .maxLogSize = size});
+    EXPECT_GT(store.logSize(), 0U);
+    EXPECT_LT(store.logSize(), size);
+    EXPECT_EQ(messages(), 10);
 }
 
 } // namespace

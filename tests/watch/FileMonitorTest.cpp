@@ -1,7 +1,9 @@
 #include "watch/FileMonitor.h"
 
 #include "platform/files/FileHandle.h"
+#include "platform/threads/MainThread.h"
 #include "tests/support/Await.h"
+#include "tests/support/JoiningThread.h"
 #include "tests/support/ManualClock.h"
 #include "tests/support/ManualQueue.h"
 #include "tests/support/ScriptedVnodeSource.h"
@@ -9,8 +11,6 @@
 #include "tests/support/process/ForkedRun.h"
 #include "tests/support/process/OutputCapture.h"
 #include "tests/support/process/UnprivilegedUser.h"
-#include "tests/watch/CountingDelegate.h"
-#include "tests/watch/WatchBackend.h"
 
 #include <QCoreApplication>
 #include <gmock/gmock.h>
@@ -21,6 +21,7 @@
 #include <memory>
 #include <string>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 #include <fcntl.h>
@@ -32,20 +33,20 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Bits of the vnode filter that stand for other changes than growth.
-constexpr VnodeEvents vnodeDelete = 0x1;
-constexpr VnodeEvents vnodeWrite = 0x2;
-constexpr VnodeEvents vnodeAttributes = 0x8;
-constexpr VnodeEvents vnodeRename = 0x20;
+constexpr const char* startLine = "init file monitor\n";
 
-/// Writes over the first bytes of a file without making it longer.
-void overwriteStartOf(const std::filesystem::path& file, std::string_view bytes)
+class CountingDelegate final : public FileMonitorDelegate
 {
-    std::fstream stream(file, std::ios::binary | std::ios::in | std::ios::out);
-    stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    stream.close();
-    ASSERT_TRUE(stream.good());
-}
+public:
+    void fileDidChange() override
+    {
+        ++calls;
+        offMainThreadCalls += isMainThread() ? 0 : 1;
+    }
+
+    int calls = 0;
+    int offMainThreadCalls = 0;
+};
 
 /// How many descriptors this process has open.
 std::ptrdiff_t openDescriptors()
@@ -53,37 +54,34 @@ std::ptrdiff_t openDescriptors()
     return std::distance(std::filesystem::directory_iterator("/dev/fd"), {});
 }
 
-/// The error with which `work` fails; none when it does not.
-template <typename Work> std::error_code errorOf(const Work& work)
+/// How the creation of a monitor failed, and what was logged meanwhile.
+struct Failure
 {
+    int error = 0;
+    std::string log;
+};
+
+Failure failureOfCreation(const std::filesystem::path& file, const WatchServices& services)
+{
+    const OutputCapture output;
     try {
-        work();
+        (void)FileMonitor::create(file, services);
     } catch (const std::system_error& error) {
-        return error.code();
+        EXPECT_EQ(error.code().category(), std::generic_category());
+        return {error.code().value(), output.text()};
     }
     return {};
 }
 
-/// The host's libraries keep files of their own open from their first use on.
-void openLazySystemFiles()
-{
-    (void)errorOf([] { (void)FileHandle::openForReading("/there is no such file"); });
-}
-
-/// The cases that every source must pass. The clock and the decisions of the throttle are in the
-/// test's hand; main-thread work runs on the event loop.
-class FileMonitorTest : public testing::TestWithParam<std::string>
+/// A file, and a clock and a queue of decisions that the test controls.
+class FileMonitorTestBase : public testing::Test
 {
 protected:
-    FileMonitorTest() { writeFile(file, content); }
-    void TearDown() override { backend->end(); }
+    FileMonitorTestBase() { writeFile(file, "twelve bytes"); }
 
-    [[nodiscard]] WatchServices services()
-    {
-        return {mainQueue(), decisions, clock.function(), backend->factory()};
-    }
+    [[nodiscard]] virtual WatchServices services() = 0;
 
-    /// Starts a monitor that nobody keeps and whose throttle is closed.
+    /// Starts a monitor to which the test keeps no reference, with a closed throttle.
     std::weak_ptr<FileMonitor> startClosed()
     {
         const auto monitor = FileMonitor::create(file, services());
@@ -91,7 +89,7 @@ protected:
         return monitor;
     }
 
-    /// Starts a monitor that nobody keeps and whose throttle is open.
+    /// The same with an open throttle.
     std::weak_ptr<FileMonitor> start()
     {
         auto monitor = startClosed();
@@ -99,210 +97,147 @@ protected:
         return monitor;
     }
 
+    TemporaryFolder folder;
+    std::filesystem::path file = folder.path() / "store-log";
+    ManualClock clock;
+    ManualQueue decisions;
+    std::shared_ptr<CountingDelegate> delegate = std::make_shared<CountingDelegate>();
+};
+
+/// With the system's own vnode source; main-thread work runs on the event loop.
+class FileMonitorTest : public FileMonitorTestBase
+{
+protected:
+    void TearDown() override
+    {
+        for (VnodeSource* const source : sources) {
+            source->cancel();
+        }
+        runEventLoop(1ms);
+    }
+
+    [[nodiscard]] WatchServices services() override
+    {
+        return {
+            mainQueue(),
+            decisions,
+            clock.function(),
+            [this](int fileDescriptor, VnodeEvents mask, Queue& queue) {
+                auto source = makeFileSystemObjectSource(fileDescriptor, mask, queue);
+                sources.push_back(source.get());
+                return source;
+            }};
+    }
+
+    /// Lengthens `path` and waits until the monitor's throttle has decided.
     void grow(const std::filesystem::path& path)
     {
         appendToFile(path, "more");
-        backend->notifyChange(vnodeExtend);
-    }
-    void grow() { grow(file); }
-
-    /// Waits until the source has fired once more and takes the throttle's decision. The delegate
-    /// is told on the event loop, later.
-    [[nodiscard]] bool awaitDecision()
-    {
-        return await([this] { return decisions.waiting() > 0; }) && decisions.run() == 1;
+        ASSERT_TRUE(await([this] { return decisions.waiting() > 0; })) << "growth is not reported";
+        decisions.run();
     }
 
-    /// Grows the file and runs whatever follows; tells how often the delegate was told.
     [[nodiscard]] int callsAfterGrowth(const std::filesystem::path& path)
     {
         const int before = delegate->calls;
         grow(path);
-        EXPECT_TRUE(awaitDecision());
         QCoreApplication::processEvents();
         return delegate->calls - before;
     }
     [[nodiscard]] int callsAfterGrowth() { return callsAfterGrowth(file); }
 
-    /// Whether the source fires although it should not.
+    /// Whether the source fires although nothing has grown.
     [[nodiscard]] bool firesSoon()
     {
         return await([this] { return decisions.waiting() > 0; }, 150ms);
     }
 
-    const std::string content = std::string(2000, 'x');
-    TemporaryFolder folder;
-    std::filesystem::path file = folder.path() / "store-log";
-    ManualClock clock;
-    ManualQueue decisions;
-    std::unique_ptr<WatchBackend> backend = WatchBackend::named(GetParam());
-    std::shared_ptr<CountingDelegate> delegate = std::make_shared<CountingDelegate>();
+    std::vector<VnodeSource*> sources;
 };
 
-INSTANTIATE_TEST_SUITE_P(
-    Source, FileMonitorTest, testing::Values("Native", "Scripted"), [](const auto& instance) {
-        return instance.param;
-    });
-
-TEST_P(FileMonitorTest, TellsOfGrowthOnceAndOnTheMainThread)
+TEST_F(FileMonitorTest, GrowthIsReportedOnceAnIntervalOnMainThread)
 {
-    start();
-    EXPECT_EQ(callsAfterGrowth(), 1);
-    EXPECT_EQ(delegate->offMainThreadCalls, 0);
-    EXPECT_FALSE(firesSoon());
-    EXPECT_EQ(delegate->calls, 1);
-}
-
-TEST_P(FileMonitorTest, SaysThatItStartsAndNothingElse)
-{
-    std::string text;
+    std::string log;
     {
         const OutputCapture output;
-        start();
-        (void)callsAfterGrowth();
-        (void)callsAfterGrowth();
-        text = output.text();
+        startClosed();
+        EXPECT_EQ(callsAfterGrowth(), 0);
+        clock.advance(1600ms - 1ns);
+        EXPECT_EQ(callsAfterGrowth(), 0);
+        clock.advance(1ns);
+        EXPECT_EQ(callsAfterGrowth(), 1);
+        clock.advance(500ms);
+        EXPECT_EQ(callsAfterGrowth(), 0);
+        clock.advance(1h);
+        EXPECT_FALSE(firesSoon()) << "dropped growth is never made up for";
+        EXPECT_EQ(callsAfterGrowth(), 1);
+        log = output.text();
     }
-    EXPECT_EQ(text, "init file monitor\n");
+    EXPECT_EQ(log, startLine);
+    EXPECT_EQ(delegate->calls, 2);
+    EXPECT_EQ(delegate->offMainThreadCalls, 0);
 }
 
-TEST_P(FileMonitorTest, DropsGrowthInTheFirst1600Milliseconds)
-{
-    startClosed();
-    EXPECT_EQ(callsAfterGrowth(), 0);
-    clock.advance(1600ms - 1ns);
-    EXPECT_EQ(callsAfterGrowth(), 0);
-    clock.advance(1ns);
-    EXPECT_EQ(callsAfterGrowth(), 1);
-}
-
-TEST_P(FileMonitorTest, DropsTheSecondOfTwoAppendsHalfASecondApartForGood)
+TEST_F(FileMonitorTest, OverwritingTruncatingAndRenamingAreNotGrowth)
 {
     start();
-    EXPECT_EQ(callsAfterGrowth(), 1);
-    clock.advance(500ms);
-    EXPECT_EQ(callsAfterGrowth(), 0);
-
-    clock.advance(1h);
+    std::fstream(file, std::ios::in | std::ios::out) << "overwritten";
+    std::filesystem::resize_file(file, 3);
+    const auto renamed = folder.path() / "renamed";
+    std::filesystem::rename(file, renamed);
     EXPECT_FALSE(firesSoon());
-    EXPECT_EQ(delegate->calls, 1);
-
-    EXPECT_EQ(callsAfterGrowth(), 1);
+    appendToFile(renamed, std::string(100, 'x')); // beyond the size that it had
+    EXPECT_EQ(callsAfterGrowth(renamed), 1);
 }
 
-TEST_P(FileMonitorTest, MeasuresTheIntervalFromTheGrowthThatWasTold)
+TEST_F(FileMonitorTest, DeletedFileIsNotReopened)
 {
-    start();
-    EXPECT_EQ(callsAfterGrowth(), 1);
-    clock.advance(1s);
-    EXPECT_EQ(callsAfterGrowth(), 0);
-    clock.advance(600ms);
-    EXPECT_EQ(callsAfterGrowth(), 1);
-}
-
-TEST_P(FileMonitorTest, OverwritingIsNotGrowth)
-{
-    start();
-    overwriteStartOf(file, "overwritten");
-    backend->notifyChange(vnodeWrite);
-    EXPECT_FALSE(firesSoon());
-    EXPECT_EQ(callsAfterGrowth(), 1);
-}
-
-TEST_P(FileMonitorTest, TruncatingIsNotGrowth)
-{
-    start();
-    std::filesystem::resize_file(file, 100);
-    backend->notifyChange(vnodeWrite | vnodeAttributes);
-    std::filesystem::resize_file(file, 0);
-    backend->notifyChange(vnodeWrite | vnodeAttributes);
+    const auto monitor = start();
+    const auto other = folder.path() / "other";
+    writeFile(other, std::string(100, 'x'));
+    std::filesystem::rename(other, file); // in place of the watched one
+    appendToFile(file, "more");
+    std::filesystem::remove(file);
+    writeFile(file, "a new file of the same name");
     EXPECT_FALSE(firesSoon());
     EXPECT_EQ(delegate->calls, 0);
+    EXPECT_FALSE(monitor.expired());
 }
 
-TEST_P(FileMonitorTest, GrowthAfterAShrinkCounts)
-{
-    start();
-    std::filesystem::resize_file(file, 0);
-    backend->notifyChange(vnodeWrite | vnodeAttributes);
-
-    // Byte by byte, and never up to the size that the file had.
-    bool fired = false;
-    for (std::size_t size = 1; size < content.size() && !fired; ++size) {
-        appendToFile(file, "x");
-        backend->notifyChange(vnodeExtend);
-        fired = await([this] { return decisions.waiting() > 0; }, 2ms);
-    }
-    EXPECT_TRUE(fired);
-    EXPECT_LT(std::filesystem::file_size(file), content.size());
-    decisions.run();
-    QCoreApplication::processEvents();
-    EXPECT_EQ(delegate->calls, 1);
-}
-
-TEST_P(FileMonitorTest, AMissingFileFailsAfterTheLine)
-{
-    const auto missing = folder.path() / "missing";
-    openLazySystemFiles();
-    const auto descriptors = openDescriptors();
-    std::string text;
-    std::error_code error;
-    {
-        const OutputCapture output;
-        error = errorOf([&] { (void)FileMonitor::create(missing, services()); });
-        text = output.text();
-    }
-    EXPECT_EQ(error, std::error_code(ENOENT, std::generic_category()));
-    EXPECT_EQ(text, "init file monitor\n");
-    EXPECT_EQ(openDescriptors(), descriptors);
-    EXPECT_FALSE(std::filesystem::exists(missing));
-}
-
-TEST_P(FileMonitorTest, AFileThatMayNotBeReadFailsAfterTheLine)
+TEST_F(FileMonitorTest, UnreadableFileFailsAfterTheLine)
 {
     std::filesystem::permissions(folder.path(), std::filesystem::perms(0755));
     std::filesystem::permissions(file, std::filesystem::perms::none);
     const auto run = runForked([this] {
         becomeUnprivilegedUser();
-        const auto error = errorOf([this] { (void)FileMonitor::create(file, services()); });
-        ::_exit(error.category() == std::generic_category() ? error.value() : 255);
+        const auto failure = failureOfCreation(file, services());
+        ::_exit(failure.log == startLine ? failure.error : 255);
     });
     EXPECT_EQ(run.status, EACCES);
-    EXPECT_EQ(run.output, "init file monitor\n");
     EXPECT_EQ(run.errors, "");
 }
 
-TEST_P(FileMonitorTest, KeepsItselfAliveWhenNobodyKeepsIt)
+TEST_F(FileMonitorTest, DelegateIsReadWhenActionRuns)
 {
     const auto monitor = start();
-    EXPECT_FALSE(monitor.expired());
-    EXPECT_EQ(callsAfterGrowth(), 1);
-    clock.advance(1h);
-    EXPECT_EQ(callsAfterGrowth(), 1);
-    EXPECT_FALSE(monitor.expired());
+    const auto later = std::make_shared<CountingDelegate>();
+    grow(file);
+    monitor.lock()->setDelegate(later);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(delegate->calls, 0);
+    EXPECT_EQ(later->calls, 1);
 }
 
-TEST_P(FileMonitorTest, DoesNotKeepItsDelegateAlive)
+TEST_F(FileMonitorTest, ReleasedDelegateIsNotCalled)
 {
-    start();
+    const auto monitor = start();
+    grow(file);
+    const OutputCapture output;
     const std::weak_ptr<CountingDelegate> observed = delegate;
     delegate.reset();
-    EXPECT_TRUE(observed.expired());
-}
-
-TEST_P(FileMonitorTest, ADelegateThatHasGoneAwayIsNotTold)
-{
-    const auto monitor = start();
-    delegate.reset();
-    std::string text;
-    {
-        const OutputCapture output;
-        grow();
-        EXPECT_TRUE(awaitDecision());
-        QCoreApplication::processEvents();
-        text = output.text();
-    }
-    EXPECT_EQ(text, "");
+    EXPECT_TRUE(observed.expired()) << "the monitor keeps its delegate alive";
+    QCoreApplication::processEvents();
+    EXPECT_EQ(output.text(), "");
 
     // The call was accepted all the same, and the monitor goes on.
     delegate = std::make_shared<CountingDelegate>();
@@ -312,152 +247,152 @@ TEST_P(FileMonitorTest, ADelegateThatHasGoneAwayIsNotTold)
     EXPECT_EQ(callsAfterGrowth(), 1);
 }
 
-TEST_P(FileMonitorTest, AMonitorWithoutADelegateDoesNotFail)
+TEST_F(FileMonitorTest, ThousandsOfWritesOfManyThreadsAreOneCallAnInterval)
 {
-    FileMonitor::create(file, services());
-    clock.advance(1600ms);
-    grow();
-    EXPECT_TRUE(awaitDecision());
-    QCoreApplication::processEvents();
+    auto background = services();
+    FileMonitor::create(
+        file,
+        {mainQueue(), backgroundQueue(), clock.function(), std::move(background.makeVnodeSource)})
+        ->setDelegate(delegate);
+    for (int round = 1; round <= 5; ++round) {
+        // What is left of the round before may be this one's call as well.
+        clock.advance(1600ms);
+        std::vector<JoiningThread> threads;
+        for (int writer = 0; writer < 4; ++writer) {
+            threads.emplace_back([this] {
+                for (int write = 0; write < 250; ++write) {
+                    appendToFile(file, "more");
+                }
+            });
+        }
+        EXPECT_TRUE(await([&] { return delegate->calls >= round; })) << "round " << round;
+        threads.clear();
+        runEventLoop(1ms);
+        ASSERT_EQ(delegate->calls, round);
+    }
+    EXPECT_EQ(delegate->offMainThreadCalls, 0);
 }
 
-TEST_P(FileMonitorTest, TellsWhoIsDelegateWhenTheActionRuns)
+/// What the monitor does to its source, with a source that records it.
+class FileMonitorSourceTest : public FileMonitorTestBase
 {
-    const auto monitor = FileMonitor::create(file, services());
-    monitor->setDelegate(delegate);
-    clock.advance(1600ms);
-    grow();
-    EXPECT_TRUE(awaitDecision());
+protected:
+    void TearDown() override { script->dropHandlers(); }
 
-    const auto later = std::make_shared<CountingDelegate>();
-    monitor->setDelegate(later);
-    QCoreApplication::processEvents();
-    EXPECT_EQ(delegate->calls, 0);
-    EXPECT_EQ(later->calls, 1);
-}
+    [[nodiscard]] WatchServices services() override
+    {
+        return {main, decisions, clock.function(), ScriptedVnodeSource::factory(script)};
+    }
 
-TEST_P(FileMonitorTest, DoesNotTellADelegateThatGoesAwayBeforeTheActionRuns)
+    /// Whether the source's descriptor refers to the watched file.
+    [[nodiscard]] bool isFileOpen() const
+    {
+        struct stat open
+        {};
+        struct stat named
+        {};
+        return ::fstat(script->fileDescriptor, &open) == 0 && ::stat(file.c_str(), &named) == 0 &&
+               open.st_dev == named.st_dev && open.st_ino == named.st_ino;
+    }
+
+    ManualQueue main;
+    std::shared_ptr<ScriptedVnodeSource::Script> script =
+        std::make_shared<ScriptedVnodeSource::Script>();
+};
+
+TEST_F(FileMonitorSourceTest, SourceIsMadeSetUpAndResumedInOrder)
 {
     start();
-    grow();
-    EXPECT_TRUE(awaitDecision());
-    const std::weak_ptr<CountingDelegate> observed = delegate;
-    delegate.reset();
-    EXPECT_TRUE(observed.expired());
-    QCoreApplication::processEvents();
+    EXPECT_TRUE(isFileOpen());
+    EXPECT_EQ(::fcntl(script->fileDescriptor, F_GETFL) & O_ACCMODE, O_RDONLY);
+    EXPECT_EQ(script->mask, 0x4U);
+    EXPECT_EQ(script->queue, &main);
+    EXPECT_EQ(
+        script->namesOfCalls(),
+        (std::vector<std::string>{"make", "setEventHandler", "setCancelHandler", "resume"}));
+    EXPECT_EQ(script->calls[2].position, 0);
+    EXPECT_EQ(script->calls[3].position, 12) << "the end of the file";
 }
 
-TEST_P(FileMonitorTest, TellsADelegateThatComesAfterTheGrowth)
+TEST_F(FileMonitorSourceTest, ThrottleIsMadeBeforeSource)
 {
-    const auto monitor = FileMonitor::create(file, services());
-    clock.advance(1600ms);
-    grow();
-    EXPECT_TRUE(awaitDecision());
-    monitor->setDelegate(delegate);
-    QCoreApplication::processEvents();
+    auto slow = services();
+    slow.makeVnodeSource =
+        [this, made = slow.makeVnodeSource](int fileDescriptor, VnodeEvents mask, Queue& queue) {
+            clock.advance(1600ms);
+            return made(fileDescriptor, mask, queue);
+        };
+    FileMonitor::create(file, slow)->setDelegate(delegate);
+    script->fire(vnodeExtend);
+    decisions.run();
+    main.run();
     EXPECT_EQ(delegate->calls, 1);
 }
 
-TEST_P(FileMonitorTest, FollowsARenamedFile)
+TEST_F(FileMonitorSourceTest, OnlyExtendEventsAreOfferedToThrottle)
 {
     start();
-    const auto renamed = folder.path() / "renamed";
-    std::filesystem::rename(file, renamed);
-    backend->notifyChange(vnodeRename);
-    EXPECT_FALSE(firesSoon());
-    EXPECT_EQ(callsAfterGrowth(renamed), 1);
+    for (const VnodeEvents events : {0U, 0x1U, 0x2U, 0x8U, 0x20U, ~vnodeExtend}) {
+        script->fire(events);
+        EXPECT_EQ(decisions.waiting(), 0U) << events;
+    }
+    script->fire(vnodeExtend);
+    script->fire(~0U);
+    EXPECT_EQ(decisions.run(), 2U);
+    EXPECT_EQ(main.run(), 1U);
+    EXPECT_EQ(delegate->calls, 1);
+    EXPECT_EQ(::lseek(script->fileDescriptor, 0, SEEK_CUR), 12) << "the file was read";
 }
 
-TEST_P(FileMonitorTest, HearsNothingMoreOfADeletedFile)
+TEST_F(FileMonitorSourceTest, CancelHandlerClosesFile)
+{
+    const auto monitor = start().lock();
+    ASSERT_TRUE(isFileOpen());
+    script->runCancelHandler();
+    EXPECT_FALSE(isFileOpen());
+}
+
+TEST_F(FileMonitorSourceTest, FailedCloseIsIgnoredSilently)
+{
+    const auto monitor = start().lock();
+    ::close(script->fileDescriptor); // behind the monitor's back
+    const OutputCapture output;
+    EXPECT_NO_THROW(script->runCancelHandler());
+    EXPECT_EQ(output.text(), "");
+}
+
+TEST_F(FileMonitorSourceTest, EitherHandlerKeepsMonitorAlive)
 {
     const auto monitor = start();
-    std::filesystem::remove(file);
-    backend->notifyChange(vnodeDelete);
-    EXPECT_FALSE(firesSoon());
-
-    writeFile(file, "a new file of the same name");
-    appendToFile(file, "more");
-    EXPECT_FALSE(firesSoon());
-    EXPECT_EQ(delegate->calls, 0);
+    const auto dropped = std::exchange(script->eventHandler, {});
+    EXPECT_FALSE(monitor.expired());
+    script->eventHandler = dropped;
+    script->cancelHandler = {};
     EXPECT_FALSE(monitor.expired());
 }
 
-TEST_P(FileMonitorTest, HearsNothingOfTheFileThatReplacesTheWatchedOne)
+TEST_F(FileMonitorSourceTest, AcceptedActionKeepsMonitorUntilItRuns)
 {
-    start();
-    const auto other = folder.path() / "other";
-    writeFile(other, content + content);
-    std::filesystem::rename(other, file);
-    backend->notifyChange(vnodeDelete);
-    appendToFile(file, "more");
-    EXPECT_FALSE(firesSoon());
-    EXPECT_EQ(delegate->calls, 0);
-}
-
-TEST_P(FileMonitorTest, ASecondMonitorOfTheSameFileIsTheFirstOnesEqual)
-{
-    start();
-    const auto second = std::make_shared<CountingDelegate>();
-    FileMonitor::create(file, services())->setDelegate(second);
-    clock.advance(1600ms);
-    grow();
-    ASSERT_TRUE(await([this] { return decisions.waiting() == 2; }));
+    const auto monitor = start();
+    script->fire(vnodeExtend);
     decisions.run();
-    QCoreApplication::processEvents();
+    script->dropHandlers();
+    EXPECT_FALSE(monitor.expired());
+    main.run();
     EXPECT_EQ(delegate->calls, 1);
-    EXPECT_EQ(second->calls, 1);
+    EXPECT_TRUE(monitor.expired());
+    ASSERT_EQ(script->calls.size(), 6U);
+    EXPECT_EQ(script->calls[4].name, "cancel");
+    EXPECT_EQ(script->calls[5].name, "destroy");
+    EXPECT_FALSE(isFileOpen());
 }
 
-TEST(NativeFileMonitor, TellsOnTheMainThreadThroughTheBackgroundQueue)
-{
-    const TemporaryFolder folder;
-    const auto file = folder.path() / "store-log";
-    writeFile(file, "start");
-    ManualClock clock;
-    const auto backend = WatchBackend::named("Native");
-    auto services = WatchServices::native();
-    services.clock = clock.function();
-    services.makeVnodeSource = backend->factory();
-    const auto delegate = std::make_shared<CountingDelegate>();
-    FileMonitor::create(file, services)->setDelegate(delegate);
-    for (int growth = 1; growth <= 3; ++growth) {
-        clock.advance(1600ms);
-        appendToFile(file, "more");
-        EXPECT_TRUE(await([&] { return delegate->calls == growth; })) << growth;
-    }
-    EXPECT_EQ(delegate->offMainThreadCalls, 0);
-    backend->end();
-}
-
-TEST(NativeFileMonitor, AWatchThatCannotBeMadeFailsAndClosesTheFile)
-{
-    const TemporaryFolder folder;
-    const auto file = folder.path() / "store-log";
-    writeFile(file, "start");
-    openLazySystemFiles();
-    const auto descriptors = openDescriptors();
-    auto services = WatchServices::native();
-    services.makeVnodeSource = [](int, VnodeEvents, Queue&) -> std::unique_ptr<VnodeSource> {
-        throw std::system_error(EMFILE, std::generic_category());
-    };
-    std::string text;
-    std::error_code error;
-    {
-        const OutputCapture output;
-        error = errorOf([&] { (void)FileMonitor::create(file, services); });
-        text = output.text();
-    }
-    EXPECT_EQ(error, std::error_code(EMFILE, std::generic_category()));
-    EXPECT_EQ(text, "init file monitor\n");
-    EXPECT_EQ(openDescriptors(), descriptors);
-}
-
-/// The system's own source on a system that has nothing left to start it with.
+/// The system's own source where it cannot be started.
 class UnstartableSource final : public VnodeSource
 {
 public:
-    explicit UnstartableSource(std::unique_ptr<VnodeSource> systemsOwn)
-        : source(std::move(systemsOwn))
+    UnstartableSource(int fileDescriptor, VnodeEvents mask)
+        : source(makeFileSystemObjectSource(fileDescriptor, mask, mainQueue()))
     {}
 
     void setEventHandler(Handler handler) override { source->setEventHandler(std::move(handler)); }
@@ -473,202 +408,32 @@ private:
     std::unique_ptr<VnodeSource> source;
 };
 
-TEST(NativeFileMonitor, AWatchThatCannotBeStartedFailsAndIsFreed)
+TEST_F(FileMonitorSourceTest, FailedCreationThrowsAfterTheLineAndFreesEverything)
 {
-    const TemporaryFolder folder;
-    const auto file = folder.path() / "store-log";
-    writeFile(file, "start");
-    openLazySystemFiles();
+    const auto missing = folder.path() / "missing";
+    (void)failureOfCreation(missing, services()); // the system opens files of its own once
     const auto descriptors = openDescriptors();
-    auto services = WatchServices::native();
-    services.makeVnodeSource = [](int descriptor, VnodeEvents mask, Queue& queue) {
-        return std::make_unique<UnstartableSource>(
-            makeFileSystemObjectSource(descriptor, mask, queue));
-    };
-    std::error_code error;
-    {
-        const OutputCapture output;
-        error = errorOf([&] { (void)FileMonitor::create(file, services); });
-    }
-    EXPECT_EQ(error, std::error_code(EAGAIN, std::generic_category()));
-    EXPECT_TRUE(await([&] { return openDescriptors() == descriptors; }));
-}
 
-/// What the monitor does to its source, with a source that notes it.
-class FileMonitorAndItsSource : public testing::Test
-{
-protected:
-    FileMonitorAndItsSource() { writeFile(file, "twelve bytes"); }
-    void TearDown() override { script->dropHandlers(); }
-
-    [[nodiscard]] WatchServices services()
-    {
-        return {main, decisions, clock.function(), ScriptedVnodeSource::factory(script)};
-    }
-
-    std::weak_ptr<FileMonitor> start()
-    {
-        const auto monitor = FileMonitor::create(file, services());
-        monitor->setDelegate(delegate);
-        return monitor;
-    }
-
-    /// Whether the descriptor that the source was given leads to the watched file.
-    [[nodiscard]] bool sourceSeesTheFile() const
-    {
-        struct stat open
-        {};
-        struct stat named
-        {};
-        return ::fstat(script->fileDescriptor, &open) == 0 && ::stat(file.c_str(), &named) == 0 &&
-               open.st_dev == named.st_dev && open.st_ino == named.st_ino;
-    }
-
-    TemporaryFolder folder;
-    std::filesystem::path file = folder.path() / "store-log";
-    ManualClock clock;
-    ManualQueue main;
-    ManualQueue decisions;
-    std::shared_ptr<ScriptedVnodeSource::Script> script =
-        std::make_shared<ScriptedVnodeSource::Script>();
-    std::shared_ptr<CountingDelegate> delegate = std::make_shared<CountingDelegate>();
-};
-
-TEST_F(FileMonitorAndItsSource, AsksForTheGrowthOfTheOpenFileOnTheMainQueue)
-{
-    start();
-    EXPECT_TRUE(sourceSeesTheFile());
-    EXPECT_EQ(::fcntl(script->fileDescriptor, F_GETFL) & O_ACCMODE, O_RDONLY);
-    EXPECT_EQ(script->mask, 0x4U);
-    EXPECT_EQ(script->queue, &main);
-}
-
-TEST_F(FileMonitorAndItsSource, SetsTheHandlersThenGoesToTheEndOfTheFileThenResumes)
-{
-    start();
-    EXPECT_EQ(
-        script->namesOfCalls(),
-        (std::vector<std::string>{"make", "setEventHandler", "setCancelHandler", "resume"}));
-    std::vector<long> positions;
-    for (const auto& call : script->calls) {
-        positions.push_back(call.position);
-    }
-    EXPECT_EQ(positions, (std::vector{0L, 0L, 0L, 12L}));
-}
-
-TEST_F(FileMonitorAndItsSource, WatchesNothingBeforeAMissingFileFails)
-{
-    std::filesystem::remove(file);
-    EXPECT_EQ(errorOf([this] { start(); }).value(), ENOENT);
+    const auto missingFile = failureOfCreation(missing, services());
+    EXPECT_EQ(missingFile.error, ENOENT);
+    EXPECT_EQ(missingFile.log, startLine);
     EXPECT_TRUE(script->calls.empty());
-}
+    EXPECT_FALSE(std::filesystem::exists(missing));
 
-TEST_F(FileMonitorAndItsSource, StartsTheThrottlesClockFirst)
-{
-    auto slow = services();
-    slow.makeVnodeSource =
-        [this, made = slow.makeVnodeSource](int fileDescriptor, VnodeEvents mask, Queue& queue) {
-            clock.advance(1600ms);
-            return made(fileDescriptor, mask, queue);
-        };
-    FileMonitor::create(file, slow)->setDelegate(delegate);
-    script->fire(vnodeExtend);
-    decisions.run();
-    main.run();
-    EXPECT_EQ(delegate->calls, 1);
-}
+    auto failing = services();
+    failing.makeVnodeSource = [](int, VnodeEvents, Queue&) -> std::unique_ptr<VnodeSource> {
+        throw std::system_error(EMFILE, std::generic_category());
+    };
+    const auto noSource = failureOfCreation(file, failing);
+    EXPECT_EQ(noSource.error, EMFILE);
+    EXPECT_EQ(noSource.log, startLine);
+    EXPECT_EQ(openDescriptors(), descriptors);
 
-TEST_F(FileMonitorAndItsSource, OffersEachGrowthToTheThrottleOnce)
-{
-    start();
-    for (std::size_t growth = 1; growth <= 5; ++growth) {
-        script->fire(vnodeExtend);
-        EXPECT_EQ(decisions.waiting(), growth);
-    }
-    EXPECT_EQ(main.waiting(), 0U);
-}
-
-TEST_F(FileMonitorAndItsSource, IgnoresEventsWithoutGrowth)
-{
-    start();
-    clock.advance(1600ms);
-    for (const VnodeEvents events :
-         {0U, vnodeDelete, vnodeWrite, vnodeAttributes, vnodeRename, ~vnodeExtend})
-    {
-        script->fire(events);
-        EXPECT_EQ(decisions.waiting(), 0U) << events;
-    }
-    script->fire(vnodeWrite | vnodeExtend | vnodeAttributes);
-    EXPECT_EQ(decisions.waiting(), 1U);
-}
-
-TEST_F(FileMonitorAndItsSource, ReadsNothingFromTheFile)
-{
-    start();
-    clock.advance(1600ms);
-    appendToFile(file, "more");
-    script->fire(vnodeExtend);
-    decisions.run();
-    main.run();
-    EXPECT_EQ(delegate->calls, 1);
-    EXPECT_EQ(::lseek(script->fileDescriptor, 0, SEEK_CUR), 12);
-}
-
-TEST_F(FileMonitorAndItsSource, ClosesTheFileInTheCancelHandlerAndNotBefore)
-{
-    const auto monitor = start().lock();
-    ASSERT_NE(monitor, nullptr);
-    EXPECT_TRUE(sourceSeesTheFile());
-    script->runCancelHandler();
-    EXPECT_FALSE(sourceSeesTheFile());
-}
-
-TEST_F(FileMonitorAndItsSource, ACloseThatFailsIsSilent)
-{
-    const auto monitor = start().lock();
-    ASSERT_NE(monitor, nullptr);
-    ::close(script->fileDescriptor); // behind the monitor's back
-    std::string text;
-    {
-        const OutputCapture output;
-        EXPECT_NO_THROW(script->runCancelHandler());
-        text = output.text();
-    }
-    EXPECT_EQ(text, "");
-}
-
-TEST_F(FileMonitorAndItsSource, LivesAsLongAsEitherHandler)
-{
-    const auto monitor = start();
-    const auto dropped = std::exchange(script->eventHandler, {});
-    EXPECT_FALSE(monitor.expired());
-    script->eventHandler = dropped;
-    script->cancelHandler = {};
-    EXPECT_FALSE(monitor.expired());
-}
-
-TEST_F(FileMonitorAndItsSource, CancelsTheSourceAndClosesTheFileIfItEverGoes)
-{
-    const auto monitor = start();
-    script->dropHandlers();
-    EXPECT_TRUE(monitor.expired());
-    ASSERT_EQ(script->calls.size(), 6U);
-    EXPECT_EQ(script->calls[4].name, "cancel");
-    EXPECT_EQ(script->calls[5].name, "destroy");
-    EXPECT_FALSE(sourceSeesTheFile());
-}
-
-TEST_F(FileMonitorAndItsSource, AnAcceptedCallKeepsTheMonitorUntilItHasRun)
-{
-    const auto monitor = start();
-    clock.advance(1600ms);
-    script->fire(vnodeExtend);
-    decisions.run();
-    script->dropHandlers();
-    EXPECT_FALSE(monitor.expired());
-    main.run();
-    EXPECT_EQ(delegate->calls, 1);
-    EXPECT_TRUE(monitor.expired());
+    failing.makeVnodeSource = [](int fileDescriptor, VnodeEvents mask, Queue&) {
+        return std::make_unique<UnstartableSource>(fileDescriptor, mask);
+    };
+    EXPECT_EQ(failureOfCreation(file, failing).error, EAGAIN);
+    EXPECT_TRUE(await([&] { return openDescriptors() == descriptors; }));
 }
 
 } // namespace

@@ -1,7 +1,3 @@
-#include "tests/support/ManualClock.h"
-#include "tests/support/ManualQueue.h"
-#include "tests/watch/ExhaustiveChoice.h"
-#include "tests/watch/SteppedThread.h"
 #include "watch/Throttle.h"
 
 #include <gtest/gtest.h>
@@ -10,9 +6,7 @@
 #include <chrono>
 #include <cstddef>
 #include <deque>
-#include <iostream>
 #include <memory>
-#include <string>
 #include <utility>
 #include <vector>
 
@@ -21,21 +15,46 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Where every step is watched, fewer are taken: what a sanitizer looks for comes soon or never.
-#ifdef ORLIMO_SANITIZED
-constexpr std::size_t ticksPerSchedule = 3;
-constexpr std::size_t maxAcceptedPerSchedule = 1;
-constexpr std::size_t simultaneousCalls = 2;
-#else
-constexpr std::size_t ticksPerSchedule = 5;
-constexpr std::size_t maxAcceptedPerSchedule = 2;
-constexpr std::size_t simultaneousCalls = 3;
-#endif
+/// Enumerates every combination of the choices that a piece of work makes: the work is run again,
+/// making the same choices, until next() returns false.
+class ExhaustiveChoice
+{
+public:
+    /// A number below `options`, which is not 0.
+    [[nodiscard]] std::size_t choose(std::size_t options)
+    {
+        if (position == choices.size()) {
+            choices.push_back({.taken = 0, .options = options});
+        }
+        return choices[position++].taken;
+    }
 
-constexpr double delay = 1.6;
-constexpr std::chrono::milliseconds interval(1600);
+    /// Moves on to the next combination. False when all of them have been taken.
+    [[nodiscard]] bool next()
+    {
+        position = 0;
+        while (!choices.empty() && choices.back().taken + 1 == choices.back().options) {
+            choices.pop_back();
+        }
+        if (choices.empty()) {
+            return false;
+        }
+        ++choices.back().taken;
+        return true;
+    }
 
-/// A queue on which a test takes any of the work that waits, as one with many threads may.
+private:
+    struct Choice
+    {
+        std::size_t taken;
+        std::size_t options;
+    };
+
+    std::vector<Choice> choices;
+    std::size_t position = 0;
+};
+
+/// A queue from which a test takes any of the pending work, as a pool of threads might.
 class OutOfOrderQueue final : public Queue
 {
 public:
@@ -54,59 +73,124 @@ private:
     std::deque<Work> list;
 };
 
-/// Calls that are offered one after the other, decided in any order, and run, while time passes in
-/// between: one way of all this, and beside it what is to come of it.
+/// What a schedule is made of.
+struct ScheduleSize
+{
+    std::chrono::milliseconds delay;
+    std::size_t calls;
+    /// How often time moves on, by 800 milliseconds each.
+    std::size_t ticks;
+    /// How long the throttle exists before the first call.
+    std::chrono::milliseconds age = 0ms;
+    /// Whether decisions overlap; all calls are then offered at the start and run at the end.
+    bool overlapping = false;
+};
+
+/// One order of offers, decisions, runs and ticks.
+///
+/// Decisions share nothing but the time of the last acceptance: each reads it, reads the clock, and
+/// exchanges it, starting over if another was faster. Two decisions that overlap therefore have the
+/// same result as one that begins and ends while the other reads the clock. So a decision is taken
+/// inside another's clock, before or after the reading, and no threads are needed.
 class ThrottleSchedule
 {
 public:
-    struct Size
-    {
-        std::size_t calls;
-        /// How often the clock moves on, by half an interval each time.
-        std::size_t ticks;
-    };
-
-    explicit ThrottleSchedule(const Size& scheduleSize)
+    ThrottleSchedule(const ScheduleSize& scheduleSize, ExhaustiveChoice& exhaustiveChoice)
         : size(scheduleSize)
-        , throttle(Throttle::create(delay, decisions, main, clock.function()))
-        , start(clock.now())
-        , lastAccepted(start)
-    {}
-
-    /// Does the next thing, one of those that are possible. False when nothing is left to do.
-    bool thaw(ExhaustiveChoice& choice)
+        , choice(exhaustiveChoice)
+        , readings(size.calls)
+        , throttle(Throttle::create(
+              static_cast<double>(size.delay.count()) / 1000.0, decisions, main, [this] {
+                  return readClock();
+              }))
     {
-        const std::size_t offers = offered < size.calls ? 1 : 0;
-        const std::size_t ticks = ticked < size.ticks ? 1 : 0;
-        const std::size_t runs = main.waiting() > 0 ? 1 : 0;
-        const std::size_t options = offers + ticks + runs + decisions.waiting();
-        if (options == 0) {
-            return false;
-        }
-        std::size_t taken = choice.choose(options);
-        if (taken < decisions.waiting()) {
-            decide(taken);
-        } else if (taken -= decisions.waiting(); taken < offers) {
+        now += size.age;
+        while (size.overlapping && offered < size.calls) {
             offer();
-        } else if (taken -= offers; taken < ticks) {
+        }
+    }
+
+    void run()
+    {
+        while (step(false)) {
+        }
+    }
+
+    /// Whether accepted calls ran once, in order, and are an interval apart; every other call was
+    /// dropped at its decision because an acceptance was less than an interval ago.
+    [[nodiscard]] bool isConsistent() const
+    {
+        std::vector<Uptime> acceptances{Uptime{}};
+        for (const std::size_t call : ran) {
+            if (readings[call] - acceptances.back() < size.delay) {
+                return false;
+            }
+            acceptances.push_back(readings[call]);
+        }
+        for (std::size_t call = 0; call < size.calls; ++call) {
+            const bool isDue = std::ranges::none_of(acceptances, [&](Uptime acceptance) {
+                return acceptance <= readings[call] && readings[call] - acceptance < size.delay;
+            });
+            const auto runs = std::ranges::count(ran, call);
+            const bool wasKept = std::ranges::find(kept, call) != kept.end();
+            if (runs > 1 || wasKept != (runs == 1) || (isDue && runs == 0)) {
+                return false;
+            }
+        }
+        return isReleasedAfterRun;
+    }
+
+    [[nodiscard]] std::size_t acceptedCalls() const { return ran.size(); }
+
+private:
+    /// Does one of the things that are possible next. False when there is none, or when a decision
+    /// that is held up, in whose clock this is called, goes on.
+    bool step(bool isHeldUp)
+    {
+        const std::size_t pending = decisions.waiting();
+        const std::size_t offers = offered < size.calls && !isHeldUp ? 1 : 0;
+        // Once everything is decided, time makes no difference.
+        const bool isUndecided = isHeldUp || offers + pending > 0;
+        const std::size_t ticks = isUndecided && ticked < size.ticks ? 1 : 0;
+        const bool mayRun = !isHeldUp && (!size.overlapping || pending + ticks == 0);
+        const std::size_t runs = mayRun && main.waiting() > 0 ? 1 : 0;
+        const std::size_t options = pending + offers + ticks + runs + (isHeldUp ? 1 : 0);
+        const std::size_t taken = options > 0 ? choice.choose(options) : 0;
+        if (taken < pending) {
+            decide(taken);
+        } else if (taken < pending + offers) {
+            offer();
+        } else if (taken < pending + offers + ticks) {
             ++ticked;
-            clock.advance(interval / 2);
+            now += 800ms;
+        } else if (taken < pending + offers + ticks + runs) {
+            main.take(0)();
+            isReleasedAfterRun = isReleasedAfterRun && tokens[ran.back()].expired();
         } else {
-            runFirst();
+            return false;
         }
         return true;
     }
 
-    /// Whether everything so far was as it is to be.
-    [[nodiscard]] bool isConsistent() const
+    void overlap()
     {
-        return isConsistentSoFar && main.waiting() == accepted.size() - ran.size() &&
-               std::equal(ran.begin(), ran.end(), accepted.begin());
+        while (size.overlapping && step(true)) {
+        }
     }
 
-    [[nodiscard]] std::size_t acceptedCalls() const { return accepted.size(); }
+    Uptime readClock()
+    {
+        if (decided == nullptr) {
+            return now; // at construction
+        }
+        Uptime& reading = *decided;
+        overlap();
+        const Uptime time = now;
+        reading = time;
+        overlap();
+        return time;
+    }
 
-private:
     void offer()
     {
         const std::size_t call = offered++;
@@ -120,214 +204,72 @@ private:
     {
         const std::size_t call = undecided.at(index);
         undecided.erase(undecided.begin() + static_cast<std::ptrdiff_t>(index));
+        auto* const outer = std::exchange(decided, &readings[call]);
         decisions.take(index)();
-        const bool isDue = clock.now() - lastAccepted >= interval;
-        if (isDue) {
-            lastAccepted = clock.now();
-            accepted.push_back(call);
+        decided = outer;
+        if (!tokens[call].expired()) {
+            kept.push_back(call);
         }
-        // What is not accepted is gone for good.
-        isConsistentSoFar = isConsistentSoFar && tokens.at(call).expired() == !isDue;
     }
 
-    void runFirst()
-    {
-        const std::size_t before = ran.size();
-        main.runFirst();
-        isConsistentSoFar =
-            isConsistentSoFar && ran.size() == before + 1 && tokens.at(ran.back()).expired();
-    }
-
-    /// A main queue of which one piece of work at a time runs.
-    class MainQueue final : public Queue
-    {
-    public:
-        void async(Work work) override { list.push_back(std::move(work)); }
-        [[nodiscard]] std::size_t waiting() const { return list.size(); }
-        void runFirst()
-        {
-            const Work work = std::move(list.front());
-            list.pop_front();
-            work();
-        }
-
-    private:
-        std::deque<Work> list;
-    };
-
-    Size size;
-    ManualClock clock;
+    ScheduleSize size;
+    ExhaustiveChoice& choice;
+    Uptime now{};
+    Uptime* decided = nullptr; ///< where the present decision's reading of the clock goes
     OutOfOrderQueue decisions;
-    MainQueue main;
-    std::shared_ptr<Throttle> throttle;
-    Uptime start;
-    Uptime lastAccepted;
+    OutOfOrderQueue main;
     std::size_t offered = 0;
     std::size_t ticked = 0;
-    std::vector<std::weak_ptr<int>> tokens;
-    std::vector<std::size_t> undecided;
-    std::vector<std::size_t> accepted;
-    std::vector<std::size_t> ran;
-    bool isConsistentSoFar = true;
-};
-
-TEST(ThrottleInterleaving, EveryOrderOfOffersDecisionsRunsAndTimeGivesWhatIsToBe)
-{
-    ExhaustiveChoice choice;
-    std::size_t schedules = 0;
-    std::size_t maxAccepted = 0;
-    do {
-        ThrottleSchedule schedule({.calls = 3, .ticks = ticksPerSchedule});
-        while (schedule.thaw(choice)) {
-            ASSERT_TRUE(schedule.isConsistent()) << "course " << schedules;
-        }
-        maxAccepted = std::max(maxAccepted, schedule.acceptedCalls());
-        ++schedules;
-    } while (choice.next());
-    RecordProperty("courses", std::to_string(schedules));
-    std::cout << schedules << " courses\n";
-    EXPECT_EQ(maxAccepted, maxAcceptedPerSchedule);
-}
-
-/// Decisions that are taken at the same time, from the moment on when a call is due: each may be
-/// held up before it reads the clock, after it has read which call was accepted last, and once more
-/// before it says that it is the next.
-class ConcurrentSchedule
-{
-public:
-    ConcurrentSchedule(std::size_t calls, std::size_t ticks)
-        : ticksLeft(ticks)
-        , throttle(Throttle::create(delay, decisions, main, [this] { return readClock(); }))
-    {
-        now += interval;
-        readings.resize(calls);
-        for (std::size_t call = 0; call < calls; ++call) {
-            throttle->throttle([this, call] { accepted.push_back(call); });
-        }
-        for (std::size_t call = 0; call < calls; ++call) {
-            threads.push_back(
-                std::make_unique<SteppedThread>([this, call, work = decisions.take(0)]() mutable {
-                    deciding = &readings.at(call);
-                    work();
-                    work = nullptr;
-                }));
-        }
-    }
-
-    bool thaw(ExhaustiveChoice& choice)
-    {
-        std::vector<SteppedThread*> going;
-        for (const auto& thread : threads) {
-            if (!thread->isDone()) {
-                going.push_back(thread.get());
-            }
-        }
-        const std::size_t options = going.size() + (ticksLeft > 0 ? 1 : 0);
-        // Time that passes when everything is decided makes no difference.
-        if (going.empty()) {
-            return false;
-        }
-        const std::size_t taken = choice.choose(options);
-        if (taken < going.size()) {
-            going[taken]->step();
-            // Single steps at a time: the order of the main queue is that of the acceptances.
-            main.run();
-        } else {
-            --ticksLeft;
-            now += interval / 2;
-        }
-        return true;
-    }
-
-    /// Whether the accepted calls are an interval apart, and no call was dropped without one of
-    /// them less than an interval before it.
-    [[nodiscard]] bool isConsistent() const
-    {
-        Uptime last = start;
-        std::vector<Uptime> times{start};
-        for (const std::size_t call : accepted) {
-            const Uptime time = readings.at(call);
-            if (time - last < interval) {
-                return false;
-            }
-            last = time;
-            times.push_back(time);
-        }
-        for (std::size_t call = 0; call < readings.size(); ++call) {
-            const bool isDropped = std::ranges::find(accepted, call) == accepted.end();
-            const bool hasReason = std::ranges::any_of(times, [&](Uptime time) {
-                return time <= readings.at(call) && readings.at(call) - time < interval;
-            });
-            if (isDropped && !hasReason) {
-                return false;
-            }
-        }
-        return true;
-    }
-
-    [[nodiscard]] std::size_t acceptedCalls() const { return accepted.size(); }
-
-private:
-    Uptime readClock()
-    {
-        SteppedThread::pause();
-        const Uptime time = now;
-        if (deciding != nullptr) {
-            *deciding = time;
-        }
-        SteppedThread::pause();
-        return time;
-    }
-
-    static thread_local Uptime* deciding;
-
-    std::size_t ticksLeft;
-    Uptime start{};
-    Uptime now{};
-    OutOfOrderQueue decisions;
-    ManualQueue main;
     std::vector<Uptime> readings;
-    std::vector<std::size_t> accepted;
+    std::vector<std::weak_ptr<int>> tokens; ///< one in each action
+    std::vector<std::size_t> undecided;
+    std::vector<std::size_t> kept; ///< calls whose action outlived the decision
+    std::vector<std::size_t> ran;
+    bool isReleasedAfterRun = true;
     std::shared_ptr<Throttle> throttle;
-    std::vector<std::unique_ptr<SteppedThread>> threads;
 };
 
-thread_local Uptime* ConcurrentSchedule::deciding = nullptr;
-
-/// How many courses there are, each of which was right.
-std::size_t concurrentSchedules(std::size_t calls, std::size_t ticks, std::size_t& maxAccepted)
+/// The most calls accepted in any schedule of that size, each of which is checked.
+std::size_t maxAccepted(const ScheduleSize& size)
 {
     ExhaustiveChoice choice;
     std::size_t schedules = 0;
-    bool right = true;
+    std::size_t most = 0;
+    bool isConsistent = true;
     do {
-        ConcurrentSchedule schedule(calls, ticks);
-        while (schedule.thaw(choice)) {
-        }
-        right = schedule.isConsistent();
-        EXPECT_TRUE(right) << "course " << schedules;
-        maxAccepted = std::max(maxAccepted, schedule.acceptedCalls());
+        ThrottleSchedule schedule(size, choice);
+        schedule.run();
+        isConsistent = schedule.isConsistent();
+        EXPECT_TRUE(isConsistent) << "schedule " << schedules;
+        most = std::max(most, schedule.acceptedCalls());
         ++schedules;
-    } while (right && choice.next());
-    return schedules;
+    } while (isConsistent && choice.next());
+    testing::Test::RecordProperty("schedules", std::to_string(schedules));
+    return most;
 }
 
-TEST(ThrottleInterleaving, EveryOrderOfTheStepsOfTwoDecisionsWhileTimePassesGivesWhatIsToBe)
+TEST(ThrottleInterleaving, SuccessiveDecisionsInAnyOrderKeepTheInterval)
 {
-    std::size_t maxAccepted = 0;
-    const std::size_t schedules = concurrentSchedules(2, 3, maxAccepted);
-    RecordProperty("courses", std::to_string(schedules));
-    std::cout << schedules << " courses\n";
-    EXPECT_EQ(maxAccepted, 2U);
+    EXPECT_EQ(maxAccepted({.delay = 1600ms, .calls = 3, .ticks = 4}), 2U);
 }
 
-TEST(ThrottleInterleaving, EveryOrderOfTheStepsOfDecisionsAtOneTimeGivesWhatIsToBe)
+TEST(ThrottleInterleaving, OverlappingDecisionsWhileTimePassesKeepTheInterval)
 {
-    std::size_t maxAccepted = 0;
-    const std::size_t schedules = concurrentSchedules(simultaneousCalls, 0, maxAccepted);
-    RecordProperty("courses", std::to_string(schedules));
-    std::cout << schedules << " courses\n";
-    EXPECT_EQ(maxAccepted, 1U);
+    EXPECT_EQ(
+        maxAccepted({.delay = 1600ms, .calls = 3, .ticks = 3, .age = 1600ms, .overlapping = true}),
+        2U);
+}
+
+TEST(ThrottleInterleaving, OnlyOneOfThreeOverlappingDecisionsWins)
+{
+    EXPECT_EQ(
+        maxAccepted({.delay = 1600ms, .calls = 3, .ticks = 1, .age = 1600ms, .overlapping = true}),
+        1U);
+}
+
+TEST(ThrottleInterleaving, ZeroDelayAcceptsEveryOverlappingDecision)
+{
+    EXPECT_EQ(maxAccepted({.delay = 0ms, .calls = 3, .ticks = 1, .overlapping = true}), 3U);
 }
 
 } // namespace

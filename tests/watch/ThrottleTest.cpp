@@ -9,6 +9,7 @@
 #include <csignal>
 #include <limits>
 #include <memory>
+#include <string>
 #include <thread>
 #include <vector>
 
@@ -32,15 +33,15 @@ protected:
         return Throttle::create(delay, decisions, main, clock.function());
     }
 
-    /// A throttle that was built so long ago that it is open.
-    [[nodiscard]] std::shared_ptr<Throttle> openThrottleOf(double delay)
+    /// A throttle of 1.6 seconds that has been open for long.
+    [[nodiscard]] std::shared_ptr<Throttle> openThrottle()
     {
-        auto throttle = throttleOf(delay);
+        auto throttle = throttleOf(1.6);
         clock.advance(24h);
         return throttle;
     }
 
-    /// Offers one call, runs whatever follows, and tells whether the action ran.
+    /// Offers one call, runs all that follows, and returns whether the action ran.
     [[nodiscard]] bool accepts(Throttle& throttle)
     {
         int runs = 0;
@@ -51,302 +52,139 @@ protected:
         return runs == 1;
     }
 
-    /// The same `span` after an accepted call.
-    [[nodiscard]] bool acceptsAfter(std::chrono::nanoseconds span, Throttle& throttle)
-    {
-        clock.advance(span);
-        return accepts(throttle);
-    }
-
     ManualClock clock;
     ManualQueue decisions;
     ManualQueue main;
 };
 
-TEST_F(ThrottleTest, IsClosedWhenItIsNew)
+struct Call
 {
-    const auto throttle = throttleOf(1.6);
-    EXPECT_FALSE(accepts(*throttle));
+    std::chrono::nanoseconds wait; ///< since the call before, or construction
+    bool isAccepted;
+};
+
+struct IntervalCase
+{
+    std::string name;
+    double delay;
+    std::vector<Call> calls;
+};
+
+void PrintTo(const IntervalCase& given, std::ostream* stream)
+{
+    *stream << given.name;
 }
 
-TEST_F(ThrottleTest, DropsACallOneSecondAfterConstruction)
-{
-    const auto throttle = throttleOf(1.6);
-    EXPECT_FALSE(acceptsAfter(1s, *throttle));
-}
+class ThrottleInterval : public ThrottleTest, public testing::WithParamInterface<IntervalCase>
+{};
 
-TEST_F(ThrottleTest, AcceptsACallTwoSecondsAfterConstruction)
+TEST_P(ThrottleInterval, DecidesEachCall)
 {
-    const auto throttle = throttleOf(1.6);
-    EXPECT_TRUE(acceptsAfter(2s, *throttle));
-}
-
-TEST_F(ThrottleTest, MeasuresFromTheAcceptedCallAndNotFromADroppedOne)
-{
-    const auto throttle = openThrottleOf(1.6);
-    EXPECT_TRUE(accepts(*throttle));
-    EXPECT_FALSE(acceptsAfter(1s, *throttle));
-    EXPECT_TRUE(acceptsAfter(700ms, *throttle));
-}
-
-TEST_F(ThrottleTest, DroppedCallsNeverExtendTheInterval)
-{
-    const auto throttle = openThrottleOf(1.6);
-    EXPECT_TRUE(accepts(*throttle));
-    for (int call = 0; call < 15; ++call) {
-        EXPECT_FALSE(acceptsAfter(100ms, *throttle)) << call;
+    const auto throttle = throttleOf(GetParam().delay);
+    std::size_t number = 0;
+    for (const auto& [wait, isAccepted] : GetParam().calls) {
+        clock.advance(wait);
+        EXPECT_EQ(accepts(*throttle), isAccepted) << "call " << number;
+        ++number;
     }
-    EXPECT_TRUE(acceptsAfter(100ms, *throttle));
 }
 
-TEST_F(ThrottleTest, AcceptsACallExactlyOnTheBoundary)
-{
-    const auto throttle = openThrottleOf(1.6);
-    EXPECT_TRUE(accepts(*throttle));
-    EXPECT_TRUE(acceptsAfter(1600ms, *throttle));
-    EXPECT_TRUE(acceptsAfter(1600ms, *throttle));
-}
+INSTANTIATE_TEST_SUITE_P(
+    Delays,
+    ThrottleInterval,
+    testing::Values(
+        IntervalCase{"OneSecondAfterConstruction", 1.6, {{0s, false}, {1s, false}}},
+        IntervalCase{"TwoSecondsAfterConstruction", 1.6, {{2s, true}}},
+        IntervalCase{"BoundaryAfterConstruction", 1.6, {{1600ms - 1ns, false}, {1ns, true}}},
+        IntervalCase{
+            "BoundaryAfterAcceptance",
+            1.6,
+            {{24h, true}, {1600ms, true}, {1600ms - 1ns, false}, {1ns, true}}},
+        IntervalCase{"DroppedCallIsNotCounted", 1.6, {{24h, true}, {1s, false}, {700ms, true}}},
+        IntervalCase{
+            "DroppedCallsNeverExtendInterval",
+            1.6,
+            {{24h, true}, {400ms, false}, {400ms, false}, {400ms, false}, {400ms, true}}},
+        IntervalCase{"Zero", 0, {{0s, true}, {0s, true}, {1ns, true}}},
+        IntervalCase{"Negative", -1.6, {{0s, true}, {0s, true}, {1ns, true}}},
+        IntervalCase{"OneMillisecond", 0.0016, {{1ms - 1ns, false}, {1ns, true}}},
+        IntervalCase{"AlmostTwoMilliseconds", 0.0019999, {{1ms - 1ns, false}, {1ns, true}}},
+        IntervalCase{"AlmostTwoSeconds", 1.9999, {{1999ms - 1ns, false}, {1ns, true}}},
+        IntervalCase{"OneDay", 86400.0009, {{24h - 1ns, false}, {1ns, true}}},
+        // Truncated to zero: a clock before the last acceptance is too early.
+        IntervalCase{"HalfAMillisecond", 0.0004, {{0s, true}, {-1ns, false}}},
+        IntervalCase{"AlmostAMillisecond", 0.000999, {{0s, true}, {-1ns, false}}},
+        IntervalCase{"NegativeHalfMillisecond", -0.0004, {{0s, true}, {-1ns, false}}},
+        IntervalCase{"NegativeMillisecond", -0.0016, {{-1ms - 1ns, false}, {1ns, true}}}),
+    [](const auto& given) { return given.param.name; });
 
-TEST_F(ThrottleTest, DropsACallOneNanosecondBeforeTheBoundary)
+TEST_F(ThrottleTest, DelayBeyondUptimeNeverOpensOrIsAlwaysOpen)
 {
-    const auto throttle = openThrottleOf(1.6);
-    EXPECT_TRUE(accepts(*throttle));
-    EXPECT_FALSE(acceptsAfter(1600ms - 1ns, *throttle));
-    EXPECT_TRUE(acceptsAfter(1ns, *throttle));
-}
-
-TEST_F(ThrottleTest, OpensExactlyOneIntervalAfterConstruction)
-{
-    const auto throttle = throttleOf(1.6);
-    EXPECT_FALSE(acceptsAfter(1600ms - 1ns, *throttle));
-    EXPECT_TRUE(acceptsAfter(1ns, *throttle));
-}
-
-TEST_F(ThrottleTest, RunsNothingLaterForTheCallsOfABurst)
-{
-    const auto throttle = openThrottleOf(1.6);
-    int runs = 0;
-    for (int call = 0; call < 100; ++call) {
-        throttle->throttle([&runs] { ++runs; });
-        clock.advance(1ms);
-    }
-    decisions.run();
-    main.run();
-    EXPECT_EQ(runs, 1);
-
-    clock.advance(1h);
-    EXPECT_EQ(decisions.run(), 0U);
-    EXPECT_EQ(main.run(), 0U);
-    EXPECT_EQ(runs, 1);
-}
-
-TEST_F(ThrottleTest, TakesADelayOfNothingToAcceptEveryCall)
-{
-    const auto throttle = throttleOf(0);
-    for (int call = 0; call < 5; ++call) {
-        EXPECT_TRUE(accepts(*throttle)) << "while the clock stands still";
-    }
-    EXPECT_TRUE(acceptsAfter(1ns, *throttle));
-}
-
-TEST_F(ThrottleTest, TakesANegativeDelayToAcceptEveryCall)
-{
-    const auto throttle = throttleOf(-1.6);
-    for (int call = 0; call < 5; ++call) {
-        EXPECT_TRUE(accepts(*throttle)) << "while the clock stands still";
-    }
-    EXPECT_TRUE(acceptsAfter(1ns, *throttle));
-}
-
-TEST_F(ThrottleTest, TruncatesTheDelayToWholeMilliseconds)
-{
-    struct Case
-    {
-        double delay;
-        std::chrono::milliseconds interval;
-    };
-    for (const auto& [delay, interval] : std::vector<Case>{
-             {1.6, 1600ms},
-             {0.0016, 1ms},
-             {0.0019999, 1ms},
-             {0.001, 1ms},
-             {1.9999, 1999ms},
-             {86400.0009, 86400000ms}})
-    {
+    for (const double delay : {maxDelay, 9223372036855.0, minDelay, -9223372036855.0}) {
         const auto throttle = throttleOf(delay);
-        EXPECT_FALSE(acceptsAfter(interval - 1ns, *throttle)) << delay;
-        EXPECT_TRUE(acceptsAfter(1ns, *throttle)) << delay;
-    }
-}
-
-TEST_F(ThrottleTest, TruncatesLessThanAMillisecondToNothing)
-{
-    for (const double delay : {0.0004, 0.000999, -0.0004, -0.000999}) {
-        const auto throttle = throttleOf(delay);
-        EXPECT_TRUE(accepts(*throttle)) << delay << " while the clock stands still";
-
-        // Nothing is not less than nothing: what comes before the last acceptance is too early.
-        clock.advance(-1ns);
-        EXPECT_FALSE(accepts(*throttle)) << delay;
-    }
-}
-
-TEST_F(ThrottleTest, TruncatesANegativeDelayTowardsZero)
-{
-    const auto throttle = throttleOf(-0.0016);
-    clock.advance(-1ms - 1ns);
-    EXPECT_FALSE(accepts(*throttle));
-    clock.advance(1ns);
-    EXPECT_TRUE(accepts(*throttle));
-}
-
-TEST_F(ThrottleTest, NeverOpensWithTheLongestDelay)
-{
-    for (const double delay : {maxDelay, 9223372036855.0, 300.0 * 366 * 86400}) {
-        const auto throttle = throttleOf(delay);
+        const bool isOpen = delay < 0;
+        EXPECT_EQ(accepts(*throttle), isOpen) << delay;
         const Uptime start = clock.now();
-        EXPECT_FALSE(accepts(*throttle)) << delay;
-        clock.set(Uptime::max() - 1ns);
-        EXPECT_FALSE(accepts(*throttle)) << delay;
+        clock.set(isOpen ? Uptime::min() : Uptime::max() - 1ns);
+        EXPECT_EQ(accepts(*throttle), isOpen) << delay;
+        EXPECT_EQ(accepts(*throttle), isOpen) << delay;
         clock.set(start);
     }
 }
 
-TEST_F(ThrottleTest, IsAlwaysOpenWithTheMostNegativeDelay)
-{
-    for (const double delay : {minDelay, -9223372036855.0, -300.0 * 366 * 86400}) {
-        const auto throttle = throttleOf(delay);
-        const Uptime start = clock.now();
-        EXPECT_TRUE(accepts(*throttle)) << delay;
-        clock.set(Uptime::min());
-        EXPECT_TRUE(accepts(*throttle)) << delay;
-        EXPECT_TRUE(accepts(*throttle)) << delay;
-        clock.set(start);
-    }
-}
-
-TEST_F(ThrottleTest, CountsFromTheTimeOfTheDecisionAndNotOfTheOffer)
-{
-    const auto throttle = openThrottleOf(1.6);
-    int runs = 0;
-    throttle->throttle([&runs] { ++runs; });
-    clock.advance(5s);
-    decisions.run();
-
-    EXPECT_FALSE(acceptsAfter(1600ms - 1ns, *throttle));
-    EXPECT_TRUE(acceptsAfter(1ns, *throttle));
-    EXPECT_EQ(runs, 1);
-}
-
-TEST_F(ThrottleTest, CountsFromTheDecisionAlsoWhenTheActionRunsMuchLater)
-{
-    const auto throttle = openThrottleOf(1.6);
-    throttle->throttle([] {});
-    decisions.run();
-    clock.advance(1600ms);
-    main.run();
-    EXPECT_TRUE(accepts(*throttle));
-}
-
-TEST_F(ThrottleTest, DecidesWhenTheDecisionIsDue)
+TEST_F(ThrottleTest, IntervalStartsAtDecision)
 {
     const auto throttle = throttleOf(1.6);
     int runs = 0;
     throttle->throttle([&runs] { ++runs; }); // offered while the throttle is closed
     clock.advance(1600ms);
-    decisions.run(); // decided when it is open
+    decisions.run();
+    clock.advance(1600ms - 1ns);
     main.run();
     EXPECT_EQ(runs, 1);
+    EXPECT_FALSE(accepts(*throttle));
+    clock.advance(1ns);
+    EXPECT_TRUE(accepts(*throttle));
 }
 
-TEST_F(ThrottleTest, OffersWithoutDecidingOrRunning)
+TEST_F(ThrottleTest, OfferDecisionAndRunAreSeparateAndKeepAction)
 {
-    const auto throttle = openThrottleOf(1.6);
+    const auto throttle = openThrottle();
+    auto token = std::make_shared<int>(0);
+    const std::weak_ptr<int> action = token;
     int runs = 0;
-    throttle->throttle([&runs] { ++runs; });
+    throttle->throttle([token = std::move(token), &runs] { ++runs; });
     EXPECT_EQ(decisions.waiting(), 1U);
     EXPECT_EQ(main.waiting(), 0U);
-    EXPECT_EQ(runs, 0);
 
     EXPECT_EQ(decisions.run(), 1U);
     EXPECT_EQ(main.waiting(), 1U);
     EXPECT_EQ(runs, 0);
+    EXPECT_FALSE(action.expired());
 
     EXPECT_EQ(main.run(), 1U);
     EXPECT_EQ(runs, 1);
+    EXPECT_TRUE(action.expired());
 }
 
-TEST_F(ThrottleTest, RunsAcceptedActionsInTheOrderOfAcceptance)
+TEST_F(ThrottleTest, ReleaseBeforeDecisionDropsAction)
 {
-    const auto throttle = throttleOf(0);
-    std::vector<int> order;
-    for (int call = 0; call < 10; ++call) {
-        throttle->throttle([&order, call] { order.push_back(call); });
-    }
-    decisions.run();
-    main.run();
-    EXPECT_EQ(order, (std::vector{0, 1, 2, 3, 4, 5, 6, 7, 8, 9}));
-}
-
-TEST_F(ThrottleTest, KeepsTheActionAliveUntilItHasRun)
-{
-    const auto throttle = openThrottleOf(1.6);
-    auto token = std::make_shared<int>(0);
-    const std::weak_ptr<int> kept = token;
-    throttle->throttle([token] { ++*token; });
-    token.reset();
-
-    EXPECT_FALSE(kept.expired());
-    decisions.run();
-    EXPECT_FALSE(kept.expired());
-    main.run();
-    EXPECT_TRUE(kept.expired());
-}
-
-TEST_F(ThrottleTest, DropsTheActionOfARejectedCallAtTheDecision)
-{
-    const auto throttle = throttleOf(1.6);
-    auto token = std::make_shared<int>(0);
-    const std::weak_ptr<int> kept = token;
-    throttle->throttle([token] { ++*token; });
-    token.reset();
-
-    EXPECT_FALSE(kept.expired());
-    decisions.run();
-    EXPECT_TRUE(kept.expired());
-    EXPECT_EQ(main.waiting(), 0U);
-}
-
-TEST_F(ThrottleTest, DropsTheActionSilentlyWhenItIsReleasedBeforeTheDecision)
-{
-    auto throttle = openThrottleOf(1.6);
-    auto token = std::make_shared<int>(0);
-    const std::weak_ptr<int> kept = token;
-    int runs = 0;
-    throttle->throttle([token, &runs] { ++runs; });
-    token.reset();
-
-    throttle.reset();
-    EXPECT_FALSE(kept.expired());
-    EXPECT_EQ(decisions.run(), 1U);
-    EXPECT_TRUE(kept.expired());
-    EXPECT_EQ(main.run(), 0U);
-    EXPECT_EQ(runs, 0);
-}
-
-TEST_F(ThrottleTest, IsNotKeptAliveByWhatIsOffered)
-{
-    auto throttle = openThrottleOf(1.6);
+    auto throttle = openThrottle();
     const std::weak_ptr<Throttle> observed = throttle;
-    throttle->throttle([] {});
+    auto token = std::make_shared<int>(0);
+    const std::weak_ptr<int> action = token;
+    throttle->throttle([token = std::move(token)] { FAIL() << "a dropped action runs"; });
     throttle.reset();
     EXPECT_TRUE(observed.expired());
-    decisions.run();
+    EXPECT_FALSE(action.expired());
+    EXPECT_EQ(decisions.run(), 1U);
+    EXPECT_TRUE(action.expired());
+    EXPECT_EQ(main.run(), 0U);
 }
 
-TEST_F(ThrottleTest, RunsAnAcceptedActionAlsoWhenItIsReleasedAfterTheDecision)
+TEST_F(ThrottleTest, ReleaseAfterDecisionStillRunsAction)
 {
-    auto throttle = openThrottleOf(1.6);
+    auto throttle = openThrottle();
     int runs = 0;
     throttle->throttle([&runs] { ++runs; });
     decisions.run();
@@ -355,22 +193,9 @@ TEST_F(ThrottleTest, RunsAnAcceptedActionAlsoWhenItIsReleasedAfterTheDecision)
     EXPECT_EQ(runs, 1);
 }
 
-TEST_F(ThrottleTest, TakesAnOfferFromInsideAnAction)
-{
-    const auto throttle = openThrottleOf(1.6);
-    int inner = 0;
-    throttle->throttle([&] { throttle->throttle([&inner] { ++inner; }); });
-    decisions.run();
-    main.run();
-    clock.advance(1600ms);
-    decisions.run();
-    main.run();
-    EXPECT_EQ(inner, 1);
-}
-
 using ThrottleDeathTest = ThrottleTest;
 
-TEST_F(ThrottleDeathTest, StopsForADelayThatNoIntervalCanHold)
+TEST_F(ThrottleDeathTest, DelayBeyondRangeIsFatal)
 {
     const double infinity = std::numeric_limits<double>::infinity();
     for (const double delay :
@@ -385,9 +210,9 @@ TEST_F(ThrottleDeathTest, StopsForADelayThatNoIntervalCanHold)
     }
 }
 
-TEST_F(ThrottleDeathTest, StopsWhenAnAcceptedActionRunsOutsideTheMainThread)
+TEST_F(ThrottleDeathTest, AcceptedActionOutsideMainThreadIsFatal)
 {
-    const auto throttle = openThrottleOf(1.6);
+    const auto throttle = openThrottle();
     throttle->throttle([] { (void)std::fputs("the action has run\n", stderr); });
     decisions.run();
     EXPECT_EXIT(

@@ -1,7 +1,6 @@
 #include "tests/capture/reference/ReferenceBodyDecoding.h"
 
-#include "tests/capture/reference/ReferenceGraphemeClusters.h"
-#include "tests/capture/reference/ReferenceUtf8.h"
+#include "tests/capture/reference/ReferenceUnicode.h"
 
 #include <gtest/gtest.h>
 #include <unicode/ustring.h>

@@ -1,7 +1,6 @@
 #include "tests/capture/reference/ReferenceCodeExtraction.h"
 
-#include "tests/capture/reference/ReferenceGraphemeClusters.h"
-#include "tests/capture/reference/ReferenceUtf8.h"
+#include "tests/capture/reference/ReferenceUnicode.h"
 
 #include <unicode/uchar.h>
 

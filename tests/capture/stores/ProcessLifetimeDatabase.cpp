@@ -7,7 +7,7 @@
 
 namespace orlimo {
 
-Database& processLifetimeDatabase(const std::optional<std::filesystem::path>& libraryFolder)
+Database& processLifetimeDatabase(std::optional<std::filesystem::path> libraryFolder)
 {
     // Never destroyed, so that the connections stay reachable to the very end.
     static auto& kept = *new std::vector<std::unique_ptr<Database>>;

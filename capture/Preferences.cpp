@@ -1,6 +1,4 @@
-#include "capture/PreferenceDefaults.h"
-
-#include "capture/PreferenceKeys.h"
+#include "capture/Preferences.h"
 
 #include <string>
 
@@ -8,9 +6,9 @@ namespace orlimo {
 
 void writePreferenceDefaults(UserDefaults& defaults)
 {
-    for (const auto key : preference::keys) {
+    for (const auto& [key, defaultValue] : preference::all) {
         if (!defaults.dictionaryRepresentation().contains(std::string(key))) {
-            defaults.setDefault(true, key);
+            defaults.setDefault(defaultValue, key);
         }
     }
 }

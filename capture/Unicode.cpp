@@ -1,4 +1,4 @@
-#include "capture/Utf8.h"
+#include "capture/Unicode.h"
 
 #include <unicode/ustring.h>
 #include <unicode/utf8.h>
@@ -9,8 +9,8 @@ namespace orlimo {
 
 namespace {
 
-/// Reads one code point from `bytes` at `position` and moves on; negative for an ill-formed part,
-/// of which all is passed over.
+/// Reads one code point from `bytes` at `position` and advances past it; negative for an ill-formed
+/// part, which is skipped whole.
 UChar32 nextCodePoint(std::string_view bytes, std::size_t& position)
 {
     const auto* const data = reinterpret_cast<const std::uint8_t*>(bytes.data());
@@ -42,6 +42,11 @@ std::string repairedUtf8(std::string_view bytes)
         repaired.append(wellFormed ? bytes.substr(start, position - start) : replacement);
     }
     return repaired;
+}
+
+icu::UnicodeString asUtf16(std::string_view text)
+{
+    return icu::UnicodeString::fromUTF8({text.data(), static_cast<std::int32_t>(text.size())});
 }
 
 } // namespace orlimo

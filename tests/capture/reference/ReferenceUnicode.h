@@ -17,8 +17,8 @@ struct ReferenceUtf8Part
     char32_t codePoint = 0;
 };
 
-/// `bytes` cut into its sequences, by the table of well-formed byte sequences in the Unicode
-/// standard. A second implementation, kept plain on purpose, to judge the program's own by.
+/// `bytes` split into its sequences by the table of well-formed byte sequences in the Unicode
+/// standard. An independent implementation, deliberately simple.
 [[nodiscard]] std::vector<ReferenceUtf8Part> referenceUtf8Parts(std::string_view bytes);
 
 [[nodiscard]] bool isReferenceWellFormed(std::string_view bytes);
@@ -28,5 +28,12 @@ struct ReferenceUtf8Part
 
 /// `codePoint` as UTF-8.
 [[nodiscard]] std::string referenceUtf8(char32_t codePoint);
+
+/// The boundaries of the grapheme clusters of `text` (UTF-8), in bytes and ascending: one more than
+/// there are clusters, none in an empty text.
+[[nodiscard]] std::vector<std::size_t> referenceGraphemeClusterBoundaries(const std::string& text);
+
+/// How many grapheme clusters `text` has.
+[[nodiscard]] std::size_t referenceGraphemeClusterCount(const std::string& text);
 
 } // namespace orlimo
