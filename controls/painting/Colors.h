@@ -6,11 +6,11 @@
 
 class QPalette;
 
-/// The colours of the views, each taken from the palette at the moment of painting, so that a
+/// The colors of the views, each taken from the palette at the moment of painting, so that a
 /// change of scheme is followed at once.
 namespace orlimo {
 
-/// How a colour is found in the palette of the widget that is painted.
+/// How a color is found in the palette of the widget that is painted.
 using PaletteColor = QColor (*)(const QPalette& palette);
 
 /// The least contrast at which small text is legible (WCAG 2.1, level AA).
@@ -45,7 +45,7 @@ inline constexpr double distinctContrast = 3;
 /// Gray text, legible on the window.
 [[nodiscard]] QColor grayColor(const QPalette& palette);
 [[nodiscard]] QColor whiteColor(const QPalette& palette);
-/// The accent colour, dark enough that white text is legible on it.
+/// The accent color, dark enough that white text is legible on it.
 [[nodiscard]] QColor accentColor(const QPalette& palette);
 /// What shows where the keyboard works, distinct on the window: the user's accent as far as that
 /// allows.
