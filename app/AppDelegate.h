@@ -10,7 +10,7 @@
 
 namespace orlimo {
 
-/// What the application does at the turns of its life. Main thread.
+/// What the application does at its lifecycle events. Main thread.
 class AppDelegate : public ApplicationDelegate
 {
 public:
@@ -30,11 +30,11 @@ public:
     /// a screen nothing is shown.
     void showHelperWindow();
 
-    /// Nobody's: stays empty.
+    /// Never assigned.
     std::unique_ptr<QWidget> window;
     /// The guidance window, once it has been shown; the user closes it.
     std::unique_ptr<QWidget> secondaryWindow;
-    /// The application's capture controller, handed over before the first turn.
+    /// The application's capture controller, handed over before the first lifecycle event.
     std::shared_ptr<Message> message;
 
 private:

@@ -15,7 +15,7 @@ namespace {
 
 using namespace std::string_view_literals;
 
-// The toolkit's options, by what follows their names: the next argument, nothing, or a value after
+// Qt's options, by what follows their names: the next argument, nothing, or a value after
 // an equals sign.
 constexpr std::array optionsWithNextArgument{
     "-display"sv,
@@ -47,7 +47,7 @@ Puts the verification code of an incoming message on the clipboard, from the men
 The options of every Qt program work as well: -platform NAME, -display DISPLAY, -style STYLE ...
 )";
 
-/// The toolkit takes its options with one dash or two.
+/// Qt takes its options with one dash or two.
 std::string_view withOneDash(std::string_view argument)
 {
     return argument.starts_with("--") ? argument.substr(1) : argument;

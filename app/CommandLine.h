@@ -4,13 +4,13 @@
 
 namespace orlimo {
 
-/// What the program is asked to do on its command line. Made before the toolkit's application
+/// What the program is asked to do on its command line. Made before Qt's application
 /// object, so that it needs no display.
 struct CommandLine
 {
     enum class Request {
         run,
-        /// Run, started by the host because the user has just logged in.
+        /// Run, started by the system because the user has just logged in.
         runLaunchedAtLogin,
         /// Write `text` to standard output and end with status 0.
         print,

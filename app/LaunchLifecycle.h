@@ -9,12 +9,12 @@
 
 namespace orlimo {
 
-/// Hands the turns of the application's life on to another delegate, keeps the launch event current
-/// until launching has finished, and then has done what waits for that. Main thread.
+/// Forwards the application's lifecycle events to another delegate, keeps the launch event current
+/// until launching has finished, and then calls back. Main thread.
 class LaunchLifecycle final : public ApplicationDelegate
 {
 public:
-    /// `next` must outlive the turns.
+    /// `next` must outlive the events.
     LaunchLifecycle(
         ApplicationDelegate& next,
         bool launchedAtLogin,

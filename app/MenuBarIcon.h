@@ -6,7 +6,7 @@
 namespace orlimo {
 
 /// The menu bar's label: the image "StatusBarIcon" in a frame of 16 by 16 points, in the text's
-/// colour. Main thread.
+/// color. Main thread.
 class MenuBarIcon : public QWidget
 {
     Q_OBJECT
@@ -16,8 +16,8 @@ public:
 
     [[nodiscard]] QSize sizeHint() const override { return frameSize; }
 
-    /// The same image for a host that draws the label itself: a template that takes on the colour
-    /// of text where the host draws it.
+    /// The same image for a tray that draws the label itself: a template that takes on the color
+    /// of the tray's text.
     [[nodiscard]] static QIcon icon();
 
     /// Points.

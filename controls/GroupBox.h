@@ -15,10 +15,10 @@ class GroupBox : public QWidget
     Q_OBJECT
 
 public:
-    /// Takes the title over.
+    /// Takes ownership of the title.
     explicit GroupBox(SymbolLabel* title);
 
-    /// Adds a view, which the box takes over, below those already there.
+    /// Adds a view below those already there and takes ownership of it.
     void addView(QWidget* view, Qt::Alignment alignment = {});
 
     [[nodiscard]] SymbolLabel& title() const { return *titleLabel; }

@@ -1,7 +1,5 @@
 #include "controls/ImageView.h"
 
-#include "resources/ImageAsset.h"
-
 #include <QPainter>
 
 #include <utility>
@@ -10,6 +8,7 @@ namespace orlimo {
 
 ImageView::ImageView(QString imageName, QSize frame, PaletteColor tint)
     : name(std::move(imageName))
+    , image(u"images", name)
     , tintOf(tint)
 {
     setFixedSize(frame);
@@ -21,8 +20,8 @@ void ImageView::paintEvent(QPaintEvent* /*event*/)
     QPainter(this).drawPixmap(
         0,
         0,
-        tintOf == nullptr ? imageNamed(name, size(), scale)
-                          : templateImageNamed(name, size(), scale, tintOf(palette())));
+        tintOf == nullptr ? image.drawn(size(), scale)
+                          : image.drawn(size(), scale, tintOf(palette())));
 }
 
 } // namespace orlimo

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "controls/painting/Colors.h"
+#include "resources/Artwork.h"
 
 #include <QString>
 #include <QWidget>
@@ -24,6 +25,7 @@ protected:
 
 private:
     QString name;
+    Artwork image;
     PaletteColor tintOf;
 };
 

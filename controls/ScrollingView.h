@@ -16,7 +16,7 @@ class ScrollingView : public QScrollArea
     Q_OBJECT
 
 public:
-    /// Takes the view over.
+    /// Takes ownership of the view.
     explicit ScrollingView(std::unique_ptr<QWidget> view);
 
     [[nodiscard]] QSize sizeHint() const override { return widget()->size(); }

@@ -4,7 +4,7 @@
 
 namespace orlimo {
 
-/// Flexible space in a stack: takes what its neighbours leave, nothing at the least. A widget, and
+/// Flexible space in a stack: takes what its neighbors leave, possibly nothing. A widget, and
 /// not a stretch of the layout, because the stack's spacing counts on both sides of it.
 class Spacer : public QWidget
 {

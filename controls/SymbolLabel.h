@@ -11,7 +11,7 @@ namespace orlimo {
 
 class TextLabel;
 
-/// A system symbol and a text beside it, both in the same size and colour. Announced as its text.
+/// A system symbol and a text beside it, both in the same size and color. Announced as its text.
 class SymbolLabel : public QWidget
 {
     Q_OBJECT

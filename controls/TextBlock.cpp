@@ -24,7 +24,7 @@ constexpr double unlimitedWidth = 100'000;
 /// The size below which shrinking a text further would not help anybody.
 constexpr int minPixelSize = 6;
 
-/// Keeps what stands on both sides of it on one line. It is not seen and takes no room.
+/// Keeps what stands on both sides of it on one line. Invisible and without width.
 constexpr QChar wordJoiner(0x2060);
 
 /// Where the baseline stands in a line. The font that was asked for decides it alone, so that text
@@ -73,8 +73,8 @@ QRectF glyphOutlineBounds(const QRawFont& font, quint32 glyph)
 }
 
 /// How far what reaches from `inkStart` to `inkEnd` must be moved to stay between `start` and
-/// `end`, in whole pixels of the size `pixel`. The start counts for more where there is not room
-/// for both.
+/// `end`, in whole pixels of the size `pixel`. The start has priority where both do not
+/// fit.
 double shiftToFit(double start, double end, double inkStart, double inkEnd, double pixel = 1)
 {
     // What the numbers' last places say is no pixel.

@@ -13,8 +13,8 @@ class GuidanceWindow : public QWidget
     Q_OBJECT
 
 public:
-    /// Takes `content` over. `contentArea` is the content's place on the screen in points, without
-    /// the frame; rounded to whole points.
+    /// Takes ownership of `content`. `contentArea` is the content's place on the screen in points,
+    /// without the frame; rounded to whole points.
     GuidanceWindow(QWidget* content, const QRectF& contentArea);
 
     static constexpr QSize contentSize{500, 500};

@@ -46,7 +46,7 @@ void CodeLabel::hideEvent(QHideEvent* event)
 
 void CodeLabel::centerInk()
 {
-    // The text is laid out with the kerning after the last digit too, and digits have more room on
+    // The text is laid out with the kerning after the last digit too, and digits have more space on
     // one side than on the other.
     const QFontMetricsF metrics(font());
     const QRectF ink = metrics.tightBoundingRect(text());

@@ -6,7 +6,7 @@
 
 namespace orlimo {
 
-/// The button that copies the code: a pill in the accent colour, lighter while the pointer is on
+/// The button that copies the code: a pill in the accent color, lighter while the pointer is on
 /// it, in `CopyButtonStyle`. Only the pill reacts to the pointer, not the padding around it.
 class CopyButton : public QPushButton
 {

@@ -14,14 +14,13 @@ class OptionRow : public QWidget
     Q_OBJECT
 
 public:
-    /// `minTextWidth`: how wide the text's frame is at the least, in points; 0 for no frame.
+    /// `minTextWidth`: the minimum width of the text's frame, in points; 0 for no frame.
     OptionRow(const QString& text, bool on, int minTextWidth = 0);
 
     [[nodiscard]] Switch& toggle() const { return *switchControl; }
     [[nodiscard]] TextLabel& text() const { return *label; }
 
-    /// The least width of a framed text, and what surrounds the row, in points.
-    static constexpr int framedTextWidth = 120;
+    /// Around the row's content, in points.
     static constexpr int padding = 7;
 
 private:

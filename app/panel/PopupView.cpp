@@ -3,7 +3,7 @@
 #include "app/panel/CodeLabel.h"
 #include "app/panel/CopyButton.h"
 #include "app/panel/OptionRow.h"
-#include "capture/Preferences.h"
+#include "app/panel/PanelSwitches.h"
 #include "controls/GroupBox.h"
 #include "controls/Switch.h"
 #include "controls/SymbolLabel.h"
@@ -33,9 +33,6 @@ SymbolLabel* makeTitle(const QString& text, const QString& symbolName)
 PopupView::PopupView(std::shared_ptr<Message> controller, PanelServices panelServices)
     : message(std::move(controller))
     , services(std::move(panelServices))
-    , capturingEnabled(services.userDefaults.boolForKey(preference::capturingEnabled))
-    , fourDigitInclude(services.userDefaults.boolForKey(preference::fourDigitInclude))
-    , loginItemEnabled(services.userDefaults.boolForKey(preference::loginItemEnabled))
 {
     requireMainThread();
     auto* stack = new QVBoxLayout(this);
@@ -45,8 +42,6 @@ PopupView::PopupView(std::shared_ptr<Message> controller, PanelServices panelSer
     stack->addWidget(makeCaptureOptions());
     stack->addWidget(makeLatestCode());
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
-    showState();
-    connect(message.get(), &Message::objectWillChange, this, &PopupView::showState);
 }
 
 GroupBox* PopupView::makeCaptureOptions()
@@ -55,36 +50,24 @@ GroupBox* PopupView::makeCaptureOptions()
         makeTitle(tr("Capture Options"), QStringLiteral("slider.horizontal.2.square")));
     group->setObjectName(QStringLiteral("captureOptions"));
 
-    group->addView(
-        makeOption(tr("Auto Copy to Clipboard"), preference::capturingEnabled, capturingEnabled));
-    group->addView(makeOption(
-        tr("Include 4 digit code"),
-        preference::fourDigitInclude,
-        fourDigitInclude,
-        OptionRow::framedTextWidth));
-    auto* loginItem = makeOption(
-        tr("Launch at login"),
-        preference::loginItemEnabled,
-        loginItemEnabled,
-        OptionRow::framedTextWidth);
-    // After the preference has been stored: connections are served in the order they were made.
-    connect(&loginItem->toggle(), &Switch::toggled, this, [this](bool on) {
-        services.setLaunchAtLogin(on);
-    });
-    group->addView(loginItem);
+    for (const PanelSwitch& panelSwitch : panelSwitches) {
+        group->addView(makeOption(panelSwitch));
+    }
     return group;
 }
 
-OptionRow* PopupView::makeOption(
-    const QString& text, std::string_view preferenceKey, bool& state, int minTextWidth)
+OptionRow* PopupView::makeOption(const PanelSwitch& panelSwitch)
 {
-    auto* row = new OptionRow(text, state, minTextWidth);
-    row->toggle().setObjectName(
-        QLatin1String(preferenceKey.data(), static_cast<qsizetype>(preferenceKey.size())));
-    connect(&row->toggle(), &Switch::toggled, this, [this, preferenceKey, &state](bool on) {
+    const std::string_view key = panelSwitch.preferenceKey;
+    auto* row = new OptionRow(
+        tr(panelSwitch.text), services.userDefaults.boolForKey(key), panelSwitch.minTextWidth);
+    row->toggle().setObjectName(QLatin1String(key.data(), static_cast<qsizetype>(key.size())));
+    connect(&row->toggle(), &Switch::toggled, this, [this, key](bool on) {
         requireMainThread();
-        state = on;
-        services.userDefaults.setBool(on, preferenceKey);
+        services.userDefaults.setBool(on, key);
+        if (key == preference::loginItemEnabled) {
+            services.setLaunchAtLogin(on);
+        }
     });
     return row;
 }
@@ -97,7 +80,7 @@ GroupBox* PopupView::makeLatestCode()
     codeLabel = new CodeLabel;
     codeLabel->setObjectName(QStringLiteral("verificationCode"));
     group->addView(codeLabel);
-    copyButton = new CopyButton(tr("Copy"));
+    auto* copyButton = new CopyButton(tr("Copy"));
     copyButton->setObjectName(QStringLiteral("copy"));
     connect(copyButton, &CopyButton::clicked, this, &PopupView::copyCode);
     group->addView(copyButton, Qt::AlignHCenter);
@@ -119,7 +102,7 @@ void PopupView::appear()
     writeLogLine("Opened PopupWindow : APPEAR");
     if (auto found = message->checkMessages()) {
         code = std::move(*found);
-        showState();
+        codeLabel->setCode(QString::fromStdString(code));
     }
 }
 
@@ -128,11 +111,6 @@ void PopupView::copyCode()
     requireMainThread();
     services.pasteboard.declareTypes({PasteboardType::string});
     services.pasteboard.setString(code, PasteboardType::string);
-}
-
-void PopupView::showState()
-{
-    codeLabel->setCode(QString::fromStdString(code));
 }
 
 } // namespace orlimo

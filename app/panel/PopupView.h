@@ -7,14 +7,13 @@
 
 #include <memory>
 #include <string>
-#include <string_view>
 
 namespace orlimo {
 
 class CodeLabel;
-class CopyButton;
 class GroupBox;
 class OptionRow;
+struct PanelSwitch;
 
 /// The code panel: the latest code with its copy button, and the switches for the preferences. The
 /// switches show the preferences as they were when the panel was made; the code is the one found
@@ -35,22 +34,16 @@ protected:
 
 private:
     [[nodiscard]] GroupBox* makeCaptureOptions();
-    /// A row whose switch stands as `state` says, and keeps both it and the preference up to date.
-    [[nodiscard]] OptionRow* makeOption(
-        const QString& text, std::string_view preferenceKey, bool& state, int minTextWidth = 0);
+    /// A row whose switch shows the preference and stores each change of it.
+    [[nodiscard]] OptionRow* makeOption(const PanelSwitch& panelSwitch);
     [[nodiscard]] GroupBox* makeLatestCode();
     void appear();
     void copyCode();
-    void showState();
 
     std::shared_ptr<Message> message;
     PanelServices services;
-    bool capturingEnabled;
-    bool fourDigitInclude;
-    bool loginItemEnabled;
     std::string code;
     CodeLabel* codeLabel = nullptr;
-    CopyButton* copyButton = nullptr;
 };
 
 } // namespace orlimo

@@ -45,7 +45,7 @@ StatusMenuView::StatusMenuView(std::shared_ptr<Message> controller, MenuServices
     setFixedSize(size);
     installAccessibleWindowFactory();
     InitialFocus::attach(*this);
-    // It fills itself, so that the toolkit need not do so before.
+    // It fills itself, so that Qt need not do so before.
     setAttribute(Qt::WA_OpaquePaintEvent);
     auto* stack = new QVBoxLayout(this);
     stack->setContentsMargins(0, 0, 0, 0);

@@ -6,7 +6,7 @@ namespace orlimo {
 
 /// The ring around the control that the keyboard works on. It appears when the focus came by the
 /// keyboard or a key is pressed, comes back when its window has the focus again, and lies over the
-/// window outside the control's own area, so that no control needs room for it.
+/// window outside the control's own area, so that no control needs space for it.
 class FocusRing : public QWidget
 {
 public:

@@ -3,28 +3,11 @@
 #include <QPalette>
 
 #include <algorithm>
-#include <cmath>
 #include <initializer_list>
 
 namespace orlimo {
 
 namespace {
-
-double linearComponent(double component)
-{
-    return component <= 0.04045 ? component / 12.92 : std::pow((component + 0.055) / 1.055, 2.4);
-}
-
-double relativeLuminance(const QColor& color)
-{
-    return 0.2126 * linearComponent(color.redF()) + 0.7152 * linearComponent(color.greenF()) +
-           0.0722 * linearComponent(color.blueF());
-}
-
-double contrastOfLuminances(double one, double other)
-{
-    return (std::max(one, other) + 0.05) / (std::min(one, other) + 0.05);
-}
 
 /// `color`, made darker or lighter, whichever leads further from all of `backgrounds`, by as little
 /// as it takes for `contrast` to each.
@@ -77,11 +60,6 @@ QColor userAccent(const QPalette& palette)
 }
 
 } // namespace
-
-double contrastRatio(const QColor& one, const QColor& other)
-{
-    return contrastOfLuminances(relativeLuminance(one), relativeLuminance(other));
-}
 
 QColor legibleColor(const QColor& color, const QColor& background)
 {

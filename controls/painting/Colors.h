@@ -1,25 +1,24 @@
 #pragma once
 
+#include "resources/Contrast.h"
+
 #include <QColor>
 
 class QPalette;
 
-/// The colours of the views, each taken from the palette at the moment of painting, so that a
+/// The colors of the views, each taken from the palette at the moment of painting, so that a
 /// change of scheme is followed at once.
 namespace orlimo {
 
-/// How a colour is found in the palette of the widget that is painted.
+/// How a color is found in the palette of the widget that is painted.
 using PaletteColor = QColor (*)(const QPalette& palette);
 
 /// The least contrast at which small text is legible (WCAG 2.1, level AA).
 inline constexpr double legibleContrast = 4.5;
 
-/// The least contrast at which lines and shapes can be told from what is beside them (WCAG 2.1,
-/// level AA).
+/// The least contrast at which lines and shapes can be distinguished from what is beside them
+/// (WCAG 2.1, level AA).
 inline constexpr double distinctContrast = 3;
-
-/// The contrast between two opaque colours, 1 to 21 (WCAG 2.1).
-[[nodiscard]] double contrastRatio(const QColor& one, const QColor& other);
 
 /// `color`, made darker or lighter, whichever leads away from `background`, by as little as it
 /// takes to be legible on it.
@@ -32,7 +31,7 @@ inline constexpr double distinctContrast = 3;
 /// `color` laid over the opaque `background`.
 [[nodiscard]] QColor blended(const QColor& color, const QColor& background);
 
-/// The opaque colour on the way from one to another, at `share` of it: 0 to 1.
+/// The opaque color between two, `fraction` of the distance from the first: 0 to 1.
 [[nodiscard]] QColor mixed(const QColor& from, const QColor& to, double fraction);
 
 /// Whether text and window are about as far apart as black and white, as in the palettes made for
@@ -46,7 +45,7 @@ inline constexpr double distinctContrast = 3;
 /// Gray text, legible on the window.
 [[nodiscard]] QColor grayColor(const QPalette& palette);
 [[nodiscard]] QColor whiteColor(const QPalette& palette);
-/// The accent colour, dark enough that white text is legible on it.
+/// The accent color, dark enough that white text is legible on it.
 [[nodiscard]] QColor accentColor(const QPalette& palette);
 /// What shows where the keyboard works, distinct on the window: the user's accent as far as that
 /// allows.

@@ -1,14 +1,13 @@
 #include "resources/translations/TranslationCatalogue.h"
 
+#include "resources/translations/Languages.h"
+
 #include <QCoreApplication>
 #include <QLibraryInfo>
 #include <QLocale>
 #include <QTranslator>
 
-#include <algorithm>
-#include <array>
 #include <memory>
-#include <utility>
 
 // The macro has to stand outside every namespace.
 static void registerCatalogues()
@@ -19,10 +18,6 @@ static void registerCatalogues()
 namespace orlimo {
 
 namespace {
-
-/// The languages that have one catalogue for all their scripts and territories.
-constexpr std::array<QStringView, 6> languagesWithoutVariants{
-    u"de", u"es", u"fr", u"it", u"ja", u"ko"};
 
 /// Tells our translators from the other children of the application object.
 constexpr auto translatorName = "orlimo-translator";
@@ -35,22 +30,21 @@ bool isTraditionalChinese(const QStringList& subtags)
     return has(u"Hant") || (!has(u"Hans") && (has(u"TW") || has(u"HK") || has(u"MO")));
 }
 
-/// The catalogue for one wanted language; absent when there is none.
+/// The catalogue for one preferred language; absent when there is none. Where a language has
+/// several, they differ by the script; otherwise its one catalogue serves all scripts and
+/// territories.
 std::optional<TranslationCatalogue> catalogueFor(const QStringList& subtags)
 {
     const QString language = subtags.first().toLower();
-    if (language == u"zh") {
-        return isTraditionalChinese(subtags)
-                   ? TranslationCatalogue{QStringLiteral("zh_Hant"), QStringLiteral("zh_TW")}
-                   : TranslationCatalogue{QStringLiteral("zh_Hans"), QStringLiteral("zh_CN")};
-    }
-    if (language == u"pt") {
-        return TranslationCatalogue{QStringLiteral("pt_BR"), QStringLiteral("pt_BR")};
-    }
-    if (std::ranges::find(languagesWithoutVariants, QStringView(language)) !=
-        languagesWithoutVariants.end())
-    {
-        return TranslationCatalogue{language, language};
+    const QStringView script = language != u"zh"               ? QStringView()
+                               : isTraditionalChinese(subtags) ? QStringView(u"Hant")
+                                                               : QStringView(u"Hans");
+    for (const Language& candidate : supportedLanguages) {
+        const auto parts = candidate.catalogue.split(u'_');
+        if (parts.first() == language && (script.isEmpty() || parts.last() == script)) {
+            return TranslationCatalogue{
+                candidate.catalogue.toString(), candidate.locale.toString()};
+        }
     }
     return std::nullopt;
 }
@@ -86,7 +80,7 @@ QStringList userLanguages()
     for (const char* variable : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
         const QByteArray locale = qgetenv(variable);
         if (locale == "C" || locale == "POSIX") {
-            // Then a list in LANGUAGE, which the toolkit would follow, does not count.
+            // Qt would follow a list in LANGUAGE even then.
             return {QStringLiteral("C")};
         }
         if (!locale.isEmpty()) {

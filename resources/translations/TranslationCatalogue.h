@@ -14,20 +14,20 @@ struct TranslationCatalogue
 {
     /// As the program's own file is named: "de", "pt_BR", "zh_Hant".
     QString language;
-    /// As the toolkit's file is named: "de", "pt_BR", "zh_TW".
+    /// As Qt's own file is named: "de", "pt_BR", "zh_TW".
     QString qtLanguage;
 
-    /// The catalogue for a user who wants `languages`, best first, each as in "de-AT", "zh_Hant_HK"
-    /// or "fr". Absent when English serves that user best.
+    /// The catalogue for a user who prefers `languages`, best first, each as in "de-AT",
+    /// "zh_Hant_HK" or "fr". Absent when English serves that user best.
     [[nodiscard]] static std::optional<TranslationCatalogue>
     forLanguages(const QStringList& languages);
 };
 
-/// The languages that the user wants for what programs say, best first.
+/// The user's languages for the texts of programs, best first.
 [[nodiscard]] QStringList userLanguages();
 
-/// Lets the program and the toolkit speak to a user who wants `languages`, instead of those of an
-/// earlier call. The translators belong to `application`. Main thread.
+/// Has the program and Qt speak to a user who prefers `languages`, replacing those of an earlier
+/// call. `application` owns the translators. Main thread.
 void installTranslations(
     QCoreApplication& application, const QStringList& languages = userLanguages());
 

@@ -27,20 +27,20 @@ Accessible::Accessible(
     , path(std::move(objectPath))
 {}
 
-QVariant Accessible::ask(
-    const QString& interface, const QString& question, const QVariantList& arguments) const
+QVariant Accessible::call(
+    const QString& interface, const QString& method, const QVariantList& arguments) const
 {
-    auto message = QDBusMessage::createMethodCall(service, path, interface, question);
+    auto message = QDBusMessage::createMethodCall(service, path, interface, method);
     message.setArguments(arguments);
     constexpr std::chrono::milliseconds limit = defaultTimeout;
-    const auto answer = bus.call(message, QDBus::Block, static_cast<int>(limit.count()));
-    // What an error carries are its words.
-    return answer.type() == QDBusMessage::ReplyMessage ? answer.arguments().value(0) : QVariant();
+    const auto reply = bus.call(message, QDBus::Block, static_cast<int>(limit.count()));
+    // An error carries its message.
+    return reply.type() == QDBusMessage::ReplyMessage ? reply.arguments().value(0) : QVariant();
 }
 
 QVariant Accessible::property(const QString& interface, const QString& property) const
 {
-    return ask(propertiesInterface, QStringLiteral("Get"), {interface, property})
+    return call(propertiesInterface, QStringLiteral("Get"), {interface, property})
         .value<QDBusVariant>()
         .variant();
 }
@@ -52,29 +52,29 @@ std::string Accessible::name() const
 
 std::string Accessible::role() const
 {
-    return ask(accessibleInterface, QStringLiteral("GetRoleName")).toString().toStdString();
+    return call(accessibleInterface, QStringLiteral("GetRoleName")).toString().toStdString();
 }
 
 bool Accessible::is(State state) const
 {
-    const auto words =
-        qdbus_cast<QList<uint>>(ask(accessibleInterface, QStringLiteral("GetState")));
-    const uint word = words.value(0);
+    const auto stateWords =
+        qdbus_cast<QList<uint>>(call(accessibleInterface, QStringLiteral("GetState")));
+    const uint word = stateWords.value(0);
     return (word >> static_cast<uint>(state) & 1U) != 0;
 }
 
 QRect Accessible::area() const
 {
     constexpr uint onScreen = 0;
-    const auto answer = ask(componentInterface, QStringLiteral("GetExtents"), {onScreen});
-    if (answer.metaType() != QMetaType::fromType<QDBusArgument>()) {
+    const auto reply = call(componentInterface, QStringLiteral("GetExtents"), {onScreen});
+    if (reply.metaType() != QMetaType::fromType<QDBusArgument>()) {
         return {};
     }
     int x = 0;
     int y = 0;
     int width = 0;
     int height = 0;
-    const auto extents = answer.value<QDBusArgument>();
+    const auto extents = reply.value<QDBusArgument>();
     extents.beginStructure();
     extents >> x >> y >> width >> height;
     extents.endStructure();
@@ -83,12 +83,12 @@ QRect Accessible::area() const
 
 std::vector<Accessible> Accessible::children() const
 {
-    const auto answer = ask(accessibleInterface, QStringLiteral("GetChildren"));
-    if (answer.metaType() != QMetaType::fromType<QDBusArgument>()) {
+    const auto reply = call(accessibleInterface, QStringLiteral("GetChildren"));
+    if (reply.metaType() != QMetaType::fromType<QDBusArgument>()) {
         return {};
     }
     std::vector<Accessible> found;
-    const auto list = answer.value<QDBusArgument>();
+    const auto list = reply.value<QDBusArgument>();
     list.beginArray();
     while (!list.atEnd()) {
         QString childService;
@@ -106,9 +106,9 @@ void Accessible::perform(const std::string& action) const
 {
     const int count = property(actionInterface, QStringLiteral("NActions")).toInt();
     for (int index = 0; index < count; ++index) {
-        if (ask(actionInterface, QStringLiteral("GetName"), {index}).toString().toStdString() ==
+        if (call(actionInterface, QStringLiteral("GetName"), {index}).toString().toStdString() ==
             action) {
-            EXPECT_TRUE(ask(actionInterface, QStringLiteral("DoAction"), {index}).toBool());
+            EXPECT_TRUE(call(actionInterface, QStringLiteral("DoAction"), {index}).toBool());
             return;
         }
     }

@@ -11,12 +11,12 @@
 
 namespace orlimo {
 
-/// One element of what a program tells assistive technology, asked anew at every call. What has
-/// gone meanwhile answers with nothing: no name, no role, no state, no children.
+/// One element that a program exposes to assistive technology, queried anew at every call. One that
+/// no longer exists has no name, no role, no state and no children.
 class Accessible
 {
 public:
-    /// The states that tests ask for, by their bit.
+    /// The states that tests query, by their bit.
     enum class State {
         active = 1,
         checked = 4,
@@ -38,15 +38,12 @@ public:
     [[nodiscard]] QRect area() const;
     [[nodiscard]] std::vector<Accessible> children() const;
 
-    /// Asks it to do what it offers under `action`, such as "Press"; a test failure when it offers
-    /// nothing of that name.
+    /// Performs its action of that name, such as "Press"; a test failure when it has none.
     void perform(const std::string& action) const;
 
 private:
     [[nodiscard]] QVariant
-    ask(const QString& interface,
-        const QString& question,
-        const QVariantList& arguments = {}) const;
+    call(const QString& interface, const QString& method, const QVariantList& arguments = {}) const;
     [[nodiscard]] QVariant property(const QString& interface, const QString& property) const;
 
     QDBusConnection bus;

@@ -2,11 +2,10 @@
 
 #include "app/guidance/GuidanceWindow.h"
 #include "app/guidance/HelperView.h"
+#include "capture/Preferences.h"
 #include "tests/app/ViewTestBase.h"
-#include "tests/capture/PreferenceSandbox.h"
 #include "tests/support/Await.h"
 #include "tests/support/FatalStopExpectation.h"
-#include "tests/support/TemporaryFolder.h"
 #include "tests/support/process/OutputCapture.h"
 
 #include <QApplication>
@@ -16,7 +15,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <filesystem>
 #include <optional>
 #include <vector>
 
@@ -49,7 +47,7 @@ protected:
         };
     }
 
-    /// The windows of the application that are to be seen.
+    /// The visible windows of the application.
     static QList<QWidget*> shownWindows()
     {
         QList<QWidget*> shown;
@@ -66,7 +64,7 @@ protected:
     /// How many preferences were stored when launch at login was switched on.
     std::size_t writesBefore = 0;
     std::optional<QRect> screen = QRect(0, 0, 1920, 1080);
-    /// How much lower Qt counts what the system places.
+    /// How much lower Qt counts than the system.
     double systemOffset = 0;
     AppDelegate delegate{delegateServices()};
 };
@@ -83,52 +81,38 @@ TEST_F(AppDelegateTest, StartsEmpty)
 
 // Before launching has finished
 
-TEST_F(AppDelegateTest, StoresThePreferencesBeforeItSwitchesLaunchAtLoginOn)
-{
-    delegate.applicationWillFinishLaunching();
-    EXPECT_TRUE(preferences.boolForKey("capturingEnabled"));
-    EXPECT_TRUE(preferences.boolForKey("fourDigitInclude"));
-    EXPECT_TRUE(preferences.boolForKey("loginItemEnabled"));
-    EXPECT_THAT(loginItem, ElementsAre("enable"));
-    EXPECT_EQ(writesBefore, 3U);
-    EXPECT_EQ(probes, 0);
-}
-
-TEST_F(AppDelegateTest, SwitchesLaunchAtLoginOnWhateverThePreferenceSays)
-{
-    preferences.setBool(false, "loginItemEnabled");
-    delegate.applicationWillFinishLaunching();
-    EXPECT_FALSE(preferences.boolForKey("loginItemEnabled"));
-    EXPECT_TRUE(preferences.boolForKey("capturingEnabled"));
-    EXPECT_THAT(loginItem, ElementsAre("enable"));
-}
-
-TEST_F(AppDelegateTest, SwitchesLaunchAtLoginOnAtEveryStart)
-{
-    for (const char* key : {"capturingEnabled", "fourDigitInclude", "loginItemEnabled"}) {
-        preferences.setBool(false, key);
-    }
-    for (int start = 1; start <= 3; ++start) {
-        AppDelegate next{delegateServices()};
-        next.applicationWillFinishLaunching();
-        EXPECT_EQ(loginItem.size(), static_cast<std::size_t>(start));
-    }
-    EXPECT_FALSE(preferences.boolForKey("capturingEnabled"));
-    EXPECT_FALSE(preferences.boolForKey("fourDigitInclude"));
-    EXPECT_FALSE(preferences.boolForKey("loginItemEnabled"));
-}
-
-TEST_F(AppDelegateTest, LogsNothingWhileLaunching)
+TEST_F(AppDelegateTest, StoresPreferencesBeforeItSwitchesLaunchAtLoginOn)
 {
     const OutputCapture output;
     delegate.applicationWillFinishLaunching();
-    delegate.applicationDidFinishLaunching();
+    for (const auto& [key, defaultValue] : preference::all) {
+        EXPECT_TRUE(preferences.boolForKey(key));
+    }
+    EXPECT_THAT(loginItem, ElementsAre("enable"));
+    EXPECT_EQ(writesBefore, preference::all.size());
+    EXPECT_EQ(probes, 0);
     EXPECT_EQ(output.text(), "");
+}
+
+TEST_F(AppDelegateTest, SwitchesLaunchAtLoginOnAtEveryStartWhateverIsStored)
+{
+    for (const auto& [key, defaultValue] : preference::all) {
+        preferences.setBool(false, key);
+    }
+    for (std::size_t start = 1; start <= 3; ++start) {
+        AppDelegate next{delegateServices()};
+        next.applicationWillFinishLaunching();
+        EXPECT_EQ(loginItem.size(), start);
+        EXPECT_EQ(loginItem.back(), "enable");
+    }
+    for (const auto& [key, defaultValue] : preference::all) {
+        EXPECT_FALSE(preferences.boolForKey(key));
+    }
 }
 
 // The guidance window
 
-TEST_F(AppDelegateTest, ShowsNoWindowToAProgramWithAccess)
+TEST_F(AppDelegateTest, ShowsNoWindowWithAccess)
 {
     delegate.applicationDidFinishLaunching();
     EXPECT_EQ(probes, 1);
@@ -136,7 +120,7 @@ TEST_F(AppDelegateTest, ShowsNoWindowToAProgramWithAccess)
     EXPECT_THAT(shownWindows(), IsEmpty());
 }
 
-TEST_F(AppDelegateTest, ShowsTheGuidanceWindowToAProgramWithoutAccess)
+TEST_F(AppDelegateTest, ShowsGuidanceWindowWithoutAccess)
 {
     hasAccess = false;
     const OutputCapture output;
@@ -149,34 +133,28 @@ TEST_F(AppDelegateTest, ShowsTheGuidanceWindowToAProgramWithoutAccess)
     EXPECT_EQ(output.text(), "");
 }
 
-TEST_F(AppDelegateTest, BringsTheGuidanceWindowToTheFront)
-{
-    delegate.showHelperWindow();
-    EXPECT_TRUE(await([this] { return delegate.secondaryWindow->isActiveWindow(); }));
-}
-
-TEST_F(AppDelegateTest, CentresTheGuidanceWindowOnTheScreensSize)
+TEST_F(AppDelegateTest, CentersGuidanceWindowOnScreenSizeInFront)
 {
     for (const auto& [frame, origin] :
          {std::pair(QRect(0, 0, 1920, 1080), QPoint(710, 290)),
           std::pair(QRect(1920, -200, 1920, 1080), QPoint(710, 290)),
-          std::pair(QRect(-1280, 0, 1280, 1024), QPoint(390, 262)),
           std::pair(QRect(0, 0, 1367, 769), QPoint(434, 135))})
     {
         screen = frame;
         delegate.showHelperWindow();
         EXPECT_EQ(delegate.secondaryWindow->geometry(), QRect(origin, QSize(500, 500)));
+        EXPECT_TRUE(await([this] { return delegate.secondaryWindow->isActiveWindow(); }));
     }
 }
 
-TEST_F(AppDelegateTest, PlacesTheGuidanceWindowInTheSystemsCoordinates)
+TEST_F(AppDelegateTest, PlacesGuidanceWindowInSystemCoordinates)
 {
     systemOffset = -180;
     delegate.showHelperWindow();
     EXPECT_EQ(delegate.secondaryWindow->geometry(), QRect(710, 110, 500, 500));
 }
 
-TEST(GuidanceWindowPlacement, IsTheMiddleOfTheScreensSizeWhateverThatIs)
+TEST(GuidanceWindowPlacement, IsMiddleOfAnyScreenSize)
 {
     const QSizeF size(500, 500);
     EXPECT_EQ(GuidanceWindow::contentAreaOn({0, 0, 500, 500}), QRectF({0, 0}, size));
@@ -186,7 +164,7 @@ TEST(GuidanceWindowPlacement, IsTheMiddleOfTheScreensSizeWhateverThatIs)
     EXPECT_EQ(GuidanceWindow::contentAreaOn({0, 0, 399, 299}), QRectF({-50.5, -100.5}, size));
 }
 
-TEST_F(AppDelegateTest, GivesTheGuidanceWindowATitleBarAndACloseButtonOnly)
+TEST_F(AppDelegateTest, GivesGuidanceWindowTitleBarAndCloseButtonOnly)
 {
     delegate.showHelperWindow();
     const QWidget& window = *delegate.secondaryWindow;
@@ -204,7 +182,7 @@ TEST_F(AppDelegateTest, GivesTheGuidanceWindowATitleBarAndACloseButtonOnly)
     EXPECT_FALSE(window.isModal());
 }
 
-TEST_F(AppDelegateTest, ShowsNoGuidanceWindowWithoutAScreen)
+TEST_F(AppDelegateTest, ShowsNoGuidanceWindowWithoutScreen)
 {
     hasAccess = false;
     screen.reset();
@@ -214,26 +192,6 @@ TEST_F(AppDelegateTest, ShowsNoGuidanceWindowWithoutAScreen)
     EXPECT_THAT(shownWindows(), IsEmpty());
     EXPECT_TRUE(QApplication::topLevelWidgets().isEmpty());
     EXPECT_EQ(output.text(), "");
-}
-
-TEST_F(AppDelegateTest, KeepsTheGuidanceWindowThatTheUserClosed)
-{
-    delegate.showHelperWindow();
-    const QPointer<QWidget> window = delegate.secondaryWindow.get();
-    window->close();
-    runEventLoop(std::chrono::milliseconds(20));
-    ASSERT_FALSE(window.isNull());
-    EXPECT_FALSE(window->isVisible());
-}
-
-TEST_F(AppDelegateTest, ReplacesTheGuidanceWindowThatItHolds)
-{
-    delegate.showHelperWindow();
-    const QPointer<QWidget> first = delegate.secondaryWindow.get();
-    delegate.showHelperWindow();
-    EXPECT_TRUE(first.isNull());
-    ASSERT_NE(delegate.secondaryWindow, nullptr);
-    EXPECT_TRUE(delegate.secondaryWindow->isVisible());
 }
 
 /// Notes which window a delegate holds each time a guidance window is shown or raised.
@@ -265,7 +223,7 @@ private:
     const AppDelegate& delegate;
 };
 
-TEST_F(AppDelegateTest, HoldsTheGuidanceWindowFromShowingToRaisingIt)
+TEST_F(AppDelegateTest, HoldsGuidanceWindowFromShowingToRaising)
 {
     const HeldWindows held(delegate);
     delegate.showHelperWindow();
@@ -276,7 +234,20 @@ TEST_F(AppDelegateTest, HoldsTheGuidanceWindowFromShowingToRaisingIt)
     EXPECT_THAT(held.whenRaised, ElementsAre(first, second));
 }
 
-TEST_F(AppDelegateTest, TakesItsWindowAndItsControllerAlong)
+TEST_F(AppDelegateTest, ReplacesHeldGuidanceWindowAndKeepsClosedOne)
+{
+    delegate.showHelperWindow();
+    const QPointer<QWidget> first = delegate.secondaryWindow.get();
+    delegate.showHelperWindow();
+    EXPECT_TRUE(first.isNull());
+    const QPointer<QWidget> second = delegate.secondaryWindow.get();
+    second->close();
+    runEventLoop(std::chrono::milliseconds(20));
+    ASSERT_FALSE(second.isNull());
+    EXPECT_FALSE(second->isVisible());
+}
+
+TEST_F(AppDelegateTest, ReleasesWindowAndController)
 {
     QPointer<QWidget> window;
     std::weak_ptr<Message> controller;
@@ -293,7 +264,7 @@ TEST_F(AppDelegateTest, TakesItsWindowAndItsControllerAlong)
 
 // Activation
 
-TEST_F(AppDelegateTest, HasTheMessagesReadAgainOnceAtEachActivation)
+TEST_F(AppDelegateTest, RereadsMessagesOnceAtEachActivation)
 {
     store.appendText("Your code is 482913.");
     delegate.message = watching();
@@ -307,7 +278,7 @@ TEST_F(AppDelegateTest, HasTheMessagesReadAgainOnceAtEachActivation)
     EXPECT_EQ(probes, 0);
 }
 
-TEST_F(AppDelegateTest, ActivatedBeforeTheStoreIsReadySaysSo)
+TEST_F(AppDelegateTest, LogsActivationBeforeStoreIsReady)
 {
     delegate.message = Message::create(services());
     const OutputCapture output;
@@ -316,7 +287,7 @@ TEST_F(AppDelegateTest, ActivatedBeforeTheStoreIsReadySaysSo)
     EXPECT_EQ(delegate.message->verificationCode(), "");
 }
 
-TEST_F(AppDelegateTest, ActivatedWithoutAControllerStops)
+TEST_F(AppDelegateTest, StopsWhenActivatedWithoutController)
 {
     expectFatalStop(
         [this] { delegate.applicationWillBecomeActive(); },

@@ -1,5 +1,6 @@
 #include "tests/app/Appearance.h"
 
+#include "resources/translations/Languages.h"
 #include "resources/translations/TranslationCatalogue.h"
 
 #include <QApplication>
@@ -33,9 +34,11 @@ FontChange::~FontChange()
 std::vector<Appearance> allAppearances()
 {
     std::vector<Appearance> appearances;
-    for (const char* language :
-         {"en", "de", "fr", "es", "it", "pt_BR", "ja", "ko", "zh_Hans", "zh_Hant"})
-    {
+    std::vector<std::string> spoken{"en"};
+    for (const Language& language : supportedLanguages) {
+        spoken.push_back(language.catalogue.toString().toStdString());
+    }
+    for (const std::string& language : spoken) {
         for (const char* family : {"DejaVu Sans", "Inter", "Noto Sans CJK JP"}) {
             appearances.push_back({language, family});
         }

@@ -24,7 +24,7 @@ CommandLine parse(std::vector<const char*> arguments)
     return CommandLine::parse(count, arguments.data());
 }
 
-/// The text of the refusal with which the arguments are met; a test failure when they are not.
+/// The text with which the arguments are refused; a test failure when they are not.
 std::string refusalOf(const std::vector<const char*>& arguments)
 {
     const CommandLine commandLine = parse(arguments);
@@ -32,65 +32,51 @@ std::string refusalOf(const std::vector<const char*>& arguments)
     return commandLine.text;
 }
 
-TEST(CommandLine, RunsWithoutArguments)
+TEST(CommandLine, SelectsHowToRun)
 {
-    const CommandLine commandLine = parse({});
-    EXPECT_EQ(commandLine.request, Request::run);
-    EXPECT_EQ(commandLine.text, "");
-}
-
-TEST(CommandLine, RunsWithoutEvenAName)
-{
-    const char* const nothing = nullptr;
-    EXPECT_EQ(CommandLine::parse(0, &nothing).request, Request::run);
-}
-
-TEST(CommandLine, KnowsAStartAtLogin)
-{
-    const CommandLine commandLine = parse({"--launched-at-login"});
-    EXPECT_EQ(commandLine.request, Request::runLaunchedAtLogin);
-    EXPECT_EQ(commandLine.text, "");
-    EXPECT_EQ(
-        parse({"--launched-at-login", "--launched-at-login"}).request, Request::runLaunchedAtLogin);
-}
-
-TEST(CommandLine, RunsSideBySideOnlyWhenAskedTo)
-{
-    EXPECT_FALSE(parse({}).sideBySide);
-    EXPECT_FALSE(parse({"--launched-at-login"}).sideBySide);
-    EXPECT_FALSE(parse({"-qwindowtitle", "--side-by-side"}).sideBySide);
-    for (const auto& arguments : std::vector<std::vector<const char*>>{
-             {"--side-by-side"},
-             {"--side-by-side", "--side-by-side"},
-             {"-platform", "offscreen", "--side-by-side"},
-             {"--side-by-side", "-platform", "offscreen"}})
+    struct Case
     {
-        const CommandLine commandLine = parse(arguments);
-        EXPECT_TRUE(commandLine.sideBySide);
-        EXPECT_EQ(commandLine.request, Request::run);
+        std::vector<const char*> arguments;
+        Request request = Request::run;
+        bool sideBySide = false;
+    };
+    for (const Case& expected : std::vector<Case>{
+             {{}},
+             {{"--launched-at-login"}, Request::runLaunchedAtLogin},
+             {{"--launched-at-login", "--launched-at-login"}, Request::runLaunchedAtLogin},
+             {{"--side-by-side"}, Request::run, true},
+             {{"--side-by-side", "--side-by-side"}, Request::run, true},
+             {{"-platform", "offscreen", "--side-by-side"}, Request::run, true},
+             {{"--side-by-side", "-platform", "offscreen"}, Request::run, true},
+             {{"--side-by-side", "--launched-at-login"}, Request::runLaunchedAtLogin, true},
+             // The value of an option of Qt's is nothing else.
+             {{"-qwindowtitle", "--side-by-side"}},
+             {{"-qwindowtitle", "--help"}},
+             {{"-qwindowtitle", "--launched-at-login"}}})
+    {
+        const CommandLine commandLine = parse(expected.arguments);
+        SCOPED_TRACE(testing::PrintToString(expected.arguments));
+        EXPECT_EQ(commandLine.request, expected.request);
+        EXPECT_EQ(commandLine.sideBySide, expected.sideBySide);
         EXPECT_EQ(commandLine.text, "");
     }
-    const CommandLine atLogin = parse({"--side-by-side", "--launched-at-login"});
-    EXPECT_TRUE(atLogin.sideBySide);
-    EXPECT_EQ(atLogin.request, Request::runLaunchedAtLogin);
+    const char* const nothing = nullptr;
+    EXPECT_EQ(CommandLine::parse(0, &nothing).request, Request::run) << "without even a name";
 }
 
-TEST(CommandLine, PrintsHelp)
+TEST(CommandLine, PrintsHelpAndVersion)
 {
     for (const char* option : {"--help", "-h"}) {
         const CommandLine commandLine = parse({option});
         EXPECT_EQ(commandLine.request, Request::print);
         EXPECT_THAT(commandLine.text, StartsWith("Usage: orlimo "));
-        EXPECT_THAT(commandLine.text, HasSubstr("-h, --help "));
-        EXPECT_THAT(commandLine.text, HasSubstr("-v, --version "));
-        EXPECT_THAT(commandLine.text, HasSubstr("--launched-at-login "));
-        EXPECT_THAT(commandLine.text, HasSubstr("--side-by-side "));
+        for (const char* listed :
+             {"-h, --help ", "-v, --version ", "--launched-at-login ", "--side-by-side "})
+        {
+            EXPECT_THAT(commandLine.text, HasSubstr(listed));
+        }
         EXPECT_THAT(commandLine.text, EndsWith("\n"));
     }
-}
-
-TEST(CommandLine, PrintsItsVersion)
-{
     for (const char* option : {"--version", "-v"}) {
         const CommandLine commandLine = parse({option});
         EXPECT_EQ(commandLine.request, Request::print);
@@ -108,106 +94,100 @@ TEST(CommandLine, RefusesWhatItDoesNotKnow)
           "--",
           "---help",
           "-help",
-          "-version",
           "-V",
           "-hv",
           "--hel",
           "--help=all",
           "--Help",
           "help",
-          "-launched-at-login",
-          "--launched-at-login=yes",
           "-side-by-side",
-          "--side-by-side=yes",
-          "-dialogs=none",
-          "-fontengine=freetype",
+          "--launched-at-login=yes",
           "-style-",
-          "---style=fusion",
+          "---style=x",
           "style=fusion",
-          "platform",
           "-platform=offscreen",
-          "-display=:0",
+          "platform",
+          "-dialogs=none",
           "-reverse=yes",
           "-qmljsdebugger",
           "caf\xC3\xA9",
-          "\xFF"})
+          "\xFF",
+          "-fontengine=x",
+          "-launched-at-login"})
     {
         const std::string text = refusalOf({argument});
         EXPECT_THAT(text, HasSubstr('"' + std::string(argument) + '"'));
         EXPECT_THAT(text, EndsWith("see orlimo --help\n"));
     }
+    for (const auto& arguments : std::vector<std::vector<const char*>>{
+             {"--launched-at-login", "x"},
+             {"x", "--launched-at-login"},
+             {"-platform", "offscreen", "x"},
+             {"-reverse", "x"},
+             {"-style=fusion", "x"},
+             {"x", "second"}})
+    {
+        EXPECT_THAT(refusalOf(arguments), HasSubstr("\"x\""));
+    }
 }
 
-TEST(CommandLine, RefusesTheUnknownWhereverItStands)
-{
-    EXPECT_THAT(refusalOf({"--launched-at-login", "x"}), HasSubstr("\"x\""));
-    EXPECT_THAT(refusalOf({"x", "--launched-at-login"}), HasSubstr("\"x\""));
-    EXPECT_THAT(refusalOf({"-platform", "offscreen", "x"}), HasSubstr("\"x\""));
-    EXPECT_THAT(refusalOf({"-reverse", "x"}), HasSubstr("\"x\""));
-    EXPECT_THAT(refusalOf({"-style=fusion", "x"}), HasSubstr("\"x\""));
-    EXPECT_THAT(refusalOf({"first", "second"}), HasSubstr("\"first\""));
-}
-
-TEST(CommandLine, TheFirstArgumentThatSettlesTheMatterWins)
+TEST(CommandLine, FollowsFirstArgumentThatEndsIt)
 {
     EXPECT_EQ(parse({"--help", "--bogus"}).text, parse({"--help"}).text);
     EXPECT_EQ(parse({"--version", "--help"}).text, parse({"--version"}).text);
     EXPECT_EQ(parse({"--launched-at-login", "-v"}).text, parse({"--version"}).text);
+    EXPECT_EQ(parse({"-qwindowtitle", "-platform", "-h"}).request, Request::print);
     EXPECT_EQ(parse({"--bogus", "--help"}).request, Request::refuse);
 }
 
-TEST(CommandLine, PassesOverTheOptionsOfTheToolkit)
+/// An option of Qt's, with one dash, and whether its value is the next argument.
+struct QtOption
 {
-    for (const char* option :
-         {"-display",
-          "-geometry",
-          "-platform",
-          "-platformpluginpath",
-          "-platformtheme",
-          "-plugin",
-          "-qwindowgeometry",
-          "-qwindowicon",
-          "-qwindowtitle",
-          "-session",
-          "-style",
-          "-stylesheet"})
-    {
-        const std::string withTwoDashes = "-" + std::string(option);
-        for (const char* name : {option, withTwoDashes.c_str()}) {
-            EXPECT_EQ(parse({name, "value"}).request, Request::run) << name;
+    std::string name;
+    bool takesNextArgument;
+};
+
+class QtOptions : public testing::TestWithParam<QtOption>
+{};
+
+TEST_P(QtOptions, ArePassedOver)
+{
+    const auto& [option, takesNextArgument] = GetParam();
+    for (const std::string& name : {option, "-" + option}) {
+        std::vector<const char*> arguments{name.c_str()};
+        if (takesNextArgument) {
             EXPECT_EQ(
-                parse({name, "value", "--launched-at-login"}).request, Request::runLaunchedAtLogin)
-                << name;
-            EXPECT_EQ(
-                refusalOf({name}),
-                "orlimo: a value is missing after \"" + std::string(name) +
-                    "\"; see orlimo --help\n");
+                refusalOf(arguments),
+                "orlimo: a value is missing after \"" + name + "\"; see orlimo --help\n");
+            arguments.push_back("value");
         }
-    }
-    for (const char* option :
-         {"-reverse",
-          "--reverse",
-          "-widgetcount",
-          "--widgetcount",
-          "-style=fusion",
-          "--style=fusion",
-          "-stylesheet=look.qss",
-          "--stylesheet=look.qss",
-          "-qmljsdebugger=port:1234",
-          "--qmljsdebugger=port:1234"})
-    {
-        EXPECT_EQ(parse({option}).request, Request::run) << option;
-        EXPECT_EQ(parse({option, "--launched-at-login"}).request, Request::runLaunchedAtLogin)
-            << option;
+        EXPECT_EQ(parse(arguments).request, Request::run) << name;
+        arguments.push_back("--launched-at-login");
+        EXPECT_EQ(parse(arguments).request, Request::runLaunchedAtLogin) << name;
     }
 }
 
-TEST(CommandLine, TakesTheValueOfAToolkitOptionForNothingElse)
-{
-    EXPECT_EQ(parse({"-qwindowtitle", "--help"}).request, Request::run);
-    EXPECT_EQ(parse({"-qwindowtitle", "--launched-at-login"}).request, Request::run);
-    EXPECT_EQ(parse({"-qwindowtitle", "-platform", "-h"}).request, Request::print);
-}
+INSTANTIATE_TEST_SUITE_P(
+    All,
+    QtOptions,
+    testing::Values(
+        QtOption{"-display", true},
+        QtOption{"-geometry", true},
+        QtOption{"-platform", true},
+        QtOption{"-platformpluginpath", true},
+        QtOption{"-platformtheme", true},
+        QtOption{"-plugin", true},
+        QtOption{"-qwindowgeometry", true},
+        QtOption{"-qwindowicon", true},
+        QtOption{"-qwindowtitle", true},
+        QtOption{"-session", true},
+        QtOption{"-style", true},
+        QtOption{"-stylesheet", true},
+        QtOption{"-reverse", false},
+        QtOption{"-widgetcount", false},
+        QtOption{"-style=fusion", false},
+        QtOption{"-stylesheet=look.qss", false},
+        QtOption{"-qmljsdebugger=port:1234", false}));
 
 } // namespace
 } // namespace orlimo

@@ -24,7 +24,7 @@ std::string eventNow()
     return event->propertyData == fourCharacterCode("lgit") ? "oapp lgit" : "oapp";
 }
 
-/// Notes each turn with the launch event of its moment.
+/// Records each lifecycle event with the launch event at that moment.
 class LaunchEventRecorder final : public ApplicationDelegate
 {
 public:
@@ -35,54 +35,38 @@ public:
     std::vector<std::string> notes;
 };
 
-class LaunchLifecycleTest : public testing::Test
+TEST(LaunchLifecycle, KeepsLaunchEventUntilLaunchingHasFinished)
 {
-protected:
+    for (const bool atLogin : {false, true}) {
+        const std::string event = atLogin ? "oapp lgit" : "oapp";
+        LaunchEventRecorder delegate;
+        LaunchLifecycle lifecycle(
+            delegate, atLogin, [&] { delegate.notes.push_back("launched: " + eventNow()); });
+        EXPECT_EQ(eventNow(), event);
+        lifecycle.applicationWillFinishLaunching();
+        lifecycle.applicationWillBecomeActive();
+        lifecycle.applicationDidFinishLaunching();
+        lifecycle.applicationWillBecomeActive();
+        EXPECT_THAT(
+            delegate.notes,
+            ElementsAre(
+                "will: " + event,
+                "active: " + event,
+                "did: " + event,
+                "launched: none",
+                "active: none"));
+    }
+}
+
+TEST(LaunchLifecycle, EndsLaunchEventWhenDestroyed)
+{
     LaunchEventRecorder delegate;
-};
-
-TEST_F(LaunchLifecycleTest, KeepTheLaunchEventUntilLaunchingHasFinished)
-{
-    LaunchLifecycle lifecycle(delegate, false);
-    EXPECT_EQ(eventNow(), "oapp");
-    lifecycle.applicationWillFinishLaunching();
-    lifecycle.applicationDidFinishLaunching();
-    EXPECT_EQ(eventNow(), "none");
-    lifecycle.applicationWillBecomeActive();
-    EXPECT_THAT(delegate.notes, ElementsAre("will: oapp", "did: oapp", "active: none"));
-}
-
-TEST_F(LaunchLifecycleTest, HaveTheWorkDoneThatWaitsForTheLaunch)
-{
-    LaunchLifecycle lifecycle(
-        delegate, false, [this] { delegate.notes.push_back("work: " + eventNow()); });
-    lifecycle.applicationWillFinishLaunching();
-    lifecycle.applicationDidFinishLaunching();
-    lifecycle.applicationWillBecomeActive();
-    EXPECT_THAT(
-        delegate.notes, ElementsAre("will: oapp", "did: oapp", "work: none", "active: none"));
-}
-
-TEST_F(LaunchLifecycleTest, SayThatALoginStartedTheProgram)
-{
-    LaunchLifecycle lifecycle(delegate, true);
-    lifecycle.applicationWillFinishLaunching();
-    lifecycle.applicationDidFinishLaunching();
-    EXPECT_THAT(delegate.notes, ElementsAre("will: oapp lgit", "did: oapp lgit"));
-    EXPECT_EQ(eventNow(), "none");
-}
-
-TEST_F(LaunchLifecycleTest, HandEachActivationOn)
-{
-    LaunchLifecycle lifecycle(delegate, false);
-    lifecycle.applicationWillBecomeActive();
-    lifecycle.applicationWillBecomeActive();
-    EXPECT_THAT(delegate.notes, ElementsAre("active: oapp", "active: oapp"));
-}
-
-TEST_F(LaunchLifecycleTest, EndTheLaunchEventWithThemselves)
-{
-    EXPECT_EQ(eventNow(), "none");
+    {
+        LaunchLifecycle lifecycle(delegate, true);
+        EXPECT_EQ(eventNow(), "oapp lgit");
+        // Without a callback.
+        lifecycle.applicationDidFinishLaunching();
+    }
     {
         const LaunchLifecycle lifecycle(delegate, true);
         EXPECT_EQ(eventNow(), "oapp lgit");

@@ -1,8 +1,9 @@
 #include "app/MenuBarIcon.h"
 
+#include "app/ImageRenderer.h"
 #include "controls/ImageView.h"
 #include "controls/painting/Colors.h"
-#include "resources/ImageAsset.h"
+#include "resources/Artwork.h"
 #include "tests/support/widgets/LayoutExpectation.h"
 #include "tests/support/widgets/Palettes.h"
 #include "tests/support/widgets/Picture.h"
@@ -13,14 +14,14 @@
 namespace orlimo {
 namespace {
 
-TEST(MenuBarIcon, IsOneImageInAFrameOf16By16)
+TEST(MenuBarIcon, IsOneImageInFrameOf16By16)
 {
     MenuBarIcon icon;
     layOut(icon);
-    EXPECT_EQ(icon.size(), QSize(16, 16));
-    EXPECT_EQ(icon.sizeHint(), QSize(16, 16));
-    EXPECT_EQ(icon.minimumSize(), QSize(16, 16));
-    EXPECT_EQ(icon.maximumSize(), QSize(16, 16));
+    for (const QSize& size : {icon.size(), icon.sizeHint(), icon.minimumSize(), icon.maximumSize()})
+    {
+        EXPECT_EQ(size, QSize(16, 16));
+    }
     const auto children = icon.findChildren<QWidget*>();
     ASSERT_EQ(children.size(), 1);
     const auto* image = qobject_cast<ImageView*>(children.first());
@@ -29,38 +30,36 @@ TEST(MenuBarIcon, IsOneImageInAFrameOf16By16)
     EXPECT_EQ(areaIn(icon, *image), QRect(0, 0, 16, 16));
 }
 
-TEST(MenuBarIcon, FollowsTheSchemesTextColor)
+TEST(MenuBarIcon, IsTemplateInTextColorOfScheme)
 {
-    const PaletteChange light(lightPalette());
     MenuBarIcon icon;
     for (const QPalette& scheme : {lightPalette(), darkPalette()}) {
         const PaletteChange change(scheme);
         const Picture painted = Picture::of(icon);
-        const Picture asset(templateImageNamed(
-                                QStringLiteral("StatusBarIcon"),
-                                QSize(16, 16),
-                                painted.pixelsPerPoint(),
-                                textColor(scheme))
+        const Picture asset(Artwork(u"images", u"StatusBarIcon")
+                                .drawn(QSize(16, 16), painted.pixelsPerPoint(), textColor(scheme))
                                 .toImage());
         EXPECT_EQ(painted.differenceFrom(asset), QRectF());
         EXPECT_FALSE(painted.ink().isEmpty());
     }
+    EXPECT_TRUE(MenuBarIcon::icon().isMask());
+    const Picture shape(MenuBarIcon::icon().pixmap(QSize(16, 16), 1.0).toImage());
+    const Picture asset(Artwork(u"images", u"StatusBarIcon").drawn(QSize(16, 16), 1).toImage());
+    EXPECT_EQ(shape.differenceFrom(asset), QRectF());
 }
 
-TEST(MenuBarIcon, IsATemplateOfTheSameShapeForAHostThatDrawsItItself)
+TEST(ImageRenderer, DrawsIconOf16By16Points)
 {
-    MenuBarIcon icon;
-    const Picture own = Picture::of(icon);
-    const QIcon hosts = MenuBarIcon::icon();
-    EXPECT_TRUE(hosts.isMask());
-    const Picture shape(hosts.pixmap(QSize(16, 16), own.pixelsPerPoint()).toImage());
-    ASSERT_EQ(shape.size(), own.size());
-    const double pixel = 1 / own.pixelsPerPoint();
-    for (double y = pixel / 2; y < 16; y += pixel) {
-        for (double x = pixel / 2; x < 16; x += pixel) {
-            ASSERT_NEAR(shape.at({x, y}).alpha(), own.at({x, y}).alpha(), 1) << x << ", " << y;
-        }
+    const ImageRenderer<MenuBarIcon> renderer(std::make_unique<MenuBarIcon>());
+    for (const double scale : {1.0, 2.0, 3.0}) {
+        const QPixmap image = renderer.image(scale);
+        EXPECT_EQ(image.deviceIndependentSize(), QSizeF(16, 16));
+        EXPECT_EQ(image.width(), 16 * scale);
+        const Picture picture(image.toImage());
+        EXPECT_FALSE(picture.ink().isEmpty());
+        EXPECT_EQ(picture.at(QPointF(0.1, 0.1)).alpha(), 0);
     }
+    EXPECT_EQ(renderer.view().sizeHint(), QSize(16, 16));
 }
 
 } // namespace

@@ -7,8 +7,7 @@
 
 namespace orlimo {
 
-/// Stores preferences in the place of those that the session's program has, where its host keeps
-/// them, as another program of the user's would.
+/// Replaces the stored preferences of the session's program, as another program would.
 void storePreferences(const ProgramSession& session, const std::map<std::string, bool>& values);
 
 } // namespace orlimo

@@ -34,15 +34,15 @@ template <class View> View& named(const QWidget& ancestor, const char* name)
 }
 
 /// A message store of the test's own, and views that work on preferences, a pasteboard, a login
-/// item and an application which note what is done to them.
+/// item and an application which record their calls.
 class ViewTestBase : public MessageTestBase
 {
 protected:
     [[nodiscard]] PanelServices panelServices();
     [[nodiscard]] MenuServices menuServices();
 
-    /// The menu-bar window's content, shown as it is when the newest message holds `code`. What is
-    /// logged on the way is swallowed.
+    /// The menu-bar window's content, shown while the newest message holds `code`; without its log
+    /// lines.
     [[nodiscard]] std::unique_ptr<QWidget> shownMenu(const std::string& code = "482913");
 
     MemoryUserDefaults preferences;
@@ -50,7 +50,7 @@ protected:
     /// Each change of the login item so far: "enable" or "disable".
     std::vector<std::string> loginItem;
     RecordingApplication application;
-    /// What the host was asked to open.
+    /// Each address that was opened.
     QList<QUrl> opened;
 };
 

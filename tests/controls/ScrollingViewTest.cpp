@@ -66,7 +66,7 @@ protected:
     ScrollingView scrolling{std::unique_ptr<QWidget>(view)};
 };
 
-TEST_F(ScrollingViewTest, ShowsTheViewAloneWhereThereIsRoom)
+TEST_F(ScrollingViewTest, ShowsViewAloneWhereItFits)
 {
     EXPECT_EQ(scrolling.size(), QSize(300, 540));
     EXPECT_EQ(scrolling.sizeHint(), QSize(300, 540));
@@ -79,7 +79,7 @@ TEST_F(ScrollingViewTest, ShowsTheViewAloneWhereThereIsRoom)
     EXPECT_EQ(area(view->first).top(), 20);
 }
 
-TEST_F(ScrollingViewTest, ScrollsTheViewWhereThereIsNot)
+TEST_F(ScrollingViewTest, ScrollsViewWhereItDoesNotFit)
 {
     showIn(400);
     EXPECT_EQ(view->size(), QSize(300, 540));
@@ -100,7 +100,7 @@ TEST_F(ScrollingViewTest, ScrollsByItsBar)
     EXPECT_EQ(area(view->last).bottom(), 400 - 21);
 }
 
-TEST_F(ScrollingViewTest, ShowsWhatGetsTheFocusWithItsRing)
+TEST_F(ScrollingViewTest, ShowsFocusedControlWithItsRing)
 {
     showIn(400);
     view->first.setFocus();
@@ -123,7 +123,7 @@ TEST_F(ScrollingViewTest, ShowsWhatGetsTheFocusWithItsRing)
     }
 }
 
-TEST_F(ScrollingViewTest, BeginsAtItsTopEachTime)
+TEST_F(ScrollingViewTest, BeginsAtTopAtEachShowing)
 {
     showIn(400);
     scrollWheel(20);
@@ -133,7 +133,7 @@ TEST_F(ScrollingViewTest, BeginsAtItsTopEachTime)
     EXPECT_EQ(scrolling.scrollBar().value(), 0);
 }
 
-TEST_F(ScrollingViewTest, IsWholeAgainWhereThereIsRoomAgain)
+TEST_F(ScrollingViewTest, IsWholeAgainWhereItFitsAgain)
 {
     showIn(400);
     scrollWheel(20);

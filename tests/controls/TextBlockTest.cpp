@@ -35,7 +35,7 @@ QRectF inkOf(const TextBlock& block)
         .translated(-margin, -margin);
 }
 
-TEST(LineHeight, IsAFifthMoreThanTheFont)
+TEST(LineHeight, IsFifthMoreThanFontSize)
 {
     EXPECT_EQ(metrics::lineHeight(11), 13);
     EXPECT_EQ(metrics::lineHeight(13), 16);
@@ -52,23 +52,19 @@ TEST(TextBlock, OfOneLineIsAsWideAsItsText)
     EXPECT_EQ(block.lineCount(), 1);
     EXPECT_EQ(block.size().height(), 16);
     EXPECT_NEAR(block.size().width(), QFontMetricsF(font).horizontalAdvance(sentence), 1.5);
+    EXPECT_EQ(TextBlock(QString(), fontOf(14)).size(), QSizeF(0, 17)) << "one line without text";
+    EXPECT_EQ(TextBlock(QString(), fontOf(14)).lineCount(), 1);
+    EXPECT_EQ(TextBlock::wrapped(QStringLiteral("Copy"), fontOf(14), 420).lineCount(), 1);
 }
 
-TEST(TextBlock, WithoutTextIsOneLineHigh)
-{
-    const TextBlock block(QString(), fontOf(14));
-    EXPECT_EQ(block.lineCount(), 1);
-    EXPECT_EQ(block.size(), QSizeF(0, 17));
-}
-
-TEST(TextBlock, IsAsHighInEveryScript)
+TEST(TextBlock, IsEquallyHighInEveryScript)
 {
     for (const char16_t* text : {u"Copy", u"コピー", u"Übergröße", u"복사", u"複製"}) {
         EXPECT_EQ(TextBlock(QString::fromUtf16(text), fontOf(15)).size().height(), 18);
     }
 }
 
-TEST(TextBlock, KeepsItsBaselineBesideAnotherScript)
+TEST(TextBlock, KeepsBaselineBesideAnotherScript)
 {
     const QRectF alone = inkOf(TextBlock(QStringLiteral("l"), fontOf(15)));
     const TextBlock mixed(QStringLiteral("l一"), fontOf(15));
@@ -86,17 +82,12 @@ TEST(TextBlock, WrapsAtWordsAndKeepsItsWidth)
     }
 }
 
-TEST(TextBlock, WrapsTextWithoutWordsToo)
+TEST(TextBlock, WrapsTextWithoutSpaces)
 {
     const QString text(80, u'字');
     const TextBlock block = TextBlock::wrapped(text, fontOf(14), 420);
     EXPECT_EQ(block.lineCount(), 3);
     EXPECT_LE(block.size().width(), 420);
-}
-
-TEST(TextBlock, WrappedToNothingShortStaysOneLine)
-{
-    EXPECT_EQ(TextBlock::wrapped(QStringLiteral("Copy"), fontOf(14), 420).lineCount(), 1);
 }
 
 TEST(TextBlock, BalancesItsLines)
@@ -113,7 +104,7 @@ TEST(TextBlock, BalancesItsLines)
 class TextBlockPath : public testing::TestWithParam<const char16_t*>
 {};
 
-TEST_P(TextBlockPath, HasNoLineThatBeginsWithItsSign)
+TEST_P(TextBlockPath, HasNoLineThatBeginsWithSeparator)
 {
     const QString text = QString::fromUtf16(GetParam());
     const QFont font = fontOf(14);
@@ -136,32 +127,19 @@ INSTANTIATE_TEST_SUITE_P(
         u"「システム設定」>「プライバシーとセキュリティ」>「フルディスクアクセス」を開き",
         u"打开“系统设置”>“隐私与安全性”>“完全磁盘访问权限”"));
 
-TEST(TextBlock, FittedKeepsItsFontWhereThatFits)
-{
-    const QFont font = fontOf(15);
-    const TextBlock natural(sentence, font);
-    const TextBlock block = TextBlock::fitted(sentence, font, natural.size().width());
-    EXPECT_EQ(block.font().pixelSize(), 15);
-    EXPECT_EQ(block.size(), natural.size());
-}
-
-TEST(TextBlock, FittedTakesTheLargestFontThatFits)
+TEST(TextBlock, FittedTakesLargestFontThatFits)
 {
     const QFont font = fontOf(24);
-    const double width = TextBlock(sentence, font).size().width() * 0.7;
+    const QSizeF natural = TextBlock(sentence, font).size();
+    EXPECT_EQ(TextBlock::fitted(sentence, font, natural.width()).size(), natural);
+    const double width = natural.width() * 0.7;
     const TextBlock block = TextBlock::fitted(sentence, font, width);
     EXPECT_LE(block.size().width(), width);
-    QFont larger = block.font();
-    larger.setPixelSize(block.font().pixelSize() + 2);
-    EXPECT_GT(TextBlock(sentence, larger).size().width(), width);
+    EXPECT_GT(TextBlock(sentence, fontOf(block.font().pixelSize() + 2)).size().width(), width);
+    EXPECT_EQ(TextBlock::fitted(sentence, font, 1).font().pixelSize(), 6) << "the minimum";
 }
 
-TEST(TextBlock, FittedStopsAtTheSmallestLegibleFont)
-{
-    EXPECT_EQ(TextBlock::fitted(sentence, fontOf(14), 1).font().pixelSize(), 6);
-}
-
-TEST(TextBlock, DrawsInThePainterSPen)
+TEST(TextBlock, DrawsInPainterPen)
 {
     const TextBlock block(QStringLiteral("█"), fontOf(40));
     const Picture picture = Picture::drawn(QSize(60, 60), 1, [&block](QPainter& painter) {
@@ -171,7 +149,7 @@ TEST(TextBlock, DrawsInThePainterSPen)
     EXPECT_THAT(picture.at(picture.ink().center()), isColor(Qt::red));
 }
 
-TEST(TextBlock, CentresItsWrappedLinesInItsOwnWidth)
+TEST(TextBlock, CentersWrappedLinesInItsWidth)
 {
     const TextBlock block =
         TextBlock::wrapped(QStringLiteral("wwwwwwwwwwwwww ii"), fontOf(14), 150);

@@ -15,7 +15,7 @@ namespace {
 const QString sentence =
     QStringLiteral("Full Disk Access is required to read the verification code from Messages.");
 
-TEST(TextLabel, HasTheFontItWasGivenWhateverTheApplicationUses)
+TEST(TextLabel, KeepsItsFontWithAnyApplicationFont)
 {
     const QFont before = QApplication::font();
     QFont large = before;
@@ -31,43 +31,26 @@ TEST(TextLabel, HasTheFontItWasGivenWhateverTheApplicationUses)
     EXPECT_EQ(label.sizeHint().height(), 17);
 }
 
-TEST(TextLabel, IsOneLineHigh)
+TEST(TextLabel, AlignsItsTextOnOneLine)
 {
-    const TextLabel label(QStringLiteral("Copy"), 15);
+    TextLabel label(QStringLiteral("Copy"), 15);
     EXPECT_EQ(label.sizeHint().height(), 18);
     EXPECT_EQ(label.minimumSizeHint(), QSize(0, 18));
     EXPECT_FALSE(label.hasHeightForWidth());
-}
-
-TEST(TextLabel, AlignsItsText)
-{
-    TextLabel label(QStringLiteral("Copy"), 15);
     label.resize(200, 30);
-    const double width = label.textArea().width();
-    EXPECT_EQ(label.textArea(), QRectF(0, 6, width, 18));
+    EXPECT_EQ(label.textArea(), QRectF(0, 6, label.textArea().width(), 18));
+    EXPECT_TRUE(label.textArea().adjusted(-1, 0, 1, 0).contains(Picture::of(label).ink()));
+    EXPECT_GT(Picture::of(label).ink().width(), label.textArea().width() * 0.8);
     label.setAlignment(Qt::AlignCenter);
     EXPECT_NEAR(label.textArea().center().x(), 100, 1);
     label.setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     EXPECT_EQ(label.textArea().right(), 200);
-}
-
-TEST(TextLabel, LeadsFromTheRightWhereTextDoes)
-{
-    TextLabel label(QStringLiteral("Copy"), 15);
-    label.resize(200, 18);
+    label.setAlignment(Qt::AlignLeading | Qt::AlignVCenter);
     label.setLayoutDirection(Qt::RightToLeft);
     EXPECT_EQ(label.textArea().right(), 200);
 }
 
-TEST(TextLabel, PaintsItsTextWhereItSays)
-{
-    TextLabel label(QStringLiteral("Copy"), 15);
-    label.resize(200, 30);
-    EXPECT_TRUE(label.textArea().adjusted(-1, 0, 1, 0).contains(Picture::of(label).ink()));
-    EXPECT_GT(Picture::of(label).ink().width(), label.textArea().width() * 0.8);
-}
-
-TEST(TextLabel, ShrinksItsFontRatherThanToCutOrElide)
+TEST(TextLabel, ShrinksItsFontInsteadOfClippingOrEliding)
 {
     TextLabel label(sentence, 14);
     label.resize(label.sizeHint());
@@ -80,7 +63,7 @@ TEST(TextLabel, ShrinksItsFontRatherThanToCutOrElide)
     }
 }
 
-TEST(TextLabel, WrapsWhereItMay)
+TEST(TextLabel, WrapsWhereAllowed)
 {
     TextLabel label(sentence, 14, textColor, QFont::Normal, TextLabel::Lines::asNeeded);
     label.setFixedWidth(300);
@@ -101,7 +84,7 @@ TEST(TextLabel, ShowsItsTextVerbatim)
     EXPECT_GT(label.sizeHint().width(), bold.sizeHint().width() + 20);
 }
 
-TEST(TextLabel, TakesItsColorFromThePaletteOfTheMoment)
+TEST(TextLabel, TakesItsColorFromCurrentPalette)
 {
     const PaletteChange light(lightPalette());
     TextLabel label(QStringLiteral("█"), 40);

@@ -8,28 +8,21 @@
 namespace orlimo {
 namespace {
 
-constexpr QSize upright(22, 38);
-constexpr QSize flat(44, 22);
-
-TEST(ImageIconTest, IsSquareInAnySize)
-{
-    const QIcon icon = imageIcon(QStringLiteral("logo"));
-    for (const auto& [size, edge] : {std::pair(upright, 22), std::pair(flat, 22)}) {
-        EXPECT_EQ(icon.actualSize(size), QSize(edge, edge));
-        EXPECT_EQ(icon.pixmap(size, 1.0).size(), QSize(edge, edge));
-    }
-}
-
-TEST(ImageIconTest, IsPaintedAsASquareInTheMiddle)
+TEST(ImageIcon, IsSquareInTheMiddleOfAnyArea)
 {
     const QIcon icon = templateIcon(QStringLiteral("StatusBarIcon"));
-    for (const QSize& size : {upright, flat}) {
-        QImage place(size, QImage::Format_ARGB32);
-        place.fill(Qt::transparent);
-        QPainter painter(&place);
-        icon.paint(&painter, place.rect());
+    EXPECT_TRUE(icon.isMask());
+    EXPECT_FALSE(imageIcon(QStringLiteral("logo")).isMask());
+    EXPECT_TRUE(icon.availableSizes().contains(QSize(128, 128)));
+    for (const QSize& size : {QSize(22, 38), QSize(44, 22)}) {
+        EXPECT_EQ(icon.actualSize(size), QSize(22, 22));
+        EXPECT_EQ(icon.pixmap(size, 1.0).size(), QSize(22, 22));
+        QImage area(size, QImage::Format_ARGB32);
+        area.fill(Qt::transparent);
+        QPainter painter(&area);
+        icon.paint(&painter, area.rect());
         painter.end();
-        const QRect ink = inkOf(place);
+        const QRect ink = inkOf(area);
         EXPECT_EQ(ink.width(), 22);
         EXPECT_EQ(ink.x(), (size.width() - 22) / 2);
         EXPECT_NEAR(ink.center().y(), size.height() / 2.0, 1);

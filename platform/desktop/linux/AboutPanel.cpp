@@ -2,7 +2,7 @@
 
 #include "platform/ApplicationIdentity.h"
 #include "platform/process/ToQString.h"
-#include "resources/ImageAsset.h"
+#include "resources/Artwork.h"
 #include "resources/ImageIcon.h"
 
 #include <QCoreApplication>
@@ -29,7 +29,8 @@ public:
 protected:
     void paintEvent(QPaintEvent* /*event*/) override
     {
-        QPainter(this).drawPixmap(rect(), imageNamed(u"logo", logoSize, devicePixelRatioF()));
+        QPainter(this).drawPixmap(
+            rect(), Artwork(u"images", u"logo").drawn(logoSize, devicePixelRatioF()));
     }
 };
 

@@ -22,7 +22,7 @@ using std::filesystem::perms;
 /// Where the probe looks in a home.
 constexpr const char* probeFolder = "Library/Containers/com.apple.stocks";
 
-/// A home, and what the user database says of it.
+/// A home, and its entry in the user database.
 class DiskAccessTest : public testing::Test
 {
 protected:
@@ -41,7 +41,7 @@ protected:
         std::filesystem::create_directories(inHome / probeFolder);
     }
 
-    /// Of a home of that name, as soon as the folder is in it.
+    /// In a home of that name, as soon as the folder is in it.
     void expectAccessOnceMade(const char* name) const
     {
         const auto folder = home.path() / name;
@@ -53,34 +53,25 @@ protected:
     TemporaryFolder home;
 };
 
-TEST_F(DiskAccessTest, IsGrantedWhereTheFolderCanBeListed)
-{
-    makeProbeFolder(home.path());
-    writeFile(home.path() / probeFolder / "Data/file", "content");
-    EXPECT_TRUE(hasAccess(home.path().string()));
-}
-
-TEST_F(DiskAccessTest, IsGrantedWhereTheFolderIsEmpty)
-{
-    makeProbeFolder(home.path());
-    EXPECT_TRUE(hasAccess(home.path().string()));
-}
-
-TEST_F(DiskAccessTest, IsNotGrantedWhereTheFolderIsMissing)
+TEST_F(DiskAccessTest, IsGrantedWhereFolderCanBeListed)
 {
     EXPECT_FALSE(hasAccess(home.path().string()));
     std::filesystem::create_directories(home.path() / "Library/Containers");
     EXPECT_FALSE(hasAccess(home.path().string()));
     EXPECT_FALSE(hasAccess((home.path() / "nobody").string()));
+    EXPECT_FALSE(hasAccess("/"));
+    makeProbeFolder(home.path());
+    EXPECT_TRUE(hasAccess(home.path().string())) << "empty";
+    EXPECT_TRUE(hasAccess(home.path().string() + "///"));
+    std::filesystem::create_directory_symlink(home.path(), home.path() / "linked");
+    EXPECT_TRUE(hasAccess((home.path() / "linked").string()));
+    writeFile(home.path() / probeFolder / "Data/file", "content");
+    EXPECT_TRUE(hasAccess(home.path().string()));
+    writeFile(home.path() / "other" / probeFolder, "content");
+    EXPECT_FALSE(hasAccess((home.path() / "other").string())) << "a file";
 }
 
-TEST_F(DiskAccessTest, IsNotGrantedByAFileInTheFoldersPlace)
-{
-    writeFile(home.path() / probeFolder, "content");
-    EXPECT_FALSE(hasAccess(home.path().string()));
-}
-
-TEST_F(DiskAccessTest, IsNotGrantedWhereTheFolderMayNotBeRead)
+TEST_F(DiskAccessTest, IsNotGrantedWhereFolderMayNotBeRead)
 {
     makeProbeFolder(home.path());
     std::filesystem::permissions(
@@ -104,7 +95,7 @@ TEST_F(DiskAccessTest, IsNotGrantedWhereTheFolderMayNotBeRead)
     std::filesystem::permissions(home.path() / "Library", perms::owner_all);
 }
 
-TEST_F(DiskAccessTest, IsLookedForInTheDatabasesHomeAndNotTheEnvironments)
+TEST_F(DiskAccessTest, UsesHomeOfDatabaseAndNotOfEnvironment)
 {
     TemporaryFolder other;
     makeProbeFolder(home.path());
@@ -115,69 +106,44 @@ TEST_F(DiskAccessTest, IsLookedForInTheDatabasesHomeAndNotTheEnvironments)
     qputenv("HOME", before);
 }
 
-TEST_F(DiskAccessTest, TakesAHomeWithSlashesAtItsEnd)
-{
-    makeProbeFolder(home.path());
-    EXPECT_TRUE(hasAccess(home.path().string() + "/"));
-    EXPECT_TRUE(hasAccess(home.path().string() + "///"));
-}
-
-TEST_F(DiskAccessTest, TakesAHomeOfAnyName)
+TEST_F(DiskAccessTest, AcceptsHomeOfAnyName)
 {
     for (const char* name : {"with space", "~", "a~b~c", "ホーム", "100%25", "?#"}) {
         expectAccessOnceMade(name);
     }
 }
 
-TEST_F(DiskAccessTest, TakesAHomeWhoseNameIsNoText)
+TEST_F(DiskAccessTest, AcceptsHomeWhoseNameIsNotText)
 {
     const char* const name = "\xFF\xFE";
     if (!supportsFileName(home.path() / name)) {
-        GTEST_SKIP() << "the file system takes no such name";
+        GTEST_SKIP() << "the file system does not support such a name";
     }
     expectAccessOnceMade(name);
 }
 
-TEST_F(DiskAccessTest, FollowsALinkedHome)
-{
-    makeProbeFolder(home.path() / "real");
-    std::filesystem::create_directory_symlink(home.path() / "real", home.path() / "linked");
-    EXPECT_TRUE(hasAccess((home.path() / "linked").string()));
-}
-
-TEST_F(DiskAccessTest, TakesTheRootForAHome)
-{
-    EXPECT_FALSE(hasAccess("/"));
-}
-
-TEST_F(DiskAccessTest, TakesAnEmptyOrRelativeHomeFromTheWorkingFolder)
-{
-    makeProbeFolder(home.path());
-    makeProbeFolder(home.path() / "relative");
-    const ForkedRun run = runForked([this] {
-        std::filesystem::current_path(home.path());
-        ::_exit(hasAccess("") && hasAccess("relative") && !hasAccess("other") ? 1 : 2);
-    });
-    EXPECT_EQ(run.status, 1);
-}
-
-TEST_F(DiskAccessTest, LeavesTheTildeInPlaceForAnUnknownUser)
+TEST_F(DiskAccessTest, IsLookedForInWorkingFolderForRelativeHomeAndUnknownUser)
 {
     EXPECT_FALSE(hasAccess(std::nullopt));
-    const auto accessInFolder = [this] {
-        const ForkedRun run = runForked([this] {
+    const auto accessInFolder = [this](const std::optional<UserEntry>& entry) {
+        const ForkedRun run = runForked([&] {
             std::filesystem::current_path(home.path());
-            ::_exit(hasAccess(std::nullopt) ? 1 : 2);
+            ::_exit(hasAccess(entry) ? 1 : 2);
         });
         return run.status == 1;
     };
     makeProbeFolder(home.path());
-    EXPECT_FALSE(accessInFolder());
+    makeProbeFolder(home.path() / "relative");
+    EXPECT_TRUE(accessInFolder(UserEntry{.homeDirectory = ""}));
+    EXPECT_TRUE(accessInFolder(UserEntry{.homeDirectory = "relative"}));
+    EXPECT_FALSE(accessInFolder(UserEntry{.homeDirectory = "other"}));
+    // The tilde stays without an entry.
+    EXPECT_FALSE(accessInFolder(std::nullopt));
     makeProbeFolder(home.path() / "~");
-    EXPECT_TRUE(accessInFolder());
+    EXPECT_TRUE(accessInFolder(std::nullopt));
 }
 
-TEST_F(DiskAccessTest, StopsAtAnEntryWithoutAHome)
+TEST_F(DiskAccessTest, StopsAtEntryWithoutHome)
 {
     expectFatalStop(
         [] { (void)hasAccess(UserEntry{}); },
@@ -186,14 +152,14 @@ TEST_F(DiskAccessTest, StopsAtAnEntryWithoutAHome)
          .reason = "the user database knows no home folder for this user"});
 }
 
-TEST_F(DiskAccessTest, AsksTheDatabaseOnceAndSaysNothing)
+TEST_F(DiskAccessTest, QueriesDatabaseOnceAndPrintsNothing)
 {
-    int asked = 0;
-    EXPECT_FALSE(hasFullDiskAccess([&asked]() -> std::optional<UserEntry> {
-        ++asked;
+    int queries = 0;
+    EXPECT_FALSE(hasFullDiskAccess([&queries]() -> std::optional<UserEntry> {
+        ++queries;
         return std::nullopt;
     }));
-    EXPECT_EQ(asked, 1);
+    EXPECT_EQ(queries, 1);
     const ForkedRun run = runForked([this] { (void)hasAccess(home.path().string()); });
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(run.output, "");

@@ -22,7 +22,7 @@ protected:
     std::optional<WindowCloseObserver> observer{std::in_place, *window, [this] { ++calls; }};
 };
 
-TEST_F(WindowCloseObserverTest, CallsOnceInTheEventLoopAfterTheWindowWasClosed)
+TEST_F(WindowCloseObserverTest, CallsOnceInEventLoopAfterWindowCloses)
 {
     window->close();
     EXPECT_EQ(calls, 0);
@@ -33,16 +33,13 @@ TEST_F(WindowCloseObserverTest, CallsOnceInTheEventLoopAfterTheWindowWasClosed)
     EXPECT_EQ(calls, 1);
 }
 
-TEST_F(WindowCloseObserverTest, CallsNothingAfterItsEnd)
+TEST_F(WindowCloseObserverTest, CallsNothingAfterItsEndAndOutlivesWindow)
 {
     window->close();
     observer.reset();
     QCoreApplication::processEvents();
     EXPECT_EQ(calls, 0);
-}
-
-TEST_F(WindowCloseObserverTest, OutlivesTheWindow)
-{
+    observer.emplace(*window, [] {});
     window.reset();
     observer.reset();
 }

@@ -1,6 +1,6 @@
 #include "app/panel/CopyButton.h"
 
-#include "app/panel/StatusMenuView.h"
+#include "app/panel/CopyButtonStyle.h"
 #include "controls/painting/Colors.h"
 #include "controls/painting/RoundedRectangle.h"
 #include "tests/app/ViewTestBase.h"
@@ -12,6 +12,7 @@
 #include "tests/support/widgets/Pointer.h"
 
 #include <QAccessible>
+#include <QPainter>
 #include <QPainterPath>
 #include <QSignalSpy>
 #include <QTest>
@@ -27,104 +28,65 @@ namespace {
 constexpr QPoint onPill(30, 36);
 constexpr QPoint onPadding(8, 36);
 
-/// The copy button where it belongs, in the shown menu-bar window.
+/// The copy button in the shown menu-bar window.
 class CopyButtonTest : public ViewTestBase
 {
 protected:
     CopyButtonTest() { pointer::moveTo(*menu, QPoint(5, 5)); }
 
-    /// The colour at a point of the button as the user sees it.
+    /// The color at a point of the button as the user sees it.
     [[nodiscard]] QColor seenAt(QPointF point) const
     {
         return Picture::ofWindow(*menu).at(areaIn(*menu, copy).topLeft() + point);
     }
 
+    /// Expects the accent in full, or seen through four fifths of itself.
+    void expectHovered(bool hovered) const
+    {
+        QColor expected = accentColor(copy.palette());
+        expected.setAlphaF(hovered ? 0.8F : 1.0F);
+        EXPECT_EQ(copy.isHovered(), hovered);
+        EXPECT_THAT(seenAt(onPill), isColor(blended(expected, surfaceColor(copy.palette()))));
+    }
+
     PaletteChange palette{lightPalette()};
     std::unique_ptr<QWidget> menu = shownMenu();
     CopyButton& copy = named<CopyButton>(*menu, "copy");
-    const QColor accent = accentColor(lightPalette());
-    const QColor ground = surfaceColor(lightPalette());
 };
 
-/// The accent as it is seen through four fifths of itself.
-QColor lightened(QColor accent, const QColor& ground)
+TEST_F(CopyButtonTest, LightensUnderPointerOnPillAlone)
 {
-    accent.setAlphaF(0.8F);
-    return blended(accent, ground);
-}
-
-TEST_F(CopyButtonTest, IsAPillInTheAccentColor)
-{
-    EXPECT_FALSE(copy.isHovered());
-    EXPECT_THAT(seenAt(onPill), isColor(accent));
-    EXPECT_THAT(seenAt(onPadding), isColor(ground));
-}
-
-TEST_F(CopyButtonTest, LightensUnderThePointer)
-{
-    pointer::moveTo(copy, onPill);
-    EXPECT_TRUE(copy.isHovered());
-    EXPECT_THAT(seenAt(onPill), isColor(lightened(accent, ground)));
-    EXPECT_GT(contrastRatio(lightened(accent, ground), accent), 1.2);
-}
-
-TEST_F(CopyButtonTest, RestoresTheAccentColorWhenThePointerLeaves)
-{
-    const Picture before = Picture::ofWindow(*menu);
-    pointer::moveTo(copy, onPill);
-    pointer::moveTo(*menu, QPoint(5, 5));
-    EXPECT_FALSE(copy.isHovered());
-    EXPECT_EQ(Picture::ofWindow(*menu).differenceFrom(before), QRectF());
-}
-
-TEST_F(CopyButtonTest, RestoresTheAccentColorWhenThePointerLeavesTheWindow)
-{
-    pointer::moveTo(copy, onPill);
-    ASSERT_TRUE(copy.isHovered());
-    pointer::leave(*menu);
-    EXPECT_FALSE(copy.isHovered());
-    EXPECT_THAT(seenAt(onPill), isColor(accent));
-}
-
-TEST_F(CopyButtonTest, IsNotHoveredInThePaddingAroundThePill)
-{
-    for (const QPoint point : {onPadding, QPoint(86, 8), QPoint(164, 36), QPoint(86, 64)}) {
-        pointer::moveTo(copy, point);
-        EXPECT_FALSE(copy.isHovered()) << testing::PrintToString(point);
-        EXPECT_THAT(seenAt(onPill), isColor(accent));
-    }
-}
-
-TEST_F(CopyButtonTest, IsHoveredOnEveryEdgeOfThePill)
-{
-    for (const QPoint point : {QPoint(16, 36), QPoint(86, 16), QPoint(155, 36), QPoint(86, 55)}) {
-        pointer::moveTo(copy, point);
-        EXPECT_TRUE(copy.isHovered()) << testing::PrintToString(point);
+    expectHovered(false);
+    EXPECT_THAT(seenAt(onPadding), isColor(surfaceColor(lightPalette())));
+    for (const QPoint edge : {QPoint(16, 36), QPoint(86, 16), QPoint(155, 36), QPoint(86, 55)}) {
+        pointer::moveTo(copy, edge);
+        expectHovered(true);
         pointer::moveTo(copy, onPadding);
-        EXPECT_FALSE(copy.isHovered());
+        expectHovered(false);
     }
-}
-
-TEST_F(CopyButtonTest, IsRepaintedWhenThePointerComesAndGoes)
-{
-    runEventLoop(std::chrono::milliseconds(20));
-    const EventCount paints(QEvent::Paint);
+    for (const QPoint outside : {QPoint(86, 8), QPoint(164, 36), QPoint(86, 64)}) {
+        pointer::moveTo(copy, outside);
+        expectHovered(false);
+    }
     pointer::moveTo(copy, onPill);
-    EXPECT_TRUE(await([&] { return paints.count() > 0; }));
-    const int before = paints.count();
-    pointer::moveTo(copy, onPadding);
-    EXPECT_TRUE(await([&] { return paints.count() > before; }));
-}
-
-TEST_F(CopyButtonTest, IsNoLongerHoveredOnceItsWindowIsHidden)
-{
+    pointer::leave(*menu);
+    expectHovered(false);
     pointer::moveTo(copy, onPill);
-    ASSERT_TRUE(copy.isHovered());
     menu->hide();
     EXPECT_FALSE(copy.isHovered());
 }
 
-TEST_F(CopyButtonTest, ShowsNothingOfAPress)
+TEST_F(CopyButtonTest, IsRepaintedWhenPointerEntersAndLeaves)
+{
+    runEventLoop(std::chrono::milliseconds(20));
+    for (const QPoint position : {onPill, onPadding}) {
+        const EventCount paints(QEvent::Paint);
+        pointer::moveTo(copy, position);
+        EXPECT_TRUE(await([&] { return paints.count() > 0; }));
+    }
+}
+
+TEST_F(CopyButtonTest, LooksTheSameWhilePressed)
 {
     pointer::moveTo(copy, onPill);
     const Picture hovered = Picture::ofWindow(*menu);
@@ -132,50 +94,26 @@ TEST_F(CopyButtonTest, ShowsNothingOfAPress)
     ASSERT_TRUE(copy.isDown());
     EXPECT_EQ(Picture::ofWindow(*menu).differenceFrom(hovered), QRectF());
     pointer::release(copy, onPill);
-    EXPECT_EQ(Picture::ofWindow(*menu).differenceFrom(hovered), QRectF());
 }
 
-TEST_F(CopyButtonTest, ShowsNothingOfAPressByTheKeyboard)
-{
-    copy.setFocus(Qt::MouseFocusReason);
-    const Picture released = Picture::of(copy);
-    QTest::keyPress(&copy, Qt::Key_Space);
-    ASSERT_TRUE(copy.isDown());
-    EXPECT_EQ(Picture::of(copy).differenceFrom(released), QRectF());
-    QTest::keyRelease(&copy, Qt::Key_Space);
-}
-
-TEST_F(CopyButtonTest, IsClickedOnThePillAlone)
+TEST_F(CopyButtonTest, IsClickedOnPillAloneAndByKeyboard)
 {
     QSignalSpy clicked(&copy, &CopyButton::clicked);
     pointer::click(copy, onPill);
-    EXPECT_EQ(clicked.count(), 1);
     pointer::click(copy, onPadding);
     pointer::click(copy, QPoint(86, 65));
     EXPECT_EQ(clicked.count(), 1);
-}
-
-TEST_F(CopyButtonTest, IsClickedByTheKeyboard)
-{
-    QSignalSpy clicked(&copy, &CopyButton::clicked);
-    copy.setFocus(Qt::TabFocusReason);
-    int expected = 0;
+    int expected = 1;
     for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter}) {
         QTest::keyClick(&copy, key);
         EXPECT_EQ(clicked.count(), ++expected) << key;
     }
 }
 
-TEST_F(CopyButtonTest, HasTheRoundCornersOfItsPillAndNothingAround)
+TEST_F(CopyButtonTest, IsPillWithCornersOfRadius20)
 {
     const Picture picture = Picture::of(copy);
     EXPECT_EQ(picture.ink(), QRectF(16, 16, 140, 40));
-    // Between a corner of radius 20 and one of radius 10.
-    for (const QPointF corner :
-         {QPointF(20.2, 20.2), QPointF(151.7, 20.2), QPointF(20.2, 51.7), QPointF(151.7, 51.7)})
-    {
-        EXPECT_EQ(picture.at(corner).alpha(), 0) << testing::PrintToString(corner.toPoint());
-    }
     const QPainterPath pill = continuousRoundedRectangle(QRectF(16, 16, 140, 40), 20);
     for (double x = 0.25; x < copy.width(); x += 0.5) {
         for (double y = 0.25; y < copy.height(); y += 0.5) {
@@ -189,7 +127,7 @@ TEST_F(CopyButtonTest, HasTheRoundCornersOfItsPillAndNothingAround)
     }
 }
 
-TEST_F(CopyButtonTest, WritesInWhiteInTheMiddle)
+TEST_F(CopyButtonTest, HasWhiteTextInItsMiddle)
 {
     const Picture with = Picture::of(copy);
     copy.setText(QString());
@@ -206,67 +144,93 @@ TEST_F(CopyButtonTest, WritesInWhiteInTheMiddle)
     EXPECT_GE(brightest, 240);
 }
 
-TEST_F(CopyButtonTest, HasALegibleLabelWhateverTheAccent)
+TEST_F(CopyButtonTest, FollowsPalette)
 {
-    for (const QColor& chosen :
-         {QColor(Qt::white),
-          QColor(255, 255, 220),
-          QColor(255, 230, 0),
-          QColor(0, 255, 255),
-          QColor(0, 255, 0),
-          QColor(255, 149, 0),
-          QColor(255, 45, 85),
-          QColor(175, 82, 222),
-          QColor(53, 132, 228),
-          QColor(142, 142, 147),
-          QColor(0, 70, 160),
-          QColor(20, 20, 20),
-          QColor(Qt::black)})
-    {
-        for (const QPalette& scheme : {lightPalette(chosen), darkPalette(chosen)}) {
-            const PaletteChange change(scheme);
-            const QColor pill = seenAt(onPill);
-            EXPECT_GE(contrastRatio(pill, Qt::white), legibleContrast)
-                << testing::PrintToString(chosen);
-            EXPECT_THAT(pill, isColor(accentColor(scheme)));
-        }
+    for (const QPalette& scheme : {lightPalette(Qt::white), darkPalette(QColor(200, 30, 60))}) {
+        const PaletteChange change(scheme);
+        pointer::moveTo(copy, onPill);
+        expectHovered(true);
+        pointer::moveTo(copy, onPadding);
+        expectHovered(false);
+        EXPECT_GE(contrastRatio(seenAt(onPill), Qt::white), legibleContrast);
     }
 }
 
-TEST_F(CopyButtonTest, FollowsAChangeOfPaletteWhileItIsHoveredToo)
+TEST_F(CopyButtonTest, HasFocusRingAroundPillUnlessClicked)
 {
-    pointer::moveTo(copy, onPill);
-    const QPalette scheme = darkPalette(QColor(200, 30, 60));
-    const PaletteChange change(scheme);
-    EXPECT_THAT(seenAt(onPill), isColor(lightened(accentColor(scheme), surfaceColor(scheme))));
-    pointer::moveTo(copy, onPadding);
-    EXPECT_THAT(seenAt(onPill), isColor(accentColor(scheme)));
-}
-
-TEST_F(CopyButtonTest, HasItsFocusRingAroundThePill)
-{
-    copy.setFocus(Qt::TabFocusReason);
     const QColor ring = focusRingColor(lightPalette());
-    EXPECT_THAT(seenAt(QPointF(86, 16 - 2)), isColor(ring));
-    EXPECT_THAT(seenAt(QPointF(86, 56 + 1.5)), isColor(ring));
-    EXPECT_THAT(seenAt(QPointF(86, 16 - 0.5)), isColor(ground));
-    copy.clearFocus();
-    EXPECT_THAT(seenAt(QPointF(86, 16 - 2)), isColor(ground));
-}
-
-TEST_F(CopyButtonTest, HasNoFocusRingAfterAClick)
-{
+    const QColor ground = surfaceColor(lightPalette());
     pointer::click(copy, onPill);
     ASSERT_TRUE(copy.hasFocus());
     EXPECT_THAT(seenAt(QPointF(86, 16 - 2)), isColor(ground));
+    copy.clearFocus();
+    copy.setFocus(Qt::TabFocusReason);
+    EXPECT_THAT(seenAt(QPointF(86, 16 - 2)), isColor(ring));
+    EXPECT_THAT(seenAt(QPointF(86, 56 + 1.5)), isColor(ring));
+    EXPECT_THAT(seenAt(QPointF(86, 16 - 0.5)), isColor(ground));
 }
 
-TEST_F(CopyButtonTest, IsAnnouncedAsAButton)
+TEST_F(CopyButtonTest, IsAnnouncedAsButton)
 {
     auto* accessible = QAccessible::queryAccessibleInterface(&copy);
     ASSERT_NE(accessible, nullptr);
     EXPECT_EQ(accessible->role(), QAccessible::Button);
     EXPECT_EQ(accessible->text(QAccessible::Name), QStringLiteral("Copy"));
+}
+
+/// A square of 60 points, all in one color.
+DrawnView square(const QColor& color)
+{
+    return {.size = QSize(60, 60), .draw = [color](QPainter& painter) {
+                painter.fillRect(QRect(0, 0, 60, 60), color);
+            }};
+}
+
+/// A rounded square of 60 points in the middle of a picture of `edge` points.
+Picture roundedSquare(int edge, double radius, double scale)
+{
+    return Picture::drawn(QSize(edge, edge), scale, [=](QPainter& painter) {
+        const QRectF area((edge - 60) / 2.0, (edge - 60) / 2.0, 60, 60);
+        painter.fillPath(continuousRoundedRectangle(area, radius), Qt::red);
+    });
+}
+
+TEST(CopyButtonStyle, RoundsLabelByRadius10AndPadsIt)
+{
+    for (const bool isPressed : {false, true}) {
+        const DrawnView body =
+            CopyButtonStyle::makeBody({.label = square(Qt::red), .isPressed = isPressed});
+        EXPECT_EQ(body.size, QSize(60 + 2 * 16, 60 + 2 * 16));
+        for (const double scale : {1, 2, 3}) {
+            const Picture picture = Picture::drawn(body.size, scale, body.draw);
+            EXPECT_EQ(picture.differenceFrom(roundedSquare(92, 10, scale)), QRectF());
+        }
+    }
+}
+
+TEST(CopyButtonStyle, HasLabelDrawnInWhiteAndRestoresPainter)
+{
+    QColor pen;
+    const DrawnView label{
+        .size = QSize(60, 60), .draw = [&pen](QPainter& painter) { pen = painter.pen().color(); }};
+    (void)Picture::drawn(QSize(200, 200), 1, [&](QPainter& painter) {
+        painter.setPen(Qt::green);
+        CopyButtonStyle::makeBody({.label = label}).draw(painter);
+        EXPECT_EQ(painter.pen().color(), QColor(Qt::green));
+        EXPECT_TRUE(painter.transform().isIdentity());
+    });
+    EXPECT_EQ(pen, QColor(Qt::white));
+}
+
+TEST(DrawnView, IsClippedToRoundedRectangleAndKeepsItsOpacity)
+{
+    const DrawnView clipped = clippedToRoundedRectangle(square(Qt::red), 20);
+    EXPECT_EQ(clipped.size, QSize(60, 60));
+    const Picture picture = Picture::drawn(clipped.size, 2, clipped.draw);
+    EXPECT_EQ(picture.differenceFrom(roundedSquare(60, 20, 2)), QRectF());
+    const QColor translucent(255, 0, 0, 128);
+    const DrawnView faint = clippedToRoundedRectangle(square(translucent), 20);
+    EXPECT_THAT(Picture::drawn(faint.size, 1, faint.draw).at({30, 30}), isColor(translucent));
 }
 
 } // namespace

@@ -35,7 +35,7 @@ protected:
         pointer::click(named<TextButton>(menu, command));
     }
 
-    /// A menu whose host has that address for the product's web page.
+    /// A menu with that address as the product's web page.
     std::unique_ptr<QWidget> menuWithWebsite(const std::string& address)
     {
         MenuServices services = menuServices();
@@ -48,34 +48,24 @@ protected:
     }
 };
 
-TEST_F(StatusMenuViewTest, DoesNothingByItself)
+TEST_F(StatusMenuViewTest, RunsEachCommandOnceWhenChosen)
 {
     const auto menu = shownMenu();
     EXPECT_THAT(application.calls, IsEmpty());
     EXPECT_THAT(opened, IsEmpty());
     EXPECT_THAT(loginItem, IsEmpty());
     EXPECT_THAT(pasteboard.calls, IsEmpty());
-}
-
-TEST_F(StatusMenuViewTest, AsksForTheAboutPanelWithoutOptions)
-{
-    const auto menu = shownMenu();
+    const auto stored = preferences.calls();
     choose(*menu, "about");
-    EXPECT_THAT(application.calls, ElementsAre("about"));
-    choose(*menu, "about");
-    EXPECT_THAT(application.calls, ElementsAre("about", "about"));
-    EXPECT_THAT(opened, IsEmpty());
-}
-
-TEST_F(StatusMenuViewTest, OpensTheProductsWebPage)
-{
-    const auto menu = shownMenu();
+    EXPECT_THAT(application.calls, ElementsAre("about")) << "without options";
     choose(*menu, "openWebsite");
     EXPECT_THAT(opened, ElementsAre(QUrl(QStringLiteral("https://orlimo.example/"))));
-    EXPECT_THAT(application.calls, IsEmpty());
+    choose(*menu, "quit");
+    EXPECT_THAT(application.calls, ElementsAre("about", "terminate"));
+    EXPECT_EQ(preferences.calls(), stored);
 }
 
-TEST_F(StatusMenuViewTest, DoesNotCareWhetherTheWebPageOpens)
+TEST_F(StatusMenuViewTest, StaysOpenWhereWebPageDoesNotOpen)
 {
     MenuServices services = menuServices();
     services.openUrl = [](const QUrl&) { return false; };
@@ -90,7 +80,7 @@ TEST_F(StatusMenuViewTest, DoesNotCareWhetherTheWebPageOpens)
     EXPECT_TRUE(menu.isVisible());
 }
 
-TEST_F(StatusMenuViewTest, DoesNothingWithAnAddressThatIsNone)
+TEST_F(StatusMenuViewTest, DoesNothingWithInvalidAddress)
 {
     for (const char* address :
          {"",
@@ -103,19 +93,12 @@ TEST_F(StatusMenuViewTest, DoesNothingWithAnAddressThatIsNone)
     {
         const auto menu = menuWithWebsite(address);
         const Picture before = Picture::ofWindow(*menu);
-        const OutputCapture output;
         choose(*menu, "openWebsite");
         pointer::moveTo(*menu, QPoint(5, 5));
         EXPECT_THAT(opened, IsEmpty()) << address;
         EXPECT_THAT(application.calls, IsEmpty());
-        EXPECT_EQ(output.text(), "");
-        EXPECT_TRUE(menu->isVisible());
         EXPECT_EQ(Picture::ofWindow(*menu).differenceFrom(before), QRectF()) << address;
     }
-}
-
-TEST_F(StatusMenuViewTest, SaysNothingOfAnAddressThatIsNone)
-{
     const auto menu = menuWithWebsite("http://[orlimo");
     const ForkedRun run = runForked([&menu] { named<TextButton>(*menu, "openWebsite").click(); });
     EXPECT_EQ(run.status, 0);
@@ -123,28 +106,7 @@ TEST_F(StatusMenuViewTest, SaysNothingOfAnAddressThatIsNone)
     EXPECT_EQ(run.errors, "");
 }
 
-TEST_F(StatusMenuViewTest, TerminatesOnQuitAtOnce)
-{
-    const auto menu = shownMenu();
-    const auto stored = preferences.calls();
-    choose(*menu, "quit");
-    EXPECT_THAT(application.calls, ElementsAre("terminate"));
-    EXPECT_EQ(preferences.calls(), stored);
-}
-
-TEST_F(StatusMenuViewTest, ObeysTheKeyboard)
-{
-    const auto menu = shownMenu();
-    auto& quit = named<TextButton>(*menu, "quit");
-    quit.setFocus(Qt::TabFocusReason);
-    for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter}) {
-        application.calls.clear();
-        QTest::keyClick(&quit, key);
-        EXPECT_THAT(application.calls, ElementsAre("terminate")) << key;
-    }
-}
-
-TEST_F(StatusMenuViewTest, HasTheFocusItselfAtEachOpening)
+TEST_F(StatusMenuViewTest, HasFocusItselfAtEachOpening)
 {
     const auto menu = shownMenu();
     const auto callsAtStart = preferences.calls();
@@ -172,7 +134,7 @@ TEST_F(StatusMenuViewTest, HasTheFocusItselfAtEachOpening)
     }
 }
 
-TEST_F(StatusMenuViewTest, IsAnnouncedUnderTheProgramsName)
+TEST_F(StatusMenuViewTest, IsAnnouncedUnderProgramName)
 {
     const auto menu = shownMenu();
     auto* accessible = QAccessible::queryAccessibleInterface(menu.get());
@@ -181,89 +143,42 @@ TEST_F(StatusMenuViewTest, IsAnnouncedUnderTheProgramsName)
     EXPECT_EQ(accessible->text(QAccessible::Name), QStringLiteral("Orlimo"));
 }
 
-TEST_F(StatusMenuViewTest, IsWalkedThroughByTabFromTopToBottom)
-{
-    const auto menu = shownMenu();
-    QStringList walked;
-    for (int times = 0; times < 7; ++times) {
-        QTest::keyClick(menu.get(), Qt::Key_Tab);
-        walked.append(menu->focusWidget()->objectName());
-    }
-    EXPECT_THAT(
-        walked,
-        ElementsAre(
-            QStringLiteral("capturingEnabled"),
-            QStringLiteral("fourDigitInclude"),
-            QStringLiteral("loginItemEnabled"),
-            QStringLiteral("copy"),
-            QStringLiteral("about"),
-            QStringLiteral("openWebsite"),
-            QStringLiteral("quit")));
-}
-
-TEST_F(StatusMenuViewTest, AsksForTheApplicationAtEachCommandOnly)
-{
-    int asked = 0;
-    MenuServices services = menuServices();
-    services.application = [&]() -> SharedApplication& {
-        ++asked;
-        return application;
-    };
-    StatusMenuView menu(watching(), services);
-    {
-        const OutputCapture swallowed;
-        showActive(menu);
-    }
-    EXPECT_EQ(asked, 0);
-    choose(menu, "openWebsite");
-    EXPECT_EQ(asked, 0);
-    choose(menu, "about");
-    choose(menu, "quit");
-    EXPECT_EQ(asked, 2);
-}
-
-TEST_F(StatusMenuViewTest, StopsWithoutAnApplication)
+TEST_F(StatusMenuViewTest, StopsWithoutApplication)
 {
     MenuServices services = menuServices();
     services.application = []() -> SharedApplication& {
-        fatalStop("there is no application object", "host", 1);
+        fatalStop("there is no application object", "system", 1);
     };
     StatusMenuView menu(watching(), services);
     {
         const OutputCapture swallowed;
         showActive(menu);
     }
+    choose(menu, "openWebsite");
+    EXPECT_EQ(opened.size(), 1) << "needs no application";
     for (const char* command : {"about", "quit"}) {
         expectFatalStop(
             [&] { named<TextButton>(menu, command).click(); },
             {},
-            {.file = "host", .reason = "there is no application object"});
+            {.file = "system", .reason = "there is no application object"});
     }
 }
 
-TEST_F(StatusMenuViewTest, KeepsItsControllerAlive)
+TEST_F(StatusMenuViewTest, GivesItsPanelItsControllerAndReleasesIt)
 {
+    store.appendText("Your code is 482913.");
     auto message = watching();
     const std::weak_ptr<Message> weak = message;
     auto menu = std::make_unique<StatusMenuView>(std::move(message), menuServices());
-    EXPECT_FALSE(weak.expired());
+    for (int times = 0; times < 2; ++times) {
+        const OutputCapture output;
+        menu->show();
+        EXPECT_EQ(std::ranges::count(output.lines(), "Opened PopupWindow : APPEAR"), 1);
+        menu->hide();
+    }
+    EXPECT_EQ(named<PopupView>(*menu, "panel").verificationCode(), "482913");
     menu.reset();
     EXPECT_TRUE(weak.expired());
-}
-
-TEST_F(StatusMenuViewTest, HasItsPanelAppearEachTimeItIsShown)
-{
-    const auto menu = shownMenu();
-    menu->hide();
-    const OutputCapture output;
-    menu->show();
-    EXPECT_EQ(std::ranges::count(output.lines(), "Opened PopupWindow : APPEAR"), 1);
-}
-
-TEST_F(StatusMenuViewTest, GivesItsPanelTheSameController)
-{
-    const auto menu = shownMenu("482913");
-    EXPECT_EQ(named<PopupView>(*menu, "panel").verificationCode(), "482913");
 }
 
 TEST(MenuServices, OfTheProgramKnowsTheProductsWebPage)

@@ -20,7 +20,7 @@
 namespace orlimo {
 namespace {
 
-/// What the user sees and touches belongs to the main thread.
+/// Views belong to the main thread.
 class ViewThreads : public ViewTestBase
 {
 protected:
@@ -44,49 +44,17 @@ protected:
     }
 };
 
-TEST_F(ViewThreads, StopAnAppearanceElsewhere)
-{
-    PopupView panel(watching(), panelServices());
-    expectStopOnAnotherThread(
-        [&panel] {
-            QShowEvent event;
-            static_cast<QObject&>(panel).event(&event);
-        },
-        "app/panel/PopupView.cpp");
-}
-
-TEST_F(ViewThreads, StopThePanelsMakingElsewhere)
+TEST_F(ViewThreads, StopMakingOfViewsElsewhere)
 {
     const auto message = watching();
     expectStopOnAnotherThread(
         [&] { const PopupView panel(message, panelServices()); }, "app/panel/PopupView.cpp");
-}
-
-TEST_F(ViewThreads, StopTheMenusMakingElsewhere)
-{
-    const auto message = watching();
     expectStopOnAnotherThread(
         [&] { const StatusMenuView menu(message, menuServices()); },
         "app/panel/StatusMenuView.cpp");
-}
-
-TEST_F(ViewThreads, StopTheGuidancesMakingElsewhere)
-{
     expectStopOnAnotherThread([] { const HelperView view; }, "app/guidance/HelperView.cpp");
-}
-
-TEST_F(ViewThreads, StopTheIconsMakingElsewhere)
-{
     expectStopOnAnotherThread([] { const MenuBarIcon icon; }, "app/MenuBarIcon.cpp");
-}
-
-TEST_F(ViewThreads, StopTheTraysImageElsewhere)
-{
     expectStopOnAnotherThread([] { (void)MenuBarIcon::icon(); }, "app/MenuBarIcon.cpp");
-}
-
-TEST_F(ViewThreads, StopTheCopyButtonsStyleElsewhere)
-{
     expectStopOnAnotherThread(
         [] {
             (void)CopyButtonStyle::makeBody(
@@ -95,27 +63,29 @@ TEST_F(ViewThreads, StopTheCopyButtonsStyleElsewhere)
         "app/panel/CopyButtonStyle.cpp");
 }
 
-TEST_F(ViewThreads, StopAPointerElsewhere)
+TEST_F(ViewThreads, StopEventsElsewhere)
 {
+    PopupView panel(watching(), panelServices());
+    expectStopOnAnotherThread(
+        [&panel] {
+            QShowEvent event;
+            static_cast<QObject&>(panel).event(&event);
+        },
+        "app/panel/PopupView.cpp");
     CopyButton copy(QStringLiteral("Copy"));
-    // The first event of a process makes the toolkit's pointing device.
+    // The first event of a process makes Qt's pointing device.
     QHoverEvent entered(QEvent::HoverEnter, copy.pillArea().center(), QPointF(), QPointF(-1, -1));
     expectStopOnAnotherThread(
         [&] { static_cast<QObject&>(copy).event(&entered); }, "app/panel/CopyButton.cpp");
 }
 
-TEST_F(ViewThreads, StopTheApplicationsMakingElsewhere)
+TEST_F(ViewThreads, StopLifecycleEventsElsewhere)
 {
-    expectStopOnAnotherThread(
-        [this] { const AppDelegate delegate(delegateServices()); }, "app/AppDelegate.cpp");
-    expectStopOnAnotherThread([] { const OrlimoApp app; }, "app/AppDelegate.cpp");
-}
-
-TEST_F(ViewThreads, StopEachTurnOfTheApplicationElsewhere)
-{
+    const std::string_view file = "app/AppDelegate.cpp";
+    expectStopOnAnotherThread([this] { const AppDelegate delegate(delegateServices()); }, file);
+    expectStopOnAnotherThread([] { const OrlimoApp app; }, file);
     AppDelegate delegate(delegateServices());
     delegate.message = watching();
-    const std::string_view file = "app/AppDelegate.cpp";
     expectStopOnAnotherThread([&] { delegate.applicationWillFinishLaunching(); }, file);
     expectStopOnAnotherThread([&] { delegate.applicationDidFinishLaunching(); }, file);
     expectStopOnAnotherThread([&] { delegate.applicationWillBecomeActive(); }, file);

@@ -65,48 +65,33 @@ protected:
     Switch* second = new Switch(&window);
 };
 
-TEST_F(FocusRingTest, IsNotThereBeforeTheKeyboardIsUsed)
+TEST_F(FocusRingTest, FollowsFocusMovedByTab)
 {
     EXPECT_FALSE(ringedWhenActivated);
-    EXPECT_FALSE(isRinged(*first));
-    EXPECT_FALSE(isRinged(*second));
+    EXPECT_FALSE(isRinged(*first) || isRinged(*second));
+    for (const Qt::Key key : {Qt::Key_Tab, Qt::Key_Tab, Qt::Key_Backtab, Qt::Key_Tab, Qt::Key_Tab})
+    {
+        QTest::keyClick(&window, key);
+        EXPECT_NE(first->hasFocus(), second->hasFocus()) << "the ring takes no focus itself";
+        EXPECT_EQ(isRinged(*first), first->hasFocus());
+        EXPECT_EQ(isRinged(*second), second->hasFocus());
+    }
+    pointer::click(*second);
+    EXPECT_FALSE(isRinged(*first) || isRinged(*second));
 }
 
-TEST_F(FocusRingTest, AppearsWhenTheFocusCameByTab)
-{
-    QTest::keyClick(&window, Qt::Key_Tab);
-    EXPECT_TRUE(isRinged(*first));
-    EXPECT_FALSE(isRinged(*second));
-}
-
-TEST_F(FocusRingTest, MovesOnWithTheFocus)
-{
-    QTest::keyClick(&window, Qt::Key_Tab);
-    QTest::keyClick(&window, Qt::Key_Tab);
-    EXPECT_FALSE(isRinged(*first));
-    EXPECT_TRUE(isRinged(*second));
-    QTest::keyClick(&window, Qt::Key_Backtab);
-    EXPECT_TRUE(isRinged(*first));
-    EXPECT_FALSE(isRinged(*second));
-}
-
-TEST_F(FocusRingTest, DoesNotAppearAfterAClick)
+TEST_F(FocusRingTest, AppearsWhenKeyIsPressedAfterClick)
 {
     pointer::click(*first);
     ASSERT_TRUE(first->hasFocus());
     EXPECT_FALSE(isRinged(*first));
-}
-
-TEST_F(FocusRingTest, AppearsWhenAKeyIsPressedAfterAClick)
-{
-    pointer::click(*first);
     QTest::keyClick(first, Qt::Key_Shift);
     EXPECT_FALSE(isRinged(*first));
     QTest::keyClick(first, Qt::Key_Space);
     EXPECT_TRUE(isRinged(*first));
 }
 
-TEST_F(FocusRingTest, ComesBackWithTheFocusOfItsWindow)
+TEST_F(FocusRingTest, ComesBackWithFocusOfWindow)
 {
     QWidget other;
     for (const bool byKeyboard : {false, true}) {
@@ -122,22 +107,22 @@ TEST_F(FocusRingTest, ComesBackWithTheFocusOfItsWindow)
     }
 }
 
-TEST_F(FocusRingTest, GoesWhenTheFocusGoesToWhatIsClicked)
-{
-    QTest::keyClick(&window, Qt::Key_Tab);
-    pointer::click(*second);
-    EXPECT_FALSE(isRinged(*first));
-    EXPECT_FALSE(isRinged(*second));
-}
-
-TEST_F(FocusRingTest, FollowsItsControl)
+TEST_F(FocusRingTest, FollowsPositionAndPaletteOfControl)
 {
     QTest::keyClick(&window, Qt::Key_Tab);
     first->move(60, 40);
     EXPECT_TRUE(isRinged(*first));
+    const PaletteChange dark(darkPalette(QColor(200, 30, 60)));
+    EXPECT_TRUE(isRinged(*first));
+    pointer::click(*first, QPoint(1, 10));
+    EXPECT_TRUE(first->isChecked()) << "clicks pass through the ring";
+    const QRect area = first->geometry();
+    first->hide();
+    const QColor above = Picture::ofWindow(window).at(QPointF(area.center().x(), area.top() - 2));
+    EXPECT_THAT(above, isColor(windowColor(window.palette())));
 }
 
-TEST_F(FocusRingTest, GoesWithItsControl)
+TEST_F(FocusRingTest, IsDestroyedWithItsControl)
 {
     QTest::keyClick(&window, Qt::Key_Tab);
     const Picture ringed = Picture::ofWindow(window);
@@ -149,38 +134,6 @@ TEST_F(FocusRingTest, GoesWithItsControl)
     only->move(30, 80);
     EXPECT_EQ(Picture::ofWindow(window).differenceFrom(Picture::ofWindow(without)), QRectF());
     EXPECT_NE(ringed.differenceFrom(Picture::ofWindow(without)), QRectF());
-}
-
-TEST_F(FocusRingTest, IsHiddenWithItsControl)
-{
-    QTest::keyClick(&window, Qt::Key_Tab);
-    const QRect area = first->geometry();
-    first->hide();
-    const QColor above = Picture::ofWindow(window).at(QPointF(area.center().x(), area.top() - 2));
-    EXPECT_THAT(above, isColor(windowColor(window.palette())));
-}
-
-TEST_F(FocusRingTest, LetsThePointerThrough)
-{
-    QTest::keyClick(&window, Qt::Key_Tab);
-    pointer::click(*first, QPoint(1, 10));
-    EXPECT_TRUE(first->isChecked());
-}
-
-TEST_F(FocusRingTest, FollowsAChangeOfPalette)
-{
-    QTest::keyClick(&window, Qt::Key_Tab);
-    const PaletteChange dark(darkPalette(QColor(200, 30, 60)));
-    EXPECT_TRUE(isRinged(*first));
-}
-
-TEST_F(FocusRingTest, TakesNoFocusItself)
-{
-    QTest::keyClick(&window, Qt::Key_Tab);
-    for (int times = 0; times < 6; ++times) {
-        EXPECT_TRUE(first->hasFocus() || second->hasFocus());
-        QTest::keyClick(&window, Qt::Key_Tab);
-    }
 }
 
 } // namespace

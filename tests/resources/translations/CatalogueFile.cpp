@@ -1,5 +1,7 @@
 #include "tests/resources/translations/CatalogueFile.h"
 
+#include "resources/translations/Languages.h"
+
 #include <QFile>
 #include <QXmlStreamReader>
 #include <gtest/gtest.h>
@@ -51,9 +53,14 @@ std::filesystem::path catalogueFileOf(const std::string& language)
 
 const std::vector<std::string>& catalogueLanguages()
 {
-    static const std::vector<std::string> languages{
-        "de", "es", "fr", "it", "ja", "ko", "pt_BR", "zh_Hans", "zh_Hant"};
-    return languages;
+    static const std::vector<std::string> names = [] {
+        std::vector<std::string> found;
+        for (const Language& language : supportedLanguages) {
+            found.push_back(language.catalogue.toString().toStdString());
+        }
+        return found;
+    }();
+    return names;
 }
 
 } // namespace orlimo

@@ -1,5 +1,5 @@
-// Says, on one line, in which language the program and the toolkit would speak to the user of this
-// environment, by a word of each.
+// Prints, on one line, a word of the program and one of Qt in the language for the user of this
+// environment.
 
 #include "resources/translations/TranslationCatalogue.h"
 

@@ -119,7 +119,7 @@ TEST(TranslationCatalogue, FollowsTheUsersOrder)
     EXPECT_EQ(choiceFor(listOf({"nl", "sv"})), "English");
     EXPECT_EQ(choiceFor(listOf({"zh-HK", "zh-Hant-HK", "zh-CN"})), "zh_Hant");
     EXPECT_EQ(choiceFor(listOf({"ca-ES-valencia", "ca", "es"})), "es");
-    // As the toolkit lists a language that it does not know itself.
+    // As Qt lists a language that it does not know itself.
     EXPECT_EQ(choiceFor(listOf({"xx", "C", "ja"})), "ja");
 }
 

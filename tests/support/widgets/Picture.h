@@ -38,7 +38,7 @@ public:
     /// The picture with what `draw` paints over it.
     [[nodiscard]] Picture paintedOver(const std::function<void(QPainter&)>& draw) const;
 
-    /// The colour of the pixel that `point` lies in.
+    /// The color of the pixel that `point` lies in.
     [[nodiscard]] QColor at(QPointF point) const;
 
     /// The smallest area that holds everything at least as opaque as that.
@@ -58,7 +58,7 @@ private:
     double scale;
 };
 
-/// Each channel of a colour, opacity included, at most `tolerance` away from that of `expected`.
+/// Each channel of a color, opacity included, at most `tolerance` away from that of `expected`.
 MATCHER_P2(IsColorWithin, expected, tolerance, "")
 {
     return std::abs(arg.red() - expected.red()) <= tolerance &&
@@ -67,7 +67,7 @@ MATCHER_P2(IsColorWithin, expected, tolerance, "")
            std::abs(arg.alpha() - expected.alpha()) <= tolerance;
 }
 
-/// The colour up to the rounding of what is blended.
+/// The color up to the rounding of what is blended.
 inline auto isColor(const QColor& expected)
 {
     return IsColorWithin(expected, 2);

@@ -16,7 +16,7 @@ Channels channelsOf(QRgb pixel)
     return {qRed(pixel), qGreen(pixel), qBlue(pixel), qAlpha(pixel)};
 }
 
-/// The pixel as it is stored, with the colour multiplied by the alpha.
+/// The pixel as it is stored, with the color multiplied by the alpha.
 QRgb storedPixel(const QImage& pixels, int x, int y)
 {
     return reinterpret_cast<const QRgb*>(pixels.constScanLine(y))[x];
@@ -53,18 +53,6 @@ QRect inkOf(const QImage& pixels)
         }
     }
     return ink;
-}
-
-double crispPixelRatio(const QImage& pixels)
-{
-    int whole = 0;
-    for (int y = 0; y < pixels.height(); ++y) {
-        for (int x = 0; x < pixels.width(); ++x) {
-            const int alpha = qAlpha(storedPixel(pixels, x, y));
-            whole += alpha == 0 || alpha == 255 ? 1 : 0;
-        }
-    }
-    return static_cast<double>(whole) / (pixels.width() * pixels.height());
 }
 
 QImage tintedShape(const QImage& shape, const QColor& tint)

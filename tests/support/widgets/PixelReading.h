@@ -13,17 +13,13 @@ namespace orlimo {
 /// The smallest rectangle that holds every pixel that is at least half opaque.
 [[nodiscard]] QRect inkOf(const QImage& pixels);
 
-/// Which part of the pixels, from 0 to 1, is either fully opaque or fully transparent: the larger,
-/// the less of the drawing's edges is smeared over two pixels.
-[[nodiscard]] double crispPixelRatio(const QImage& pixels);
-
-/// What becomes of `shape` when everything in it is drawn in `tint`.
+/// `shape` with everything in it drawn in `tint`.
 [[nodiscard]] QImage tintedShape(const QImage& shape, const QColor& tint);
 
 /// Whether no channel of any pixel of the two differs by more than rounding does.
 [[nodiscard]] bool isVisuallyEqual(const QImage& one, const QImage& other);
 
-/// How far two opaque colours are apart in brightness, from 1 (equal) to 21 (black and white), as
+/// How far two opaque colors are apart in brightness, from 1 (equal) to 21 (black and white), as
 /// accessibility guidelines count it.
 [[nodiscard]] double contrastOf(const QColor& one, const QColor& other);
 

@@ -9,7 +9,7 @@
 
 #include <ostream>
 
-// How the toolkit's values are printed when an expectation about them fails. Found by the test
+// How Qt's values are printed when an expectation about them fails. Found by the test
 // framework because they stand in the values' own namespace.
 
 inline void PrintTo(const QString& text, std::ostream* stream)

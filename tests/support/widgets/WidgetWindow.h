@@ -12,7 +12,7 @@ namespace orlimo {
 /// not.
 void showActive(QWidget& window);
 
-/// A window around one view, with a little room on each side, shown and active for as long as it
+/// A window around one view, with a margin, shown and active for as long as it
 /// lives.
 template <class View> class WidgetWindow
 {
@@ -22,9 +22,9 @@ public:
         : view(new View(std::forward<Arguments>(arguments)...))
     {
         view->setParent(&window);
-        view->move(room, room);
+        view->move(margin, margin);
         view->resize(view->sizeHint());
-        window.resize(view->size() + 2 * QSize(room, room));
+        window.resize(view->size() + 2 * QSize(margin, margin));
         showActive(window);
     }
 
@@ -34,7 +34,7 @@ public:
     QWidget window;
 
     /// Points.
-    static constexpr int room = 20;
+    static constexpr int margin = 20;
 
 private:
     View* view;
