@@ -39,7 +39,7 @@ CommandLine parse(std::vector<const char*> arguments)
     return CommandLine::parse(static_cast<int>(arguments.size()), arguments.data());
 }
 
-TEST(SystemArgumentsOnTheCommandLine, ArePassedOver)
+TEST(SystemArgumentsOnTheCommandLine, AreIgnored)
 {
     for (const auto& arguments : std::vector<std::vector<const char*>>{
              {"-AppleLanguages", "(de)", "--launched-at-login"},
