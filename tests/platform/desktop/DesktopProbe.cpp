@@ -4,7 +4,6 @@
 
 #include "platform/desktop/ApplicationDelegate.h"
 #include "platform/desktop/SharedApplication.h"
-#include "platform/desktop/Workspace.h"
 #include "platform/menubar/MenuBarExtra.h"
 #include "platform/threads/UptimeClock.h"
 #include "resources/ImageIcon.h"
@@ -146,7 +145,6 @@ int runExtra()
          })},
         {"text", [&] { return content.text(); }},
         {"about", done([] { sharedApplication().orderFrontStandardAboutPanel(); })},
-        {"website", [] { return yesOrNo(openUrl(QUrl(QStringLiteral("https://orlimo.app/")))); }},
     };
     const QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
     QObject::connect(&input, &QSocketNotifier::activated, &content, [&] {

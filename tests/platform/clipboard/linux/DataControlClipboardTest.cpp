@@ -232,7 +232,7 @@ TEST_F(DataControlClipboardTest, OffersTextUnderAllItsNamesMarkedAsSecret)
 {
     start();
     runEventLoop(20ms);
-    EXPECT_EQ(compositor->connections(), 0U) << "before it is used";
+    EXPECT_EQ(compositor->managers().size(), 0U) << "before it is used";
     for (const auto& text : {"123456"s, ""s, "\u0661 e\u0301 \U0001F511\n"s, "12\0 34"s}) {
         set(text);
         EXPECT_THAT(
@@ -301,7 +301,7 @@ TEST_F(DataControlClipboardTest, GivesUpWhatAnotherProgramReplacesAndTakesItBack
     EXPECT_EQ(compositor->selections(), 1U) << "offered a replaced text to a new seat";
     set("7777", 2);
     EXPECT_EQ(pasted(), "7777");
-    EXPECT_EQ(compositor->connections(), 1U);
+    EXPECT_EQ(compositor->managers().size(), 1U);
 }
 
 TEST_F(DataControlClipboardTest, LeavesNothingBehindAtItsEnd)
@@ -338,7 +338,7 @@ TEST_F(DataControlClipboardTest, ManyTextsDoNotAccumulateObjects)
     EXPECT_EQ(compositor->count(Kind::device), 1U);
     EXPECT_EQ(compositor->count(Kind::manager), 1U);
     EXPECT_EQ(compositor->count(Kind::seat), 1U);
-    EXPECT_EQ(compositor->connections(), 1U);
+    EXPECT_EQ(compositor->managers().size(), 1U);
     EXPECT_TRUE(awaitDescriptors(before));
 }
 
@@ -376,7 +376,7 @@ TEST_F(DataControlClipboardTest, ReconnectsWithoutHavingNoticedTheDisconnection)
     compositor->disconnectClients();
     set("7777"); // without the event loop in between
     EXPECT_EQ(pasted(), "7777");
-    EXPECT_EQ(compositor->connections(), 2U);
+    EXPECT_EQ(compositor->managers().size(), 2U);
 }
 
 TEST_F(DataControlClipboardTest, ReconnectsAfterProtocolError)
@@ -407,7 +407,7 @@ TEST_F(DataControlClipboardTest, SlowCompositorReceivesTheNewestText)
     EXPECT_TRUE(await([this] { return pasted() == "123456"; }));
     EXPECT_EQ(outcome, Outcome::sent);
     EXPECT_EQ(compositor->selections(), 1U);
-    EXPECT_EQ(compositor->connections(), 1U);
+    EXPECT_EQ(compositor->managers().size(), 1U);
 }
 
 TEST_F(DataControlClipboardTest, CompositorThatEndsWithoutAResponseIsUnreachable)
@@ -459,7 +459,7 @@ TEST_F(DataControlClipboardTest, KeepsOnlyTheNewestTextForAHungCompositor)
     compositor->resume();
     EXPECT_TRUE(await([this] { return pasted() == "7777"; }));
     EXPECT_EQ(outcome, Outcome::sent);
-    EXPECT_EQ(compositor->connections(), 1U);
+    EXPECT_EQ(compositor->managers().size(), 1U);
 }
 
 TEST_F(DataControlClipboardTest, SetsTheClipboardOfEverySeatAlsoOfALaterOne)
@@ -493,7 +493,7 @@ TEST_F(DataControlClipboardTest, KeepsItsTextWhileItsOnlySeatIsReplaced)
         EXPECT_EQ(compositor->count(Kind::source), 1U);
         // The first versions of a seat have no request to release it.
         EXPECT_EQ(compositor->count(Kind::seat), seatVersion < 5 ? 2U : 1U);
-        EXPECT_EQ(compositor->connections(), 1U);
+        EXPECT_EQ(compositor->managers().size(), 1U);
     }
 }
 
@@ -524,7 +524,7 @@ TEST_F(DataControlClipboardTest, RequestsFinishedClipboardObjectAgain)
     }
     set("7777");
     EXPECT_EQ(pasted(), "7777");
-    EXPECT_EQ(compositor->connections(), 1U);
+    EXPECT_EQ(compositor->managers().size(), 1U);
 }
 
 } // namespace

@@ -67,7 +67,6 @@ ScriptedCompositor::ScriptedCompositor(const std::filesystem::path& socket, cons
     , display(wl_display_create())
     , loop(wl_display_get_event_loop(display))
     , wakeUp(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
-    , clientCreated{.compositor = this}
 {
     const auto runTasksOf = [](int descriptor, std::uint32_t /*mask*/, void* compositor) {
         eventfd_t ignored = 0;
@@ -76,10 +75,6 @@ ScriptedCompositor::ScriptedCompositor(const std::filesystem::path& socket, cons
         return 0;
     };
     wakeUpSource = wl_event_loop_add_fd(loop, wakeUp.get(), WL_EVENT_READABLE, runTasksOf, this);
-    clientCreated.listener.notify = [](wl_listener* listener, void* /*client*/) {
-        ++reinterpret_cast<Listener*>(listener)->compositor->connectionCount;
-    };
-    wl_display_add_client_created_listener(display, &clientCreated.listener);
     // In the reverse order of preference, so that taking the first one is no solution.
     if (script.offersZwlr) {
         wl_global_create(display, &zwlrDataControl.manager, 2, this, &bindManager<zwlrDataControl>);
@@ -243,11 +238,6 @@ std::size_t ScriptedCompositor::count(Kind kind)
 std::size_t ScriptedCompositor::selections()
 {
     return run([this] { return selectionCount; });
-}
-
-std::size_t ScriptedCompositor::connections()
-{
-    return run([this] { return connectionCount; });
 }
 
 std::vector<std::string> ScriptedCompositor::managers()

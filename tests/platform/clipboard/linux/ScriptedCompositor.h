@@ -88,10 +88,7 @@ public:
     /// How often a client has put something on a seat's clipboard.
     [[nodiscard]] std::size_t selections();
 
-    /// How many clients have connected so far.
-    [[nodiscard]] std::size_t connections();
-
-    /// The interface of each manager that was bound so far.
+    /// The interface of each manager that was bound so far, which a client does once a connection.
     [[nodiscard]] std::vector<std::string> managers();
 
 private:
@@ -113,12 +110,6 @@ private:
         std::size_t seat = 0;
         std::vector<std::string> types{};
         bool isUsed = false;
-    };
-
-    struct Listener
-    {
-        wl_listener listener{};
-        ScriptedCompositor* compositor = nullptr;
     };
 
     template <typename Task> auto begin(Task task);
@@ -156,7 +147,6 @@ private:
     wl_event_loop* loop;
     UniqueFd wakeUp;
     wl_event_source* wakeUpSource;
-    Listener clientCreated;
     std::mutex mutex;
     std::deque<std::function<void()>> tasks;
     bool isStopped = false;
@@ -165,7 +155,6 @@ private:
     std::vector<wl_resource*> managerResources;
     std::map<Kind, std::size_t> counts;
     std::size_t selectionCount = 0;
-    std::size_t connectionCount = 0;
     std::vector<std::string> managerInterfaces;
     std::binary_semaphore release{0};
     bool isHeld = false;

@@ -52,12 +52,5 @@ TEST(SystemArgumentsOnTheCommandLine, AreIgnored)
     }
 }
 
-TEST(SystemArgumentsOnTheCommandLine, DoNotHideAnUnknownArgument)
-{
-    const CommandLine commandLine = parse({"-AppleLanguages", "(de)", "--bogus"});
-    EXPECT_EQ(commandLine.request, Request::refuse);
-    EXPECT_THAT(commandLine.text, testing::HasSubstr("unknown option \"--bogus\""));
-}
-
 } // namespace
 } // namespace orlimo
