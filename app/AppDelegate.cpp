@@ -3,7 +3,7 @@
 #include "app/guidance/GuidanceWindow.h"
 #include "app/guidance/HelperView.h"
 #include "capture/Preferences.h"
-#include "platform/desktop/FrontWindow.h"
+#include "platform/desktop/Workspace.h"
 #include "platform/process/FatalStop.h"
 #include "platform/threads/MainThread.h"
 

@@ -2,7 +2,7 @@
 
 #include "app/guidance/DiskAccess.h"
 #include "login/LaunchAtLogin.h"
-#include "platform/desktop/Screen.h"
+#include "platform/desktop/Workspace.h"
 #include "platform/preferences/UserDefaults.h"
 
 #include <QRect>

@@ -40,7 +40,6 @@ set(orlimo_platform_sources
     process/StandardStreams.cpp
     process/linux/LoginItemLog.cpp
     desktop/linux/SystemArguments.cpp
-    clipboard/linux/TextTransfer.cpp
     clipboard/linux/TextTransfers.cpp
     desktop/linux/QtArguments.cpp
     preferences/linux/UnstoredPreferences.cpp
@@ -65,8 +64,6 @@ set(orlimo_desktop_sources
     desktop/linux/PaletteScheme.cpp
     menubar/linux/PanelIcon.cpp
     desktop/linux/FontPreloading.cpp
-    desktop/linux/FrontWindow.cpp
-    desktop/linux/QtScreen.cpp
     desktop/linux/QtSharedApplication.cpp
     desktop/linux/QtWorkspace.cpp
     bus/linux/SessionBus.cpp

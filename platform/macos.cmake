@@ -38,7 +38,6 @@ set(orlimo_desktop_sources
     desktop/macos/ColorScheme.cpp
     threads/macos/DefaultModeCall.mm
     desktop/macos/FontPreloading.cpp
-    desktop/macos/MainScreen.mm
     menubar/macos/MenuBarImage.mm
     desktop/macos/NamedSymbol.mm
     desktop/macos/NotificationObserver.mm

@@ -89,7 +89,7 @@ QWidget* StatusMenuView::makeCommands() const
 void StatusMenuView::showAbout() const
 {
     requireMainThread();
-    services.application().orderFrontStandardAboutPanel({});
+    services.application().orderFrontStandardAboutPanel();
 }
 
 void StatusMenuView::openWebsite() const

@@ -10,7 +10,7 @@ enum class PasteboardType {
     string, ///< plain text
 };
 
-/// A place from which other programs paste. Main thread.
+/// A clipboard that other programs paste from. Main thread.
 class Pasteboard
 {
 public:
@@ -19,19 +19,19 @@ public:
     Pasteboard& operator=(const Pasteboard&) = delete;
     virtual ~Pasteboard() = default;
 
-    /// Announces `types` as what the pasteboard will hold. On macOS this takes the pasteboard over:
-    /// whatever it held is gone. On Linux nothing changes before `setString`, and nothing at all
-    /// where that does not follow: other programs see one change for each text, and no empty one.
+    /// Announces the types that the pasteboard will hold. On macOS this takes the pasteboard over:
+    /// its previous content is gone. On Linux nothing changes until `setString` is called: other
+    /// programs see one change for each text, and no empty one.
     virtual void declareTypes(std::initializer_list<PasteboardType> types) = 0;
 
-    /// Puts `text`, UTF-8, which may be empty, on the pasteboard as data of a type declared before,
-    /// in the place of whatever it held. On Linux the text is marked as a secret, which clipboard
-    /// managers do not keep.
+    /// Replaces the pasteboard's content with `text`, UTF-8 and possibly empty, as data of a type
+    /// declared before. On Linux the text is marked as a secret, which clipboard managers do not
+    /// store.
     virtual void setString(std::string_view text, PasteboardType type) = 0;
 };
 
-/// The pasteboard that the user's paste command reads. Lives to the end of the process; the first
-/// call must come after the application object was built.
+/// The pasteboard that the user's paste command reads. Lives until the process ends; first called
+/// after the application object has been created.
 [[nodiscard]] Pasteboard& generalPasteboard();
 
 } // namespace orlimo

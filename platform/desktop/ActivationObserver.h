@@ -4,14 +4,14 @@
 
 namespace orlimo {
 
-/// Sees when the application goes from inactive to active and tells of it, once each time. What
-/// happens before launching has finished is told right after it. Main thread.
+/// Notifies once each time the application goes from inactive to active. Activations before
+/// launching has finished are reported right after it. Main thread.
 class ActivationObserver
 {
 public:
     explicit ActivationObserver(std::function<void()> activationHandler);
 
-    /// The application is active or not from now on, as it was before or otherwise.
+    /// Reports the current state, which may be unchanged.
     void activityDidChange(bool isNowActive);
 
     void launchingDidFinish();

@@ -11,8 +11,8 @@ namespace orlimo {
 
 namespace {
 
-/// How long the host may take to hand the focus from one window to the next, in between of which
-/// the application counts as active. As long as the toolkit itself waits.
+/// How long the system may take to move the focus from one window to the next, during which the
+/// application counts as active. The same as Qt's own delay.
 constexpr std::chrono::milliseconds handoverDelay{400};
 
 bool isSurfaceDestruction(const QEvent& event)
@@ -40,8 +40,8 @@ ApplicationActivity::ApplicationActivity(std::function<void(bool isActive)> chan
 
 bool ApplicationActivity::eventFilter(QObject* watched, QEvent* event)
 {
-    // A window that is closed while it has the focus goes without the toolkit's telling anybody
-    // that the application is active no more.
+    // When the focused window is closed, Qt does not report that the application has become
+    // inactive.
     if (isSurfaceDestruction(*event) && watched == QGuiApplication::focusWindow()) {
         handoverTimer.start();
     }

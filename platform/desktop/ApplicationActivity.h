@@ -7,8 +7,8 @@
 
 namespace orlimo {
 
-/// Says whether the application is active, that is, whether one of its windows has the focus: once
-/// at the start and at each turn, some turns more than once. Needs the toolkit's application
+/// Reports whether the application is active, that is, whether one of its windows has the focus:
+/// once on construction and on each change, some changes more than once. Requires Qt's application
 /// object. Main thread.
 class ApplicationActivity final : public QObject
 {

@@ -2,7 +2,7 @@
 
 namespace orlimo {
 
-/// What an application is told at the turns of its life. Main thread.
+/// Receives the lifecycle events of the application. Main thread.
 class ApplicationDelegate
 {
 public:
@@ -15,7 +15,7 @@ public:
     virtual void applicationWillFinishLaunching() = 0;
     /// Once the event loop runs. The launch event is still current.
     virtual void applicationDidFinishLaunching() = 0;
-    /// The application goes from inactive to active; once each time.
+    /// Once each time the application goes from inactive to active.
     virtual void applicationWillBecomeActive() = 0;
 };
 

@@ -3,7 +3,7 @@
 namespace orlimo {
 
 /// Lets the application's palette follow the user's preference for light or dark windows, from now
-/// until the application object is destroyed, where Qt does not do so itself. Returns at once: the
+/// until the application object is destroyed, unless Qt does so itself. Returns at once; the
 /// preference is applied when the system reports it. Main thread, after the application object.
 void followColorScheme();
 

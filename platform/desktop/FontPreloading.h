@@ -2,9 +2,9 @@
 
 namespace orlimo {
 
-/// Has Qt list the fonts ahead of the first window where that takes long and holds nothing up
-/// meanwhile; otherwise does nothing. Returns at once. Main thread, after the application object
-/// has been made.
+/// Has Qt list the fonts in the background before the first window, on systems where that takes
+/// long; otherwise does nothing. Returns at once. Main thread, after the application object has
+/// been created.
 void preloadFonts();
 
 } // namespace orlimo

@@ -5,18 +5,18 @@
 
 namespace orlimo {
 
-/// The arguments with which the toolkit's application object is made: the program's own, and behind
-/// them what the host's session asks for. Made once, before that object, and kept as long as it.
+/// The arguments for Qt's application object: the program's own, followed by those that the session
+/// requires. Created once, before that object, which it must outlive.
 class QtArguments
 {
 public:
-    /// The arguments as main() gets them.
+    /// Takes the arguments of main().
     QtArguments(int argc, const char* const* argv);
     QtArguments(const QtArguments&) = delete;
     QtArguments& operator=(const QtArguments&) = delete;
     ~QtArguments() = default;
 
-    /// What the application object is given, which may take arguments away.
+    /// For the application object, which may remove arguments.
     [[nodiscard]] int& count() { return number; }
     [[nodiscard]] char** values() { return pointers.data(); }
 

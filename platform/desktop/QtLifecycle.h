@@ -11,19 +11,19 @@ namespace orlimo {
 
 class ApplicationDelegate;
 
-/// Tells a delegate of the turns of the application's life as the toolkit sees them, for a host
-/// that does not tell of them itself. Main thread.
+/// Notifies a delegate of the application's lifecycle events as Qt sees them, for a system that has
+/// no such notifications. Main thread.
 class QtLifecycle final
 {
 public:
-    /// `delegate` must outlive the turns. `launchingDidFinish` is called after the delegate's turn
-    /// of that name and before any activation is told; when it says false, none is.
+    /// `delegate` must outlive this object. `launchingDidFinish` is called after the delegate's
+    /// method of that name and before any activation is reported; if it returns false, none is.
     QtLifecycle(ApplicationDelegate& delegate, std::function<bool()> launchingDidFinish);
     QtLifecycle(const QtLifecycle&) = delete;
     QtLifecycle& operator=(const QtLifecycle&) = delete;
     ~QtLifecycle() = default;
 
-    /// Tells of what comes before the event loop. The rest follows in it.
+    /// Notifies the delegate of what precedes the event loop. The rest follows in the loop.
     void begin();
 
 private:

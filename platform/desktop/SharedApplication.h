@@ -1,16 +1,10 @@
 #pragma once
 
-#include <map>
-#include <string>
-
 namespace orlimo {
 
 class ApplicationDelegate;
 
-/// What to show in the About panel instead of the program's own, by the option's name.
-using AboutPanelOptions = std::map<std::string, std::string>;
-
-/// The running application as its host knows it. Main thread.
+/// The running application as the system sees it. Main thread.
 class SharedApplication
 {
 public:
@@ -19,20 +13,20 @@ public:
     SharedApplication& operator=(const SharedApplication&) = delete;
     virtual ~SharedApplication() = default;
 
-    /// Runs the event loop to the end of the program and returns its exit status. `delegate` is
-    /// told of each turn and must outlive the call.
+    /// Runs the event loop until the program ends and returns its exit status. `delegate` is
+    /// notified of each lifecycle event and must outlive the call.
     virtual int run(ApplicationDelegate& delegate) = 0;
 
-    /// Shows the host's standard About panel in front of everything, the same one each time.
-    virtual void orderFrontStandardAboutPanel(const AboutPanelOptions& options) = 0;
+    /// Shows the system's standard About panel in front of everything, the same one each time.
+    virtual void orderFrontStandardAboutPanel() = 0;
 
-    /// Ends the program with exit status 0, unasked.
+    /// Ends the program with exit status 0, without asking the user.
     virtual void terminate() = 0;
-    /// Whether the program has been told to end and only has not come to it yet.
+    /// Whether `terminate` has been called and the program has not ended yet.
     [[nodiscard]] virtual bool isTerminating() const = 0;
 };
 
-/// The one there is. Before the toolkit's application object exists a call is a fatal stop.
+/// The only instance. Calling this before Qt's application object exists is a fatal stop.
 [[nodiscard]] SharedApplication& sharedApplication();
 
 } // namespace orlimo

@@ -5,8 +5,8 @@
 
 namespace orlimo {
 
-/// How many of the arguments, from the first one on, the system has put on the command line for its
-/// own libraries; 0 where the first one is the program's. Any thread.
+/// How many leading arguments the system has put on the command line for its own libraries; 0 if
+/// the first one is the program's. Any thread.
 [[nodiscard]] std::size_t systemArgumentCount(std::span<const char* const> arguments);
 
 } // namespace orlimo

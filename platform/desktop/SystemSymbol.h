@@ -7,12 +7,12 @@
 
 namespace orlimo {
 
-/// The symbol that the host calls `name`, drawn in `colour` to stand beside text of `pixelSize`
-/// points, sharp at `devicePixelRatio`. A name that the host does not know gives a null pixmap.
+/// The system's symbol `name`, drawn in `color` for use beside text of `pixelSize` points, sharp at
+/// `devicePixelRatio`. A null pixmap for an unknown name.
 [[nodiscard]] QPixmap
 systemSymbol(QStringView name, int pixelSize, const QColor& color, qreal devicePixelRatio);
 
-/// The size in points of what systemSymbol() draws; empty for an unknown name.
+/// The size of systemSymbol() in points; empty for an unknown name.
 [[nodiscard]] QSize systemSymbolSize(QStringView name, int pixelSize);
 
 } // namespace orlimo

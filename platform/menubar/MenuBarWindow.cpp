@@ -17,18 +17,17 @@ namespace orlimo {
 
 namespace {
 
-/// How much later than the loss of focus the click that caused it may be told. A click that a
-/// person makes on purpose after it comes later still.
+/// How long after a loss of focus the click that caused it may be reported. A deliberate further
+/// click comes later still.
 constexpr std::chrono::milliseconds sameClickInterval{500};
 
-/// How long after they were opened the program's windows may still be given the focus for it.
+/// How long after they were opened the program's other windows may still receive the focus.
 constexpr std::chrono::seconds openingGracePeriod{2};
 
-/// How far apart the loss of the focus and the leaving of the pointer may be reported that belong
-/// together.
+/// How far apart the same movement's loss of focus and leaving of the pointer may be reported.
 constexpr std::chrono::milliseconds sameMoveInterval{150};
 
-/// Where programs may not place their windows, the compositor does.
+/// Whether the compositor places windows, instead of the program.
 bool compositorPlacesWindows()
 {
     return QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
@@ -74,7 +73,7 @@ void MenuBarWindow::open()
     closedOnFocusLossAt.reset();
     if (!isOpen()) {
         resetPointerState();
-        place();
+        moveToIcon();
     }
     options.willComeToFront(content);
     content.show();
@@ -103,7 +102,7 @@ void MenuBarWindow::close()
 
 bool MenuBarWindow::isOpen() const
 {
-    // Not isVisible(): that still holds while a window that is being hidden loses the focus.
+    // Not isVisible(), which is still true while a window being hidden loses the focus.
     return !content.isHidden();
 }
 
@@ -121,7 +120,7 @@ bool MenuBarWindow::eventFilter(QObject* watched, QEvent* event)
     if (watched == &content) {
         switch (event->type()) {
         case QEvent::WindowDeactivate:
-            // A popup of the window's own, such as a text's menu, does not deactivate it.
+            // A popup of the window itself, such as a text field's menu, does not deactivate it.
             didLoseFocus();
             break;
         case QEvent::WindowActivate:
@@ -141,10 +140,10 @@ bool MenuBarWindow::eventFilter(QObject* watched, QEvent* event)
     return QObject::eventFilter(watched, event);
 }
 
-void MenuBarWindow::pointerWasPressed(const QPoint& place)
+void MenuBarWindow::pointerWasPressed(const QPoint& position)
 {
-    const bool isElsewhere = !content.frameGeometry().contains(place) &&
-                             !iconGeometry().value_or(QRect()).contains(place);
+    const bool isElsewhere = !content.frameGeometry().contains(position) &&
+                             !iconGeometry().value_or(QRect()).contains(position);
     if (isOpen() && isElsewhere && !content.isActiveWindow() &&
         QApplication::activePopupWidget() == nullptr)
     {
@@ -152,7 +151,7 @@ void MenuBarWindow::pointerWasPressed(const QPoint& place)
     }
 }
 
-void MenuBarWindow::place()
+void MenuBarWindow::moveToIcon()
 {
     const auto screens = screenAreas();
     if (screens.empty()) {
@@ -177,7 +176,7 @@ void MenuBarWindow::fit(QSize available)
     }
     const QSize size = fullSize->boundedTo(available);
     if (size != content.size()) {
-        // Fixed, so that compositors that tile windows leave it alone.
+        // A fixed size keeps tiling compositors from resizing it.
         content.setFixedSize(size);
     }
 }
@@ -207,7 +206,7 @@ void MenuBarWindow::didLoseFocusForUnknownReason()
 {
     hasLostFocusForUnknownReason = true;
     if (isPointerInside) {
-        // Either it is just leaving, which is reported next, or it stays and was not the reason.
+        // Either it is just leaving, which is reported next, or it was not the reason.
         closeTimer.start(sameMoveInterval);
     } else if (pointerLeftAt && clock() - *pointerLeftAt < sameMoveInterval) {
         closeTimer.start(options.pointerReturnTimeout);

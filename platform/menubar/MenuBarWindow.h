@@ -18,34 +18,33 @@
 
 namespace orlimo {
 
-/// The window of a menu bar extra: opens at the icon, closes by itself when it loses the focus or
-/// on Escape. Knows nothing of how the icon gets onto the screen. Main thread.
+/// The window of a menu bar extra: opens at the icon and closes by itself when it loses the focus
+/// and on Escape. Independent of how the icon gets onto the screen. Main thread.
 ///
-/// Where the focus follows the pointer the way from the icon to the window takes the focus away,
-/// and a loss of it does not mean that the user is done: see `FocusLoss`. The window then stays
-/// open until a click elsewhere; where the system does not report clicks, until the pointer has
-/// been inside, has left, and has not come back for a while.
+/// If the focus follows the pointer, moving from the icon to the window takes the focus away, so
+/// that losing it does not mean that the user is done: see `FocusLoss`. The window then stays open
+/// until a click elsewhere or, if the system does not report clicks, until the pointer has been
+/// inside, has left, and has not returned for a while.
 class MenuBarWindow final : public QObject
 {
 public:
-    /// Where the icon is on the screen, in points; none where the host does not say.
+    /// The icon's rectangle on the screen, in points; none if the system does not report it.
     using IconGeometry = std::function<std::optional<QRect>()>;
 
-    /// What the host makes of such a window.
+    /// What differs between systems.
     struct Options
     {
         Qt::WindowFlags flags = Qt::Tool | Qt::FramelessWindowHint;
-        /// Called with the window each time before it comes to the front, in its place by then.
+        /// Called with the window, already positioned, each time before it comes to the front.
         std::function<void(QWidget& window)> willComeToFront = [](QWidget& /*window*/) {};
-        /// Called when the window has lost the focus: why.
+        /// Returns why the window has just lost the focus.
         std::function<FocusLoss()> focusLoss = [] { return FocusLoss::deliberate; };
-        /// How long the pointer may be outside before a window closes that lost the focus with it.
+        /// How long the pointer may be outside before a window that lost the focus closes.
         std::chrono::milliseconds pointerReturnTimeout{1000};
     };
 
-    /// `window` becomes the window; it is not owned and must outlive this object. It keeps the size
-    /// that it has when it first opens, but on a screen where less than that is available: there it
-    /// is made as small as that each time.
+    /// `window` is not owned and must outlive this object. It keeps the size with which it first
+    /// opens; on a screen with less available space it is shrunk to that each time.
     MenuBarWindow(QWidget& window, IconGeometry geometry, UptimeClock uptimeClock = currentUptime);
     MenuBarWindow(
         QWidget& window, IconGeometry geometry, UptimeClock uptimeClock, Options windowOptions);
@@ -53,31 +52,30 @@ public:
     MenuBarWindow& operator=(const MenuBarWindow&) = delete;
     ~MenuBarWindow() override;
 
-    /// Opens the window at its place, or brings the open one to the front; gives it the focus.
+    /// Opens the window at the icon, or brings the open one to the front, and gives it the focus.
     void open();
 
     /// The same while other windows of the program have only just been opened. For two seconds the
-    /// focus that one of those takes is taken back, instead of closing the window: the host hands
-    /// the focus to windows in its own time, and not only once to each. A window that is opened
-    /// later takes the focus for good.
+    /// focus is taken back from those instead of closing the window, because the system focuses new
+    /// windows with a delay and possibly more than once. A window opened later keeps the focus.
     void openOnRequest();
 
     void close();
     [[nodiscard]] bool isOpen() const;
 
-    /// What a click on the icon does: closes the open window, opens the closed one. The click that
-    /// took the focus from the window has closed it by that, and does not open it again.
+    /// Handles a click on the icon: closes the open window, opens the closed one. A click that has
+    /// just closed the window by taking its focus does not open it again.
     void toggle();
 
-    /// A mouse button was pressed at `place`, in points of the screen. Outside the window that
-    /// closes it when it no longer has the focus; the icon's own click is left to `toggle`.
-    void pointerWasPressed(const QPoint& place);
+    /// Handles a press of a mouse button at `position`, in screen points. Outside the window it
+    /// closes a window that no longer has the focus; a press on the icon is left to `toggle`.
+    void pointerWasPressed(const QPoint& position);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    void place();
+    void moveToIcon();
     void fit(QSize available);
     void didLoseFocus();
     void didLoseFocusForUnknownReason();
@@ -93,7 +91,7 @@ private:
     UptimeClock clock;
     Options options;
     QShortcut escape;
-    /// What the content measures where there is room for it.
+    /// The content's size on a screen with enough space.
     std::optional<QSize> fullSize;
     std::optional<Uptime> closedOnFocusLossAt;
     std::optional<Uptime> openedOnRequestAt;

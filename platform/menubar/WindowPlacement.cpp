@@ -6,7 +6,7 @@ namespace orlimo {
 
 namespace {
 
-/// One direction of a rectangle; `end` is the first point behind it.
+/// A rectangle's extent along one axis; `end` is exclusive.
 struct Span
 {
     int start;
@@ -50,8 +50,8 @@ bool isNearEdge(Span anchor, Span area)
     return std::min(anchor.start - area.start, area.end - anchor.end) < anchor.length();
 }
 
-/// Whether the anchor's panel stands on the left or right edge of the screen. The area that panels
-/// leave free tells; where it does not, an icon by a side and by neither top nor bottom does.
+/// Whether the anchor's panel is at the left or right edge of the screen. Decided by the available
+/// area or, if that is inconclusive, by an icon close to a side but to neither top nor bottom.
 bool isInSidePanel(const QRect& anchor, const QRect& available)
 {
     const bool isBeside = !horizontal(available).contains(horizontal(anchor).middle());
@@ -63,7 +63,7 @@ bool isInSidePanel(const QRect& anchor, const QRect& available)
            !isNearEdge(vertical(anchor), vertical(available));
 }
 
-/// Behind the anchor where there is room, before it otherwise.
+/// After the anchor if the length fits there, otherwise before it.
 int adjacent(Span anchor, int length, Span area)
 {
     return anchor.end + length <= area.end ? anchor.end : anchor.start - length;

@@ -8,13 +8,9 @@ int RecordingApplication::run(ApplicationDelegate& /*delegate*/)
     return 0;
 }
 
-void RecordingApplication::orderFrontStandardAboutPanel(const AboutPanelOptions& options)
+void RecordingApplication::orderFrontStandardAboutPanel()
 {
-    std::string call = "about";
-    for (const auto& [name, value] : options) {
-        call.append(" ").append(name).append("=").append(value);
-    }
-    calls.push_back(call);
+    calls.emplace_back("about");
 }
 
 void RecordingApplication::terminate()

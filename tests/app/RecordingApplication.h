@@ -12,11 +12,11 @@ class RecordingApplication final : public SharedApplication
 {
 public:
     int run(ApplicationDelegate& delegate) override;
-    void orderFrontStandardAboutPanel(const AboutPanelOptions& options) override;
+    void orderFrontStandardAboutPanel() override;
     void terminate() override;
     [[nodiscard]] bool isTerminating() const override { return false; }
 
-    /// Each call so far: "run", "about" with the options as NAME=VALUE, or "terminate".
+    /// Each call so far: "run", "about" or "terminate".
     std::vector<std::string> calls;
 };
 

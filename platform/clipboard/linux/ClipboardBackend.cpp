@@ -1,6 +1,5 @@
 #include "platform/clipboard/linux/ClipboardBackend.h"
 
-#include "platform/clipboard/linux/DataControlClipboard.h"
 #include "platform/process/EnvironmentVariable.h"
 
 #include <iostream>
@@ -16,11 +15,11 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// How long a compositor may take where nothing but the clipboard depends on its response.
+/// How long to wait for a compositor if only the clipboard depends on its response.
 constexpr std::chrono::milliseconds shortTimeout = 2s;
 
-/// The same where the platform depends on it. A compositor that is slow at login takes seconds, and
-/// Qt on Wayland would wait for it without any limit.
+/// The same if the choice of Qt's platform depends on it. At login a slow compositor takes seconds,
+/// and Qt on Wayland would wait for it without any limit.
 constexpr std::chrono::milliseconds longTimeout = 30s;
 
 bool isOnWayland()
@@ -34,7 +33,7 @@ bool canReachXServer()
     if (environmentVariable("DISPLAY").empty()) {
         return false;
     }
-    // Not null even where it fails, which is for xcb_connection_has_error to tell.
+    // Never null: xcb_connection_has_error reports a failure.
     const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> connection(
         xcb_connect(nullptr, nullptr), &xcb_disconnect);
     return xcb_connection_has_error(connection.get()) == 0;
@@ -48,8 +47,8 @@ bool canReach(std::string_view platform, const SessionCapabilities& capabilities
     return platform != "xcb" || capabilities.hasXServer();
 }
 
-/// The name of the platform on which the toolkit ends up: of several with semicolons between them,
-/// the first that can be reached. Behind a colon each may have options.
+/// The name of the platform that Qt ends up with: the first reachable one in a list separated by
+/// semicolons, in which each name may be followed by a colon and options.
 std::string_view chosenPlatform(std::string_view platforms, const SessionCapabilities& capabilities)
 {
     const auto end = platforms.find(';');
@@ -70,7 +69,7 @@ ClipboardBackend defaultBackend(const SessionCapabilities& capabilities)
         return capabilities.hasXServer() ? ClipboardBackend::xServer
                                          : ClipboardBackend::focusedOnly;
     }
-    // On the X server Qt does not wait for the compositor, and both ways stay open.
+    // On the X server Qt does not wait for the compositor, and both backends stay possible.
     const bool isUnknown = dataControl == DataControlAvailability::unknown;
     return isUnknown && capabilities.hasXServer() ? ClipboardBackend::dataControlOrXServer
                                                   : ClipboardBackend::dataControl;
@@ -114,7 +113,8 @@ ClipboardBackend bestClipboardBackend(const SessionCapabilities& capabilities)
         return mayOfferDataControl(capabilities) ? ClipboardBackend::dataControl
                                                  : ClipboardBackend::focusedOnly;
     }
-    // Compositors that have data control mostly listen to X programs only while one has the focus.
+    // Most compositors with data control accept the clipboard of an X client only while it has the
+    // focus.
     const bool isOnXWayland = platform == "xcb" && capabilities.isWaylandSession;
     return isOnXWayland && mayOfferDataControl(capabilities) ? ClipboardBackend::dataControl
                                                              : ClipboardBackend::qt;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/clipboard/linux/DataControlAvailability.h"
+#include "platform/clipboard/linux/DataControlClipboard.h"
 
 #include <chrono>
 #include <functional>
@@ -9,52 +9,52 @@
 
 namespace orlimo {
 
-/// The ways by which a program without a focused window gets a text onto the clipboard.
+/// How a program without a focused window sets the clipboard.
 enum class ClipboardBackend {
-    /// The toolkit's clipboard, on the platform that it takes by itself: X11, and platforms that
-    /// have a clipboard of their own.
+    /// Qt's clipboard, on the platform that Qt chooses by itself: X11, and platforms with a
+    /// clipboard of their own.
     qt,
-    /// A data-control client of our own beside Qt; also where the compositor has not responded yet.
-    /// Where it turns out not to offer data control, Qt's clipboard.
+    /// A data-control client of our own beside Qt, also while the compositor has not responded.
+    /// Falls back to Qt's clipboard if the compositor turns out not to offer data control.
     dataControl,
-    /// The same with Qt on the X server that serves this Wayland session, where the compositor has
-    /// not responded yet: without data control, that server's clipboard works in the background.
+    /// The same with Qt on the X server of this Wayland session, for a compositor that has not
+    /// responded yet: if it lacks data control, that server's clipboard works in the background.
     dataControlOrXServer,
-    /// The toolkit's clipboard, on the X server that serves this Wayland session.
+    /// Qt's clipboard, on the X server of this Wayland session.
     xServer,
-    /// None. The toolkit's clipboard works while a window of the program has the focus.
+    /// None. Qt's clipboard works only while a window of the program has the focus.
     focusedOnly,
 };
 
-/// What the route depends on. The session is asked only for what matters.
+/// What the choice of the backend depends on. The session is queried only for what matters.
 struct SessionCapabilities
 {
-    /// The toolkit's platform as the user chose it; absent when the choice is left to the program.
+    /// Qt's platform as the user chose it; absent if the choice is left to the program.
     std::optional<std::string> chosenPlatform;
     /// Whether a Wayland compositor serves the session.
     bool isWaylandSession = false;
-    /// Asks the compositor, and waits for `limit` at most.
+    /// Queries the compositor, waiting for at most `limit`.
     std::function<DataControlAvailability(std::chrono::milliseconds limit)> dataControl;
     std::function<bool()> hasXServer;
 };
 
-/// The facts of this process's session. `platformArgument` is the platform named on the command
-/// line, which overrides the environment.
+/// The capabilities of this process's session. `platformArgument` is the platform named on the
+/// command line, which overrides the environment.
 [[nodiscard]] SessionCapabilities
 sessionCapabilities(const std::optional<std::string>& platformArgument);
 
-/// The best route there is. A platform that the user chose is kept to, and the compositor is then
-/// asked for two seconds. Where the platform is left to the program and depends on the response,
-/// the compositor has thirty seconds: the wrong platform would be that of the whole run.
+/// The best backend available. A platform that the user chose is kept; the compositor then has two
+/// seconds to respond. If the platform is left to the program and depends on the response, the
+/// compositor has thirty seconds, because a wrong platform would last for the whole run.
 [[nodiscard]] ClipboardBackend bestClipboardBackend(const SessionCapabilities& capabilities);
 
-/// Settles the route of this process, once, before the toolkit's application object is made.
+/// Sets the backend of this process, once, before Qt's application object is created.
 void selectClipboardBackend(ClipboardBackend backend);
 
-/// The route that was taken; the toolkit's where none was. Main thread.
+/// The selected backend; Qt's if none was selected. Main thread.
 [[nodiscard]] ClipboardBackend selectedClipboardBackend();
 
-/// Says on standard error that the clipboard cannot be set in the background in this session.
+/// Reports on standard error that this session does not let the clipboard be set in the background.
 void warnThatClipboardNeedsFocus();
 
 } // namespace orlimo

@@ -4,8 +4,8 @@
 
 namespace orlimo {
 
-/// The toolkit's clipboard of the desktop session; the selection that a mouse button pastes is left
-/// alone. On Wayland it works only while a window of the program has the focus. Main thread.
+/// Qt's clipboard of the desktop session; the primary selection is left alone. On Wayland it works
+/// only while a window of the program has the focus. Main thread.
 class ClipboardPasteboard final : public Pasteboard
 {
 public:

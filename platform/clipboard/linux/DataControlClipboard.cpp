@@ -1,7 +1,6 @@
 #include "platform/clipboard/linux/DataControlClipboard.h"
 
 #include "platform/clipboard/linux/DataControlConnection.h"
-#include "platform/clipboard/linux/TextTransfers.h"
 #include "platform/display/linux/WaylandDisplay.h"
 #include "platform/display/linux/WaylandRegistry.h"
 
@@ -17,12 +16,12 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// The pauses between two attempts to connect to a compositor whose queue of connections is full,
-/// which the system gives no notification for: each is twice the last one.
+/// The delays between attempts to connect to a compositor whose connection backlog is full, for
+/// which the system has no notification: each is twice the previous one.
 constexpr std::chrono::milliseconds initialRetryDelay = 250ms;
 constexpr std::chrono::milliseconds maxRetryDelay = 16s;
 
-/// Whether a compositor listens that did not take the connection in time.
+/// Whether a compositor is listening that did not accept the connection in time.
 bool isBusy(const std::error_code& error)
 {
     return error == std::errc::resource_unavailable_try_again;
@@ -40,7 +39,7 @@ DataControlClipboard::availability(std::chrono::milliseconds limit, const std::s
         return isBusy(error) ? DataControlAvailability::unknown
                              : DataControlAvailability::notOffered;
     }
-    WaylandRegistry registry(*connected); // learns while it lives, so it is no constant
+    WaylandRegistry registry(*connected); // not const: events change it
     const auto response = connected->roundTrip(deadline);
     if (response == WaylandDisplay::Response::timedOut) {
         return DataControlAvailability::unknown;
@@ -53,7 +52,6 @@ DataControlClipboard::availability(std::chrono::milliseconds limit, const std::s
 
 DataControlClipboard::DataControlClipboard(std::string displayName)
     : display(std::move(displayName))
-    , transfers(std::make_unique<TextTransfers>())
 {
     retryTimer.setSingleShot(true);
     retryTimer.callOnTimeout([this] { connect(); });
@@ -116,7 +114,7 @@ void DataControlClipboard::connect()
         return;
     }
     connection = std::make_unique<DataControlConnection>(
-        *std::move(connected), *transfers, [this] { advance(); });
+        *std::move(connected), transfers, [this] { advance(); });
     isConnectionNew = true;
     advance();
 }

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "platform/clipboard/linux/DataControlAvailability.h"
-#include "platform/clipboard/linux/SharedText.h"
+#include "platform/clipboard/linux/TextTransfers.h"
 
 #include <QTimer>
 
@@ -14,12 +13,17 @@
 namespace orlimo {
 
 class DataControlConnection;
-class TextTransfers;
 
-/// The clipboard of a Wayland session, set in the background: without a window and without the
-/// focus, where the compositor offers the protocol for that. Main thread, with an event loop, on
-/// which the text is handed to the compositor and to the programs that paste it. An idle session
-/// costs nothing.
+/// Whether a compositor is known to let programs without a window set the clipboard.
+enum class DataControlAvailability {
+    offered,
+    notOffered, ///< or there is no compositor
+    unknown,    ///< a compositor is listening but has not responded in time
+};
+
+/// Sets the clipboard of a Wayland session in the background, without a window or the focus, if the
+/// compositor offers the data-control protocol. Main thread, with an event loop, on which the text
+/// is sent to the compositor and to the programs that paste it. Causes no wake-ups while idle.
 class DataControlClipboard
 {
 public:
@@ -31,24 +35,24 @@ public:
     };
     using Completion = std::function<void(Outcome)>;
 
-    /// Whether a compositor can be reached that offers this, and a seat to have a clipboard. Waits
-    /// for its response for `limit` at most. `display` is the compositor's name, or the path of its
-    /// socket; empty stands for the session's own. Needs no application object.
+    /// Whether a compositor can be reached that offers the protocol and has a seat. Waits for its
+    /// response for at most `limit`. `display` is the compositor's name or the path of its socket;
+    /// empty means the session's own. Needs no application object.
     [[nodiscard]] static DataControlAvailability
     availability(std::chrono::milliseconds limit, const std::string& display = {});
 
-    /// For the compositor of that name, as above. Connects when the first text is set.
+    /// For the compositor `display`, as above. Connects when the first text is set.
     explicit DataControlClipboard(std::string display = {});
     DataControlClipboard(const DataControlClipboard&) = delete;
     DataControlClipboard& operator=(const DataControlClipboard&) = delete;
 
-    /// Gives the clipboard up; readers that have not got all of a text get no more.
+    /// Gives up the clipboard; pending transfers end early.
     ~DataControlClipboard();
 
-    /// Takes the clipboard of every seat over with `text`, UTF-8, which may be empty, as soon as
-    /// the compositor responds and has a seat; never blocks. `completed` is called once, from
-    /// within this function or later, or not at all when a newer text replaces this one before:
-    /// only the newest is kept. A connection that was lost is made anew.
+    /// Puts `text`, UTF-8 and possibly empty, on the clipboard of every seat as soon as the
+    /// compositor responds and has a seat; never blocks. `completion` is called once, from within
+    /// this function or later, unless a newer text replaces this one first: only the newest is
+    /// kept. A lost connection is re-established.
     void setText(std::string text, Completion completion);
 
 private:
@@ -63,12 +67,12 @@ private:
     void complete(Outcome outcome);
 
     std::string display;
-    std::unique_ptr<TextTransfers> transfers;
+    TextTransfers transfers;
     std::optional<Pending> pending;
     std::unique_ptr<DataControlConnection> connection;
-    /// Whether the connection was made for the text that is pending.
+    /// Whether the connection was established for the pending text.
     bool isConnectionNew = false;
-    /// Runs only while a text is pending and the compositor takes no connection.
+    /// Runs only while a text is pending and the compositor accepts no connection.
     QTimer retryTimer;
     std::chrono::milliseconds retryDelay{0};
 };

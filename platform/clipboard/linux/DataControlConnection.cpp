@@ -9,7 +9,7 @@ namespace orlimo {
 
 namespace {
 
-/// The version of a seat that can be given up by a request, the latest that is of any use here.
+/// The first seat version with a request to release it; later ones add nothing needed here.
 constexpr std::uint32_t seatVersion = WL_SEAT_RELEASE_SINCE_VERSION;
 
 bool isSeat(const WaylandRegistry::Global& global)
@@ -70,13 +70,13 @@ DataControlConnection::State DataControlConnection::state() const
 bool DataControlConnection::setText(const SharedText& text)
 {
     if (display) {
-        // What the compositor has said comes first: that it is gone, or that a seat is.
+        // Pending events first: the compositor, or a seat, may have gone.
         dispatch();
     }
     const bool canSend = state() == State::ready && !devices.empty() && !writable->isEnabled();
     if (!canSend) {
-        offeredText
-            .reset(); // replaced, though the compositor is not to know before the text can be sent
+        // Outdated, although the compositor does not know yet.
+        offeredText.reset();
         return false;
     }
     offeredText = text;
@@ -87,7 +87,7 @@ bool DataControlConnection::setText(const SharedText& text)
     return display.has_value();
 }
 
-/// Takes what is offered into use, once that is known.
+/// Binds the manager and the seats once all globals are known.
 void DataControlConnection::bindGlobals()
 {
     if (manager || !registryRoundTrip->isComplete()) {
@@ -111,8 +111,7 @@ void DataControlConnection::bindGlobals()
         [this](std::uint32_t name) { devices.erase(name); });
 }
 
-/// Makes the clipboard of a seat that there is from now on, and gives it the text that the other
-/// seats have.
+/// Creates the clipboard of a new seat and offers it the text that the other seats have.
 void DataControlConnection::seatDidAppear(const WaylandRegistry::Global& global)
 {
     if (!isSeat(global)) {
@@ -127,7 +126,7 @@ void DataControlConnection::seatDidAppear(const WaylandRegistry::Global& global)
     }
 }
 
-/// Takes what the compositor says, and sends what that has made necessary.
+/// Handles the compositor's events and sends the requests they cause.
 void DataControlConnection::dispatch()
 {
     if (display->dispatch()) {
@@ -138,8 +137,8 @@ void DataControlConnection::dispatch()
     }
 }
 
-/// Sends what was written. While the compositor does not take it, nothing more is read from it
-/// either: what is waiting to be sent stays small.
+/// Sends queued requests. While the compositor does not read them, no events are read from it
+/// either, so that the queue stays small.
 void DataControlConnection::flush()
 {
     const auto output = display->flush();
@@ -152,7 +151,7 @@ void DataControlConnection::flush()
     writable->setEnabled(isWaiting);
 }
 
-/// Lets go of a connection that has ended, down to its descriptor.
+/// Releases a connection that has ended, including its descriptor.
 void DataControlConnection::release()
 {
     writable.reset();
@@ -166,7 +165,7 @@ void DataControlConnection::release()
 
 void DataControlConnection::notify() const
 {
-    const auto callback = onProgress; // this object may end in the call
+    const auto callback = onProgress; // the call may destroy this object
     callback();
 }
 

@@ -3,7 +3,6 @@
 #include "platform/clipboard/linux/DataControlDevice.h"
 #include "platform/clipboard/linux/DataControlProtocol.h"
 #include "platform/clipboard/linux/DescriptorNotifier.h"
-#include "platform/clipboard/linux/SharedText.h"
 #include "platform/clipboard/linux/TextTransfers.h"
 #include "platform/display/linux/WaylandDisplay.h"
 #include "platform/display/linux/WaylandProxy.h"
@@ -17,21 +16,21 @@
 
 namespace orlimo {
 
-/// A connection to a compositor that lets the clipboards of its seats be set. Serves them on the
-/// event loop and never waits; does nothing while the compositor has nothing to say. Main thread.
+/// A connection to a compositor through which the clipboards of its seats are set. Works on the
+/// event loop, never blocks, and does nothing while the compositor sends nothing. Main thread.
 class DataControlConnection
 {
 public:
     enum class State {
         connecting,  ///< the compositor has not listed its globals yet
-        ready,       ///< the clipboards of the seats that there are can be set
-        unsupported, ///< the compositor does not offer this
-        lost,        ///< the connection has ended; of no more use
+        ready,       ///< the clipboards of the present seats can be set
+        unsupported, ///< the compositor does not offer data control
+        lost,        ///< the connection has ended for good
     };
 
-    /// Asks the compositor at the other end of `connected` what it offers. `progressed` is called
-    /// from the event loop whenever the state or what `setText` returns may have changed, and may
-    /// end this object. `readers` must outlive it.
+    /// Queries the globals of the compositor at the other end of `connected`. `progressHandler` is
+    /// called from the event loop whenever the state or the result of `setText` may have changed,
+    /// and may destroy this object. `textTransfers` must outlive it.
     DataControlConnection(
         WaylandDisplay connected,
         TextTransfers& textTransfers,
@@ -40,14 +39,14 @@ public:
     DataControlConnection& operator=(const DataControlConnection&) = delete;
     ~DataControlConnection();
 
-    /// The protocol to use with what `registry` lists; null when it has none of them.
+    /// The preferred protocol among the globals in `registry`; null if it has none.
     [[nodiscard]] static const DataControlProtocol* offeredBy(const WaylandRegistry& registry);
 
     [[nodiscard]] State state() const;
 
-    /// Puts `text` on the clipboard of every seat: on its way to the compositor when this returns
-    /// true. False while that cannot be done: in any state but `ready`, while the compositor does
-    /// not take what was sent before, and while there is no seat. Nothing is kept for later then.
+    /// Puts `text` on the clipboard of every seat: true once it is on its way to the compositor.
+    /// False in any state but `ready`, while the compositor does not read earlier requests, and
+    /// while there is no seat; the text is then not kept.
     [[nodiscard]] bool setText(const SharedText& text);
 
 private:
@@ -60,15 +59,15 @@ private:
 
     TextTransfers& transfers;
     std::function<void()> onProgress;
-    /// What is on the clipboards, for seats that come later; absent when another program has
-    /// replaced it.
+    /// The text on the clipboards, for later seats; absent once another program has replaced it.
     std::optional<SharedText> offeredText;
     const DataControlProtocol* protocol = nullptr;
 
-    // From here on each goes before what it was made of: absent once the connection is lost.
+    // Destroyed in reverse order, each before what it was created from; absent once the connection
+    // is lost.
     std::optional<WaylandDisplay> display;
     std::optional<WaylandRegistry> registry;
-    /// Complete when the registry has listed everything.
+    /// Complete once the registry has listed everything.
     std::optional<WaylandRoundTrip> registryRoundTrip;
     WaylandProxy manager;
     std::map<std::uint32_t, DataControlDevice> devices;

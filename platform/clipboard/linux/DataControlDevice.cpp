@@ -7,13 +7,13 @@ namespace orlimo {
 
 namespace {
 
-/// How many replaced texts a compositor may leave uncancelled before the oldest is withdrawn.
+/// How many replaced texts a compositor may leave uncancelled before the oldest is destroyed.
 constexpr std::size_t maxReplaced = 64;
 
-/// The proxy behind an argument that is an object; null when it is absent or already given up.
+/// The proxy behind an object argument; null if it is absent or already destroyed.
 wl_proxy* proxyIn(const wl_argument& argument)
 {
-    // Each object of the library begins with its proxy.
+    // Each of the library's objects begins with its proxy.
     return reinterpret_cast<wl_proxy*>(argument.o);
 }
 
@@ -44,7 +44,7 @@ void DataControlDevice::setText(const SharedText& text)
             removeSource(cancelled);
         });
     device.send(DataControlProtocol::DeviceRequest::setSelection, source->proxy());
-    // Not withdrawn: a program may have asked for the old text before it was replaced.
+    // Kept: a program may have requested the old text before it was replaced.
     if (current) {
         replaced.push_back(std::move(current));
     }
@@ -75,7 +75,7 @@ void DataControlDevice::receive(std::uint32_t event, const wl_argument* argument
     }
 }
 
-/// Asks for the seat's clipboard.
+/// Requests the seat's clipboard object.
 void DataControlDevice::createDevice()
 {
     device = WaylandProxy(
@@ -85,8 +85,8 @@ void DataControlDevice::createDevice()
     device.deliverTo(*this);
 }
 
-/// Nobody reads the offer, but it must live until the next one takes its place: the compositor may
-/// still speak of it.
+/// Nobody reads the offer, but it must live until the next one replaces it: the compositor may
+/// still refer to it.
 void DataControlDevice::replaceOffer(WaylandProxy& storedOffer, const wl_argument& offer)
 {
     storedOffer = WaylandProxy();
@@ -107,7 +107,7 @@ void DataControlDevice::removeSource(const DataControlSource& source)
     std::erase_if(replaced, [&](const auto& other) { return other.get() == &source; });
 }
 
-/// The compositor has ended the object, mostly because the seat goes.
+/// The compositor has ended the object, usually because the seat is removed.
 void DataControlDevice::finish()
 {
     pendingOffers.clear();

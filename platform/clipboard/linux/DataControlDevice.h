@@ -2,7 +2,6 @@
 
 #include "platform/clipboard/linux/DataControlProtocol.h"
 #include "platform/clipboard/linux/DataControlSource.h"
-#include "platform/clipboard/linux/SharedText.h"
 #include "platform/clipboard/linux/TextTransfers.h"
 #include "platform/display/linux/WaylandProxy.h"
 
@@ -18,7 +17,7 @@ namespace orlimo {
 class DataControlDevice
 {
 public:
-    /// For the clipboard of `clipboardSeat`. The manager and the readers must outlive the device;
+    /// For the clipboard of `clipboardSeat`. The manager and the transfers must outlive the device;
     /// `selectionLostHandler` is called each time another program has replaced our text.
     DataControlDevice(
         const WaylandProxy& dataControlManager,
@@ -33,7 +32,7 @@ public:
     /// Writes the requests that put `text` on the clipboard.
     void setText(const SharedText& text);
 
-    /// Takes the object's events.
+    /// Handles the object's events.
     void receive(std::uint32_t event, const wl_argument* arguments);
 
 private:
@@ -48,12 +47,12 @@ private:
     std::function<void()> onSelectionLost;
     WaylandProxy seat;
     WaylandProxy device;
-    /// Offers of which the compositor has not said yet what they are.
+    /// Offers that the compositor has not assigned to a selection yet.
     std::vector<WaylandProxy> pendingOffers;
     WaylandProxy selection;
     WaylandProxy primarySelection;
     std::unique_ptr<DataControlSource> current;
-    /// Our own earlier texts, until the compositor says that nobody will ask for them any more.
+    /// Our own earlier texts, until the compositor cancels them.
     std::deque<std::unique_ptr<DataControlSource>> replaced;
 };
 

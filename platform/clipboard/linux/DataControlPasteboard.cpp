@@ -26,8 +26,8 @@ DataControlPasteboard::DataControlPasteboard()
     responseTimer.setInterval(2s);
     responseTimer.callOnTimeout([this] {
         reportUnreachable();
-        // On Wayland Qt would ask the same compositor, and its request, which is in vain without
-        // the focus, could come after ours and take the clipboard away again.
+        // On Wayland Qt would send its request to the same compositor. Without the focus it has no
+        // effect, but arriving after ours it could take the clipboard away again.
         if (!isQtOnWayland()) {
             useFallback();
         }
@@ -79,7 +79,7 @@ void DataControlPasteboard::useFallback()
     }
 }
 
-/// Says so once for each time that the compositor goes out of reach.
+/// Logs once each time the compositor becomes unreachable.
 void DataControlPasteboard::reportUnreachable()
 {
     if (!std::exchange(isUnreachable, true)) {

@@ -10,12 +10,12 @@
 
 namespace orlimo {
 
-/// The clipboard of a Wayland session whose compositor offers data control, or has not said yet
-/// whether it does: no window needs the focus. A line on standard error says when the compositor
-/// cannot be reached or does not respond for two seconds. In the first case Qt's clipboard gets the
-/// text instead. In the second the compositor gets it as soon as it responds, and where Qt does not
-/// run on that compositor its clipboard has the text meanwhile. Where the response is that data
-/// control is not offered, Qt's clipboard is used from there on. Main thread.
+/// The clipboard of a Wayland session whose compositor offers data control or has not responded
+/// yet; works without a focused window. If the compositor cannot be reached, or does not respond
+/// for two seconds, a line on standard error says so. In the first case Qt's clipboard gets the
+/// text instead. In the second the compositor gets it as soon as it responds, and Qt's clipboard
+/// has it meanwhile unless Qt runs on that compositor. Once the compositor turns out not to offer
+/// data control, only Qt's clipboard is used. Main thread.
 class DataControlPasteboard final : public Pasteboard
 {
 public:

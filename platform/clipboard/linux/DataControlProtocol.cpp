@@ -6,9 +6,9 @@ namespace orlimo {
 
 namespace {
 
-/// What is different under the prefix "ext". A signature has one letter for each argument: n a new
-/// object, o an object, s a text, h a descriptor; ? says that it may be absent, and a number in
-/// front in which version the message came.
+/// What differs under the prefix "ext". A signature has one letter for each argument: n a new
+/// object, o an object, s a string, h a descriptor; ? marks a nullable one, and a leading number is
+/// the version that introduced the message.
 struct ExtNames
 {
     static constexpr int latestVersion = 1;
@@ -32,7 +32,7 @@ struct ZwlrNames
 template <std::size_t count> using Types = std::array<const wl_interface*, count>;
 template <std::size_t count> using Messages = std::array<wl_message, count>;
 
-/// The library takes the types without const and never writes to them.
+/// The library takes the types as non-const and never writes to them.
 template <std::size_t count>
 constexpr wl_message message(const char* name, const char* signature, const Types<count>& types)
 {
@@ -55,8 +55,8 @@ constexpr wl_interface interface(
         eventCount == 0 ? nullptr : events.data()};
 }
 
-/// The four interfaces under one prefix. Constants without a destructor: objects of a connection
-/// that is closed while the process ends still refer to them.
+/// The four interfaces under one prefix. Constants without a destructor, because objects of a
+/// connection that is closed during exit still refer to them.
 template <typename Names> struct Tables
 {
     static const wl_interface manager;

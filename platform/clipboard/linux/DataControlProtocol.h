@@ -7,16 +7,15 @@
 
 namespace orlimo {
 
-/// The Wayland protocol by which a program without a window, and so without the focus, reads and
-/// sets the clipboard of a seat. It exists under two prefixes that differ in their names and in
-/// little else. Constant data; any thread.
+/// The Wayland protocol with which a program without a window, and so without the focus, reads and
+/// sets the clipboard of a seat. It exists under two prefixes that differ in little but their
+/// names. Constant data; any thread.
 struct DataControlProtocol
 {
-    /// The version that is asked for. The later ones only add to the selection of the mouse button,
-    /// which is left alone.
+    /// The requested version. Later ones only add the primary selection, which is left alone.
     static constexpr std::uint32_t version = 1;
 
-    /// The requests and events of each interface, by their number on the wire.
+    /// The requests and events of each interface, by their opcode.
     struct ManagerRequest
     {
         static constexpr std::uint32_t createDataSource = 0;
@@ -62,13 +61,13 @@ struct DataControlProtocol
     const wl_interface& offer;
 };
 
-/// The protocol as all desktops have agreed on it.
+/// The standard protocol (staging/ext-data-control).
 extern const DataControlProtocol extDataControl;
 
-/// The same as some compositors had it before.
+/// Its wlroots predecessor.
 extern const DataControlProtocol zwlrDataControl;
 
-/// Both, the one to be preferred first.
+/// Both, the preferred one first.
 extern const std::array<const DataControlProtocol*, 2> dataControlProtocols;
 
 } // namespace orlimo

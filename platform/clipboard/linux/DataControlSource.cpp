@@ -13,7 +13,7 @@ namespace orlimo {
 
 namespace {
 
-/// The names of plain text, as programs for Wayland and programs for X ask for it.
+/// The type names of plain text that Wayland and X clients request.
 constexpr std::array<const char*, 5> textTypes{
     "text/plain;charset=utf-8", "text/plain", "UTF8_STRING", "STRING", "TEXT"};
 
@@ -47,7 +47,7 @@ DataControlSource::DataControlSource(
 void DataControlSource::receive(std::uint32_t event, const wl_argument* arguments)
 {
     if (event == DataControlProtocol::SourceEvent::send) {
-        UniqueFd writeEnd(arguments[1].h); // ours whether it is served or not
+        UniqueFd writeEnd(arguments[1].h); // owned whether or not it is served
         const std::string_view type = arguments[0].s;
         if (isText(type)) {
             transfers.start(text, std::move(writeEnd));
@@ -57,7 +57,7 @@ void DataControlSource::receive(std::uint32_t event, const wl_argument* argument
                 std::move(writeEnd));
         }
     } else if (event == DataControlProtocol::SourceEvent::cancelled) {
-        const auto callback = onCancelled; // this object may end in the call
+        const auto callback = onCancelled; // the call may destroy this object
         callback(*this);
     }
 }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "platform/clipboard/linux/DataControlProtocol.h"
-#include "platform/clipboard/linux/SharedText.h"
 #include "platform/clipboard/linux/TextTransfers.h"
 #include "platform/display/linux/WaylandProxy.h"
 
@@ -10,15 +9,14 @@
 
 namespace orlimo {
 
-/// One text on offer to a compositor, under each of the names that programs know plain text by, and
-/// marked as a secret.
-/// Can be put on one clipboard, once. Main thread.
+/// One text offered to a compositor under each of the usual type names of plain text, and marked as
+/// a secret. Can be put on one clipboard, once. Main thread.
 class DataControlSource
 {
 public:
-    /// Makes the object through `manager` and tells it what is on offer. Those who ask join the
-    /// `readers`, which must outlive it; `cancelled` is called when no more readers will come,
-    /// and may end the source.
+    /// Creates the object through `manager` and offers its types. Requests for the text go to
+    /// `textTransfers`, which must outlive the source; `cancelled` is called once no more requests
+    /// will come, and may destroy the source.
     DataControlSource(
         const WaylandProxy& manager,
         const DataControlProtocol& protocol,
@@ -29,10 +27,10 @@ public:
     DataControlSource& operator=(const DataControlSource&) = delete;
     ~DataControlSource() = default;
 
-    /// The compositor's object; null when the connection is lost.
+    /// The compositor's object; null if the connection is lost.
     [[nodiscard]] wl_proxy* proxy() const { return source.get(); }
 
-    /// Takes the object's events.
+    /// Handles the object's events.
     void receive(std::uint32_t event, const wl_argument* arguments);
 
 private:

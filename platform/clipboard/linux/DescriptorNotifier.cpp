@@ -12,7 +12,7 @@ void NotifierDeleter::operator()(QSocketNotifier* notifier) const
     if (QCoreApplication::instance() != nullptr) {
         notifier->deleteLater();
     } else {
-        delete notifier; // there is no event loop any more in which it could be at work
+        delete notifier; // there is no event loop left that could be inside its call
     }
 }
 

@@ -7,18 +7,18 @@
 
 namespace orlimo {
 
-/// Stops a notifier at once and removes it when it is no longer at work, so that it may be let go
-/// of in its own call.
+/// Disables a notifier at once and deletes it from the event loop, so that it may be released
+/// within its own callback.
 struct NotifierDeleter
 {
     void operator()(QSocketNotifier* notifier) const;
 };
 
-/// Calls back on the event loop each time a descriptor is ready, while it lives and is enabled.
-/// Must go before the descriptor is closed. Main thread.
+/// Calls back on the event loop each time a descriptor is ready, while it exists and is enabled.
+/// Must be destroyed before the descriptor is closed. Main thread.
 using DescriptorNotifier = std::unique_ptr<QSocketNotifier, NotifierDeleter>;
 
-/// A notifier, enabled, that calls `ready` when `descriptor` can be read from or written to.
+/// An enabled notifier that calls `ready` when `descriptor` is readable or writable.
 [[nodiscard]] DescriptorNotifier
 makeDescriptorNotifier(int descriptor, QSocketNotifier::Type type, std::function<void()> ready);
 

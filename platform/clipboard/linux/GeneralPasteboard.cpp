@@ -23,7 +23,7 @@ std::unique_ptr<Pasteboard> makePasteboard()
 
 Pasteboard& generalPasteboard()
 {
-    // Never destroyed: it serves to the end, beyond that of the toolkit's objects.
+    // Never destroyed: it is used until exit, after Qt's objects are gone.
     static Pasteboard& pasteboard = *makePasteboard().release();
     return pasteboard;
 }

@@ -2,8 +2,8 @@
 
 #include <string_view>
 
-/// What password managers put on a clipboard beside a text, so that clipboard managers do not keep
-/// it: data of this type, with this value. Introduced by KDE's Klipper, and heeded by others.
+/// The type and value that password managers put on a clipboard beside a text so that clipboard
+/// managers do not store it. Introduced by KDE's Klipper and honoured by others.
 namespace orlimo::passwordManagerHint {
 
 inline constexpr const char* type = "x-kde-passwordManagerHint";

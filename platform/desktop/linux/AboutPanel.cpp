@@ -7,12 +7,10 @@
 
 #include <QCoreApplication>
 #include <QFont>
+#include <QLabel>
 #include <QPainter>
 #include <QString>
 #include <QVBoxLayout>
-
-#include <string>
-#include <string_view>
 
 namespace orlimo {
 
@@ -34,9 +32,9 @@ protected:
     }
 };
 
-QLabel* makeLine(int pixelSize, QFont::Weight weight)
+QLabel* makeLine(const QString& text, int pixelSize, QFont::Weight weight)
 {
-    auto* const label = new QLabel; // the layout's widget takes it
+    auto* const label = new QLabel(text); // the layout's widget takes it
     QFont font = label->font();
     font.setPixelSize(pixelSize);
     font.setWeight(weight);
@@ -46,51 +44,30 @@ QLabel* makeLine(int pixelSize, QFont::Weight weight)
     return label;
 }
 
-void setLine(QLabel& label, const QString& text)
-{
-    label.setText(text);
-    label.setVisible(!text.isEmpty());
-}
-
-QString option(const AboutPanelOptions& options, const std::string& key, std::string_view fallback)
-{
-    const auto found = options.find(key);
-    return toQString(found == options.end() ? fallback : found->second);
-}
-
 } // namespace
 
 AboutPanel::AboutPanel()
-    : name(makeLine(17, QFont::Bold))
-    , version(makeLine(13, QFont::Normal))
-    , copyright(makeLine(11, QFont::Normal))
 {
+    const QString name = toQString(identity::applicationName);
+    const QString version =
+        QCoreApplication::translate("AboutPanel", "Version %1").arg(toQString(identity::version));
+    setWindowTitle(QCoreApplication::translate("AboutPanel", "About %1").arg(name));
     setWindowIcon(imageIcon(QStringLiteral("logo")));
     auto* const column = new QVBoxLayout(this);
     column->setContentsMargins(40, 28, 40, 24);
     column->setSpacing(0);
     column->addWidget(new Logo, 0, Qt::AlignHCenter);
     column->addSpacing(12);
-    column->addWidget(name);
+    column->addWidget(makeLine(name, 17, QFont::Bold));
     column->addSpacing(4);
-    column->addWidget(version);
+    column->addWidget(makeLine(version, 13, QFont::Normal));
     column->addSpacing(16);
-    column->addWidget(copyright);
+    column->addWidget(makeLine(toQString(identity::copyright), 11, QFont::Normal));
     column->setSizeConstraint(QLayout::SetFixedSize);
 }
 
-void AboutPanel::show(const AboutPanelOptions& options)
+void AboutPanel::showInFront()
 {
-    const QString nameText = option(options, "ApplicationName", identity::applicationName);
-    const QString versionText = option(options, "ApplicationVersion", identity::version);
-    setWindowTitle(QCoreApplication::translate("AboutPanel", "About %1").arg(nameText));
-    setLine(*name, nameText);
-    setLine(
-        *version,
-        versionText.isEmpty()
-            ? QString()
-            : QCoreApplication::translate("AboutPanel", "Version %1").arg(versionText));
-    setLine(*copyright, option(options, "Copyright", identity::copyright));
     showNormal();
     raise();
     activateWindow();

@@ -1,6 +1,10 @@
 #include "platform/desktop/linux/ActivationToken.h"
 
+#include "platform/process/linux/EnvironmentVariable.h"
+
 #include <QtGlobal>
+
+#include <string>
 
 namespace orlimo {
 
@@ -21,11 +25,11 @@ ActivationToken::~ActivationToken()
 
 QByteArray ActivationToken::takeFromEnvironment()
 {
-    const QByteArray token = qgetenv(variable);
-    const QByteArray startupId = qgetenv(startupIdVariable);
+    const std::string token = environmentVariable(variable);
+    const std::string startupId = environmentVariable(startupIdVariable);
     qunsetenv(variable);
     qunsetenv(startupIdVariable);
-    return token.isEmpty() ? startupId : token;
+    return QByteArray::fromStdString(token.empty() ? startupId : token);
 }
 
 } // namespace orlimo

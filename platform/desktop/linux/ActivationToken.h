@@ -4,15 +4,14 @@
 
 namespace orlimo {
 
-/// The right to hand on the focus that came with a start or with a request, lent to the toolkit,
-/// which looks for it in the environment when a window is to be activated; gone from there with the
-/// object. Main thread.
+/// The permission to take the focus that came with a start or a request. While the object exists,
+/// the token is in the environment, where Qt looks for it when it activates a window. Main thread.
 class ActivationToken
 {
 public:
-    /// Where a start finds its token, and where the toolkit does.
+    /// The variable in which a start passes its token, and where Qt looks for it.
     static constexpr const char* variable = "XDG_ACTIVATION_TOKEN";
-    /// The start's id, which desktops from before there were tokens give instead.
+    /// The startup id that older desktops pass instead.
     static constexpr const char* startupIdVariable = "DESKTOP_STARTUP_ID";
 
     /// An empty `token` changes nothing.
@@ -21,8 +20,8 @@ public:
     ActivationToken& operator=(const ActivationToken&) = delete;
     ~ActivationToken();
 
-    /// Takes out of the environment what this program's own start brought, so that nothing the
-    /// program starts finds it there. Empty where there is nothing.
+    /// Removes the token of this program's own start from the environment, so that no child process
+    /// inherits it. Empty if there is none.
     static QByteArray takeFromEnvironment();
 
 private:

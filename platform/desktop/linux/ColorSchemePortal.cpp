@@ -100,7 +100,7 @@ void ColorSchemePortal::read()
         if (number != readCount) {
             return;
         }
-        // Also after an error: the portal may get the setting later.
+        // Also after an error: the portal may gain the setting later.
         portalOwner = reply.service();
         if (reply.type() == QDBusMessage::ReplyMessage) {
             report(reply.arguments().value(0));

@@ -9,7 +9,7 @@ namespace orlimo {
 
 void preloadFonts()
 {
-    // With fontconfig's configuration a third of the time until the first window is shown.
+    // Loading fontconfig's configuration takes a third of the time until the first window is shown.
     backgroundQueue().async([] { (void)QFontDatabase::families(); });
 }
 

@@ -10,7 +10,7 @@ namespace orlimo {
 
 namespace {
 
-/// Whether Qt itself knows the desktop's colour scheme, and follows it.
+/// Whether Qt itself knows and follows the desktop's colour scheme.
 bool isColorSchemeKnownToQt()
 {
 #if QT_VERSION >= QT_VERSION_CHECK(6, 5, 0)
@@ -20,7 +20,7 @@ bool isColorSchemeKnownToQt()
 #endif
 }
 
-/// A portal and what follows it, for as long as the application object lives.
+/// A portal and the palette that follows it, owned by the application object.
 class ColorSchemeFollower final : public QObject
 {
 public:

@@ -12,10 +12,10 @@ namespace orlimo {
 
 namespace {
 
-/// How long the session bus may take to answer before the program runs without it.
+/// How long the session bus may take to respond before the program runs without it.
 constexpr std::chrono::milliseconds busProbeTimeout{1500};
 
-/// The platform that the arguments name: the last one, as the toolkit takes it.
+/// The platform named by the arguments: the last one, as in Qt.
 std::optional<std::string> platformArgument(const std::vector<std::string>& arguments)
 {
     const auto isPlatformOption = [](const std::string& argument) {
@@ -38,7 +38,7 @@ QtArguments::QtArguments(int argc, const char* const* argv)
         bestClipboardBackend(sessionCapabilities(platformArgument(texts)));
     selectClipboardBackend(backend);
     if (backend == ClipboardBackend::xServer || backend == ClipboardBackend::dataControlOrXServer) {
-        // Not by the environment: what the program starts is to choose for itself.
+        // Not through the environment: child processes choose their own platform.
         texts.insert(texts.end(), {"-platform", "xcb;wayland"});
     } else if (backend == ClipboardBackend::focusedOnly) {
         warnThatClipboardNeedsFocus();

@@ -12,14 +12,14 @@ namespace orlimo {
 
 namespace {
 
-/// The toolkit's application object, seen as the host's.
+/// Qt's application object in the role of the system's.
 class QtSharedApplication final : public SharedApplication
 {
 public:
     int run(ApplicationDelegate& delegate) override
     {
-        // A program that lives in the menu bar stays when its windows, or the toolkit's own jobs,
-        // come to an end.
+        // A program that lives in the menu bar keeps running when its last window closes or Qt's
+        // own jobs end.
         QApplication::setQuitOnLastWindowClosed(false);
         QApplication::setQuitLockEnabled(false);
 
@@ -40,17 +40,17 @@ public:
         return status;
     }
 
-    void orderFrontStandardAboutPanel(const AboutPanelOptions& options) override
+    void orderFrontStandardAboutPanel() override
     {
         if (aboutPanel.isNull()) {
             aboutPanel = new AboutPanel;
         }
-        aboutPanel->show(options);
+        aboutPanel->showInFront();
     }
 
     void terminate() override
     {
-        // Kept for an event loop that does not run yet. Unlike quit(), exit() asks no window.
+        // Remembered for an event loop that does not run yet. Unlike quit(), exit() asks no window.
         terminating = true;
         QApplication::exit(0);
     }

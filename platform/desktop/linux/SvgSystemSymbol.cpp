@@ -7,8 +7,8 @@ namespace orlimo {
 
 namespace {
 
-/// A symbol's box beside a pixel of text: the symbols leave a margin in it and so come out a little
-/// taller than capitals, as a mark beside a line of text should.
+/// The edge of a symbol's box per pixel of text size. The symbols leave a margin in their box, so
+/// that they are slightly taller than capital letters.
 constexpr qreal boxPerPixel = 1.2;
 
 Artwork symbolNamed(QStringView name)

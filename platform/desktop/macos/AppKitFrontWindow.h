@@ -1,11 +1,11 @@
 #pragma once
 
-#include "platform/desktop/FrontWindow.h"
+#include "platform/desktop/Workspace.h"
 #include "platform/desktop/macos/AppKitServices.h"
 
 namespace orlimo {
 
-/// The same on the system's windows as `host` has them.
+/// The same with the system's windows as `services` maps them.
 void orderFrontRegardless(QWidget& window, const AppKitServices& services);
 
 } // namespace orlimo

@@ -8,14 +8,14 @@ namespace orlimo {
 
 class ApplicationDelegate;
 
-/// Tells a delegate of the turns of the application's life when the system tells of them, in its
-/// order and within its notifications: the launch event is still current when launching has
-/// finished. Main thread.
+/// Notifies a delegate of the application's lifecycle events in the order of the system's
+/// notifications and within them: the launch event is still current when launching has finished.
+/// Main thread.
 class AppKitLifecycle
 {
 public:
-    /// `delegate` must outlive the turns. `launchingDidFinish` is called after the delegate's turn
-    /// of that name.
+    /// `delegate` must outlive this object. `launchingDidFinish` is called after the delegate's
+    /// method of that name.
     AppKitLifecycle(ApplicationDelegate& delegate, std::function<void()> launchingDidFinish);
 
 private:

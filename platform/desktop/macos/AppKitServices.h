@@ -8,27 +8,27 @@
 
 namespace orlimo {
 
-/// How the toolkit stands to the system's windows and event loop. Main thread.
+/// How Qt relates to the system's windows and event loop. Main thread.
 struct AppKitServices
 {
-    /// Whether the toolkit's event loop is the system's own and its windows are on the screen; not
-    /// so on a platform of the toolkit's for tests, where nothing of the window server is touched.
+    /// Whether Qt's event loop is the system's own and its windows are on the screen. False on Qt's
+    /// platforms for tests, where the window server must not be used.
     bool isAvailable = false;
-    /// The system's view of a top level window of the toolkit; nil where there is none.
+    /// The system's view of a top-level window of Qt; nil if there is none.
     std::function<NSView*(const QWidget&)> viewOf = [](const QWidget& /*window*/) -> NSView* {
         return nil;
     };
 
-    /// The one there is. Once the toolkit's application object exists.
+    /// The real services. Requires Qt's application object.
     [[nodiscard]] static AppKitServices native();
 };
 
-/// Makes the program the active one, although it is an agent and another one is active. Takes
-/// effect a little later. Main thread.
+/// Makes the program active although it is an agent and another program is active. Takes effect
+/// a little later. Main thread.
 void activateApplication();
 
-/// Gives the focus back to the program that had it before, unless this one has another window to
-/// work in. Main thread.
+/// Returns the focus to the program that had it before, unless another window of this one has it.
+/// Main thread.
 void yieldFocus();
 
 } // namespace orlimo

@@ -13,7 +13,7 @@ AppKitServices AppKitServices::native()
         .isAvailable = true,
         .viewOf =
             [](const QWidget& window) {
-                // The toolkit's documented meaning of a window's number on this platform.
+                // As Qt documents winId() on this platform.
                 return reinterpret_cast<NSView*>(window.winId());
             },
     };
@@ -25,9 +25,9 @@ void activateApplication()
         if ([NSApp isHidden]) {
             [NSApp unhideWithoutActivation];
         }
-        // Not activate(): that only asks, and the system refuses a program that did not get the
-        // focus from the active one, though the user has just clicked its icon. The window would
-        // then open without the focus, and so never lose it and close.
+        // Not activate(): that is only a request, which the system denies to a program that did not
+        // get the focus from the active one, although the user has just clicked its icon. The
+        // window would open without the focus, and so never lose it and close.
         [NSApp activateIgnoringOtherApps:YES];
     }
 }

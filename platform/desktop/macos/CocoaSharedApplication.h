@@ -5,21 +5,21 @@
 
 namespace orlimo {
 
-/// The system's application object, whose event loop the toolkit runs. Main thread.
+/// The system's application object, whose event loop Qt runs. Main thread.
 class CocoaSharedApplication final : public SharedApplication
 {
 public:
     explicit CocoaSharedApplication(AppKitServices appKit);
 
     int run(ApplicationDelegate& delegate) override;
-    void orderFrontStandardAboutPanel(const AboutPanelOptions& options) override;
+    void orderFrontStandardAboutPanel() override;
     void terminate() override;
     [[nodiscard]] bool isTerminating() const override { return terminating; }
 
 private:
     int runInAppKit(ApplicationDelegate& delegate);
     int runInQt(ApplicationDelegate& delegate);
-    /// From here on the event loop can be ended; it is, when that was asked for before.
+    /// From here on the event loop can be ended; it is, if that was requested before.
     void launchingDidFinish();
     void endEventLoop();
 

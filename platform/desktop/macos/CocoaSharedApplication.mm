@@ -3,7 +3,6 @@
 #include "platform/desktop/QtLifecycle.h"
 #include "platform/desktop/macos/AppKitLifecycle.h"
 #include "platform/process/FatalStop.h"
-#include "platform/process/macos/StringConversion.h"
 
 #include <QApplication>
 
@@ -11,27 +10,14 @@
 
 namespace orlimo {
 
-namespace {
-
-NSDictionary<NSString*, id>* toDictionary(const AboutPanelOptions& options)
-{
-    NSMutableDictionary<NSString*, id>* const dictionary = [NSMutableDictionary dictionary];
-    for (const auto& [key, value] : options) {
-        [dictionary setObject:toNSString(value) forKey:toNSString(key)];
-    }
-    return dictionary;
-}
-
-} // namespace
-
 CocoaSharedApplication::CocoaSharedApplication(AppKitServices appKit)
     : services(std::move(appKit))
 {}
 
 int CocoaSharedApplication::run(ApplicationDelegate& delegate)
 {
-    // A program that lives in the menu bar stays when its windows, or the toolkit's own jobs, come
-    // to an end.
+    // A program that lives in the menu bar keeps running when its last window closes or Qt's own
+    // jobs end.
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setQuitLockEnabled(false);
 
@@ -59,21 +45,21 @@ int CocoaSharedApplication::runInQt(ApplicationDelegate& delegate)
     return QApplication::exec();
 }
 
-void CocoaSharedApplication::orderFrontStandardAboutPanel(const AboutPanelOptions& options)
+void CocoaSharedApplication::orderFrontStandardAboutPanel()
 {
     if (!services.isAvailable) {
         return;
     }
     @autoreleasepool {
         activateApplication();
-        [NSApp orderFrontStandardAboutPanelWithOptions:toDictionary(options)];
+        [NSApp orderFrontStandardAboutPanelWithOptions:@{}];
     }
 }
 
 void CocoaSharedApplication::terminate()
 {
     terminating = true;
-    // Before, the system would end the process at once instead of the event loop.
+    // Earlier the system would end the process at once instead of the event loop.
     if (isLaunched) {
         endEventLoop();
     }
@@ -91,12 +77,12 @@ void CocoaSharedApplication::endEventLoop()
 {
     if (services.isAvailable) {
         @autoreleasepool {
-            // The toolkit, the system's delegate, closes the windows and leaves the event loop; it
-            // has the system not end the process itself.
+            // Qt, the system's application delegate, closes the windows and leaves the event loop;
+            // it keeps the system from ending the process itself.
             [NSApp terminate:nil];
         }
     }
-    // Also when a window has refused to be closed.
+    // Needed if a window has refused to close.
     QApplication::exit(0);
 }
 

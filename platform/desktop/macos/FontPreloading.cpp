@@ -4,8 +4,8 @@ namespace orlimo {
 
 void preloadFonts()
 {
-    // Core Text keeps the list for every program. On the background queue, whose threads run on the
-    // efficiency cores, Qt's font mutex would be held for long, and the first window wait for it.
+    // Core Text keeps the list for all programs. The background queue runs on the efficiency cores
+    // and would hold Qt's font mutex for long, delaying the first window.
 }
 
 } // namespace orlimo

@@ -13,8 +13,7 @@ namespace orlimo {
 
 namespace {
 
-/// The symbol as the system draws it beside text of that size, for the current autorelease pool;
-/// nil when there is none.
+/// The autoreleased symbol as the system draws it beside text of that size; nil if there is none.
 NSImage* symbolNamed(QStringView name, int pixelSize)
 {
     if (pixelSize <= 0) {
@@ -29,7 +28,7 @@ NSImage* symbolNamed(QStringView name, int pixelSize)
                                                                      weight:NSFontWeightRegular]];
 }
 
-/// The whole points that hold the symbol.
+/// The symbol's size, rounded up to whole points.
 QSize sizeOf(NSImage* symbol)
 {
     if (symbol == nil) {
@@ -39,7 +38,7 @@ QSize sizeOf(NSImage* symbol)
     return {static_cast<int>(std::ceil(size.width)), static_cast<int>(std::ceil(size.height))};
 }
 
-/// In the middle of so many pixels, at its own size.
+/// Draws the symbol centred in `pixels`, at its own size.
 void draw(NSImage* symbol, QSize pixels, qreal pixelsPerPoint)
 {
     const NSSize size = [symbol size];

@@ -8,8 +8,8 @@
 
 namespace orlimo {
 
-/// Calls a function each time a notification of the program's own is posted, within the posting and
-/// on its thread, until the object goes.
+/// Calls a function each time a notification is posted within the program, synchronously and on the
+/// posting thread, for the lifetime of the object.
 class NotificationObserver
 {
 public:

@@ -8,8 +8,8 @@ QtArguments::QtArguments(int argc, const char* const* argv)
     : texts(argv, argv + argc)
     , number(argc)
 {
-    // The toolkit would make a program with a Dock icon of this one and take the focus for it at
-    // every start, login included.
+    // Qt would turn this agent into a program with a Dock icon and take the focus at every start,
+    // also at login.
     qputenv("QT_MAC_DISABLE_FOREGROUND_APPLICATION_TRANSFORM", QByteArrayLiteral("1"));
     for (std::string& text : texts) {
         pointers.push_back(text.data());

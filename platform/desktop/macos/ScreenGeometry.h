@@ -7,17 +7,16 @@
 
 namespace orlimo {
 
-/// A rectangle of the system's screens, whose points are counted upwards from the lower left corner
-/// of the primary one, as the toolkit counts them: downwards from that screen's upper left corner.
-/// Main thread.
+/// Converts a rectangle from the system's screen coordinates, points counted upwards from the lower
+/// left corner of the primary screen, to Qt's, counted downwards from its upper left corner. Main
+/// thread.
 [[nodiscard]] QRect toQtGeometry(NSRect rectangle);
 
-/// A rectangle whose points are counted upwards from 0, as counted downwards from `top`. Any
-/// thread.
+/// Converts a rectangle from points counted upwards from 0 to points counted downwards from `top`.
+/// Any thread.
 [[nodiscard]] QRectF flipped(const QRectF& rectangle, double top);
 
-/// The upper edge of the primary screen, counted upwards from its lower one: its height in points.
-/// 0 where there is no screen. Main thread.
+/// The height of the primary screen in points, 0 if there is no screen. Main thread.
 [[nodiscard]] double topOfPrimaryScreen();
 
 } // namespace orlimo

@@ -9,7 +9,7 @@ namespace {
 
 using namespace std::string_view_literals;
 
-/// The process serial number, with which the Launch Services of older systems start a program.
+/// The process serial number that Launch Services of older systems pass to a program.
 constexpr std::string_view processSerialNumber = "-psn_";
 
 /// Whether an argument sets one of the system's own preferences for this run; its value follows.

@@ -20,7 +20,7 @@ namespace {
 
 using std::chrono::milliseconds;
 
-/// Where the compositor listens; empty when nothing tells.
+/// The path of the compositor's socket; empty if the environment does not give one.
 std::string socketPath(std::string name)
 {
     if (name.empty()) {
@@ -32,15 +32,15 @@ std::string socketPath(std::string name)
     return path.is_absolute() ? path.string() : std::string();
 }
 
-/// What is left until `deadline`, rounded up; zero when it has passed.
+/// The time left until `deadline`, rounded up; zero once it has passed.
 template <typename Duration> Duration timeLeft(WaylandDisplay::Deadline deadline)
 {
     const auto left = deadline - std::chrono::steady_clock::now();
     return std::max(Duration::zero(), std::chrono::ceil<Duration>(left));
 }
 
-/// A connection to the socket at `path`; none when that fails, with errno set: EAGAIN when it is
-/// not taken before `deadline`.
+/// A connection to the socket at `path`; none on failure, with errno set: EAGAIN if it is not
+/// accepted before `deadline`.
 UniqueFd connectedSocket(const std::string& path, WaylandDisplay::Deadline deadline)
 {
     sockaddr_un address{};
@@ -54,7 +54,7 @@ UniqueFd connectedSocket(const std::string& path, WaylandDisplay::Deadline deadl
     if (!socket) {
         return {};
     }
-    // Connecting waits while the queue of a compositor that does not accept is full.
+    // connect() blocks while the backlog of a compositor that does not accept is full.
     setSocketTimeout(socket.get(), deadline, {SO_SNDTIMEO});
     const auto* const general = reinterpret_cast<const sockaddr*>(&address);
     int result = 0;
@@ -73,8 +73,8 @@ UniqueFd connectedSocket(const std::string& path, WaylandDisplay::Deadline deadl
 std::optional<WaylandDisplay>
 WaylandDisplay::connect(const std::string& name, Deadline deadline, std::error_code& error)
 {
-    // Not left to the library: it would wait without a limit, and would use up the socket that
-    // WAYLAND_SOCKET hands to the toolkit.
+    // Not left to the library: it would wait without a limit, and would use up the socket in
+    // WAYLAND_SOCKET, which is meant for Qt.
     UniqueFd socket = connectedSocket(socketPath(name), deadline);
     wl_display* const connected = socket ? wl_display_connect_to_fd(socket.release()) : nullptr;
     if (connected == nullptr) {
@@ -86,7 +86,7 @@ WaylandDisplay::connect(const std::string& name, Deadline deadline, std::error_c
 
 wl_proxy* WaylandDisplay::proxy() const
 {
-    // Each object of the library begins with its proxy; its own functions make the same step.
+    // Each of the library's objects begins with its proxy; its own functions rely on that too.
     return reinterpret_cast<wl_proxy*>(display.get());
 }
 
@@ -121,7 +121,7 @@ bool WaylandDisplay::dispatch()
 WaylandDisplay::Response WaylandDisplay::roundTrip(Deadline deadline)
 {
     const WaylandRoundTrip request(display.get());
-    // The limit holds for a compositor too that keeps talking of other things.
+    // The limit also applies to a compositor that keeps sending other events.
     const auto hasTime = [&] { return std::chrono::steady_clock::now() < deadline; };
     while (!request.isComplete() && hasTime()) {
         if (!flush(deadline) || !awaitReadiness(POLLIN, deadline) || !dispatch()) {

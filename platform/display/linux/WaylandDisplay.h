@@ -10,17 +10,17 @@
 
 namespace orlimo {
 
-/// A connection to a Wayland compositor on which nothing waits for longer than it is told. Used on
-/// one thread; the objects made on it must go before it does.
+/// A connection to a Wayland compositor on which no call blocks beyond its deadline. Used on one
+/// thread; must outlive the objects created on it.
 class WaylandDisplay
 {
 public:
     using Deadline = std::chrono::steady_clock::time_point;
 
-    /// How far what was written has come.
+    /// The state of the requests written so far.
     enum class Output {
-        sent,    ///< all of it is with the compositor
-        waiting, ///< the compositor does not take more at present
+        sent,    ///< the compositor has received all of them
+        waiting, ///< the compositor does not read more at present
         lost,    ///< the connection has ended
     };
 
@@ -31,34 +31,34 @@ public:
         lost,     ///< the connection has ended
     };
 
-    /// Connects to the compositor of that name, a socket in the user's runtime folder unless it is
-    /// an absolute path; an empty name stands for the session's own (WAYLAND_DISPLAY). Absent, with
-    /// the reason in `error`, where that fails: `resource_unavailable_try_again` where a compositor
-    /// listens and does not take the connection before `deadline`, which may have passed already.
+    /// Connects to the compositor `name`, a socket in the user's runtime folder unless it is an
+    /// absolute path; an empty name means the session's own (WAYLAND_DISPLAY). Absent on failure,
+    /// with the reason in `error`: `resource_unavailable_try_again` if a compositor is listening
+    /// but does not accept the connection before `deadline`, which may already have passed.
     [[nodiscard]] static std::optional<WaylandDisplay>
     connect(const std::string& name, Deadline deadline, std::error_code& error);
 
     [[nodiscard]] wl_display* get() const { return display.get(); }
 
-    /// The connection itself as an object, the one that others are made from.
+    /// The display object, from which others are created.
     [[nodiscard]] wl_proxy* proxy() const;
 
-    /// Readable when there are events to dispatch. Belongs to the connection.
+    /// Readable when there are events to dispatch. Owned by the connection.
     [[nodiscard]] int descriptor() const { return wl_display_get_fd(display.get()); }
 
-    /// Sends what was written, as far as that goes without waiting.
+    /// Sends as many of the written requests as possible without blocking.
     [[nodiscard]] Output flush();
 
-    /// Sends all that was written. False when the connection has ended, or when the compositor does
-    /// not take it before `deadline`.
+    /// Sends all written requests. False if the connection has ended or the compositor does not
+    /// read them before `deadline`.
     [[nodiscard]] bool flush(Deadline deadline);
 
-    /// Takes the events that have come, without waiting, and delivers them. False when the
-    /// connection has ended.
+    /// Reads and delivers the events that have arrived, without blocking. False if the connection
+    /// has ended.
     [[nodiscard]] bool dispatch();
 
-    /// Delivers events until the compositor has handled everything that was written so far, or
-    /// until `deadline`.
+    /// Delivers events until the compositor has handled every request written so far, or until
+    /// `deadline`.
     [[nodiscard]] Response roundTrip(Deadline deadline);
 
 private:

@@ -8,9 +8,9 @@
 
 namespace orlimo {
 
-/// Owns this side's end of one object of a Wayland connection, or none, and gives it up when it
-/// goes: with a request where the object has one for that. Must go before its connection does. The
-/// connection's thread.
+/// Owns the client's side of one Wayland object, or none, and destroys it at the end of its own
+/// life, with a request if the object has one for that. Must not outlive its connection. Used on
+/// the connection's thread.
 class WaylandProxy
 {
 public:
@@ -49,7 +49,7 @@ public:
     [[nodiscard]] wl_proxy* get() const { return proxy; }
     [[nodiscard]] explicit operator bool() const { return proxy != nullptr; }
 
-    /// Sends a request that makes no object. Nothing where there is no object to send it to.
+    /// Sends a request that creates no object. Does nothing if there is no object to send it to.
     template <typename... Arguments> void send(std::uint32_t request, Arguments... arguments) const
     {
         if (proxy != nullptr) {
@@ -58,8 +58,8 @@ public:
         }
     }
 
-    /// Sends a request whose first argument is the new object that it makes, of `interface`, and
-    /// returns that. Null when the connection is lost.
+    /// Sends a request whose first argument is a new object of `interface` and returns that object.
+    /// Null if the connection is lost.
     template <typename... Arguments>
     [[nodiscard]] wl_proxy*
     create(std::uint32_t request, const wl_interface& interface, Arguments... arguments) const
@@ -75,8 +75,8 @@ public:
                                       arguments...);
     }
 
-    /// Hands each of the object's events to `receiver.receive(event, arguments)`. The receiver must
-    /// live as long as the object and may end it while receiving.
+    /// Passes each of the object's events to `receiver.receive(event, arguments)`. The receiver
+    /// must live as long as the object and may destroy it while receiving.
     template <typename Receiver> void deliverTo(Receiver& receiver) const
     {
         if (proxy != nullptr) {

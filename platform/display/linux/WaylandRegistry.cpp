@@ -9,7 +9,7 @@ namespace orlimo {
 
 namespace {
 
-/// The registry's events, by their number on the wire.
+/// The registry's events, by their opcode.
 constexpr std::uint32_t globalEvent = 0;
 constexpr std::uint32_t globalRemoveEvent = 1;
 
@@ -38,7 +38,7 @@ const WaylandRegistry::Global* WaylandRegistry::find(std::string_view interface)
 wl_proxy* WaylandRegistry::bind(
     const Global& global, const wl_interface& interface, std::uint32_t version) const
 {
-    // Unlike any other request this one makes an object of an interface and a version of its own.
+    // Unlike other requests this one chooses the interface and version of the new object.
     return wl_proxy_marshal_flags(
         registry.get(),
         WL_REGISTRY_BIND,

@@ -11,12 +11,12 @@
 
 namespace orlimo {
 
-/// What a compositor offers, as far as it has told: complete after the first round trip. The
+/// The globals that a compositor has announced: complete after the first round trip. Used on the
 /// connection's thread.
 class WaylandRegistry
 {
 public:
-    /// One thing that is offered: an interface, and the number to ask for it by.
+    /// An offered interface and the number to bind it by.
     struct Global
     {
         std::uint32_t name = 0;
@@ -29,23 +29,22 @@ public:
     WaylandRegistry& operator=(const WaylandRegistry&) = delete;
     ~WaylandRegistry() = default;
 
-    /// Calls `appeared` for what is offered from now on, and `vanished` with the number of what no
-    /// longer is.
+    /// Calls `globalAdded` for each later global, and `globalRemoved` with the number of each that
+    /// is withdrawn.
     void observe(
         std::function<void(const Global&)> globalAdded,
         std::function<void(std::uint32_t)> globalRemoved);
 
     [[nodiscard]] const std::vector<Global>& globals() const { return list; }
 
-    /// The first thing of that interface; null when there is none.
+    /// The first global of that interface; null if there is none.
     [[nodiscard]] const Global* find(std::string_view interface) const;
 
-    /// Makes the object that speaks to `global`, in `version` of its interface. Null when the
-    /// connection is lost.
+    /// Binds `global` with `version` of its interface. Null if the connection is lost.
     [[nodiscard]] wl_proxy*
     bind(const Global& global, const wl_interface& interface, std::uint32_t version) const;
 
-    /// Takes the registry's own events.
+    /// Handles the registry's own events.
     void receive(std::uint32_t event, const wl_argument* arguments);
 
 private:

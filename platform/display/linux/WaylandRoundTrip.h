@@ -9,11 +9,11 @@
 namespace orlimo {
 
 /// A request whose response shows that the compositor has handled everything requested before it.
-/// Must go before its connection does. The connection's thread.
+/// Must not outlive its connection. Used on the connection's thread.
 class WaylandRoundTrip
 {
 public:
-    /// Writes the request; it is sent with the next flush.
+    /// Writes the request, which is sent with the next flush.
     explicit WaylandRoundTrip(wl_display* display);
     WaylandRoundTrip(const WaylandRoundTrip&) = delete;
     WaylandRoundTrip& operator=(const WaylandRoundTrip&) = delete;
@@ -22,7 +22,7 @@ public:
     /// Whether the response has been dispatched.
     [[nodiscard]] bool isComplete() const { return hasResponse; }
 
-    /// Takes the response.
+    /// Handles the response.
     void receive(std::uint32_t /*event*/, const wl_argument* /*arguments*/) { hasResponse = true; }
 
 private:

@@ -16,11 +16,11 @@ xcb_connection_t* x11Connection()
 
 int x11ScreenNumber()
 {
-    char* host = nullptr;
+    char* hostName = nullptr;
     int display = 0;
     int screen = 0;
-    xcb_parse_display(nullptr, &host, &display, &screen);
-    static_cast<void>(owned(host));
+    xcb_parse_display(nullptr, &hostName, &display, &screen);
+    static_cast<void>(owned(hostName));
     return screen;
 }
 

@@ -5,14 +5,14 @@
 
 namespace orlimo {
 
-/// Gives what the X server answered back to the C library.
+/// Frees a reply of the X server.
 struct XcbReplyDeleter
 {
     void operator()(void* reply) const { std::free(reply); } // NOLINT: the C library's own
 };
 
-/// An answer of the X server, or a text of its library; empty when there was none, as for a window
-/// that has gone.
+/// A reply of the X server, or a string of its library; empty if there was none, for example
+/// because the window is gone.
 template <typename Reply> using XcbReply = std::unique_ptr<Reply, XcbReplyDeleter>;
 
 /// Owns `reply`, which may be null.

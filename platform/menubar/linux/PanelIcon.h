@@ -12,13 +12,13 @@ namespace orlimo {
 /// follow the scheme.
 [[nodiscard]] QColor panelTextColor(const QString& desktop, const QPalette& palette);
 
-/// `color` where it stands out from `background` by 3 to 1 at least; otherwise black or white,
-/// whichever stands out more.
+/// `color` if its contrast to `background` is 3 to 1 or more; otherwise black or white, whichever
+/// has the higher contrast.
 [[nodiscard]] QColor colorOnPanel(const QColor& color, const QColor& background);
 
-/// The name under which a panel on `desktop` finds the icon as a symbolic one, which it paints in
-/// its own color; empty where the icon is not installed, and for sway, whose bar shows a symbolic
-/// icon in the color of its file.
+/// The theme name of the installed symbolic icon, which a panel on `desktop` paints in its own
+/// color; empty if the icon is not installed, and on sway, whose bar shows a symbolic icon in the
+/// color of its file.
 [[nodiscard]] QString panelIconName(const QString& desktop);
 
 /// `icon` as the panel is to show it: a template is painted in `color`, at all its sizes, is drawn

@@ -12,7 +12,7 @@ namespace orlimo {
 
 namespace {
 
-/// The service that knows the panels and the items; its interface is called the same.
+/// The service that knows the panels and the items; its interface has the same name.
 QString watcherName()
 {
     return QStringLiteral("org.kde.StatusNotifierWatcher");
@@ -31,7 +31,7 @@ QDBusMessage registrationQuery()
         QStringLiteral("org.freedesktop.DBus.Properties"),
         QStringLiteral("Get"));
     call.setArguments({watcherName(), QStringLiteral("IsStatusNotifierHostRegistered")});
-    // Only a panel brings a watcher that is of use.
+    // A watcher is of use only together with a panel, which starts it.
     call.setAutoStartService(false);
     return call;
 }
@@ -72,7 +72,7 @@ void StatusNotifierHosts::watcherDidChange(const QString& owner)
         ++queryCount;
         updateState(false);
     } else {
-        // Whatever the one before said, this one may never answer.
+        // Whatever the previous watcher said, this one may never reply.
         updateState(std::nullopt);
         queryRegistration();
     }
@@ -81,7 +81,7 @@ void StatusNotifierHosts::watcherDidChange(const QString& owner)
 void StatusNotifierHosts::queryRegistration()
 {
     const int number = ++queryCount;
-    // Without a limit, for there is nothing to do instead: the bus answers for one who goes.
+    // No timeout, since there is no alternative; if the watcher exits, the bus replies for it.
     constexpr int noTimeout = std::numeric_limits<int>::max();
     auto* const call =
         new QDBusPendingCallWatcher(bus.asyncCall(registrationQuery(), noTimeout), this);

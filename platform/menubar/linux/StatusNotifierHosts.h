@@ -9,21 +9,20 @@
 
 namespace orlimo {
 
-/// Whether a panel on the session bus shows status notifier items. Asked without waiting: the
-/// answer comes with the event loop, for all that it matters never when the one who is asked does
-/// not answer. Where there is no session bus the answer is no, at once. Main thread.
+/// Whether a panel on the session bus shows status notifier items. Queried without blocking: the
+/// reply arrives in the event loop, or never if the watcher does not reply. Without a session bus
+/// there is no panel, which is known at once. Main thread.
 class StatusNotifierHosts final : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Asks at once; `changeHandler` is called in the event loop, each time the answer is another
-    /// one.
+    /// Starts the query; `changeHandler` is called in the event loop each time the result changes.
     explicit StatusNotifierHosts(
         std::function<void()> changeHandler,
         QDBusConnection sessionBus = QDBusConnection::sessionBus());
 
-    /// Whether there is such a panel. None while nobody has answered.
+    /// Whether there is such a panel. None until a reply has arrived.
     [[nodiscard]] std::optional<bool> isAnyRegistered() const { return anyRegistered; }
 
 private:

@@ -17,7 +17,7 @@ namespace orlimo {
 
 namespace {
 
-/// Has the server tell of changes of `window`, too, beside what it tells this connection already.
+/// Adds changes of `window` to the events that this connection receives.
 void subscribeToEvents(xcb_connection_t* connection, xcb_window_t window)
 {
     const auto attributes = owned(xcb_get_window_attributes_reply(
@@ -28,7 +28,7 @@ void subscribeToEvents(xcb_connection_t* connection, xcb_window_t window)
     const std::array<std::uint32_t, 1> mask{
         attributes->your_event_mask | XCB_EVENT_MASK_STRUCTURE_NOTIFY |
         XCB_EVENT_MASK_PROPERTY_CHANGE};
-    // The answer is awaited, or the toolkit complained of a window that has gone.
+    // Checked here, because Qt would log the error of a window that is gone.
     static_cast<void>(owned(xcb_request_check(
         connection,
         xcb_change_window_attributes_checked(connection, window, XCB_CW_EVENT_MASK, mask.data()))));
@@ -69,7 +69,7 @@ bool SystemTraySelection::nativeEventFilter(
     if (eventType == "xcb_generic_event_t" &&
         isTrayEvent(*static_cast<const xcb_generic_event_t*>(message)))
     {
-        // Later, when the toolkit has dealt with it as well: it docks its icons anew.
+        // Later, when Qt has handled the event too and docked its icons again.
         refreshTimer.start();
     }
     return false;
@@ -110,7 +110,7 @@ xcb_window_t SystemTraySelection::subscribeToOwner() const
     if (const xcb_window_t first = currentOwner(); first != XCB_NONE) {
         subscribeToEvents(connection, first);
     }
-    // Asked once more, because only from here on its end is told.
+    // Queried again: only from here on is its end reported.
     return currentOwner();
 }
 

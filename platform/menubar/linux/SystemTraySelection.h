@@ -12,25 +12,25 @@
 
 namespace orlimo {
 
-/// Whether a tray on the X server takes windows as icons, which is whether the selection that
-/// stands for trays has an owner. On other platforms there is none, ever. Needs the toolkit's
-/// application object, whose connection it uses. Main thread.
+/// Whether a tray on the X server embeds windows as icons, that is, whether the system tray
+/// selection has an owner. Never true on other platforms. Requires Qt's application object, whose
+/// connection it uses. Main thread.
 class SystemTraySelection final : public QObject, private QAbstractNativeEventFilter
 {
 public:
-    /// `changed` is called in the event loop, each time that a tray has come or gone or paints
-    /// its text in another color.
+    /// `changed` is called in the event loop each time a tray has appeared, disappeared or changed
+    /// the color of its text.
     explicit SystemTraySelection(std::function<void()> changed);
 
     /// Whether there is a tray.
     [[nodiscard]] bool hasOwner() const { return owner != XCB_NONE; }
 
-    /// The color of text and symbols in the tray, as the tray publishes it
-    /// (`_NET_SYSTEM_TRAY_COLORS`); none where it does not.
+    /// The color of text and symbols in the tray, as published by the tray
+    /// (`_NET_SYSTEM_TRAY_COLORS`); none if it publishes none.
     [[nodiscard]] std::optional<QColor> textColor() const { return color; }
 
-    /// To be called when Qt has made an icon: for that Qt chooses anew which changes of the tray
-    /// this connection is notified of, and those of the color are not among them.
+    /// To be called when Qt has created an icon: Qt then replaces this connection's event mask on
+    /// the tray's window with one that does not include changes of the color.
     void iconWasCreated();
 
 private:

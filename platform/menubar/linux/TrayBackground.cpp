@@ -2,8 +2,9 @@
 
 #include "platform/display/linux/X11Connection.h"
 #include "platform/display/linux/XcbReply.h"
+#include "platform/process/linux/EnvironmentVariable.h"
 
-#include <QtGlobal>
+#include <QRgb>
 
 #include <cstdint>
 #include <cstring>
@@ -36,8 +37,8 @@ screenPixel(xcb_connection_t* connection, xcb_window_t root, std::int16_t x, std
 std::optional<QColor> trayBackground(xcb_window_t icon)
 {
     xcb_connection_t* const connection = x11Connection();
-    // An X server without a screen of its own knows only what is in its own windows.
-    if (connection == nullptr || qEnvironmentVariableIsSet("WAYLAND_DISPLAY")) {
+    // XWayland has no screen of its own and knows only the content of X windows.
+    if (connection == nullptr || !environmentVariable("WAYLAND_DISPLAY").empty()) {
         return std::nullopt;
     }
     const xcb_window_t root = x11Root(connection, x11ScreenNumber());

@@ -4,6 +4,7 @@
 #include "platform/menubar/linux/PanelIcon.h"
 #include "platform/menubar/linux/TrayBackground.h"
 #include "platform/process/ToQString.h"
+#include "platform/process/linux/EnvironmentVariable.h"
 
 #include <QApplication>
 #include <QEvent>
@@ -15,12 +16,12 @@ namespace orlimo {
 
 namespace {
 
-/// How long the X server may take until what was painted is on the screen.
+/// How long painted content may take to reach the screen.
 constexpr std::chrono::milliseconds repaintDelay{100};
 
 QString currentDesktop()
 {
-    return qEnvironmentVariable("XDG_CURRENT_DESKTOP");
+    return toQString(environmentVariable("XDG_CURRENT_DESKTOP"));
 }
 
 } // namespace
@@ -82,7 +83,7 @@ void TrayIcon::updateBackground()
     const auto sampled =
         window ? trayBackground(static_cast<xcb_window_t>(window->internalWinId())) : std::nullopt;
     const QColor before = color();
-    // While it cannot be seen it is what it was.
+    // Keep the last known background while it is not visible.
     background = sampled ? sampled : background;
     if (color() != before) {
         showImage();
@@ -112,12 +113,12 @@ void TrayIcon::wasActivated(QSystemTrayIcon::ActivationReason reason)
             triggered.reset();
         } else {
             handlers.toggle();
-            // Only now: a second press has waited for the first one's work.
+            // Only now: a second press may have waited until the first was handled.
             triggered = clock();
         }
         break;
     case QSystemTrayIcon::DoubleClick:
-        // Some hosts tell of the first press of a double click as a click of its own.
+        // Some hosts report the first press of a double click as a click of its own.
         if (!hasJustBeenTriggered()) {
             handlers.toggle();
         }

@@ -17,12 +17,12 @@
 
 namespace orlimo {
 
-/// The program's icon in the host's tray, with a menu for hosts that know nothing else. Appears
-/// when there is a tray. Main thread.
+/// The program's icon in the system tray, with a menu for hosts that support nothing else. Appears
+/// as soon as there is a tray. Main thread.
 class TrayIcon final : public QObject
 {
 public:
-    /// What the user asks for.
+    /// What the user requests.
     struct Handlers
     {
         /// A click on the icon.
@@ -33,15 +33,15 @@ public:
         std::function<void()> quit;
     };
 
-    /// A template takes on the color of the panel's text and follows a change of scheme. Panels
-    /// that paint symbolic icons themselves get the name of the installed one.
+    /// A template icon is painted in the color of the panel's text and follows a change of scheme.
+    /// Panels that paint symbolic icons themselves receive the name of the installed one.
     TrayIcon(QIcon label, Handlers eventHandlers, UptimeClock uptimeClock = currentUptime);
 
-    /// Where the icon is on the screen, in points; none where the host does not say.
+    /// The icon's rectangle on the screen, in points; none if the tray does not report it.
     [[nodiscard]] std::optional<QRect> geometry() const;
 
-    /// Paints a template in `published`, which the tray names as that of its text. For a tray that
-    /// names none it is a color that is legible on the tray's background, where that can be seen.
+    /// Paints a template icon in `published`, the color that the tray publishes for its text. If it
+    /// publishes none, in a color that is legible on the tray's background, if that is visible.
     void setTextColor(const std::optional<QColor>& published);
 
 protected:

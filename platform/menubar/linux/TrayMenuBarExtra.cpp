@@ -20,11 +20,11 @@ namespace orlimo {
 
 namespace {
 
-/// How long the host may take to say whether it has a place for the icon, until it is taken to have
-/// none. As long as a person who has started the program may be left without an answer.
+/// How long to wait for a reply about the system tray before assuming that there is none. The user
+/// who has started the program waits that long without seeing anything.
 constexpr std::chrono::seconds trayQueryTimeout{1};
 
-/// Whether the windows are somewhere where somebody may look at them.
+/// Whether windows are visible to a user.
 bool isOnScreen()
 {
     const QString platform = QGuiApplication::platformName();
@@ -59,7 +59,7 @@ public:
         }
         const auto isTrayAvailable = tray.isTrayAvailable();
         if (!isTrayAvailable) {
-            // By the time of the answer it will have been taken from the environment.
+            // By the time of the reply it will have been removed from the environment.
             launchToken = ActivationToken::takeFromEnvironment();
             trayQueryTimer.start();
         } else if (!*isTrayAvailable) {

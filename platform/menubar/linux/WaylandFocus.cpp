@@ -1,5 +1,8 @@
 #include "platform/menubar/linux/WaylandFocus.h"
 
+#include "platform/process/ToQString.h"
+#include "platform/process/linux/EnvironmentVariable.h"
+
 #include <QSettings>
 #include <QStandardPaths>
 #include <QStringList>
@@ -30,7 +33,7 @@ FocusLoss focusLossOnWayland(const QString& desktop, const QString& kwinSettings
 FocusLoss focusLossOnWayland()
 {
     return focusLossOnWayland(
-        qEnvironmentVariable("XDG_CURRENT_DESKTOP"),
+        toQString(environmentVariable("XDG_CURRENT_DESKTOP")),
         QStandardPaths::locate(QStandardPaths::GenericConfigLocation, QStringLiteral("kwinrc")));
 }
 

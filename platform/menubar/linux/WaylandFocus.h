@@ -6,10 +6,10 @@
 
 namespace orlimo {
 
-/// What a loss of the focus means on a Wayland desktop, which tells a program nothing of what
-/// happens outside its windows. `desktop` is what XDG_CURRENT_DESKTOP says. On GNOME and KDE Plasma
-/// windows get the focus by a click; the file `kwinSettings` says where Plasma's user wants it
-/// otherwise. On sway and the other desktops the focus may follow the pointer.
+/// What a loss of focus means on a Wayland desktop, where a program receives no events from outside
+/// its windows. `desktop` is the value of XDG_CURRENT_DESKTOP. GNOME and KDE Plasma focus windows
+/// by click, unless the user of Plasma has changed that in the file `kwinSettings`. On sway and
+/// other desktops the focus may follow the pointer.
 [[nodiscard]] FocusLoss focusLossOnWayland(const QString& desktop, const QString& kwinSettings);
 
 /// The same for this session.

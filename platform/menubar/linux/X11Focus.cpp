@@ -2,6 +2,7 @@
 
 #include "platform/display/linux/X11Connection.h"
 #include "platform/display/linux/XcbReply.h"
+#include "platform/process/linux/EnvironmentVariable.h"
 
 #include <QByteArray>
 #include <QCursor>
@@ -32,7 +33,7 @@ constexpr std::uint8_t selectEvents = 46;
 constexpr std::uint16_t allMasterDevices = 1;
 constexpr std::uint16_t rawButtonPress = 15;
 
-/// The request with which one client chooses the events of one kind of device.
+/// The request that selects events of one kind of device.
 struct SelectEvents
 {
     std::uint8_t majorOpcode;
@@ -49,11 +50,11 @@ static_assert(sizeof(SelectEvents) == 20);
 
 } // namespace xinput
 
-/// How long before the loss of the focus the press was that caused it: the window manager moves the
-/// focus in its own time, and Qt waits for a focus that comes back.
+/// How long before a loss of focus the press that caused it may have been: the window manager moves
+/// the focus with a delay, and Qt waits for a focus that returns.
 constexpr std::chrono::milliseconds gestureInterval{500};
 
-/// The buttons as which the server reports a wheel.
+/// The server reports wheels as buttons 4 to 7.
 bool isWheel(std::uint32_t button)
 {
     constexpr std::uint32_t first = 4;
@@ -61,7 +62,7 @@ bool isWheel(std::uint32_t button)
     return button >= first && button <= last;
 }
 
-/// Which button a raw event is about: the number behind event type, device and time.
+/// The button of a raw event: the field after event type, device and time.
 std::uint32_t buttonOf(const xcb_ge_generic_event_t& event)
 {
     constexpr std::size_t offset = 16;
@@ -94,11 +95,11 @@ X11Focus::X11Focus(QWidget& window, PressHandler pressHandler, UptimeClock uptim
 
 FocusLoss X11Focus::lastLoss() const
 {
-    // A server that reports no presses would never close the window afterwards.
+    // Without reported presses the window would never close afterwards.
     return inputExtension == 0 || wasJustPressed() ? FocusLoss::deliberate : loss;
 }
 
-/// A hidden window has no use for others' presses, each of which would wake the program.
+/// Selects presses only while the window is visible, as each one wakes the program.
 bool X11Focus::eventFilter(QObject* watched, QEvent* event)
 {
     if (watched == &content && event->type() == QEvent::Show) {
@@ -143,7 +144,7 @@ void X11Focus::selectPresses(bool areSelected) const
         .maskLength = 1,
         .mask = areSelected ? 1U << xinput::rawButtonPress : 0U,
     };
-    // The library writes into the two parts before the first one.
+    // The library writes to the two elements before the one passed.
     std::array<iovec, 3> parts{};
     parts[2] = {.iov_base = &request, .iov_len = sizeof(request)};
     const xcb_protocol_request_t kind{
@@ -169,7 +170,7 @@ bool X11Focus::isFocusChange(const xcb_generic_event_t& event) const
     }
     static_assert(std::is_same_v<xcb_focus_in_event_t, xcb_focus_out_event_t>);
     const auto& change = reinterpret_cast<const xcb_focus_in_event_t&>(event);
-    // A grab of the keyboard, as for a menu, moves nothing.
+    // A keyboard grab, for example for a menu, does not move the focus.
     return change.event == content.internalWinId() && change.mode != XCB_NOTIFY_MODE_GRAB &&
            change.mode != XCB_NOTIFY_MODE_UNGRAB && change.detail != XCB_NOTIFY_DETAIL_INFERIOR;
 }
@@ -201,9 +202,8 @@ bool X11Focus::isPointerInFocusedWindow() const
         return false;
     }
     if (pointer->child == XCB_NONE) {
-        // Over the bare desktop. In a Wayland session that is what the X server makes of any place
-        // that belongs to a Wayland program.
-        return !qEnvironmentVariableIsSet("WAYLAND_DISPLAY") && !isAnotherWindowActive();
+        // Over the bare desktop. XWayland reports the same over the windows of Wayland clients.
+        return environmentVariable("WAYLAND_DISPLAY").empty() && !isAnotherWindowActive();
     }
     const bool isNew = std::ranges::find(topLevels, pointer->child) == topLevels.end();
     return !isNew && x11TopLevelOf(connection, root, focus->focus) == pointer->child;

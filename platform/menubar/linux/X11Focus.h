@@ -17,15 +17,14 @@
 
 namespace orlimo {
 
-/// Watches on the X server why a window loses the focus: while the window is shown, sees each press
-/// of a mouse button, wherever it is, and where the pointer is when the focus goes. The focus has
-/// followed the pointer when nothing was pressed, and the pointer is in the window that has the
-/// focus now, and that window is not a new one. Main thread; needs the application object, on Qt's
-/// xcb platform.
+/// Finds out on the X server why a window loses the focus. While the window is shown, observes each
+/// press of a mouse button anywhere, and the pointer's position when the focus is lost. The focus
+/// has followed the pointer if nothing was pressed and the pointer is in the newly focused window,
+/// which is not a new one. Main thread; requires the application object, on Qt's xcb platform.
 class X11Focus final : public QObject, private QAbstractNativeEventFilter
 {
 public:
-    /// Called in the event loop at each press, with its place on the screen in points.
+    /// Called in the event loop at each press, with its position on the screen in points.
     using PressHandler = std::function<void(const QPoint&)>;
 
     /// `window` must outlive this object.
@@ -58,7 +57,7 @@ private:
     xcb_atom_t activeWindow;
     std::uint8_t inputExtension = 0;
     std::optional<Uptime> lastPress;
-    /// Those that were there when the window got the focus.
+    /// Those that existed when the window received the focus.
     std::vector<xcb_window_t> topLevels;
     FocusLoss loss = FocusLoss::deliberate;
 };

@@ -9,14 +9,14 @@
 
 namespace orlimo {
 
-/// A bitmap of the system of that many pixels, all transparent: red, green, blue and alpha of one
-/// byte each, premultiplied. Null when the system has no memory for it.
+/// A transparent system bitmap of that size: red, green, blue and alpha of one byte each,
+/// premultiplied. Null if the system has no memory for it.
 [[nodiscard]] Retained<NSBitmapImageRep*> makeBitmap(QSize pixels);
 
-/// The pixels of `image` as a bitmap of the system.
+/// Converts `image` to a system bitmap.
 [[nodiscard]] Retained<NSBitmapImageRep*> toBitmap(const QImage& image);
 
-/// The pixels of a bitmap as makeBitmap() makes it.
+/// Converts a bitmap in the format of makeBitmap().
 [[nodiscard]] QImage toImage(NSBitmapImageRep* bitmap);
 
 } // namespace orlimo

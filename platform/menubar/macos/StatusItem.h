@@ -12,26 +12,26 @@
 
 namespace orlimo {
 
-/// The program's place in the system's menu bar, taken with the object and given up with it. Main
-/// thread, in a program whose event loop is the system's.
+/// The program's item in the system's menu bar, for the lifetime of the object. Main thread, in a
+/// program whose event loop is the system's.
 class StatusItem
 {
 public:
-    /// Calls `pressHandler` each time the item is pressed, with whichever button of the mouse, or
-    /// by an aid to accessibility.
+    /// Calls `pressHandler` each time the item is pressed, with any mouse button or through
+    /// accessibility.
     StatusItem(const QIcon& label, std::function<void()> pressHandler);
     StatusItem(const StatusItem&) = delete;
     StatusItem& operator=(const StatusItem&) = delete;
     ~StatusItem();
 
-    /// Where the item is, on the screen on which it was last pressed; none while the menu bar has
-    /// not placed it.
+    /// The item's rectangle on the screen on which it was last pressed; none until the menu bar has
+    /// positioned it.
     [[nodiscard]] std::optional<QRect> geometry() const;
 
-    /// Whether the item is in the menu bar; not so when the user has taken it out.
+    /// Whether the item is in the menu bar; false if the user has removed it.
     [[nodiscard]] bool isVisible() const;
 
-    /// Shows the item as one whose window is open, or not.
+    /// Shows the item highlighted, as while its window is open, or not.
     void highlight(bool isHighlighted);
 
 private:

@@ -24,8 +24,8 @@ StatusItem::StatusItem(const QIcon& label, std::function<void()> pressHandler)
         [button setAccessibilityLabel:name];
         [button setTarget:target.get()];
         [button setAction:@selector(performAction:)];
-        // When the button goes down, as with the system's own items: a window that loses the focus
-        // by the press is told so at the same time, however long the button is held.
+        // On the press rather than the release, as with the system's own items: a window that loses
+        // the focus because of it is notified at the same time, however long the button is held.
         [button sendActionOn:NSEventMaskLeftMouseDown | NSEventMaskRightMouseDown];
     }
 }

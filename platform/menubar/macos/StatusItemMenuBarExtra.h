@@ -13,7 +13,7 @@
 
 namespace orlimo {
 
-/// An item in the menu bar and the window under it. Without AppKit the window alone. Main thread.
+/// An item in the menu bar and the window below it. Without AppKit only the window. Main thread.
 class StatusItemMenuBarExtra final : public MenuBarExtra
 {
 public:
@@ -41,7 +41,7 @@ private:
     std::unique_ptr<QWidget> content;
     std::unique_ptr<WindowObserver> observer;
     std::optional<MenuBarWindow> menuBarWindow;
-    /// Shows on the item whether the window is open.
+    /// Updates the item's highlight.
     DefaultModeCall highlighting;
 };
 

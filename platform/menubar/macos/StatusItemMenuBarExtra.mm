@@ -9,13 +9,13 @@ namespace orlimo {
 
 namespace {
 
-/// Not a tool window, which the system hides with the program's being active while the toolkit
-/// still takes it for visible.
+/// Not a tool window, which the system hides when the program becomes inactive while Qt still
+/// considers it visible.
 constexpr Qt::WindowFlags windowFlags =
     Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint;
 
-/// Has the window come to the user, whichever space or full screen that is, instead of the user to
-/// the window.
+/// Makes the window open in the user's current space, also over a program in full screen, instead
+/// of switching to the window's space.
 void moveToActiveSpace(NSWindow* window)
 {
     NSWindowCollectionBehavior behavior = NSWindowCollectionBehaviorMoveToActiveSpace;
@@ -26,8 +26,8 @@ void moveToActiveSpace(NSWindow* window)
 
 } // namespace
 
-/// Calls a function once the window has been shown, hidden or given the focus, and the system is
-/// through with that.
+/// Calls a function after the window has been shown, hidden or given the focus and the system has
+/// finished handling that.
 class StatusItemMenuBarExtra::WindowObserver final : public QObject
 {
 public:
@@ -129,8 +129,8 @@ void StatusItemMenuBarExtra::visibilityDidChange()
     if (!item) {
         return;
     }
-    // A button that is pressed takes its highlight back when it is let go, and until then runs the
-    // event loop itself.
+    // A pressed button runs its own event loop until it is released, and then removes its
+    // highlight.
     highlighting.schedule();
     if (!isOpen()) {
         yieldFocus();

@@ -1,8 +1,8 @@
 #include "platform/clipboard/Pasteboard.h"
 
-#include "tests/platform/clipboard/PasteboardContents.h"
-
-#include <gmock/gmock.h>
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QMimeData>
 #include <gtest/gtest.h>
 
 #include <string>
@@ -12,70 +12,57 @@ namespace orlimo {
 namespace {
 
 using namespace std::string_view_literals;
-using testing::ElementsAreArray;
 
-void putOnPasteboard(std::string_view text)
-{
-    generalPasteboard().declareTypes({PasteboardType::string});
-    generalPasteboard().setString(text, PasteboardType::string);
-}
-
+/// The pasteboard on Qt's clipboard, which holds something of several types at first.
 class PasteboardTest : public testing::Test
 {
 protected:
     void SetUp() override
     {
-        contents::fill();
-        ASSERT_EQ(contents::text(), "old text");
-        ASSERT_GT(contents::types().size(), 1U);
+        auto* const old = new QMimeData; // the clipboard takes it
+        old->setText(QStringLiteral("old text"));
+        old->setHtml(QStringLiteral("<b>old text</b>"));
+        QGuiApplication::clipboard()->setMimeData(old);
     }
+
+    static std::string text() { return QGuiApplication::clipboard()->text().toStdString(); }
 };
 
-TEST_F(PasteboardTest, IsOne)
+TEST_F(PasteboardTest, TextReplacesEverythingInOneChange)
 {
-    EXPECT_EQ(&generalPasteboard(), &generalPasteboard());
+    int changes = 0;
+    const QObject context;
+    QObject::connect(
+        QGuiApplication::clipboard(), &QClipboard::dataChanged, &context, [&] { ++changes; });
+    generalPasteboard().declareTypes({PasteboardType::string});
+    EXPECT_EQ(changes, 0);
+    EXPECT_EQ(text(), "old text");
+    generalPasteboard().setString("123456", PasteboardType::string);
+    EXPECT_EQ(changes, 1);
+    EXPECT_EQ(text(), "123456");
+    const QMimeData& data = *QGuiApplication::clipboard()->mimeData();
+    const auto hint = QStringLiteral("x-kde-passwordManagerHint");
+    EXPECT_EQ(data.formats(), (QStringList{QStringLiteral("text/plain"), hint}));
+    EXPECT_EQ(data.data(hint), "secret");
+    EXPECT_FALSE(QGuiApplication::clipboard()->ownsSelection());
+    EXPECT_TRUE(QGuiApplication::clipboard()->text(QClipboard::Selection).isEmpty());
 }
 
-TEST_F(PasteboardTest, HoldsTheTextAndNothingElse)
-{
-    putOnPasteboard("123456");
-    EXPECT_EQ(contents::text(), "123456");
-    EXPECT_THAT(contents::types(), ElementsAreArray(contents::typesOfText()));
-}
-
-TEST_F(PasteboardTest, HoldsTheLatestText)
-{
-    putOnPasteboard("1111");
-    putOnPasteboard("2222");
-    EXPECT_EQ(contents::text(), "2222");
-}
-
-TEST_F(PasteboardTest, TakesTextThatIsNotAscii)
-{
-    // Eastern Arabic digits, a letter with a combining mark, and one beyond the basic plane.
-    const auto text = "\u0661\u0662\u0663\u0664 e\u0301 \U0001F511"sv;
-    putOnPasteboard(text);
-    EXPECT_EQ(contents::text(), text);
-}
-
-TEST_F(PasteboardTest, TakesANulForACharacterLikeAnyOther)
-{
-    putOnPasteboard("12\0 34"sv);
-    EXPECT_EQ(contents::text(), "12\0 34"sv);
-}
-
-TEST_F(PasteboardTest, TakesAnEmptyText)
-{
-    putOnPasteboard("");
-    EXPECT_EQ(contents::text(), "");
-    EXPECT_THAT(contents::types(), ElementsAreArray(contents::typesOfText()));
-}
-
-TEST_F(PasteboardTest, TakesNoMoreThanItIsGiven)
+TEST_F(PasteboardTest, AnyTextIsKeptAsItIs)
 {
     const std::string message = "Your code is 123456.";
-    putOnPasteboard(std::string_view(message).substr(13, 6));
-    EXPECT_EQ(contents::text(), "123456");
+    // Eastern Arabic digits, a letter with a combining mark and one beyond the basic plane; a NUL;
+    // nothing; and a part of a longer text.
+    for (const auto& given :
+         {"\u0661\u0662\u0663\u0664 e\u0301 \U0001F511"sv,
+          "12\0 34"sv,
+          ""sv,
+          std::string_view(message).substr(13, 6)})
+    {
+        generalPasteboard().declareTypes({PasteboardType::string});
+        generalPasteboard().setString(given, PasteboardType::string);
+        EXPECT_EQ(text(), given);
+    }
 }
 
 } // namespace

@@ -8,63 +8,42 @@ namespace {
 class ActivationObserverTest : public testing::Test
 {
 protected:
-    int told = 0;
-    ActivationObserver observer{[this] { ++told; }};
+    int notifications = 0;
+    ActivationObserver observer{[this] { ++notifications; }};
 };
 
-TEST_F(ActivationObserverTest, TellsOfEachActivationOnce)
-{
-    observer.launchingDidFinish();
-    EXPECT_EQ(told, 0);
-    observer.activityDidChange(true);
-    EXPECT_EQ(told, 1);
-    observer.activityDidChange(false);
-    EXPECT_EQ(told, 1);
-    observer.activityDidChange(true);
-    EXPECT_EQ(told, 2);
-}
-
-TEST_F(ActivationObserverTest, HearsNothingNewInARepetition)
+TEST_F(ActivationObserverTest, EachActivationIsReportedOnce)
 {
     observer.launchingDidFinish();
     observer.activityDidChange(false);
-    EXPECT_EQ(told, 0);
-    observer.activityDidChange(true);
-    observer.activityDidChange(true);
-    EXPECT_EQ(told, 1);
-    observer.activityDidChange(false);
-    observer.activityDidChange(false);
-    observer.activityDidChange(true);
-    EXPECT_EQ(told, 2);
+    EXPECT_EQ(notifications, 0);
+    for (const int expected : {1, 2}) {
+        observer.activityDidChange(true);
+        observer.activityDidChange(true);
+        EXPECT_EQ(notifications, expected);
+        observer.activityDidChange(false);
+        observer.activityDidChange(false);
+        EXPECT_EQ(notifications, expected);
+    }
 }
 
-TEST_F(ActivationObserverTest, KeepsWhatComesBeforeTheEndOfLaunching)
+TEST_F(ActivationObserverTest, ActivationsDuringLaunchAreReportedAfterIt)
 {
-    observer.activityDidChange(true);
-    EXPECT_EQ(told, 0);
+    for (int count = 0; count < 2; ++count) {
+        observer.activityDidChange(true);
+        observer.activityDidChange(false);
+    }
+    EXPECT_EQ(notifications, 0);
     observer.launchingDidFinish();
-    EXPECT_EQ(told, 1);
-    observer.activityDidChange(false);
-    observer.activityDidChange(true);
-    EXPECT_EQ(told, 2);
+    EXPECT_EQ(notifications, 2);
 }
 
-TEST_F(ActivationObserverTest, LosesNothingThatComesBeforeTheEndOfLaunching)
+TEST(ActivationObserver, ActivationWithinANotificationIsReported)
 {
-    observer.activityDidChange(true);
-    observer.activityDidChange(false);
-    observer.activityDidChange(true);
-    observer.activityDidChange(false);
-    observer.launchingDidFinish();
-    EXPECT_EQ(told, 2);
-}
-
-TEST(ActivationObserver, TakesAnActivationWhileItTells)
-{
-    int told = 0;
+    int notifications = 0;
     ActivationObserver* self = nullptr;
     ActivationObserver observer([&] {
-        if (++told == 1) {
+        if (++notifications == 1) {
             self->activityDidChange(false);
             self->activityDidChange(true);
         }
@@ -72,7 +51,7 @@ TEST(ActivationObserver, TakesAnActivationWhileItTells)
     self = &observer;
     observer.activityDidChange(true);
     observer.launchingDidFinish();
-    EXPECT_EQ(told, 2);
+    EXPECT_EQ(notifications, 2);
 }
 
 } // namespace

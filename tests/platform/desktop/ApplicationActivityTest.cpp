@@ -22,51 +22,32 @@ void focus(QWidget& window)
 class ApplicationActivityTest : public testing::Test
 {
 protected:
-    [[nodiscard]] bool awaitNotification(bool isActive)
-    {
-        return await([this, isActive] {
-            return !notifications.empty() && notifications.back() == isActive;
-        });
-    }
-
     std::vector<bool> notifications;
+    const std::function<void(bool)> notify = [this](bool active) {
+        notifications.push_back(active);
+    };
     QWidget window;
     QWidget other;
 };
 
-TEST_F(ApplicationActivityTest, IsToldAtTheStart)
+TEST_F(ApplicationActivityTest, ReportsTheStateAtTheStartAndEachChange)
 {
-    const ApplicationActivity without([this](bool isActive) { notifications.push_back(isActive); });
+    const ApplicationActivity without(notify);
     EXPECT_EQ(notifications, std::vector<bool>{false});
     focus(window);
+    EXPECT_TRUE(notifications.back());
     notifications.clear();
-    const ApplicationActivity with([this](bool isActive) { notifications.push_back(isActive); });
+    const ApplicationActivity with(notify);
     EXPECT_EQ(notifications, std::vector<bool>{true});
-}
-
-TEST_F(ApplicationActivityTest, IsToldWhenAWindowGetsTheFocus)
-{
-    const ApplicationActivity activity(
-        [this](bool isActive) { notifications.push_back(isActive); });
-    focus(window);
-    EXPECT_TRUE(notifications.back());
-}
-
-TEST_F(ApplicationActivityTest, IsToldWhenTheWindowWithTheFocusIsClosed)
-{
-    const ApplicationActivity activity(
-        [this](bool isActive) { notifications.push_back(isActive); });
-    focus(window);
     window.close();
-    EXPECT_TRUE(awaitNotification(false));
+    EXPECT_TRUE(await([this] { return !notifications.back(); }));
     focus(window);
     EXPECT_TRUE(notifications.back());
 }
 
-TEST_F(ApplicationActivityTest, GoesOnWhenTheFocusMovesToAnotherWindow)
+TEST_F(ApplicationActivityTest, StaysActiveWhileTheFocusMovesToAnotherWindow)
 {
-    const ApplicationActivity activity(
-        [this](bool isActive) { notifications.push_back(isActive); });
+    const ApplicationActivity activity(notify);
     focus(window);
     notifications.clear();
     window.close();

@@ -1,10 +1,9 @@
-// A program with an icon in the tray, a window for it and an About panel, that says what happens to
-// them and does what its standard input asks, a line each; it answers each with a line. With the
-// argument "window" it is another program, of one plain window that takes the focus.
+// A program with a tray icon, its window and an About panel. It prints what happens to them; each
+// line of standard input is a command and gets one line in response. With the argument "window" it
+// is another program, with one plain window that takes the focus.
 
 #include "platform/desktop/ApplicationDelegate.h"
 #include "platform/desktop/SharedApplication.h"
-#include "platform/desktop/Workspace.h"
 #include "platform/menubar/MenuBarExtra.h"
 #include "platform/threads/UptimeClock.h"
 #include "resources/ImageIcon.h"
@@ -34,21 +33,21 @@ void say(const std::string& line)
     (void)std::fflush(stdout);
 }
 
-/// Says when the window it is installed on opens, closes and is given or loses the focus.
+/// Prints when the window it is installed on opens, closes, gains or loses the focus.
 class WindowReporter final : public QObject
 {
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override
     {
-        static const std::map<QEvent::Type, std::string> words{
+        static const std::map<QEvent::Type, std::string> lines{
             {QEvent::Show, "opened"},
             {QEvent::Hide, "closed"},
             {QEvent::WindowActivate, "focused"},
             {QEvent::WindowDeactivate, "unfocused"},
         };
-        const auto word = words.find(event->type());
-        if (word != words.end()) {
-            say(word->second);
+        const auto line = lines.find(event->type());
+        if (line != lines.end()) {
+            say(line->second);
         }
         return QObject::eventFilter(watched, event);
     }
@@ -87,7 +86,7 @@ QIcon label()
     return templateIcon(QStringLiteral("StatusBarIcon"));
 }
 
-/// The host's clock, until it is stopped; from then on it goes on only when it is told to.
+/// The system's clock until it is stopped, from then on a manual one.
 class StoppableClock
 {
 public:
@@ -99,12 +98,12 @@ private:
     std::optional<Uptime> stoppedAt;
 };
 
-std::string yesOrNo(bool answer)
+std::string yesOrNo(bool value)
 {
-    return answer ? "yes" : "no";
+    return value ? "yes" : "no";
 }
 
-/// A command whose answer is that it is done.
+/// A command whose response is "done".
 std::function<std::string()> done(const std::function<void()>& command)
 {
     return [command] {
@@ -145,8 +144,7 @@ int runExtra()
              extra->openOnRequest();
          })},
         {"text", [&] { return content.text(); }},
-        {"about", done([] { sharedApplication().orderFrontStandardAboutPanel({}); })},
-        {"website", [] { return yesOrNo(openUrl(QUrl(QStringLiteral("https://orlimo.app/")))); }},
+        {"about", done([] { sharedApplication().orderFrontStandardAboutPanel(); })},
     };
     const QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
     QObject::connect(&input, &QSocketNotifier::activated, &content, [&] {

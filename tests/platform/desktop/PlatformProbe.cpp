@@ -1,4 +1,4 @@
-// A program that does one thing which the tests need a process of their own for.
+// Does one thing for which the tests need a process of their own.
 
 #include "platform/loginitem/LoginItemService.h"
 
@@ -12,8 +12,8 @@
 namespace orlimo {
 namespace {
 
-/// Answers each line of standard input with one line: the login item's status, or how a change of
-/// it went.
+/// Responds to each line of standard input with one line: the login item's status, or the result of
+/// changing it.
 int serveLoginItem()
 {
     const auto say = [](const std::optional<ServiceError>& error) {
@@ -21,15 +21,15 @@ int serveLoginItem()
     };
     for (std::string command; std::getline(std::cin, command);) {
         LoginItemService& service = mainAppService();
-        std::string answer;
+        std::string response;
         if (command == "status") {
-            answer = std::to_string(static_cast<int>(service.status()));
+            response = std::to_string(static_cast<int>(service.status()));
         } else if (command == "register") {
-            answer = say(service.registerItem());
+            response = say(service.registerItem());
         } else if (command == "unregister") {
-            answer = say(service.unregisterItem());
+            response = say(service.unregisterItem());
         }
-        std::cout << answer << std::endl; // NOLINT(performance-avoid-endl): the test waits for it
+        std::cout << response << std::endl; // NOLINT(performance-avoid-endl): the test waits for it
     }
     return 0;
 }

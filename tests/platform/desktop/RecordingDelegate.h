@@ -10,7 +10,7 @@ namespace orlimo {
 
 using LifecycleEvents = std::vector<std::string>;
 
-/// Notes the turns of the application's life, and does what a test asks at them.
+/// Records the application's lifecycle events and runs a test's code in each.
 class RecordingDelegate final : public ApplicationDelegate
 {
 public:

@@ -20,7 +20,7 @@
 namespace orlimo {
 namespace {
 
-/// Does `work` once the loop is through with what happens at the start.
+/// Runs `work` once the event loop has handled the launch.
 void later(const std::function<void()>& work)
 {
     QTimer::singleShot(0, qApp, [work] { QTimer::singleShot(0, qApp, work); });
@@ -38,7 +38,7 @@ class SharedApplicationTest : public testing::Test
 protected:
     int run() { return sharedApplication().run(delegate); }
 
-    /// Runs `work` in the loop of an application that is launched, and ends that.
+    /// Runs `work` in the event loop of a launched application and ends it.
     void runWith(const std::function<void()>& work)
     {
         delegate.onDidFinish = [work] {
@@ -53,12 +53,7 @@ protected:
     RecordingDelegate delegate;
 };
 
-TEST_F(SharedApplicationTest, IsOne)
-{
-    EXPECT_EQ(&sharedApplication(), &sharedApplication());
-}
-
-TEST_F(SharedApplicationTest, FinishesLaunchingOnceTheLoopRuns)
+TEST_F(SharedApplicationTest, LaunchingFinishesInTheEventLoop)
 {
     delegate.onWillFinish = [] { EXPECT_EQ(QThread::currentThread()->loopLevel(), 0); };
     delegate.onDidFinish = [] {
@@ -69,21 +64,24 @@ TEST_F(SharedApplicationTest, FinishesLaunchingOnceTheLoopRuns)
     EXPECT_EQ(delegate.lifecycleEvents, (LifecycleEvents{"will finish", "did finish"}));
 }
 
-TEST_F(SharedApplicationTest, LaunchesAndEndsWhenItWasTerminatedBefore)
+TEST_F(SharedApplicationTest, TerminatedEarlyLaunchesAndEnds)
 {
     sharedApplication().terminate();
     EXPECT_EQ(run(), 0);
     EXPECT_EQ(delegate.lifecycleEvents, (LifecycleEvents{"will finish", "did finish"}));
-}
-
-TEST_F(SharedApplicationTest, LaunchesAndEndsWhenItIsTerminatedBeforeTheLoop)
-{
     delegate.onWillFinish = [] { sharedApplication().terminate(); };
     EXPECT_EQ(run(), 0);
-    EXPECT_EQ(delegate.lifecycleEvents, (LifecycleEvents{"will finish", "did finish"}));
+    EXPECT_EQ(delegate.lifecycleEvents.size(), 4U);
+    QWidget window;
+    focus(window);
+    EXPECT_EQ(delegate.lifecycleEvents.size(), 4U) << "notified after its end";
+    delegate.onWillFinish = [] {};
+    bool ran = false;
+    runWith([&ran] { ran = true; });
+    EXPECT_TRUE(ran);
 }
 
-TEST_F(SharedApplicationTest, SaysThatItIsTerminatingUntilItHasEnded)
+TEST_F(SharedApplicationTest, IsTerminatingUntilItHasEnded)
 {
     EXPECT_FALSE(sharedApplication().isTerminating());
     delegate.onDidFinish = [] {
@@ -95,16 +93,7 @@ TEST_F(SharedApplicationTest, SaysThatItIsTerminatingUntilItHasEnded)
     EXPECT_FALSE(sharedApplication().isTerminating());
 }
 
-TEST_F(SharedApplicationTest, RunsToTheEndAgain)
-{
-    sharedApplication().terminate();
-    EXPECT_EQ(run(), 0);
-    bool ran = false;
-    runWith([&ran] { ran = true; });
-    EXPECT_TRUE(ran);
-}
-
-TEST_F(SharedApplicationTest, EndsThoughAWindowRefuses)
+TEST_F(SharedApplicationTest, EndsAlthoughAWindowRefusesToClose)
 {
     class UncloseableWindow final : public QWidget
     {
@@ -117,7 +106,7 @@ TEST_F(SharedApplicationTest, EndsThoughAWindowRefuses)
     EXPECT_TRUE(window.isVisible());
 }
 
-TEST_F(SharedApplicationTest, EndsFromWithinANestedLoop)
+TEST_F(SharedApplicationTest, EndsFromANestedLoop)
 {
     runWith([] {
         QEventLoop nested;
@@ -126,26 +115,13 @@ TEST_F(SharedApplicationTest, EndsFromWithinANestedLoop)
     });
 }
 
-TEST_F(SharedApplicationTest, StaysWhenItsLastWindowCloses)
+TEST_F(SharedApplicationTest, OutlivesItsLastWindowAndQtsJobs)
 {
     bool isStillThere = false;
     delegate.onDidFinish = [&isStillThere] {
         auto window = std::make_unique<QWidget>();
         window->show();
         window->close();
-        later([&isStillThere] {
-            isStillThere = true;
-            sharedApplication().terminate();
-        });
-    };
-    EXPECT_EQ(run(), 0);
-    EXPECT_TRUE(isStillThere);
-}
-
-TEST_F(SharedApplicationTest, StaysWhenAJobOfTheToolkitEnds)
-{
-    bool isStillThere = false;
-    delegate.onDidFinish = [&isStillThere] {
         {
             const QEventLoopLocker job;
         }
@@ -158,7 +134,7 @@ TEST_F(SharedApplicationTest, StaysWhenAJobOfTheToolkitEnds)
     EXPECT_TRUE(isStillThere);
 }
 
-TEST_F(SharedApplicationTest, TellsOfAnActivationAfterTheLaunchThatItInterrupts)
+TEST_F(SharedApplicationTest, ActivationDuringLaunchIsReportedAfterIt)
 {
     QWidget window;
     delegate.onWillFinish = [&window] { focus(window); };
@@ -167,45 +143,18 @@ TEST_F(SharedApplicationTest, TellsOfAnActivationAfterTheLaunchThatItInterrupts)
     EXPECT_EQ(delegate.lifecycleEvents, (LifecycleEvents{"will finish", "did finish", "active"}));
 }
 
-TEST_F(SharedApplicationTest, TellsOfAnActivationThatWasThereBefore)
-{
-    QWidget window;
-    focus(window);
-    delegate.onActive = [] { sharedApplication().terminate(); };
-    EXPECT_EQ(run(), 0);
-    EXPECT_EQ(delegate.lifecycleEvents, (LifecycleEvents{"will finish", "did finish", "active"}));
-}
-
-TEST_F(SharedApplicationTest, TellsOfAnActivation)
-{
-    runWith([this] {
-        EXPECT_EQ(delegate.lifecycleEvents, (LifecycleEvents{"will finish", "did finish"}));
-        QWidget window;
-        focus(window);
-        EXPECT_EQ(
-            delegate.lifecycleEvents, (LifecycleEvents{"will finish", "did finish", "active"}));
-    });
-}
-
-TEST_F(SharedApplicationTest, TakesAMoveToAnotherWindowForNoActivation)
+TEST_F(SharedApplicationTest, MoveToAnotherWindowIsNoActivation)
 {
     runWith([this] {
         QWidget first;
         QWidget second;
+        EXPECT_EQ(delegate.lifecycleEvents, (LifecycleEvents{"will finish", "did finish"}));
         focus(first);
         focus(second);
         focus(first);
         EXPECT_EQ(
             delegate.lifecycleEvents, (LifecycleEvents{"will finish", "did finish", "active"}));
     });
-}
-
-TEST_F(SharedApplicationTest, IsToldOfNothingAfterItsEnd)
-{
-    runWith([] {});
-    QWidget window;
-    focus(window);
-    EXPECT_EQ(delegate.lifecycleEvents, (LifecycleEvents{"will finish", "did finish"}));
 }
 
 TEST(SharedApplicationWithoutQApplication, StopsTheProgram)

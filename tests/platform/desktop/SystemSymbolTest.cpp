@@ -4,28 +4,19 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
-#include <cctype>
-#include <string>
-
 namespace orlimo {
 namespace {
 
-/// The text beside which the program shows every symbol.
+/// The text size beside which the program shows every symbol.
 constexpr int textSize = 15;
 
-class SystemSymbolTest : public testing::TestWithParam<const char*>
+class SystemSymbolTest : public testing::TestWithParam<const char16_t*>
 {
 protected:
-    const QString name = QString::fromLatin1(GetParam());
-
-    [[nodiscard]] QImage drawn(qreal ratio, const QColor& color = Qt::black) const
-    {
-        return pixelsOf(systemSymbol(name, textSize, color, ratio));
-    }
+    const QStringView name{GetParam()};
 };
 
-TEST_P(SystemSymbolTest, HasEveryPixelOfItsSize)
+TEST_P(SystemSymbolTest, FillsItsSizeAtEveryScaleInTheColorOfTheText)
 {
     for (const qreal ratio : {1.0, 1.25, 1.5, 2.0, 3.0}) {
         const QPixmap symbol = systemSymbol(name, textSize, Qt::black, ratio);
@@ -33,44 +24,25 @@ TEST_P(SystemSymbolTest, HasEveryPixelOfItsSize)
         EXPECT_EQ(symbol.size(), (points * ratio).toSize());
         EXPECT_EQ(symbol.devicePixelRatio(), ratio);
         EXPECT_FALSE(inkOf(pixelsOf(symbol)).isEmpty());
+        const QColor color(10, 90, 200, 100);
+        EXPECT_TRUE(isVisuallyEqual(
+            pixelsOf(systemSymbol(name, textSize, color, ratio)),
+            tintedShape(pixelsOf(symbol), color)));
     }
-}
-
-TEST_P(SystemSymbolTest, IsAllInTheColourOfTheText)
-{
-    for (const QColor& color :
-         {QColor(255, 255, 255), QColor(128, 128, 128), QColor(10, 90, 200, 100)}) {
-        EXPECT_TRUE(isVisuallyEqual(drawn(2, color), tintedShape(drawn(2), color)))
-            << color.name().toStdString();
-    }
-}
-
-std::string caseName(const testing::TestParamInfo<const char*>& info)
-{
-    std::string name;
-    for (const char character : std::string(info.param)) {
-        name.push_back(std::isalnum(static_cast<unsigned char>(character)) != 0 ? character : '_');
-    }
-    return name;
 }
 
 INSTANTIATE_TEST_SUITE_P(
     All,
     SystemSymbolTest,
-    testing::Values("slider.horizontal.2.square", "ellipsis.bubble.fill", "hand.raised.fill"),
-    caseName);
+    testing::Values(u"slider.horizontal.2.square", u"ellipsis.bubble.fill", u"hand.raised.fill"),
+    [](const auto& instance) { return "Symbol" + std::to_string(instance.index); });
 
-TEST(UnknownSystemSymbolTest, IsNullAndHasNoSize)
+TEST(SystemSymbol, UnknownNameOrNoSizeGivesNone)
 {
     for (const QStringView name : {u"", u"nothing", u"hand.raised.fill.svg"}) {
-        EXPECT_TRUE(systemSymbol(name, textSize, Qt::black, 1).isNull())
-            << name.toString().toStdString();
-        EXPECT_TRUE(systemSymbolSize(name, textSize).isEmpty()) << name.toString().toStdString();
+        EXPECT_TRUE(systemSymbol(name, textSize, Qt::black, 1).isNull());
+        EXPECT_TRUE(systemSymbolSize(name, textSize).isEmpty());
     }
-}
-
-TEST(SystemSymbolWithoutPixelsTest, IsNull)
-{
     EXPECT_TRUE(systemSymbol(u"hand.raised.fill", 0, Qt::black, 1).isNull());
     EXPECT_TRUE(systemSymbolSize(u"hand.raised.fill", 0).isEmpty());
 }

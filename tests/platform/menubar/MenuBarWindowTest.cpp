@@ -6,7 +6,6 @@
 #include <QApplication>
 #include <QCursor>
 #include <QLineEdit>
-#include <QMenu>
 #include <QScreen>
 #include <QTest>
 #include <QVBoxLayout>
@@ -22,7 +21,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// What the window holds: a text to write in.
+/// The window's content, with a text field.
 class Content final : public QWidget
 {
 public:
@@ -38,7 +37,7 @@ public:
 class MenuBarWindowTest : public testing::Test
 {
 protected:
-    /// Opens the window and waits until it has the focus.
+    /// Opens the window and waits for the focus.
     void open()
     {
         window->open();
@@ -50,7 +49,7 @@ protected:
         return await([this] { return content.isActiveWindow(); });
     }
 
-    /// Gives the focus to another window, as a click on that would.
+    /// Gives the focus to another window, like a click on it.
     void focusOtherWindow()
     {
         other.show();
@@ -70,7 +69,7 @@ protected:
         QCoreApplication::sendEvent(&content, &event);
     }
 
-    /// Longer than a window waits for the pointer to come back.
+    /// Longer than the window waits for the pointer to return.
     static constexpr std::chrono::milliseconds longEnough{300};
 
     ManualClock clock;
@@ -87,79 +86,39 @@ protected:
             .pointerReturnTimeout = std::chrono::milliseconds(50)});
 };
 
-TEST_F(MenuBarWindowTest, IsClosedAtFirst)
+TEST_F(MenuBarWindowTest, OpensUnderTheIconWithTheFocusAndCloses)
 {
     EXPECT_FALSE(window->isOpen());
-    EXPECT_FALSE(content.isVisible());
-}
-
-TEST_F(MenuBarWindowTest, IsATopLevelToolWithoutAFrame)
-{
-    EXPECT_TRUE(content.isWindow());
     EXPECT_EQ(content.windowType(), Qt::Tool);
     EXPECT_TRUE(content.windowFlags().testFlag(Qt::FramelessWindowHint));
-}
-
-TEST_F(MenuBarWindowTest, TakesAContentThatStoodInAnotherWidget)
-{
-    QWidget parent;
-    Content child;
-    child.setParent(&parent);
-    {
-        MenuBarWindow ofChild(child, [] { return std::nullopt; });
-        ofChild.open();
-        EXPECT_TRUE(child.isWindow());
-        EXPECT_TRUE(ofChild.isOpen());
-        EXPECT_FALSE(parent.isVisible());
-    }
-    child.setParent(nullptr);
-}
-
-TEST_F(MenuBarWindowTest, OpensWithTheFocusAndCloses)
-{
     open();
     EXPECT_TRUE(window->isOpen());
-    EXPECT_TRUE(content.isVisible());
-    EXPECT_EQ(content.size(), QSize(300, 540));
+    EXPECT_EQ(content.geometry(), QRect(411 - 150, 23, 300, 540));
+    icon = QRect(300, 1, 22, 22);
+    window->open();
+    EXPECT_EQ(content.geometry(), QRect(411 - 150, 23, 300, 540)) << "moved while open";
     window->close();
     EXPECT_FALSE(window->isOpen());
     EXPECT_FALSE(content.isVisible());
-}
-
-TEST_F(MenuBarWindowTest, OpensUnderTheIcon)
-{
-    open();
-    EXPECT_EQ(content.geometry(), QRect(411 - 150, 23, 300, 540));
-}
-
-TEST_F(MenuBarWindowTest, OpensUnderTheIconsPlaceOfTheMoment)
-{
-    open();
-    window->close();
-    icon = QRect(300, 1, 22, 22);
     window->open();
     EXPECT_EQ(content.geometry(), QRect(311 - 150, 23, 300, 540));
 }
 
-TEST_F(MenuBarWindowTest, OpensAtThePointerWhereTheIconsPlaceIsUnknown)
+TEST_F(MenuBarWindowTest, OpensAtThePointerIfTheIconsPositionIsUnknown)
 {
     icon.reset();
     QCursor::setPos(500, 100);
     ASSERT_EQ(QCursor::pos(), QPoint(500, 100));
     open();
     EXPECT_EQ(content.geometry(), QRect(500 - 150, 101, 300, 540));
-}
-
-TEST_F(MenuBarWindowTest, OpensInsideTheScreen)
-{
+    window->close();
     const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
-    icon.reset();
     QCursor::setPos(screen.bottomRight());
-    open();
+    window->open();
     EXPECT_TRUE(screen.contains(content.geometry()));
 }
 
-TEST_F(MenuBarWindowTest, IsAsLowAsItsScreen)
+TEST_F(MenuBarWindowTest, IsShrunkToALowScreen)
 {
     const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
     content.setFixedSize(300, screen.height() + 200);
@@ -172,7 +131,7 @@ TEST_F(MenuBarWindowTest, IsAsLowAsItsScreen)
     }
 }
 
-TEST_F(MenuBarWindowTest, HasTheSizeThatItsContentAsksFor)
+TEST_F(MenuBarWindowTest, HasTheSizeHintOfItsContent)
 {
     QWidget plain;
     auto* const column = new QVBoxLayout(&plain);
@@ -184,60 +143,28 @@ TEST_F(MenuBarWindowTest, HasTheSizeThatItsContentAsksFor)
     EXPECT_EQ(plain.geometry().center().x(), 410);
 }
 
-TEST_F(MenuBarWindowTest, StaysWhereItIsWhenItIsOpenedAgain)
-{
-    open();
-    icon = QRect(300, 1, 22, 22);
-    window->open();
-    EXPECT_TRUE(window->isOpen());
-    EXPECT_EQ(content.geometry(), QRect(411 - 150, 23, 300, 540));
-}
-
-TEST_F(MenuBarWindowTest, TogglesBetweenOpenAndClosed)
-{
-    window->toggle();
-    EXPECT_TRUE(window->isOpen());
-    ASSERT_TRUE(awaitFocus());
-    window->toggle();
-    EXPECT_FALSE(window->isOpen());
-    window->toggle();
-    EXPECT_TRUE(window->isOpen());
-}
-
-TEST_F(MenuBarWindowTest, ClosesWhenItLosesTheFocus)
-{
-    open();
-    focusOtherWindow();
-    EXPECT_FALSE(window->isOpen());
-}
-
-TEST_F(MenuBarWindowTest, StaysOpenWhenTheFocusFollowedThePointer)
-{
-    focusLoss = FocusLoss::followedPointer;
-    open();
-    focusOtherWindow();
-    runEventLoop(longEnough);
-    EXPECT_TRUE(window->isOpen());
-    window->toggle();
-    EXPECT_FALSE(window->isOpen());
-}
-
-TEST_F(MenuBarWindowTest, ClosesAtAPressElsewhereAfterTheFocusFollowedThePointer)
+TEST_F(MenuBarWindowTest, FocusThatFollowedThePointerClosesAtAPressElsewhere)
 {
     focusLoss = FocusLoss::followedPointer;
     open();
     window->pointerWasPressed(QPoint(0, 0));
     EXPECT_TRUE(window->isOpen()) << "with the focus";
     focusOtherWindow();
+    runEventLoop(longEnough);
+    EXPECT_TRUE(window->isOpen());
     window->pointerWasPressed(content.geometry().center());
     EXPECT_TRUE(window->isOpen()) << "inside";
     window->pointerWasPressed(icon->center());
     EXPECT_TRUE(window->isOpen()) << "on the icon";
+    window->toggle();
+    EXPECT_FALSE(window->isOpen());
+    open();
+    focusOtherWindow();
     window->pointerWasPressed(QPoint(0, 0));
     EXPECT_FALSE(window->isOpen());
 }
 
-TEST_F(MenuBarWindowTest, StaysOpenForAnUnknownReasonUntilThePointerHasBeenInside)
+TEST_F(MenuBarWindowTest, UnknownFocusLossClosesOnlyAfterThePointerHasLeft)
 {
     focusLoss = FocusLoss::unknown;
     open();
@@ -249,14 +176,14 @@ TEST_F(MenuBarWindowTest, StaysOpenForAnUnknownReasonUntilThePointerHasBeenInsid
     ASSERT_TRUE(awaitFocus());
     runEventLoop(longEnough);
     EXPECT_TRUE(window->isOpen());
-    // The compositor tells of the keyboard first.
+    // The compositor reports the keyboard first.
     focusOtherWindow();
     pointerLeaves();
     EXPECT_TRUE(window->isOpen());
     EXPECT_TRUE(await([this] { return !window->isOpen(); }));
 }
 
-TEST_F(MenuBarWindowTest, StaysOpenWhenThePointerComesBackSoon)
+TEST_F(MenuBarWindowTest, StaysOpenIfThePointerReturnsSoon)
 {
     focusLoss = FocusLoss::unknown;
     open();
@@ -271,7 +198,7 @@ TEST_F(MenuBarWindowTest, StaysOpenWhenThePointerComesBackSoon)
     EXPECT_TRUE(window->isOpen());
 }
 
-TEST_F(MenuBarWindowTest, ClosesWhenTheFocusIsLostLongAfterThePointerLeft)
+TEST_F(MenuBarWindowTest, ClosesIfTheFocusIsLostLongAfterThePointerLeft)
 {
     focusLoss = FocusLoss::unknown;
     open();
@@ -280,9 +207,13 @@ TEST_F(MenuBarWindowTest, ClosesWhenTheFocusIsLostLongAfterThePointerLeft)
     clock.advance(1s);
     focusOtherWindow();
     EXPECT_FALSE(window->isOpen());
+    open();
+    focusOtherWindow();
+    runEventLoop(longEnough);
+    EXPECT_TRUE(window->isOpen()) << "remembered the pointer";
 }
 
-TEST_F(MenuBarWindowTest, ClosesWhenTheFocusIsLostAndThePointerStaysInside)
+TEST_F(MenuBarWindowTest, ClosesIfTheFocusIsLostWhileThePointerStaysInside)
 {
     focusLoss = FocusLoss::unknown;
     open();
@@ -291,63 +222,27 @@ TEST_F(MenuBarWindowTest, ClosesWhenTheFocusIsLostAndThePointerStaysInside)
     EXPECT_TRUE(await([this] { return !window->isOpen(); }));
 }
 
-TEST_F(MenuBarWindowTest, ForgetsThePointerWhenItOpensAgain)
+TEST_F(MenuBarWindowTest, ClickThatTookTheFocusDoesNotReopenIt)
 {
-    focusLoss = FocusLoss::unknown;
-    open();
-    pointerEnters();
-    pointerLeaves();
-    clock.advance(1s);
-    focusOtherWindow();
-    ASSERT_FALSE(window->isOpen());
-    open();
-    focusOtherWindow();
-    runEventLoop(longEnough);
-    EXPECT_TRUE(window->isOpen());
-}
-
-TEST_F(MenuBarWindowTest, IsNotOpenedByTheClickThatTookItsFocus)
-{
-    open();
-    focusOtherWindow();
-    clock.advance(499ms);
-    window->toggle();
-    EXPECT_FALSE(window->isOpen());
-}
-
-TEST_F(MenuBarWindowTest, IsOpenedByTheNextClickAfterThat)
-{
-    open();
-    focusOtherWindow();
-    clock.advance(500ms);
-    window->toggle();
-    EXPECT_TRUE(window->isOpen());
-}
-
-TEST_F(MenuBarWindowTest, IsOpenedOnRequestRightAfterItLostTheFocus)
-{
+    for (const auto& [delay, isReopened] : {std::pair(499ms, false), std::pair(500ms, true)}) {
+        open();
+        focusOtherWindow();
+        ASSERT_FALSE(window->isOpen());
+        clock.advance(delay);
+        window->toggle();
+        EXPECT_EQ(window->isOpen(), isReopened) << delay.count();
+        window->close();
+    }
     open();
     focusOtherWindow();
     open();
-    EXPECT_TRUE(window->isOpen());
     window->toggle();
     EXPECT_FALSE(window->isOpen());
     window->toggle();
-    EXPECT_TRUE(window->isOpen());
+    EXPECT_TRUE(window->isOpen()) << "the loss was before the last opening";
 }
 
-TEST_F(MenuBarWindowTest, TakesAnOldLossOfFocusForOld)
-{
-    open();
-    focusOtherWindow();
-    clock.advance(500ms);
-    open();
-    window->close();
-    window->toggle();
-    EXPECT_TRUE(window->isOpen());
-}
-
-TEST_F(MenuBarWindowTest, TakesTheFocusBackFromAWindowThatOpenedWithIt)
+TEST_F(MenuBarWindowTest, TakesTheFocusBackFromAWindowOpenedWithItForTwoSeconds)
 {
     other.show();
     window->openOnRequest();
@@ -358,31 +253,16 @@ TEST_F(MenuBarWindowTest, TakesTheFocusBackFromAWindowThatOpenedWithIt)
         EXPECT_TRUE(window->isOpen());
         clock.advance(600ms);
     }
-}
-
-TEST_F(MenuBarWindowTest, ClosesForAWindowThatIsOpenedAfterIt)
-{
-    window->openOnRequest();
-    ASSERT_TRUE(awaitFocus());
+    clock.advance(200ms);
     focusOtherWindow();
     EXPECT_FALSE(window->isOpen());
 }
 
-TEST_F(MenuBarWindowTest, ClosesForAWindowThatOpenedWithItTwoSecondsLater)
-{
-    other.show();
-    window->openOnRequest();
-    ASSERT_TRUE(awaitFocus());
-    clock.advance(2s);
-    focusOtherWindow();
-    EXPECT_FALSE(window->isOpen());
-}
-
-TEST_F(MenuBarWindowTest, ClosesForAnotherProgramAlsoWhenItOpenedAmongOthers)
+TEST_F(MenuBarWindowTest, ClosesForAnotherProgramAlsoIfOpenedOnRequest)
 {
     window->openOnRequest();
     ASSERT_TRUE(awaitFocus());
-    // None of the application's widgets, as another program's is.
+    // Not a widget of the application, like another program's window.
     QWindow another;
     another.show();
     another.requestActivate();
@@ -391,7 +271,7 @@ TEST_F(MenuBarWindowTest, ClosesForAnotherProgramAlsoWhenItOpenedAmongOthers)
     EXPECT_FALSE(window->isOpen());
 }
 
-TEST_F(MenuBarWindowTest, HoldsTheFocusOnlyForTheOpeningAmongOthers)
+TEST_F(MenuBarWindowTest, HoldsTheFocusOnlyForTheOpeningOnRequest)
 {
     window->openOnRequest();
     ASSERT_TRUE(awaitFocus());
@@ -402,50 +282,21 @@ TEST_F(MenuBarWindowTest, HoldsTheFocusOnlyForTheOpeningAmongOthers)
     EXPECT_FALSE(window->isOpen());
 }
 
-TEST_F(MenuBarWindowTest, ClosesOnEscape)
+TEST_F(MenuBarWindowTest, ClosesOnEscapeAlsoFromATextField)
 {
     open();
     QTest::keyClick(&content, Qt::Key_Escape);
     EXPECT_FALSE(window->isOpen());
-    window->toggle();
-    EXPECT_TRUE(window->isOpen());
-}
-
-TEST_F(MenuBarWindowTest, ClosesOnEscapeWhileATextInItHasTheFocus)
-{
+    focusOtherWindow();
     open();
     content.field.setFocus();
     QTest::keyClick(&content.field, Qt::Key_A);
-    EXPECT_TRUE(window->isOpen());
     EXPECT_EQ(content.field.text(), QStringLiteral("a"));
     QTest::keyClick(&content.field, Qt::Key_Escape);
     EXPECT_FALSE(window->isOpen());
-}
-
-TEST_F(MenuBarWindowTest, StaysOpenUnderAMenuOfItsOwn)
-{
-    open();
-    QMenu menu(&content);
-    menu.addAction(QStringLiteral("Copy"));
-    menu.popup(content.geometry().center());
-    ASSERT_TRUE(await([&] { return menu.isVisible(); }));
-    QCoreApplication::processEvents();
-    EXPECT_TRUE(window->isOpen());
-    QTest::keyClick(&menu, Qt::Key_Escape);
-    EXPECT_FALSE(menu.isVisible());
-    QCoreApplication::processEvents();
-    EXPECT_TRUE(window->isOpen());
-    focusOtherWindow();
-    EXPECT_FALSE(window->isOpen());
-}
-
-TEST_F(MenuBarWindowTest, IsClosedWhenTheHostHasClosedIt)
-{
-    open();
+    window->open();
     content.close();
-    EXPECT_FALSE(window->isOpen());
-    window->toggle();
-    EXPECT_TRUE(window->isOpen());
+    EXPECT_FALSE(window->isOpen()) << "closed by the desktop";
 }
 
 TEST_F(MenuBarWindowTest, ClosesAtItsEnd)

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <initializer_list>
 #include <ostream>
 #include <vector>
 
@@ -18,235 +17,142 @@ namespace {
 
 constexpr QSize window(300, 540);
 constexpr QRect frame(0, 0, 1280, 800);
+constexpr QSize iconSize(22, 22);
+constexpr QSize click(1, 1);
 
-/// A screen whose panel of 24 points takes a strip of one edge away.
-ScreenArea withTopPanel(QRect whole = frame)
+/// A screen whose panels cover that many points of its left, top, right and bottom edge.
+ScreenArea withPanels(QMargins panels, const QRect& whole = frame)
 {
-    return {whole, whole.adjusted(0, 24, 0, 0)};
+    return {whole, whole.marginsRemoved(panels)};
 }
 
-ScreenArea withBottomPanel(QRect whole = frame)
-{
-    return {whole, whole.adjusted(0, 0, 0, -24)};
-}
+constexpr QMargins left(24, 0, 0, 0);
+constexpr QMargins top(0, 24, 0, 0);
+constexpr QMargins right(0, 0, 24, 0);
+constexpr QMargins bottom(0, 0, 0, 24);
+constexpr QMargins unknown(0, 0, 0, 0);
 
-ScreenArea withLeftPanel(QRect whole = frame)
+/// An icon or a click on a screen of 1280 by 800 points, and the window's expected position.
+struct Placement
 {
-    return {whole, whole.adjusted(24, 0, 0, 0)};
-}
+    QMargins panels;
+    QPoint anchor;
+    QPoint expected;
+    QSize anchorSize = iconSize;
+};
 
-ScreenArea withRightPanel(QRect whole = frame)
+TEST(WindowPlacement, BelongsToTheIconOnItsPanel)
 {
-    return {whole, whole.adjusted(0, 0, -24, 0)};
-}
-
-/// A screen that says nothing of its panels.
-ScreenArea withoutKnownPanel(QRect whole = frame)
-{
-    return {whole, whole};
-}
-
-/// An icon of the usual size with its top left corner there.
-QRect iconAt(int x, int y)
-{
-    return {x, y, 22, 22};
-}
-
-QPoint placed(const QRect& anchor, const ScreenArea& screen, QSize size = window)
-{
-    return windowPlacement(anchor, size, {screen});
-}
-
-TEST(WindowPlacement, IsCentredUnderAnIconInATopPanel)
-{
-    // The icon's middle is at 611, the window's at 461 + 150.
-    EXPECT_EQ(placed(iconAt(600, 1), withTopPanel()), QPoint(461, 24));
-    EXPECT_EQ(placed(iconAt(600, 1), withoutKnownPanel()), QPoint(461, 23));
-}
-
-TEST(WindowPlacement, IsCentredAboveAnIconInABottomPanel)
-{
-    EXPECT_EQ(placed(iconAt(600, 777), withBottomPanel()), QPoint(461, 776 - 540));
-    EXPECT_EQ(placed(iconAt(600, 777), withoutKnownPanel()), QPoint(461, 777 - 540));
-}
-
-TEST(WindowPlacement, IsCentredBesideAnIconInALeftPanel)
-{
-    EXPECT_EQ(placed(iconAt(1, 400), withLeftPanel()), QPoint(24, 411 - 270));
-    EXPECT_EQ(placed(iconAt(1, 400), withoutKnownPanel()), QPoint(23, 411 - 270));
-}
-
-TEST(WindowPlacement, IsCentredBesideAnIconInARightPanel)
-{
-    EXPECT_EQ(placed(iconAt(1257, 400), withRightPanel()), QPoint(1256 - 300, 411 - 270));
-    EXPECT_EQ(placed(iconAt(1257, 400), withoutKnownPanel()), QPoint(1257 - 300, 411 - 270));
-}
-
-TEST(WindowPlacement, TakesAnIconForOneInASidePanelWhereNoOtherFitsBetween)
-{
-    EXPECT_EQ(placed(iconAt(21, 100), withoutKnownPanel()), QPoint(43, 0));
-    EXPECT_EQ(placed(iconAt(22, 100), withoutKnownPanel()), QPoint(0, 122));
-    EXPECT_EQ(placed(iconAt(1237, 100), withoutKnownPanel()), QPoint(937, 0));
-    EXPECT_EQ(placed(iconAt(1236, 100), withoutKnownPanel()), QPoint(980, 122));
-}
-
-TEST(WindowPlacement, StaysOnTheScreenAtTheEndsOfATopPanel)
-{
-    for (const auto& screen : {withTopPanel(), withoutKnownPanel()}) {
-        const int top = screen.available.y() + (screen.available.y() == 0 ? 23 : 0);
-        EXPECT_EQ(placed(iconAt(0, 1), screen), QPoint(0, top));
-        EXPECT_EQ(placed(iconAt(1258, 1), screen), QPoint(980, top));
+    for (const Placement& placement : std::vector<Placement>{
+             // Centred below, above or beside: the icon's middle is at 611, the window's at 461 +
+             // 150.
+             {top, {600, 1}, {461, 24}},
+             {unknown, {600, 1}, {461, 23}},
+             {bottom, {600, 777}, {461, 776 - 540}},
+             {unknown, {600, 777}, {461, 777 - 540}},
+             {left, {1, 400}, {24, 411 - 270}},
+             {unknown, {1, 400}, {23, 411 - 270}},
+             {right, {1257, 400}, {1256 - 300, 411 - 270}},
+             {unknown, {1257, 400}, {1257 - 300, 411 - 270}},
+             // A side panel is assumed if no second icon fits between icon and edge.
+             {unknown, {21, 100}, {43, 0}},
+             {unknown, {22, 100}, {0, 122}},
+             {unknown, {1237, 100}, {937, 0}},
+             {unknown, {1236, 100}, {980, 122}},
+             // At the ends of the panels.
+             {top, {0, 1}, {0, 24}},
+             {top, {1258, 1}, {980, 24}},
+             {unknown, {0, 1}, {0, 23}},
+             {unknown, {1258, 1}, {980, 23}},
+             {bottom, {0, 777}, {0, 236}},
+             {bottom, {1258, 777}, {980, 236}},
+             {unknown, {0, 777}, {0, 237}},
+             {unknown, {1258, 777}, {980, 237}},
+             {left, {1, 0}, {24, 0}},
+             {left, {1, 778}, {24, 260}},
+             {right, {1257, 0}, {956, 0}},
+             {right, {1257, 778}, {956, 260}},
+             // In the middle: above only if there is not enough space below.
+             {unknown, {600, 100}, {461, 122}},
+             {bottom, {600, 100}, {461, 122}},
+             {unknown, {600, 238}, {461, 260}},
+             {unknown, {600, 239}, {461, 0}},
+             {unknown, {600, 600}, {461, 60}},
+             // A thick panel, and one with a dock at the right, below the icon.
+             {{0, 60, 0, 0}, {600, 5}, {461, 60}},
+             {{0, 24, 80, 0}, {1170, 1}, {900, 24}},
+             {{0, 24, 80, 0}, {1257, 1}, {900, 24}},
+             // Clicks.
+             {top, {640, 10}, {490, 24}, click},
+             {bottom, {640, 790}, {490, 236}, click},
+             {left, {10, 400}, {24, 130}, click},
+             {right, {1270, 400}, {956, 130}, click},
+             {bottom, {1279, 799}, {980, 236}, click}})
+    {
+        const QRect anchor(placement.anchor, placement.anchorSize);
+        EXPECT_EQ(
+            windowPlacement(anchor, window, {withPanels(placement.panels)}), placement.expected)
+            << anchor.x() << ", " << anchor.y();
     }
 }
 
-TEST(WindowPlacement, StaysOnTheScreenAtTheEndsOfABottomPanel)
-{
-    EXPECT_EQ(placed(iconAt(0, 777), withBottomPanel()), QPoint(0, 236));
-    EXPECT_EQ(placed(iconAt(1258, 777), withBottomPanel()), QPoint(980, 236));
-    EXPECT_EQ(placed(iconAt(0, 777), withoutKnownPanel()), QPoint(0, 237));
-    EXPECT_EQ(placed(iconAt(1258, 777), withoutKnownPanel()), QPoint(980, 237));
-}
-
-TEST(WindowPlacement, StaysBesideThePanelAtTheEndsOfALeftPanel)
-{
-    EXPECT_EQ(placed(iconAt(1, 0), withLeftPanel()), QPoint(24, 0));
-    EXPECT_EQ(placed(iconAt(1, 778), withLeftPanel()), QPoint(24, 260));
-}
-
-TEST(WindowPlacement, StaysBesideThePanelAtTheEndsOfARightPanel)
-{
-    EXPECT_EQ(placed(iconAt(1257, 0), withRightPanel()), QPoint(956, 0));
-    EXPECT_EQ(placed(iconAt(1257, 778), withRightPanel()), QPoint(956, 260));
-}
-
-TEST(WindowPlacement, IsUnderAnIconInTheMiddleOfTheScreen)
-{
-    EXPECT_EQ(placed(iconAt(600, 100), withoutKnownPanel()), QPoint(461, 122));
-    EXPECT_EQ(placed(iconAt(600, 100), withBottomPanel()), QPoint(461, 122));
-}
-
-TEST(WindowPlacement, IsAboveOnlyWhereThereIsNoRoomBelow)
-{
-    // The icon ends at 260: 540 points fit below it to the last one.
-    EXPECT_EQ(placed(iconAt(600, 238), withoutKnownPanel()), QPoint(461, 260));
-    // One more and they do not; above there is no room either, and inside goes before all.
-    EXPECT_EQ(placed(iconAt(600, 239), withoutKnownPanel()), QPoint(461, 0));
-    EXPECT_EQ(placed(iconAt(600, 600), withoutKnownPanel()), QPoint(461, 60));
-}
-
-TEST(WindowPlacement, IsAtAClick)
-{
-    const QSize point(1, 1);
-    EXPECT_EQ(placed({QPoint(640, 10), point}, withTopPanel()), QPoint(490, 24));
-    EXPECT_EQ(placed({QPoint(640, 790), point}, withBottomPanel()), QPoint(490, 236));
-    EXPECT_EQ(placed({QPoint(10, 400), point}, withLeftPanel()), QPoint(24, 130));
-    EXPECT_EQ(placed({QPoint(1270, 400), point}, withRightPanel()), QPoint(956, 130));
-    EXPECT_EQ(placed({QPoint(1279, 799), point}, withBottomPanel()), QPoint(980, 236));
-}
-
-TEST(WindowPlacement, IsBelowATopPanelThatGrowsLargerThanItsIcon)
-{
-    const ScreenArea thick{frame, frame.adjusted(0, 60, 0, 0)};
-    EXPECT_EQ(placed(iconAt(600, 5), thick), QPoint(461, 60));
-}
-
-TEST(WindowPlacement, MindsPanelsOnOtherEdges)
-{
-    // A dock on the right; the icon in a panel at the top.
-    const ScreenArea screen{frame, frame.adjusted(0, 24, -80, 0)};
-    EXPECT_EQ(placed(iconAt(1170, 1), screen), QPoint(900, 24));
-    // The icon is above the dock, outside of the free area in both directions.
-    EXPECT_EQ(placed(iconAt(1257, 1), screen), QPoint(900, 24));
-}
-
-TEST(WindowPlacement, IsOnTheScreenThatHoldsTheIcon)
+TEST(WindowPlacement, IsOnTheScreenOfTheIconOrTheNearest)
 {
     const std::vector<ScreenArea> screens{
-        withTopPanel(frame),
-        withTopPanel({1280, 0, 1920, 1080}),
-        withTopPanel({0, 800, 1280, 800}),
+        withPanels(top, {1280, 0, 1920, 1080}),
+        withPanels(top),
+        withPanels(top, {0, 800, 1280, 800}),
+        withPanels(bottom, {-1920, -200, 1920, 1080}),
+        withPanels(left, {0, -1024, 1280, 1024}),
     };
-    EXPECT_EQ(windowPlacement(iconAt(1258, 1), window, screens), QPoint(980, 24));
-    EXPECT_EQ(windowPlacement(iconAt(1280, 1), window, screens), QPoint(1280, 24));
-    EXPECT_EQ(windowPlacement(iconAt(3178, 1), window, screens), QPoint(2900, 24));
-    EXPECT_EQ(windowPlacement(iconAt(600, 801), window, screens), QPoint(461, 824));
+    for (const auto& [icon, expected] : std::vector<std::pair<QPoint, QPoint>>{
+             {{600, 1}, {461, 24}},
+             {{1258, 1}, {980, 24}},
+             {{1280, 1}, {1280, 24}},
+             {{3178, 1}, {2900, 24}},
+             {{600, 801}, {461, 824}},
+             // The left screen's panel covers 856 to 880.
+             {{-1920, 857}, {-1920, 856 - 540}},
+             {{-1000, 857}, {-1139, 856 - 540}},
+             {{-22, 857}, {-300, 856 - 540}},
+             {{1, -500}, {24, -489 - 270}},
+             {{1, -23}, {24, -540}}})
+    {
+        EXPECT_EQ(windowPlacement({icon, iconSize}, window, screens), expected);
+    }
+    const std::vector<ScreenArea> apart{withPanels(top), withPanels(top, {2000, 0, 1280, 800})};
+    EXPECT_EQ(windowPlacement({QPoint(1300, 1), iconSize}, window, apart), QPoint(980, 24));
+    EXPECT_EQ(windowPlacement({QPoint(1900, 1), iconSize}, window, apart), QPoint(2000, 24));
+    EXPECT_EQ(windowPlacement({QPoint(-500, -500), iconSize}, window, apart), QPoint(0, 24));
 }
 
-TEST(WindowPlacement, DoesNotDependOnTheOrderOfTheScreens)
+TEST(WindowPlacement, TopLeftOfATooLargeWindowIsInside)
 {
-    const std::vector<ScreenArea> screens{withTopPanel({1280, 0, 1920, 1080}), withTopPanel()};
-    EXPECT_EQ(windowPlacement(iconAt(600, 1), window, screens), QPoint(461, 24));
+    const QRect small(100, 50, 200, 300);
+    for (const auto& [screen, icon, expected] : std::vector<std::tuple<ScreenArea, QPoint, QPoint>>{
+             {withPanels(top, small), {250, 51}, {100, 74}},
+             {withPanels(bottom, small), {150, 320}, {100, 50}},
+             {withPanels(left, small), {101, 200}, {124, 50}},
+             {withPanels(top, {0, 0, 1280, 300}), {600, 1}, {461, 24}}})
+    {
+        EXPECT_EQ(windowPlacement({icon, iconSize}, window, {screen}), expected);
+    }
 }
 
-TEST(WindowPlacement, TakesScreensLeftOfAndAboveTheOrigin)
+TEST(WindowPlacement, IsAlwaysInsideTheAvailableAreaAndNeverCoversTheIcon)
 {
-    const std::vector<ScreenArea> screens{
-        withBottomPanel(frame),
-        withBottomPanel({-1920, -200, 1920, 1080}),
-        withLeftPanel({0, -1024, 1280, 1024}),
-    };
-    // The left screen's panel reaches from 856 to 880.
-    EXPECT_EQ(windowPlacement(iconAt(-1920, 857), window, screens), QPoint(-1920, 856 - 540));
-    EXPECT_EQ(windowPlacement(iconAt(-1000, 857), window, screens), QPoint(-1139, 856 - 540));
-    EXPECT_EQ(windowPlacement(iconAt(-22, 857), window, screens), QPoint(-300, 856 - 540));
-    EXPECT_EQ(windowPlacement(iconAt(1, -500), window, screens), QPoint(24, -489 - 270));
-    EXPECT_EQ(windowPlacement(iconAt(1, -23), window, screens), QPoint(24, -540));
-}
-
-TEST(WindowPlacement, IsOnTheNearestScreenForAnIconOnNone)
-{
-    const std::vector<ScreenArea> screens{withTopPanel(), withTopPanel({2000, 0, 1280, 800})};
-    EXPECT_EQ(windowPlacement(iconAt(1300, 1), window, screens), QPoint(980, 24));
-    EXPECT_EQ(windowPlacement(iconAt(1900, 1), window, screens), QPoint(2000, 24));
-    EXPECT_EQ(windowPlacement(iconAt(-500, -500), window, screens), QPoint(0, 24));
-}
-
-TEST(WindowPlacement, ShowsTheTopLeftOfAWindowThatIsLargerThanTheScreen)
-{
-    const ScreenArea small = withTopPanel({100, 50, 200, 300});
-    EXPECT_EQ(placed(iconAt(250, 51), small), QPoint(100, 74));
-    EXPECT_EQ(placed(iconAt(150, 320), withBottomPanel({100, 50, 200, 300})), QPoint(100, 50));
-    EXPECT_EQ(placed(iconAt(101, 200), withLeftPanel({100, 50, 200, 300})), QPoint(124, 50));
-    // Only one direction is too small.
-    EXPECT_EQ(placed(iconAt(600, 1), withTopPanel({0, 0, 1280, 300})), QPoint(461, 24));
-}
-
-TEST(WindowPlacement, IsAlwaysInsideTheAvailableArea)
-{
-    const std::vector<QRect> frames{frame, {-1920, -300, 1920, 1080}, {100, 100, 300, 540}};
-    for (const QRect& whole : frames) {
-        for (const auto& screen :
-             {withTopPanel(whole),
-              withBottomPanel(whole),
-              withLeftPanel(whole),
-              withRightPanel(whole),
-              withoutKnownPanel(whole)})
-        {
+    for (const QRect& whole : {frame, QRect(-1920, -300, 1920, 1080), QRect(100, 100, 300, 540)}) {
+        for (const QMargins& panels : {top, bottom, left, right, unknown}) {
+            const ScreenArea screen = withPanels(panels, whole);
             for (int x = whole.left() - 50; x <= whole.right() + 50; x += 7) {
                 for (int y = whole.top() - 50; y <= whole.bottom() + 50; y += 7) {
+                    const QRect icon(QPoint(x, y), iconSize);
                     const QSize size(200, 300);
-                    const QRect rectangle(placed(iconAt(x, y), screen, size), size);
-                    ASSERT_TRUE(screen.available.contains(rectangle)) << x << " " << y;
+                    const QRect placed(windowPlacement(icon, size, {screen}), size);
+                    ASSERT_TRUE(screen.available.contains(placed)) << x << " " << y;
+                    const bool hasSpace = whole == frame && whole.contains(icon);
+                    ASSERT_FALSE(hasSpace && placed.intersects(icon)) << x << " " << y;
                 }
-            }
-        }
-    }
-}
-
-TEST(WindowPlacement, NeverCoversAnIconThatLeavesRoom)
-{
-    for (const auto& screen :
-         {withTopPanel(),
-          withBottomPanel(),
-          withLeftPanel(),
-          withRightPanel(),
-          withoutKnownPanel()})
-    {
-        for (int x = 0; x <= frame.width() - 22; x += 3) {
-            for (int y : {0, 1, 30, 100, 200, 572, 700, 777, 778}) {
-                const QRect icon = iconAt(x, y);
-                const QRect rectangle(placed(icon, screen), window);
-                ASSERT_FALSE(rectangle.intersects(icon)) << x << " " << y;
             }
         }
     }

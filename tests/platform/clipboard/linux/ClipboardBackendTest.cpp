@@ -9,30 +9,9 @@
 
 namespace orlimo {
 
-void PrintTo(ClipboardBackend route, std::ostream* stream)
-{
-    switch (route) {
-    case ClipboardBackend::qt:
-        *stream << "toolkit";
-        break;
-    case ClipboardBackend::dataControl:
-        *stream << "dataControl";
-        break;
-    case ClipboardBackend::dataControlOrXServer:
-        *stream << "dataControlOrXServer";
-        break;
-    case ClipboardBackend::xServer:
-        *stream << "xServer";
-        break;
-    case ClipboardBackend::focusedOnly:
-        *stream << "focusedOnly";
-        break;
-    }
-}
-
 namespace {
 
-/// A session, and the route that is the best in it.
+/// A session and its best backend.
 struct Session
 {
     std::string name;
@@ -51,7 +30,7 @@ void PrintTo(const Session& session, std::ostream* stream)
 class ClipboardBackendTest : public testing::TestWithParam<Session>
 {};
 
-TEST_P(ClipboardBackendTest, IsTheBestOfTheSession)
+TEST_P(ClipboardBackendTest, FitsTheSession)
 {
     const Session& session = GetParam();
     EXPECT_EQ(
@@ -69,116 +48,71 @@ constexpr auto offered = DataControlAvailability::offered;
 constexpr auto notOffered = DataControlAvailability::notOffered;
 constexpr auto unknown = DataControlAvailability::unknown;
 
+constexpr auto qt = ClipboardBackend::qt;
+constexpr auto dataControl = ClipboardBackend::dataControl;
+constexpr auto dataControlOrXServer = ClipboardBackend::dataControlOrXServer;
+constexpr auto xServer = ClipboardBackend::xServer;
+constexpr auto focusedOnly = ClipboardBackend::focusedOnly;
+
 INSTANTIATE_TEST_SUITE_P(
     Sessions,
     ClipboardBackendTest,
     testing::Values(
-        Session{"X11", none, false, notOffered, true, ClipboardBackend::qt},
-        Session{"NoDisplay", none, false, notOffered, false, ClipboardBackend::qt},
-        Session{"WaylandWithBoth", none, true, offered, true, ClipboardBackend::dataControl},
-        Session{"WaylandAlone", none, true, offered, false, ClipboardBackend::dataControl},
-        Session{"WaylandWithXServerOnly", none, true, notOffered, true, ClipboardBackend::xServer},
-        Session{"WaylandWithNeither", none, true, notOffered, false, ClipboardBackend::focusedOnly},
-        Session{
-            "SilentWaylandWithXServer",
-            none,
-            true,
-            unknown,
-            true,
-            ClipboardBackend::dataControlOrXServer},
-        Session{"SilentWaylandAlone", none, true, unknown, false, ClipboardBackend::dataControl},
-        Session{
-            "ChosenSilentWayland", "wayland", true, unknown, true, ClipboardBackend::dataControl},
-        Session{
-            "ChosenXBesideSilentCompositor",
-            "xcb",
-            true,
-            unknown,
-            true,
-            ClipboardBackend::dataControl},
-        Session{"ChosenWayland", "wayland", true, offered, true, ClipboardBackend::dataControl},
-        Session{
-            "ChosenWaylandEgl", "wayland-egl", true, offered, true, ClipboardBackend::dataControl},
-        Session{
-            "ChosenWaylandWithXServerOnly",
-            "wayland",
-            true,
-            notOffered,
-            true,
-            ClipboardBackend::focusedOnly},
-        Session{
-            "ChosenWaylandBeforeOthers",
-            "wayland;xcb",
-            true,
-            notOffered,
-            true,
-            ClipboardBackend::focusedOnly},
-        Session{"ChosenBothOnX11", "wayland;xcb", false, notOffered, true, ClipboardBackend::qt},
-        Session{
-            "ChosenXWithoutServer",
-            "xcb;wayland",
-            true,
-            offered,
-            false,
-            ClipboardBackend::dataControl},
-        Session{
-            "ChosenXWithoutServerOrDataControl",
-            "xcb;wayland",
-            true,
-            notOffered,
-            false,
-            ClipboardBackend::focusedOnly},
-        Session{"ChosenXOnX11", "xcb", false, notOffered, true, ClipboardBackend::qt},
-        Session{
-            "ChosenXBesideCompositor", "xcb", true, offered, true, ClipboardBackend::dataControl},
-        Session{
-            "ChosenXWithOptions",
-            "xcb:someoption;wayland",
-            true,
-            offered,
-            true,
-            ClipboardBackend::dataControl},
-        Session{
-            "ChosenXOnWaylandWithoutDataControl",
-            "xcb",
-            true,
-            notOffered,
-            true,
-            ClipboardBackend::qt},
-        Session{"ChosenOther", "offscreen", true, offered, true, ClipboardBackend::qt},
-        Session{"ChosenOtherWithNeither", "vnc", true, notOffered, false, ClipboardBackend::qt}),
+        Session{"X11", none, false, notOffered, true, qt},
+        Session{"NoDisplay", none, false, notOffered, false, qt},
+        Session{"WaylandWithBoth", none, true, offered, true, dataControl},
+        Session{"WaylandAlone", none, true, offered, false, dataControl},
+        Session{"WaylandWithXServerOnly", none, true, notOffered, true, xServer},
+        Session{"WaylandWithNeither", none, true, notOffered, false, focusedOnly},
+        Session{"SilentWaylandWithXServer", none, true, unknown, true, dataControlOrXServer},
+        Session{"SilentWaylandAlone", none, true, unknown, false, dataControl},
+        Session{"ChosenSilentWayland", "wayland", true, unknown, true, dataControl},
+        Session{"ChosenXOnSilentWayland", "xcb", true, unknown, true, dataControl},
+        Session{"ChosenWayland", "wayland", true, offered, true, dataControl},
+        Session{"ChosenWaylandEgl", "wayland-egl", true, offered, true, dataControl},
+        Session{"ChosenWaylandXServerOnly", "wayland", true, notOffered, true, focusedOnly},
+        Session{"ChosenWaylandFirst", "wayland;xcb", true, notOffered, true, focusedOnly},
+        Session{"ChosenBothOnX11", "wayland;xcb", false, notOffered, true, qt},
+        Session{"ChosenXWithoutServer", "xcb;wayland", true, offered, false, dataControl},
+        Session{"ChosenXWithNeither", "xcb;wayland", true, notOffered, false, focusedOnly},
+        Session{"ChosenXOnX11", "xcb", false, notOffered, true, qt},
+        Session{"ChosenXOnWayland", "xcb", true, offered, true, dataControl},
+        Session{"ChosenXWithOptions", "xcb:option;wayland", true, offered, true, dataControl},
+        Session{"ChosenXWithoutDataControl", "xcb", true, notOffered, true, qt},
+        Session{"ChosenOther", "offscreen", true, offered, true, qt},
+        Session{"ChosenOtherWithNeither", "vnc", true, notOffered, false, qt}),
     [](const auto& instance) { return instance.param.name; });
 
-TEST(ClipboardBackendQueries, AreAskedOnlyWhereTheyMatter)
+TEST(ClipboardBackendQueries, AreMadeOnlyIfTheyMatter)
 {
-    int questions = 0;
-    SessionCapabilities facts{
+    int queries = 0;
+    SessionCapabilities capabilities{
         .chosenPlatform = none,
         .isWaylandSession = false,
         .dataControl =
             [&](auto /*limit*/) {
-                ++questions;
+                ++queries;
                 return offered;
             },
         .hasXServer =
             [&] {
-                ++questions;
+                ++queries;
                 return true;
             }};
-    (void)bestClipboardBackend(facts);
-    facts.chosenPlatform = "offscreen";
-    facts.isWaylandSession = true;
-    (void)bestClipboardBackend(facts);
-    EXPECT_EQ(questions, 0);
-    facts.chosenPlatform.reset();
-    (void)bestClipboardBackend(facts);
-    EXPECT_EQ(questions, 1) << "an X server is of no interest beside data control";
+    (void)bestClipboardBackend(capabilities);
+    capabilities.chosenPlatform = "offscreen";
+    capabilities.isWaylandSession = true;
+    (void)bestClipboardBackend(capabilities);
+    EXPECT_EQ(queries, 0);
+    capabilities.chosenPlatform.reset();
+    (void)bestClipboardBackend(capabilities);
+    EXPECT_EQ(queries, 1) << "an X server does not matter beside data control";
 }
 
-TEST(ClipboardBackendQueries, WaitLongOnlyWhereThePlatformDependsOnTheResponse)
+TEST(ClipboardBackendQueries, WaitLongOnlyIfThePlatformDependsOnTheResponse)
 {
     std::optional<std::chrono::milliseconds> waited;
-    SessionCapabilities facts{
+    SessionCapabilities capabilities{
         .chosenPlatform = none,
         .isWaylandSession = true,
         .dataControl =
@@ -187,16 +121,16 @@ TEST(ClipboardBackendQueries, WaitLongOnlyWhereThePlatformDependsOnTheResponse)
                 return unknown;
             },
         .hasXServer = [] { return true; }};
-    (void)bestClipboardBackend(facts);
+    (void)bestClipboardBackend(capabilities);
     EXPECT_EQ(waited, std::chrono::seconds(30));
     for (const char* platform : {"wayland", "xcb"}) {
-        facts.chosenPlatform = platform;
-        (void)bestClipboardBackend(facts);
+        capabilities.chosenPlatform = platform;
+        (void)bestClipboardBackend(capabilities);
         EXPECT_EQ(waited, std::chrono::seconds(2)) << platform;
     }
 }
 
-TEST(SelectedClipboardBackend, IsTheToolkitsUntilOneIsTaken)
+TEST(SelectedClipboardBackend, IsQtUntilOneIsSelected)
 {
     EXPECT_EQ(selectedClipboardBackend(), ClipboardBackend::qt);
     selectClipboardBackend(ClipboardBackend::dataControl);

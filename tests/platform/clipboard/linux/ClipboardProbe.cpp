@@ -1,9 +1,10 @@
-// A program without a window that puts on the clipboard what its standard input asks, a line each,
-// in the way the program does, and answers each with a line: "text WORDS" those words, "digits
-// COUNT" so many digits, "platform" nothing, but names the toolkit's platform.
+// A program without a window that sets the clipboard as Orlimo does. Each line of standard input is
+// a command, and each gets one line in response: "text TEXT" and "digits COUNT" set the clipboard,
+// "platform" prints the name of Qt's platform.
 
 #include "platform/clipboard/Pasteboard.h"
 #include "platform/desktop/QtArguments.h"
+#include "platform/process/StandardStreams.h"
 
 #include <QGuiApplication>
 #include <QSocketNotifier>
@@ -30,7 +31,7 @@ std::string put(const std::string& text)
     return "done";
 }
 
-/// 0123456789012…, so that a piece that is lost or comes twice is seen.
+/// 0123456789012…, so that a lost or repeated part is noticed.
 std::string digits(std::size_t count)
 {
     std::string text;
@@ -59,6 +60,7 @@ std::string responseTo(const std::string& line)
 
 int main(int argc, char* argv[])
 {
+    orlimo::prepareStandardStreams();
     orlimo::QtArguments arguments(argc, argv);
     const QGuiApplication application(arguments.count(), arguments.values());
     const QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);

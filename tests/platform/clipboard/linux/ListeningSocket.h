@@ -12,7 +12,7 @@
 
 namespace orlimo {
 
-/// Where a socket at `path` is found.
+/// The address of a socket at `path`.
 inline sockaddr_un socketAddress(const std::filesystem::path& path)
 {
     sockaddr_un address{};
@@ -21,8 +21,8 @@ inline sockaddr_un socketAddress(const std::filesystem::path& path)
     return address;
 }
 
-/// A socket at `path`, whose file is made, that takes `backlog` connections that nobody accepts and
-/// one more.
+/// A socket listening at `path`, which it creates. Queues `backlog` connections and one more, and
+/// accepts none.
 inline UniqueFd listeningSocket(const std::filesystem::path& path, int backlog)
 {
     UniqueFd socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));

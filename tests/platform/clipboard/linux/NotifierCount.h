@@ -8,7 +8,7 @@
 
 namespace orlimo {
 
-/// Counts how often a descriptor or a timer wakes the event loop up while it lives.
+/// Counts how often a descriptor or a timer wakes the event loop while the object exists.
 class NotifierCount final : public QObject
 {
 public:

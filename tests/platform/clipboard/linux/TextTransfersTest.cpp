@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <deque>
 #include <memory>
 #include <string>
@@ -18,96 +19,101 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// More than a pipe holds.
-SharedText longText(char letter = 'x')
+class TextTransfersTest : public testing::Test
 {
-    return std::make_shared<const std::string>(std::size_t{1024} * 1024, letter);
-}
+protected:
+    TextTransfersTest() { (void)std::signal(SIGPIPE, SIG_IGN); } // as the program does
 
-/// Starts a transfer and returns its reader.
-PipeReader started(TextTransfers& transfers, SharedText text)
-{
-    TestPipe pipe;
-    transfers.start(std::move(text), std::move(pipe.writeEnd));
-    return PipeReader(std::move(pipe.readEnd));
-}
-
-TEST(TextTransfers, IsDoneWithAShortTextAtOnce)
-{
-    TextTransfers transfers;
-    auto reader = started(transfers, std::make_shared<const std::string>("123456"));
-    EXPECT_EQ(transfers.activeCount(), 0U);
-    ASSERT_TRUE(reader.awaitEnd());
-    EXPECT_EQ(reader.content(), "123456");
-}
-
-TEST(TextTransfers, ServesSeveralReadersEachAtItsPace)
-{
-    TextTransfers transfers;
-    auto slow = started(transfers, longText('s'));
-    auto fast = started(transfers, longText('f'));
-    EXPECT_EQ(transfers.activeCount(), 2U);
-    ASSERT_TRUE(fast.awaitEnd());
-    EXPECT_EQ(transfers.activeCount(), 1U);
-    EXPECT_TRUE(fast.content() == *longText('f'));
-    ASSERT_TRUE(slow.awaitEnd(8192));
-    EXPECT_EQ(transfers.activeCount(), 0U);
-    EXPECT_TRUE(slow.content() == *longText('s'));
-}
-
-TEST(TextTransfers, ForgetsAReaderThatHangsUp)
-{
-    const std::size_t before = openDescriptors();
-    TextTransfers transfers;
+    /// More than a pipe holds, and different everywhere.
+    static std::string longText(char first)
     {
-        auto reader = started(transfers, longText());
-        reader.read(10);
-        EXPECT_EQ(transfers.activeCount(), 1U);
+        std::string text(1, first);
+        while (text.size() < std::size_t{1024} * 1024) {
+            text += std::to_string(text.size()) + ' ';
+        }
+        return text;
     }
-    EXPECT_TRUE(await([&] { return transfers.activeCount() == 0; }));
-    EXPECT_EQ(openDescriptors(), before);
+
+    /// Starts a transfer and returns its reader.
+    PipeReader start(const std::string& text)
+    {
+        TestPipe pipe;
+        transfers->start(std::make_shared<const std::string>(text), std::move(pipe.writeEnd));
+        return PipeReader(std::move(pipe.readEnd));
+    }
+
+    const std::size_t descriptorsBefore = openDescriptors();
+    std::unique_ptr<TextTransfers> transfers = std::make_unique<TextTransfers>();
+};
+
+TEST_F(TextTransfersTest, ShortTextIsWrittenAtOnce)
+{
+    for (const char* text : {"123456", ""}) {
+        auto reader = start(text);
+        EXPECT_EQ(transfers->activeCount(), 0U);
+        ASSERT_TRUE(reader.awaitEnd());
+        EXPECT_EQ(reader.content(), text);
+    }
+    EXPECT_EQ(openDescriptors(), descriptorsBefore);
 }
 
-TEST(TextTransfers, IsNotWokenByAReaderThatDoesNotRead)
+TEST_F(TextTransfersTest, EachReaderIsServedAtItsOwnPace)
 {
-    TextTransfers transfers;
-    const auto reader = started(transfers, longText());
+    auto slow = start(longText('s'));
+    auto fast = start(longText('f'));
+    EXPECT_EQ(transfers->activeCount(), 2U);
+    ASSERT_TRUE(fast.awaitEnd());
+    EXPECT_EQ(transfers->activeCount(), 1U);
+    EXPECT_TRUE(fast.content() == longText('f'));
+    ASSERT_TRUE(slow.awaitEnd(8192));
+    EXPECT_EQ(transfers->activeCount(), 0U);
+    EXPECT_TRUE(slow.content() == longText('s'));
+}
+
+TEST_F(TextTransfersTest, ReaderThatHangsUpEndsItsTransfer)
+{
+    {
+        TestPipe pipe;
+        pipe.readEnd = UniqueFd();
+        transfers->start(std::make_shared<const std::string>("1"), std::move(pipe.writeEnd));
+        EXPECT_EQ(transfers->activeCount(), 0U);
+        auto reader = start(longText('x'));
+        reader.read(10);
+        EXPECT_EQ(transfers->activeCount(), 1U);
+    }
+    EXPECT_TRUE(await([this] { return transfers->activeCount() == 0; }));
+    EXPECT_EQ(openDescriptors(), descriptorsBefore);
+}
+
+TEST_F(TextTransfersTest, ReaderThatDoesNotReadCausesNoWakeUp)
+{
+    const auto reader = start(longText('x'));
     runEventLoop(10ms);
     const NotifierCount woken;
     runEventLoop(200ms);
     EXPECT_EQ(woken.count, 0U);
-    EXPECT_EQ(transfers.activeCount(), 1U);
+    EXPECT_EQ(transfers->activeCount(), 1U);
 }
 
-TEST(TextTransfers, HangsUpOnTheOldestOfTooManyReaders)
+TEST_F(TextTransfersTest, OldestOfTooManyTransfersIsDropped)
 {
-    TextTransfers transfers;
+    const std::string text = longText('x');
     std::deque<PipeReader> readers;
     while (readers.size() <= TextTransfers::maxTransfers) {
-        readers.push_back(started(transfers, longText()));
+        readers.push_back(start(text));
     }
-    EXPECT_EQ(transfers.activeCount(), TextTransfers::maxTransfers);
+    EXPECT_EQ(transfers->activeCount(), TextTransfers::maxTransfers);
     ASSERT_TRUE(readers[0].awaitEnd());
-    EXPECT_LT(readers[0].content().size(), longText()->size());
-    ASSERT_TRUE(readers[1].awaitEnd());
-    EXPECT_EQ(readers[1].content().size(), longText()->size());
-    ASSERT_TRUE(readers.back().awaitEnd());
-    EXPECT_EQ(readers.back().content().size(), longText()->size());
-}
-
-TEST(TextTransfers, HangsUpOnEverybodyAtTheEnd)
-{
-    const std::size_t before = openDescriptors();
-    std::deque<PipeReader> readers;
-    {
-        TextTransfers transfers;
-        readers.push_back(started(transfers, longText()));
-        readers.push_back(started(transfers, longText()));
+    EXPECT_LT(readers[0].content().size(), text.size());
+    for (PipeReader* const reader : {&readers[1], &readers.back()}) {
+        ASSERT_TRUE(reader->awaitEnd());
+        EXPECT_EQ(reader->content().size(), text.size());
     }
-    EXPECT_TRUE(readers[0].awaitEnd());
-    EXPECT_TRUE(readers[1].awaitEnd());
+    transfers.reset();
+    ASSERT_TRUE(readers[2].awaitEnd());
+    EXPECT_LT(readers[2].content().size(), text.size());
     readers.clear();
-    EXPECT_EQ(openDescriptors(), before);
+    EXPECT_EQ(openDescriptors(), descriptorsBefore);
 }
 
 } // namespace

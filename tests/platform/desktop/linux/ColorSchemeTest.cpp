@@ -63,7 +63,7 @@ protected:
         return await([&] { return reported.size() >= count; });
     }
 
-    /// Waits until everything has arrived that was sent so far, by whomever.
+    /// Waits until everything sent so far has arrived.
     [[nodiscard]] bool awaitArrived()
     {
         const std::size_t before = reported.size();
@@ -78,26 +78,17 @@ protected:
     std::vector<ColorScheme> reported;
 };
 
-TEST_F(ColorSchemePortalTest, ReadsThePreferenceWithoutBlocking)
-{
-    portal->setColorScheme(1U);
-    read();
-    EXPECT_THAT(reported, IsEmpty()) << "the constructor blocked";
-    ASSERT_TRUE(awaitReported(1));
-    EXPECT_THAT(reported, ElementsAre(dark));
-    EXPECT_EQ(portal->reads(), 1);
-}
-
 TEST_F(ColorSchemePortalTest, ReportsEachChange)
 {
     portal->setColorScheme(0U);
     read();
     ASSERT_TRUE(awaitReported(1));
-    for (const uint number : {1U, 2U, 1U, 0U, 7U}) {
+    EXPECT_EQ(portal->reads(), 1);
+    for (const uint number : {1U, 2U, 0U, 7U}) {
         portal->changeColorScheme(number);
     }
-    ASSERT_TRUE(awaitReported(6));
-    EXPECT_THAT(reported, ElementsAre(noPreference, dark, light, dark, noPreference, noPreference));
+    ASSERT_TRUE(awaitReported(5));
+    EXPECT_THAT(reported, ElementsAre(noPreference, dark, light, noPreference, noPreference));
 }
 
 TEST_F(ColorSchemePortalTest, IgnoresAValueOfAnotherType)
@@ -111,29 +102,13 @@ TEST_F(ColorSchemePortalTest, IgnoresAValueOfAnotherType)
     EXPECT_THAT(reported, ElementsAre(dark));
 }
 
-TEST_F(ColorSchemePortalTest, IgnoresOtherSettings)
+TEST_F(ColorSchemePortalTest, IgnoresOtherSettingsAndSenders)
 {
     portal->setColorScheme(0U);
     read();
     ASSERT_TRUE(awaitReported(1));
     portal->sendSettingChanged(appearance, QStringLiteral("contrast"), 1U);
     portal->sendSettingChanged(QStringLiteral("org.example"), colorScheme, 1U);
-    EXPECT_TRUE(awaitArrived());
-}
-
-TEST_F(ColorSchemePortalTest, ReportsASettingThatAppearsLater)
-{
-    read();
-    ASSERT_TRUE(await([this] { return portal->reads() == 1; }));
-    EXPECT_TRUE(awaitArrived());
-    EXPECT_THAT(reported, ElementsAre(dark));
-}
-
-TEST_F(ColorSchemePortalTest, IgnoresSignalsFromOtherSenders)
-{
-    portal->setColorScheme(0U);
-    read();
-    ASSERT_TRUE(awaitReported(1));
     const auto name = QStringLiteral("stranger");
     auto stranger = QDBusConnection::connectToBus(QString::fromStdString(bus.address()), name);
     QDBusMessage signal = QDBusMessage::createSignal(
@@ -161,28 +136,21 @@ TEST_F(ColorSchemePortalTest, ReadsAgainWhenThePortalStartsOrRestarts)
     EXPECT_THAT(reported, ElementsAre(dark, dark, dark));
 }
 
-TEST_F(ColorSchemePortalTest, WaitsForASlowPortalWithoutBlocking)
+TEST_F(ColorSchemePortalTest, WaitsForSlowPortalWithoutBlocking)
 {
     portal->setColorScheme(1U);
     portal->holdReads();
+    bus.freeze();
+    const auto before = std::chrono::steady_clock::now();
     read();
+    EXPECT_LT(std::chrono::steady_clock::now() - before, std::chrono::seconds(1));
+    bus.thaw();
     ASSERT_TRUE(await([this] { return portal->reads() == 1; }));
     runEventLoop(std::chrono::milliseconds(200));
     EXPECT_THAT(reported, IsEmpty());
     portal->replyToReads();
     ASSERT_TRUE(awaitReported(1));
     EXPECT_THAT(reported, ElementsAre(dark));
-}
-
-TEST_F(ColorSchemePortalTest, DoesNotBlockOnAnUnresponsiveBus)
-{
-    bus.freeze();
-    const auto before = std::chrono::steady_clock::now();
-    read();
-    EXPECT_LT(std::chrono::steady_clock::now() - before, std::chrono::seconds(1));
-    bus.thaw();
-    portal->changeColorScheme(1U);
-    EXPECT_TRUE(awaitReported(1));
 }
 
 TEST_F(ColorSchemePortalTest, ReportsNothingWithoutABus)
@@ -206,9 +174,11 @@ protected:
     PaletteScheme scheme;
 };
 
-TEST_F(PaletteSchemeTest, IsDarkOnlyWhileDarkIsPreferred)
+TEST_F(PaletteSchemeTest, IsDarkOnlyIfDarkIsPreferred)
 {
     for (const ColorScheme other : {noPreference, light}) {
+        scheme.follow(other);
+        EXPECT_EQ(QApplication::palette(), before);
         scheme.follow(dark);
         EXPECT_LT(QApplication::palette().color(QPalette::Window).lightness(), 60);
         EXPECT_GT(QApplication::palette().color(QPalette::WindowText).lightness(), 200);
@@ -218,14 +188,7 @@ TEST_F(PaletteSchemeTest, IsDarkOnlyWhileDarkIsPreferred)
     }
 }
 
-TEST_F(PaletteSchemeTest, IsUnchangedWhileDarkIsNotPreferred)
-{
-    scheme.follow(noPreference);
-    scheme.follow(light);
-    EXPECT_EQ(QApplication::palette(), before);
-}
-
-TEST_F(PaletteSchemeTest, IsUnchangedWhenThemeOrUserHasChosenIt)
+TEST_F(PaletteSchemeTest, ChosenPaletteIsLeftAlone)
 {
     for (const QPalette& chosen : {lightPalette(), darkPalette()}) {
         const PaletteChange change(chosen);
@@ -237,7 +200,7 @@ TEST_F(PaletteSchemeTest, IsUnchangedWhenThemeOrUserHasChosenIt)
     }
 }
 
-TEST_F(PaletteSchemeTest, HasLegibleTextAndKeepsTheAccentWhenDark)
+TEST_F(PaletteSchemeTest, DarkTextIsLegibleAndTheAccentKept)
 {
     const QPalette palette = darkPaletteOf(before);
     for (const auto& [text, ground] :

@@ -30,7 +30,7 @@ void DesktopProbeTest::sendCommand(const std::string& command)
 
 bool DesktopProbeTest::isWindowReported(bool open)
 {
-    // It also says what happens to the window meanwhile.
+    // Events of the window may be reported in between.
     program->writeLine("is open");
     const std::string expected = open ? "yes" : "no";
     while (const auto line = program->readLine()) {

@@ -16,8 +16,7 @@
 
 namespace orlimo {
 
-/// A desktop, and on it a small program that makes a menu-bar extra whose window is called
-/// "Content".
+/// A desktop with a small program that has a menu-bar extra, whose window is titled "Content".
 class DesktopProbeTest : public testing::Test
 {
 protected:
@@ -28,40 +27,39 @@ protected:
         : desktop(kind, screen)
     {}
 
-    /// Starts the program, with `variables` beside the desktop's, and waits until it runs.
+    /// Starts the program, with `variables` added to the desktop's, and waits until it runs.
     void startProgram(Environment variables = {});
 
-    /// Starts the program and does not wait.
+    /// Starts the program without waiting.
     void launchProgram(Environment variables = {});
 
-    /// Has the program carry `command` out.
+    /// Has the program execute `command`.
     void sendCommand(const std::string& command);
 
-    /// Asks the program whether its window is open. False, too, when it gives no answer.
+    /// Whether the program reports that its window is open, or is not. False without a response.
     [[nodiscard]] bool isWindowReported(bool open);
 
-    /// Waits until the program's icon is in the tray, and keeps its place.
+    /// Waits until the program's icon is in the tray, and stores its position.
     [[nodiscard]] bool awaitIcon();
 
     /// Clicks the icon in the tray and waits until the window has the focus.
     void openByClick();
 
-    /// Waits until the window called `title` has the focus.
+    /// Waits until the window titled `title` has the focus.
     [[nodiscard]] bool awaitActive(const std::string& title);
 
-    /// Where the program's window called `title` is; none when there is none.
+    /// The area of the program's window titled `title`; none if there is none.
     [[nodiscard]] std::optional<QRect> window(const std::string& title) const;
 
     [[nodiscard]] bool awaitClosed() const;
     [[nodiscard]] bool awaitMenu(bool isShown) const;
 
-    /// How often the program has said `line` so far.
+    /// How often the program has printed `line` so far.
     [[nodiscard]] std::ptrdiff_t count(const std::string& line);
 
     [[nodiscard]] std::uint32_t processId() const;
 
-    /// Longer than the host takes to hand the focus on, and than two clicks of a double click lie
-    /// apart.
+    /// Longer than the desktop takes to move the focus, and than a double click takes.
     static constexpr std::chrono::milliseconds focusSettleTime{600};
 
     DesktopSession desktop;

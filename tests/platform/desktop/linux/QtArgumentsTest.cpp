@@ -15,7 +15,7 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-/// The arguments that the toolkit gets where the program got `given`.
+/// The arguments for Qt if the program was started with `given`.
 std::vector<std::string> qtArgumentsOf(const std::vector<const char*>& given)
 {
     QtArguments arguments(static_cast<int>(given.size()), given.data());
@@ -23,7 +23,7 @@ std::vector<std::string> qtArgumentsOf(const std::vector<const char*>& given)
     return {arguments.values(), arguments.values() + arguments.count()};
 }
 
-/// A session in which nothing is to be reached, changed by each test.
+/// A session without any display, changed by each test.
 class QtArgumentsTest : public testing::Test
 {
 protected:
@@ -35,7 +35,7 @@ protected:
     EnvironmentChange noSessionType{"XDG_SESSION_TYPE", std::nullopt};
 };
 
-TEST_F(QtArgumentsTest, AreTheProgramsOwn)
+TEST_F(QtArgumentsTest, StartWithTheProgramsOwn)
 {
     EXPECT_THAT(
         qtArgumentsOf({"orlimo", "-style", "fusion", "--launched-at-login"}),
@@ -43,7 +43,7 @@ TEST_F(QtArgumentsTest, AreTheProgramsOwn)
     EXPECT_EQ(selectedClipboardBackend(), ClipboardBackend::qt);
 }
 
-TEST_F(QtArgumentsTest, ArePassedOnInASessionWithoutAnyRoute)
+TEST_F(QtArgumentsTest, AreUnchangedWithoutAnyClipboardBackend)
 {
     const EnvironmentChange compositor("WAYLAND_DISPLAY", "no-such-compositor");
     testing::internal::CaptureStderr();
@@ -55,7 +55,7 @@ TEST_F(QtArgumentsTest, ArePassedOnInASessionWithoutAnyRoute)
     EXPECT_EQ(selectedClipboardBackend(), ClipboardBackend::focusedOnly);
 }
 
-TEST_F(QtArgumentsTest, HeedTheSessionsType)
+TEST_F(QtArgumentsTest, DependOnTheSessionType)
 {
     const EnvironmentChange type("XDG_SESSION_TYPE", "wayland");
     testing::internal::CaptureStderr();
@@ -63,7 +63,7 @@ TEST_F(QtArgumentsTest, HeedTheSessionsType)
     EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("Copy button"));
 }
 
-TEST_F(QtArgumentsTest, KeepToThePlatformInTheEnvironment)
+TEST_F(QtArgumentsTest, KeepThePlatformOfTheEnvironment)
 {
     const EnvironmentChange compositor("WAYLAND_DISPLAY", "no-such-compositor");
     const EnvironmentChange platform("QT_QPA_PLATFORM", "offscreen");
@@ -73,7 +73,7 @@ TEST_F(QtArgumentsTest, KeepToThePlatformInTheEnvironment)
     EXPECT_EQ(selectedClipboardBackend(), ClipboardBackend::qt);
 }
 
-TEST_F(QtArgumentsTest, KeepToTheLastPlatformOnTheCommandLine)
+TEST_F(QtArgumentsTest, KeepTheLastPlatformOnTheCommandLine)
 {
     const EnvironmentChange compositor("WAYLAND_DISPLAY", "no-such-compositor");
     const EnvironmentChange platform("QT_QPA_PLATFORM", "wayland");

@@ -11,7 +11,7 @@
 namespace orlimo {
 namespace {
 
-TEST(StartToken, IsLeftToNothingThatTheProgramStarts)
+TEST(StartToken, IsNotInheritedByChildProcesses)
 {
     constexpr std::array<const char*, 2> variables{"XDG_ACTIVATION_TOKEN", "DESKTOP_STARTUP_ID"};
     for (const char* const variable : variables) {

@@ -24,19 +24,19 @@ protected:
         FakeObject::resetAll();
     }
 
-    /// Runs the application, which the system launches and makes active in its event loop. Ends
-    /// with 1 where nothing has ended it then.
+    /// Runs the application, which the system launches and activates in its event loop. Returns 1
+    /// if nothing has ended it then.
     int run()
     {
         QObject launch;
         QTimer::singleShot(0, &launch, [&launch] {
-            for (NSString* turn in @[
+            for (NSString* event in @[
                      NSApplicationWillFinishLaunchingNotification,
                      NSApplicationDidFinishLaunchingNotification,
                      NSApplicationWillBecomeActiveNotification
                  ])
             {
-                [[NSNotificationCenter defaultCenter] postNotificationName:turn object:nil];
+                [[NSNotificationCenter defaultCenter] postNotificationName:event object:nil];
             }
             QTimer::singleShot(0, &launch, [] { QApplication::exit(1); });
         });
@@ -48,7 +48,7 @@ protected:
     CocoaSharedApplication application{AppKitServices{.isAvailable = true, .viewOf = {}}};
 };
 
-TEST_F(CocoaSharedApplicationTest, IsEndedByTheSystemOnceItIsLaunched)
+TEST_F(CocoaSharedApplicationTest, SystemEndsItOnceItIsLaunched)
 {
     delegate.onWillFinish = [this] {
         application.terminate();
@@ -64,9 +64,15 @@ TEST_F(CocoaSharedApplicationTest, IsEndedByTheSystemOnceItIsLaunched)
     EXPECT_EQ(delegate.lifecycleEvents, (LifecycleEvents{"will finish", "did finish", "active"}));
 }
 
-TEST_F(CocoaSharedApplicationTest, IsActiveBeforeTheAboutPanelIsShown)
+TEST_F(CocoaSharedApplicationTest, AboutPanelIsShownAfterActivationWithoutOptions)
 {
-    application.orderFrontStandardAboutPanel({{"ApplicationName", "Orlimo"}});
+    bool hasEmptyOptions = false;
+    system.responds("orderFrontStandardAboutPanelWithOptions:", [&](NSInvocation* invocation) {
+        const auto options = FakeObject::argument<NSDictionary*>(invocation, 0);
+        hasEmptyOptions = options != nil && [options count] == 0;
+    });
+    application.orderFrontStandardAboutPanel();
+    EXPECT_TRUE(hasEmptyOptions);
     EXPECT_THAT(
         system.messages,
         ElementsAre(

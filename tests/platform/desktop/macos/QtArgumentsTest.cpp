@@ -10,7 +10,7 @@
 namespace orlimo {
 namespace {
 
-TEST(QtArguments, HaveQtLeaveTheFocusWhereItIs)
+TEST(QtArguments, KeepQtFromTakingTheFocus)
 {
     constexpr const char* transform = "QT_MAC_DISABLE_FOREGROUND_APPLICATION_TRANSFORM";
     const EnvironmentChange unset(transform, std::nullopt);

@@ -1,6 +1,6 @@
 #include "platform/desktop/macos/ScreenGeometry.h"
 
-#include "platform/desktop/Screen.h"
+#include "platform/desktop/Workspace.h"
 #include "tests/platform/macos/fakes/FakeObject.h"
 #include "tests/support/widgets/QtPrinting.h"
 
@@ -44,7 +44,7 @@ protected:
     FakeObject& system = FakeObject::named("NSScreen");
 };
 
-TEST_F(ScreenGeometryTest, CountsWholePointsDownwardsFromThePrimaryScreensTop)
+TEST_F(ScreenGeometryTest, PointsCountDownwardsFromThePrimaryScreensTop)
 {
     for (const auto& [system, expected] :
          {std::pair{NSMakeRect(0, 0, 1440, 900), QRect(0, 0, 1440, 900)},
@@ -55,16 +55,15 @@ TEST_F(ScreenGeometryTest, CountsWholePointsDownwardsFromThePrimaryScreensTop)
     {
         EXPECT_EQ(toQtGeometry(system), expected);
     }
-    // What was placed by the size of the main screen alone.
     EXPECT_EQ(fromSystemCoordinates({710, 290.5, 500, 500}), QRectF(710, 109.5, 500, 500));
 }
 
-TEST_F(ScreenGeometryTest, HasTheWholeFrameOfTheScreenWithTheFocus)
+TEST_F(ScreenGeometryTest, MainScreenIsTheWholeOneWithTheFocus)
 {
     EXPECT_EQ(mainScreenFrame(), std::nullopt);
     system.returns("mainScreen", FakeObject::named("screen 1").object());
     EXPECT_EQ(mainScreenFrame(), QRect(-200, -1080, 1920, 1080));
-    // As the screens go, a moment later.
+    // While the screens are being removed.
     setScreens({});
     EXPECT_EQ(mainScreenFrame(), QRect(-200, -1980, 1920, 1080));
 }

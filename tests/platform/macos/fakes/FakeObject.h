@@ -9,30 +9,30 @@
 
 namespace orlimo {
 
-/// Stands in the place of an object of the system: takes every message, notes its selector and
-/// responds as a test says, or else with zero. Main thread. Never destroyed; a fixture that uses
-/// any has all of them forget what they know, by `resetAll`.
+/// A fake of an object of the system: accepts every message, records its selector and responds as
+/// set by a test, or with zero. Main thread. Never destroyed; a fixture that uses any calls
+/// `resetAll` at its end.
 class FakeObject
 {
 public:
     using Response = std::function<void(NSInvocation*)>;
 
-    /// The one of a name. The class methods that FakeSystem.mm has in the place of a class's own
-    /// lead to the one with the name of the class.
+    /// The fake of that name. The class methods in FakeSystem.mm return the fake named after the
+    /// class.
     [[nodiscard]] static FakeObject& named(const std::string& name);
 
     static void resetAll();
 
-    /// To be cast to the class that it stands for.
+    /// To be cast to the class that it replaces.
     [[nodiscard]] id object() const { return receiver; }
 
-    /// What a message is to do besides being noted.
+    /// Sets what a message does besides being recorded.
     void responds(const std::string& selector, Response response)
     {
         responses[selector] = std::move(response);
     }
 
-    /// `Value` is the type of the result exactly as the message has it.
+    /// `Value` must be exactly the message's result type.
     template <typename Value> void returns(const std::string& selector, Value value)
     {
         responds(selector, [value](NSInvocation* invocation) {
@@ -41,7 +41,7 @@ public:
         });
     }
 
-    /// The argument of a message, counted from 0.
+    /// An argument of a message, counted from 0.
     template <typename Value> static Value argument(NSInvocation* invocation, int index)
     {
         Value value{};
@@ -49,7 +49,7 @@ public:
         return value;
     }
 
-    /// Keeps the first argument of each such message in `value`, which has exactly its type.
+    /// Stores the first argument of each such message in `value`, which must have exactly its type.
     template <typename Value> void records(const std::string& selector, Value& value)
     {
         responds(selector, [&value](NSInvocation* invocation) {
@@ -58,10 +58,10 @@ public:
     }
 
     std::string name;
-    /// The selectors of what was received, in their order.
+    /// The selectors received, in order.
     std::vector<std::string> messages;
 
-    /// For the object itself.
+    /// Called by the object itself.
     void receive(NSInvocation* invocation);
 
 private:

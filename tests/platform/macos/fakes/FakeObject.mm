@@ -50,13 +50,13 @@ void FakeObject::receive(NSInvocation* invocation)
 
 + (void)load
 {
-    // For the whole run of a test: messages to fakes are sent outside of any other pool, too.
+    // For the whole run: messages to fakes are also sent outside of any other pool.
     static_cast<void>([[NSAutoreleasePool alloc] init]);
 }
 
 - (NSMethodSignature*)methodSignatureForSelector:(SEL)selector
 {
-    // In GNUstep's runtime a message says what its arguments are.
+    // In GNUstep's runtime a selector carries the types of its arguments.
     const char* const types = sel_getTypeEncoding(selector);
     return types == nullptr ? [super methodSignatureForSelector:selector]
                             : [NSMethodSignature signatureWithObjCTypes:types];

@@ -1,5 +1,5 @@
-// The ways to the system's own objects, in the place of GNUstep's or where it has none: each leads
-// to the fake with the name of the class.
+// Class methods that return the system's objects, replacing GNUstep's or adding missing ones: each
+// returns the fake named after the class.
 
 #include "tests/platform/macos/fakes/FakeObject.h"
 
@@ -25,7 +25,7 @@ id fakeNamed(const char* name)
 
 } // namespace
 
-#define ORLIMO_LEAD_TO_FAKE(type, method)                                                          \
+#define ORLIMO_RETURN_FAKE(type, method)                                                           \
     @implementation type (Fake)                                                                    \
     +(id)method                                                                                    \
     {                                                                                              \
@@ -33,19 +33,19 @@ id fakeNamed(const char* name)
     }                                                                                              \
     @end
 
-ORLIMO_LEAD_TO_FAKE(NSAppleEventManager, sharedAppleEventManager)
-ORLIMO_LEAD_TO_FAKE(NSStatusBar, systemStatusBar)
-ORLIMO_LEAD_TO_FAKE(NSWorkspace, sharedWorkspace)
+ORLIMO_RETURN_FAKE(NSAppleEventManager, sharedAppleEventManager)
+ORLIMO_RETURN_FAKE(NSStatusBar, systemStatusBar)
+ORLIMO_RETURN_FAKE(NSWorkspace, sharedWorkspace)
 
 @implementation NSWorkspaceOpenConfiguration
 @end
-ORLIMO_LEAD_TO_FAKE(NSWorkspaceOpenConfiguration, configuration)
+ORLIMO_RETURN_FAKE(NSWorkspaceOpenConfiguration, configuration)
 
 @implementation SMAppService
 @end
-ORLIMO_LEAD_TO_FAKE(SMAppService, mainAppService)
+ORLIMO_RETURN_FAKE(SMAppService, mainAppService)
 
-// What a class is asked, as a message to its fake.
+// Class methods forwarded to the fake of the class.
 
 @implementation NSScreen (Fake)
 + (NSArray*)screens
@@ -65,7 +65,7 @@ ORLIMO_LEAD_TO_FAKE(SMAppService, mainAppService)
 }
 @end
 
-// What GNUstep's own objects are asked.
+// Instance methods of GNUstep's own objects, forwarded likewise.
 
 @implementation NSBundle (Fake)
 - (NSString*)bundleIdentifier
@@ -85,7 +85,7 @@ ORLIMO_LEAD_TO_FAKE(SMAppService, mainAppService)
 }
 @end
 
-// The unified log: a message "subsystem category: format | argument | argument" an entry.
+// The unified log: each entry is a message "subsystem category: format | argument | argument".
 
 os_log_t os_log_create(const char* subsystem, const char* category)
 {
@@ -102,7 +102,7 @@ void orlimo_record_os_log(os_log_t log, const char* format, ...)
     std::string entry = static_cast<OrlimoFakeObject*>(log)->fake->name + ": " + format;
     va_list arguments;
     va_start(arguments, format);
-    // Every format here knows nothing but "%s".
+    // The formats contain only "%s".
     for (const char sign : std::string_view(format)) {
         if (sign == '%') {
             entry.append(" | ").append(va_arg(arguments, const char*));

@@ -1,12 +1,11 @@
-// What GNUstep's Foundation lacks, or asks others for.
+// What GNUstep's Foundation lacks or gets elsewhere.
 
 #include <cstdlib>
 
 #import <Foundation/Foundation.h>
 
-// GNUstep asks the user database alone where the home is, and would keep its own files in the home
-// of whoever runs the tests; this function, put before its own, leads it to where the tests have
-// led everything else.
+// GNUstep takes the home folder from the user database only and would keep its files in the real
+// one; this function replaces its own and follows the tests' HOME.
 NSString* NSHomeDirectoryForUser(NSString* /*name*/)
 {
     const char* const home = std::getenv("HOME"); // NOLINT(concurrency-mt-unsafe): set before main

@@ -13,8 +13,8 @@
 
 namespace orlimo {
 
-/// A dispatch library that does nothing by itself: it records what is called, and a test runs its
-/// queues, moves its clock and has its source fire. Main thread.
+/// A fake dispatch library: it records calls, and a test runs its queues, advances its clock and
+/// fires its source. Main thread.
 struct ScriptedDispatch
 {
     using Task = std::function<void()>;
@@ -24,7 +24,7 @@ struct ScriptedDispatch
     {
         std::uintptr_t handle = 0;
         std::uintptr_t mask = 0;
-        /// The name of the queue that it was made with.
+        /// The name of its queue.
         std::string queue;
         bool isTimer = false;
         Task eventHandler;
@@ -34,35 +34,34 @@ struct ScriptedDispatch
         bool active = false;
         bool cancelled = false;
         bool released = false;
-        /// When a timer fires next, and how late it may be.
+        /// When a timer fires next, and its leeway.
         std::optional<Uptime> due;
         std::chrono::nanoseconds leeway{};
     };
 
-    /// The one that the library's functions lead to.
+    /// The instance behind the library's functions.
     [[nodiscard]] static ScriptedDispatch& shared();
 
-    /// Forgets everything.
+    /// Resets everything.
     void reset();
 
-    /// Runs what is on a queue, what that adds included.
+    /// Runs a queue until it is empty.
     void run(const std::string& queue = "main");
 
-    /// Moves the clock; what becomes due goes to its queue.
+    /// Advances the clock and enqueues what becomes due.
     void advance(std::chrono::nanoseconds span);
 
-    /// The first timer that has neither been cancelled nor released; null where there is none.
+    /// The first timer that is neither cancelled nor released; null if there is none.
     [[nodiscard]] const Source* timer() const;
 
-    /// Has the file of the first source undergo `events`: merged into what its handler has not been
-    /// called for yet.
+    /// Reports `events` of the first source's file, merged with those not yet handled.
     void fire(std::uintptr_t events);
 
-    /// Calls for sources, but for those for timers.
+    /// Calls concerning sources, except timers.
     std::vector<std::string> calls;
     Uptime now{std::chrono::hours(1)};
     std::map<std::string, std::deque<Task>> queues;
-    /// In the order in which they were made; what was released stays.
+    /// In order of creation, including released ones.
     std::deque<Source> sources;
 };
 

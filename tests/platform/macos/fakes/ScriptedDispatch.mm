@@ -20,14 +20,14 @@ namespace orlimo {
 
 ScriptedDispatch& ScriptedDispatch::shared()
 {
-    // Never destroyed: handlers that are still held release here what they hold.
+    // Never destroyed: remaining handlers release their captures into it.
     static ScriptedDispatch& script = *new ScriptedDispatch;
     return script;
 }
 
 void ScriptedDispatch::reset()
 {
-    // What its handlers release is not looked for in what goes.
+    // Destroyed after the exchange: its handlers may call back into the new state.
     const ScriptedDispatch old = std::exchange(*this, {});
 }
 
@@ -87,7 +87,7 @@ bool isMainDispatchQueueDrained()
 
 namespace {
 
-/// What a dispatch_source_t points to; null for a queue.
+/// The source behind a dispatch object; null for a queue.
 ScriptedDispatch::Source* sourceBehind(dispatch_object_t object)
 {
     for (auto& source : ScriptedDispatch::shared().sources) {
@@ -98,7 +98,7 @@ ScriptedDispatch::Source* sourceBehind(dispatch_object_t object)
     return nullptr;
 }
 
-/// A queue points to its name.
+/// A queue handle points to its name.
 template <typename Handle> Handle queueNamed(const std::string& name)
 {
     static auto& names = *new std::set<std::string>;
@@ -119,14 +119,14 @@ ScriptedDispatch::Source& recorded(const std::string& call, dispatch_object_t ob
     return source;
 }
 
-/// A block as a function that owns a copy of it.
+/// Wraps a copy of a block.
 ScriptedDispatch::Task taskOf(dispatch_block_t block)
 {
     const std::shared_ptr<void> copy(_Block_copy(block), _Block_release);
     return [copy] { reinterpret_cast<dispatch_block_t>(copy.get())(); };
 }
 
-/// Has the cancel handler of a source called that has been cancelled and is active.
+/// Enqueues the cancel handler of an active, cancelled source.
 void announceCancellation(ScriptedDispatch::Source& source)
 {
     ScriptedDispatch::shared().queues[source.queue].push_back([&source] {
@@ -227,7 +227,7 @@ void dispatch_source_set_timer(
     dispatch_source_t object, dispatch_time_t start, uint64_t interval, uint64_t leeway)
 {
     if (interval != DISPATCH_TIME_FOREVER) {
-        std::abort(); // one firing each time is all that is known here
+        std::abort(); // only one-shot timers are supported
     }
     auto& timer = *sourceBehind(object);
     timer.due = Uptime(std::chrono::nanoseconds(start));

@@ -1,4 +1,4 @@
-// The functions of the system's C library that this one lacks.
+// Functions of the macOS C library that are missing here.
 
 #include <cerrno>
 #include <cstdarg>
@@ -44,10 +44,10 @@ int fcntl_with_path(int descriptor, int command, ...)
     return ::readlink(link.c_str(), static_cast<char*>(argument), MAXPATHLEN - 1) < 0 ? -1 : 0;
 }
 
-// In the place of this system's own, which knows no such folder: it is in the environment.
+// Replaces this system's own, which has no such folder; it is taken from the environment.
 std::size_t confstr(int name, char* buffer, std::size_t size) noexcept
 {
-    // NOLINTNEXTLINE(concurrency-mt-unsafe): the tests' main thread alone sets it
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): set only on the tests' main thread
     const char* const folder = std::getenv("ORLIMO_USER_CACHE_FOLDER");
     if (name != _CS_DARWIN_USER_CACHE_DIR || folder == nullptr) {
         errno = EINVAL;
@@ -56,9 +56,9 @@ std::size_t confstr(int name, char* buffer, std::size_t size) noexcept
     return static_cast<std::size_t>(std::snprintf(buffer, size, "%s", folder)) + 1;
 }
 
-// What GNUstep and its runtime keep to the end of the process, the tables of classes and selectors
-// above all, is no leak of ours. Read by the leak sanitizer, in programs that are built with it.
-// NOLINTBEGIN(bugprone-reserved-identifier): the names are the sanitizer's
+// What GNUstep and its runtime keep until exit, mainly tables of classes and selectors, is not a
+// leak of the program. Read by the leak sanitizer. NOLINTBEGIN(bugprone-reserved-identifier): the
+// names are the sanitizer's
 extern "C" const char* __lsan_default_suppressions()
 {
     return "leak:libobjc.so\nleak:libgnustep-base.so\nleak:libgnustep-gui.so\n";

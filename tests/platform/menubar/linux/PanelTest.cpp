@@ -12,8 +12,7 @@
 namespace orlimo {
 namespace {
 
-/// The icon in a panel that shows status notifier items, on X11, where the panel does not say where
-/// the icon is.
+/// The icon in a panel that shows status notifier items and does not report the icon's position.
 class PanelTest : public DesktopProbeTest
 {
 protected:
@@ -34,7 +33,7 @@ protected:
         ASSERT_TRUE(awaitActive("Content"));
     }
 
-    /// Clicks the item once for the window to open and once for it to close.
+    /// Opens the window with a click on the item and closes it with another one.
     void use()
     {
         openByPanel();
@@ -48,22 +47,7 @@ protected:
     std::optional<StatusNotifierPanel> panel;
 };
 
-TEST_F(PanelTest, ItemAppearsInAPanelThatWasThereBefore)
-{
-    startWithPanel();
-    use();
-}
-
-TEST_F(PanelTest, ItemAppearsInAPanelThatComesLate)
-{
-    startProgram();
-    runEventLoop(focusSettleTime);
-    panel.emplace(desktop);
-    ASSERT_TRUE(panel->awaitItem());
-    use();
-}
-
-TEST_F(PanelTest, ItemAppearsWhenAHostComesToTheWatcher)
+TEST_F(PanelTest, ItemAppearsWhenAHostIsRegistered)
 {
     panel.emplace(desktop, StatusNotifierPanel::Host::absent);
     startProgram();
@@ -74,31 +58,32 @@ TEST_F(PanelTest, ItemAppearsWhenAHostComesToTheWatcher)
     use();
 }
 
-TEST_F(PanelTest, ItemStaysWhenTheHostGoesAndComesBack)
+TEST_F(PanelTest, ItemStaysWhenTheHostIsRegisteredAgain)
 {
     startWithPanel();
+    use();
     panel->unregisterHost();
     panel->registerHost();
     EXPECT_TRUE(panel->awaitItem());
     use();
 }
 
-TEST_F(PanelTest, ItemComesBackWithThePanel)
+TEST_F(PanelTest, ItemAppearsWithEachNewPanel)
 {
-    startWithPanel();
+    startProgram();
     for (int round = 0; round < 3; ++round) {
-        panel.reset();
         runEventLoop(focusSettleTime);
         EXPECT_TRUE(isWindowReported(false));
         panel.emplace(desktop);
         ASSERT_TRUE(panel->awaitItem()) << round;
         use();
+        panel.reset();
     }
 }
 
-TEST_F(PanelTest, FrozenPanelHoldsNothingUp)
+TEST_F(PanelTest, FrozenPanelDoesNotBlockTheProgram)
 {
-    // Less than the bus gives a call.
+    // Less than the timeout of a call on the bus.
     constexpr std::chrono::seconds limit(15);
     panel.emplace(desktop);
     panel->freeze();
@@ -137,7 +122,7 @@ TEST_F(PanelTest, WindowOpensByItselfWhileThePanelIsGone)
     panel.reset();
     desktop.startTray({});
     desktop.awaitTray();
-    // The icon of a panel does not go over to a tray, so that the program is not to be seen.
+    // The icon of a panel does not move to a tray, so that the program would be invisible.
     ASSERT_TRUE(awaitWithPolling([this] {
         sendCommand("open where there is no icon");
         return window("Content").has_value();
@@ -148,8 +133,6 @@ TEST_F(PanelTest, WindowOpensByItselfWhileThePanelIsGone)
 TEST_F(PanelTest, WindowOpensAtThePointerInsideTheScreen)
 {
     startWithPanel();
-    constexpr QRect screen(0, 0, 1280, 800);
-    constexpr QSize size(300, 540);
     const std::array<std::pair<QPoint, QPoint>, 5> places{{
         {{0, 0}, {0, 1}},
         {{1279, 0}, {980, 1}},
@@ -162,10 +145,8 @@ TEST_F(PanelTest, WindowOpensAtThePointerInsideTheScreen)
         openByPanel();
         const auto area = window("Content");
         ASSERT_TRUE(area);
-        EXPECT_EQ(area->size(), size);
-        EXPECT_TRUE(screen.contains(*area));
-        EXPECT_EQ(area->x(), expected.x()) << pointer.x() << ',' << pointer.y();
-        EXPECT_EQ(area->y(), expected.y()) << pointer.x() << ',' << pointer.y();
+        EXPECT_TRUE(*area == QRect(expected, QSize(300, 540)))
+            << pointer.x() << ',' << pointer.y() << ": " << area->x() << ',' << area->y();
         runEventLoop(focusSettleTime);
         panel->click();
         ASSERT_TRUE(awaitClosed());
@@ -173,68 +154,35 @@ TEST_F(PanelTest, WindowOpensAtThePointerInsideTheScreen)
     }
 }
 
-TEST_F(PanelTest, WindowClosesWhenItLosesTheFocus)
-{
-    startWithPanel();
-    openByPanel();
-    const auto other = desktop.openOtherApplication();
-    EXPECT_TRUE(awaitClosed());
-    runEventLoop(focusSettleTime);
-    openByPanel();
-}
-
-TEST_F(PanelTest, DoubleClickOpensTheWindow)
-{
-    startWithPanel();
-    panel->click();
-    panel->click();
-    ASSERT_TRUE(awaitActive("Content"));
-    runEventLoop(focusSettleTime);
-    EXPECT_TRUE(window("Content"));
-    EXPECT_EQ(count("opened"), 1);
-    EXPECT_EQ(count("closed"), 0);
-    panel->click();
-    EXPECT_TRUE(awaitClosed());
-}
-
 TEST_F(PanelTest, ItemNamesTheInstalledSymbolBesideItsPixmaps)
 {
     const TemporaryFolder data;
-    writeFile(data.path() / "icons/hicolor/symbolic/apps/app.orlimo.Orlimo-symbolic.svg", "<svg/>");
-    panel.emplace(desktop);
-    startProgram({{"XDG_DATA_DIRS", data.path().string()}});
-    ASSERT_TRUE(panel->awaitItem());
-    EXPECT_EQ(panel->iconName(), "app.orlimo.Orlimo-symbolic");
-    EXPECT_EQ(panel->iconSizes(), "16,22,24,32,44,48,64,");
+    for (const std::string& name : {std::string(), std::string("app.orlimo.Orlimo-symbolic")}) {
+        if (!name.empty()) {
+            writeFile(data.path() / "icons/hicolor/symbolic/apps" / (name + ".svg"), "<svg/>");
+        }
+        panel.emplace(desktop);
+        startProgram({{"XDG_DATA_DIRS", data.path().string()}});
+        ASSERT_TRUE(panel->awaitItem());
+        EXPECT_EQ(panel->iconName(), name);
+        EXPECT_EQ(panel->iconSizes(), "16,22,24,32,44,48,64,");
+        program.reset();
+        panel.reset();
+    }
 }
 
-TEST_F(PanelTest, ItemHasPixmapsAloneWhereTheSymbolIsNotInstalled)
-{
-    const TemporaryFolder data;
-    panel.emplace(desktop);
-    startProgram({{"XDG_DATA_DIRS", data.path().string()}});
-    ASSERT_TRUE(panel->awaitItem());
-    EXPECT_EQ(panel->iconName(), "");
-    EXPECT_EQ(panel->iconSizes(), "16,22,24,32,44,48,64,");
-}
-
-TEST_F(PanelTest, MenuOpensTheWindow)
+TEST_F(PanelTest, MenuOpensTheWindowAndQuits)
 {
     startWithPanel();
     EXPECT_EQ(panel->menu(), "Open Orlimo,Quit,");
     panel->choose("Open Orlimo");
     EXPECT_TRUE(awaitActive("Content"));
-}
-
-TEST_F(PanelTest, MenuQuits)
-{
-    startWithPanel();
     panel->choose("Quit");
     EXPECT_EQ(program->awaitEnd().status, 0) << program->errors();
     EXPECT_TRUE(awaitWithPolling([this] { return panel->items() == 0; }));
 }
 
-TEST_F(PanelTest, IconIsInOnePlaceWhereThereAreTwo)
+TEST_F(PanelTest, IconIsInThePanelOnlyBesideATray)
 {
     panel.emplace(desktop);
     desktop.startTray({});

@@ -10,7 +10,6 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -19,17 +18,15 @@ namespace orlimo {
 namespace {
 
 using namespace std::chrono_literals;
+using Reason = QSystemTrayIcon::ActivationReason;
 
-QIcon anyIcon()
+QIcon anyIcon(bool isMask)
 {
     QPixmap pixmap(16, 16);
     pixmap.fill(Qt::black);
-    return QIcon(pixmap);
-}
-
-std::chrono::milliseconds doubleClickInterval()
-{
-    return std::chrono::milliseconds(QApplication::doubleClickInterval());
+    QIcon icon(pixmap);
+    icon.setIsMask(isMask);
+    return icon;
 }
 
 class TrayIconTest : public testing::Test
@@ -37,160 +34,96 @@ class TrayIconTest : public testing::Test
 protected:
     QSystemTrayIcon& qtTrayIcon() { return *icon.findChild<QSystemTrayIcon*>(); }
 
-    void activate(QSystemTrayIcon::ActivationReason reason)
-    {
-        Q_EMIT qtTrayIcon().activated(reason);
-    }
-
-    std::vector<std::string> asked;
+    std::vector<std::string> requests;
     ManualClock clock;
+    std::chrono::milliseconds workDuration{0};
     TrayIcon icon{
-        anyIcon(),
-        {.toggle = [this] { asked.emplace_back("toggle"); },
-         .open = [this] { asked.emplace_back("open"); },
-         .quit = [this] { asked.emplace_back("quit"); }},
+        anyIcon(true),
+        {.toggle =
+             [this] {
+                 requests.emplace_back("toggle");
+                 clock.advance(workDuration);
+             },
+         .open = [this] { requests.emplace_back("open"); },
+         .quit = [this] { requests.emplace_back("quit"); }},
         clock.function()};
-    const std::vector<std::string> once{"toggle"};
-    const std::vector<std::string> twice{"toggle", "toggle"};
 };
 
-TEST_F(TrayIconTest, IsShownAndSaysWhoItIs)
+TEST_F(TrayIconTest, IsShownWithTheProgramsName)
 {
     EXPECT_TRUE(qtTrayIcon().isVisible());
     EXPECT_EQ(qtTrayIcon().toolTip(), QStringLiteral("Orlimo"));
-    EXPECT_EQ(qtTrayIcon().icon().availableSizes(), QList<QSize>{QSize(16, 16)});
+    EXPECT_EQ(icon.geometry(), std::nullopt) << "there is no tray";
 }
 
-TEST_F(TrayIconTest, TogglesAtAClick)
+TEST_F(TrayIconTest, TogglesOnceForEachClickOrDoubleClick)
 {
-    activate(QSystemTrayIcon::Trigger);
-    EXPECT_EQ(asked, once);
-    clock.advance(doubleClickInterval() + 1ms);
-    activate(QSystemTrayIcon::Trigger);
-    EXPECT_EQ(asked, twice);
+    const std::chrono::milliseconds limit(QApplication::doubleClickInterval());
+    struct Press
+    {
+        Reason reason;
+        std::chrono::milliseconds delay{};
+    };
+    constexpr auto click = QSystemTrayIcon::Trigger;
+    constexpr auto doubleClick = QSystemTrayIcon::DoubleClick;
+    constexpr auto middleClick = QSystemTrayIcon::MiddleClick;
+    for (const auto& [presses, toggles] : std::vector<std::pair<std::vector<Press>, std::size_t>>{
+             {{{click}}, 1},
+             {{{click}, {click, limit + 1ms}}, 2},
+             // A double click reported as two clicks, alone, and together with its first click.
+             {{{click}, {click, limit}}, 1},
+             {{{click}, {click, limit}, {click}}, 2},
+             {{{doubleClick}, {doubleClick}}, 2},
+             {{{click}, {doubleClick, limit}}, 1},
+             {{{click}, {doubleClick, limit + 1ms}}, 2},
+             {{{click}, {doubleClick}, {doubleClick}}, 2},
+             {{{middleClick}, {middleClick}}, 2},
+             {{{middleClick}, {doubleClick}}, 2},
+             {{{QSystemTrayIcon::Context}, {QSystemTrayIcon::Unknown}}, 0}})
+    {
+        requests.clear();
+        clock.advance(1min);
+        for (const Press& press : presses) {
+            clock.advance(press.delay);
+            Q_EMIT qtTrayIcon().activated(press.reason);
+        }
+        EXPECT_EQ(requests, std::vector<std::string>(toggles, "toggle")) << presses.size();
+    }
+    workDuration = 10s;
+    requests.clear();
+    clock.advance(1min);
+    Q_EMIT qtTrayIcon().activated(click);
+    Q_EMIT qtTrayIcon().activated(doubleClick);
+    EXPECT_EQ(requests.size(), 1U) << "the second press had to wait for the first";
 }
 
-TEST_F(TrayIconTest, TogglesOnceAtADoubleClickThatComesAsTwoClicks)
-{
-    activate(QSystemTrayIcon::Trigger);
-    clock.advance(doubleClickInterval());
-    activate(QSystemTrayIcon::Trigger);
-    EXPECT_EQ(asked, once);
-    activate(QSystemTrayIcon::Trigger);
-    EXPECT_EQ(asked, twice);
-}
-
-TEST_F(TrayIconTest, TogglesAtAMiddleClick)
-{
-    activate(QSystemTrayIcon::MiddleClick);
-    EXPECT_EQ(asked, once);
-    activate(QSystemTrayIcon::MiddleClick);
-    EXPECT_EQ(asked, twice);
-}
-
-TEST_F(TrayIconTest, TogglesAtADoubleClickThatComesAlone)
-{
-    activate(QSystemTrayIcon::DoubleClick);
-    EXPECT_EQ(asked, once);
-    activate(QSystemTrayIcon::DoubleClick);
-    EXPECT_EQ(asked, twice);
-}
-
-TEST_F(TrayIconTest, TogglesOnceAtADoubleClickThatComesInTwoParts)
-{
-    activate(QSystemTrayIcon::Trigger);
-    clock.advance(doubleClickInterval());
-    activate(QSystemTrayIcon::DoubleClick);
-    EXPECT_EQ(asked, once);
-}
-
-TEST_F(TrayIconTest, TogglesTwiceAtAClickAndALaterDoubleClick)
-{
-    activate(QSystemTrayIcon::Trigger);
-    clock.advance(doubleClickInterval() + 1ms);
-    activate(QSystemTrayIcon::DoubleClick);
-    EXPECT_EQ(asked, twice);
-}
-
-TEST_F(TrayIconTest, TakesOneDoubleClickForPartOfAClick)
-{
-    activate(QSystemTrayIcon::Trigger);
-    activate(QSystemTrayIcon::DoubleClick);
-    activate(QSystemTrayIcon::DoubleClick);
-    EXPECT_EQ(asked, twice);
-}
-
-TEST_F(TrayIconTest, TakesTheDoubleClickAfterAMiddleClickForItself)
-{
-    activate(QSystemTrayIcon::MiddleClick);
-    activate(QSystemTrayIcon::DoubleClick);
-    EXPECT_EQ(asked, twice);
-}
-
-TEST(TrayIconWithSlowWork, KnowsTheSecondPressThatHadToWait)
-{
-    ManualClock clock;
-    int toggles = 0;
-    TrayIcon icon(
-        anyIcon(),
-        {.toggle =
-             [&] {
-                 ++toggles;
-                 clock.advance(10s);
-             },
-         .open = [] {},
-         .quit = [] {}},
-        clock.function());
-    auto& qtTrayIcon = *icon.findChild<QSystemTrayIcon*>();
-    Q_EMIT qtTrayIcon.activated(QSystemTrayIcon::Trigger);
-    Q_EMIT qtTrayIcon.activated(QSystemTrayIcon::DoubleClick);
-    EXPECT_EQ(toggles, 1);
-}
-
-TEST_F(TrayIconTest, LeavesTheMenuToTheHost)
-{
-    activate(QSystemTrayIcon::Context);
-    activate(QSystemTrayIcon::Unknown);
-    EXPECT_TRUE(asked.empty());
-}
-
-TEST_F(TrayIconTest, HasAMenuThatOpensAndQuits)
+TEST_F(TrayIconTest, MenuOpensAndQuits)
 {
     const auto actions = qtTrayIcon().contextMenu()->actions();
     ASSERT_EQ(actions.size(), 2);
     EXPECT_EQ(actions.at(0)->text(), QStringLiteral("Open Orlimo"));
     EXPECT_EQ(actions.at(1)->text(), QStringLiteral("Quit"));
     actions.at(0)->trigger();
-    EXPECT_EQ(asked, std::vector<std::string>{"open"});
     actions.at(1)->trigger();
-    EXPECT_EQ(asked, (std::vector<std::string>{"open", "quit"}));
+    EXPECT_EQ(requests, (std::vector<std::string>{"open", "quit"}));
 }
 
-TEST(TrayIconOfATemplate, IsPaintedInTheColorThatTheTrayPublishes)
+TEST_F(TrayIconTest, TemplateIsPaintedInTheColorThatTheTrayPublishes)
 {
-    QIcon shape = anyIcon();
-    shape.setIsMask(true);
-    TrayIcon icon(shape, {.toggle = [] {}, .open = [] {}, .quit = [] {}});
-    const auto shown = [&icon] {
-        const auto& qtTrayIcon = *icon.findChild<QSystemTrayIcon*>();
-        return qtTrayIcon.icon().pixmap(QSize(16, 16), 1).toImage().pixelColor(8, 8);
+    const auto color = [this] {
+        return qtTrayIcon().icon().pixmap(QSize(16, 16), 1).toImage().pixelColor(8, 8);
     };
-    const QColor before = shown();
+    const QColor before = color();
     icon.setTextColor(QColor(200, 40, 90));
-    EXPECT_EQ(shown(), QColor(200, 40, 90));
+    EXPECT_EQ(color(), QColor(200, 40, 90));
     icon.setTextColor(std::nullopt);
-    EXPECT_EQ(shown(), before);
-}
-
-TEST_F(TrayIconTest, SaysNothingOfItsPlaceWhereThereIsNoTray)
-{
-    EXPECT_EQ(icon.geometry(), std::nullopt);
+    EXPECT_EQ(color(), before);
 }
 
 TEST(TrayIconInAnotherLanguage, HasATranslatedMenu)
 {
     const MarkingTranslator translator;
-    TrayIcon icon(anyIcon(), {.toggle = [] {}, .open = [] {}, .quit = [] {}});
+    TrayIcon icon(anyIcon(false), {.toggle = [] {}, .open = [] {}, .quit = [] {}});
     const auto actions = icon.findChild<QSystemTrayIcon*>()->contextMenu()->actions();
     ASSERT_EQ(actions.size(), 2);
     EXPECT_EQ(actions.at(0)->text(), QStringLiteral("MenuBarExtra: Open Orlimo"));

@@ -7,7 +7,7 @@
 namespace orlimo {
 namespace {
 
-/// How a loss of the focus counts on `desktop` with `settings` for KWin.
+/// The reason for a loss of focus on `desktop` with `settings` for KWin.
 FocusLoss lossOn(const char* desktop, const std::string& settings = "")
 {
     const TemporaryFolder folder;
@@ -16,7 +16,7 @@ FocusLoss lossOn(const char* desktop, const std::string& settings = "")
     return focusLossOnWayland(QString::fromLatin1(desktop), QString::fromStdString(file.string()));
 }
 
-TEST(WaylandFocusTest, IsChosenByTheUserWhereWindowsGetTheFocusByAClick)
+TEST(WaylandFocusTest, IsDeliberateOnClickToFocusDesktops)
 {
     EXPECT_EQ(lossOn("ubuntu:GNOME"), FocusLoss::deliberate);
     EXPECT_EQ(lossOn("KDE"), FocusLoss::deliberate);
@@ -24,7 +24,7 @@ TEST(WaylandFocusTest, IsChosenByTheUserWhereWindowsGetTheFocusByAClick)
     EXPECT_EQ(focusLossOnWayland(QStringLiteral("KDE"), QString()), FocusLoss::deliberate);
 }
 
-TEST(WaylandFocusTest, IsUnknownWhereTheFocusMayFollowThePointer)
+TEST(WaylandFocusTest, IsUnknownIfTheFocusMayFollowThePointer)
 {
     EXPECT_EQ(lossOn("sway"), FocusLoss::unknown);
     EXPECT_EQ(lossOn(""), FocusLoss::unknown);

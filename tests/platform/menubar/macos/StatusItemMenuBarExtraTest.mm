@@ -66,7 +66,7 @@ protected:
     {
         extra->open();
         runEventLoop(0ms);
-        EXPECT_FALSE(isHighlighted) << "the button is pressed, and would take it back";
+        EXPECT_FALSE(isHighlighted) << "the pressed button would remove it";
         settle();
         EXPECT_TRUE(isHighlighted);
         extra->close();
@@ -74,8 +74,7 @@ protected:
         EXPECT_FALSE(isHighlighted);
     }
 
-    /// Until what is put off to the next turn of the event loop, and to the default mode of the
-    /// system's own, has been done.
+    /// Runs Qt's event loop and the default mode of the system's once.
     static void settle()
     {
         runEventLoop(0ms);
@@ -99,10 +98,10 @@ protected:
     std::unique_ptr<StatusItemMenuBarExtra> extra;
 };
 
-TEST_F(StatusItemMenuBarExtraTest, OpensUnderItsItemWhenAButtonOfTheMouseGoesDownAndClosesAgain)
+TEST_F(StatusItemMenuBarExtraTest, PressOpensTheWindowUnderTheItemAndClosesIt)
 {
     EXPECT_EQ(eventMask, (1 << 1) | (1 << 3));
-    EXPECT_TRUE(isTemplate) << "the system gives the image its colour";
+    EXPECT_TRUE(isTemplate) << "the system colours the image";
     press();
     EXPECT_TRUE(extra->isOpen());
     EXPECT_EQ(content->geometry(), QRect(411 - 150, 23, 300, 540));
@@ -110,19 +109,19 @@ TEST_F(StatusItemMenuBarExtraTest, OpensUnderItsItemWhenAButtonOfTheMouseGoesDow
     EXPECT_FALSE(extra->isOpen());
     button.returns<id>("window", nil);
     press();
-    EXPECT_TRUE(extra->isOpen()) << "also while the item has no place";
-    const QRect withoutPlace = content->geometry();
+    EXPECT_TRUE(extra->isOpen()) << "also without a position of the item";
+    const QRect withoutPosition = content->geometry();
     press();
     button.returns("window", buttonWindow.object());
     buttonWindow.returns("convertRectToScreen:", NSMakeRect(400, -23, 0, 0));
     press();
-    EXPECT_EQ(content->geometry(), withoutPlace);
+    EXPECT_EQ(content->geometry(), withoutPosition);
     extra.reset();
     EXPECT_THAT(bar.messages, Contains("removeStatusItem:"));
     EXPECT_EQ(target, nil);
 }
 
-TEST_F(StatusItemMenuBarExtraTest, MakesTheProgramActiveBeforeTheWindowIsShown)
+TEST_F(StatusItemMenuBarExtraTest, ProgramBecomesActiveBeforeTheWindowIsShown)
 {
     FakeObject& window = FakeObject::named("window");
     view.returns("window", window.object());
@@ -142,7 +141,7 @@ TEST_F(StatusItemMenuBarExtraTest, MakesTheProgramActiveBeforeTheWindowIsShown)
     EXPECT_EQ(content->windowType(), Qt::Window) << "the system would hide a tool window";
 }
 
-TEST_F(StatusItemMenuBarExtraTest, HighlightsItsItemWhileItIsOpenAndGivesTheFocusBackToNobodyElse)
+TEST_F(StatusItemMenuBarExtraTest, ItemIsHighlightedWhileOpenAndTheFocusReturned)
 {
     application.returns("keyWindow", FakeObject::named("another window").object());
     openAndClose();
@@ -155,7 +154,7 @@ TEST_F(StatusItemMenuBarExtraTest, HighlightsItsItemWhileItIsOpenAndGivesTheFocu
     EXPECT_THAT(application.messages, Contains("hide:"));
 }
 
-TEST_F(StatusItemMenuBarExtraTest, OpensForAStartWhereTheUserHasTakenTheItemOut)
+TEST_F(StatusItemMenuBarExtraTest, OpensAtAStartIfTheUserHasRemovedTheItem)
 {
     extra->openIfNoTray();
     EXPECT_FALSE(extra->isOpen());
