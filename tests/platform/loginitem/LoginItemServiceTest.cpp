@@ -1,10 +1,8 @@
 #include "platform/loginitem/LoginItemService.h"
 
-#include "tests/support/BuiltPrograms.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/process/ChildProcess.h"
 #include "tests/support/process/ForkedRun.h"
-#include "tests/support/process/UnprivilegedUser.h"
 
 #include <gtest/gtest.h>
 
@@ -80,29 +78,6 @@ TEST_F(MainAppService, ConfigurationFolderOfHomeIsFallback)
     }
 }
 
-TEST_F(MainAppService, HomeOfUserDatabaseIsFallback)
-{
-    // A home that its own user cannot write into, so that nothing is left behind.
-    constexpr uid_t nobody = 65534;
-    const passwd* const user = ::getpwuid(nobody);
-    if (::geteuid() != 0 || user == nullptr) {
-        GTEST_SKIP() << "would write into the user's own home";
-    }
-    if (!canOthersReach(ORLIMO_PROGRAM)) {
-        GTEST_SKIP() << "other users may not enter the folder in which the program was built";
-    }
-    const std::string nobodysHome = user->pw_dir;
-    const auto run = runForked([] {
-        setVariable("XDG_CONFIG_HOME", nullptr);
-        setVariable("HOME", nullptr);
-        if (::setuid(nobody) != 0) {
-            ::_exit(1);
-        }
-        (void)std::fputs(registerAndReport().c_str(), stdout);
-    });
-    EXPECT_EQ(run.output, nobodysHome + "/.config/autostart: Permission denied");
-}
-
 TEST_F(MainAppService, UserWithoutHomeIsNotRegistered)
 {
     constexpr uid_t unknown = 1'234'567;
@@ -173,16 +148,6 @@ TEST_F(LoginItemOfProgram, DeletedProgramIsNotFound)
     EXPECT_EQ(ask("register"), program.string() + ": No such file or directory");
     EXPECT_EQ(ask("unregister"), "done");
     EXPECT_EQ(ask("status"), "3");
-}
-
-TEST_F(LoginItemOfProgram, EntryFollowsMovedProgram)
-{
-    EXPECT_EQ(ask("register"), "done");
-    const auto moved = program.string() + " (deleted)";
-    std::filesystem::rename(program, moved);
-    EXPECT_EQ(ask("status"), "1");
-    EXPECT_EQ(ask("register"), "done");
-    EXPECT_NE(contentOf(entry).find("Exec=\"" + moved + "\" "), std::string::npos);
 }
 
 } // namespace

@@ -173,6 +173,7 @@ TEST_F(QtUserDefaultsTest, ForeignFileIsRead)
              {storeWith("true") + "capturingEnabled=false\n", "false"},
              {storeWith("false") + "[Other]\ncapturingEnabled=true\n", "false"},
              {"capturingEnabled=true\n[Other]\nx=1\n", "true"},
+             {"[gENERAL]\ncapturingEnabled=true\n", "true"},
              {"; one\r\n\r\n[General]\r\n # two\r\ncapturingEnabled=true\r\n", "true"}})
     {
         writeFile(file, text);
@@ -365,19 +366,6 @@ TEST_F(QtUserDefaultsTest, HeldLockDelaysStartOnce)
     });
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(run.errors, cannotStore + cannotStore + cannotStore);
-}
-
-TEST_F(QtUserDefaultsTest, ValueRefusedForLockIsStoredByNextWrite)
-{
-    const auto run = runForked([this] {
-        QLockFile held(QString::fromStdString(lock.string()));
-        (void)held.lock();
-        write(true);
-        held.unlock();
-        write(false, "fourDigitInclude");
-    });
-    EXPECT_EQ(run.errors, cannotStore);
-    EXPECT_EQ(contentOf(file), storeWith("true") + "fourDigitInclude=false\n");
 }
 
 void makePipe(const std::filesystem::path& path)
