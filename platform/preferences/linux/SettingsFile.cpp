@@ -69,14 +69,18 @@ std::optional<QByteArray> contentOf(const QString& name)
 
 const std::string group = "General";
 
-/// `text` with `before` in place of `after` at the beginning of each line that is a comment for
-/// QSettings. To GLib only a number sign begins one.
-QByteArray withComments(const QByteArray& text, const QByteArray& before, const QByteArray& after)
+/// `text` with `after` in place of `before` at the beginning of each line, as comments begin with a
+/// semicolon for QSettings and with a number sign for GLib; and with the name of the group as it is
+/// written, for its case does not count.
+QByteArray converted(const QByteArray& text, const QByteArray& before, const QByteArray& after)
 {
     QByteArrayList lines = text.split('\n');
     for (QByteArray& line : lines) {
-        if (line.trimmed().startsWith(before)) {
+        const QByteArray content = line.trimmed();
+        if (content.startsWith(before)) {
             line.replace(line.indexOf(before), before.size(), after);
+        } else if (content.compare("[general]", Qt::CaseInsensitive) == 0) {
+            line = "[General]";
         }
     }
     return lines.join('\n');
@@ -85,7 +89,7 @@ QByteArray withComments(const QByteArray& text, const QByteArray& before, const 
 /// The settings in `text`. Absent where there is something in it that is no setting.
 std::optional<KeyFile> parsed(const QByteArray& text)
 {
-    const auto readable = withComments(text, ";", "#;").toStdString();
+    const auto readable = converted(text, ";", "#;").toStdString();
     auto settings = KeyFile::parse(readable);
     // To QSettings, what is before the first group belongs to this one.
     return settings ? std::move(settings) : KeyFile::parse("[" + group + "]\n" + readable);
@@ -184,7 +188,7 @@ bool SettingsFile::change(const std::function<Values(const Contents& stored)>& v
         settings->setSortedValue(group, key, value ? "true" : "false");
     }
     const auto changed = QByteArray::fromStdString(settings->text());
-    return replace(target, withComments(changed, "#;", ";"));
+    return replace(target, converted(changed, "#;", ";"));
 }
 
 std::optional<QByteArray> SettingsFile::read()
