@@ -143,7 +143,8 @@ public:
     ~DBusApplicationInstance() override
     {
         if (ownClaim == Claim::first) {
-            // Before the object is destroyed, and blocking: a process that finds the name must find it.
+            // Before the object is destroyed, and blocking: a process that finds the name must find
+            // it.
             const Uptime deadline = currentUptime() + releaseTimeout;
             bus.releaseName(applicationName(), deadline);
             bus.releaseName(startedName(), deadline);

@@ -18,8 +18,8 @@ class QDBusPendingCall;
 namespace orlimo {
 
 /// The desktop's Background portal, through which a program in a sandbox requests to be started at
-/// login. The portal may have to ask the user, so its response can take any time or never arrive; no
-/// call waits for it. Main thread.
+/// login. The portal may have to ask the user, so its response can take any time or never arrive;
+/// no call waits for it. Main thread.
 class AutostartPortal : public QObject
 {
     Q_OBJECT
@@ -40,15 +40,16 @@ public:
     ~AutostartPortal() override = default;
 
     /// Requests that the program is started at login, or no longer. `completion` is called once,
-    /// later, unless no response arrives, the request is cancelled or the object is destroyed first.
-    /// Returns the error without a bus; `completion` is not called then. One request at a time.
+    /// later, unless no response arrives, the request is cancelled or the object is destroyed
+    /// first. Returns the error without a bus; `completion` is not called then. One request at a
+    /// time.
     [[nodiscard]] std::optional<ServiceError> requestAutostart(bool autostart, Handler completion);
 
     /// Whether a response is outstanding.
     [[nodiscard]] bool isRequesting() const { return static_cast<bool>(handler); }
 
-    /// Whether the portal has accepted the request and only the response is missing, for which there
-    /// is no time limit.
+    /// Whether the portal has accepted the request and only the response is missing, for which
+    /// there is no time limit.
     [[nodiscard]] bool isOpen() const { return isRequesting() && isAccepted; }
 
     /// Closes the open request; its response is ignored. Does not wait for the portal.

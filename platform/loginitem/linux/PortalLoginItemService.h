@@ -19,10 +19,10 @@ namespace orlimo {
 /// Whether the program was registered is unknown, so unregistering a program that is not registered
 /// is no error here.
 ///
-/// The portal handles several requests at once and in no order, so there is one at a time. Until the
-/// portal has accepted it, further requests wait, and only the last of them is sent. A request that
-/// it has accepted may never get a response, because the user gives none or the dialog is gone: a
-/// later request closes it and is sent in its place.
+/// The portal handles several requests at once and in no order, so there is one at a time. Until
+/// the portal has accepted it, further requests wait, and only the last of them is sent. A request
+/// that it has accepted may never get a response, because the user gives none or the dialog is
+/// gone: a later request closes it and is sent in its place.
 class PortalLoginItemService final : public LoginItemService
 {
 public:
