@@ -6,8 +6,8 @@ namespace orlimo {
 
 class TextLabel;
 
-/// The program as a login item: whether the host starts it at each login. The host alone keeps the
-/// registration; every call asks it anew. Main thread.
+/// The program as a login item: whether the system starts it at each login. The system alone stores
+/// the registration; every call queries it. Main thread.
 class LaunchAtLogin
 {
 public:
@@ -23,12 +23,11 @@ public:
     /// already is, or ends the registration. A failure is one entry in the log and nothing else.
     static void setEnabled(bool enabled, const LoginServices& services = LoginServices::native());
 
-    /// From now on, what the host of `host` answers only after the call is announced through
-    /// observable() too, and a failure that it tells of then is an entry in the log like any other.
-    /// Called once, before the first change.
+    /// Also announces results that the service reports after the call, through observable(), and
+    /// logs their failures. Called once, before the first change.
     static void observeResponses(const LoginServices& services = LoginServices::native());
 
-    /// Whether the host's login item mechanism made this launch. False once launching has
+    /// Whether the system's login item mechanism made this launch. False once launching has
     /// finished.
     [[nodiscard]] static bool
     wasLaunchedAtLogin(const LoginServices& services = LoginServices::native());

@@ -18,7 +18,7 @@
 
 namespace orlimo {
 
-/// A switch for starting at login with a label before it. Bound both ways: it shows the host's
+/// A switch for starting at login with a label before it. Bound both ways: it shows the system's
 /// state whenever it comes into view and again after each change, whoever makes it, and a flick of
 /// it sets that state. `Toggle<>` has a text for its label. Main thread.
 template <typename Label> class LaunchAtLogin::Toggle : public QWidget

@@ -1,12 +1,13 @@
 # What makes up the platform on Linux, seen from platform/.
 find_package(PkgConfig REQUIRED)
+pkg_check_modules(GLib REQUIRED IMPORTED_TARGET GLOBAL glib-2.0)
 pkg_check_modules(WaylandClient REQUIRED IMPORTED_TARGET GLOBAL wayland-client)
 pkg_check_modules(Xcb REQUIRED IMPORTED_TARGET GLOBAL xcb)
-set(orlimo_platform_libraries PkgConfig::WaylandClient PkgConfig::Xcb Qt6::DBus)
+set(orlimo_platform_libraries PkgConfig::GLib PkgConfig::WaylandClient PkgConfig::Xcb Qt6::DBus)
 set(orlimo_platform_sources
     loginitem/linux/AutostartEntry.cpp
     loginitem/linux/AutostartPortal.cpp
-    preferences/linux/BooleanValue.cpp
+    preferences/linux/KeyFile.cpp
     clipboard/linux/ClipboardPasteboard.cpp
     clipboard/linux/ClipboardBackend.cpp
     clipboard/linux/DataControlClipboard.cpp
@@ -16,7 +17,6 @@ set(orlimo_platform_sources
     clipboard/linux/DataControlProtocol.cpp
     clipboard/linux/DataControlSource.cpp
     clipboard/linux/DescriptorNotifier.cpp
-    loginitem/linux/DesktopEntry.cpp
     files/linux/DirectoryListing.cpp
     process/EnvironmentVariable.cpp
     process/FatalStop.cpp
@@ -36,7 +36,7 @@ set(orlimo_platform_sources
     loginitem/linux/RunningProgram.cpp
     bus/linux/SessionBusProbe.cpp
     preferences/linux/SettingsFile.cpp
-    preferences/linux/SettingsText.cpp
+    preferences/linux/SettingsValue.cpp
     process/StandardStreams.cpp
     process/linux/LoginItemLog.cpp
     desktop/linux/SystemArguments.cpp

@@ -5,21 +5,20 @@
 
 namespace orlimo {
 
-/// The running program's claim to be the only one in the user's session: made with the object,
-/// given up with it. What a later start asks for reaches the one that holds the claim. Main thread;
-/// needs no application object of the toolkit, so that a start that is one too many needs no
-/// display.
+/// The claim of this process to be the program's only instance in the user's session, held for the
+/// lifetime of the object. Requests of later instances reach the one that holds it. Main thread;
+/// needs no QApplication, so that a second instance works without a display.
 class ApplicationInstance
 {
 public:
     enum class Claim {
-        /// No other one runs. From now on later starts find this one.
+        /// No other instance runs. Later ones find this one.
         first,
-        /// The host has no means to find others: they run side by side.
+        /// Other instances cannot be found here: they run side by side.
         unmanaged,
-        /// Another one runs. It opens its window, unless this start belongs to a login.
+        /// Another instance runs. It opens its window, unless this launch belongs to a login.
         activatedOther,
-        /// Another one runs, and it did not answer in time.
+        /// Another instance runs and did not reply in time.
         otherUnresponsive,
     };
 
@@ -30,13 +29,13 @@ public:
 
     [[nodiscard]] virtual Claim claim() const = 0;
 
-    /// Has `open` called on the main thread, in the event loop, when the program is asked to show
-    /// itself, once for what is asked at the same time; called once launching has finished. What
-    /// was asked before is done within the call. It may also have been to quit.
+    /// Calls `open` on the main thread, in the event loop, when another instance or the desktop
+    /// requests it, once for simultaneous requests. Set once, when launching has finished. Earlier
+    /// requests, to quit among them, are served within the call.
     virtual void onActivation(std::function<void()> open) = 0;
 
-    /// Makes the claim. Returns within two seconds, also where another one runs but stands still;
-    /// a start at login, which nobody waits for, may take eleven where the session is slow.
+    /// Makes the claim. Returns within two seconds, even if another instance does not respond; at
+    /// login, where nobody waits, within eleven in a slow session.
     [[nodiscard]] static std::unique_ptr<ApplicationInstance> create(bool launchedAtLogin);
 };
 

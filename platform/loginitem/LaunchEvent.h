@@ -18,7 +18,7 @@ using FourCharacterCode = std::uint32_t;
     return code;
 }
 
-/// The event that the application is handling: how it came to be started.
+/// The event that the application is handling: how it was launched.
 struct LaunchEvent
 {
     /// 'oapp': open application.
@@ -27,8 +27,7 @@ struct LaunchEvent
     std::optional<FourCharacterCode> propertyData;
 };
 
-/// The argument with which a login item starts the program on a host that does not tell of it
-/// otherwise.
+/// The argument by which a login item marks the launch on a system without launch events.
 inline constexpr std::string_view launchedAtLoginArgument = "--launched-at-login";
 
 /// The event being handled now. None before launching begins and after it has finished. Main
@@ -39,8 +38,7 @@ inline constexpr std::string_view launchedAtLoginArgument = "--launched-at-login
 class LaunchEventHandling
 {
 public:
-    /// `atLogin`: whether the host's login item mechanism started the program, where the host
-    /// itself does not tell.
+    /// `atLogin`: whether the login item started the program, on a system without launch events.
     explicit LaunchEventHandling(bool atLogin);
     LaunchEventHandling(const LaunchEventHandling&) = delete;
     LaunchEventHandling& operator=(const LaunchEventHandling&) = delete;

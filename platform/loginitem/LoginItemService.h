@@ -7,7 +7,7 @@
 
 namespace orlimo {
 
-/// Where the running program stands as a login item; the values are the host services' own.
+/// State of the running program as a login item; the values are those of SMAppService.
 enum class LoginItemStatus {
     notRegistered = 0,
     enabled = 1,
@@ -15,15 +15,15 @@ enum class LoginItemStatus {
     notFound = 3,         ///< the program's own file cannot be found
 };
 
-/// The running program as a login item of its host, which alone keeps the registration: every call
-/// asks it anew. Synchronous, but for a host that asks the user first: there a call that returns no
-/// error has sent the question, the status is that of the last answer, and the handler is told when
-/// the next one is here. No call waits for the user. Main thread.
+/// The running program as a login item of the system, which alone stores the registration: every
+/// call queries it. Synchronous, except on a system that asks the user first: there a call without
+/// error has sent the request, the status is that of the last response, and the handler is called
+/// with the next one. No call waits for the user. Main thread.
 class LoginItemService
 {
 public:
-    /// Told of an answer that came after the call: what was asked for, to be registered or no
-    /// longer to be, and why it is not so, where it is not.
+    /// Receives a result that arrived after the call: of registering or of unregistering, and the
+    /// error if it failed.
     using ResponseHandler =
         std::function<void(bool registering, const std::optional<ServiceError>& error)>;
 
@@ -34,15 +34,15 @@ public:
 
     [[nodiscard]] virtual LoginItemStatus status() const = 0;
 
-    /// Has the program started at each login. What the user has switched off stays switched off,
-    /// which is no error. The error, when it cannot be done.
+    /// Registers the program. If the user has switched it off, it stays switched off, which is no
+    /// error. Returns the error if it fails.
     [[nodiscard]] virtual std::optional<ServiceError> registerItem() = 0;
 
-    /// Ends that. The error, when it cannot be done or the program was not registered.
+    /// Ends the registration. Returns the error if it fails or the program was not registered.
     [[nodiscard]] virtual std::optional<ServiceError> unregisterItem() = 0;
 
-    /// Has `handler` told of answers that come later, in the place of the one before. A host that
-    /// answers at once never calls it.
+    /// Sets the handler of results that arrive after the call. A synchronous service never calls
+    /// it.
     virtual void setResponseHandler(const ResponseHandler& /*handler*/) {}
 };
 

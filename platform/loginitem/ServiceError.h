@@ -4,11 +4,11 @@
 
 namespace orlimo {
 
-/// Why a service of the host did not do what it was asked.
+/// Why a request to a service of the system failed.
 struct ServiceError
 {
     int code = 0;
-    /// For the user's eyes, UTF-8, in the system's own words.
+    /// The system's message for the user, UTF-8.
     std::string localizedDescription;
 };
 

@@ -6,7 +6,7 @@
 
 namespace orlimo {
 
-/// The user's persisted preferences. Nothing is cached: each read tells what the store holds now,
+/// The user's persisted preferences. Nothing is cached: each read returns what the store holds now,
 /// also when another process wrote it, except values that could not be stored. Main thread.
 class UserDefaults
 {
@@ -18,12 +18,12 @@ public:
 
     /// The boolean under `key`. Absent is false, a number is true unless it is zero, a string is
     /// true when it begins with Y, y, T, t or a number that is not zero, and anything else is
-    /// false. A store that cannot be read or understood reads as empty and is left as it is;
-    /// where it cannot be read, standard error or the host's own log says so.
+    /// false. A store that cannot be read or parsed reads as empty and is left as it is;
+    /// where it cannot be read, standard error or the system's log says so.
     [[nodiscard]] virtual bool boolForKey(std::string_view key) const = 0;
 
     /// Stores `value` under `key` at once. A store that cannot be written stays as it is, and
-    /// standard error or the host's own log says so; the value then overrides the store for this
+    /// standard error or the system's log says so; the value then overrides the store for this
     /// process's reads until a later write, of any key, has stored it too.
     virtual void setBool(bool value, std::string_view key) = 0;
 

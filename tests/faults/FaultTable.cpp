@@ -313,9 +313,6 @@ FaultGroup settings()
                 "the file cannot be read for a moment (EIO)", "read */Orlimo.conf EIO 4"),
             transientFault(
                 "the file cannot be opened for a moment (EMFILE)", "open */Orlimo.conf EMFILE 4"),
-            transientFault(
-                "there is no memory for it for a moment (ENOMEM)",
-                "memfd_create settings ENOMEM 4"),
             {
                 .name = "the successor cannot be synced (EIO)",
                 .rules = "fsync */Orlimo.conf* EIO always",

@@ -61,12 +61,6 @@ TEST_F(PreferenceFaultTest, AFileIsOpenedByNothingButTheReadsThatReportFaults)
     EXPECT_EQ(contentOf(file), usersSettings);
 }
 
-TEST_F(PreferenceFaultTest, AFileForWhichThereIsNoMemoryIsNotReplaced)
-{
-    EXPECT_EQ(store("memfd_create settings ENOMEM always"), cannotRead + cannotStore);
-    EXPECT_EQ(contentOf(file), usersSettings);
-}
-
 TEST_F(PreferenceFaultTest, AFileWhoseSuccessorCannotBeWrittenStays)
 {
     EXPECT_EQ(store("write */Orlimo.conf.* ENOSPC always"), cannotStore);

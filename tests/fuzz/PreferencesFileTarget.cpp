@@ -1,10 +1,11 @@
-#include "capture/Preferences.h"
+#include "capture/PreferenceKeys.h"
 #include "platform/preferences/UserDefaults.h"
 #include "tests/capture/PreferenceSandbox.h"
 #include "tests/fuzz/FuzzTarget.h"
 #include "tests/fuzz/Mismatch.h"
 #include "tests/support/TemporaryFolder.h"
 
+#include <QByteArray>
 #include <QSettings>
 #include <QString>
 
@@ -12,6 +13,9 @@
 #include <map>
 #include <numeric>
 #include <optional>
+#include <regex>
+#include <set>
+#include <sstream>
 #include <string>
 
 namespace orlimo {
@@ -25,48 +29,34 @@ std::filesystem::path damagedCopy()
     return PreferenceSandbox::file().string() + ".damaged";
 }
 
-/// A file that the toolkit has never seen before, for it remembers what was in them.
-class FreshFile
+/// Whether every line is a plain setting, group, comment or blank line, as programs write them.
+bool isTidy(std::string_view bytes)
 {
-public:
-    explicit FreshFile(std::string_view bytes)
-    {
-        static const TemporaryFolder folder;
-        static long number = 0;
-        file = folder.path() / std::to_string(++number);
-        writeFile(file, bytes);
+    static const std::regex line(R"(\[[A-Za-z]+\]|[A-Za-z]+=[A-Za-z0-9. +-]*|;[^\r]*|)");
+    std::istringstream lines{std::string(bytes)};
+    for (std::string text; std::getline(lines, text);) {
+        if (!std::regex_match(text, line)) {
+            return false;
+        }
     }
-    FreshFile(const FreshFile&) = delete;
-    FreshFile& operator=(const FreshFile&) = delete;
-    ~FreshFile() { std::filesystem::remove(file); }
-
-    [[nodiscard]] QString name() const { return QString::fromStdString(file.string()); }
-    [[nodiscard]] std::string content() const { return contentOf(file); }
-
-private:
-    std::filesystem::path file;
-};
-
-/// What the toolkit itself finds in a file; absent when it reports damage.
-std::optional<Dictionary> referenceDictionary(std::string_view bytes)
-{
-    const FreshFile file(bytes);
-    const QSettings settings(file.name(), QSettings::NativeFormat);
-    Dictionary dictionary;
-    for (const QString& key : settings.allKeys()) {
-        dictionary.emplace(key.toStdString(), settings.value(key).toString().toStdString());
-    }
-    return settings.status() == QSettings::FormatError ? std::nullopt : std::optional(dictionary);
+    return bytes.find('\0') == std::string_view::npos;
 }
 
-/// What the toolkit itself makes of `bytes` when one value is to be stored.
-std::string rewritten(std::string_view bytes, std::string_view key, bool value)
+/// The values outside other groups that QSettings reads from a tidy file.
+Dictionary referenceDictionary(std::string_view bytes)
 {
-    const FreshFile file(bytes);
-    QSettings settings(file.name(), QSettings::NativeFormat);
-    settings.setValue(QLatin1String(key.data(), static_cast<int>(key.size())), value);
-    settings.sync();
-    return file.content();
+    // QSettings caches files by their names.
+    static const TemporaryFolder folder;
+    static long number = 0;
+    const auto file = folder.path() / std::to_string(++number);
+    writeFile(file, bytes);
+    const QSettings settings(QString::fromStdString(file.string()), QSettings::NativeFormat);
+    Dictionary dictionary;
+    for (const QString& key : settings.childKeys()) {
+        dictionary.emplace(key.toStdString(), settings.value(key).toString().toStdString());
+    }
+    std::filesystem::remove(file);
+    return dictionary;
 }
 
 /// The boolean that a string stands for: a second implementation, kept plain on purpose.
@@ -96,10 +86,10 @@ bool referenceBoolean(const std::string& text)
     return false;
 }
 
-/// What is not a string has an at sign before it.
+/// What is not a string has an at sign before it, or commas between its parts.
 bool holdsStringsAlone(std::string_view bytes)
 {
-    return bytes.find('@') == std::string_view::npos;
+    return bytes.find_first_of("@,") == std::string_view::npos;
 }
 
 Finding verifyReading(std::string_view bytes, const Dictionary& present, std::string_view key)
@@ -112,55 +102,56 @@ Finding verifyReading(std::string_view bytes, const Dictionary& present, std::st
             return finding;
         }
     }
+    if (isTidy(bytes)) {
+        if (auto finding = mismatch("preferences", present, referenceDictionary(bytes))) {
+            return finding;
+        }
+    }
     return mismatch(
         "file that was only read", contentOf(PreferenceSandbox::file()), std::string(bytes));
 }
 
-/// The program's own preferences other than `written` must still be there.
-Finding
-verifyOwnPreferences(const Dictionary& before, const Dictionary& after, std::string_view written)
+/// The comments in `bytes`, without the white space around them.
+std::multiset<std::string> commentsIn(std::string_view bytes)
 {
-    for (const auto& [key, defaultValue] : preference::all) {
-        const auto kept = before.find(std::string(key));
-        if (key == written || kept == before.end()) {
-            continue;
-        }
-        const auto found = after.find(kept->first);
-        const auto now = found == after.end() ? "" : found->second;
-        if (auto finding = mismatch("other preference", now, kept->second)) {
-            return finding;
+    std::multiset<std::string> comments;
+    std::istringstream lines{std::string(bytes)};
+    for (std::string line; std::getline(lines, line);) {
+        const auto text = QByteArray::fromStdString(line).trimmed();
+        if (text.startsWith(';') || text.startsWith('#')) {
+            comments.insert(text.toStdString());
         }
     }
-    return std::nullopt;
+    return comments;
 }
 
-/// What cannot be understood, or would not be once it is written, is replaced, and a copy kept.
+/// What cannot be parsed is replaced, and a copy kept; of anything else the rest stays.
 Finding verifyWriting(std::string_view bytes, const Dictionary& present, std::string_view key)
 {
     UserDefaults& defaults = standardUserDefaults();
     const bool value = bytes.size() % 2 == 0;
     defaults.setBool(value, key);
     const Dictionary after = defaults.dictionaryRepresentation();
-
-    const auto understood = referenceDictionary(bytes);
-    const auto changed =
-        understood ? referenceDictionary(rewritten(bytes, key, value)) : std::nullopt;
-    const Dictionary alone{{std::string(key), value ? "true" : "false"}};
-    if (auto finding = mismatch("preferences before", present, understood.value_or(Dictionary()))) {
-        return finding;
-    }
-    if (auto finding = mismatch("preferences after", after, changed.value_or(alone))) {
+    Dictionary expected = present;
+    expected[std::string(key)] = value ? "true" : "false";
+    if (auto finding = mismatch("preferences after", after, expected)) {
         return finding;
     }
     if (auto finding = mismatch("value written", defaults.boolForKey(key), value)) {
         return finding;
     }
-    const bool copied = std::filesystem::exists(damagedCopy());
-    if (auto finding = mismatch("copy kept", copied, !changed)) {
+    const std::string written = contentOf(PreferenceSandbox::file());
+    if (std::filesystem::exists(damagedCopy())) {
+        if (auto finding = mismatch("tidy file replaced", isTidy(bytes), false)) {
+            return finding;
+        }
+        return mismatch("copy", contentOf(damagedCopy()), std::string(bytes));
+    }
+    if (auto finding = mismatch("comments", commentsIn(written), commentsIn(bytes))) {
         return finding;
     }
-    return copied ? mismatch("copy", contentOf(damagedCopy()), std::string(bytes))
-                  : verifyOwnPreferences(present, after, key);
+    return isTidy(bytes) ? mismatch("preferences to QSettings", referenceDictionary(written), after)
+                         : std::nullopt;
 }
 
 /// Whether the file is written to as well, which takes far longer than to read it: decided by the
@@ -180,7 +171,7 @@ Finding checkInput(std::string_view input)
     writeFile(PreferenceSandbox::file(), input);
     std::filesystem::remove(damagedCopy());
     const Dictionary present = standardUserDefaults().dictionaryRepresentation();
-    const std::string_view key = preference::all.at(input.size() % preference::all.size()).key;
+    const std::string_view key = preference::keys.at(input.size() % preference::keys.size());
     if (auto finding = verifyReading(input, present, key)) {
         return finding;
     }

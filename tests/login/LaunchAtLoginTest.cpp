@@ -2,7 +2,6 @@
 
 #include "login/LaunchAtLoginObservable.h"
 #include "tests/login/ScriptedLoginItemService.h"
-#include "tests/login/ServiceUnderTest.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -18,7 +17,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// With a service and a log that do what the test says, and everything that happens in one list.
+/// With a scripted service and log, which write all calls into one list.
 class LaunchAtLoginTest : public testing::Test
 {
 protected:
@@ -37,7 +36,7 @@ protected:
     std::vector<std::string> calls;
     ScriptedLoginItemService service{calls};
     LoginServices services{
-        .service = serviceUnderTest(service),
+        .service = service,
         .logError =
             [this](std::string_view operation, std::string_view reason) {
                 calls.push_back(
@@ -47,97 +46,33 @@ protected:
     QObject observer;
 };
 
-TEST_F(LaunchAtLoginTest, IsEnabledForTheStatusEnabledAlone)
+TEST_F(LaunchAtLoginTest, OnlyStatusEnabledIsEnabled)
 {
     for (const int status : {0, 1, 2, 3}) {
+        calls.clear();
         service.currentStatus = static_cast<LoginItemStatus>(status);
         EXPECT_EQ(isEnabled(), status == 1) << status;
+        EXPECT_EQ(isEnabled(), status == 1) << status;
+        EXPECT_THAT(calls, ElementsAre("status", "status")) << "nothing is cached";
     }
 }
 
-TEST_F(LaunchAtLoginTest, AsksTheServiceAtEachReading)
+TEST_F(LaunchAtLoginTest, EnablingRegistersAndUnregistersFirstIfEnabled)
 {
-    (void)isEnabled();
-    (void)isEnabled();
-    EXPECT_THAT(calls, ElementsAre("status", "status"));
-}
-
-TEST_F(LaunchAtLoginTest, EnablingAnnouncesAndThenRegisters)
-{
-    setEnabled(true);
-    EXPECT_THAT(calls, ElementsAre("objectWillChange", "status", "register"));
-    EXPECT_TRUE(isEnabled());
-}
-
-TEST_F(LaunchAtLoginTest, EnablingWhatIsEnabledUnregistersFirst)
-{
-    service.currentStatus = LoginItemStatus::enabled;
-    setEnabled(true);
-    EXPECT_THAT(calls, ElementsAre("objectWillChange", "status", "unregister", "register"));
-    EXPECT_TRUE(isEnabled());
-}
-
-TEST_F(LaunchAtLoginTest, EnablingRegistersOnlyWhereTheStatusIsAnyOther)
-{
-    for (const auto status :
-         {LoginItemStatus::notRegistered,
-          LoginItemStatus::requiresApproval,
-          LoginItemStatus::notFound})
-    {
+    for (const int status : {0, 1, 2, 3}) {
         calls.clear();
-        service.currentStatus = status;
+        service.currentStatus = static_cast<LoginItemStatus>(status);
         setEnabled(true);
-        EXPECT_THAT(calls, ElementsAre("objectWillChange", "status", "register"));
+        std::vector<std::string> expected{"objectWillChange", "status", "register"};
+        if (status == 1) {
+            expected.insert(expected.end() - 1, "unregister");
+        }
+        EXPECT_EQ(calls, expected) << status;
+        EXPECT_TRUE(isEnabled());
     }
 }
 
-TEST_F(LaunchAtLoginTest, AFailureToUnregisterFirstIsIgnored)
-{
-    service.currentStatus = LoginItemStatus::enabled;
-    service.unregisterError = ServiceError{.code = 1, .localizedDescription = "no"};
-    setEnabled(true);
-    EXPECT_THAT(calls, ElementsAre("objectWillChange", "status", "unregister", "register"));
-}
-
-TEST_F(LaunchAtLoginTest, AFailureToRegisterIsOneEntry)
-{
-    service.registerError = ServiceError{.code = 13, .localizedDescription = "Permission denied"};
-    setEnabled(true);
-    EXPECT_THAT(
-        calls,
-        ElementsAre(
-            "objectWillChange", "status", "register", R"(log "enable", "Permission denied")"));
-}
-
-TEST_F(LaunchAtLoginTest, AFailureToRegisterAfreshLeavesTheProgramUnregistered)
-{
-    service.currentStatus = LoginItemStatus::enabled;
-    service.registerError = ServiceError{.code = 28, .localizedDescription = "No space left"};
-    setEnabled(true);
-    EXPECT_THAT(
-        calls,
-        ElementsAre(
-            "objectWillChange",
-            "status",
-            "unregister",
-            "register",
-            R"(log "enable", "No space left")"));
-    EXPECT_FALSE(isEnabled());
-}
-
-TEST_F(LaunchAtLoginTest, BothFailuresAreStillOneEntry)
-{
-    service.currentStatus = LoginItemStatus::enabled;
-    service.unregisterError = ServiceError{.code = 1, .localizedDescription = "first"};
-    service.registerError = ServiceError{.code = 2, .localizedDescription = "second"};
-    setEnabled(true);
-    EXPECT_THAT(
-        calls,
-        ElementsAre(
-            "objectWillChange", "status", "unregister", "register", R"(log "enable", "second")"));
-}
-
-TEST_F(LaunchAtLoginTest, DisablingUnregistersWithoutAskingFirst)
+TEST_F(LaunchAtLoginTest, DisablingUnregistersWhateverTheStatus)
 {
     for (const int status : {0, 1, 2, 3}) {
         calls.clear();
@@ -148,7 +83,29 @@ TEST_F(LaunchAtLoginTest, DisablingUnregistersWithoutAskingFirst)
     EXPECT_FALSE(isEnabled());
 }
 
-TEST_F(LaunchAtLoginTest, AFailureToUnregisterIsOneEntry)
+TEST_F(LaunchAtLoginTest, FailureToRegisterIsOneEntry)
+{
+    service.currentStatus = LoginItemStatus::enabled;
+    service.registerError = ServiceError{.code = 28, .localizedDescription = "No space left"};
+    for (const bool isUnregistered : {true, false}) {
+        calls.clear();
+        setEnabled(true);
+        EXPECT_THAT(
+            calls,
+            ElementsAre(
+                "objectWillChange",
+                "status",
+                "unregister",
+                "register",
+                R"(log "enable", "No space left")"));
+        EXPECT_EQ(isEnabled(), !isUnregistered);
+        // The failure of the first step is ignored.
+        service.currentStatus = LoginItemStatus::enabled;
+        service.unregisterError = ServiceError{.code = 1, .localizedDescription = "ignored"};
+    }
+}
+
+TEST_F(LaunchAtLoginTest, FailureToUnregisterIsOneEntry)
 {
     service.unregisterError = ServiceError{.code = 2, .localizedDescription = "not registered"};
     setEnabled(false);
@@ -156,7 +113,7 @@ TEST_F(LaunchAtLoginTest, AFailureToUnregisterIsOneEntry)
         calls, ElementsAre("objectWillChange", "unregister", R"(log "disable", "not registered")"));
 }
 
-TEST_F(LaunchAtLoginTest, TheSameValueTwiceIsDoneTwice)
+TEST_F(LaunchAtLoginTest, SameValueIsSetAgain)
 {
     setEnabled(true);
     setEnabled(true);
@@ -177,7 +134,7 @@ TEST_F(LaunchAtLoginTest, TheSameValueTwiceIsDoneTwice)
         calls, ElementsAre("objectWillChange", "unregister", "objectWillChange", "unregister"));
 }
 
-TEST_F(LaunchAtLoginTest, NobodySeesTheChangeBeforeItIsAnnounced)
+TEST_F(LaunchAtLoginTest, ChangeIsAnnouncedBeforeItIsMade)
 {
     std::vector<bool> seen;
     QObject::connect(
@@ -190,34 +147,17 @@ TEST_F(LaunchAtLoginTest, NobodySeesTheChangeBeforeItIsAnnounced)
     EXPECT_THAT(seen, ElementsAre(false, true));
 }
 
-TEST_F(LaunchAtLoginTest, WhatNeedsApprovalIsNotEnabled)
-{
-    service.currentStatus = LoginItemStatus::requiresApproval;
-    EXPECT_FALSE(isEnabled());
-}
-
-/// With a service that answers only after the call, which not every host has.
+/// With a service that reports its result only after the call.
 class DelayedResponse : public LaunchAtLoginTest
 {
 protected:
-    DelayedResponse()
-    {
-        LaunchAtLogin::observeResponses(
-            {.service = service,
-             .logError = services.logError,
-             .currentLaunchEvent = services.currentLaunchEvent});
-    }
+    DelayedResponse() { LaunchAtLogin::observeResponses(services); }
 };
 
-TEST_F(DelayedResponse, IsAnnounced)
+TEST_F(DelayedResponse, IsAnnouncedAndFailureIsOneEntry)
 {
     EXPECT_THAT(calls, IsEmpty());
     service.responseHandler(true, std::nullopt);
-    EXPECT_THAT(calls, ElementsAre("objectWillChange"));
-}
-
-TEST_F(DelayedResponse, IsOneEntryWhenItIsAFailure)
-{
     const ServiceError error{.code = 125, .localizedDescription = "Operation canceled"};
     service.responseHandler(true, error);
     service.responseHandler(false, error);
@@ -225,67 +165,44 @@ TEST_F(DelayedResponse, IsOneEntryWhenItIsAFailure)
         calls,
         ElementsAre(
             "objectWillChange",
+            "objectWillChange",
             R"(log "enable", "Operation canceled")",
             "objectWillChange",
             R"(log "disable", "Operation canceled")"));
 }
 
-/// How the program was launched, by the event that is being handled.
-class LaunchedAtLogin : public LaunchAtLoginTest
+TEST_F(LaunchAtLoginTest, OpenEventWithLoginPropertyIsLaunchAtLogin)
 {
-protected:
-    [[nodiscard]] bool with(std::optional<LaunchEvent> event)
+    struct Case
     {
-        services.currentLaunchEvent = [event] { return event; };
-        return LaunchAtLogin::wasLaunchedAtLogin(services);
+        std::optional<LaunchEvent> event;
+        bool isAtLogin;
+    };
+    constexpr FourCharacterCode open = 0x6F617070;
+    constexpr FourCharacterCode loginItem = 0x6C676974;
+    for (const auto& [event, isAtLogin] : {
+             Case{LaunchEvent{open, loginItem}, true},
+             Case{std::nullopt, false},
+             Case{LaunchEvent{open, std::nullopt}, false},
+             Case{LaunchEvent{open, 0x6C676975U}, false},
+             Case{LaunchEvent{open, 0U}, false},
+             Case{LaunchEvent{open, open}, false},
+             Case{LaunchEvent{fourCharacterCode("rapp"), loginItem}, false},
+             Case{LaunchEvent{fourCharacterCode("OAPP"), loginItem}, false},
+             Case{LaunchEvent{loginItem, loginItem}, false},
+         })
+    {
+        services.currentLaunchEvent = [&event = event] { return event; };
+        EXPECT_EQ(LaunchAtLogin::wasLaunchedAtLogin(services), isAtLogin)
+            << (event ? event->eventId : 0);
     }
-};
-
-TEST_F(LaunchedAtLogin, ByAnOpenApplicationEventThatSaysSo)
-{
-    EXPECT_TRUE(with(LaunchEvent{.eventId = 0x6F617070, .propertyData = 0x6C676974}));
-}
-
-TEST_F(LaunchedAtLogin, NotWithoutAnEvent)
-{
-    EXPECT_FALSE(with(std::nullopt));
-}
-
-TEST_F(LaunchedAtLogin, NotByAnotherEvent)
-{
-    for (const char* other : {"rapp", "odoc", "quit", "OAPP", "lgit"}) {
-        EXPECT_FALSE(
-            with(LaunchEvent{.eventId = fourCharacterCode(other), .propertyData = 0x6C676974}))
-            << other;
-    }
-}
-
-TEST_F(LaunchedAtLogin, NotWithoutPropertyData)
-{
-    EXPECT_FALSE(with(LaunchEvent{.eventId = 0x6F617070, .propertyData = std::nullopt}));
-}
-
-TEST_F(LaunchedAtLogin, NotWithOtherPropertyData)
-{
-    for (const FourCharacterCode other : {0x6C676975U, 0U, 0x6F617070U, 0x7469676CU}) {
-        EXPECT_FALSE(with(LaunchEvent{.eventId = 0x6F617070, .propertyData = other})) << other;
-    }
-}
-
-TEST_F(LaunchedAtLogin, NothingIsWrittenAndTheServiceIsNotAsked)
-{
-    (void)with(std::nullopt);
     EXPECT_THAT(calls, IsEmpty());
 }
 
-TEST(LaunchAtLoginNatively, IsANamespaceWithoutInstances)
+TEST(LaunchAtLoginType, HasNoInstancesAndOneObservable)
 {
     EXPECT_FALSE(std::is_default_constructible_v<LaunchAtLogin>);
     EXPECT_FALSE(std::is_default_constructible_v<LaunchAtLogin::Observable>);
-}
-
-TEST(LaunchAtLoginNatively, HasOneObservable)
-{
     EXPECT_EQ(&LaunchAtLogin::observable(), &LaunchAtLogin::observable());
 }
 

@@ -8,7 +8,7 @@
 
 namespace orlimo {
 
-/// A login item service that does what a test says and writes each call into a list.
+/// A fake login item service that writes each call into a list.
 class ScriptedLoginItemService final : public LoginItemService
 {
 public:
@@ -21,7 +21,7 @@ public:
     std::optional<ServiceError> registerError;
     std::optional<ServiceError> unregisterError;
 
-    /// Told of answers that come later; empty until somebody wants to be.
+    /// For results after the call; empty until it is set.
     ResponseHandler responseHandler;
 
     void setResponseHandler(const ResponseHandler& handler) override { responseHandler = handler; }

@@ -1,6 +1,6 @@
 #include "tests/packaging/BareSystem.h"
 
-#include "platform/loginitem/linux/DesktopEntry.h"
+#include "platform/preferences/linux/KeyFile.h"
 #include "tests/desktop/sessions/x11/XServer.h"
 #include "tests/packaging/BuiltPackage.h"
 #include "tests/program/ProgramSession.h"
@@ -85,11 +85,11 @@ protected:
     /// The program knows where it was installed.
     void expectLoginItem() const
     {
-        const std::string entry =
-            contentOf(system.home() / ".config/autostart/app.orlimo.Orlimo.desktop");
+        const auto entry = KeyFile::parse(
+            contentOf(system.home() / ".config/autostart/app.orlimo.Orlimo.desktop"));
+        ASSERT_TRUE(entry);
         EXPECT_THAT(
-            std::string(desktopEntry::lastValue(entry, "Exec").value_or("")),
-            StartsWith("\"/usr/bin/orlimo\""));
+            entry->value("Desktop Entry", "Exec").value_or(""), StartsWith("\"/usr/bin/orlimo\""));
     }
 
     /// Without a compositor there is nothing to see; what is missing then is a display and not the

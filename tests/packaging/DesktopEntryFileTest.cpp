@@ -1,5 +1,5 @@
 #include "platform/ApplicationIdentity.h"
-#include "platform/loginitem/linux/DesktopEntry.h"
+#include "platform/preferences/linux/KeyFile.h"
 #include "tests/packaging/CommandResult.h"
 #include "tests/packaging/InstalledTree.h"
 #include "tests/packaging/LocaleName.h"
@@ -11,7 +11,6 @@
 namespace orlimo {
 namespace {
 
-using desktopEntry::lastValue;
 using testing::HasSubstr;
 
 /// The file that desktops show and start the program by.
@@ -20,7 +19,8 @@ class DesktopEntryFile : public testing::Test
 protected:
     [[nodiscard]] std::string value(const std::string& key) const
     {
-        return std::string(lastValue(content, key).value_or(""));
+        const auto entry = KeyFile::parse(content);
+        return entry ? entry->value("Desktop Entry", key).value_or("") : "not parsable";
     }
 
     InstalledTree tree;

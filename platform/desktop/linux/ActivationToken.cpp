@@ -1,6 +1,6 @@
 #include "platform/desktop/linux/ActivationToken.h"
 
-#include "platform/process/linux/EnvironmentVariable.h"
+#include "platform/process/EnvironmentVariable.h"
 
 #include <QtGlobal>
 

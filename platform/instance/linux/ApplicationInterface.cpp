@@ -13,8 +13,7 @@ namespace {
 
 using Kind = ApplicationRequest::Kind;
 
-/// Desktops from before there were activation tokens give the same under the name of the start's
-/// id.
+/// Desktops older than activation tokens pass the same as a startup id.
 QByteArray tokenIn(const QVariantMap& platformData)
 {
     for (const char* name : {"activation-token", "desktop-startup-id"}) {
@@ -38,7 +37,7 @@ ApplicationInterface::ApplicationInterface()
 void ApplicationInterface::setRequestHandler(RequestHandler newHandler)
 {
     requireMainThread();
-    // What has reached the connection waits among the events and was asked before, too.
+    // Requests that have reached the connection are still among the posted events.
     QCoreApplication::sendPostedEvents(this);
     handleRequest = std::move(newHandler);
     flushPendingRequests();
@@ -70,11 +69,11 @@ void ApplicationInterface::ActivateAction(
 void ApplicationInterface::enqueue(const ApplicationRequest& request)
 {
     requireMainThread();
-    // Opening twice is opening once, and a program that is to quit opens nothing.
+    // Two requests to open are one, and a program that quits opens nothing.
     if (!pendingRequest || pendingRequest->kind != Kind::quit) {
         pendingRequest = request;
     }
-    // Not within the call: whoever asks waits for the answer, and opening takes its time.
+    // Not within the call: the caller waits for the reply, and opening is slow.
     flushTimer.start(0);
 }
 

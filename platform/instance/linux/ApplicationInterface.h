@@ -14,9 +14,8 @@
 namespace orlimo {
 
 /// The D-Bus interface by which desktops start an application and its actions, to be registered
-/// with all its slots. What is asked is answered at once and done in a later turn of the event
-/// loop, or kept until somebody serves. Main thread; may be made before the toolkit's application
-/// object.
+/// with all its slots. Replies at once and handles the request later in the event loop, or keeps it
+/// until there is a handler. Main thread; may be constructed before the application object.
 class ApplicationInterface final : public QObject, protected QDBusContext
 {
     Q_OBJECT
@@ -30,8 +29,8 @@ public:
     ApplicationInterface& operator=(const ApplicationInterface&) = delete;
     ~ApplicationInterface() override = default;
 
-    /// Has requests done by `newHandler` from now on, once what was asked more than once in the
-    /// meantime; the kept one first, within the call.
+    /// Sets the handler and passes it a pending request within the call. Requests that arrive
+    /// together are handled as one.
     void setRequestHandler(RequestHandler newHandler);
 
 public Q_SLOTS: // NOLINT(readability-redundant-access-specifiers): it makes slots
@@ -41,7 +40,7 @@ public Q_SLOTS: // NOLINT(readability-redundant-access-specifiers): it makes slo
     /// Shows the program, which opens no files.
     void Open(const QStringList& addresses, const QVariantMap& platformData);
 
-    /// Knows "open" and "quit"; anything else is answered with an error.
+    /// Supports "open" and "quit"; anything else gets an error reply.
     void ActivateAction(
         const QString& action, const QVariantList& parameters, const QVariantMap& platformData);
 

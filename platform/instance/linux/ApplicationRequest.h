@@ -4,7 +4,7 @@
 
 namespace orlimo {
 
-/// What another program asks of the running one.
+/// A request of another program to the running instance.
 struct ApplicationRequest
 {
     enum class Kind {
@@ -13,7 +13,7 @@ struct ApplicationRequest
     };
 
     Kind kind = Kind::open;
-    /// The asking program's right to hand on the focus, as its desktop gave it; empty without one.
+    /// The caller's permission to take the focus, as its desktop issued it; empty without one.
     QByteArray activationToken;
 };
 

@@ -19,15 +19,15 @@ namespace {
 
 using Claim = ApplicationInstance::Claim;
 
-/// How long the bus and the program that runs already may take together, until the claim is
-/// settled. With what a start needs besides, less than two seconds.
+/// Limit for the bus and the running instance together, until the claim is settled. With the rest
+/// of a launch, less than two seconds.
 constexpr std::chrono::milliseconds claimTimeout{1500};
 
-/// The same for a start at login, which nobody waits for, and when the bus may be as busy as never
-/// again: without the bus there may be no icon.
+/// The same for a launch at login, where nobody waits and the bus may be under its highest load:
+/// without the bus there may be no icon.
 constexpr std::chrono::seconds loginClaimTimeout{10};
 
-/// How long the bus may hold up the end of the program.
+/// How long the bus may delay the end of the program.
 constexpr std::chrono::milliseconds releaseTimeout{500};
 
 /// The name under which the program is found on the bus.
@@ -36,8 +36,8 @@ QString applicationName()
     return toQString(identity::applicationIdentifier);
 }
 
-/// A second name, taken when the program is through with starting. Until then its main thread
-/// answers nobody, which may take longer than another start waits.
+/// A second name, acquired when launching has finished. Until then the main thread does not reply,
+/// possibly for longer than another instance waits.
 QString startedName()
 {
     return applicationName() + QStringLiteral(".Started");
@@ -49,7 +49,7 @@ QString objectPath()
     return QLatin1Char('/') + applicationName().replace(QLatin1Char('.'), QLatin1Char('/'));
 }
 
-/// What the desktop gave this start to pass on to the program that shows itself.
+/// The desktop's data of this launch, for the instance that opens its window.
 QVariantMap platformData()
 {
     constexpr std::array<std::pair<const char*, const char*>, 2> sources{{
@@ -66,8 +66,8 @@ QVariantMap platformData()
     return data;
 }
 
-/// Asks the program at `other` to open its window. True when it says that it will, or while it is
-/// still starting, when the request has reached it.
+/// Requests the instance at `other` to open its window. True when it confirms, or when the request
+/// has reached an instance that is still launching.
 bool activate(const QString& other, const SessionBus& bus, Uptime deadline)
 {
     auto request = QDBusMessage::createMethodCall(
@@ -80,7 +80,7 @@ bool activate(const QString& other, const SessionBus& bus, Uptime deadline)
         return bus.call(request, deadline).type() == QDBusMessage::ReplyMessage;
     }
     bus.send(request);
-    // The connection answers this one by itself, after it has received the request.
+    // The connection itself replies to this one, after it has received the request.
     const auto ping = QDBusMessage::createMethodCall(
         other, objectPath(), QStringLiteral("org.freedesktop.DBus.Peer"), QStringLiteral("Ping"));
     // One that is ending, and not starting, has given up the name before its connection.
@@ -111,11 +111,11 @@ Claim claimOn(const SessionBus& bus, bool launchedAtLogin, Uptime deadline)
         if (!other.isEmpty() && bus.ownerOf(applicationName(), deadline) == other) {
             return Claim::otherUnresponsive;
         }
-        // It has ended in the meantime, and this start takes its place; or there is no time left.
+        // It has ended in the meantime, and this instance replaces it; or the time is up.
     }
 }
 
-/// Does what is asked, with the right to the focus that came with it.
+/// Handles the request with the permission to take the focus that came with it.
 void handleRequest(const ApplicationRequest& request, const std::function<void()>& open)
 {
     if (request.kind == ApplicationRequest::Kind::quit) {
@@ -132,7 +132,7 @@ class DBusApplicationInstance final : public ApplicationInstance
 public:
     DBusApplicationInstance(bool launchedAtLogin, Uptime deadline)
     {
-        // Before the name is taken: whoever finds the name finds the object.
+        // Before the name is acquired: a process that finds the name must find the object.
         bus.registerObject(interface, objectPath());
         ownClaim = claimOn(bus, launchedAtLogin, deadline);
     }
@@ -143,7 +143,8 @@ public:
     ~DBusApplicationInstance() override
     {
         if (ownClaim == Claim::first) {
-            // Before the object goes, and waiting for it: whoever finds the name finds the object.
+            // Before the object is destroyed, and blocking: a process that finds the name must find
+            // it.
             const Uptime deadline = currentUptime() + releaseTimeout;
             bus.releaseName(applicationName(), deadline);
             bus.releaseName(startedName(), deadline);

@@ -22,7 +22,7 @@ public:
         unavailable, ///< the file cannot be opened, or not be locked where it lies
     };
 
-    /// `file` is made where there is none, for its user alone, and stays.
+    /// `file` is created if missing, for its user alone, and stays.
     explicit ProcessLock(const std::filesystem::path& file);
 
     /// Takes the lock unless another process holds it. Does not wait.

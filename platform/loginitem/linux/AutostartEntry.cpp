@@ -4,7 +4,7 @@
 #include "platform/files/UniqueFd.h"
 #include "platform/files/linux/UserFolders.h"
 #include "platform/loginitem/LaunchEvent.h"
-#include "platform/loginitem/linux/DesktopEntry.h"
+#include "platform/preferences/linux/KeyFile.h"
 
 #include <QFile>
 #include <QSaveFile>
@@ -24,19 +24,21 @@ namespace orlimo {
 
 namespace {
 
-/// The keys with which desktops mark an entry, and what their value is when it is switched off.
+const std::string group = "Desktop Entry";
+
+/// The keys with which desktops mark an entry, and their values when it is switched off.
 struct Switch
 {
-    std::string_view key;
-    std::string_view off;
-    std::string_view offAsNumber; ///< how old files write it
+    std::string key;
+    std::string off;
+    std::string offAsNumber; ///< the form in old files
 };
-constexpr std::array<Switch, 2> userSwitches{{
+const std::array<Switch, 2> userSwitches{{
     {.key = "Hidden", .off = "true", .offAsNumber = "1"},
     {.key = "X-GNOME-Autostart-enabled", .off = "false", .offAsNumber = "0"},
 }};
 
-/// A file's content, or the number of the system's error that stands in its way.
+/// A file's content, or errno of the call that failed.
 struct ReadResult
 {
     int error = 0;
@@ -69,7 +71,7 @@ ReadResult read(const std::filesystem::path& file)
     }
 }
 
-/// The number of the error that one gets who looks for a program there; 0 when it is there.
+/// errno of looking for a program there; 0 when it exists.
 int errorOfProgram(const std::filesystem::path& program)
 {
     struct stat found
@@ -99,44 +101,56 @@ ServiceError failure(const std::filesystem::path& path, int error)
     return failure(path, error, qt_error_string(error));
 }
 
-/// The lines in which the user has marked the entry.
-std::string userChoice(std::string_view content)
-{
-    std::string lines;
-    for (const auto& userSwitch : userSwitches) {
-        if (const auto value = desktopEntry::lastValue(content, userSwitch.key)) {
-            lines.append(userSwitch.key).append("=").append(*value).append("\n");
-        }
-    }
-    return lines;
-}
-
-bool isDisabledByUser(std::string_view content)
+bool isDisabledByUser(const KeyFile& entry)
 {
     return std::any_of(userSwitches.begin(), userSwitches.end(), [&](const auto& userSwitch) {
-        const auto value = desktopEntry::lastValue(content, userSwitch.key);
+        const auto value = entry.value(group, userSwitch.key);
         return value == userSwitch.off || value == userSwitch.offAsNumber;
     });
 }
 
-std::string entryText(const std::filesystem::path& program)
+/// One argument of a command line that stands for exactly `text`: quoted for the key Exec.
+std::string execArgument(std::string_view text)
 {
-    std::string text = "[Desktop Entry]\nType=Application\n";
-    text.append("Name=").append(identity::applicationName).append("\n");
-    text += "Comment=Puts the verification code of an incoming message on the clipboard\n";
-    text.append("Icon=").append(identity::applicationIdentifier).append("\n");
-    text.append("Exec=").append(desktopEntry::execArgument(program.native()));
-    text.append(" ").append(launchedAtLoginArgument).append("\n");
-    text.append("TryExec=").append(desktopEntry::stringValue(program.native())).append("\n");
-    text += "Terminal=false\n";
-    return text;
+    constexpr std::string_view special = R"("`$\)";
+    std::string quoted = "\"";
+    for (const char character : text) {
+        if (special.find(character) != std::string_view::npos) {
+            quoted += '\\';
+        } else if (character == '%') {
+            quoted += '%';
+        }
+        quoted += character;
+    }
+    return quoted + '"';
+}
+
+/// The entry for `program` with the marks that the user has made in `old`.
+KeyFile entryFor(const std::filesystem::path& program, const KeyFile& old)
+{
+    KeyFile entry;
+    entry.setValue(group, "Type", "Application");
+    entry.setString(group, "Name", std::string(identity::applicationName));
+    entry.setString(
+        group, "Comment", "Puts the verification code of an incoming message on the clipboard");
+    entry.setString(group, "Icon", std::string(identity::applicationIdentifier));
+    entry.setString(
+        group, "Exec", execArgument(program.native()) + " " + std::string(launchedAtLoginArgument));
+    entry.setString(group, "TryExec", program.native());
+    entry.setValue(group, "Terminal", "false");
+    for (const auto& userSwitch : userSwitches) {
+        if (const auto value = old.value(group, userSwitch.key)) {
+            entry.setValue(group, userSwitch.key, *value);
+        }
+    }
+    return entry;
 }
 
 } // namespace
 
 AutostartEntry::AutostartEntry(
     const std::filesystem::path& folder, std::filesystem::path programFile)
-    : file(folder / (std::string(identity::applicationIdentifier) + ".desktop"))
+    : file(folder / std::string(identity::applicationIdentifier).append(".desktop"))
     , program(std::move(programFile))
 {}
 
@@ -146,10 +160,11 @@ LoginItemStatus AutostartEntry::status() const
         return LoginItemStatus::notFound;
     }
     const auto [error, content] = read(file);
-    if (error != 0) {
+    const auto entry = error == 0 ? KeyFile::parse(content) : std::nullopt;
+    if (!entry) {
         return LoginItemStatus::notRegistered;
     }
-    return isDisabledByUser(content) ? LoginItemStatus::requiresApproval : LoginItemStatus::enabled;
+    return isDisabledByUser(*entry) ? LoginItemStatus::requiresApproval : LoginItemStatus::enabled;
 }
 
 std::optional<ServiceError> AutostartEntry::add() const
@@ -169,7 +184,7 @@ std::optional<ServiceError> AutostartEntry::add() const
     if (error != 0 && error != ENOENT) {
         return failure(file, error);
     }
-    const std::string text = entryText(program) + userChoice(content);
+    const std::string text = entryFor(program, KeyFile::parse(content).value_or(KeyFile())).text();
     QSaveFile saveFile(QString::fromStdString(file));
     if (saveFile.open(QIODevice::WriteOnly) &&
         saveFile.write(text.data(), static_cast<qint64>(text.size())) >= 0 && saveFile.flush() &&

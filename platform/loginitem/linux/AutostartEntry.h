@@ -20,14 +20,14 @@ public:
     /// found.
     AutostartEntry(const std::filesystem::path& folder, std::filesystem::path programFile);
 
-    /// What the desktop could not start counts as not registered: a file that it cannot read, or
-    /// something else in the file's place.
+    /// What the desktop could not start counts as not registered: a file that it cannot read or
+    /// parse, or something else under the file's name.
     [[nodiscard]] LoginItemStatus status() const;
 
-    /// Writes the file, or writes it anew, and makes the folder where there is none. A user's mark
-    /// stays. Refused where the program cannot be found, where what is there cannot be read (the
-    /// mark would be lost) or is no file, and where a path is no UTF-8, which desktop files are
-    /// written in.
+    /// Writes the file, replacing an earlier one except the user's mark, and creates a missing
+    /// folder. Refused where the program cannot be found, where the earlier file cannot be read
+    /// (the mark would be lost) or is no regular file, and where a path is not valid UTF-8, the
+    /// encoding of desktop files.
     [[nodiscard]] std::optional<ServiceError> add() const;
 
     /// Removes the file, whatever is in it; of a symbolic link the link. An error when there is

@@ -35,7 +35,7 @@ const QString& requestInterface()
     return name;
 }
 
-/// What the portal has the desktop run, inside the sandbox.
+/// The command that the desktop runs inside the sandbox.
 QStringList commandLine()
 {
     return {QStringLiteral("orlimo"), toQString(launchedAtLoginArgument)};
@@ -73,13 +73,13 @@ ServiceError failure(int error)
     return failure(error, qt_error_string(error));
 }
 
-/// How the portal says that a question has come to its end.
+/// How a request ended, as the portal reports it.
 enum ResponseCode : uint {
     done = 0,
     cancelled = 1, ///< by the user, or because the user once forbade it
 };
 
-/// The error that a response stands for where it does not bring what was asked for.
+/// The error of a response that does not grant the request.
 int errorOf(uint response)
 {
     switch (response) {
@@ -92,8 +92,9 @@ int errorOf(uint response)
     }
 }
 
-/// What has been decided. Who forbids the program to run in the background is heard also when it
-/// only asks not to be started any more, so a refusal alone does not say that the start remains.
+/// Whether autostart is enabled from now on; absent when that was not decided. A user who forbids
+/// running in the background cancels requests to disable autostart too, so a refusal alone does not
+/// mean that it stays enabled.
 std::optional<bool> decision(uint response, bool isAutostartRequested, const QVariant& autostart)
 {
     if (response == done) {
@@ -127,7 +128,7 @@ std::optional<ServiceError> AutostartPortal::requestAutostart(bool autostart, Ha
     }
     const QString token = QStringLiteral("orlimo_") + QUuid::createUuid().toString(QUuid::Id128);
     openRequest = requestPath(token);
-    // Before the question: the portal may answer faster than it accepts.
+    // Before the request: the response may precede the reply.
     if (!listen(true)) {
         return failure(ENOTCONN);
     }
@@ -153,7 +154,7 @@ void AutostartPortal::cancelRequest()
 {
     (void)listen(false);
     handler = {};
-    // What becomes of it changes nothing: the portal may have forgotten the question long ago.
+    // The result is ignored: the portal may have dropped the request long ago.
     (void)bus.send(QDBusMessage::createMethodCall(
         portalService(), openRequest, requestInterface(), QStringLiteral("Close")));
 }
@@ -177,7 +178,7 @@ bool AutostartPortal::listen(bool on)
 void AutostartPortal::callDidFinish(const QString& path, const QDBusPendingCall& call)
 {
     if (!isRequesting() || path != openRequest) {
-        return; // answered or taken back already
+        return; // finished or closed already
     }
     if (call.isError()) {
         finish({.isAutostartEnabled = {}, .error = failure(EIO, call.error().message())});
@@ -203,7 +204,7 @@ void AutostartPortal::didReceiveResponse(
 
 void AutostartPortal::portalDidDisappear()
 {
-    // A question not yet accepted is the bus's to end, or the next portal's to answer.
+    // The bus ends a call without a reply, or the next portal replies.
     if (isRequesting() && isAccepted) {
         finish({.isAutostartEnabled = {}, .error = failure(ECONNRESET)});
     }
@@ -212,7 +213,7 @@ void AutostartPortal::portalDidDisappear()
 void AutostartPortal::finish(const Result& result)
 {
     (void)listen(false);
-    // Taken out first, for it may ask the next question.
+    // Reset first, because it may send the next request.
     std::exchange(handler, {})(result);
 }
 

@@ -17,9 +17,9 @@ class QDBusPendingCall;
 
 namespace orlimo {
 
-/// The desktop's Background portal, through which a program in a sandbox asks to be started at
-/// login. The portal may have to ask the user, so its answer can take any time or never come; no
-/// call waits for it. Main thread.
+/// The desktop's Background portal, through which a program in a sandbox requests to be started at
+/// login. The portal may have to ask the user, so its response can take any time or never arrive;
+/// no call waits for it. Main thread.
 class AutostartPortal : public QObject
 {
     Q_OBJECT
@@ -30,35 +30,33 @@ public:
     {
         /// Whether the desktop starts the program from now on; absent when that was not decided.
         std::optional<bool> isAutostartEnabled;
-        /// Why it is not as it was asked for.
+        /// Why the request was not granted.
         std::optional<ServiceError> error;
     };
     using Handler = std::function<void(const Result&)>;
 
-    /// `timeout` is how long the portal may take to accept a question, which it does before it
-    /// asks the user.
+    /// `timeout` is how long the portal may take to accept a request, before it asks the user.
     AutostartPortal(QDBusConnection sessionBus, std::chrono::milliseconds timeout);
     ~AutostartPortal() override = default;
 
-    /// Asks for the program to be started at login, or no longer to be. `completion` is called
-    /// once, later, unless the answer never comes, the question is taken back or the object goes
-    /// first. The error, when there is no bus to ask on; then nothing is called. One question at a
+    /// Requests that the program is started at login, or no longer. `completion` is called once,
+    /// later, unless no response arrives, the request is cancelled or the object is destroyed
+    /// first. Returns the error without a bus; `completion` is not called then. One request at a
     /// time.
     [[nodiscard]] std::optional<ServiceError> requestAutostart(bool autostart, Handler completion);
 
-    /// Whether the answer to a question is still to come.
+    /// Whether a response is outstanding.
     [[nodiscard]] bool isRequesting() const { return static_cast<bool>(handler); }
 
-    /// Whether the portal has accepted the question, so that only the answer is missing. Nothing
-    /// but the portal going away puts a limit to that.
+    /// Whether the portal has accepted the request and only the response is missing, for which
+    /// there is no time limit.
     [[nodiscard]] bool isOpen() const { return isRequesting() && isAccepted; }
 
-    /// Takes the open question back: the portal is told to close it, and its answer is not heard
-    /// any more. Does not wait for the portal.
+    /// Closes the open request; its response is ignored. Does not wait for the portal.
     void cancelRequest();
 
 private:
-    /// The portal's signal. The message tells which question it answers.
+    /// The portal's signal. The path of the message identifies the request.
     Q_SLOT void
     didReceiveResponse(uint response, const QVariantMap& results, const QDBusMessage& message);
     [[nodiscard]] QString requestPath(const QString& token) const;
@@ -71,7 +69,7 @@ private:
     const std::chrono::milliseconds callTimeout;
     QDBusServiceWatcher portalWatcher;
 
-    /// The question that is being asked.
+    /// Of the current request.
     Handler handler;
     QString openRequest;
     bool isAutostartRequested = false;

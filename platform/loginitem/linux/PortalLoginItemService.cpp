@@ -63,7 +63,7 @@ void PortalLoginItemService::didReceiveResult(
         responseHandler(registering, result.error);
         return;
     }
-    // How the wish before it fared does not matter any more.
+    // The result of the superseded request no longer matters.
     if (const auto error = request(*next)) {
         responseHandler(*next, error);
     }

@@ -13,22 +13,21 @@ namespace orlimo {
 /// The login item of a program in a sandbox, which only the desktop's portal can register. Main
 /// thread.
 ///
-/// The portal answers later and cannot be asked how things stand, so the status is what its last
-/// answer said and `notRegistered` before the first one. A user who refuses leaves
-/// `requiresApproval`; that, like everything else that keeps a wish from coming true, is an error
-/// for the answer handler. Whether the program was registered is unknown, so that ending the
-/// registration of a program without one is no error here.
+/// The portal responds later and has no call for the current state, so the status is that of its
+/// last response, and `notRegistered` before the first one. A user who refuses leaves
+/// `requiresApproval`; a refusal, like every other failure, is an error for the response handler.
+/// Whether the program was registered is unknown, so unregistering a program that is not registered
+/// is no error here.
 ///
-/// The portal works on several questions at once and in no order. So there is one at a time: what
-/// is asked for until the portal has accepted it waits, and only the last of it is asked. A
-/// question that it has accepted may stay without an answer for ever, be it that the user does not
-/// give one or that there is nothing left to give it to: a later wish takes it back and is asked in
-/// its place.
+/// The portal handles several requests at once and in no order, so there is one at a time. Until
+/// the portal has accepted it, further requests wait, and only the last of them is sent. A request
+/// that it has accepted may never get a response, because the user gives none or the dialog is
+/// gone: a later request closes it and is sent in its place.
 class PortalLoginItemService final : public LoginItemService
 {
 public:
-    /// How long the portal may take to accept a question before that counts as an error. It may
-    /// have to be started first.
+    /// How long the portal may take to accept a request before that is an error. It may have to be
+    /// started first.
     static constexpr std::chrono::seconds defaultCallTimeout{25};
 
     explicit PortalLoginItemService(

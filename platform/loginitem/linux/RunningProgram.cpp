@@ -11,8 +11,8 @@ std::filesystem::path runningProgram(const std::filesystem::path& link)
     std::error_code unknown;
     auto target = std::filesystem::read_symlink(link, unknown);
     const std::string_view name = target.native();
-    // The link leads to the program even where its text does not, so a file that really has such
-    // a name is told from a deleted one.
+    // The link leads to the program even where its text does not, which distinguishes a file that
+    // really has such a name from a deleted one.
     if (!name.ends_with(deletedSuffix) || std::filesystem::equivalent(link, target, unknown)) {
         return target;
     }

@@ -4,9 +4,9 @@
 
 namespace orlimo {
 
-/// The file of the program that a link like /proc/self/exe stands for. A program that was deleted
-/// while it runs has its former file, which need not exist, or is another by now: that of an
-/// update. Empty where the system does not tell.
+/// The program file to which a link like /proc/self/exe leads. For a program that was deleted while
+/// it runs, its former path, where there may be no file or that of an update. Empty where the link
+/// cannot be read.
 [[nodiscard]] std::filesystem::path
 runningProgram(const std::filesystem::path& link = "/proc/self/exe");
 

@@ -14,8 +14,7 @@ namespace orlimo {
 
 namespace {
 
-/// Where the desktop looks for the user's own entries. Absent when the host knows no home for the
-/// user.
+/// Where the desktop looks for the user's own entries. Absent for a user without a home.
 std::optional<std::filesystem::path> autostartFolder()
 {
     const std::filesystem::path configuration = environmentVariable("XDG_CONFIG_HOME");
@@ -26,7 +25,7 @@ std::optional<std::filesystem::path> autostartFolder()
     return home ? std::optional(*home / ".config" / "autostart") : std::nullopt;
 }
 
-/// The entry of the program as it stands at this moment.
+/// The entry for the current path of the program.
 std::optional<AutostartEntry> autostartEntry()
 {
     const auto folder = autostartFolder();

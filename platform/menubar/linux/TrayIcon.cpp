@@ -4,7 +4,7 @@
 #include "platform/menubar/linux/PanelIcon.h"
 #include "platform/menubar/linux/TrayBackground.h"
 #include "platform/process/ToQString.h"
-#include "platform/process/linux/EnvironmentVariable.h"
+#include "platform/process/EnvironmentVariable.h"
 
 #include <QApplication>
 #include <QEvent>

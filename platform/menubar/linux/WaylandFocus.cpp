@@ -1,7 +1,7 @@
 #include "platform/menubar/linux/WaylandFocus.h"
 
 #include "platform/process/ToQString.h"
-#include "platform/process/linux/EnvironmentVariable.h"
+#include "platform/process/EnvironmentVariable.h"
 
 #include <QSettings>
 #include <QStandardPaths>

@@ -2,7 +2,7 @@
 
 #include "platform/display/linux/X11Connection.h"
 #include "platform/display/linux/XcbReply.h"
-#include "platform/process/linux/EnvironmentVariable.h"
+#include "platform/process/EnvironmentVariable.h"
 
 #include <QByteArray>
 #include <QCursor>

@@ -1,38 +1,17 @@
 #include "platform/preferences/UserDefaults.h"
-#include "platform/preferences/linux/BooleanValue.h"
 #include "platform/preferences/linux/SettingsFile.h"
+#include "platform/preferences/linux/SettingsValue.h"
 #include "platform/preferences/linux/UnstoredPreferences.h"
-#include "platform/process/ToQString.h"
 
 #include <QDir>
-#include <QMetaType>
 #include <QStandardPaths>
 #include <QString>
-#include <QVariant>
 
 #include <cstdio>
 
 namespace orlimo {
 
 namespace {
-
-bool asBool(const QVariant& value)
-{
-    switch (value.typeId()) {
-    case QMetaType::QString:
-        return booleanValue(value.toString().toStdString());
-    case QMetaType::Bool:
-    case QMetaType::Int:
-    case QMetaType::UInt:
-    case QMetaType::LongLong:
-    case QMetaType::ULongLong:
-    case QMetaType::Float:
-    case QMetaType::Double:
-        return value.toDouble() != 0;
-    default:
-        return false;
-    }
-}
 
 /// The settings file of the application "Orlimo" of the organisation "Orlimo", in the folder where
 /// the desktop's own rules put it. QSettings would say the same, but reads the file for that.
@@ -50,11 +29,13 @@ class SettingsUserDefaults final : public UserDefaults
 public:
     [[nodiscard]] bool boolForKey(std::string_view key) const override
     {
-        const QVariantMap* stored = contents();
+        const auto stored = contents();
         if (const auto value = unstored.value(key)) {
             return *value;
         }
-        return stored != nullptr && asBool(stored->value(toQString(key)));
+        const auto found = stored.find(std::string(key));
+        return found != stored.end() &&
+               booleanValue(storedString(found->second).value_or(std::string()));
     }
 
     void setBool(bool value, std::string_view key) override
@@ -71,12 +52,9 @@ public:
 
     [[nodiscard]] std::map<std::string, std::string> dictionaryRepresentation() const override
     {
-        std::map<std::string, std::string> dictionary;
-        if (const QVariantMap* stored = contents()) {
-            for (auto entry = stored->begin(); entry != stored->end(); ++entry) {
-                dictionary.emplace(
-                    entry.key().toStdString(), entry.value().toString().toStdString());
-            }
+        auto dictionary = contents();
+        for (auto& [key, value] : dictionary) {
+            value = storedString(value).value_or(value);
         }
         for (const auto& [key, value] : unstored.values()) {
             dictionary.insert_or_assign(key, value ? "true" : "false");
@@ -87,7 +65,7 @@ public:
 private:
     void store()
     {
-        const bool isStored = file.change([this](const QVariantMap& stored) {
+        const bool isStored = file.change([this](const SettingsFile::Contents& stored) {
             dropDefaultsIn(stored);
             return unstored.values();
         });
@@ -99,20 +77,19 @@ private:
         }
     }
 
-    /// What is stored now, good until the next call. Null where it cannot be read.
-    [[nodiscard]] const QVariantMap* contents() const
+    /// What is stored now. Empty where it cannot be read.
+    [[nodiscard]] SettingsFile::Contents contents() const
     {
-        const QVariantMap* stored = file.contents();
-        if (stored != nullptr) {
+        const auto stored = file.contents();
+        if (stored) {
             dropDefaultsIn(*stored);
         }
-        return stored;
+        return stored.value_or(SettingsFile::Contents());
     }
 
-    void dropDefaultsIn(const QVariantMap& stored) const
+    void dropDefaultsIn(const SettingsFile::Contents& stored) const
     {
-        unstored.dropDefaults(
-            [&stored](const std::string& key) { return stored.contains(toQString(key)); });
+        unstored.dropDefaults([&stored](const std::string& key) { return stored.contains(key); });
     }
 
     /// Reading the file finds out which defaults it makes superfluous.

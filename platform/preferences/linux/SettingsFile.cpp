@@ -2,19 +2,19 @@
 
 #include "platform/files/UniqueFd.h"
 #include "platform/files/linux/UserFolders.h"
+#include "platform/preferences/linux/KeyFile.h"
 #include "platform/process/ToQString.h"
 
+#include <QByteArrayList>
 #include <QFile>
 #include <QFileInfo>
 #include <QLockFile>
-#include <QSettings>
 #include <QTemporaryFile>
 
 #include <array>
 #include <cerrno>
 #include <chrono>
 #include <cstdio>
-#include <memory>
 #include <thread>
 #include <utility>
 
@@ -68,9 +68,41 @@ std::optional<QByteArray> contentOf(const QString& name)
     return length == 0 ? std::optional(std::move(text)) : std::nullopt;
 }
 
-bool isDamaged(const QByteArray& text)
+const std::string group = "General";
+
+/// `text` with `after` in place of `before` at the beginning of each line, as comments begin with a
+/// semicolon for QSettings and with a number sign for GLib; and with the name of the group as it is
+/// written, for its case does not count.
+QByteArray converted(const QByteArray& text, const QByteArray& before, const QByteArray& after)
 {
-    return SettingsText(text).isDamaged();
+    QByteArrayList lines = text.split('\n');
+    for (QByteArray& line : lines) {
+        const QByteArray content = line.trimmed();
+        if (content.startsWith(before)) {
+            line.replace(line.indexOf(before), before.size(), after);
+        } else if (content.compare("[general]", Qt::CaseInsensitive) == 0) {
+            line = "[General]";
+        }
+    }
+    return lines.join('\n');
+}
+
+/// The settings in `text`. Absent where there is something in it that is no setting.
+std::optional<KeyFile> parsed(const QByteArray& text)
+{
+    const auto readable = converted(text, ";", "#;").toStdString();
+    auto settings = KeyFile::parse(readable);
+    // To QSettings, what is before the first group belongs to this one.
+    return settings ? std::move(settings) : KeyFile::parse("[" + group + "]\n" + readable);
+}
+
+SettingsFile::Contents contentsOf(const KeyFile& settings)
+{
+    SettingsFile::Contents contents;
+    for (const std::string& key : settings.keys(group)) {
+        contents.emplace(key, settings.value(group, key).value_or(std::string()));
+    }
+    return contents;
 }
 
 /// Whether a lock file is under this name, or none. QLockFile reads what is there to learn who
@@ -82,25 +114,30 @@ bool isUsableAsLock(const QString& name)
     return ::lstat(QFile::encodeName(name).constData(), &status) != 0 || S_ISREG(status.st_mode);
 }
 
-/// A new file beside `target`, with its permissions: the settings `text`, changed by `values`. Null
-/// when it cannot be written.
-std::unique_ptr<QTemporaryFile>
-changedFile(const QString& target, const QByteArray& text, const SettingsFile::Values& values)
+/// Puts `text` in the place of `target` as a whole, with the permissions that it has; a new file is
+/// the user's alone. False where that cannot be done: `target` is as it was.
+bool replace(const QString& target, const QByteArray& text)
 {
-    auto changed = std::make_unique<QTemporaryFile>(target + QStringLiteral(".XXXXXX"));
-    if (!changed->open() || changed->write(text) < 0 || !changed->flush()) {
-        return nullptr;
+    QTemporaryFile successor(target + QStringLiteral(".XXXXXX"));
+    if (!successor.open() || successor.fileName().isEmpty() ||
+        successor.write(text) != text.size() || !successor.flush())
+    {
+        return false;
     }
     const QFileInfo current(target);
     if (current.exists()) {
-        changed->setPermissions(current.permissions());
+        successor.setPermissions(current.permissions());
     }
-    QSettings settings(changed->fileName(), QSettings::NativeFormat);
-    for (const auto& [key, value] : values) {
-        settings.setValue(toQString(key), value);
+    // A file system that cannot do this is no reason to do without the settings.
+    (void)::fsync(successor.handle());
+    if (std::rename(
+            QFile::encodeName(successor.fileName()).constData(),
+            QFile::encodeName(target).constData()) != 0)
+    {
+        return false;
     }
-    settings.sync();
-    return settings.status() == QSettings::NoError ? std::move(changed) : nullptr;
+    successor.setAutoRemove(false);
+    return true;
 }
 
 } // namespace
@@ -109,15 +146,19 @@ SettingsFile::SettingsFile(QString filePath)
     : file(std::move(filePath))
 {}
 
-const QVariantMap* SettingsFile::contents()
+std::optional<SettingsFile::Contents> SettingsFile::contents()
 {
-    const SettingsText* current = read();
-    return current == nullptr ? nullptr : &current->contents();
+    const auto text = read();
+    if (!text) {
+        return std::nullopt;
+    }
+    const auto settings = parsed(*text);
+    return settings ? contentsOf(*settings) : Contents();
 }
 
-bool SettingsFile::change(const std::function<Values(const QVariantMap& stored)>& valuesFor)
+bool SettingsFile::change(const std::function<Values(const Contents& stored)>& valuesFor)
 {
-    if (read() == nullptr) {
+    if (!read()) {
         return false; // nor is a lock left beside a device or the like
     }
     const QFileInfo current(file);
@@ -129,54 +170,36 @@ bool SettingsFile::change(const std::function<Values(const QVariantMap& stored)>
     if (!acquire(lock, lockPath)) {
         return false;
     }
-    const SettingsText* old = read();
-    if (old == nullptr) {
-        return false; // what is in it would be lost
+    const auto text = read();
+    if (!text) {
+        return false; // its settings would be lost
     }
-    const Values values = valuesFor(old->contents());
+    auto settings = parsed(*text);
+    const Values values = valuesFor(settings ? contentsOf(*settings) : Contents());
     if (values.empty()) {
         return true;
     }
-    if (old->isDamaged() && !backUpDamagedFile()) {
-        return false;
+    if (!settings) {
+        if (!backUpDamagedFile()) {
+            return false;
+        }
+        settings.emplace();
     }
-    auto changed = changedFile(target, old->isDamaged() ? QByteArray() : old->text(), values);
-    if (changed && isDamaged(contentOf(changed->fileName()).value_or(QByteArray()))) {
-        // Odd files are understood at first, and no longer once QSettings has written them.
-        changed = backUpDamagedFile() ? changedFile(target, {}, values) : nullptr;
+    for (const auto& [key, value] : values) {
+        settings->setSortedValue(group, key, value ? "true" : "false");
     }
-    if (!changed || std::rename(
-                        QFile::encodeName(changed->fileName()).constData(),
-                        QFile::encodeName(target).constData()) != 0)
-    {
-        return false;
-    }
-    changed->setAutoRemove(false);
-    return true;
+    const auto changed = QByteArray::fromStdString(settings->text());
+    return replace(target, converted(changed, "#;", ";"));
 }
 
-const SettingsText* SettingsFile::read()
+std::optional<QByteArray> SettingsFile::read()
 {
-    const auto text = contentOf(file);
-    const SettingsText* current = text ? parse(*text) : nullptr;
-    if (std::exchange(isReadable, current != nullptr) && !isReadable) {
+    auto text = contentOf(file);
+    if (std::exchange(isReadable, text.has_value()) && !isReadable) {
         (void)std::fprintf(
             stderr, "Orlimo cannot read its preferences in %s\n", qUtf8Printable(file));
     }
-    return current;
-}
-
-/// What `text` stands for, good until the next call. The file is read at each use; what the same
-/// text means is worked out once. Null where there is no memory for that.
-const SettingsText* SettingsFile::parse(const QByteArray& text)
-{
-    if (!latest || latest->text() != text) {
-        latest.emplace(text);
-    }
-    if (!latest->isAvailable()) {
-        latest.reset();
-    }
-    return latest ? &*latest : nullptr;
+    return text;
 }
 
 /// Waits only where the lock was available last time, so that a holder who does not let go delays

@@ -5,38 +5,22 @@
 namespace orlimo {
 namespace {
 
-TEST(LaunchEvent, IsCurrentOnlyWhileItIsHandled)
+TEST(LaunchEvent, IsCurrentOnlyDuringHandling)
 {
     EXPECT_FALSE(currentLaunchEvent().has_value());
-    {
-        const LaunchEventHandling handling(false);
-        EXPECT_TRUE(currentLaunchEvent().has_value());
-        EXPECT_TRUE(currentLaunchEvent().has_value()) << "asking does not end it";
+    for (const bool atLogin : {false, true}) {
+        {
+            const LaunchEventHandling handling(atLogin);
+            const auto event = currentLaunchEvent();
+            ASSERT_TRUE(event.has_value());
+            EXPECT_EQ(event->eventId, fourCharacterCode("oapp"));
+            EXPECT_EQ(
+                event->propertyData,
+                atLogin ? std::optional(fourCharacterCode("lgit")) : std::nullopt);
+            EXPECT_TRUE(currentLaunchEvent().has_value()) << "reading does not end it";
+        }
+        EXPECT_FALSE(currentLaunchEvent().has_value());
     }
-    EXPECT_FALSE(currentLaunchEvent().has_value());
-    {
-        const LaunchEventHandling handling(true);
-        EXPECT_TRUE(currentLaunchEvent().has_value());
-    }
-    EXPECT_FALSE(currentLaunchEvent().has_value());
-}
-
-TEST(LaunchEvent, AtLoginSaysSoInItsPropertyData)
-{
-    const LaunchEventHandling handling(true);
-    const auto event = currentLaunchEvent();
-    ASSERT_TRUE(event.has_value());
-    EXPECT_EQ(event->eventId, fourCharacterCode("oapp"));
-    EXPECT_EQ(event->propertyData, fourCharacterCode("lgit"));
-}
-
-TEST(LaunchEvent, ByTheUserHasNoPropertyData)
-{
-    const LaunchEventHandling handling(false);
-    const auto event = currentLaunchEvent();
-    ASSERT_TRUE(event.has_value());
-    EXPECT_EQ(event->eventId, fourCharacterCode("oapp"));
-    EXPECT_FALSE(event->propertyData.has_value());
 }
 
 } // namespace

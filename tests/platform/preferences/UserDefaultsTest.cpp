@@ -51,88 +51,46 @@ protected:
     void TearDown() override { clearUserDefaults(); }
 };
 
-TEST_F(UserDefaultsTest, IsOne)
-{
-    EXPECT_EQ(&standardUserDefaults(), &standardUserDefaults());
-}
-
-TEST_F(UserDefaultsTest, AnAbsentKeyIsFalse)
+TEST_F(UserDefaultsTest, AbsentKeyIsFalse)
 {
     EXPECT_FALSE(read());
     EXPECT_FALSE(holds("capturingEnabled")) << "reading stores nothing";
-    write(true, "fourDigitInclude");
-    EXPECT_FALSE(read());
 }
 
-TEST_F(UserDefaultsTest, ReadsBackWhatWasSet)
-{
-    write(true);
-    EXPECT_TRUE(read());
-    write(false);
-    EXPECT_FALSE(read());
-    write(true);
-    EXPECT_TRUE(read());
-}
-
-TEST_F(UserDefaultsTest, KeepsEachKeyByItself)
+TEST_F(UserDefaultsTest, KeysAreStoredSeparatelyAndExactly)
 {
     write(true, "capturingEnabled");
     write(false, "fourDigitInclude");
-    write(true, "loginItemEnabled");
+    write(true, "LoginItemEnabled");
     EXPECT_TRUE(read("capturingEnabled"));
     EXPECT_FALSE(read("fourDigitInclude"));
-    EXPECT_TRUE(read("loginItemEnabled"));
-}
-
-TEST_F(UserDefaultsTest, TellsKeysApartByCase)
-{
-    write(true, "CapturingEnabled");
-    EXPECT_FALSE(read("capturingEnabled"));
-    EXPECT_FALSE(read("capturing"));
-    EXPECT_TRUE(read("CapturingEnabled"));
-}
-
-TEST_F(UserDefaultsTest, ListsWhatWasSetAndNothingThatWasNot)
-{
-    EXPECT_FALSE(holds("capturingEnabled"));
-    write(true, "capturingEnabled");
-    write(false, "fourDigitInclude");
-    EXPECT_TRUE(holds("capturingEnabled"));
     EXPECT_TRUE(holds("fourDigitInclude")) << "false is a value too";
+    EXPECT_TRUE(read("LoginItemEnabled"));
+    EXPECT_FALSE(read("loginItemEnabled"));
     EXPECT_FALSE(holds("loginItemEnabled"));
+    EXPECT_FALSE(read("capturing"));
 }
 
-TEST_F(UserDefaultsTest, SeesWhatAnotherProcessStored)
-{
-    for (const bool value : {true, false, true}) {
-        writeInAnotherProcess(value);
-        EXPECT_EQ(read(), value);
-    }
-}
-
-TEST_F(UserDefaultsTest, ListsWhatAnotherProcessStored)
-{
-    EXPECT_FALSE(holds("loginItemEnabled"));
-    writeInAnotherProcess(false, "loginItemEnabled");
-    EXPECT_TRUE(holds("loginItemEnabled"));
-}
-
-TEST_F(UserDefaultsTest, IsStoredForOtherProcessesAtOnce)
+TEST_F(UserDefaultsTest, ValueIsStoredForOtherProcessesAtOnce)
 {
     for (const bool value : {true, false, true}) {
         write(value);
+        EXPECT_EQ(read(), value);
         EXPECT_EQ(readInAnotherProcess(), value);
     }
 }
 
-TEST_F(UserDefaultsTest, WritesOverWhatAnotherProcessStoredAndKeepsTheRest)
+TEST_F(UserDefaultsTest, ReadSeesValueOfAnotherProcessAndWriteKeepsItsOthers)
 {
-    write(true);
-    writeInAnotherProcess(false);
+    EXPECT_FALSE(holds("capturingEnabled"));
+    for (const bool value : {true, false, true}) {
+        writeInAnotherProcess(value);
+        EXPECT_EQ(read(), value);
+        EXPECT_TRUE(holds("capturingEnabled"));
+    }
     writeInAnotherProcess(true, "fourDigitInclude");
-    write(true);
-    EXPECT_TRUE(read());
-    EXPECT_TRUE(readInAnotherProcess());
+    write(false);
+    EXPECT_FALSE(readInAnotherProcess());
     EXPECT_TRUE(readInAnotherProcess("fourDigitInclude"));
 }
 

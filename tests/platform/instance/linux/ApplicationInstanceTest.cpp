@@ -61,7 +61,7 @@ protected:
         return ApplicationInstance::create(false);
     }
 
-    /// Has `instance` note each opening with the token that the toolkit finds at that moment.
+    /// Records each activation of `instance` with the token that Qt finds at that moment.
     void serve(ApplicationInstance& instance)
     {
         instance.onActivation([this] {
@@ -81,7 +81,7 @@ private:
 TemporaryFolder* ApplicationInstanceTest::folder = nullptr;
 MessageBus* ApplicationInstanceTest::bus = nullptr;
 
-TEST_F(ApplicationInstanceTest, IsTheFirstUntilItIsGone)
+TEST_F(ApplicationInstanceTest, FirstInstanceHoldsClaimUntilItsEnd)
 {
     auto first = start();
     EXPECT_EQ(first->claim(), Claim::first);
@@ -93,7 +93,7 @@ TEST_F(ApplicationInstanceTest, IsTheFirstUntilItIsGone)
     EXPECT_EQ(start()->claim(), Claim::activatedOther);
 }
 
-TEST_F(ApplicationInstanceTest, DoesOnceWhatWasAskedBeforeItHasStarted)
+TEST_F(ApplicationInstanceTest, RequestsBeforeLaunchAreServedOnce)
 {
     const auto first = start();
     EXPECT_EQ(start()->claim(), Claim::activatedOther);
@@ -106,33 +106,17 @@ TEST_F(ApplicationInstanceTest, DoesOnceWhatWasAskedBeforeItHasStarted)
     EXPECT_THAT(openings, ElementsAre("none"));
 }
 
-TEST_F(ApplicationInstanceTest, DoesWhatWasAskedBeforeTheEventLoopRan)
+TEST_F(ApplicationInstanceTest, LaunchAtLoginRequestsNothing)
 {
-    const auto first = start();
-    EXPECT_EQ(start()->claim(), Claim::activatedOther);
-    serve(*first);
-    EXPECT_THAT(openings, ElementsAre("none"));
-    runEventLoop(std::chrono::milliseconds(100));
-    EXPECT_THAT(openings, ElementsAre("none"));
-}
-
-TEST_F(ApplicationInstanceTest, AsksNothingAtLogin)
-{
-    const auto first = start();
+    const auto first = ApplicationInstance::create(true);
+    EXPECT_EQ(first->claim(), Claim::first);
     serve(*first);
     EXPECT_EQ(ApplicationInstance::create(true)->claim(), Claim::activatedOther);
     runEventLoop(std::chrono::milliseconds(100));
     EXPECT_THAT(openings, IsEmpty());
 }
 
-TEST_F(ApplicationInstanceTest, IsFirstAtLoginToo)
-{
-    const auto first = ApplicationInstance::create(true);
-    EXPECT_EQ(first->claim(), Claim::first);
-    EXPECT_EQ(start()->claim(), Claim::activatedOther);
-}
-
-TEST_F(ApplicationInstanceTest, ThatHasStartedAndHandlesNothingDoesNotAnswer)
+TEST_F(ApplicationInstanceTest, BlockedInstanceIsUnresponsive)
 {
     const auto first = start();
     serve(*first);
@@ -144,22 +128,7 @@ TEST_F(ApplicationInstanceTest, ThatHasStartedAndHandlesNothingDoesNotAnswer)
     EXPECT_TRUE(await([this] { return openings.size() == 1; }));
 }
 
-TEST_F(ApplicationInstanceTest, AnswersBeforeItOpens)
-{
-    const auto first = start();
-    const ApplicationCaller caller(bus->address());
-    std::optional<QDBusPendingCall> answer;
-    bool wasAnswered = false;
-    first->onActivation([&] {
-        answer->waitForFinished();
-        wasAnswered = answer->reply().type() == QDBusMessage::ReplyMessage;
-    });
-    answer = caller.call("Activate", {QVariantMap()});
-    EXPECT_TRUE(await([&answer] { return answer->isFinished(); }));
-    EXPECT_TRUE(await([&wasAnswered] { return wasAnswered; }));
-}
-
-TEST_F(ApplicationInstanceTest, OpensAgainWhenItIsAskedAgain)
+TEST_F(ApplicationInstanceTest, EachRequestOpensAgain)
 {
     const auto first = start();
     serve(*first);
@@ -170,7 +139,7 @@ TEST_F(ApplicationInstanceTest, OpensAgainWhenItIsAskedAgain)
     }
 }
 
-TEST_F(ApplicationInstanceTest, GivesItsNamesUpBeforeItLeavesTheBus)
+TEST_F(ApplicationInstanceTest, NamesAreReleasedInOrder)
 {
     auto first = start();
     serve(*first);
@@ -187,11 +156,11 @@ TEST_F(ApplicationInstanceTest, GivesItsNamesUpBeforeItLeavesTheBus)
         });
     first.reset();
     EXPECT_TRUE(await([&releases] { return releases.size() == 2; }));
-    // A bus that ends a connection takes its names away the other way round.
+    // A bus that ends a connection releases its names in the opposite order.
     EXPECT_EQ(releases, watcher.watchedServices());
 }
 
-TEST_F(ApplicationInstanceTest, EndsThoughItsBusStandsStill)
+TEST_F(ApplicationInstanceTest, FrozenBusDoesNotDelayEnd)
 {
     auto first = start();
     bus->freeze();
@@ -202,7 +171,7 @@ TEST_F(ApplicationInstanceTest, EndsThoughItsBusStandsStill)
     EXPECT_EQ(start()->claim(), Claim::first);
 }
 
-TEST_F(ApplicationInstanceTest, TakesABusThatStandsStillForNone)
+TEST_F(ApplicationInstanceTest, FrozenBusRefusesName)
 {
     const SessionBus own;
     const QString name = QStringLiteral("app.orlimo.Test");
@@ -216,32 +185,23 @@ TEST_F(ApplicationInstanceTest, TakesABusThatStandsStillForNone)
     bus->thaw();
 }
 
-TEST_F(ApplicationInstanceTest, HandsTheRightToTheFocusToTheToolkit)
+TEST_F(ApplicationInstanceTest, ActivationTokenOrElseStartupIdIsPassedOn)
 {
-    const auto first = start();
-    qputenv("XDG_ACTIVATION_TOKEN", "token");
     qputenv("DESKTOP_STARTUP_ID", "id");
-    EXPECT_EQ(start()->claim(), Claim::activatedOther);
-    qunsetenv("XDG_ACTIVATION_TOKEN");
-    qunsetenv("DESKTOP_STARTUP_ID");
-    runEventLoop(std::chrono::milliseconds(100));
-    serve(*first);
-    EXPECT_THAT(openings, ElementsAre("token"));
-    EXPECT_FALSE(qEnvironmentVariableIsSet("XDG_ACTIVATION_TOKEN"));
+    for (const char* token : {"id", "token"}) {
+        const auto first = start();
+        EXPECT_EQ(start()->claim(), Claim::activatedOther);
+        qunsetenv("XDG_ACTIVATION_TOKEN");
+        runEventLoop(std::chrono::milliseconds(100));
+        openings.clear();
+        serve(*first);
+        EXPECT_THAT(openings, ElementsAre(token));
+        EXPECT_FALSE(qEnvironmentVariableIsSet("XDG_ACTIVATION_TOKEN"));
+        qputenv("XDG_ACTIVATION_TOKEN", "token");
+    }
 }
 
-TEST_F(ApplicationInstanceTest, TakesTheStartsIdForTheRightToTheFocusWhereThereIsNoOther)
-{
-    const auto first = start();
-    qputenv("DESKTOP_STARTUP_ID", "id");
-    EXPECT_EQ(start()->claim(), Claim::activatedOther);
-    runEventLoop(std::chrono::milliseconds(100));
-    serve(*first);
-    EXPECT_THAT(openings, ElementsAre("id"));
-}
-
-/// Some other program in the name and the place of the first one, which does something else when
-/// it is called.
+/// Another program under the names of the first one, which handles calls differently.
 class Impostor final : public QDBusVirtualObject
 {
 public:
@@ -291,16 +251,14 @@ private:
     QThread thread;
 };
 
-TEST_F(ApplicationInstanceTest, IsTheFirstWhenTheOtherLeavesInsteadOfAnswering)
+TEST_F(ApplicationInstanceTest, RefusedRequestIsUnresponsiveAndLeavingOwnerIsReplaced)
 {
+    {
+        const Impostor impostor(Impostor::Behavior::refuse);
+        EXPECT_EQ(start()->claim(), Claim::otherUnresponsive);
+    }
     const Impostor impostor(Impostor::Behavior::leave);
     EXPECT_EQ(start()->claim(), Claim::first);
-}
-
-TEST_F(ApplicationInstanceTest, TakesARefusalForNoAnswer)
-{
-    const Impostor impostor(Impostor::Behavior::refuse);
-    EXPECT_EQ(start()->claim(), Claim::otherUnresponsive);
 }
 
 class IdleDelegate final : public ApplicationDelegate
@@ -311,14 +269,14 @@ public:
     void applicationWillBecomeActive() override {}
 };
 
-TEST_F(ApplicationInstanceTest, AskedToQuitWhileItStartsQuitsAndOpensNothing)
+TEST_F(ApplicationInstanceTest, QuitRequestDuringLaunchQuitsAndOpensNothing)
 {
     const auto first = start();
     const ApplicationCaller caller(bus->address());
-    const auto answer = caller.call(
+    const auto reply = caller.call(
         "ActivateAction", {QStringLiteral("quit"), QVariant(QVariantList()), QVariantMap()});
-    EXPECT_TRUE(await([&answer] { return answer.isFinished(); }));
-    EXPECT_FALSE(answer.isError());
+    EXPECT_TRUE(await([&reply] { return reply.isFinished(); }));
+    EXPECT_FALSE(reply.isError());
     EXPECT_EQ(start()->claim(), Claim::activatedOther);
     runEventLoop(std::chrono::milliseconds(100));
     serve(*first);
@@ -327,7 +285,7 @@ TEST_F(ApplicationInstanceTest, AskedToQuitWhileItStartsQuitsAndOpensNothing)
     IdleDelegate delegate;
     QTimer limit;
     QObject::connect(&limit, &QTimer::timeout, [] {
-        ADD_FAILURE() << "the program does not quit";
+        ADD_FAILURE() << "the program has not quit";
         sharedApplication().terminate();
     });
     limit.start(defaultTimeout);

@@ -20,7 +20,7 @@ protected:
     std::filesystem::path file = folder.path() / "lock";
 };
 
-TEST_F(ProcessLockOfAFile, IsHeldAsLongAsTheObjectLives)
+TEST_F(ProcessLockOfAFile, IsHeldForLifetimeOfObject)
 {
     {
         ProcessLock lock(file);
@@ -35,7 +35,7 @@ TEST_F(ProcessLockOfAFile, IsHeldAsLongAsTheObjectLives)
     EXPECT_TRUE(std::filesystem::exists(file));
 }
 
-TEST_F(ProcessLockOfAFile, IsRefusedWhileAnotherProcessHoldsIt)
+TEST_F(ProcessLockOfAFile, IsRefusedWhileOtherProcessHoldsIt)
 {
     ProcessLock lock(file);
     {
@@ -47,7 +47,7 @@ TEST_F(ProcessLockOfAFile, IsRefusedWhileAnotherProcessHoldsIt)
     EXPECT_EQ(lock.take(), Outcome::taken);
 }
 
-TEST_F(ProcessLockOfAFile, CannotBeHadWhereTheFileCannotBeOpened)
+TEST_F(ProcessLockOfAFile, IsUnavailableWithoutFile)
 {
     ProcessLock missing(folder.path() / "missing" / "lock");
     EXPECT_EQ(missing.take(), Outcome::unavailable);

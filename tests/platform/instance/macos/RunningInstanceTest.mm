@@ -24,7 +24,7 @@ using Completion = void (^)(NSRunningApplication*, NSError*);
 namespace orlimo {
 namespace {
 
-/// What the system does when it is asked to open an application. The test's block is its own.
+/// The fake system's handling of a request to open an application.
 std::function<void(Completion)> open; // NOLINT(cert-err58-cpp): made before anything runs
 
 } // namespace
@@ -93,7 +93,7 @@ protected:
     id handler = nil;
 };
 
-TEST_F(RunningInstanceTest, IsTheFirstWhereNoOtherRunsUntilItsEnd)
+TEST_F(RunningInstanceTest, FirstInstanceHoldsLock)
 {
     EXPECT_EQ(claimOfAnotherStart(), Claim::first);
     const auto instance = ApplicationInstance::create(false);
@@ -101,7 +101,7 @@ TEST_F(RunningInstanceTest, IsTheFirstWhereNoOtherRunsUntilItsEnd)
     EXPECT_TRUE(isLockedForOtherProcesses(file, 0, 0));
 }
 
-TEST_F(RunningInstanceTest, IsAloneOutsideABundleAndWhereTheClaimCannotBeKept)
+TEST_F(RunningInstanceTest, IsUnmanagedOutsideBundleOrWithoutLock)
 {
     for (const auto& path :
          {std::optional<std::string>(),
@@ -140,7 +140,7 @@ protected:
     std::optional<ForeignLock> other;
 };
 
-TEST_F(SecondInstanceTest, HasTheSystemOpenTheOther)
+TEST_F(SecondInstanceTest, SystemActivatesOther)
 {
     EXPECT_EQ(claimOfAnotherStart(true), Claim::activatedOther);
     EXPECT_THAT(known.messages, IsEmpty()) << "nothing is asked at login";
@@ -154,7 +154,7 @@ TEST_F(SecondInstanceTest, HasTheSystemOpenTheOther)
     EXPECT_EQ(handler, nil) << "its events are left to others";
 }
 
-TEST_F(SecondInstanceTest, GivesUpInLessThanTwoSecondsWhereNoResponseComes)
+TEST_F(SecondInstanceTest, MissingResponseTimesOut)
 {
     Completion late = nil;
     open = [&](Completion completion) {
@@ -170,12 +170,12 @@ TEST_F(SecondInstanceTest, GivesUpInLessThanTwoSecondsWhereNoResponseComes)
     EXPECT_EQ(claimOfAnotherStart(), Claim::otherUnresponsive);
     EXPECT_GE(currentUptime() - begin, 1s);
     EXPECT_THAT(workspace.messages, SizeIs(2));
-    // Nobody waits for it any more, which harms nobody.
+    // A response after the timeout is ignored.
     late(nil, nil);
     Block_release(late);
 }
 
-TEST_F(SecondInstanceTest, WaitsForAnotherThatIsNotReadyYet)
+TEST_F(SecondInstanceTest, OtherThatIsNotReadyIsAwaited)
 {
     int looks = 0;
     known.responds("applicationInProcess:", [&](NSInvocation* invocation) {
@@ -193,13 +193,13 @@ TEST_F(SecondInstanceTest, WaitsForAnotherThatIsNotReadyYet)
     EXPECT_THAT(workspace.messages, SizeIs(2)) << "the first was refused";
 }
 
-TEST_F(SecondInstanceTest, TakesThePlaceOfOneThatEnds)
+TEST_F(SecondInstanceTest, EndedInstanceIsReplaced)
 {
     open = [this](Completion) { other.reset(); };
     EXPECT_EQ(claimOfAnotherStart(), Claim::first);
 }
 
-/// The program that runs, asked to show itself.
+/// The running program on a reopen event.
 class ReopenedInstanceTest : public RunningInstanceTest
 {
 protected:
@@ -219,7 +219,7 @@ protected:
     int openedTimes = 0;
 };
 
-TEST_F(ReopenedInstanceTest, OpensOnceInTheEventLoopForEventsOfTheSameTime)
+TEST_F(ReopenedInstanceTest, SimultaneousEventsOpenOnce)
 {
     serve(); // of an application that has launched already
     reopen();
@@ -230,7 +230,7 @@ TEST_F(ReopenedInstanceTest, OpensOnceInTheEventLoopForEventsOfTheSameTime)
     EXPECT_EQ(openedTimes, 1);
 }
 
-TEST_F(ReopenedInstanceTest, KeepsAnEarlierEventAndServesItWithinTheCall)
+TEST_F(ReopenedInstanceTest, EarlierEventIsServedByRegistration)
 {
     EXPECT_EQ(handler, nil) << "the application sets its own handler before launching finishes";
     finishLaunching();

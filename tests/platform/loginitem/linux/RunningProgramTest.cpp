@@ -12,7 +12,7 @@
 namespace orlimo {
 namespace {
 
-/// With a program that runs until the test ends.
+/// With a program that runs until the end of the test.
 class RunningProgram : public testing::Test
 {
 protected:
@@ -32,33 +32,27 @@ protected:
     std::optional<ChildProcess> process;
 };
 
-TEST_F(RunningProgram, IsTheFileThatItWasStartedFrom)
-{
-    start("program");
-    EXPECT_EQ(found(), folder / "program");
-}
-
-TEST_F(RunningProgram, IsThisProgramWhereNoneIsNamed)
+TEST_F(RunningProgram, IsFileOfProcess)
 {
     EXPECT_EQ(runningProgram(), std::filesystem::read_symlink("/proc/self/exe"));
-    EXPECT_TRUE(runningProgram().is_absolute());
-}
-
-TEST_F(RunningProgram, MovesWithItsFile)
-{
     start("program");
+    EXPECT_EQ(found(), folder / "program");
     std::filesystem::rename(folder / "program", folder / "moved");
     EXPECT_EQ(found(), folder / "moved");
 }
 
-TEST_F(RunningProgram, IsItsFormerFileOnceThatIsDeleted)
+TEST_F(RunningProgram, IsFormerPathOfDeletedOrReplacedFile)
 {
     start("program");
     std::filesystem::remove(folder / "program");
     EXPECT_EQ(found(), folder / "program");
+    writeFile(folder / "program (deleted)", "another file");
+    EXPECT_EQ(found(), folder / "program");
+    writeFile(folder / "program", "a newer program");
+    EXPECT_EQ(found(), folder / "program");
 }
 
-TEST_F(RunningProgram, MayReallyHaveTheNameOfADeletedOne)
+TEST_F(RunningProgram, NameMayEndLikeThatOfDeletedFile)
 {
     start("program (deleted)");
     EXPECT_EQ(found(), folder / "program (deleted)");
@@ -66,23 +60,7 @@ TEST_F(RunningProgram, MayReallyHaveTheNameOfADeletedOne)
     EXPECT_EQ(found(), folder / "program (deleted)");
 }
 
-TEST_F(RunningProgram, IsNotAnotherFileWithTheNameOfADeletedOne)
-{
-    start("program");
-    std::filesystem::remove(folder / "program");
-    writeFile(folder / "program (deleted)", "another file");
-    EXPECT_EQ(found(), folder / "program");
-}
-
-TEST_F(RunningProgram, IsTheUpdateThatHasReplacedItsFile)
-{
-    start("program");
-    writeFile(folder / "update", "a newer program");
-    std::filesystem::rename(folder / "update", folder / "program");
-    EXPECT_EQ(found(), folder / "program");
-}
-
-TEST_F(RunningProgram, IsNothingWhereTheSystemDoesNotTell)
+TEST_F(RunningProgram, IsEmptyWithoutLink)
 {
     EXPECT_EQ(runningProgram(folder / "no link"), "");
     writeFile(folder / "file", "");

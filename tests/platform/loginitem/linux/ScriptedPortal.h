@@ -14,10 +14,9 @@
 
 namespace orlimo {
 
-/// A desktop portal on a bus of the test's, which takes requests to run in the background and does
-/// with them what the test says, and serves the colour scheme that the user prefers. It has a
-/// connection of its own and works in the test's event loop: whoever waits for it there waits in
-/// vain.
+/// A fake desktop portal on the test's bus, which handles requests to run in the background as the
+/// test scripts them and serves the user's colour scheme. It has its own connection and works in the
+/// test's event loop, which must not be blocked by a caller.
 class ScriptedPortal final : public QDBusVirtualObject
 {
 public:
@@ -27,7 +26,7 @@ public:
         QDBusMessage call;
         QString window;
         QVariantMap options;
-        /// Where the caller expects the answer.
+        /// The object path of the response.
         QString path;
     };
     using Script = std::function<void(ScriptedPortal&, const Request&)>;
@@ -39,17 +38,17 @@ public:
     /// Leaves the bus.
     ~ScriptedPortal() override;
 
-    /// What is done with each request from now on. At the beginning: accepted and not answered.
+    /// Sets the handling of each request. Initially: accepted, without a response.
     void onRequest(Script newScript) { script = std::move(newScript); }
     [[nodiscard]] const std::vector<Request>& requests() const { return received; }
-    /// Where the requests were that callers have closed, in the order in which they did.
+    /// The paths of the requests that callers have closed, in this order.
     [[nodiscard]] const std::vector<QString>& closedPaths() const { return closed; }
 
     /// Lets the call return, as the portal does before it asks the user.
     void accept(const Request& request);
     /// Ends the call with an error.
     void refuse(const Request& request, const QString& words);
-    /// Answers a request, whether its call has returned or not.
+    /// Sends the response to a request, whether its call has returned or not.
     void respond(const Request& request, uint response, const QVariantMap& results);
 
     /// The value of the colour scheme setting. Initially invalid: the setting does not exist.
