@@ -17,7 +17,7 @@ using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
 
-/// The package's life in a system that knew nothing of the program or of its toolkit.
+/// The package's life in a system with neither the program nor Qt in it.
 class InBareSystem : public testing::Test
 {
 protected:
@@ -90,7 +90,7 @@ protected:
     }
 
     /// Without a compositor there is nothing to see; what is missing then is a display and not the
-    /// toolkit's way to it.
+    /// Qt plugin for it.
     void expectWaylandPlugin() const
     {
         const auto start = system.run({"env", "QT_QPA_PLATFORM=wayland", "orlimo"});
