@@ -98,8 +98,8 @@ int run(int checks)
 } // namespace
 } // namespace orlimo
 
-/// Has the controller look at the store of the home folder as often as it is told, as it does when
-/// the store has changed, and says on standard error by how many bytes that has made what is
+/// Has the controller check the store of the home folder as often as the argument says, as it does
+/// when the store has changed, and says on standard error by how many bytes that has made what is
 /// allocated grow, and how many of them are SQLite's.
 int main(int argc, char* argv[])
 {

@@ -370,7 +370,8 @@ private:
     std::uint8_t damageEvent = 0;
 };
 
-/// Clicks into each window that standard input names, one a line, and answers each with a line.
+/// Clicks into each window that standard input names, one a line, and prints the result of each in
+/// a line.
 void followClicks(const Screen& screen)
 {
     Clicker clicker(screen);

@@ -22,7 +22,7 @@ elseif(CMAKE_SYSTEM_PROCESSOR MATCHES "^(aarch64|arm64)$")
     add_compile_options(-mbranch-protection=standard)
 endif()
 # The C library checks sizes where it knows them, which takes an optimiser. Taken back first, for some
-# compilers come with a weaker wish of their own.
+# compilers come with a weaker default of their own.
 add_compile_options("$<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=3>")
 # An index beyond the end, or an optional without a value, ends the program instead of reading on.
 add_compile_definitions(_GLIBCXX_ASSERTIONS)

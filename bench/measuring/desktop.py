@@ -8,7 +8,7 @@ import subprocess
 import tempfile
 import time
 
-from measuring.processes import Process, GENEROUS_LIMIT
+from measuring.processes import Process, GENEROUS_LIMIT, end_on_signals
 
 BUS_SETTINGS = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
  "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
@@ -44,6 +44,7 @@ class Desktop:
     started as they are needed."""
 
     def __init__(self, programs, screen="640x600x24"):
+        end_on_signals()
         self.programs = pathlib.Path(programs)
         self.stack = contextlib.ExitStack()
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix="orlimo-bench-"))

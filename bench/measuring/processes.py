@@ -1,12 +1,30 @@
 """Processes that are watched from outside."""
 
+import ctypes
 import os
 import select
+import signal
 import subprocess
+import sys
 import time
 
 # Only what is broken ever takes so long, in seconds.
 GENEROUS_LIMIT = 60
+
+
+PR_SET_PDEATHSIG = 1
+LIBC = ctypes.CDLL(None)
+
+
+def end_on_signals():
+    """Turns the signals that end a program into an orderly exit, in which every Process is closed."""
+    for number in (signal.SIGHUP, signal.SIGINT, signal.SIGTERM):
+        signal.signal(number, lambda received, _: sys.exit(128 + received))
+
+
+def end_with_parent():
+    """Called in the new process: should this program be killed, the kernel terminates the process."""
+    LIBC.prctl(PR_SET_PDEATHSIG, signal.SIGTERM)
 
 
 def now():
@@ -15,7 +33,8 @@ def now():
 
 
 class Process:
-    """A program that runs until the object is closed. Its lines are stamped when they arrive here."""
+    """A program that runs until the object is closed, in a process group of its own: whatever it has started
+    by then ends with it. Its lines are stamped when they arrive here."""
 
     def __init__(self, command, environment=None, takes_input=False, errors=None):
         self.command = command
@@ -26,6 +45,8 @@ class Process:
             stdin=subprocess.PIPE if takes_input else subprocess.DEVNULL,
             stdout=subprocess.PIPE,
             stderr=errors,
+            start_new_session=True,
+            preexec_fn=end_with_parent,
         )
         self.output = self.handle.stdout.fileno()
         self.poll = select.poll()
@@ -44,16 +65,23 @@ class Process:
         self.close()
 
     def close(self):
-        if self.handle.poll() is None:
-            self.handle.terminate()
-            try:
-                self.handle.wait(10)
-            except subprocess.TimeoutExpired:
-                self.handle.kill()
-                self.handle.wait()
+        # The group outlives the program where the program has left processes behind.
+        self.signal_group(signal.SIGTERM)
+        try:
+            self.handle.wait(10)
+        except subprocess.TimeoutExpired:
+            pass
+        self.signal_group(signal.SIGKILL)
+        self.handle.wait()
         self.handle.stdout.close()
         if self.handle.stdin:
             self.handle.stdin.close()
+
+    def signal_group(self, number):
+        try:
+            os.killpg(self.handle.pid, number)
+        except ProcessLookupError:
+            pass
 
     def say(self, line):
         self.handle.stdin.write(line.encode() + b"\n")

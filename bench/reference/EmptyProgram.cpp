@@ -33,7 +33,7 @@ QPixmap disc()
 } // namespace
 
 /// The least that a program with an icon in the tray and a window can be: nothing is read, watched
-/// or translated, and the window is empty. Says "application" when it has the toolkit's application
+/// or translated, and the window is empty. Says "application" when it has Qt's application
 /// object, and "icon" when it has asked for its icon's place. With the argument --text there is one
 /// line of text in the window.
 int main(int argc, char* argv[])

@@ -1,4 +1,4 @@
-#include "capture/PreferenceKeys.h"
+#include "capture/Preferences.h"
 #include "platform/preferences/UserDefaults.h"
 #include "tests/capture/PreferenceSandbox.h"
 #include "tests/fuzz/FuzzTarget.h"
@@ -171,7 +171,7 @@ Finding checkInput(std::string_view input)
     writeFile(PreferenceSandbox::file(), input);
     std::filesystem::remove(damagedCopy());
     const Dictionary present = standardUserDefaults().dictionaryRepresentation();
-    const std::string_view key = preference::keys.at(input.size() % preference::keys.size());
+    const std::string_view key = preference::all.at(input.size() % preference::all.size()).key;
     if (auto finding = verifyReading(input, present, key)) {
         return finding;
     }

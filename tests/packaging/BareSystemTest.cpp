@@ -1,6 +1,5 @@
 #include "tests/packaging/BareSystem.h"
 
-#include "platform/preferences/linux/KeyFile.h"
 #include "tests/desktop/sessions/x11/XServer.h"
 #include "tests/packaging/BuiltPackage.h"
 #include "tests/program/ProgramSession.h"
@@ -18,7 +17,7 @@ using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
 
-/// The package's life in a system that knew nothing of the program or of its toolkit.
+/// The package's life in a system with neither the program nor Qt in it.
 class InBareSystem : public testing::Test
 {
 protected:
@@ -85,15 +84,13 @@ protected:
     /// The program knows where it was installed.
     void expectLoginItem() const
     {
-        const auto entry = KeyFile::parse(
-            contentOf(system.home() / ".config/autostart/app.orlimo.Orlimo.desktop"));
-        ASSERT_TRUE(entry);
-        EXPECT_THAT(
-            entry->value("Desktop Entry", "Exec").value_or(""), StartsWith("\"/usr/bin/orlimo\""));
+        const std::string entry =
+            contentOf(system.home() / ".config/autostart/app.orlimo.Orlimo.desktop");
+        EXPECT_THAT(entry, HasSubstr("\nExec=\"/usr/bin/orlimo\""));
     }
 
     /// Without a compositor there is nothing to see; what is missing then is a display and not the
-    /// toolkit's way to it.
+    /// Qt plugin for it.
     void expectWaylandPlugin() const
     {
         const auto start = system.run({"env", "QT_QPA_PLATFORM=wayland", "orlimo"});

@@ -45,7 +45,7 @@ void expectDescription(const BuiltPackage& package)
     EXPECT_EQ(package.field("Homepage"), identity::website);
     EXPECT_EQ(package.field("Section"), "utils");
     EXPECT_THAT(package.field("Maintainer"), StartsWith("The Orlimo developers <"));
-    // What is linked, and what the toolkit loads when it runs.
+    // What is linked, and what Qt loads at run time.
     for (const char* needed :
          {"libc6 (>=", "libicu", "libqt6widgets6", "libsqlite3-0", "libstdc++6", "qt6-wayland"})
     {

@@ -50,7 +50,7 @@ TEST(IconSet, HasItsTileWhereTheSystemsIconsHaveTheirs)
 {
     EXPECT_EQ(inkOf(IconSet::icon(512, 2)), QRect(100, 100, 824, 824));
     EXPECT_EQ(inkOf(IconSet::icon(256, 1)), QRect(25, 25, 206, 206));
-    // The smallest use all the room.
+    // The smallest fill their whole area.
     EXPECT_GE(inkOf(IconSet::icon(16, 1)).width(), 14);
     EXPECT_GE(inkOf(IconSet::icon(16, 2)).width(), 28);
 }

@@ -1,9 +1,12 @@
 #include "platform/ApplicationIdentity.h"
 #include "tests/packaging/CommandResult.h"
 #include "tests/packaging/InstalledTree.h"
+#include "tests/resources/translations/CatalogueFile.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <regex>
 
 namespace orlimo {
 namespace {
@@ -12,42 +15,47 @@ using testing::ContainsRegex;
 using testing::HasSubstr;
 using testing::Not;
 
-TEST(InstalledFiles, AreTheseForEverybodyToRead)
+const std::string identifier(identity::applicationIdentifier);
+
+class InstalledFiles : public testing::Test
 {
-    EXPECT_EQ(
-        InstalledTree().content(),
-        (std::map<std::string, std::string>{
-            {"bin/", "755"},
-            {"bin/orlimo", "755"},
-            {"share/", "755"},
-            {"share/applications/", "755"},
-            {"share/applications/app.orlimo.Orlimo.desktop", "644"},
-            {"share/dbus-1/", "755"},
-            {"share/dbus-1/services/", "755"},
-            {"share/dbus-1/services/app.orlimo.Orlimo.service", "644"},
-            {"share/doc/", "755"},
-            {"share/doc/orlimo/", "755"},
-            {"share/doc/orlimo/LICENSE", "644"},
-            {"share/doc/orlimo/README.md", "644"},
-            {"share/icons/", "755"},
-            {"share/icons/hicolor/", "755"},
-            {"share/icons/hicolor/scalable/", "755"},
-            {"share/icons/hicolor/scalable/apps/", "755"},
-            {"share/icons/hicolor/scalable/apps/app.orlimo.Orlimo.svg", "644"},
-            {"share/icons/hicolor/symbolic/", "755"},
-            {"share/icons/hicolor/symbolic/apps/", "755"},
-            {"share/icons/hicolor/symbolic/apps/app.orlimo.Orlimo-symbolic.svg", "644"},
-            {"share/man/", "755"},
-            {"share/man/man1/", "755"},
-            {"share/man/man1/orlimo.1", "644"},
-            {"share/metainfo/", "755"},
-            {"share/metainfo/app.orlimo.Orlimo.metainfo.xml", "644"},
-        }));
+protected:
+    [[nodiscard]] std::string contentBelowShare(const std::string& name) const
+    {
+        return contentOf(tree.file("share/" + name));
+    }
+
+    const InstalledTree tree;
+    const std::string desktopEntry = contentBelowShare("applications/" + identifier + ".desktop");
+    const std::string metainfo = contentBelowShare("metainfo/" + identifier + ".metainfo.xml");
+};
+
+TEST_F(InstalledFiles, AreTheseAndReadableByEveryone)
+{
+    std::map<std::string, std::string> expected{
+        {"bin/", "755"},
+        {"bin/orlimo", "755"},
+        {"share/applications/app.orlimo.Orlimo.desktop", "644"},
+        {"share/dbus-1/services/app.orlimo.Orlimo.service", "644"},
+        {"share/doc/orlimo/LICENSE", "644"},
+        {"share/doc/orlimo/README.md", "644"},
+        {"share/icons/hicolor/scalable/apps/app.orlimo.Orlimo.svg", "644"},
+        {"share/icons/hicolor/symbolic/apps/app.orlimo.Orlimo-symbolic.svg", "644"},
+        {"share/man/man1/orlimo.1", "644"},
+        {"share/metainfo/app.orlimo.Orlimo.metainfo.xml", "644"},
+    };
+    const auto files = expected;
+    for (const auto& [name, mode] : files) {
+        for (auto slash = name.find('/'); slash != std::string::npos;
+             slash = name.find('/', slash + 1)) {
+            expected.emplace(name.substr(0, slash + 1), "755");
+        }
+    }
+    EXPECT_EQ(tree.content(), expected);
 }
 
-TEST(InstalledFiles, HaveNothingLeftToFillIn)
+TEST_F(InstalledFiles, HaveEveryVariableReplaced)
 {
-    const InstalledTree tree;
     for (const auto& [name, mode] : tree.content()) {
         if (!name.ends_with('/') && name.find("orlimo.") != std::string::npos) {
             EXPECT_THAT(contentOf(tree.file(name)), Not(ContainsRegex("@[A-Z_]+@"))) << name;
@@ -55,34 +63,107 @@ TEST(InstalledFiles, HaveNothingLeftToFillIn)
     }
 }
 
-TEST(InstalledFiles, AreNamedAfterTheProgram)
+TEST_F(InstalledFiles, IncludeTheProgram)
 {
-    const InstalledTree tree;
-    const std::string id(identity::applicationIdentifier);
-    for (const std::string& name :
-         {"applications/" + id + ".desktop",
-          "dbus-1/services/" + id + ".service",
-          "icons/hicolor/scalable/apps/" + id + ".svg",
-          "icons/hicolor/symbolic/apps/" + id + "-symbolic.svg",
-          "metainfo/" + id + ".metainfo.xml"})
-    {
-        EXPECT_TRUE(std::filesystem::exists(tree.dataFolder() / name)) << name;
-    }
-}
-
-TEST(InstalledFiles, HoldTheProgram)
-{
-    const InstalledTree tree;
     const auto version = CommandResult::of(tree.file("bin/orlimo"), {.arguments = {"--version"}});
     EXPECT_EQ(version.status, 0);
     EXPECT_EQ(version.output, "Orlimo " + std::string(identity::version) + "\n");
 }
 
-TEST(InstalledFiles, HoldASymbolThatDesktopsPaintInTheirColour)
+TEST_F(InstalledFiles, DesktopEntryAndServiceStartTheProgram)
 {
-    const InstalledTree tree;
+    const std::string program = InstalledTree::programPath();
+    for (const std::string& line :
+         {"Name=" + std::string(identity::applicationName),
+          "Icon=" + identifier,
+          "Exec=" + program,
+          "TryExec=" + program,
+          // What Qt makes of the program's name on X11.
+          "StartupWMClass=" + std::string(identity::applicationName),
+          std::string("DBusActivatable=true"),
+          std::string("Actions=quit;"),
+          std::string("[Desktop Action quit]")})
+    {
+        EXPECT_THAT(desktopEntry, HasSubstr("\n" + line + "\n"));
+    }
+    EXPECT_EQ(
+        contentBelowShare("dbus-1/services/" + identifier + ".service"),
+        "[D-BUS Service]\nName=" + identifier + "\nExec=" + program + "\n");
+}
+
+TEST_F(InstalledFiles, MetainfoDescribesTheProgram)
+{
+    for (const std::string& element :
+         {"<id>" + identifier + "</id>",
+          "<name>" + std::string(identity::applicationName) + "</name>",
+          "<launchable type=\"desktop-id\">" + identifier + ".desktop</launchable>",
+          "<dbus type=\"user\">" + identifier + "</dbus>",
+          std::string("<binary>orlimo</binary>"),
+          "<url type=\"homepage\">" + std::string(identity::website) + "</url>",
+          std::string("<project_license>MIT</project_license>"),
+          "<release version=\"" + std::string(identity::version) + "\""})
+    {
+        EXPECT_THAT(metainfo, HasSubstr(element));
+    }
+}
+
+/// The system names a language by its country where the catalogue names it by its script.
+std::string localeName(const std::string& language)
+{
+    if (language == "zh_Hans") {
+        return "zh_CN";
+    }
+    return language == "zh_Hant" ? "zh_TW" : language;
+}
+
+TEST_F(InstalledFiles, AreTranslatedIntoTheLanguagesOfTheProgram)
+{
+    const auto count = [](const std::string& text, const std::string& pattern) {
+        const std::regex regex(pattern);
+        return std::distance(std::sregex_iterator(text.begin(), text.end(), regex), {});
+    };
+    const auto paragraphs = count(metainfo, "<p>[^<]");
+    EXPECT_GE(paragraphs, 1);
+    for (const std::string& language : catalogueLanguages()) {
+        const std::string locale = localeName(language);
+        for (const std::string key : {"GenericName", "Keywords"}) {
+            EXPECT_THAT(desktopEntry, ContainsRegex("\n" + key + "\\[" + locale + "\\]=[^\n]"));
+        }
+        EXPECT_EQ(count(metainfo, "<p xml:lang=\"" + locale + "\">[^<]"), paragraphs) << locale;
+        std::smatch summary;
+        ASSERT_TRUE(std::regex_search(
+            metainfo, summary, std::regex("<summary xml:lang=\"" + locale + "\">([^<]+)<")))
+            << locale;
+        EXPECT_THAT(
+            desktopEntry, HasSubstr("\nComment[" + locale + "]=" + summary[1].str() + "\n"));
+        for (const auto& entry : CatalogueFile::read(catalogueFileOf(language)).entries) {
+            if (entry.source == QStringLiteral("Quit")) {
+                EXPECT_THAT(
+                    desktopEntry,
+                    HasSubstr("\nName[" + locale + "]=" + entry.translation.toStdString() + "\n"));
+            }
+        }
+    }
+}
+
+TEST_F(InstalledFiles, ManualPageExplainsEveryOption)
+{
+    const std::string help =
+        CommandResult::of(tree.file("bin/orlimo"), {.arguments = {"--help"}}).output;
+    std::string page = contentBelowShare("man/man1/orlimo.1");
+    std::erase(page, '\\');
+    const std::regex option("--[a-z-]+");
+    const auto options = std::sregex_iterator(help.begin(), help.end(), option);
+    EXPECT_GE(std::distance(options, {}), 3);
+    for (auto found = options; found != std::sregex_iterator(); ++found) {
+        EXPECT_THAT(page, HasSubstr(found->str()));
+    }
+}
+
+TEST_F(InstalledFiles, SymbolicIconTakesTheDesktopsColor)
+{
     const std::string symbol =
-        contentOf(tree.file("share/icons/hicolor/symbolic/apps/app.orlimo.Orlimo-symbolic.svg"));
+        contentBelowShare("icons/hicolor/symbolic/apps/" + identifier + "-symbolic.svg");
     EXPECT_THAT(symbol, HasSubstr("width=\"16\" height=\"16\""));
     EXPECT_THAT(symbol, HasSubstr("<style id=\"current-color-scheme\" type=\"text/css\">"));
     EXPECT_THAT(symbol, HasSubstr("<path class=\"ColorScheme-Text\" fill=\"currentColor\""));

@@ -103,7 +103,7 @@ TEST_F(HomebrewTest, InstallsWhatIsMissing)
     for (const std::string& package : packagesOf("build")) {
         packages += " " + package;
     }
-    EXPECT_EQ(all.output, "Installing" + packages + "\n");
+    EXPECT_EQ(all.output, "== installing" + packages + "\n");
 
     for (const std::string& package : packagesOf("build")) {
         if (package != "icu4c") {

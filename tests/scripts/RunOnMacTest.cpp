@@ -68,6 +68,7 @@ protected:
         return {
             {"HOME", home},
             {"ORLIMO_PROCESS", programs.path() / "process"},
+            {"ORLIMO_SAMPLE_MESSAGES", "3"},
             {"QT_QPA_PLATFORM", "offscreen"},
             {"TMPDIR", scratch.path()}};
     }

@@ -19,7 +19,11 @@ protected:
     [[nodiscard]] CommandResult run(const std::vector<std::string>& arguments) const
     {
         return programs.run(
-            "run", arguments, {{"QT_QPA_PLATFORM", "offscreen"}, {"TMPDIR", scratch.path()}});
+            "run",
+            arguments,
+            {{"ORLIMO_SAMPLE_MESSAGES", "3"},
+             {"QT_QPA_PLATFORM", "offscreen"},
+             {"TMPDIR", scratch.path()}});
     }
 
     FakePrograms programs;

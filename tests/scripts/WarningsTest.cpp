@@ -66,7 +66,7 @@ TEST_F(WarningsTest, KeepNobodyFromUsingTheProgramAndFailTheTests)
         EXPECT_EQ(use.status, 0) << use.text();
         const auto test = execute("test", {"--unit"});
         EXPECT_NE(test.status, 0);
-        EXPECT_THAT(test.output, ContainsRegex("\\[-Werror[=,]"));
+        EXPECT_THAT(test.errors, ContainsRegex("\\[-Werror[=,]"));
     }
 }
 

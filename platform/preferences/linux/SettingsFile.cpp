@@ -3,7 +3,6 @@
 #include "platform/files/UniqueFd.h"
 #include "platform/files/linux/UserFolders.h"
 #include "platform/preferences/linux/KeyFile.h"
-#include "platform/process/ToQString.h"
 
 #include <QByteArrayList>
 #include <QFile>
