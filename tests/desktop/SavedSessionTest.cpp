@@ -8,7 +8,7 @@
 namespace orlimo {
 namespace {
 
-TEST(SavedSession, LeavesTheStartToTheLoginItem)
+TEST(SavedSession, IsNotRestarted)
 {
     SessionManager manager;
     DesktopProgram program({.environment = {{"SESSION_MANAGER", manager.address()}}});

@@ -1,4 +1,4 @@
-#include "tests/desktop/sessions/PlatformPlugin.h"
+#include "tests/desktop/sessions/DesktopVariables.h"
 #include "tests/desktop/sessions/x11/XServer.h"
 #include "tests/platform/clipboard/linux/ListeningSocket.h"
 #include "tests/program/ProgramSession.h"

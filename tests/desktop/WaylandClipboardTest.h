@@ -1,7 +1,7 @@
 #pragma once
 
 #include "tests/desktop/sessions/DesktopTest.h"
-#include "tests/desktop/sessions/PlatformPlugin.h"
+#include "tests/desktop/sessions/DesktopVariables.h"
 #include "tests/program/ProgramSession.h"
 #include "tests/support/process/ParentDeathSignal.h"
 
@@ -33,7 +33,7 @@ awaitPaste(Desktop& desktop, const std::optional<std::string>& expected)
            << (found ? '"' + *found + '"' : "nothing: " + desktop.clipboard().problem());
 }
 
-/// The program's own way to the clipboard, in a small program, on a Wayland desktop where it never
+/// The program's own clipboard backend, in a small program, on a Wayland desktop where it never
 /// has a window.
 template <typename Desktop> class PasteboardOnWayland : public DesktopTest<Desktop>
 {
@@ -53,26 +53,31 @@ protected:
 
     void put(const std::string& command) { ASSERT_EQ(probe().ask(command), "done"); }
 
+    void putAndPaste(int count)
+    {
+        constexpr int first = 100'000;
+        for (int text = first; text < first + count; ++text) {
+            put("text " + std::to_string(text));
+            ASSERT_TRUE(awaitPaste(this->desktop(), std::to_string(text))) << probe().errors();
+        }
+        EXPECT_EQ(probe().errors(), "");
+    }
+
 private:
     std::optional<ChildProcess> ownProbe;
 };
 
 TYPED_TEST_SUITE_P(PasteboardOnWayland);
 
-TYPED_TEST_P(PasteboardOnWayland, IsThatOfWayland)
+TYPED_TEST_P(PasteboardOnWayland, TakesTextsOneAfterTheOther)
 {
     EXPECT_THAT(this->probe().ask("platform"), testing::StartsWith("wayland"));
+    this->putAndPaste(10);
 }
 
 TYPED_TEST_P(PasteboardOnWayland, TakesTwoHundredTextsOneAfterTheOther)
 {
-    constexpr int first = 100'000;
-    constexpr int count = 200;
-    for (int text = first; text < first + count; ++text) {
-        this->put("text " + std::to_string(text));
-        ASSERT_TRUE(awaitPaste(this->desktop(), std::to_string(text)));
-    }
-    EXPECT_EQ(this->probe().errors(), "");
+    this->putAndPaste(200);
 }
 
 TYPED_TEST_P(PasteboardOnWayland, HoldsTheLastOfManyTextsThatNobodyWaitedFor)
@@ -98,17 +103,13 @@ TYPED_TEST_P(PasteboardOnWayland, GivesALargeTextCompletely)
     EXPECT_TRUE(*pasted == text) << pasted->size() << " bytes of " << text.size();
 }
 
-TYPED_TEST_P(PasteboardOnWayland, GivesAnEmptyText)
+TYPED_TEST_P(PasteboardOnWayland, GivesAnyText)
 {
     this->desktop().clipboard().copy("something that the user copied");
-    this->put("text ");
-    EXPECT_TRUE(awaitPaste(this->desktop(), ""));
-}
-
-TYPED_TEST_P(PasteboardOnWayland, GivesTextThatIsNotAscii)
-{
-    this->put("text \u0661\u0662\u0663\u0664 e\u0301 \U0001F511");
-    EXPECT_TRUE(awaitPaste(this->desktop(), "\u0661\u0662\u0663\u0664 e\u0301 \U0001F511"));
+    for (const char* text : {"", "\u0661\u0662\u0663\u0664 e\u0301 \U0001F511"}) {
+        this->put("text " + std::string(text));
+        EXPECT_TRUE(awaitPaste(this->desktop(), text));
+    }
 }
 
 TYPED_TEST_P(PasteboardOnWayland, GivesTheSameTextAsEachTypeOfTextAndMarksItAsSecret)
@@ -235,10 +236,10 @@ private:
 
 TYPED_TEST_SUITE_P(ClipboardOnWayland);
 
-TYPED_TEST_P(ClipboardOnWayland, HoldsTheCodeInThePlaceOfItsOldContents)
+TYPED_TEST_P(ClipboardOnWayland, HoldsTheCodeInsteadOfItsOldContents)
 {
     this->desktop().clipboard().copy("something that the user copied");
-    for (const char* code : {"482913", "59302", "7764"}) {
+    for (const char* code : {"482913", "59302"}) {
         this->session().awaitOpenThrottle();
         this->session().deliver("text Your code is " + std::string(code) + ".");
         EXPECT_EQ(
@@ -247,18 +248,6 @@ TYPED_TEST_P(ClipboardOnWayland, HoldsTheCodeInThePlaceOfItsOldContents)
         EXPECT_TRUE(awaitPaste(this->desktop(), code));
     }
     EXPECT_EQ(this->session().program().errors(), "");
-}
-
-TYPED_TEST_P(ClipboardOnWayland, IsTakenAgainFromWhoeverHasTakenIt)
-{
-    this->session().deliver("text Your code is 482913.");
-    ASSERT_TRUE(awaitPaste(this->desktop(), "482913"));
-    EXPECT_EQ(this->session().readReaction().size(), 4U);
-    this->desktop().clipboard().copy("mine now");
-    this->session().awaitOpenThrottle();
-
-    this->session().deliver("body Your code is 59302.");
-    EXPECT_TRUE(awaitPaste(this->desktop(), "59302"));
 }
 
 TYPED_TEST_P(ClipboardOnWayland, IsLeftAloneByMessagesWithoutACode)
@@ -270,7 +259,7 @@ TYPED_TEST_P(ClipboardOnWayland, IsLeftAloneByMessagesWithoutACode)
     EXPECT_EQ(this->desktop().clipboard().paste(), "something that the user copied");
 }
 
-TYPED_TEST_P(ClipboardOnWayland, IsNotMissedByAProgramThatLosesItsCompositor)
+TYPED_TEST_P(ClipboardOnWayland, EndsTheProgramWithTheCompositor)
 {
     this->session().deliver("text Your code is 482913.");
     ASSERT_TRUE(awaitPaste(this->desktop(), "482913"));
@@ -334,12 +323,11 @@ TYPED_TEST_P(PrimarySelectionOnWayland, IsLeftAlone)
 
 REGISTER_TYPED_TEST_SUITE_P(
     PasteboardOnWayland,
-    IsThatOfWayland,
+    TakesTextsOneAfterTheOther,
     TakesTwoHundredTextsOneAfterTheOther,
     HoldsTheLastOfManyTextsThatNobodyWaitedFor,
     GivesALargeTextCompletely,
-    GivesAnEmptyText,
-    GivesTextThatIsNotAscii,
+    GivesAnyText,
     GivesTheSameTextAsEachTypeOfTextAndMarksItAsSecret,
     ChangesOnceForEachText,
     IsTakenAgainFromWhoeverHasTakenIt,
@@ -349,10 +337,9 @@ REGISTER_TYPED_TEST_SUITE_P(
 
 REGISTER_TYPED_TEST_SUITE_P(
     ClipboardOnWayland,
-    HoldsTheCodeInThePlaceOfItsOldContents,
-    IsTakenAgainFromWhoeverHasTakenIt,
+    HoldsTheCodeInsteadOfItsOldContents,
     IsLeftAloneByMessagesWithoutACode,
-    IsNotMissedByAProgramThatLosesItsCompositor);
+    EndsTheProgramWithTheCompositor);
 
 REGISTER_TYPED_TEST_SUITE_P(
     ClipboardOfSlowCompositor, HoldsTheCodeAfterItStoodStillAtTheStartAndAtACopy);

@@ -46,7 +46,7 @@ std::size_t partOf(std::size_t size)
     return size > 1 ? size / 2 : size;
 }
 
-/// A call that moves `size` bytes by `move`, which is told how many to move at the most.
+/// A call that moves `size` bytes by `move`, to which it passes the limit.
 template <typename Move>
 ssize_t moved(const char* call, int descriptor, std::size_t size, Move move)
 {
@@ -137,6 +137,23 @@ void* mapped(
 } // namespace
 } // namespace orlimo
 
+/// A function of the C library that fails as `call` on `target` does where a rule says so.
+#define ORLIMO_FAULTY(result, name, call, target, parameters, arguments)                           \
+    result name parameters                                                                         \
+    {                                                                                              \
+        return orlimo::callUnlessFaulty(                                                           \
+            call, target, [&] { return orlimo::original<decltype(&::name)>(#name) arguments; });   \
+    }
+
+/// The same for one that moves `size` bytes and may move fewer.
+#define ORLIMO_FAULTY_MOVE(name, call, parameters, arguments)                                      \
+    ssize_t name parameters                                                                        \
+    {                                                                                              \
+        return orlimo::moved(call, descriptor, size, [&](size_t most) {                            \
+            return orlimo::original<decltype(&::name)>(#name) arguments;                           \
+        });                                                                                        \
+    }
+
 // NOLINTBEGIN: the C library's own names and signatures
 extern "C" {
 
@@ -158,68 +175,98 @@ int open64(const char* path, int flags, ...)
     return orlimo::opened("open64", path, flags, mode);
 }
 
-ssize_t read(int descriptor, void* buffer, size_t size)
-{
-    return orlimo::moved("read", descriptor, size, [&](size_t most) {
-        return orlimo::original<decltype(&::read)>("read")(descriptor, buffer, most);
-    });
-}
+ORLIMO_FAULTY_MOVE(read, "read", (int descriptor, void* to, size_t size), (descriptor, to, most))
+ORLIMO_FAULTY_MOVE(
+    write, "write", (int descriptor, const void* from, size_t size), (descriptor, from, most))
+ORLIMO_FAULTY_MOVE(
+    pread, "pread", (int descriptor, void* to, size_t size, off_t at), (descriptor, to, most, at))
+ORLIMO_FAULTY_MOVE(
+    pread64,
+    "pread",
+    (int descriptor, void* to, size_t size, off64_t at),
+    (descriptor, to, most, at))
+ORLIMO_FAULTY_MOVE(
+    pwrite64,
+    "pwrite",
+    (int descriptor, const void* from, size_t size, off64_t at),
+    (descriptor, from, most, at))
+ORLIMO_FAULTY_MOVE(
+    send,
+    "send",
+    (int descriptor, const void* from, size_t size, int flags),
+    (descriptor, from, most, flags))
+ORLIMO_FAULTY_MOVE(
+    recv,
+    "receive",
+    (int descriptor, void* to, size_t size, int flags),
+    (descriptor, to, most, flags))
 
-ssize_t write(int descriptor, const void* buffer, size_t size)
-{
-    return orlimo::moved("write", descriptor, size, [&](size_t most) {
-        return orlimo::original<decltype(&::write)>("write")(descriptor, buffer, most);
-    });
-}
-
-ssize_t pread(int descriptor, void* buffer, size_t size, off_t offset)
-{
-    return orlimo::moved("pread", descriptor, size, [&](size_t most) {
-        return orlimo::original<decltype(&::pread)>("pread")(descriptor, buffer, most, offset);
-    });
-}
-
-ssize_t pread64(int descriptor, void* buffer, size_t size, off64_t offset)
-{
-    return orlimo::moved("pread", descriptor, size, [&](size_t most) {
-        return orlimo::original<decltype(&::pread64)>("pread64")(descriptor, buffer, most, offset);
-    });
-}
-
-ssize_t pwrite64(int descriptor, const void* buffer, size_t size, off64_t offset)
-{
-    return orlimo::moved("pwrite", descriptor, size, [&](size_t most) {
-        return orlimo::original<decltype(&::pwrite64)>("pwrite64")(
-            descriptor, buffer, most, offset);
-    });
-}
-
-int fstat(int descriptor, struct stat* status)
-{
-    return orlimo::callUnlessFaulty("fstat", descriptor, [&] {
-        return orlimo::original<decltype(&::fstat)>("fstat")(descriptor, status);
-    });
-}
-
-int fstat64(int descriptor, struct stat64* status)
-{
-    return orlimo::callUnlessFaulty("fstat", descriptor, [&] {
-        return orlimo::original<decltype(&::fstat64)>("fstat64")(descriptor, status);
-    });
-}
-
-int stat(const char* path, struct stat* status)
-{
-    return orlimo::callUnlessFaulty(
-        "stat", path, [&] { return orlimo::original<decltype(&::stat)>("stat")(path, status); });
-}
-
-int stat64(const char* path, struct stat64* status)
-{
-    return orlimo::callUnlessFaulty("stat", path, [&] {
-        return orlimo::original<decltype(&::stat64)>("stat64")(path, status);
-    });
-}
+ORLIMO_FAULTY(int, fstat, "fstat", descriptor, (int descriptor, struct stat* to), (descriptor, to))
+ORLIMO_FAULTY(
+    int, fstat64, "fstat", descriptor, (int descriptor, struct stat64* to), (descriptor, to))
+ORLIMO_FAULTY(int, stat, "stat", path, (const char* path, struct stat* to), (path, to))
+ORLIMO_FAULTY(int, stat64, "stat", path, (const char* path, struct stat64* to), (path, to))
+ORLIMO_FAULTY(int, mkdir, "mkdir", path, (const char* path, mode_t mode), (path, mode))
+ORLIMO_FAULTY(int, rename, "rename", to, (const char* from, const char* to), (from, to))
+ORLIMO_FAULTY(
+    int,
+    renameat2,
+    "rename",
+    to,
+    (int fromFolder, const char* from, int toFolder, const char* to, unsigned flags),
+    (fromFolder, from, toFolder, to, flags))
+ORLIMO_FAULTY(int, link, "link", to, (const char* from, const char* to), (from, to))
+ORLIMO_FAULTY(
+    int,
+    linkat,
+    "link",
+    to,
+    (int fromFolder, const char* from, int toFolder, const char* to, int flags),
+    (fromFolder, from, toFolder, to, flags))
+ORLIMO_FAULTY(int, unlink, "unlink", path, (const char* path), (path))
+ORLIMO_FAULTY(int, fsync, "fsync", descriptor, (int descriptor), (descriptor))
+ORLIMO_FAULTY(int, fdatasync, "fsync", descriptor, (int descriptor), (descriptor))
+ORLIMO_FAULTY(int, inotify_init1, "inotify_init", "inotify", (int flags), (flags))
+ORLIMO_FAULTY(
+    int,
+    inotify_add_watch,
+    "inotify_add_watch",
+    path,
+    (int descriptor, const char* path, uint32_t mask),
+    (descriptor, path, mask))
+ORLIMO_FAULTY(int, eventfd, "eventfd", "eventfd", (unsigned count, int flags), (count, flags))
+ORLIMO_FAULTY(
+    int, memfd_create, "memfd_create", name, (const char* name, unsigned flags), (name, flags))
+ORLIMO_FAULTY(
+    int, socket, "socket", "socket", (int domain, int type, int protocol), (domain, type, protocol))
+ORLIMO_FAULTY(
+    int,
+    connect,
+    "connect",
+    orlimo::nameOf(address, length),
+    (int descriptor, const struct sockaddr* address, socklen_t length),
+    (descriptor, address, length))
+ORLIMO_FAULTY(
+    ssize_t,
+    sendmsg,
+    "send",
+    descriptor,
+    (int descriptor, const struct msghdr* message, int flags),
+    (descriptor, message, flags))
+ORLIMO_FAULTY(
+    ssize_t,
+    writev,
+    "send",
+    descriptor,
+    (int descriptor, const struct iovec* parts, int count),
+    (descriptor, parts, count))
+ORLIMO_FAULTY(
+    ssize_t,
+    recvmsg,
+    "receive",
+    descriptor,
+    (int descriptor, struct msghdr* message, int flags),
+    (descriptor, message, flags))
 
 int statx(int folder, const char* path, int flags, unsigned mask, struct statx* status)
 {
@@ -260,93 +307,10 @@ void* mmap64(
     return orlimo::mapped("mmap64", address, length, protection, flags, descriptor, offset);
 }
 
-int mkdir(const char* path, mode_t mode)
-{
-    return orlimo::callUnlessFaulty(
-        "mkdir", path, [&] { return orlimo::original<decltype(&::mkdir)>("mkdir")(path, mode); });
-}
-
-int rename(const char* from, const char* to)
-{
-    return orlimo::callUnlessFaulty(
-        "rename", to, [&] { return orlimo::original<decltype(&::rename)>("rename")(from, to); });
-}
-
-int renameat2(int fromFolder, const char* from, int toFolder, const char* to, unsigned flags)
-{
-    return orlimo::callUnlessFaulty("rename", to, [&] {
-        return orlimo::original<decltype(&::renameat2)>("renameat2")(
-            fromFolder, from, toFolder, to, flags);
-    });
-}
-
-int link(const char* from, const char* to)
-{
-    return orlimo::callUnlessFaulty(
-        "link", to, [&] { return orlimo::original<decltype(&::link)>("link")(from, to); });
-}
-
-int linkat(int fromFolder, const char* from, int toFolder, const char* to, int flags)
-{
-    return orlimo::callUnlessFaulty("link", to, [&] {
-        return orlimo::original<decltype(&::linkat)>("linkat")(
-            fromFolder, from, toFolder, to, flags);
-    });
-}
-
-int unlink(const char* path)
-{
-    return orlimo::callUnlessFaulty(
-        "unlink", path, [&] { return orlimo::original<decltype(&::unlink)>("unlink")(path); });
-}
-
-int fsync(int descriptor)
-{
-    return orlimo::callUnlessFaulty("fsync", descriptor, [&] {
-        return orlimo::original<decltype(&::fsync)>("fsync")(descriptor);
-    });
-}
-
-int fdatasync(int descriptor)
-{
-    return orlimo::callUnlessFaulty("fsync", descriptor, [&] {
-        return orlimo::original<decltype(&::fdatasync)>("fdatasync")(descriptor);
-    });
-}
-
-int inotify_init1(int flags)
-{
-    return orlimo::callUnlessFaulty("inotify_init", "inotify", [&] {
-        return orlimo::original<decltype(&::inotify_init1)>("inotify_init1")(flags);
-    });
-}
-
-int inotify_add_watch(int descriptor, const char* path, uint32_t mask)
-{
-    return orlimo::callUnlessFaulty("inotify_add_watch", path, [&] {
-        return orlimo::original<decltype(&::inotify_add_watch)>("inotify_add_watch")(
-            descriptor, path, mask);
-    });
-}
-
-int eventfd(unsigned count, int flags)
-{
-    return orlimo::callUnlessFaulty("eventfd", "eventfd", [&] {
-        return orlimo::original<decltype(&::eventfd)>("eventfd")(count, flags);
-    });
-}
-
-int memfd_create(const char* name, unsigned flags)
-{
-    return orlimo::callUnlessFaulty("memfd_create", name, [&] {
-        return orlimo::original<decltype(&::memfd_create)>("memfd_create")(name, flags);
-    });
-}
-
 int pthread_create(
     pthread_t* thread, const pthread_attr_t* attributes, void* (*body)(void*), void* argument)
 {
-    // Answers the error itself. A thread is known by the library or program that starts it.
+    // Returns the error itself. A thread is known by the library or program that starts it.
     Dl_info starter{};
     const bool isKnown = ::dladdr(__builtin_return_address(0), &starter) != 0;
     const orlimo::Fault fault = orlimo::faultOf("pthread_create", isKnown ? starter.dli_fname : "");
@@ -354,55 +318,6 @@ int pthread_create(
                ? fault.error
                : orlimo::original<decltype(&::pthread_create)>("pthread_create")(
                      thread, attributes, body, argument);
-}
-
-int socket(int domain, int type, int protocol)
-{
-    return orlimo::callUnlessFaulty("socket", "socket", [&] {
-        return orlimo::original<decltype(&::socket)>("socket")(domain, type, protocol);
-    });
-}
-
-int connect(int descriptor, const struct sockaddr* address, socklen_t length)
-{
-    return orlimo::callUnlessFaulty("connect", orlimo::nameOf(address, length), [&] {
-        return orlimo::original<decltype(&::connect)>("connect")(descriptor, address, length);
-    });
-}
-
-ssize_t sendmsg(int descriptor, const struct msghdr* message, int flags)
-{
-    return orlimo::callUnlessFaulty("send", descriptor, [&] {
-        return orlimo::original<decltype(&::sendmsg)>("sendmsg")(descriptor, message, flags);
-    });
-}
-
-ssize_t send(int descriptor, const void* buffer, size_t size, int flags)
-{
-    return orlimo::moved("send", descriptor, size, [&](size_t most) {
-        return orlimo::original<decltype(&::send)>("send")(descriptor, buffer, most, flags);
-    });
-}
-
-ssize_t writev(int descriptor, const struct iovec* parts, int count)
-{
-    return orlimo::callUnlessFaulty("send", descriptor, [&] {
-        return orlimo::original<decltype(&::writev)>("writev")(descriptor, parts, count);
-    });
-}
-
-ssize_t recvmsg(int descriptor, struct msghdr* message, int flags)
-{
-    return orlimo::callUnlessFaulty("receive", descriptor, [&] {
-        return orlimo::original<decltype(&::recvmsg)>("recvmsg")(descriptor, message, flags);
-    });
-}
-
-ssize_t recv(int descriptor, void* buffer, size_t size, int flags)
-{
-    return orlimo::moved("receive", descriptor, size, [&](size_t most) {
-        return orlimo::original<decltype(&::recv)>("recv")(descriptor, buffer, most, flags);
-    });
 }
 
 DIR* opendir(const char* path)

@@ -43,16 +43,13 @@ Fault faultNamed(const std::string& name)
         {"EACCES", EACCES},
         {"EAGAIN", EAGAIN},
         {"ECONNREFUSED", ECONNREFUSED},
-        {"ECONNRESET", ECONNRESET},
         {"EDQUOT", EDQUOT},
         {"EINTR", EINTR},
         {"EIO", EIO},
         {"EMFILE", EMFILE},
-        {"ENFILE", ENFILE},
         {"ENOLCK", ENOLCK},
         {"ENOMEM", ENOMEM},
         {"ENOSPC", ENOSPC},
-        {"EPERM", EPERM},
         {"EPIPE", EPIPE},
         {"EROFS", EROFS},
     };
@@ -132,7 +129,7 @@ std::string peerOf(int descriptor)
 {
     sockaddr_un address{};
     socklen_t length = sizeof address;
-    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast): the interface's own way
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast): as the interface requires
     auto* const general = reinterpret_cast<sockaddr*>(&address);
     return ::getpeername(descriptor, general, &length) == 0 ? nameOf(general, length) : "";
 }
@@ -188,7 +185,7 @@ std::string nameOf(const sockaddr* address, unsigned length)
     if (address == nullptr || address->sa_family != AF_UNIX || length <= before) {
         return "";
     }
-    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast): the interface's own way
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast): as the interface requires
     const char* const path = reinterpret_cast<const sockaddr_un*>(address)->sun_path;
     return *path == '\0' ? "@" + std::string(path + 1, length - before - 1) : std::string(path);
 }

@@ -6,7 +6,7 @@ struct sockaddr;
 
 namespace orlimo {
 
-/// What is to become of one system call.
+/// How one system call is to fail.
 struct Fault
 {
     enum class Kind {
@@ -21,10 +21,10 @@ struct Fault
 };
 
 /// Decides about a call by the rules in the variable ORLIMO_FAULTS, which are separated by
-/// semicolons. A rule is four words: the call, its target as a pattern for fnmatch(3), what becomes
-/// of it (the name of an error number, "part" or "nothing"), and how often: "always", or how many
-/// times. Calls with the same meaning share a name; a lock that is set is "lock", one that is asked
-/// for "asklock".
+/// semicolons. A rule is four words: the call, its target as a pattern for fnmatch(3), how
+/// it fails (the name of an error number, "part" or "nothing"), and how often: "always", or how
+/// many times. Calls with the same meaning share a name; a lock that is set is "lock", one that is
+/// asked for "asklock".
 ///
 /// Where the variable ORLIMO_FAULTS_SWITCH names a file, the rules count only while it exists. Each
 /// call that is made to fail becomes a line "call target" in the file that ORLIMO_FAULTS_RECORD
@@ -32,7 +32,7 @@ struct Fault
 Fault faultOf(const char* call, const std::string& target);
 
 /// What a descriptor leads to: the path of a file or a socket, "stdout" for standard output, else
-/// what the host calls it.
+/// what the kernel calls it.
 std::string targetOf(int descriptor);
 std::string targetOf(const char* path);
 inline std::string targetOf(const std::string& name)

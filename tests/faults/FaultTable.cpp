@@ -10,17 +10,13 @@ using Phase = FaultRow::Phase;
 using Settings = FaultRow::Settings;
 using LoginItem = FaultRow::LoginItem;
 
-const Reaction copied{};
-const Reaction unheard{.copies = false};
+const Reaction unnoticed{.copies = false};
 
 /// The newest messages are asked for, and only `line` comes of it.
 Reaction refusal(const std::string& line)
 {
     return {.copies = false, .lines = {{"ready to access disk", line}}};
 }
-
-/// The newest messages are asked for, and none is found.
-const Reaction nothingFound{.copies = false, .lines = {{"ready to access disk"}}};
 
 /// A start on a log that cannot be watched.
 const std::vector<std::string> refusedStart{
@@ -44,177 +40,126 @@ const std::vector<std::string> closedStoreStart{
 
 const Reaction withoutStore = refusal("error preparing fetch limit : v1out of memory");
 
-FaultGroup store()
+/// A fault while the program runs, for which a check fails with this line.
+FaultRow failedRead(const std::string& name, const std::string& rules, const std::string& error)
 {
     return {
+        .name = name,
+        .rules = rules,
+        .phase = Phase::whileRunning,
+        .duringFault = refusal("error preparing fetch limit : v1" + error),
+    };
+}
+
+/// A fault while the program runs that nobody notices.
+FaultRow harmless(const std::string& name, const std::string& rules)
+{
+    return {.name = name, .rules = rules, .phase = Phase::whileRunning};
+}
+
+FaultGroup store()
+{
+    const auto closed = [](const std::string& error) {
+        return FaultRow{
+            .name = "the store cannot be opened (" + error + ")",
+            .rules = "open */chat.db " + error + " always",
+            .start = closedStoreStart,
+            .duringFault = withoutStore,
+            .afterFault = withoutStore,
+        };
+    };
+    FaultGroup group{
         "The message store",
         {
-            {
-                .name = "the store cannot be opened (EACCES)",
-                .rules = "open */chat.db EACCES always",
-                .start = closedStoreStart,
-                .duringFault = withoutStore,
-                .afterFault = withoutStore,
-            },
-            {
-                .name = "the store cannot be opened (EMFILE)",
-                .rules = "open */chat.db EMFILE always",
-                .start = closedStoreStart,
-                .duringFault = withoutStore,
-                .afterFault = withoutStore,
-            },
+            closed("EACCES"),
+            closed("EMFILE"),
             {
                 .name = "the shared index cannot be opened by the reader (EACCES)",
                 .rules = "open */chat.db-shm EACCES always",
                 .duringFault =
                     refusal("error preparing fetch limit : v1unable to open database file"),
             },
-            {
-                .name = "the log cannot be opened by the reader (EMFILE)",
-                .rules = "open */chat.db-wal EMFILE always",
-                .phase = Phase::whileRunning,
-                .duringFault =
-                    refusal("error preparing fetch limit : v1unable to open database file"),
-            },
-            {
-                .name = "the size of the store cannot be asked (EIO)",
-                .rules = "fstat */chat.db EIO always",
-                .phase = Phase::whileRunning,
-                .duringFault = refusal("error preparing fetch limit : v1disk I/O error"),
-            },
-            {
-                .name = "the size of the shared index cannot be asked (EIO)",
-                .rules = "fstat */chat.db-shm EIO always",
-                .phase = Phase::whileRunning,
-                .duringFault = refusal("error preparing fetch limit : v1disk I/O error"),
-            },
-            {
-                .name = "the store cannot be read (EIO)",
-                .rules = "pread */chat.db EIO always",
-                .phase = Phase::whileRunning,
-                .duringFault = refusal("error preparing fetch limit : v1disk I/O error"),
-                .hasEmptyLog = true,
-            },
-            {
-                .name = "the log cannot be read (EIO)",
-                .rules = "pread */chat.db-wal EIO always",
-                .phase = Phase::whileRunning,
-                .duringFault = refusal("error preparing fetch limit : v1disk I/O error"),
-            },
-            {
-                .name = "reading is interrupted (EINTR)",
-                .rules = "pread */chat.db* EINTR 3",
-                .phase = Phase::whileRunning,
-            },
-            {
-                .name = "reading brings a part at a time",
-                .rules = "pread */chat.db-wal part always",
-                .phase = Phase::whileRunning,
-            },
-            {
-                .name = "the shared index cannot be mapped (ENOMEM)",
-                .rules = "mmap */chat.db-shm ENOMEM always",
-                .phase = Phase::whileRunning,
-                .duringFault = refusal("error preparing fetch limit : v1disk I/O error"),
-            },
-            {
-                .name = "the store cannot be locked (EIO)",
-                .rules = "lock */chat.db EIO always",
-                .phase = Phase::whileRunning,
-                .duringFault = refusal("error preparing fetch limit : v1disk I/O error"),
-            },
-            {
-                .name = "the shared index is locked for a moment (EAGAIN)",
-                .rules = "lock */chat.db-shm EAGAIN 5",
-                .phase = Phase::whileRunning,
-            },
-            {
-                .name = "locks run out (ENOLCK)",
-                .rules = "lock */chat.db* ENOLCK always",
-                .phase = Phase::whileRunning,
-                .duringFault = refusal("error preparing fetch limit : v1database is locked"),
-            },
+            failedRead(
+                "the log cannot be opened by the reader (EMFILE)",
+                "open */chat.db-wal EMFILE always",
+                "unable to open database file"),
+            failedRead(
+                "the size of the store cannot be asked (EIO)",
+                "fstat */chat.db EIO always",
+                "disk I/O error"),
+            failedRead(
+                "the size of the shared index cannot be asked (EIO)",
+                "fstat */chat.db-shm EIO always",
+                "disk I/O error"),
+            failedRead(
+                "the store cannot be read (EIO)", "pread */chat.db EIO always", "disk I/O error"),
+            failedRead(
+                "the log cannot be read (EIO)", "pread */chat.db-wal EIO always", "disk I/O error"),
+            harmless("reading is interrupted (EINTR)", "pread */chat.db* EINTR 3"),
+            harmless("reading brings a part at a time", "pread */chat.db-wal part always"),
+            failedRead(
+                "the shared index cannot be mapped (ENOMEM)",
+                "mmap */chat.db-shm ENOMEM always",
+                "disk I/O error"),
+            failedRead(
+                "the store cannot be locked (EIO)", "lock */chat.db EIO always", "disk I/O error"),
+            harmless(
+                "the shared index is locked for a moment (EAGAIN)", "lock */chat.db-shm EAGAIN 5"),
+            failedRead(
+                "locks run out (ENOLCK)", "lock */chat.db* ENOLCK always", "database is locked"),
         },
     };
+    for (FaultRow& row : group.rows) {
+        row.hasEmptyLog = row.rules.starts_with("pread */chat.db EIO");
+    }
+    return group;
 }
 
 FaultGroup watch()
 {
+    const auto refused = [](const std::string& name, const std::string& rules) {
+        return FaultRow{
+            .name = name,
+            .rules = rules,
+            .start = refusedStart,
+            .duringFault = unnoticed,
+            .afterFault = unnoticed,
+        };
+    };
     return {
         "The watch on the log",
         {
-            {
-                .name = "the log cannot be opened for watching (EACCES)",
-                .rules = "open */chat.db-wal EACCES always",
-                .start = refusedStart,
-                .duringFault = unheard,
-                .afterFault = unheard,
-            },
-            {
-                .name = "the log cannot be opened for watching (EMFILE)",
-                .rules = "open */chat.db-wal EMFILE always",
-                .start = refusedStart,
-                .duringFault = unheard,
-                .afterFault = unheard,
-            },
-            {
-                .name = "there is no watch left (`inotify_init1`, EMFILE)",
-                .rules = "inotify_init inotify EMFILE always",
-                .start = refusedStart,
-                .duringFault = unheard,
-                .afterFault = unheard,
-            },
-            {
-                .name = "there is no watch left (`inotify_add_watch`, ENOSPC)",
-                .rules = "inotify_add_watch */chat.db-wal ENOSPC always",
-                .start = refusedStart,
-                .duringFault = unheard,
-                .afterFault = unheard,
-            },
-            {
-                .name = "the log's size cannot be asked at the start (EIO)",
-                .rules = "fstat */chat.db-wal EIO always",
-                .start = refusedStart,
-                .duringFault = unheard,
-                .afterFault = unheard,
-            },
-            {
-                .name = "the watching thread cannot be started (EAGAIN)",
-                .rules = "pthread_create *libstdc++* EAGAIN always",
-                .start = refusedStart,
-                .duringFault = unheard,
-                .afterFault = unheard,
-            },
-            {
-                .name = "the log's size cannot be asked for once (EIO)",
-                .rules = "fstat */chat.db-wal EIO 1",
-                .phase = Phase::whileRunning,
-            },
-            {
-                .name = "notifications cannot be read for a while (EIO)",
-                .rules = "read anon_inode:inotify EIO 100",
-                .phase = Phase::whileRunning,
-            },
-            {
-                .name = "reading the notifications is interrupted (EINTR)",
-                .rules = "read anon_inode:inotify EINTR 1",
-                .phase = Phase::whileRunning,
-            },
-            {
-                .name = "the writer's lock cannot be asked for (EIO)",
-                .rules = "asklock */chat.db-shm EIO 1",
-                .phase = Phase::whileRunning,
-            },
-            {
-                .name = "the shared index cannot be found by the watch (EACCES)",
-                .rules = "stat */chat.db-shm EACCES 1",
-                .phase = Phase::whileRunning,
-            },
-            {
-                .name = "the shared index cannot be read by the watch (EIO)",
-                .rules = "pread */chat.db-shm EIO 1",
-                .phase = Phase::whileRunning,
-            },
+            refused(
+                "the log cannot be opened for watching (EACCES)",
+                "open */chat.db-wal EACCES always"),
+            refused(
+                "the log cannot be opened for watching (EMFILE)",
+                "open */chat.db-wal EMFILE always"),
+            refused(
+                "there is no watch left (`inotify_init1`, EMFILE)",
+                "inotify_init inotify EMFILE always"),
+            refused(
+                "there is no watch left (`inotify_add_watch`, ENOSPC)",
+                "inotify_add_watch */chat.db-wal ENOSPC always"),
+            refused(
+                "the log's size cannot be asked at the start (EIO)",
+                "fstat */chat.db-wal EIO always"),
+            refused(
+                "the watching thread cannot be started (EAGAIN)",
+                "pthread_create *libstdc++* EAGAIN always"),
+            harmless("the log's size cannot be asked for once (EIO)", "fstat */chat.db-wal EIO 1"),
+            harmless(
+                "notifications cannot be read for a while (EIO)",
+                "read anon_inode:inotify EIO 100"),
+            harmless(
+                "reading the notifications is interrupted (EINTR)",
+                "read anon_inode:inotify EINTR 1"),
+            harmless("the writer's lock cannot be asked for (EIO)", "asklock */chat.db-shm EIO 1"),
+            harmless(
+                "the shared index cannot be found by the watch (EACCES)",
+                "stat */chat.db-shm EACCES 1"),
+            harmless(
+                "the shared index cannot be read by the watch (EIO)", "pread */chat.db-shm EIO 1"),
         },
     };
 }
@@ -309,6 +254,13 @@ FaultGroup settings()
                 .hasFiles = true,
                 .settings = Settings::unchanged,
             },
+            {
+                .name = "the file cannot be opened (EMFILE)",
+                .rules = "open */Orlimo.conf EMFILE always",
+                .errors = cannotRead,
+                .hasFiles = true,
+                .settings = Settings::unchanged,
+            },
             transientFault(
                 "the file cannot be read for a moment (EIO)", "read */Orlimo.conf EIO 4"),
             transientFault(
@@ -327,7 +279,7 @@ FaultGroup settings()
                 .name = "the file cannot be read when a message comes (EIO)",
                 .rules = "read */Orlimo.conf EIO always",
                 .phase = Phase::whileRunning,
-                .duringFault = unheard,
+                .duringFault = unnoticed,
                 .errors = cannotRead,
                 .hasFiles = true,
             },
@@ -386,37 +338,31 @@ FaultGroup loginItem()
 
 FaultGroup bus()
 {
-    return {
+    FaultGroup group{
         "The session bus",
         {
-            {
-                .name = "the bus cannot be reached (ECONNREFUSED)",
-                .rules = "connect */bus/* ECONNREFUSED always",
-                .hasBus = true,
-            },
-            {
-                .name = "there is no socket for it (EMFILE)",
-                .rules = "connect */bus/* EMFILE always",
-                .hasBus = true,
-            },
-            {
-                .name = "the bus cannot be written to (EPIPE)",
-                .rules = "send */bus/* EPIPE always",
-                .hasBus = true,
-            },
-            {
-                .name = "the bus ends",
-                .rules = "",
-                .phase = Phase::whileRunning,
-                .hasBus = true,
-                .endsBus = true,
-            },
+            {.name = "the bus cannot be reached (ECONNREFUSED)",
+             .rules = "connect */bus/* ECONNREFUSED always"},
+            {.name = "there is no socket for it (EMFILE)",
+             .rules = "connect */bus/* EMFILE always"},
+            {.name = "the bus cannot be written to (EPIPE)", .rules = "send */bus/* EPIPE always"},
+            {.name = "the bus ends", .phase = Phase::whileRunning, .endsBus = true},
         },
     };
+    for (FaultRow& row : group.rows) {
+        row.hasBus = true;
+    }
+    return group;
 }
 
 FaultGroup display()
 {
+    const auto broken = [](const std::string& name, const std::string& rules) {
+        FaultRow row = harmless(name, rules);
+        row.errors = "The X11 connection broke";
+        row.status = 1;
+        return row;
+    };
     return {
         "The display",
         {
@@ -424,76 +370,48 @@ FaultGroup display()
                 .name = "the X server cannot be reached (ECONNREFUSED)",
                 .rules = "connect *X11-unix* ECONNREFUSED always",
                 .start = std::vector<std::string>{},
-                .duringFault = unheard,
-                .afterFault = unheard,
+                .duringFault = unnoticed,
+                .afterFault = unnoticed,
                 .errors = "could not connect to display",
                 .settings = Settings::none,
                 .loginItem = LoginItem::none,
                 .signal = SIGABRT,
             },
-            {
-                .name = "the X server hangs up (no more bytes)",
-                .rules = "receive *X11-unix* nothing always",
-                .phase = Phase::whileRunning,
-                .errors = "The X11 connection broke",
-                .status = 1,
-            },
-            {
-                .name = "the X server cannot be written to (EPIPE)",
-                .rules = "send *X11-unix* EPIPE always; write *X11-unix* EPIPE always",
-                .phase = Phase::whileRunning,
-                .errors = "The X11 connection broke",
-                .status = 1,
-            },
+            broken("the X server hangs up (no more bytes)", "receive *X11-unix* nothing always"),
+            broken(
+                "the X server cannot be written to (EPIPE)",
+                "send *X11-unix* EPIPE always; write *X11-unix* EPIPE always"),
         },
     };
 }
 
 FaultGroup compositor()
 {
-    constexpr const char* outOfReach = "the compositor's clipboard cannot be reached";
-    return {
+    const auto unreachable = [](const std::string& name, const std::string& rules) {
+        FaultRow row = harmless(name, rules);
+        row.errors = "the compositor's clipboard cannot be reached";
+        return row;
+    };
+    FaultGroup group{
         "The compositor",
         {
-            {
-                .name = "the compositor cannot be reached (ECONNREFUSED)",
-                .rules = "connect */compositor ECONNREFUSED always",
-                .hasCompositor = true,
-            },
-            {
-                .name = "the compositor stops taking requests (EPIPE)",
-                .rules = "send */compositor EPIPE always",
-                .phase = Phase::whileRunning,
-                .errors = outOfReach,
-                .hasCompositor = true,
-            },
-            {
-                .name = "the compositor hangs up (no more bytes)",
-                .rules = "receive */compositor nothing always",
-                .phase = Phase::whileRunning,
-                .errors = outOfReach,
-                .hasCompositor = true,
-            },
-            {
-                .name = "who pastes is gone before the text is written (EPIPE)",
-                .rules = "write pipe:* EPIPE 1",
-                .phase = Phase::whileRunning,
-                .hasCompositor = true,
-            },
-            {
-                .name = "the pipe to who pastes is full for a moment (EAGAIN)",
-                .rules = "write pipe:* EAGAIN 3",
-                .phase = Phase::whileRunning,
-                .hasCompositor = true,
-            },
-            {
-                .name = "the pipe to who pastes takes a part at a time",
-                .rules = "write pipe:* part always",
-                .phase = Phase::whileRunning,
-                .hasCompositor = true,
-            },
+            {.name = "the compositor cannot be reached (ECONNREFUSED)",
+             .rules = "connect */compositor ECONNREFUSED always"},
+            unreachable(
+                "the compositor stops taking requests (EPIPE)", "send */compositor EPIPE always"),
+            unreachable(
+                "the compositor hangs up (no more bytes)", "receive */compositor nothing always"),
+            harmless(
+                "who pastes is gone before the text is written (EPIPE)", "write pipe:* EPIPE 1"),
+            harmless(
+                "the pipe to who pastes is full for a moment (EAGAIN)", "write pipe:* EAGAIN 3"),
+            harmless("the pipe to who pastes takes a part at a time", "write pipe:* part always"),
         },
     };
+    for (FaultRow& row : group.rows) {
+        row.hasCompositor = true;
+    }
+    return group;
 }
 
 } // namespace

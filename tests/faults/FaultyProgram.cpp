@@ -5,7 +5,6 @@
 #include "tests/support/StoreIntegrity.h"
 #include "tests/support/process/OutputCapture.h"
 #include "tests/support/process/PreloadEnvironment.h"
-#include "tests/support/process/PrivateFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -116,14 +115,17 @@ void FaultyProgram::expectLines(const std::vector<std::string>& lines)
         return;
     }
     for (const std::string& line : lines) {
-        EXPECT_EQ(session.program().readLine(std::chrono::seconds(15)), line)
-            << session.program().errors();
+        EXPECT_EQ(session.program().readLine(), line) << session.program().errors();
     }
 }
 
 void FaultyProgram::checkStart()
 {
     expectLines(row.start.value_or(ProgramSession::startUpLines()));
+    if (row.losesOutput) {
+        // It watches the store by then.
+        EXPECT_TRUE(await([this] { return isRegistered(); }));
+    }
 }
 
 void FaultyProgram::injectFault()
@@ -144,18 +146,21 @@ bool FaultyProgram::isRegistered() const
 
 void FaultyProgram::checkReaction(const Reaction& reaction, const std::string& code)
 {
-    const std::string words = "Code " + code;
-    session.deliver("text " + words);
+    const std::string text = "Code " + code;
+    session.deliver("text " + text);
     ++delivered;
     if (ends()) {
         (void)session.program().awaitEnd();
         return;
     }
     const auto usual =
-        reaction.copies ? ProgramSession::reactionTo(words, code) : std::vector<std::string>{};
+        reaction.copies ? ProgramSession::reactionTo(text, code) : std::vector<std::string>{};
     expectLines(reaction.lines.value_or(usual));
     if (reaction.copies) {
-        EXPECT_TRUE(await([&] { return isOnClipboard(code); }, std::chrono::seconds(15)));
+        EXPECT_TRUE(await([&] { return isOnClipboard(code); }))
+            << "the X clipboard holds " << server.paste("clipboard") << ", expected " << code
+            << '\n'
+            << session.program().output() << session.program().errors();
     } else {
         EXPECT_FALSE(isOnClipboard(code));
     }

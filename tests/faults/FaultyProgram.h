@@ -1,7 +1,7 @@
 #pragma once
 
 #include "tests/desktop/sessions/x11/XServer.h"
-#include "tests/faults/FaultRow.h"
+#include "tests/faults/FaultTable.h"
 #include "tests/platform/clipboard/linux/ScriptedCompositor.h"
 #include "tests/program/ProgramSession.h"
 #include "tests/support/TemporaryFolder.h"
@@ -25,7 +25,7 @@ public:
     /// Waits for what the program prints while it starts and checks it.
     void checkStart();
 
-    /// Begins the fault where it has not begun with the start. It lasts until `lift`.
+    /// Begins the fault where it has not begun with the start. It lasts until `removeFault`.
     void injectFault();
 
     /// Has a message come with `code` and checks what the program does about it.

@@ -3,7 +3,6 @@
 #include "tests/support/BuiltPrograms.h"
 #include "tests/support/BuiltRecorder.h"
 #include "tests/support/process/OutputCapture.h"
-#include "tests/support/process/PermissionEnforcement.h"
 #include "tests/support/process/PreloadEnvironment.h"
 
 #include <gtest/gtest.h>
@@ -20,24 +19,14 @@ namespace {
 /// A little more than the 1.6 seconds for which the program's throttle is closed.
 constexpr std::chrono::milliseconds throttleInterval(1700);
 
-/// Writes a user database in which everybody whom a test starts the program as lives in `home`.
+/// Writes a user database in which the user who runs the test lives in `home`.
 void writeUserDatabase(const std::filesystem::path& folder, const std::filesystem::path& home)
 {
-    std::string users;
-    std::string groups;
-    const auto add = [&](unsigned user, unsigned group) {
-        const std::string name = "user" + std::to_string(user);
-        const std::string number = std::to_string(group);
-        users += name + ":x:" + std::to_string(user) + ":" + number + "::" + home.string() +
-                 ":/bin/sh\n";
-        groups += name + ":x:" + number + ":\n";
-    };
-    add(::getuid(), ::getgid());
-    for (const unsigned user : ProgramSession::ordinaryUsers) {
-        add(user, user);
-    }
-    writeFile(folder / "passwd", users);
-    writeFile(folder / "group", groups);
+    const std::string user = std::to_string(::getuid());
+    const std::string group = std::to_string(::getgid());
+    writeFile(
+        folder / "passwd", "user:x:" + user + ":" + group + "::" + home.string() + ":/bin/sh\n");
+    writeFile(folder / "group", "user:x:" + group + ":\n");
 }
 
 } // namespace
@@ -54,37 +43,15 @@ std::vector<std::string> ProgramSession::startUpLines()
     };
 }
 
-ProgramSession::ProgramSession()
-    : ProgramSession(Settings{})
-{}
-
 ProgramSession::ProgramSession(Settings sessionSettings)
     : settings(std::move(sessionSettings))
-    , lastReaction(std::chrono::steady_clock::now())
 {
     std::filesystem::create_directories(store().parent_path());
     std::filesystem::create_directories(home() / ".config");
-    std::filesystem::create_directories(home() / ".runtime");
-    std::filesystem::permissions(home() / ".runtime", std::filesystem::perms::owner_all);
+    makePrivateFolder(home() / ".runtime");
     writeUserDatabase(folder.path() / "users", home());
-    makeProbeFolder();
-}
-
-ProgramSession::~ProgramSession()
-{
-    // What cannot be listed cannot be removed.
-    std::error_code ignored;
-    std::filesystem::permissions(probeFolder(), std::filesystem::perms::owner_all, ignored);
-}
-
-void ProgramSession::makeProbeFolder() const
-{
-    if (settings.diskAccess == DiskAccess::folderMissing) {
-        return;
-    }
-    std::filesystem::create_directories(probeFolder());
-    if (settings.diskAccess == DiskAccess::folderUnreadable) {
-        std::filesystem::permissions(probeFolder(), std::filesystem::perms::none);
+    if (settings.diskAccess == DiskAccess::granted) {
+        std::filesystem::create_directories(home() / "Library/Containers/com.apple.stocks");
     }
 }
 
@@ -99,7 +66,7 @@ void ProgramSession::start()
         lines.push_back(*line);
     }
     ASSERT_EQ(lines, startUpLines());
-    recordReaction();
+    lastReaction = std::chrono::steady_clock::now();
 }
 
 void ProgramSession::startWriter()
@@ -122,22 +89,14 @@ void ProgramSession::startWriter()
 void ProgramSession::startProgram()
 {
     std::vector<std::string> command = settings.launcher;
-    command.emplace_back(ORLIMO_PROGRAM_OF_SESSION);
+    command.emplace_back(ORLIMO_PROGRAM);
     command.insert(command.end(), settings.arguments.begin(), settings.arguments.end());
     programProcess = std::make_unique<ChildProcess>(
         command.front(),
         ChildSettings{
             .arguments = {command.begin() + 1, command.end()},
             .environment = environment(),
-            .beforeStart =
-                [this] {
-                    if (settings.diskAccess == DiskAccess::folderUnreadable) {
-                        enforceFilePermissions();
-                    }
-                    if (settings.beforeStart) {
-                        settings.beforeStart();
-                    }
-                },
+            .beforeStart = settings.beforeStart,
         });
 }
 
@@ -166,8 +125,8 @@ std::vector<std::string> ProgramSession::systemLog() const
 
 void ProgramSession::deliver(const std::string& command)
 {
-    const std::string answer = writer().ask(command);
-    EXPECT_TRUE(answer.starts_with("committed")) << command << ": " << answer;
+    const std::string response = writer().ask(command);
+    EXPECT_TRUE(response.starts_with("committed")) << command << ": " << response;
 }
 
 void ProgramSession::awaitOpenThrottle() const
@@ -191,24 +150,19 @@ std::vector<std::string> ProgramSession::readReaction()
             break;
         }
     }
-    recordReaction();
+    lastReaction = std::chrono::steady_clock::now();
     return lines;
 }
 
 std::vector<std::string>
-ProgramSession::reactionTo(const std::string& words, const std::string& code)
+ProgramSession::reactionTo(const std::string& text, const std::string& code)
 {
     return {
         "ready to access disk",
-        words,
+        text,
         "Found numbers: [\"" + code + "\"]",
         reactionPrefix + code,
     };
-}
-
-void ProgramSession::recordReaction()
-{
-    lastReaction = std::chrono::steady_clock::now();
 }
 
 } // namespace orlimo

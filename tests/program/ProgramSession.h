@@ -3,7 +3,6 @@
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/process/ChildProcess.h"
 
-#include <array>
 #include <chrono>
 #include <filesystem>
 #include <functional>
@@ -15,17 +14,16 @@
 
 namespace orlimo {
 
-/// A home of its own with a message store, a writer process in the place of the Messages
-/// application, and the built program watching. For the program, that home is the one in the user
-/// database too, and what it sends to the system's log is kept in a file.
+/// A home of its own with a message store, a writer process instead of the Messages application,
+/// and the built program watching. For the program, that home is the one in the user database too,
+/// and what it sends to the system's log is kept in a file.
 class ProgramSession
 {
 public:
-    /// What the program finds when it lists a folder for which it needs to be granted access.
+    /// Whether there is the folder whose listing shows the program that it was granted access.
     enum class DiskAccess {
         granted,
         folderMissing,
-        folderUnreadable,
     };
 
     struct Settings
@@ -45,12 +43,11 @@ public:
         std::vector<std::string> launcher{};
     };
 
-    /// Makes the home and, unless told otherwise by `start`, nothing else.
-    ProgramSession();
+    /// Makes the home and starts nothing.
+    ProgramSession()
+        : ProgramSession(Settings{})
+    {}
     explicit ProgramSession(Settings sessionSettings);
-    ProgramSession(const ProgramSession&) = delete;
-    ProgramSession& operator=(const ProgramSession&) = delete;
-    ~ProgramSession();
 
     /// Starts the writer and then the program, and waits until the program watches the log.
     void start();
@@ -75,9 +72,9 @@ public:
     /// returns all of them. What was read until then when there is none.
     [[nodiscard]] std::vector<std::string> readReaction();
 
-    /// The lines of a reaction to a newest message in the text column with the words `words`.
+    /// The lines of a reaction to a newest message with `text` in the text column.
     [[nodiscard]] static std::vector<std::string>
-    reactionTo(const std::string& words, const std::string& code);
+    reactionTo(const std::string& text, const std::string& code);
 
     [[nodiscard]] std::filesystem::path home() const { return folder.path() / "home"; }
     [[nodiscard]] std::filesystem::path store() const
@@ -98,11 +95,6 @@ public:
     {
         return home() / ".config/autostart/app.orlimo.Orlimo.desktop";
     }
-    /// The folder whose listing shows whether the program was granted access.
-    [[nodiscard]] std::filesystem::path probeFolder() const
-    {
-        return home() / "Library/Containers/com.apple.stocks";
-    }
 
     /// What the program has sent to the system's log, each entry led by its priority with its
     /// facility, as a number.
@@ -114,16 +106,10 @@ public:
     /// What the program prints while it starts on a store that it may watch.
     [[nodiscard]] static std::vector<std::string> startUpLines();
 
-    /// Users other than the superuser of whom the session's user database knows, with the same
-    /// home.
-    static constexpr std::array<unsigned, 2> ordinaryUsers{65533, 65532};
-
-    /// The first words of the line that names a copied code.
+    /// What the line that names a copied code begins with.
     static constexpr const char* reactionPrefix = "file changed!! at message: code? ";
 
 private:
-    void recordReaction();
-    void makeProbeFolder() const;
     [[nodiscard]] std::map<std::string, std::optional<std::string>> environment() const;
 
     [[nodiscard]] std::filesystem::path recordedLog() const { return folder.path() / "syslog"; }
@@ -132,7 +118,7 @@ private:
     Settings settings;
     std::unique_ptr<ChildProcess> writerProcess;
     std::unique_ptr<ChildProcess> programProcess;
-    std::chrono::steady_clock::time_point lastReaction;
+    std::chrono::steady_clock::time_point lastReaction = std::chrono::steady_clock::now();
 };
 
 } // namespace orlimo

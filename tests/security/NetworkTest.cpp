@@ -3,22 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
-#include <filesystem>
-
-#include <unistd.h>
-
 namespace orlimo {
 namespace {
-
-/// Has the program after it see no network at all, not even the machine's own.
-std::vector<std::string> withoutNetwork()
-{
-    std::vector<std::string> command{"/usr/bin/unshare", "--net"};
-    if (::geteuid() != 0) {
-        command.insert(command.end(), {"--user", "--map-current-user"});
-    }
-    return command;
-}
 
 std::vector<std::string> withUnixSocketsOnly()
 {
@@ -32,12 +18,7 @@ ChildProcess::End endOf(std::vector<std::string> command, const std::vector<std:
         .awaitEnd();
 }
 
-std::filesystem::path networkOf(const std::string& process)
-{
-    return std::filesystem::read_symlink("/proc/" + process + "/ns/net");
-}
-
-/// Everything that the program does, from its start to its end.
+/// Everything that the program does until it quits.
 void useWholeProgram(DesktopProgram& program)
 {
     ProgramSession::waitForThrottle();
@@ -52,18 +33,7 @@ void useWholeProgram(DesktopProgram& program)
     EXPECT_EQ(program.process().awaitEnd().status, 0);
 }
 
-TEST(Network, IsNotNeededForAnything)
-{
-    if (endOf(withoutNetwork(), {"/usr/bin/true"}).status != 0) {
-        GTEST_SKIP() << "the kernel gives this user no network namespace";
-    }
-    DesktopProgram program({.launcher = withoutNetwork()});
-    program.start();
-    EXPECT_NE(networkOf(std::to_string(program.process().processId())), networkOf("self"));
-    useWholeProgram(program);
-}
-
-TEST(Network, IsNeverAskedFor)
+TEST(Network, IsNeverUsed)
 {
     constexpr int notPossible = 77;
     if (endOf(withUnixSocketsOnly(), {"/usr/bin/true"}).status == notPossible) {

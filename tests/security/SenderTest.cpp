@@ -31,12 +31,12 @@ TEST_F(Sender, EndsTheProgramByNamingTheArchivesClassInABody)
     EXPECT_THAT(session.program().errors(), HasSubstr("the string in a message body is cut short"));
 }
 
-TEST_F(Sender, DoesNoHarmWithTheSameWordsInTheTextColumn)
+TEST_F(Sender, DoesNoHarmWithTheSameTextInTheTextColumn)
 {
-    const std::string words = "Learn what an NSString is: 482913";
-    session.deliver("text " + words);
+    const std::string text = "Learn what an NSString is: 482913";
+    session.deliver("text " + text);
     EXPECT_THAT(
-        session.readReaction(), ElementsAreArray(ProgramSession::reactionTo(words, "482913")));
+        session.readReaction(), ElementsAreArray(ProgramSession::reactionTo(text, "482913")));
 }
 
 } // namespace

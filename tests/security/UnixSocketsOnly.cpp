@@ -1,6 +1,6 @@
 // Runs the command on its command line in such a way that the kernel kills it, and whatever it
-// starts, the moment it asks for a socket that is not local to the machine, or for a way around
-// asking. Ends with status 77 where the kernel does not do that.
+// starts, the moment it asks for a socket that is not local to the machine, or for one that goes
+// around that. Ends with status 77 where the kernel does not do that.
 #include <cstddef>
 #include <cstdio>
 #include <iterator>
@@ -33,7 +33,7 @@ bool allowUnixSocketsOnly()
     constexpr auto load = static_cast<unsigned short>(BPF_LD | BPF_W | BPF_ABS);
     constexpr auto ifEqual = static_cast<unsigned short>(BPF_JMP | BPF_JEQ | BPF_K);
     constexpr auto ifAtLeast = static_cast<unsigned short>(BPF_JMP | BPF_JGE | BPF_K);
-    constexpr auto answer = static_cast<unsigned short>(BPF_RET | BPF_K);
+    constexpr auto result = static_cast<unsigned short>(BPF_RET | BPF_K);
     // The lower half of the first argument; both machines have it first.
     constexpr unsigned family = offsetof(seccomp_data, args);
     sock_filter program[] = {
@@ -45,8 +45,8 @@ bool allowUnixSocketsOnly()
         BPF_JUMP(ifEqual, SYS_socket, 0, 2),
         BPF_STMT(load, family),
         BPF_JUMP(ifEqual, AF_UNIX, 0, 1),
-        BPF_STMT(answer, SECCOMP_RET_ALLOW),
-        BPF_STMT(answer, SECCOMP_RET_KILL_PROCESS),
+        BPF_STMT(result, SECCOMP_RET_ALLOW),
+        BPF_STMT(result, SECCOMP_RET_KILL_PROCESS),
     };
     const sock_fprog filter{
         .len = static_cast<unsigned short>(std::size(program)), .filter = program};

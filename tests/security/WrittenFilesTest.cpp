@@ -15,8 +15,8 @@ namespace {
 using testing::HasSubstr;
 using testing::Not;
 
-/// Who may do what with each file and folder in `home`, but for what the toolkit's libraries keep
-/// for their own speed.
+/// Who may do what with each file and folder in `home`, but for the caches of Qt's
+/// libraries.
 std::map<std::string, mode_t> modesIn(const std::filesystem::path& home)
 {
     std::map<std::string, mode_t> modes;
@@ -61,7 +61,7 @@ protected:
     std::map<std::string, mode_t> found;
 };
 
-TEST_P(WrittenFiles, AreTheUsersAloneAndNoOthersThanThese)
+TEST_P(WrittenFiles, AreTheseAndTheUsersAloneAndHoldNothingOfAMessage)
 {
     const mode_t allowed = ~GetParam();
     auto expected = found;
@@ -70,10 +70,6 @@ TEST_P(WrittenFiles, AreTheUsersAloneAndNoOthersThanThese)
     expected[".config/autostart"] = 0700;
     expected[".config/autostart/app.orlimo.Orlimo.desktop"] = 0666 & allowed;
     EXPECT_EQ(modesIn(home()), expected);
-}
-
-TEST_P(WrittenFiles, HoldNothingOfAMessage)
-{
     for (const auto& entry : std::filesystem::recursive_directory_iterator(home())) {
         const std::string name = std::filesystem::relative(entry.path(), home()).string();
         if (entry.is_regular_file() && !name.starts_with("Library/Messages/")) {

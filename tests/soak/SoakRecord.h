@@ -1,12 +1,25 @@
 #pragma once
 
-#include "tests/soak/ProcessUsage.h"
-
 #include <chrono>
 #include <string>
 #include <vector>
 
+#include <sys/types.h>
+
 namespace orlimo {
+
+/// What a process takes at one moment, as the kernel counts it.
+struct ProcessUsage
+{
+    long descriptors = 0;
+    long threads = 0;
+    /// Resident memory in KiB: all of it, and the part that no file backs.
+    long resident = 0;
+    long anonymous = 0;
+
+    /// Of the running process `process`. What cannot be read is a test failure.
+    [[nodiscard]] static ProcessUsage of(pid_t process);
+};
 
 /// What was seen in the course of a soak.
 struct SoakRecord

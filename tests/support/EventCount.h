@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QEvent>
 #include <QObject>
 
@@ -9,12 +10,20 @@ namespace orlimo {
 class EventCount : public QObject
 {
 public:
-    explicit EventCount(QEvent::Type eventType);
+    explicit EventCount(QEvent::Type eventType)
+        : type(eventType)
+    {
+        QCoreApplication::instance()->installEventFilter(this);
+    }
 
     [[nodiscard]] int count() const { return delivered; }
 
 protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override
+    {
+        delivered += event->type() == type ? 1 : 0;
+        return false;
+    }
 
 private:
     QEvent::Type type;

@@ -12,7 +12,7 @@ struct ExpectedStop
 {
     /// The source file that the message names, as it is called in the tree.
     std::string_view file;
-    /// The words after the place.
+    /// The text after the file and line.
     std::string_view reason;
 };
 

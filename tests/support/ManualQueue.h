@@ -4,10 +4,11 @@
 
 #include <cstddef>
 #include <deque>
+#include <mutex>
 
 namespace orlimo {
 
-/// A queue whose work runs when the test says so, on the test's thread.
+/// A queue whose work runs when the test says so, on the test's thread. Takes work from any thread.
 class ManualQueue final : public Queue
 {
 public:
@@ -16,9 +17,12 @@ public:
     /// Runs what waits, what that adds included, and returns how much it was.
     std::size_t run();
 
-    [[nodiscard]] std::size_t waiting() const { return list.size(); }
+    [[nodiscard]] std::size_t waiting() const;
 
 private:
+    [[nodiscard]] Work takeFirst();
+
+    mutable std::mutex mutex;
     std::deque<Work> list;
 };
 

@@ -7,20 +7,20 @@ namespace orlimo {
 
 namespace {
 
-/// The values of the first column of what `sql` answers, one after the other.
+/// The values of the first column that `sql` yields, one after the other.
 std::string queryResult(const std::filesystem::path& store, const char* sql)
 {
     sqlite3* connection = nullptr;
     EXPECT_EQ(
         sqlite3_open_v2(store.c_str(), &connection, SQLITE_OPEN_READWRITE, nullptr), SQLITE_OK);
-    std::string answer;
-    const auto keep = [](void* words, int, char** values, char**) {
-        *static_cast<std::string*>(words) += values[0];
+    std::string result;
+    const auto keep = [](void* text, int, char** values, char**) {
+        *static_cast<std::string*>(text) += values[0];
         return 0;
     };
-    EXPECT_EQ(sqlite3_exec(connection, sql, keep, &answer, nullptr), SQLITE_OK);
+    EXPECT_EQ(sqlite3_exec(connection, sql, keep, &result, nullptr), SQLITE_OK);
     EXPECT_EQ(sqlite3_close(connection), SQLITE_OK);
-    return answer;
+    return result;
 }
 
 } // namespace

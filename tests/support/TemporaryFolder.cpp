@@ -17,7 +17,7 @@ namespace orlimo {
 
 TemporaryFolder::TemporaryFolder()
 {
-    // By the name that systems and libraries give it, where the way to it leads through a link.
+    // By the name that systems and libraries give it, where its path leads through a link.
     const auto parent = std::filesystem::canonical(std::filesystem::temp_directory_path());
     std::string name = (parent / "orlimo-test-XXXXXX").string();
     if (::mkdtemp(name.data()) == nullptr) {
@@ -30,6 +30,13 @@ TemporaryFolder::~TemporaryFolder()
 {
     std::error_code ignored;
     std::filesystem::remove_all(folder, ignored);
+}
+
+std::filesystem::path makePrivateFolder(const std::filesystem::path& folder)
+{
+    std::filesystem::create_directories(folder);
+    std::filesystem::permissions(folder, std::filesystem::perms::owner_all);
+    return folder;
 }
 
 bool supportsFileName(const std::filesystem::path& file)

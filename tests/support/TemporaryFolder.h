@@ -22,6 +22,10 @@ private:
     std::filesystem::path folder;
 };
 
+/// Makes `folder` one that only the user may enter, as programs expect of their runtime folder, and
+/// returns it.
+std::filesystem::path makePrivateFolder(const std::filesystem::path& folder);
+
 /// Whether the file system can have a file of that name, which is not there yet: some want every
 /// name to be text.
 [[nodiscard]] bool supportsFileName(const std::filesystem::path& file);

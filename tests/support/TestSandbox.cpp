@@ -19,7 +19,7 @@ void moveInto(const std::filesystem::path& home)
 {
     const std::array<std::pair<const char*, const char*>, 7> folders{{
         {"HOME", ""},
-        // By which Foundation is told of a home.
+        // Where Foundation looks for a home.
         {"CFFIXED_USER_HOME", ""},
         {"XDG_CONFIG_HOME", ".config"},
         {"XDG_DATA_HOME", ".local/share"},

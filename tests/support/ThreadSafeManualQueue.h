@@ -1,30 +1,9 @@
 #pragma once
 
-#include "platform/threads/Queue.h"
-
-#include <cstddef>
-#include <deque>
-#include <mutex>
+#include "tests/support/ManualQueue.h"
 
 namespace orlimo {
 
-/// A queue whose work runs when the test says so, on the test's thread. Unlike ManualQueue it takes
-/// work from any thread.
-class ThreadSafeManualQueue final : public Queue
-{
-public:
-    void async(Work work) override;
-
-    /// Runs what waits, what that adds included, and returns how much it was.
-    std::size_t run();
-
-    [[nodiscard]] std::size_t waiting() const;
-
-private:
-    [[nodiscard]] Work takeFirst();
-
-    mutable std::mutex mutex;
-    std::deque<Work> list;
-};
+using ThreadSafeManualQueue = ManualQueue;
 
 } // namespace orlimo

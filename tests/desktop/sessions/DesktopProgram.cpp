@@ -114,19 +114,38 @@ void DesktopProgram::close()
     require(awaitClosed(), "the window does not close");
 }
 
-bool DesktopProgram::awaitOpen()
+testing::AssertionResult DesktopProgram::awaitCondition(const std::function<bool()>& condition)
 {
-    return awaitWithPolling([this] {
+    return awaitWithPolling(condition) ? testing::AssertionSuccess()
+                                       : testing::AssertionFailure() << describe();
+}
+
+testing::AssertionResult DesktopProgram::awaitOpen()
+{
+    return awaitCondition([this] {
         const auto opened = window();
         return opened && hasFocus(*opened);
     });
 }
 
-bool DesktopProgram::awaitClosed()
+testing::AssertionResult DesktopProgram::awaitClosed()
 {
-    const bool closed = awaitWithPolling([this] { return !window(); });
+    auto closed = awaitCondition([this] { return !window(); });
     lastClick = std::chrono::steady_clock::now();
     return closed;
+}
+
+testing::AssertionResult DesktopProgram::awaitWindows(std::size_t count)
+{
+    return awaitCondition([&] { return windows().size() == count; });
+}
+
+bool DesktopProgram::isCovered(const XWindow& window) const
+{
+    const auto all = ownDesktop.windows().windowsOf(0);
+    const auto above = std::ranges::find(all, window.id, &XWindow::id);
+    return above == all.end() ||
+           std::ranges::count(above, all.end(), "xmessage", &XWindow::title) > 0;
 }
 
 bool DesktopProgram::hasFocus(const XWindow& window) const
@@ -167,13 +186,9 @@ bool DesktopProgram::shows(const std::string& role, const std::string& name) con
 }
 
 testing::AssertionResult
-DesktopProgram::awaitShown(const std::string& role, const std::string& name) const
+DesktopProgram::awaitShown(const std::string& role, const std::string& name)
 {
-    if (awaitWithPolling([&] { return shows(role, name); })) {
-        return testing::AssertionSuccess();
-    }
-    return testing::AssertionFailure() << "shown are:\n"
-                                       << ownDesktop.accessibility().describe(applicationName);
+    return awaitCondition([&] { return shows(role, name); });
 }
 
 void DesktopProgram::click(const std::string& role, const std::string& name)
@@ -181,14 +196,10 @@ void DesktopProgram::click(const std::string& role, const std::string& name)
     ownDesktop.click(element(role, name).area().center());
 }
 
-testing::AssertionResult DesktopProgram::awaitPaste(const std::string& text) const
+testing::AssertionResult DesktopProgram::awaitPaste(const std::string& text)
 {
-    const XServer& server = ownDesktop.server();
-    if (awaitWithPolling([&] { return server.paste("clipboard") == text; })) {
-        return testing::AssertionSuccess();
-    }
-    return testing::AssertionFailure()
-           << "the clipboard holds \"" << server.paste("clipboard") << '"';
+    testing::AssertionResult result = ownDesktop.server().awaitPaste(text);
+    return result ? result : result << '\n' << describe();
 }
 
 testing::AssertionResult

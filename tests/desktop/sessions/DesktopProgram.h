@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <cstddef>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -14,8 +16,9 @@
 namespace orlimo {
 
 /// The built program on a desktop of its own, used as a person uses it: with the pointer, the
-/// keyboard, and what can be read off the screen. What a person would need and does not find,
-/// however long they wait, ends the test with an exception that describes the desktop.
+/// keyboard, and what can be read off the screen. What a person needs and does not find, however
+/// long they wait, ends the test with an exception that describes the desktop; so does a wait that
+/// fails.
 class DesktopProgram
 {
 public:
@@ -44,8 +47,14 @@ public:
     void close();
 
     /// Waits until the window is open and has the focus.
-    [[nodiscard]] bool awaitOpen();
-    [[nodiscard]] bool awaitClosed();
+    [[nodiscard]] testing::AssertionResult awaitOpen();
+    [[nodiscard]] testing::AssertionResult awaitClosed();
+
+    /// Waits until the program has `count` windows.
+    [[nodiscard]] testing::AssertionResult awaitWindows(std::size_t count);
+
+    /// Whether another application's window is above `window`.
+    [[nodiscard]] bool isCovered(const XWindow& window) const;
 
     /// The program's window under the icon. None while it is closed.
     [[nodiscard]] std::optional<XWindow> window();
@@ -62,15 +71,15 @@ public:
     [[nodiscard]] bool shows(const std::string& role, const std::string& name) const;
 
     /// Waits until it shows that: a program is on the accessibility bus only some time after it has
-    /// started. A failure says what is shown instead.
+    /// started.
     [[nodiscard]] testing::AssertionResult
-    awaitShown(const std::string& role, const std::string& name) const;
+    awaitShown(const std::string& role, const std::string& name);
 
     /// Clicks the middle of such an element.
     void click(const std::string& role, const std::string& name);
 
     /// Waits until the clipboard holds `text`.
-    [[nodiscard]] testing::AssertionResult awaitPaste(const std::string& text) const;
+    [[nodiscard]] testing::AssertionResult awaitPaste(const std::string& text);
 
     /// Waits until exactly these preferences are stored.
     [[nodiscard]] testing::AssertionResult
@@ -90,6 +99,8 @@ public:
     static constexpr const char* readLine = "ready to access disk";
 
 private:
+    /// A failure describes the desktop.
+    [[nodiscard]] testing::AssertionResult awaitCondition(const std::function<bool()>& condition);
     [[nodiscard]] std::uint32_t processId();
     [[nodiscard]] QPoint awaitIcon();
     void require(bool condition, const std::string& failure);

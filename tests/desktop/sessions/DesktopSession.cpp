@@ -2,7 +2,6 @@
 
 #include "tests/desktop/sessions/DesktopVariables.h"
 #include "tests/support/process/OutputCapture.h"
-#include "tests/support/process/PrivateFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -34,8 +33,8 @@ DesktopSession::DesktopSession(WithoutTray /*kind*/, const std::string& screen)
 
 void DesktopSession::awaitManagement() const
 {
-    // What the window manager is told right at its start it may look at only once it is told
-    // something more, which is over when it has looked after one window.
+    // What the window manager receives right at its start it may look at only once something more
+    // arrives, which is over when it has managed one window.
     {
         const ChildProcess window(
             "/usr/bin/xmessage",

@@ -1,5 +1,7 @@
 #include "tests/desktop/sessions/DesktopVariables.h"
 
+#include "tests/support/TemporaryFolder.h"
+
 namespace orlimo {
 
 std::map<std::string, std::optional<std::string>> desktopVariables()
@@ -30,6 +32,25 @@ std::map<std::string, std::optional<std::string>> desktopVariables()
         variables[variable] = std::nullopt;
     }
     return variables;
+}
+
+std::string missingProgram(std::initializer_list<std::filesystem::path> programs)
+{
+    for (const auto& program : programs) {
+        if (!std::filesystem::exists(program)) {
+            return "there is no " + program.string();
+        }
+    }
+    return "";
+}
+
+std::string platformOf(pid_t process)
+{
+    const std::string loaded = contentOf("/proc/" + std::to_string(process) + "/maps");
+    if (loaded.find("/platforms/libqwayland") != std::string::npos) {
+        return "wayland";
+    }
+    return loaded.find("/platforms/libqxcb") != std::string::npos ? "xcb" : "";
 }
 
 } // namespace orlimo

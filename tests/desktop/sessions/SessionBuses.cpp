@@ -10,16 +10,16 @@ namespace orlimo {
 
 namespace {
 
-/// Asks the session bus where the accessibility bus is; empty as long as nobody answers.
+/// Asks the session bus where the accessibility bus is; empty as long as nobody replies.
 std::string accessibilityAddressOn(const QDBusConnection& session)
 {
-    const QDBusMessage answer = session.call(QDBusMessage::createMethodCall(
+    const QDBusMessage reply = session.call(QDBusMessage::createMethodCall(
         QStringLiteral("org.a11y.Bus"),
         QStringLiteral("/org/a11y/bus"),
         QStringLiteral("org.a11y.Bus"),
         QStringLiteral("GetAddress")));
-    const bool answered = answer.type() == QDBusMessage::ReplyMessage;
-    return answered ? answer.arguments().value(0).toString().toStdString() : "";
+    const bool isKnown = reply.type() == QDBusMessage::ReplyMessage;
+    return isKnown ? reply.arguments().value(0).toString().toStdString() : "";
 }
 
 } // namespace

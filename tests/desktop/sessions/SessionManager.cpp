@@ -7,213 +7,150 @@
 #include <array>
 #include <cstdlib>
 #include <cstring>
-#include <utility>
 
 #include <poll.h>
 
-#include <X11/ICE/ICElib.h>
 #include <X11/ICE/ICEutil.h>
-#include <X11/SM/SMlib.h>
 
 namespace orlimo {
 
-/// The library's side: its callbacks find the object through the pointer that they are given.
-class SessionManager::Protocol
+namespace {
+
+/// The library asks for a new program's callbacks without saying for whom.
+SessionManager* current = nullptr;
+
+Bool acceptEveryHost(char* /*name*/)
 {
-public:
-    Protocol()
-    {
-        std::array<char, 256> error{};
-        static const bool isReady = SmsInitialize(
-                                        "Orlimo's tests",
-                                        "1",
-                                        &Protocol::welcome,
-                                        nullptr,
-                                        &Protocol::acceptEveryHost,
-                                        error.size(),
-                                        error.data()) != 0;
-        EXPECT_TRUE(isReady) << error.data();
-        EXPECT_NE(
-            IceListenForConnections(&listenerCount, &listeners, error.size(), error.data()), 0)
-            << error.data();
-        for (int index = 0; index < listenerCount; ++index) {
-            IceSetHostBasedAuthProc(listeners[index], &Protocol::acceptEveryHost);
-        }
-        char* const list = IceComposeNetworkIdList(listenerCount, listeners);
-        ownAddress = list;
-        std::free(list);
-        current = this;
-    }
+    return True;
+}
 
-    Protocol(const Protocol&) = delete;
-    Protocol& operator=(const Protocol&) = delete;
+bool hasInput(int descriptor)
+{
+    pollfd input{.fd = descriptor, .events = POLLIN, .revents = 0};
+    return ::poll(&input, 1, 0) == 1;
+}
 
-    ~Protocol()
-    {
-        current = nullptr;
-        disconnect();
-        IceFreeListenObjs(listenerCount, listeners);
-    }
-
-    /// Deals with what the program has sent.
-    void work()
-    {
-        for (int index = 0; index < listenerCount; ++index) {
-            if (hasInput(IceGetListenConnectionNumber(listeners[index]))) {
-                IceAcceptStatus status{};
-                connection = IceAcceptConnection(listeners[index], &status);
-            }
-        }
-        while (connection != nullptr && hasInput(IceConnectionNumber(connection))) {
-            switch (IceProcessMessages(connection, nullptr, nullptr)) {
-            case IceProcessMessagesSuccess:
-                break;
-            case IceProcessMessagesIOError:
-                disconnect();
-                break;
-            case IceProcessMessagesConnectionClosed: // and given back by the library
-                connection = nullptr;
-                break;
-            }
-        }
-    }
-
-    std::string ownAddress;
-    SmsConn client = nullptr;
-    bool isRegistered = false;
-    int saves = 0;
-    std::optional<int> restartStyle;
-
-private:
-    void disconnect()
-    {
-        if (client != nullptr) {
-            SmsCleanUp(std::exchange(client, nullptr));
-        }
-        if (connection != nullptr) {
-            IceSetShutdownNegotiation(connection, False);
-            IceCloseConnection(std::exchange(connection, nullptr));
-        }
-    }
-
-    static bool hasInput(int descriptor)
-    {
-        pollfd input{.fd = descriptor, .events = POLLIN, .revents = 0};
-        return ::poll(&input, 1, 0) == 1;
-    }
-
-    static Bool acceptEveryHost(char* /*host*/) { return True; }
-
-    static Protocol& of(SmPointer data) { return *static_cast<Protocol*>(data); }
-
-    static Status welcome(
-        SmsConn client,
-        SmPointer /*data*/,
-        unsigned long* mask,
-        SmsCallbacks* callbacks,
-        char** /*failure*/)
-    {
-        current->client = client;
-        *mask = SmsRegisterClientProcMask | SmsInteractRequestProcMask | SmsInteractDoneProcMask |
-                SmsSaveYourselfRequestProcMask | SmsSaveYourselfP2RequestProcMask |
-                SmsSaveYourselfDoneProcMask | SmsCloseConnectionProcMask |
-                SmsSetPropertiesProcMask | SmsDeletePropertiesProcMask | SmsGetPropertiesProcMask;
-        *callbacks = {};
-        SmPointer const self = current;
-        callbacks->register_client = {
-            [](SmsConn conn, SmPointer data, char* /*previous*/) -> Status {
-                char* const id = SmsGenerateClientID(conn);
-                const Status status = SmsRegisterClientReply(conn, id);
-                std::free(id);
-                of(data).isRegistered = true;
-                return status;
-            },
-            self};
-        callbacks->interact_request = {[](SmsConn, SmPointer, int) {}, self};
-        callbacks->interact_done = {[](SmsConn, SmPointer, Bool) {}, self};
-        callbacks->save_yourself_request = {
-            [](SmsConn, SmPointer, int, Bool, int, Bool, Bool) {}, self};
-        callbacks->save_yourself_phase2_request = {[](SmsConn, SmPointer) {}, self};
-        callbacks->save_yourself_done = {
-            [](SmsConn conn, SmPointer data, Bool /*success*/) {
-                ++of(data).saves;
-                SmsSaveComplete(conn);
-            },
-            self};
-        callbacks->close_connection = {
-            [](SmsConn, SmPointer data, int count, char** reasons) {
-                SmFreeReasons(count, reasons);
-                of(data).disconnect();
-            },
-            self};
-        callbacks->set_properties = {
-            [](SmsConn, SmPointer data, int count, SmProp** properties) {
-                for (int index = 0; index < count; ++index) {
-                    of(data).note(*properties[index]);
-                    SmFreeProperty(properties[index]);
-                }
-                std::free(properties);
-            },
-            self};
-        callbacks->delete_properties = {
-            [](SmsConn, SmPointer, int count, char** names) {
-                for (int index = 0; index < count; ++index) {
-                    std::free(names[index]);
-                }
-                std::free(names);
-            },
-            self};
-        callbacks->get_properties = {[](SmsConn, SmPointer) {}, self};
-        return 1;
-    }
-
-    void note(const SmProp& property)
-    {
-        if (std::strcmp(property.name, SmRestartStyleHint) == 0 && property.num_vals == 1) {
-            restartStyle = *static_cast<const unsigned char*>(property.vals[0].value);
-        }
-    }
-
-    /// The library asks for a new program's callbacks without saying for whom.
-    static inline Protocol* current = nullptr;
-
-    int listenerCount = 0;
-    IceListenObj* listeners = nullptr;
-    IceConn connection = nullptr;
-};
+} // namespace
 
 SessionManager::SessionManager()
-    : protocol(std::make_unique<Protocol>())
-{}
-
-SessionManager::~SessionManager() = default;
-
-const std::string& SessionManager::address() const
 {
-    return protocol->ownAddress;
+    std::array<char, 256> error{};
+    static const bool isReady = SmsInitialize(
+                                    "Orlimo's tests",
+                                    "1",
+                                    &SessionManager::welcome,
+                                    nullptr,
+                                    &acceptEveryHost,
+                                    error.size(),
+                                    error.data()) != 0;
+    EXPECT_TRUE(isReady) << error.data();
+    EXPECT_NE(IceListenForConnections(&listenerCount, &listeners, error.size(), error.data()), 0)
+        << error.data();
+    for (int index = 0; index < listenerCount; ++index) {
+        IceSetHostBasedAuthProc(listeners[index], &acceptEveryHost);
+    }
+    char* const list = IceComposeNetworkIdList(listenerCount, listeners);
+    ownAddress = list;
+    std::free(list);
+    current = this;
+}
+
+SessionManager::~SessionManager()
+{
+    current = nullptr;
+    if (client != nullptr) {
+        SmsCleanUp(client);
+    }
+    if (connection != nullptr) {
+        IceSetShutdownNegotiation(connection, False);
+        IceCloseConnection(connection);
+    }
+    IceFreeListenObjs(listenerCount, listeners);
+}
+
+Status SessionManager::welcome(
+    SmsConn newClient,
+    SmPointer /*data*/,
+    unsigned long* mask,
+    SmsCallbacks* callbacks,
+    char** /*failure*/)
+{
+    current->client = newClient;
+    *mask = SmsRegisterClientProcMask | SmsInteractRequestProcMask | SmsInteractDoneProcMask |
+            SmsSaveYourselfRequestProcMask | SmsSaveYourselfP2RequestProcMask |
+            SmsSaveYourselfDoneProcMask | SmsCloseConnectionProcMask | SmsSetPropertiesProcMask |
+            SmsDeletePropertiesProcMask | SmsGetPropertiesProcMask;
+    *callbacks = {};
+    callbacks->register_client.callback = [](SmsConn conn, SmPointer, char*) -> Status {
+        char* const id = SmsGenerateClientID(conn);
+        const Status status = SmsRegisterClientReply(conn, id);
+        std::free(id);
+        current->isRegistered = true;
+        return status;
+    };
+    callbacks->interact_request.callback = [](SmsConn, SmPointer, int) {};
+    callbacks->interact_done.callback = [](SmsConn, SmPointer, Bool) {};
+    callbacks->save_yourself_request.callback = [](SmsConn, SmPointer, int, Bool, int, Bool, Bool) {
+    };
+    callbacks->save_yourself_phase2_request.callback = [](SmsConn, SmPointer) {};
+    callbacks->save_yourself_done.callback = [](SmsConn conn, SmPointer, Bool) {
+        current->isSaved = true;
+        SmsSaveComplete(conn);
+    };
+    callbacks->close_connection.callback = [](SmsConn, SmPointer, int count, char** reasons) {
+        SmFreeReasons(count, reasons);
+    };
+    callbacks->set_properties.callback = [](SmsConn, SmPointer, int count, SmProp** properties) {
+        for (int index = 0; index < count; ++index) {
+            const SmProp& property = *properties[index];
+            if (std::strcmp(property.name, SmRestartStyleHint) == 0 && property.num_vals == 1) {
+                current->style = *static_cast<const unsigned char*>(property.vals[0].value);
+            }
+            SmFreeProperty(properties[index]);
+        }
+        std::free(properties);
+    };
+    callbacks->delete_properties.callback = [](SmsConn, SmPointer, int count, char** names) {
+        for (int index = 0; index < count; ++index) {
+            std::free(names[index]);
+        }
+        std::free(names);
+    };
+    callbacks->get_properties.callback = [](SmsConn, SmPointer) {};
+    return 1;
+}
+
+void SessionManager::processInput()
+{
+    for (int index = 0; index < listenerCount; ++index) {
+        if (hasInput(IceGetListenConnectionNumber(listeners[index]))) {
+            IceAcceptStatus status{};
+            connection = IceAcceptConnection(listeners[index], &status);
+        }
+    }
+    while (connection != nullptr && hasInput(IceConnectionNumber(connection))) {
+        if (IceProcessMessages(connection, nullptr, nullptr) != IceProcessMessagesSuccess) {
+            ADD_FAILURE() << "the program left its session";
+            connection = nullptr;
+        }
+    }
 }
 
 bool SessionManager::awaitClient()
 {
     return await([this] {
-        protocol->work();
-        return protocol->isRegistered;
+        processInput();
+        return isRegistered;
     });
 }
 
 bool SessionManager::save()
 {
-    const int before = protocol->saves;
-    SmsSaveYourself(protocol->client, SmSaveBoth, False, SmInteractStyleNone, False);
-    return await([this, before] {
-        protocol->work();
-        return protocol->saves > before;
+    SmsSaveYourself(client, SmSaveBoth, False, SmInteractStyleNone, False);
+    return await([this] {
+        processInput();
+        return isSaved;
     });
-}
-
-std::optional<int> SessionManager::restartStyle() const
-{
-    return protocol->restartStyle;
 }
 
 } // namespace orlimo

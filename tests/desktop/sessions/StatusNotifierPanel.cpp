@@ -4,8 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <csignal>
-
 namespace orlimo {
 
 StatusNotifierPanel::StatusNotifierPanel(const DesktopSession& desktop, Host host)
@@ -15,63 +13,26 @@ StatusNotifierPanel::StatusNotifierPanel(const DesktopSession& desktop, Host hos
                                               : std::vector<std::string>{"without a host"},
            .environment = desktop.environment(),
            .beforeStart = dieWithParent})
+    , tray(desktop.environment().at("DBUS_SESSION_BUS_ADDRESS").value())
 {
     EXPECT_TRUE(process.awaitLine("ready")) << process.errors();
 }
 
-void StatusNotifierPanel::registerHost()
+int StatusNotifierPanel::items() const
 {
-    command("host comes");
+    return static_cast<int>(tray.services().size());
 }
 
-void StatusNotifierPanel::unregisterHost()
-{
-    command("host goes");
-}
-
-int StatusNotifierPanel::items()
-{
-    return std::stoi(process.ask("items"));
-}
-
-bool StatusNotifierPanel::awaitItem()
+bool StatusNotifierPanel::awaitItem() const
 {
     return awaitWithPolling([this] { return items() == 1; });
 }
 
-void StatusNotifierPanel::click()
+std::string StatusNotifierPanel::item() const
 {
-    command("activate");
-}
-
-std::string StatusNotifierPanel::iconName()
-{
-    return process.ask("icon name");
-}
-
-std::string StatusNotifierPanel::iconSizes()
-{
-    return process.ask("icon sizes");
-}
-
-std::string StatusNotifierPanel::menu()
-{
-    return process.ask("menu");
-}
-
-void StatusNotifierPanel::choose(const std::string& text)
-{
-    command("choose " + text);
-}
-
-void StatusNotifierPanel::freeze() const
-{
-    process.signal(SIGSTOP);
-}
-
-void StatusNotifierPanel::thaw() const
-{
-    process.signal(SIGCONT);
+    const auto services = tray.services();
+    EXPECT_EQ(services.size(), 1U);
+    return services.empty() ? "" : services.front();
 }
 
 void StatusNotifierPanel::command(const std::string& line)

@@ -1,8 +1,10 @@
 #pragma once
 
 #include "tests/desktop/sessions/DesktopSession.h"
+#include "tests/desktop/sessions/TrayItems.h"
 #include "tests/support/process/ChildProcess.h"
 
+#include <csignal>
 #include <string>
 
 namespace orlimo {
@@ -13,44 +15,39 @@ class StatusNotifierPanel
 {
 public:
     enum class Host {
-        /// The panel is there.
-        present,
-        /// Only the watcher is there that panels and items register with.
-        absent,
+        present, ///< the panel is there
+        absent,  ///< only the watcher is there that panels and items register with
     };
 
     /// Starts it and waits until its name is on the bus.
     explicit StatusNotifierPanel(const DesktopSession& desktop, Host host = Host::present);
 
-    void registerHost();
-    void unregisterHost();
+    void registerHost() { command("host comes"); }
+    void unregisterHost() { command("host goes"); }
 
     /// How many items it shows.
-    [[nodiscard]] int items();
+    [[nodiscard]] int items() const;
 
     /// Waits until it shows one item, and no other.
-    [[nodiscard]] bool awaitItem();
+    [[nodiscard]] bool awaitItem() const;
 
-    /// Clicks the item; a failure of that is a test failure.
-    void click();
+    /// What a person does with the one item, and sees of it: as in TrayItems.
+    void click() const { tray.activate(item(), 0, 0); }
+    [[nodiscard]] std::string iconName() const { return tray.iconNameOf(item()); }
+    [[nodiscard]] std::string iconSizes() const { return tray.iconSizesOf(item()); }
+    [[nodiscard]] std::string menu() const { return tray.menuOf(item()); }
+    void choose(const std::string& text) const { tray.choose(item(), text); }
 
-    /// The name of the item's icon, empty where it has none.
-    [[nodiscard]] std::string iconName();
-    /// The edges of its pixmaps in pixels, a comma after each.
-    [[nodiscard]] std::string iconSizes();
-
-    /// The texts of the item's menu, a comma after each.
-    [[nodiscard]] std::string menu();
-    void choose(const std::string& text);
-
-    /// It answers nobody from now on.
-    void freeze() const;
-    void thaw() const;
+    /// It responds to nobody from now on.
+    void freeze() const { process.signal(SIGSTOP); }
+    void thaw() const { process.signal(SIGCONT); }
 
 private:
+    [[nodiscard]] std::string item() const;
     void command(const std::string& line);
 
     ChildProcess process;
+    TrayItems tray;
 };
 
 } // namespace orlimo

@@ -1,45 +1,32 @@
 #include "tests/desktop/sessions/TrayItems.h"
 
-#include <QDBusMessage>
+#include <QDBusArgument>
+#include <QDBusObjectPath>
 #include <QDBusVariant>
 #include <QStringList>
 #include <gtest/gtest.h>
+
+#include <atomic>
 
 namespace orlimo {
 
 namespace {
 
-/// What `property` of an object on the bus is; nothing as long as nobody answers.
-QVariant propertyOf(
-    const QDBusConnection& bus,
-    const QString& service,
-    const QString& path,
-    const QString& interface,
-    const QString& property)
-{
-    QDBusMessage question = QDBusMessage::createMethodCall(
-        service, path, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
-    question << interface << property;
-    const QDBusMessage answer = bus.call(question);
-    return answer.type() == QDBusMessage::ReplyMessage
-               ? answer.arguments().value(0).value<QDBusVariant>().variant()
-               : QVariant();
-}
+const QString watcherInterface = QStringLiteral("org.kde.StatusNotifierWatcher");
+const QString itemInterface = QStringLiteral("org.kde.StatusNotifierItem");
+const QString menuInterface = QStringLiteral("com.canonical.dbusmenu");
 
-QVariant watcherProperty(const QDBusConnection& bus, const QString& property)
+/// Several may be connected to one bus.
+QString newConnectionName()
 {
-    return propertyOf(
-        bus,
-        QStringLiteral("org.kde.StatusNotifierWatcher"),
-        QStringLiteral("/StatusNotifierWatcher"),
-        QStringLiteral("org.kde.StatusNotifierWatcher"),
-        property);
+    static std::atomic<int> number = 0;
+    return QStringLiteral("tray items %1").arg(++number);
 }
 
 } // namespace
 
 TrayItems::TrayItems(const std::string& busAddress)
-    : connectionName(QString::fromStdString("tray items of " + busAddress))
+    : connectionName(newConnectionName())
     , bus(QDBusConnection::connectToBus(QString::fromStdString(busAddress), connectionName))
 {
     EXPECT_TRUE(bus.isConnected()) << busAddress;
@@ -52,15 +39,17 @@ TrayItems::~TrayItems()
 
 bool TrayItems::hasHost() const
 {
-    return watcherProperty(bus, QStringLiteral("IsStatusNotifierHostRegistered")).toBool();
+    return property(
+               watcherInterface, watcherInterface, QStringLiteral("IsStatusNotifierHostRegistered"))
+        .toBool();
 }
 
 std::vector<std::string> TrayItems::services() const
 {
     std::vector<std::string> found;
-    const auto registered =
-        watcherProperty(bus, QStringLiteral("RegisteredStatusNotifierItems")).toStringList();
-    for (const QString& item : registered) {
+    const auto registered = property(
+        watcherInterface, watcherInterface, QStringLiteral("RegisteredStatusNotifierItems"));
+    for (const QString& item : registered.toStringList()) {
         // A watcher may name the object too.
         found.push_back(item.section(u'/', 0, 0).toStdString());
     }
@@ -69,26 +58,138 @@ std::vector<std::string> TrayItems::services() const
 
 std::string TrayItems::titleOf(const std::string& service) const
 {
-    return propertyOf(
-               bus,
-               QString::fromStdString(service),
-               QStringLiteral("/StatusNotifierItem"),
-               QStringLiteral("org.kde.StatusNotifierItem"),
-               QStringLiteral("Title"))
-        .toString()
-        .toStdString();
+    return itemProperty(service, QStringLiteral("Title")).toString().toStdString();
+}
+
+std::string TrayItems::iconNameOf(const std::string& service) const
+{
+    return itemProperty(service, QStringLiteral("IconName")).toString().toStdString();
+}
+
+std::string TrayItems::iconSizesOf(const std::string& service) const
+{
+    const auto pixmaps = itemProperty(service, QStringLiteral("IconPixmap")).value<QDBusArgument>();
+    std::string sizes;
+    pixmaps.beginArray();
+    while (!pixmaps.atEnd()) {
+        int width = 0;
+        int height = 0;
+        QByteArray pixels;
+        pixmaps.beginStructure();
+        pixmaps >> width >> height >> pixels;
+        pixmaps.endStructure();
+        sizes += std::to_string(width) + ",";
+    }
+    pixmaps.endArray();
+    return sizes;
 }
 
 void TrayItems::activate(const std::string& service, int x, int y) const
 {
-    QDBusMessage click = QDBusMessage::createMethodCall(
+    const QDBusMessage reply = call(
         QString::fromStdString(service),
         QStringLiteral("/StatusNotifierItem"),
-        QStringLiteral("org.kde.StatusNotifierItem"),
-        QStringLiteral("Activate"));
-    click << x << y;
-    const QDBusMessage answer = bus.call(click);
-    EXPECT_EQ(answer.type(), QDBusMessage::ReplyMessage) << answer.errorMessage().toStdString();
+        itemInterface + QStringLiteral(".Activate"),
+        {x, y});
+    EXPECT_EQ(reply.type(), QDBusMessage::ReplyMessage) << reply.errorMessage().toStdString();
+}
+
+std::string TrayItems::menuOf(const std::string& service) const
+{
+    std::string texts;
+    for (const auto& [number, text] : entries(service)) {
+        texts += text + ",";
+    }
+    return texts;
+}
+
+void TrayItems::choose(const std::string& service, const std::string& text) const
+{
+    for (const auto& [number, label] : entries(service)) {
+        if (label == text) {
+            const QDBusMessage reply = call(
+                QString::fromStdString(service),
+                menuPath(service),
+                menuInterface + QStringLiteral(".Event"),
+                {number,
+                 QStringLiteral("clicked"),
+                 QVariant::fromValue(QDBusVariant(QString())),
+                 QVariant::fromValue(0U)});
+            EXPECT_EQ(reply.type(), QDBusMessage::ReplyMessage);
+            return;
+        }
+    }
+    ADD_FAILURE() << "no entry " << text << " in " << menuOf(service);
+}
+
+QDBusMessage TrayItems::call(
+    const QString& service,
+    const QString& path,
+    const QString& method,
+    const QVariantList& arguments) const
+{
+    QDBusMessage message = QDBusMessage::createMethodCall(
+        service, path, method.section(u'.', 0, -2), method.section(u'.', -1));
+    message.setArguments(arguments);
+    return bus.call(message);
+}
+
+/// Nothing as long as nobody responds.
+QVariant
+TrayItems::property(const QString& service, const QString& interface, const QString& name) const
+{
+    const QDBusMessage reply = call(
+        service,
+        u'/' + interface.section(u'.', -1),
+        QStringLiteral("org.freedesktop.DBus.Properties.Get"),
+        {interface, name});
+    return reply.type() == QDBusMessage::ReplyMessage
+               ? reply.arguments().value(0).value<QDBusVariant>().variant()
+               : QVariant();
+}
+
+QVariant TrayItems::itemProperty(const std::string& service, const QString& name) const
+{
+    return property(QString::fromStdString(service), itemInterface, name);
+}
+
+QString TrayItems::menuPath(const std::string& service) const
+{
+    return itemProperty(service, QStringLiteral("Menu")).value<QDBusObjectPath>().path();
+}
+
+std::vector<std::pair<int, std::string>> TrayItems::entries(const std::string& service) const
+{
+    constexpr int root = 0;
+    constexpr int allLevels = -1;
+    const QDBusMessage reply = call(
+        QString::fromStdString(service),
+        menuPath(service),
+        menuInterface + QStringLiteral(".GetLayout"),
+        {root, allLevels, QStringList{}});
+    std::vector<std::pair<int, std::string>> found;
+    if (reply.type() != QDBusMessage::ReplyMessage) {
+        return found;
+    }
+    const auto layout = reply.arguments().at(1).value<QDBusArgument>();
+    int number = 0;
+    QVariantMap properties;
+    layout.beginStructure();
+    layout >> number >> properties;
+    layout.beginArray();
+    while (!layout.atEnd()) {
+        QDBusVariant child;
+        layout >> child;
+        const auto entry = child.variant().value<QDBusArgument>();
+        entry.beginStructure();
+        entry >> number >> properties;
+        entry.endStructure();
+        found.emplace_back(
+            number, properties.value(QStringLiteral("label")).toString().toStdString());
+    }
+    layout.endArray();
+    layout.endStructure();
+    return found;
 }
 
 } // namespace orlimo

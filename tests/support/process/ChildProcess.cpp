@@ -78,16 +78,22 @@ bool ChildProcess::awaitLine(const std::string& line, std::chrono::milliseconds 
 
 void ChildProcess::writeLine(const std::string& line)
 {
-    process.write((line + "\n").c_str());
+    write(line + "\n");
+}
+
+void ChildProcess::write(const std::string& text)
+{
+    process.write(text.c_str());
     EXPECT_TRUE(process.waitForBytesWritten());
 }
 
 std::string ChildProcess::ask(const std::string& command)
 {
     writeLine(command);
-    const auto answer = readLine();
-    EXPECT_TRUE(answer.has_value()) << name << " does not answer " << command << "\n" << errors();
-    return answer.value_or("");
+    const auto response = readLine();
+    EXPECT_TRUE(response.has_value()) << name << " does not respond to " << command << "\n"
+                                      << errors();
+    return response.value_or("");
 }
 
 void ChildProcess::closeInput()
@@ -136,7 +142,7 @@ bool ChildProcess::endsWithin(std::chrono::milliseconds limit)
 ChildProcess::End ChildProcess::awaitEnd(std::chrono::milliseconds limit)
 {
     if (!endsWithin(limit)) {
-        ADD_FAILURE() << name << " does not end";
+        ADD_FAILURE() << name << " does not end; it printed\n" << outputSoFar << errorsSoFar;
         return {};
     }
     if (process.exitStatus() == QProcess::CrashExit) {
@@ -149,6 +155,20 @@ ChildProcess::End ChildProcess::terminate()
 {
     signal(SIGTERM);
     return awaitEnd();
+}
+
+ToolResult runTool(
+    const std::filesystem::path& program, const ChildSettings& settings, const std::string& input)
+{
+    ChildProcess tool(program, settings);
+    if (!input.empty()) {
+        tool.write(input);
+    }
+    tool.closeInput();
+    if (!tool.endsWithin(toolTimeout)) {
+        return {std::nullopt, tool.output(), program.string() + " does not end; " + tool.errors()};
+    }
+    return {tool.awaitEnd().status, tool.output(), tool.errors()};
 }
 
 } // namespace orlimo

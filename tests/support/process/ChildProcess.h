@@ -51,10 +51,11 @@ public:
     [[nodiscard]] bool
     awaitLine(const std::string& line, std::chrono::milliseconds limit = defaultTimeout);
 
-    /// Writes `line` and a line break to the program's standard input.
+    /// Writes `text`, or `line` and a line break, to the program's standard input.
+    void write(const std::string& text);
     void writeLine(const std::string& line);
 
-    /// Writes `command` and returns the one line that the program answers.
+    /// Writes `command` and returns the line with which the program responds.
     [[nodiscard]] std::string ask(const std::string& command);
 
     /// Ends the program's standard input.
@@ -89,5 +90,20 @@ private:
     pid_t pid = 0;
     std::filesystem::path name;
 };
+
+/// What came of a tool that ran to its end.
+struct ToolResult
+{
+    /// Absent where it did not end by itself in time, which `errors` then says.
+    std::optional<int> status;
+    std::string output;
+    std::string errors;
+};
+
+/// Runs a tool that is not ours with `input` as its standard input. It is killed after ten seconds.
+[[nodiscard]] ToolResult runTool(
+    const std::filesystem::path& program,
+    const ChildSettings& settings,
+    const std::string& input = "");
 
 } // namespace orlimo

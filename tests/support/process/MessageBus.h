@@ -23,7 +23,7 @@ public:
     /// is among them.
     [[nodiscard]] const std::filesystem::path& servicesFolder() const { return services; }
 
-    /// Has the bus stand still: it takes what it is sent, and answers when it goes on.
+    /// Has the bus stand still: it takes what it is sent, and replies when it goes on.
     void freeze() const;
     void thaw() const;
 

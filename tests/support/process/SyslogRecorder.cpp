@@ -1,4 +1,4 @@
-// Preloaded into a program (LD_PRELOAD), it takes the place of syslog(3): each entry becomes one
+// Preloaded into a program (LD_PRELOAD), it replaces syslog(3): each entry becomes one
 // line of the file that the variable ORLIMO_RECORDED_SYSLOG names, and none reaches the system's
 // log. A line is the priority with its facility as a decimal number (11 for an error of a user's
 // program), a blank, and the text; a control character in the text stands there as \x and two

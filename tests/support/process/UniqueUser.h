@@ -5,7 +5,7 @@
 
 namespace orlimo {
 
-/// A user whom no other test, running at the same time, is or disturbs: the host counts watchers
+/// A user whom no other test, running at the same time, is or disturbs: the kernel counts watchers
 /// and threads by user. The superuser alone can become it.
 [[nodiscard]] inline uid_t uniqueUser()
 {

@@ -1,13 +1,9 @@
 #include "tests/desktop/sessions/wayland/KWinSession.h"
 
 #include "tests/desktop/sessions/DesktopVariables.h"
-#include "tests/desktop/sessions/MissingProgram.h"
 #include "tests/support/process/ParentDeathSignal.h"
-#include "tests/support/process/PrivateFolder.h"
 
 #include <gtest/gtest.h>
-
-#include <csignal>
 
 namespace orlimo {
 
@@ -34,8 +30,6 @@ std::string KWinSession::skipReason()
 }
 
 KWinSession::KWinSession()
-    : runtimeFolder(makePrivateFolder(folder.path() / "runtime"))
-    , buses(runtimeFolder)
 {
     auto variables = environment();
     variables.erase("WAYLAND_DISPLAY");
@@ -66,38 +60,13 @@ KWinSession::KWinSession()
     ownClipboard = std::make_unique<WaylandClipboard>(environment());
 }
 
-KWinSession::~KWinSession() = default;
-
 std::map<std::string, std::optional<std::string>> KWinSession::environment() const
 {
-    auto variables = desktopVariables();
-    variables["DBUS_SESSION_BUS_ADDRESS"] = buses.sessionAddress();
-    // Nothing of the machine gets in.
-    variables["DBUS_SYSTEM_BUS_ADDRESS"] =
-        "unix:path=" + (runtimeFolder / "no-system-bus").string();
+    auto variables = environmentOf("KDE");
     variables["KDE_FULL_SESSION"] = "true";
     variables["KDE_SESSION_VERSION"] = "5";
     variables["WAYLAND_DISPLAY"] = waylandDisplay;
-    variables["XDG_CURRENT_DESKTOP"] = "KDE";
-    variables["XDG_RUNTIME_DIR"] = runtimeFolder.string();
-    variables["XDG_SESSION_TYPE"] = "wayland";
     return variables;
-}
-
-void KWinSession::kill()
-{
-    compositor->signal(SIGKILL);
-    compositor->awaitEnd();
-}
-
-void KWinSession::freeze() const
-{
-    compositor->signal(SIGSTOP);
-}
-
-void KWinSession::thaw() const
-{
-    compositor->signal(SIGCONT);
 }
 
 } // namespace orlimo

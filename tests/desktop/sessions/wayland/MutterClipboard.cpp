@@ -16,7 +16,7 @@ namespace orlimo {
 
 namespace {
 
-/// Asks for `method` of the compositor's remote desktop object at `path`.
+/// Calls `method` of the compositor's remote desktop object at `path`.
 QDBusMessage
 ask(const QDBusConnection& bus,
     const QString& path,
@@ -24,32 +24,26 @@ ask(const QDBusConnection& bus,
     const QString& method,
     const QVariantList& arguments = {})
 {
-    QDBusMessage question = QDBusMessage::createMethodCall(
+    QDBusMessage message = QDBusMessage::createMethodCall(
         QStringLiteral("org.gnome.Mutter.RemoteDesktop"), path, interface, method);
-    question.setArguments(arguments);
-    return bus.call(question);
+    message.setArguments(arguments);
+    return bus.call(message);
 }
 
-QString managerInterface()
-{
-    return QStringLiteral("org.gnome.Mutter.RemoteDesktop");
-}
+const QString managerInterface = QStringLiteral("org.gnome.Mutter.RemoteDesktop");
+const QString sessionInterface = QStringLiteral("org.gnome.Mutter.RemoteDesktop.Session");
 
-QString sessionInterface()
-{
-    return QStringLiteral("org.gnome.Mutter.RemoteDesktop.Session");
-}
-
-/// Everything that comes out of `descriptor`; absent when its end does not come.
+/// Everything that comes out of `descriptor`. Absent when its end does not come, as where the owner
+/// of the selection goes away while it hands its text over: the compositor then closes nothing, and
+/// the selection is to be read again.
 std::optional<std::string> readToEnd(int descriptor)
 {
     std::string text;
     std::array<char, 65536> piece{};
     for (;;) {
         pollfd readable{.fd = descriptor, .events = POLLIN, .revents = 0};
-        const auto limit = static_cast<int>(std::chrono::milliseconds(defaultTimeout).count());
+        const auto limit = static_cast<int>(std::chrono::milliseconds(toolTimeout).count());
         if (::poll(&readable, 1, limit) != 1) {
-            ADD_FAILURE() << "the clipboard's text does not end; so far: " << text.size();
             return std::nullopt;
         }
         const ssize_t count = ::read(descriptor, piece.data(), piece.size());
@@ -66,23 +60,23 @@ MutterClipboard::MutterClipboard(const std::string& busAddress)
     : connectionName(QString::fromStdString("mutter clipboard of " + busAddress))
     , bus(QDBusConnection::connectToBus(QString::fromStdString(busAddress), connectionName))
 {
-    QDBusMessage answer;
-    const auto isThere = [&] {
-        answer =
+    QDBusMessage reply;
+    const auto isServed = [&] {
+        reply =
             ask(bus,
                 QStringLiteral("/org/gnome/Mutter/RemoteDesktop"),
-                managerInterface(),
+                managerInterface,
                 QStringLiteral("CreateSession"));
-        return answer.type() == QDBusMessage::ReplyMessage;
+        return reply.type() == QDBusMessage::ReplyMessage;
     };
-    EXPECT_TRUE(awaitWithPolling(isThere)) << answer.errorMessage().toStdString();
-    remoteSession = answer.arguments().value(0).value<QDBusObjectPath>().path();
+    EXPECT_TRUE(awaitWithPolling(isServed)) << reply.errorMessage().toStdString();
+    remoteSession = reply.arguments().value(0).value<QDBusObjectPath>().path();
     for (const auto& [method, arguments] :
          {std::pair{QStringLiteral("Start"), QVariantList{}},
           std::pair{QStringLiteral("EnableClipboard"), QVariantList{QVariantMap{}}}})
     {
-        answer = ask(bus, remoteSession, sessionInterface(), method, arguments);
-        EXPECT_EQ(answer.type(), QDBusMessage::ReplyMessage) << answer.errorMessage().toStdString();
+        reply = ask(bus, remoteSession, sessionInterface, method, arguments);
+        EXPECT_EQ(reply.type(), QDBusMessage::ReplyMessage) << reply.errorMessage().toStdString();
     }
 }
 
@@ -93,16 +87,16 @@ MutterClipboard::~MutterClipboard()
 
 std::optional<std::string> MutterClipboard::paste(const std::string& type) const
 {
-    const QDBusMessage answer =
+    const QDBusMessage reply =
         ask(bus,
             remoteSession,
-            sessionInterface(),
+            sessionInterface,
             QStringLiteral("SelectionRead"),
             {QString::fromStdString(type)});
-    if (answer.type() != QDBusMessage::ReplyMessage) {
+    if (reply.type() != QDBusMessage::ReplyMessage) {
         return std::nullopt;
     }
-    return readToEnd(answer.arguments().value(0).value<QDBusUnixFileDescriptor>().fileDescriptor());
+    return readToEnd(reply.arguments().value(0).value<QDBusUnixFileDescriptor>().fileDescriptor());
 }
 
 } // namespace orlimo

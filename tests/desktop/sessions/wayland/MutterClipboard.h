@@ -8,20 +8,20 @@
 
 namespace orlimo {
 
-/// The clipboard as the mutter compositor knows it, read the way a remote viewer of its desktop
+/// The clipboard as the mutter compositor knows it, read as a remote viewer of its desktop
 /// reads it: without X, and without a window.
 class MutterClipboard
 {
 public:
-    /// Connects to the compositor on the session bus at `busAddress`, and waits until it answers.
-    /// What does not answer is a test failure.
+    /// Connects to the compositor on the session bus at `busAddress`, and waits until it responds.
+    /// What does not respond is a test failure.
     explicit MutterClipboard(const std::string& busAddress);
     MutterClipboard(const MutterClipboard&) = delete;
     MutterClipboard& operator=(const MutterClipboard&) = delete;
     ~MutterClipboard();
 
-    /// What the clipboard holds as `type`, byte for byte. Absent when nobody owns it or the type is
-    /// not offered.
+    /// What the clipboard holds as `type`, byte for byte. Absent when nobody owns it, the type is
+    /// not offered, or its text does not end within ten seconds.
     [[nodiscard]] std::optional<std::string>
     paste(const std::string& type = "text/plain;charset=utf-8") const;
 

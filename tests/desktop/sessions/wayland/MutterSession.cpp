@@ -1,13 +1,11 @@
 #include "tests/desktop/sessions/wayland/MutterSession.h"
 
 #include "tests/desktop/sessions/DesktopVariables.h"
-#include "tests/desktop/sessions/MissingProgram.h"
+#include "tests/desktop/sessions/x11/XServer.h"
 #include "tests/support/process/ParentDeathSignal.h"
-#include "tests/support/process/PrivateFolder.h"
 
 #include <gtest/gtest.h>
 
-#include <csignal>
 #include <system_error>
 
 namespace orlimo {
@@ -20,7 +18,7 @@ constexpr const char* socketFolder = "/tmp/.X11-unix";
 
 constexpr auto worldReadable = std::filesystem::perms::all | std::filesystem::perms::sticky_bit;
 
-/// Makes the folder of X servers' sockets what it is on a machine that was started the usual way,
+/// Makes the folder of X servers' sockets what it is on a machine that was started as usual,
 /// for the compositor's X server refuses any other. Other X servers make it less open where they
 /// find none. Somebody else's is left as it is.
 void openSocketFolder()
@@ -68,9 +66,7 @@ std::string MutterSession::skipReason()
 }
 
 MutterSession::MutterSession()
-    : runtimeFolder(makePrivateFolder(folder.path() / "runtime"))
-    , buses(runtimeFolder)
-    , tree(buses.accessibilityAddress())
+    : tree(buses.accessibilityAddress())
 {
     auto variables = environment();
     variables.erase("WAYLAND_DISPLAY");
@@ -96,19 +92,10 @@ MutterSession::MutterSession()
     ownClipboard = std::make_unique<MutterClipboard>(buses.sessionAddress());
 }
 
-MutterSession::~MutterSession() = default;
-
 std::map<std::string, std::optional<std::string>> MutterSession::environment() const
 {
-    auto variables = desktopVariables();
-    variables["DBUS_SESSION_BUS_ADDRESS"] = buses.sessionAddress();
-    // Nothing of the machine gets in.
-    variables["DBUS_SYSTEM_BUS_ADDRESS"] =
-        "unix:path=" + (runtimeFolder / "no-system-bus").string();
+    auto variables = environmentOf("GNOME");
     variables["WAYLAND_DISPLAY"] = waylandDisplay;
-    variables["XDG_CURRENT_DESKTOP"] = "GNOME";
-    variables["XDG_RUNTIME_DIR"] = runtimeFolder.string();
-    variables["XDG_SESSION_TYPE"] = "wayland";
     if (!xDisplay.empty()) {
         variables["DISPLAY"] = xDisplay;
         variables["XAUTHORITY"] = xAuthority.string();
@@ -118,23 +105,10 @@ std::map<std::string, std::optional<std::string>> MutterSession::environment() c
 
 void MutterSession::copy(const std::string& text) const
 {
-    ChildProcess tool(
-        "/usr/bin/xclip",
-        {.arguments = {"-i", "-selection", "clipboard"}, .environment = environment()});
-    tool.writeLine(text);
-    tool.closeInput();
-    tool.awaitEnd();
-    EXPECT_TRUE(awaitWithPolling([&] { return ownClipboard->paste() == text + "\n"; }));
-}
-
-void MutterSession::freeze() const
-{
-    compositor->signal(SIGSTOP);
-}
-
-void MutterSession::thaw() const
-{
-    compositor->signal(SIGCONT);
+    copyWithXclip(environment(), "clipboard", text);
+    std::optional<std::string> found;
+    EXPECT_TRUE(awaitWithPolling([&] { return (found = ownClipboard->paste()) == text + "\n"; }))
+        << "instead of \"" << text << "\" it holds " << found.value_or("nothing");
 }
 
 } // namespace orlimo

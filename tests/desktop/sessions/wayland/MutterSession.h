@@ -1,9 +1,8 @@
 #pragma once
 
 #include "tests/desktop/sessions/AccessibilityTree.h"
-#include "tests/desktop/sessions/SessionBuses.h"
+#include "tests/desktop/sessions/wayland/CompositorSession.h"
 #include "tests/desktop/sessions/wayland/MutterClipboard.h"
-#include "tests/support/TemporaryFolder.h"
 
 #include <filesystem>
 #include <map>
@@ -15,9 +14,8 @@ namespace orlimo {
 
 /// A Wayland desktop of the mutter compositor, without a display: what GNOME gives to programs as
 /// far as windows and the clipboard go. It has an X server for programs that want one, no tray, and
-/// gives the clipboard only to the program with the focus. All of its own and ended with the
-/// object.
-class MutterSession
+/// gives the clipboard only to the program with the focus.
+class MutterSession : public CompositorSession
 {
 public:
     /// Why this machine cannot start such a desktop; empty where it can.
@@ -25,9 +23,6 @@ public:
 
     /// Starts everything and waits until it serves; what does not start is a test failure.
     MutterSession();
-    MutterSession(const MutterSession&) = delete;
-    MutterSession& operator=(const MutterSession&) = delete;
-    ~MutterSession();
 
     /// What puts a program on this desktop, and its texts into English.
     [[nodiscard]] std::map<std::string, std::optional<std::string>> environment() const;
@@ -40,16 +35,8 @@ public:
     /// until the compositor knows.
     void copy(const std::string& text) const;
 
-    /// Has the compositor stand still: programs that ask it for something wait until it goes on.
-    void freeze() const;
-    void thaw() const;
-
 private:
-    TemporaryFolder folder;
-    std::filesystem::path runtimeFolder;
-    SessionBuses buses;
     AccessibilityTree tree;
-    std::unique_ptr<ChildProcess> compositor;
     std::string xDisplay;
     std::filesystem::path xAuthority;
     std::unique_ptr<MutterClipboard> ownClipboard;

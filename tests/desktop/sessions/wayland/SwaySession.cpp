@@ -1,9 +1,7 @@
 #include "tests/desktop/sessions/wayland/SwaySession.h"
 
 #include "tests/desktop/sessions/DesktopVariables.h"
-#include "tests/desktop/sessions/MissingProgram.h"
 #include "tests/support/process/ParentDeathSignal.h"
-#include "tests/support/process/PrivateFolder.h"
 #include "tests/support/process/UnprivilegedUser.h"
 
 #include <QJsonArray>
@@ -11,7 +9,6 @@
 #include <QJsonObject>
 #include <gtest/gtest.h>
 
-#include <csignal>
 #include <sstream>
 
 namespace orlimo {
@@ -78,13 +75,11 @@ std::string SwaySession::skipReason()
     return missingProgram({"/usr/bin/sway", "/usr/bin/swaybar", "/usr/bin/wl-copy"});
 }
 
-SwaySession::SwaySession(Bar atTheStart)
-    : runtimeFolder(makePrivateFolder(folder.path() / "runtime"))
-    , compositorFolder(makePrivateFolder(folder.path() / "compositor"))
+SwaySession::SwaySession()
+    : compositorFolder(makePrivateFolder(folder.path() / "compositor"))
     , xServer(screen)
     , xWindows(xServer.display())
     , input(xServer.display())
-    , buses(runtimeFolder)
     , tree(buses.accessibilityAddress())
     , trayItems(buses.sessionAddress())
 {
@@ -110,16 +105,14 @@ SwaySession::SwaySession(Bar atTheStart)
                     dieWithParent();
                 },
         });
-    std::istringstream answer(compositor->readLine().value_or(""));
+    std::istringstream line(compositor->readLine().value_or(""));
     std::string serving;
     std::string socket;
-    answer >> serving >> socket >> controlSocket;
+    line >> serving >> socket >> controlSocket;
     EXPECT_EQ(serving, "serving") << compositor->errors();
     waylandDisplay = compositorFolder / socket;
     ownClipboard = std::make_unique<WaylandClipboard>(environment());
-    if (atTheStart == Bar::shown) {
-        startBar();
-    }
+    startBar();
 }
 
 SwaySession::~SwaySession()
@@ -131,13 +124,9 @@ SwaySession::~SwaySession()
 
 std::map<std::string, std::optional<std::string>> SwaySession::environment() const
 {
-    auto variables = desktopVariables();
-    variables["DBUS_SESSION_BUS_ADDRESS"] = buses.sessionAddress();
+    auto variables = environmentOf("sway");
     // There is an X server too, as on most Wayland desktops, and it is the worse choice.
     variables["DISPLAY"] = xServer.display();
-    variables["XDG_CURRENT_DESKTOP"] = "sway";
-    variables["XDG_RUNTIME_DIR"] = runtimeFolder.string();
-    variables["XDG_SESSION_TYPE"] = "wayland";
     if (!waylandDisplay.empty()) {
         variables["SWAYSOCK"] = controlSocket;
         variables["WAYLAND_DISPLAY"] = waylandDisplay;
@@ -166,13 +155,12 @@ void SwaySession::stopBar()
 
 std::vector<SwayWindow> SwaySession::windows() const
 {
-    ChildProcess tool(
+    const auto tool = runTool(
         "/usr/bin/swaymsg",
         {.arguments = {"--raw", "--type", "get_tree"}, .environment = environment()});
-    EXPECT_EQ(tool.awaitEnd().status, 0) << tool.errors();
+    EXPECT_EQ(tool.status, 0) << tool.errors;
     std::vector<SwayWindow> found;
-    const auto answer = QJsonDocument::fromJson(QByteArray::fromStdString(tool.output()));
-    collect(answer.object(), false, found);
+    collect(QJsonDocument::fromJson(QByteArray::fromStdString(tool.output)).object(), false, found);
     return found;
 }
 
@@ -183,11 +171,11 @@ std::vector<SwayWindow> SwaySession::windowsOf(pid_t process) const
     return found;
 }
 
-void SwaySession::command(const std::string& words) const
+void SwaySession::command(const std::string& text) const
 {
-    ChildProcess tool(
-        "/usr/bin/swaymsg", {.arguments = {"--", words}, .environment = environment()});
-    EXPECT_EQ(tool.awaitEnd().status, 0) << words << ": " << tool.output() << tool.errors();
+    const auto tool =
+        runTool("/usr/bin/swaymsg", {.arguments = {"--", text}, .environment = environment()});
+    EXPECT_EQ(tool.status, 0) << text << ": " << tool.output << tool.errors;
 }
 
 bool SwaySession::showsIcon() const
@@ -195,9 +183,9 @@ bool SwaySession::showsIcon() const
     constexpr QPoint inTheMiddle(500, 2);
     constexpr QSize line(24, 20);
     constexpr int half = 6;
-    const QRect place(onlyIcon - QPoint(half, half), onlyIcon + QPoint(half, half));
+    const QRect icon(onlyIcon - QPoint(half, half), onlyIcon + QPoint(half, half));
     // The bar is there, and it is not empty.
-    return xWindows.colorsIn({inTheMiddle, line}) == 1 && xWindows.colorsIn(place) > 1;
+    return xWindows.colorsIn({inTheMiddle, line}) == 1 && xWindows.colorsIn(icon) > 1;
 }
 
 std::unique_ptr<ChildProcess> SwaySession::openOtherApplication() const
@@ -211,22 +199,6 @@ std::unique_ptr<ChildProcess> SwaySession::openOtherApplication() const
         });
     EXPECT_TRUE(application->awaitLine("focused")) << application->errors();
     return application;
-}
-
-void SwaySession::kill()
-{
-    compositor->signal(SIGKILL);
-    compositor->awaitEnd();
-}
-
-void SwaySession::freeze() const
-{
-    compositor->signal(SIGSTOP);
-}
-
-void SwaySession::thaw() const
-{
-    compositor->signal(SIGCONT);
 }
 
 } // namespace orlimo

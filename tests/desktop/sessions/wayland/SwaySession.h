@@ -1,17 +1,17 @@
 #pragma once
 
 #include "tests/desktop/sessions/AccessibilityTree.h"
-#include "tests/desktop/sessions/SessionBuses.h"
 #include "tests/desktop/sessions/TrayItems.h"
-#include "tests/desktop/sessions/wayland/SwayWindow.h"
+#include "tests/desktop/sessions/wayland/CompositorSession.h"
 #include "tests/desktop/sessions/wayland/WaylandClipboard.h"
 #include "tests/desktop/sessions/x11/XInput.h"
 #include "tests/desktop/sessions/x11/XServer.h"
 #include "tests/desktop/sessions/x11/XWindows.h"
-#include "tests/support/TemporaryFolder.h"
 
 #include <QPoint>
+#include <QRect>
 
+#include <cstdint>
 #include <filesystem>
 #include <map>
 #include <memory>
@@ -21,25 +21,30 @@
 
 namespace orlimo {
 
+/// A window as the compositor knows it.
+struct SwayWindow
+{
+    std::int64_t process = 0;
+    std::string title;
+    /// What the program calls itself to the compositor.
+    std::string appId;
+    QRect area;
+    bool isFocused = false;
+    bool isFloating = false;
+    /// Whether the program speaks Wayland itself.
+    bool isWayland = false;
+};
+
 /// A Wayland desktop of the sway compositor, shown on an X server that nobody sees, so that its
-/// pointer and its keyboard are real: with a bar that holds a tray, a session bus and the
-/// accessibility bus, all of its own and ended with the object.
-class SwaySession
+/// pointer and its keyboard are real, with a bar that holds a tray.
+class SwaySession : public CompositorSession
 {
 public:
-    /// What the desktop's bar does at the start.
-    enum class Bar {
-        shown,
-        absent, ///< until `startBar`
-    };
-
     /// Why this machine cannot start such a desktop; empty where it can.
     [[nodiscard]] static std::string skipReason();
 
     /// Starts everything and waits until it serves; what does not start is a test failure.
-    explicit SwaySession(Bar bar = Bar::shown);
-    SwaySession(const SwaySession&) = delete;
-    SwaySession& operator=(const SwaySession&) = delete;
+    SwaySession();
     ~SwaySession();
 
     /// What puts a program on this desktop, and its texts into English.
@@ -59,7 +64,7 @@ public:
     [[nodiscard]] std::vector<SwayWindow> windowsOf(pid_t process) const;
 
     /// Has the compositor carry out a command of its own; one that it refuses is a test failure.
-    void command(const std::string& words) const;
+    void command(const std::string& text) const;
 
     void movePointer(const QPoint& point) const { input.movePointer(point); }
 
@@ -72,30 +77,19 @@ public:
     /// Another application's window with the focus, until the returned process ends.
     [[nodiscard]] std::unique_ptr<ChildProcess> openOtherApplication() const;
 
-    /// Kills the compositor, as a crash would.
-    void kill();
-
-    /// Has the compositor stand still: programs that ask it for something wait until it goes on.
-    void freeze() const;
-    void thaw() const;
-
-    /// Whether the bar shows anything at that place.
+    /// Whether the bar shows anything where the only icon is.
     [[nodiscard]] bool showsIcon() const;
 
     /// The middle of the only icon in the tray.
     static constexpr QPoint onlyIcon{1012, 12};
 
 private:
-    TemporaryFolder folder;
-    std::filesystem::path runtimeFolder;
     std::filesystem::path compositorFolder;
     XServer xServer;
     XWindows xWindows;
     XInput input;
-    SessionBuses buses;
     AccessibilityTree tree;
     TrayItems trayItems;
-    std::unique_ptr<ChildProcess> compositor;
     std::string waylandDisplay;
     std::string controlSocket;
     std::unique_ptr<WaylandClipboard> ownClipboard;

@@ -9,14 +9,6 @@
 
 namespace orlimo {
 
-namespace {
-
-/// How long the tool may take to read a selection: much less than a test waits for it to change, so
-/// that a selection whose owner is silent is read again.
-constexpr std::chrono::seconds readerTimeout{10};
-
-} // namespace
-
 WaylandClipboard::WaylandClipboard(std::map<std::string, std::optional<std::string>> environment)
     : variables(std::move(environment))
 {}
@@ -28,21 +20,16 @@ WaylandClipboard::paste(const std::string& selection, const std::string& type) c
     if (!type.empty()) {
         arguments.insert(arguments.end(), {"--type", type});
     }
-    ChildProcess reader("/usr/bin/wl-paste", tool(std::move(arguments), selection));
-    if (!reader.endsWithin(readerTimeout)) {
-        lastProblem = "its owner does not hand its text over: wl-paste does not end";
-        return std::nullopt;
-    }
-    const bool hasText = reader.awaitEnd().status == 0;
-    lastProblem = hasText ? "" : reader.errors();
-    return hasText ? std::optional(reader.output()) : std::nullopt;
+    // Much less than a test waits, so that a selection whose owner is silent is read again.
+    const auto reader = runTool("/usr/bin/wl-paste", tool(std::move(arguments), selection));
+    const bool hasText = reader.status == 0;
+    lastProblem = hasText ? "" : reader.errors;
+    return hasText ? std::optional(reader.output) : std::nullopt;
 }
 
 std::vector<std::string> WaylandClipboard::types(const std::string& selection) const
 {
-    ChildProcess reader("/usr/bin/wl-paste", tool({"--list-types"}, selection));
-    reader.awaitEnd();
-    return linesOf(reader.output());
+    return linesOf(runTool("/usr/bin/wl-paste", tool({"--list-types"}, selection)).output);
 }
 
 void WaylandClipboard::copy(const std::string& text, const std::string& selection)

@@ -1,7 +1,12 @@
 #pragma once
 
+#include "tests/support/TemporaryFolder.h"
+
+#include <QString>
+
 #include <filesystem>
 #include <string>
+#include <system_error>
 
 namespace orlimo {
 
@@ -10,11 +15,24 @@ namespace orlimo {
 class OpenboxConfiguration
 {
 public:
-    /// `focus` is what stands in the configuration's element of that name.
-    explicit OpenboxConfiguration(const std::string& focus);
+    /// `focus` is the content of the configuration's element of that name.
+    explicit OpenboxConfiguration(const std::string& focus)
+        : file(qEnvironmentVariable("XDG_CONFIG_HOME").toStdString() + "/openbox/rc.xml")
+    {
+        writeFile(
+            file,
+            "<?xml version=\"1.0\"?>\n"
+            "<openbox_config xmlns=\"http://openbox.org/3.4/rc\">\n"
+            "<focus>" +
+                focus + "</focus>\n</openbox_config>\n");
+    }
     OpenboxConfiguration(const OpenboxConfiguration&) = delete;
     OpenboxConfiguration& operator=(const OpenboxConfiguration&) = delete;
-    ~OpenboxConfiguration();
+    ~OpenboxConfiguration()
+    {
+        std::error_code ignored;
+        std::filesystem::remove(file, ignored);
+    }
 
 private:
     std::filesystem::path file;

@@ -44,10 +44,10 @@ void XInput::press(const std::string& keys) const
 
 void XInput::control(std::vector<std::string> arguments) const
 {
-    ChildProcess tool(
+    const auto tool = runTool(
         "/usr/bin/xdotool",
         {.arguments = std::move(arguments), .environment = {{"DISPLAY", name}}});
-    EXPECT_EQ(tool.awaitEnd().status, 0) << tool.errors();
+    EXPECT_EQ(tool.status, 0) << tool.errors;
 }
 
 } // namespace orlimo

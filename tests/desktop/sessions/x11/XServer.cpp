@@ -11,15 +11,20 @@ namespace orlimo {
 
 namespace {
 
-ChildSettings clipboardTool(const std::string& display, std::vector<std::string> arguments)
-{
-    return {
-        .arguments = std::move(arguments),
-        .environment = {{"DISPLAY", display}},
-    };
-}
+using Environment = std::map<std::string, std::optional<std::string>>;
 
 } // namespace
+
+void copyWithXclip(
+    const Environment& environment, const std::string& selection, const std::string& text)
+{
+    // The tool leaves a process behind that owns the selection, soon after it ends itself.
+    const auto tool = runTool(
+        "/usr/bin/xclip",
+        {.arguments = {"-i", "-selection", selection}, .environment = environment},
+        text + "\n");
+    EXPECT_EQ(tool.status, 0) << tool.errors;
+}
 
 XServer::XServer(const std::string& screen)
     // The server picks a free display and writes its number to standard output. It keeps what it
@@ -55,10 +60,12 @@ void XServer::thaw() const
 
 std::string XServer::paste(const std::string& selection, const std::string& target) const
 {
-    ChildProcess tool(
-        "/usr/bin/xclip", clipboardTool(name, {"-o", "-selection", selection, "-t", target}));
-    tool.awaitEnd();
-    return tool.output();
+    const auto tool = runTool(
+        "/usr/bin/xclip",
+        {.arguments = {"-o", "-selection", selection, "-t", target},
+         .environment = {{"DISPLAY", name}}});
+    lastProblem = tool.errors;
+    return tool.status == 0 ? tool.output : "";
 }
 
 std::vector<std::string> XServer::targets(const std::string& selection) const
@@ -66,14 +73,21 @@ std::vector<std::string> XServer::targets(const std::string& selection) const
     return linesOf(paste(selection, "TARGETS"));
 }
 
+testing::AssertionResult
+XServer::awaitPaste(const std::string& expected, const std::string& selection) const
+{
+    std::string found;
+    if (awaitWithPolling([&] { return (found = paste(selection)) == expected; })) {
+        return testing::AssertionSuccess();
+    }
+    return testing::AssertionFailure() << "the " << selection << " holds \"" << found
+                                       << "\" instead of \"" << expected << "\" " << lastProblem;
+}
+
 void XServer::copy(const std::string& selection, const std::string& text) const
 {
-    ChildProcess tool("/usr/bin/xclip", clipboardTool(name, {"-i", "-selection", selection}));
-    tool.writeLine(text);
-    tool.closeInput();
-    // The tool leaves a process behind that owns the selection, soon after it ends itself.
-    tool.awaitEnd();
-    EXPECT_TRUE(await([&] { return paste(selection) == text + "\n"; }));
+    copyWithXclip({{"DISPLAY", name}}, selection, text);
+    EXPECT_TRUE(awaitPaste(text + "\n", selection));
 }
 
 } // namespace orlimo

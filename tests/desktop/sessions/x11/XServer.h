@@ -2,6 +2,10 @@
 
 #include "tests/support/process/ChildProcess.h"
 
+#include <gtest/gtest.h>
+
+#include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -27,9 +31,13 @@ public:
     void thaw() const;
 
     /// What a program pastes from `selection`, "clipboard" or "primary", as `target`; empty when
-    /// nobody owns it.
+    /// nobody owns it or the owner does not hand it over within ten seconds.
     [[nodiscard]] std::string
     paste(const std::string& selection, const std::string& target = "UTF8_STRING") const;
+
+    /// Waits until a program pastes `expected`; a failure says what it pastes instead.
+    [[nodiscard]] testing::AssertionResult
+    awaitPaste(const std::string& expected, const std::string& selection = "clipboard") const;
 
     /// The targets that the owner of `selection` offers.
     [[nodiscard]] std::vector<std::string> targets(const std::string& selection) const;
@@ -40,6 +48,13 @@ public:
 private:
     ChildProcess server;
     std::string name;
+    mutable std::string lastProblem;
 };
+
+/// Makes a program of X, in this environment, own `selection` with `text` and a line break soon.
+void copyWithXclip(
+    const std::map<std::string, std::optional<std::string>>& environment,
+    const std::string& selection,
+    const std::string& text);
 
 } // namespace orlimo

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "tests/desktop/sessions/x11/XWindow.h"
-
 #include <QColor>
 #include <QImage>
+#include <QMargins>
 #include <QPoint>
+#include <QRect>
 
 #include <cstdint>
 #include <memory>
@@ -16,6 +16,24 @@
 
 namespace orlimo {
 
+/// A window on an X server, as it was when it was asked for.
+struct XWindow
+{
+    std::uint32_t id = 0;
+    /// The process that made it; 0 when it does not say.
+    std::uint32_t process = 0;
+    std::string title{};
+    /// What the program draws, without a frame, in pixels of the screen.
+    QRect area{};
+    /// How far the window manager's frame stands out around that.
+    QMargins frame{};
+    /// Whether the user may change its size.
+    bool resizable = true;
+    /// Whether the program asks for a button that closes it, and for one that minimises it.
+    bool closable = true;
+    bool minimizable = true;
+};
+
 /// The windows on an X server, looked at from outside of the programs that own them.
 class XWindows
 {
@@ -23,7 +41,7 @@ public:
     /// Connects to the server `display`; no connection is a test failure.
     explicit XWindows(const std::string& display);
 
-    /// Whether a window manager answers for the screen.
+    /// Whether a window manager manages the screen.
     [[nodiscard]] bool hasWindowManager() const;
 
     /// Whether a tray takes icons.
@@ -43,7 +61,7 @@ public:
     /// there is none.
     [[nodiscard]] std::optional<QRect> menuOf(std::uint32_t process) const;
 
-    /// What the screen shows in `area`; null where there is no such place.
+    /// What the screen shows in `area`; null where that is off the screen.
     [[nodiscard]] QImage picture(const QRect& area) const;
 
     /// How bright the screen is at `point`, from 0 to 255.
@@ -56,8 +74,8 @@ public:
     void publishTrayColor(const QColor& textColor) const;
 
 private:
-    /// Has the window manager told of a change that means nothing. It may sleep on what it was told
-    /// of while it was busy, until it is told something more; so each look at windows does this.
+    /// Sends the window manager a change that means nothing. It may leave what it received while it
+    /// was busy until something more arrives; so each look at windows does this.
     void triggerPropertyChange() const;
 
     struct Disconnect
