@@ -2,7 +2,6 @@
 #include "platform/preferences/UserDefaults.h"
 #include "tests/capture/PreferenceSandbox.h"
 #include "tests/fuzz/FuzzTarget.h"
-#include "tests/fuzz/Mismatch.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <QSettings>
@@ -25,7 +24,7 @@ std::filesystem::path damagedCopy()
     return PreferenceSandbox::file().string() + ".damaged";
 }
 
-/// A file that the toolkit has never seen before, for it remembers what was in them.
+/// A file that Qt has never read before, as Qt caches contents.
 class FreshFile
 {
 public:
@@ -47,7 +46,7 @@ private:
     std::filesystem::path file;
 };
 
-/// What the toolkit itself finds in a file; absent when it reports damage.
+/// What Qt itself reads from a file; absent if it reports damage.
 std::optional<Dictionary> referenceDictionary(std::string_view bytes)
 {
     const FreshFile file(bytes);
@@ -59,7 +58,7 @@ std::optional<Dictionary> referenceDictionary(std::string_view bytes)
     return settings.status() == QSettings::FormatError ? std::nullopt : std::optional(dictionary);
 }
 
-/// What the toolkit itself makes of `bytes` when one value is to be stored.
+/// What Qt itself writes when one value is stored in `bytes`.
 std::string rewritten(std::string_view bytes, std::string_view key, bool value)
 {
     const FreshFile file(bytes);
@@ -69,7 +68,7 @@ std::string rewritten(std::string_view bytes, std::string_view key, bool value)
     return file.content();
 }
 
-/// The boolean that a string stands for: a second implementation, kept plain on purpose.
+/// The boolean that a string denotes, by a second and deliberately simple implementation.
 bool referenceBoolean(const std::string& text)
 {
     std::size_t place = text.find_first_not_of(" \t\n\v\f\r");
@@ -96,7 +95,7 @@ bool referenceBoolean(const std::string& text)
     return false;
 }
 
-/// What is not a string has an at sign before it.
+/// Values of other types begin with an at sign.
 bool holdsStringsAlone(std::string_view bytes)
 {
     return bytes.find('@') == std::string_view::npos;
@@ -134,7 +133,7 @@ verifyOwnPreferences(const Dictionary& before, const Dictionary& after, std::str
     return std::nullopt;
 }
 
-/// What cannot be understood, or would not be once it is written, is replaced, and a copy kept.
+/// A file that Qt cannot parse, or could not parse once written, is replaced and a copy kept.
 Finding verifyWriting(std::string_view bytes, const Dictionary& present, std::string_view key)
 {
     UserDefaults& defaults = standardUserDefaults();
@@ -163,8 +162,8 @@ Finding verifyWriting(std::string_view bytes, const Dictionary& present, std::st
                   : verifyOwnPreferences(present, after, key);
 }
 
-/// Whether the file is written to as well, which takes far longer than to read it: decided by the
-/// bytes, so that the judgement is the same each time.
+/// Whether the file is written to as well, which takes far longer than reading: decided by the
+/// bytes, so that the result is reproducible.
 bool isToBeWritten(std::string_view bytes)
 {
     const auto sum = [](unsigned total, char byte) { return total + static_cast<unsigned>(byte); };
