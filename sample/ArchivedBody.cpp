@@ -17,13 +17,13 @@ constexpr std::uint8_t twoByteInteger = 0x81;
 constexpr std::uint8_t objectType = 0x92;
 constexpr std::uint8_t countedBytesType = 0x2B;
 
-/// How later parts of an archive name what an earlier one brought in. Classes are counted with the
-/// objects, class names with the types, both from 92 on, so that the numbers depend on how many
-/// classes the string has.
+/// How later parts of an archive refer to earlier ones. Classes are numbered with the objects,
+/// class names with the types, both from 92 on, so that the numbers depend on how many classes the
+/// string has.
 struct References
 {
     std::uint8_t baseClass;
-    /// The class NSString. The type of its words happens to have the same number.
+    /// The class NSString. The type of its text happens to have the same number.
     std::uint8_t stringClass;
     std::uint8_t integerType;
 };
@@ -44,7 +44,7 @@ public:
     void appendLength(std::size_t length)
     {
         if (length > std::numeric_limits<std::uint16_t>::max()) {
-            throw std::length_error("a body's words may have 65535 bytes at the most");
+            throw std::length_error("a body's words may have at most 65535 bytes");
         }
         // Integers from 128 on are stored in two bytes, the low one first, behind a tag.
         if (length >= 0x80) {
@@ -82,7 +82,7 @@ void appendHeader(Archive& archive)
     archive.append({newObject});
 }
 
-/// How many UTF-16 units the words have, the unit in which attributes count.
+/// How many UTF-16 units the text has, the unit in which attributes count.
 std::size_t utf16Length(std::string_view text)
 {
     std::size_t length = 0;
@@ -116,7 +116,7 @@ void appendImmutableString(Archive& archive, std::string_view text)
     archive.appendCounted(text);
 }
 
-/// One run of attributes over all the words: the number of the message's part, which is 0.
+/// One run of attributes over the whole text: the number of the message's part, which is 0.
 void appendAttributes(Archive& archive, std::size_t length, const References& references)
 {
     archive.append({endOfObject, newObject, 0x02, 0x69, 0x49, 0x01});

@@ -22,7 +22,7 @@ void recordCode(const std::filesystem::path& file, const std::string& code)
     }
 }
 
-/// Waits for the time of the next message. False when the input that sets the pace has ended.
+/// Waits until the next message is due. False if the input that sets the pace has ended.
 bool waitForNext(SampleStore& store, const DeliveryOptions& options, std::istream& input)
 {
     std::string line;
@@ -34,7 +34,7 @@ bool waitForNext(SampleStore& store, const DeliveryOptions& options, std::istrea
         try {
             store.truncateLog();
         } catch (const std::runtime_error&) { // NOLINT(bugprone-empty-catch)
-            // Somebody reads just now: after the next message, then.
+            // A reader is active: retried after the next message.
         }
     }
     return true;

@@ -14,22 +14,22 @@ namespace orlimo::sample {
 struct DeliveryOptions
 {
     std::chrono::duration<double> interval{2.0};
-    /// How many messages; without end where absent.
+    /// How many messages; endless if absent.
     std::optional<long> count{};
-    /// Where to note the codes that are to be copied, one a line, each when its message is
+    /// Where to record the codes that should be copied, one a line, each when its message is
     /// delivered.
     std::optional<std::filesystem::path> expected{};
-    /// Begin each interval only when a line of input has come, and end with the input: whoever
-    /// writes the lines says when a message has been dealt with.
+    /// Begin each interval only when a line of input has arrived, and end with the input: the
+    /// writer of the lines decides when a message has been handled.
     bool paced = false;
-    /// The log is cut to nothing when it has become longer than this, in bytes, so that a long run
-    /// does not fill the disk.
+    /// The log is truncated to zero when it is longer than this, in bytes, so that a long run does
+    /// not fill the disk.
     std::uintmax_t maxLogSize = 16'777'216;
 };
 
-/// Delivers messages of the sample cycle to `store` as `plan` says: "ready" to `output`, then a
-/// line for each message once it is committed. Throws when the store or the file of codes cannot be
-/// written.
+/// Delivers messages of the sample cycle to `store` as `options` says: writes "ready" to `output`,
+/// then a line for each message once it is committed. Throws if the store or the file of codes
+/// cannot be written.
 void deliver(
     SampleStore& store, const DeliveryOptions& options, std::istream& input, std::ostream& output);
 

@@ -39,7 +39,7 @@ CycleMessage bodyMessage(const std::string& text, const std::optional<std::strin
 
 CycleMessage pictureMessage()
 {
-    // A placeholder stands in the words for an attachment.
+    // In the text a placeholder represents an attachment.
     return {
         .message =
             {.attributedBody = archivedBody("\xEF\xBF\xBC", ArchivedString::immutableString)},
@@ -108,8 +108,8 @@ CycleMessage SampleCycle::next()
 
 std::string SampleCycle::uniqueCode(int digits) const
 {
-    // A walk through all numbers of this length in large steps: with a step that shares no factor
-    // with the range, none comes twice before all have come.
+    // Visits all numbers of this length in large steps: as the step is coprime to the range, none
+    // repeats before all were visited.
     constexpr std::int64_t step = 48'271;
     std::int64_t range = 9;
     std::int64_t first = 1;

@@ -8,19 +8,19 @@
 
 namespace orlimo::sample {
 
-/// One message of the cycle and what is to come of it.
+/// One message of the cycle and its expected code.
 struct CycleMessage
 {
     SampleMessage message;
-    /// The code that Orlimo is to copy; absent where the message holds none.
+    /// The code that Orlimo should copy; absent if the message holds none.
     std::optional<std::string> code;
-    /// What it is, for a person.
+    /// A description for people.
     std::string description;
 };
 
-/// Messages as they come in life, without an end: in the text column, as a short and as a long
-/// body, in the class of string that is not decoded, with a code of four, five or six digits, in
-/// digits of another script, with too long a number, without a code. No code comes twice in a run.
+/// An endless sequence of realistic messages: in the text column, as a short and as a long body, in
+/// the class of string that is not decoded, with a code of four, five or six digits, in digits of
+/// another script, with a number that is too long, without a code. No code repeats in a run.
 class SampleCycle
 {
 public:

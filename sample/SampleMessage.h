@@ -7,7 +7,7 @@
 
 namespace orlimo::sample {
 
-/// A message to be stored: its words in the text column, in an archived body, in both, or in
+/// A message to be stored: its text in the text column, in an archived body, in both, or in
 /// neither.
 struct SampleMessage
 {

@@ -23,10 +23,10 @@ std::int64_t currentDate()
     return date.count();
 }
 
-/// Marks a store as one of ours ("Orli").
+/// Marks a store as created here ("Orli").
 constexpr std::int64_t applicationId = 0x4F726C69;
 
-/// What people write to each other, without a code. Most of it is stored as a body alone.
+/// Everyday messages without a code. Most are stored as a body only.
 SampleMessage everydayMessage(std::int64_t index)
 {
     constexpr std::array<std::string_view, 5> texts{
@@ -96,10 +96,10 @@ void SampleStore::open(const std::filesystem::path& file)
     }
     constexpr int busyTimeoutMs = 5000;
     (void)sqlite3_busy_timeout(opened, busyTimeoutMs);
-    // The log is then left in place too when this is the last connection that closes.
+    // Keeps the log even if this is the last connection that closes.
     (void)sqlite3_db_config(opened, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
 
-    // Nothing is written, not even the journal mode, before it is known whose store this is.
+    // Nothing is written, not even the journal mode, before it is known that the store is ours.
     if (integer("SELECT count(*) FROM sqlite_master") == 0) {
         run("PRAGMA journal_mode = WAL");
         makeTables();
@@ -111,7 +111,7 @@ void SampleStore::open(const std::filesystem::path& file)
 void SampleStore::makeTables()
 {
     run("BEGIN IMMEDIATE");
-    // Another process may have been faster.
+    // Another process may have created them first.
     if (integer("SELECT count(*) FROM sqlite_master") == 0) {
         run(schema);
         run("PRAGMA application_id = " + std::to_string(applicationId));
@@ -125,7 +125,7 @@ std::int64_t SampleStore::append(const SampleMessage& message)
         return insert(message, nextDate());
     }
     // The lock is taken before the newest date is read: a transaction that reads first cannot write
-    // any more when another writer has come in between.
+    // after another writer has committed.
     run("BEGIN IMMEDIATE");
     try {
         const std::int64_t row = insert(message, nextDate());

@@ -11,7 +11,7 @@
 
 namespace orlimo::sample {
 
-/// When the writer waits for its commits to reach the disk, in SQLite's own words.
+/// When the writer waits for its commits to reach the disk, in SQLite's terms.
 enum class Synchronous {
     off,
     normal,
@@ -21,14 +21,14 @@ enum class Synchronous {
 /// A message store of the real one's shape, written the way the Messages application writes it: in
 /// WAL mode, over one connection that stays open.
 ///
-/// The log is never checkpointed unless told, so that it grows with every commit, and it outlives
-/// the connection. Every failure is thrown as std::runtime_error with SQLite's own words. One
-/// thread.
+/// The log is checkpointed only by truncateLog(), so that it grows with every commit, and it
+/// outlives the connection. Every failure is thrown as std::runtime_error with SQLite's message.
+/// One thread.
 class SampleStore
 {
 public:
-    /// Opens the store at `file`, making it where there is none; its log is there from then on. The
-    /// folder must exist. A store that was not made here is refused: it may be somebody's own.
+    /// Opens the store at `file`, creating it if there is none; its log exists from then on. The
+    /// folder must exist. A store that was not created here is refused: it may be a real one.
     explicit SampleStore(
         const std::filesystem::path& file, Synchronous synchronous = Synchronous::full);
 
@@ -48,8 +48,8 @@ public:
     /// when a transaction outgrows its memory. The writer's lock is held from then on.
     void spill();
 
-    /// Moves everything from the log into the store and cuts the log to nothing. Throws when a
-    /// reader is in the way.
+    /// Moves everything from the log into the store and truncates the log to zero. Throws while a
+    /// reader blocks that.
     void truncateLog();
 
     /// How long the log is, in bytes.
@@ -75,7 +75,7 @@ private:
 
     std::filesystem::path log;
     std::unique_ptr<sqlite3, Closer> connection;
-    // Each is compiled at its first use: a table may be missing.
+    // Each is compiled at its first use, as a table may be missing.
     std::optional<Statement> newestDate;
     std::optional<Statement> messageInsertion;
     std::optional<Statement> joinInsertion;

@@ -60,8 +60,8 @@ std::int64_t Statement::integer()
     while (result == SQLITE_ROW) {
         result = sqlite3_step(statement);
     }
-    // A statement that is left in the middle of its run keeps its tables from being changed. The
-    // reset fails as the run did.
+    // A statement that is not reset keeps its tables from being changed. The reset fails as the run
+    // did.
     (void)sqlite3_clear_bindings(statement);
     parameter = 0;
     check(sqlite3_reset(statement));

@@ -10,10 +10,10 @@ struct sqlite3_stmt;
 
 namespace orlimo::sample {
 
-/// Throws std::runtime_error with SQLite's words for the connection's last error.
+/// Throws std::runtime_error with SQLite's message for the connection's last error.
 [[noreturn]] void throwErrorOf(sqlite3* connection);
 
-/// One compiled statement, finalised with the object. It may be run any number of times.
+/// One compiled statement, finalised at destruction. It may be run any number of times.
 class Statement
 {
 public:
@@ -27,10 +27,10 @@ public:
     Statement& bind(const std::optional<std::string>& text);
     Statement& bind(const std::optional<std::vector<std::uint8_t>>& bytes);
 
-    /// Runs the statement to its end and forgets what was bound.
+    /// Runs the statement to its end and clears its bindings.
     void run();
 
-    /// The same, and returns the integer that the statement answers.
+    /// The same, and returns the first integer of its result.
     std::int64_t integer();
 
 private:

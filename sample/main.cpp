@@ -21,23 +21,23 @@ namespace {
 
 constexpr std::string_view usage = R"(Usage: orlimo-sample-store COMMAND STORE [OPTION...]
 
-Stands in for the Messages application: makes a message store of the real one's shape and writes to it.
+Simulates the Messages application: creates a message store of the real one's shape and writes to it.
 
   create STORE [--messages N]   make a store of N messages
   append STORE (--text WORDS | --body WORDS | --immutable-body WORDS)
                                 add one message, and print its row
   deliver STORE [--interval SECONDS] [--count N] [--expected FILE] [--paced]
-                                print "ready", then add a message after each interval, 2 seconds if
-                                not told otherwise, N times or without end, and say which; note the
-                                codes to expect in FILE; with --paced each interval begins when a
-                                line has come on standard input
-  serve STORE [--messages N]    make a store of N messages, print "ready", then carry out the commands
-                                on standard input, one a line, with one line of answer each:
+                                print "ready", then add a message after each interval, 2 seconds by
+                                default, N times or without end, and print it; record the codes to
+                                expect in FILE; with --paced each interval begins when a line has
+                                arrived on standard input
+  serve STORE [--messages N]    make a store of N messages, print "ready", then execute the commands
+                                on standard input, one a line, with one line of response each:
                                   text WORDS, body WORDS, immutable WORDS
                                   begin, commit, rollback, spill, truncate, sql STATEMENTS, quit
-                                In words, \n, \t, \\ and \xHH stand for single characters.
+                                In words, \n, \t, \\ and \xHH are escapes for single characters.
 
-  --synchronous off|normal|full when commits wait for the disk; full if not told otherwise
+  --synchronous off|normal|full when commits wait for the disk; full by default
   --help                        this text
 )";
 
@@ -52,7 +52,7 @@ template <typename Number> [[nodiscard]] bool parseNumber(const std::string& tex
 {
     const char* const end = text.data() + text.size();
     if constexpr (std::is_floating_point_v<Number>) {
-        // Not every standard library reads such a number with from_chars; strtod takes more than is
+        // Not every standard library has from_chars for such a number; strtod accepts more than is
         // meant here.
         char* stop = nullptr;
         number = std::strtod(text.c_str(), &stop);
@@ -64,7 +64,7 @@ template <typename Number> [[nodiscard]] bool parseNumber(const std::string& tex
     }
 }
 
-/// The words of the command line: the command, the store, and options with their values.
+/// The command line: the command, the store, and options with their values.
 class CommandLine
 {
 public:
@@ -100,7 +100,7 @@ public:
         return &consumed.back().mapped();
     }
 
-    /// The number that the option has; absent without the option. Throws where it has none.
+    /// The option's number; absent without the option. Throws if the value is no number.
     template <typename Number>
     [[nodiscard]] std::optional<Number> takeNumber(const std::string& option)
     {
@@ -201,7 +201,7 @@ void execute(CommandLine& line)
     }
 }
 
-/// Does what the command line says and returns the exit status.
+/// Executes the command line and returns the exit status.
 int runProgram(std::vector<std::string> words)
 {
     const auto isHelpOption = [](const std::string& argument) {

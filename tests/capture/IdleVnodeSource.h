@@ -4,8 +4,8 @@
 
 namespace orlimo {
 
-/// A vnode source that never reports anything, and keeps nothing alive. Takes none of the watches
-/// of which the host has few.
+/// A vnode source that never reports anything, keeps nothing alive and uses none of the system's
+/// limited watches.
 class IdleVnodeSource final : public VnodeSource
 {
 public:

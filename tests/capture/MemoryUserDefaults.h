@@ -9,7 +9,7 @@
 
 namespace orlimo {
 
-/// Preferences in memory, which remember how they were used.
+/// Preferences in memory that record how they are used.
 class MemoryUserDefaults final : public UserDefaults
 {
 public:

@@ -13,8 +13,8 @@
 
 namespace orlimo {
 
-/// A message store in a folder of the test's own, with its writer at work; the preferences of the
-/// sandboxed home, with capturing switched on and nothing else; the clipboard, holding "before".
+/// A message store in a temporary folder with an open writer, the preferences of the sandboxed home
+/// with only capturing switched on, and the clipboard, holding "before".
 class MessageTestBase : public testing::Test
 {
 protected:
@@ -22,11 +22,11 @@ protected:
 
     [[nodiscard]] std::filesystem::path log() const;
 
-    /// The program's own host, but for the place of the store, and for a watch that opens the log
-    /// and then hears nothing: changes are told by the test.
+    /// The program's own services, but with this store and with a watch that opens the log and
+    /// never reports anything: the test reports changes.
     [[nodiscard]] CaptureServices services() const;
 
-    /// A controller that was allowed to watch the store. What it logs on the way is swallowed.
+    /// A controller that watches the store. What it logs meanwhile is discarded.
     [[nodiscard]] static std::shared_ptr<Message> watching(CaptureServices services);
     [[nodiscard]] std::shared_ptr<Message> watching() const { return watching(services()); }
 

@@ -4,8 +4,7 @@
 
 namespace orlimo {
 
-/// The settings file of this process's own home. Absent when the object is made, and again when it
-/// goes.
+/// The settings file of this process's sandboxed home, removed at construction and destruction.
 class PreferenceSandbox
 {
 public:

@@ -2,8 +2,8 @@
 
 namespace orlimo {
 
-/// Gives this process an empty home of its own inside the sandboxed one that it shares with its
-/// parent. Call it in a child, before anything of the home is used.
+/// Switches this process to an empty home inside the sandboxed one of its parent. Call it in a
+/// child process, before anything in the home is used.
 void switchToPrivateHome();
 
 } // namespace orlimo

@@ -8,7 +8,7 @@
 
 namespace orlimo {
 
-/// A pasteboard that keeps nothing but the order in which it is used.
+/// A pasteboard that records its calls and nothing else.
 class RecordingPasteboard final : public Pasteboard
 {
 public:
@@ -18,7 +18,7 @@ public:
     /// Each call so far: "declare TYPE..." or "set TEXT as TYPE".
     std::vector<std::string> calls;
 
-    /// Runs at the end of each declaration, where set.
+    /// Runs at the end of each declaration, if set.
     std::function<void()> onDeclared;
 };
 

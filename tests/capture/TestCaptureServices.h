@@ -5,13 +5,12 @@
 
 namespace orlimo {
 
-/// The preferences with which capturing is tested: the program's own where those lie in the home of
-/// the test program, which is a sandbox; in memory where they belong to the account. Empty at
-/// first.
+/// The preferences with which capturing is tested: the program's own if they are in the sandboxed
+/// home; in memory if they belong to the account. Empty at first.
 [[nodiscard]] UserDefaults& captureUserDefaults();
 
-/// The pasteboard with which it is tested: the program's own where the toolkit's platform for tests
-/// keeps it to the process; else one that leads to the toolkit's clipboard.
+/// The pasteboard with which it is tested: the program's own if Qt's test platform keeps it inside
+/// the process; otherwise one that writes to Qt's clipboard.
 [[nodiscard]] Pasteboard& capturePasteboard();
 
 } // namespace orlimo

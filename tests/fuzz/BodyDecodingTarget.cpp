@@ -2,10 +2,8 @@
 #include "tests/capture/reference/BodyBytes.h"
 #include "tests/capture/reference/ReferenceBodyDecoding.h"
 #include "tests/capture/reference/ReferenceUnicode.h"
-#include "tests/fuzz/FatalStopException.h"
 #include "tests/fuzz/FuzzTarget.h"
-#include "tests/fuzz/LoggedLines.h"
-#include "tests/fuzz/Mismatch.h"
+#include "tests/fuzz/ProgramOutcomes.h"
 
 #include <optional>
 #include <string>

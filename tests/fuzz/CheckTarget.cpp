@@ -3,15 +3,18 @@
 #include "tests/capture/IdleVnodeSource.h"
 #include "tests/capture/MemoryUserDefaults.h"
 #include "tests/capture/RecordingPasteboard.h"
-#include "tests/fuzz/FatalStopException.h"
+#include "tests/capture/reference/BodyBytes.h"
+#include "tests/capture/reference/ReferenceBodyDecoding.h"
+#include "tests/capture/reference/ReferenceCodeExtraction.h"
+#include "tests/capture/reference/ReferenceUnicode.h"
 #include "tests/fuzz/FuzzTarget.h"
 #include "tests/fuzz/LiveStore.h"
-#include "tests/fuzz/LoggedLines.h"
-#include "tests/fuzz/Mismatch.h"
-#include "tests/fuzz/ReferenceCheck.h"
+#include "tests/fuzz/ProgramOutcomes.h"
 #include "tests/support/ManualClock.h"
 #include "tests/support/ManualQueue.h"
 
+#include <algorithm>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -21,8 +24,100 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-/// A store, and a watch on its log that hears nothing. As in the program they live to the end of
-/// the process.
+/// The outcome of a check, by a second and deliberately simple implementation.
+struct ReferenceCheck
+{
+    /// What is published; empty if a fatal stop comes first.
+    std::string verificationCode;
+    bool isFatal = false;
+    /// The expected log.
+    std::vector<std::string> lines;
+};
+
+/// The bytes of a column's value, which are its text too.
+struct CellBytes
+{
+    std::optional<std::string> operator()(StoredRow::Null /*null*/) const { return std::nullopt; }
+    std::optional<std::string> operator()(const StoredRow::Text& text) const { return text.bytes; }
+    std::optional<std::string> operator()(const StoredRow::Blob& blob) const
+    {
+        return std::string(blob.bytes.begin(), blob.bytes.end());
+    }
+    std::optional<std::string> operator()(std::int64_t number) const
+    {
+        return std::to_string(number);
+    }
+};
+
+std::optional<std::string> bytesOf(const StoredRow::Cell& cell)
+{
+    return std::visit(CellBytes(), cell);
+}
+
+bool isOlder(const StoredRow& one, const StoredRow& other)
+{
+    if (!one.date || !other.date) {
+        return !one.date && other.date;
+    }
+    return *one.date < *other.date;
+}
+
+/// Newest first; of those with one date, the last inserted comes first: the store's index is walked
+/// backwards.
+std::vector<StoredRow> newestRows(std::vector<StoredRow> rows)
+{
+    std::stable_sort(rows.begin(), rows.end(), isOlder);
+    std::reverse(rows.begin(), rows.end());
+    rows.resize(std::min<std::size_t>(rows.size(), 10));
+    return rows;
+}
+
+void append(Lines& lines, const Lines& more)
+{
+    lines.insert(lines.end(), more.begin(), more.end());
+}
+
+/// The outcome of the row's body alone.
+ReferenceDecoding decodedBody(const StoredRow& row)
+{
+    return referenceDecoding(asHexadecimal(bytesOf(row.body).value_or("")));
+}
+
+/// The check of a store that holds `rows`, inserted in this order.
+ReferenceCheck referenceCheck(const std::vector<StoredRow>& rows, bool withFourDigits)
+{
+    ReferenceCheck check{.verificationCode = "No Code", .lines = {"ready to access disk"}};
+    for (const StoredRow& row : newestRows(rows)) {
+        std::string words;
+        if (const auto text = bytesOf(row.text)) {
+            words = referenceRepaired(text->substr(0, text->find('\0')));
+        } else {
+            const ReferenceDecoding decoding = decodedBody(row);
+            append(check.lines, decoding.lines);
+            if (std::holds_alternative<ReferenceDecoding::Fatal>(decoding.outcome)) {
+                check.isFatal = true;
+                check.verificationCode.clear();
+                return check;
+            }
+            const auto* const found =
+                std::get_if<ReferenceDecoding::MessageText>(&decoding.outcome);
+            if (found == nullptr) {
+                continue;
+            }
+            words = found->text;
+        }
+        const ReferenceCodes codes = referenceCodes(words, withFourDigits);
+        append(check.lines, codes.lines);
+        if (codes.code) {
+            check.verificationCode = *codes.code;
+            return check;
+        }
+    }
+    return check;
+}
+
+/// A store, and a watch on its log that never reports anything. As in the program they live until
+/// the process ends.
 struct Services
 {
     LiveStore store;
@@ -38,7 +133,7 @@ struct Services
          }});
 };
 
-/// One controller, with what it is told and what comes of it.
+/// One controller, its preferences and its effects.
 struct CheckRun
 {
     explicit CheckRun(Services& services)

@@ -4,8 +4,7 @@
 #include "tests/capture/reference/ReferenceCodeExtraction.h"
 #include "tests/capture/reference/ReferenceUnicode.h"
 #include "tests/fuzz/FuzzTarget.h"
-#include "tests/fuzz/LoggedLines.h"
-#include "tests/fuzz/Mismatch.h"
+#include "tests/fuzz/ProgramOutcomes.h"
 
 #include <string>
 

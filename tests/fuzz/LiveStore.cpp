@@ -1,7 +1,6 @@
 #include "tests/fuzz/LiveStore.h"
 
 #include "tests/capture/stores/OpenedConnections.h"
-#include "tests/fuzz/Statements.h"
 
 #include <sqlite3.h>
 

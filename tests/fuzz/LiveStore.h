@@ -14,9 +14,9 @@ struct sqlite3_stmt;
 
 namespace orlimo {
 
-/// A message store in a folder of its own, written by one connection and read by the program's: its
-/// rows are replaced by others as often as wanted. Lives to the end of the process, as the
-/// program's connection does.
+/// A message store in a temporary folder, written by one connection and read by the program's,
+/// whose rows can be replaced repeatedly. Lives until the process ends, as the program's connection
+/// does.
 class LiveStore
 {
 public:
@@ -26,10 +26,10 @@ public:
 
     [[nodiscard]] std::filesystem::path log() const;
 
-    /// The program's reader. The statements that it leaves behind are freed now and then.
+    /// The program's reader. Its leftover statements are freed at intervals.
     [[nodiscard]] Database& database();
 
-    /// Commits `rows`, in their order, in the place of those before.
+    /// Commits `rows`, in their order, in place of the previous ones.
     void replaceRows(const std::vector<StoredRow>& rows);
 
 private:

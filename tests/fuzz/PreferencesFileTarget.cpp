@@ -2,7 +2,6 @@
 #include "platform/preferences/UserDefaults.h"
 #include "tests/capture/PreferenceSandbox.h"
 #include "tests/fuzz/FuzzTarget.h"
-#include "tests/fuzz/Mismatch.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <QByteArray>

@@ -22,7 +22,7 @@ std::vector<std::filesystem::path> corpusInputs()
     return files;
 }
 
-TEST(Replay, KeptInputsAreJudgedWell)
+TEST(Replay, KeptInputsHaveNoFinding)
 {
     const auto files = corpusInputs();
     EXPECT_FALSE(files.empty());
@@ -32,8 +32,8 @@ TEST(Replay, KeptInputsAreJudgedWell)
     }
 }
 
-// What a call leaves behind must not change the judgement: the same inputs, in the other order.
-TEST(Replay, KeptInputsAreJudgedWellInAnyOrder)
+// No call may affect the finding of another.
+TEST(Replay, KeptInputsHaveNoFindingInReverseOrder)
 {
     auto files = corpusInputs();
     std::reverse(files.begin(), files.end());

@@ -1,20 +1,22 @@
 #include "capture/Database.h"
+#include "platform/files/UniqueFd.h"
 #include "tests/capture/reference/BodyBytes.h"
 #include "tests/capture/reference/ReferenceUnicode.h"
 #include "tests/capture/stores/OpenedConnections.h"
-#include "tests/fuzz/FatalStopException.h"
 #include "tests/fuzz/FuzzTarget.h"
-#include "tests/fuzz/FuzzerFeedback.h"
-#include "tests/fuzz/LoggedLines.h"
-#include "tests/fuzz/Mismatch.h"
-#include "tests/fuzz/Statements.h"
-#include "tests/fuzz/StoreOnDisk.h"
+#include "tests/fuzz/ProgramOutcomes.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <sqlite3.h>
 
 #include <cstdint>
+#include <filesystem>
 #include <string>
+#include <string_view>
 #include <vector>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace orlimo {
 
@@ -29,19 +31,114 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
+struct Parts
+{
+    std::string_view store;
+    std::string_view log;
+};
+
+/// A log begins with one of two numbers, for either byte order of its checksums.
+Parts partsOf(std::string_view bytes)
+{
+    constexpr std::string_view beginning = "\x37\x7F\x06";
+    for (std::size_t place = bytes.find(beginning); place != std::string_view::npos;
+         place = bytes.find(beginning, place + 1))
+    {
+        const std::string_view log = bytes.substr(place);
+        if (log.size() >= 4 && (log[3] == '\x82' || log[3] == '\x83')) {
+            return {bytes.substr(0, place), log};
+        }
+    }
+    return {bytes, {}};
+}
+
+void setContent(int descriptor, std::string_view content)
+{
+    (void)!::pwrite(descriptor, content.data(), content.size(), 0);
+    (void)!::ftruncate(descriptor, static_cast<off_t>(content.size()));
+}
+
+bool holds(int descriptor, std::string_view content)
+{
+    std::string present(content.size() + 1, '\0');
+    const ssize_t got = ::pread(descriptor, present.data(), present.size(), 0);
+    return got >= 0 &&
+           std::string_view(present).substr(0, static_cast<std::size_t>(got)) == content;
+}
+
+/// A message store in a folder of its own, whose files are given byte for byte.
+class StoreOnDisk
+{
+public:
+    StoreOnDisk();
+
+    [[nodiscard]] const std::filesystem::path& libraryFolder() const { return library.path(); }
+
+    /// Makes the store hold `bytes`: up to the header of a write-ahead log the store itself, from
+    /// there on its log. Other files beside the store are removed. No connection may be open.
+    void fill(std::string_view bytes);
+
+    /// Whether the store, and its log where there was one, still are what `bytes` made them.
+    [[nodiscard]] bool isUnchanged(std::string_view bytes) const;
+
+private:
+    TemporaryFolder library;
+    std::filesystem::path log;
+    std::filesystem::path sharedIndex;
+    std::filesystem::path journal;
+    UniqueFd store;
+};
+
+StoreOnDisk::StoreOnDisk()
+{
+    const auto file = library.path() / "Messages/chat.db";
+    std::filesystem::create_directories(file.parent_path());
+    log = file.string() + "-wal";
+    sharedIndex = file.string() + "-shm";
+    journal = file.string() + "-journal";
+    store = UniqueFd(::open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+}
+
+void StoreOnDisk::fill(std::string_view bytes)
+{
+    const Parts parts = partsOf(bytes);
+    for (const auto& file : {log, sharedIndex, journal}) {
+        (void)::unlink(file.c_str());
+    }
+    setContent(store.get(), parts.store);
+    if (!parts.log.empty()) {
+        const UniqueFd descriptor(::open(log.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+        setContent(descriptor.get(), parts.log);
+    }
+}
+
+bool StoreOnDisk::isUnchanged(std::string_view bytes) const
+{
+    const Parts parts = partsOf(bytes);
+    if (!holds(store.get(), parts.store)) {
+        return false;
+    }
+    if (parts.log.empty()) {
+        return true;
+    }
+    // Closing a log's descriptor releases no locks: they are on the shared index.
+    const UniqueFd descriptor(::open(log.c_str(), O_RDONLY | O_CLOEXEC));
+    return holds(descriptor.get(), parts.log);
+}
+
 /// How many messages the program asks for.
 constexpr std::int64_t limit = 10;
 
-/// A store may hold a view instead of a table, and so a program: what runs longer than this many
-/// instructions is interrupted. Such a store hangs every reader.
+/// A store may hold a view instead of a table, and so a program: it is interrupted after this many
+/// instructions. Such a store hangs every reader.
 constexpr int maxInstructions = 200'000;
 
-/// For the same reason. A store that asks for more cannot be judged, for nothing says where memory
-/// runs out for it.
+/// For the same reason. A store that needs more is not judged, as it is unknown where its memory
+/// runs out.
 constexpr std::int64_t maxMemory = 50'000'000;
 constexpr std::int64_t memoryThreshold = 10'000'000;
 
-/// Keeps a connection from running without end.
+/// Limits what a connection may use.
 class ResourceLimits
 {
 public:
@@ -53,7 +150,7 @@ public:
             connection, maxInstructions, &ResourceLimits::onInstructionLimit, this);
     }
 
-    /// Whether it has run out, so that what was read is not all that there is.
+    /// Whether a limit was reached, so that not everything was read.
     [[nodiscard]] bool isExhausted() const
     {
         return exhausted || sqlite3_memory_highwater(0) > memoryThreshold;
@@ -91,8 +188,8 @@ std::int64_t cutToThirtyTwoBits(std::int64_t value)
     return static_cast<std::int32_t>(static_cast<std::uint64_t>(value) & 0xFFFFFFFFU);
 }
 
-/// What the store yields: a second implementation, kept plain on purpose. Absent when SQLite does
-/// not understand the query.
+/// What the store yields, by a second and deliberately simple implementation. Absent if the query
+/// cannot be compiled.
 std::optional<std::vector<Msg>> referenceReading(sqlite3* connection)
 {
     sqlite3_stmt* row = nullptr;
@@ -113,38 +210,6 @@ std::optional<std::vector<Msg>> referenceReading(sqlite3* connection)
     return messages;
 }
 
-/// Tells the fuzzer which way SQLite went.
-void reportOutcome(sqlite3* connection, const std::vector<Msg>& messages)
-{
-    feedback::reportFeature(0, static_cast<std::uint64_t>(sqlite3_extended_errcode(connection)));
-    feedback::reportFeature(1, messages.size());
-    for (const Msg& message : messages) {
-        feedback::reportMagnitude(2, message.text ? message.text->size() + 1 : 0);
-        feedback::reportMagnitude(3, message.attributedBody.value_or("").size());
-        feedback::reportMagnitude(4, static_cast<std::uint64_t>(message.rowid));
-    }
-    unsigned feature = 5;
-    for (const int status :
-         {SQLITE_DBSTATUS_CACHE_MISS, SQLITE_DBSTATUS_SCHEMA_USED, SQLITE_DBSTATUS_CACHE_HIT})
-    {
-        int value = 0;
-        int highest = 0;
-        (void)sqlite3_db_status(connection, status, &value, &highest, 0);
-        feedback::reportMagnitude(feature, static_cast<std::uint64_t>(value));
-        ++feature;
-    }
-    sqlite3_stmt* const statement = sqlite3_next_stmt(connection, nullptr);
-    for (const int status :
-         {SQLITE_STMTSTATUS_VM_STEP, SQLITE_STMTSTATUS_FULLSCAN_STEP, SQLITE_STMTSTATUS_SORT})
-    {
-        if (statement != nullptr) {
-            feedback::reportMagnitude(
-                feature, static_cast<std::uint64_t>(sqlite3_stmt_status(statement, status, 0)));
-        }
-        ++feature;
-    }
-}
-
 /// A query that cannot be compiled is logged and yields nothing.
 Finding verifyFailure(sqlite3* connection, const Lines& lines, const std::vector<Msg>& messages)
 {
@@ -162,7 +227,6 @@ Finding verifyReading(Database& database, sqlite3* connection)
     const ResourceLimits limits(connection);
     const std::vector<Msg> messages = database.fetchMessages(limit);
     const Lines lines = logged::lines();
-    reportOutcome(connection, messages);
     if (!lines.empty()) {
         return verifyFailure(connection, lines, messages);
     }
@@ -175,8 +239,7 @@ Finding verifyReading(Database& database, sqlite3* connection)
 
 } // namespace
 
-/// The input is the store, byte for byte; from where a write-ahead log's header stands in it, its
-/// log.
+/// The input is the store, byte for byte, and from the header of a write-ahead log on its log.
 Finding checkInput(std::string_view input)
 try {
     static StoreOnDisk store;

@@ -7,7 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <csignal>
+#include <algorithm>
 
 namespace orlimo::sample {
 namespace {
@@ -67,19 +67,6 @@ TEST_F(SampleProgram, AppendPrintsItsRowAndLengthensLog)
         ElementsAre("Hello \\n you", "body", "body"));
 }
 
-TEST_F(SampleProgram, AppendWaitsForAnotherWriter)
-{
-    ChildProcess writer(ORLIMO_SAMPLE_STORE, {.arguments = {"serve", store}});
-    ASSERT_EQ(writer.readLine(), "ready");
-    EXPECT_EQ(writer.ask("begin"), "ok");
-    EXPECT_EQ(writer.ask("text one"), "added 1");
-    ChildProcess second(ORLIMO_SAMPLE_STORE, {.arguments = {"append", store, "--text", "two"}});
-    EXPECT_EQ(second.readLine(std::chrono::milliseconds(200)), std::nullopt);
-    EXPECT_EQ(writer.ask("commit"), "committed");
-    EXPECT_EQ(second.readLine(), "2");
-    EXPECT_EQ(second.awaitEnd().status, 0);
-}
-
 TEST_F(SampleProgram, DeliverEndsAfterItsCountAndRecordsCodes)
 {
     const auto expected = folder.path() / "expected";
@@ -100,17 +87,6 @@ TEST_F(SampleProgram, DeliverEndsAfterItsCountAndRecordsCodes)
     EXPECT_EQ(messages(), 4);
 }
 
-TEST_F(SampleProgram, DeliverWithoutCountRunsUntilTerminated)
-{
-    ChildProcess process(
-        ORLIMO_SAMPLE_STORE,
-        {.arguments = {"deliver", store, "--interval", "0", "--synchronous", "OFF"}});
-    for (int number = 0; number < 100; ++number) {
-        ASSERT_TRUE(process.readLine()) << number;
-    }
-    EXPECT_EQ(process.terminate().signal, SIGTERM);
-}
-
 TEST_F(SampleProgram, PacedDeliveryWaitsForInputAndEndsWithIt)
 {
     ChildProcess process(
@@ -125,17 +101,14 @@ TEST_F(SampleProgram, PacedDeliveryWaitsForInputAndEndsWithIt)
     EXPECT_EQ(process.awaitEnd().status, 0);
 }
 
-TEST_F(SampleProgram, HelpNamesEveryCommand)
+TEST_F(SampleProgram, HelpIsUsageAndStatus0)
 {
     for (const std::vector<std::string>& arguments :
          {std::vector<std::string>{"--help"}, {"-h"}, {"create", "--help"}})
     {
         const auto help = run(arguments);
         EXPECT_EQ(help.status, 0);
-        for (const char* command : {"create STORE", "append STORE", "deliver STORE", "serve STORE"})
-        {
-            EXPECT_THAT(help.output, HasSubstr(command));
-        }
+        EXPECT_THAT(help.output, StartsWith("Usage: orlimo-sample-store COMMAND STORE"));
     }
 }
 

@@ -8,7 +8,7 @@ struct sqlite3;
 
 namespace orlimo::sample {
 
-/// A message store as a reader beside the writer finds it. Every fault is a test failure.
+/// A message store as another reader sees it. Every failure is a test failure.
 class StoreContent
 {
 public:
@@ -17,8 +17,7 @@ public:
     StoreContent& operator=(const StoreContent&) = delete;
     ~StoreContent();
 
-    /// One column, the first where not told otherwise, of each row that the query answers, as text;
-    /// "NULL" for no value.
+    /// One column of each row that the query returns, as text; "NULL" for no value.
     [[nodiscard]] std::vector<std::string> column(const std::string& query, int index = 0) const;
 
     /// The first column of the first row as a number.

@@ -26,7 +26,7 @@ namespace {
 
 constexpr std::size_t threadCount = 16;
 
-/// Standard output as a pipe that is full: the next line that is written waits until it is drained.
+/// Standard output as a full pipe: the next line that is written blocks until it is drained.
 class FullPipe
 {
 public:
@@ -42,7 +42,7 @@ public:
         (void)::dup2(ends[1], STDOUT_FILENO);
     }
 
-    /// Takes out what is there now.
+    /// Reads all that is there.
     void drain()
     {
         std::array<char, 4096> part{};
@@ -61,7 +61,7 @@ private:
     std::string content;
 };
 
-/// Whether no other thread of this process is running.
+/// Whether all other threads of this process sleep.
 bool otherThreadsSleep()
 {
     const std::filesystem::directory_iterator tasks("/proc/self/task");
@@ -78,9 +78,9 @@ bool otherThreadsSleep()
     });
 }
 
-/// Lets many threads ask for the shared reader while the first of them is still making it, which is
-/// held up where it writes its first log line.
-[[noreturn]] void askForReaderOnManyThreads()
+/// Has many threads request the shared reader while the first of them is still creating it, blocked
+/// at its first log line.
+[[noreturn]] void requestReaderOnManyThreads()
 {
     switchToPrivateHome();
     std::filesystem::create_directories(libraryFolder().value_or("") / "Messages");
@@ -112,15 +112,15 @@ bool otherThreadsSleep()
     ::_exit(allWaited && allReturned && isOne ? 0 : 1);
 }
 
-TEST(SharedDatabaseDeathTest, IsMadeOnceByWhicheverThreadComesFirst)
+TEST(SharedDatabaseDeathTest, ConcurrentFirstUsesCreateOneReader)
 {
     EXPECT_EXIT(
-        askForReaderOnManyThreads(),
+        requestReaderOnManyThreads(),
         testing::ExitedWithCode(0),
         testing::MatchesRegex("Database init\ndatabase connected!!\n"));
 }
 
-TEST(SharedDatabaseDeathTest, ReadsTheStoreOfTheUser)
+TEST(SharedDatabaseDeathTest, ReadsTheUsersStore)
 {
     EXPECT_EXIT(
         {

@@ -6,11 +6,11 @@
 
 namespace orlimo {
 
-/// `bytes` as the store reader delivers them: two upper-case hexadecimal digits a byte.
+/// `bytes` as the store reader returns them: two upper-case hexadecimal digits a byte.
 [[nodiscard]] std::string asHexadecimal(std::string_view bytes);
 
-/// The bytes that stand for a string of `length` bytes before its words: one byte, or the byte 81
-/// and two bytes from 128 on.
+/// The archived length of a string of `length` bytes: one byte, or from 128 on the byte 81 and two
+/// more.
 [[nodiscard]] std::string archivedLength(std::size_t length);
 
 /// The body of a message with a mutable string, as it is stored.

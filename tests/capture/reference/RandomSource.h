@@ -9,7 +9,7 @@
 
 namespace orlimo {
 
-/// Choices that look random and are the same in each run with the same seed.
+/// Pseudo-random choices, the same in each run with the same seed.
 class RandomSource
 {
 public:

@@ -2,8 +2,8 @@
 
 #include "tests/capture/reference/ReferenceUnicode.h"
 
-#include <gtest/gtest.h>
-#include <unicode/ustring.h>
+#include <unicode/locid.h>
+#include <unicode/unistr.h>
 
 #include <optional>
 
@@ -13,60 +13,11 @@ namespace {
 
 using Byte = unsigned char;
 
-std::u16string asUtf16(const std::string& text)
-{
-    // A UTF-16 text never has more units than the UTF-8 one has bytes.
-    std::u16string units(text.size(), u'\0');
-    std::int32_t length = 0;
-    UErrorCode status = U_ZERO_ERROR;
-    u_strFromUTF8(
-        units.data(),
-        static_cast<std::int32_t>(units.size()),
-        &length,
-        text.data(),
-        static_cast<std::int32_t>(text.size()),
-        &status);
-    EXPECT_TRUE(U_SUCCESS(status)) << u_errorName(status);
-    units.resize(static_cast<std::size_t>(length));
-    return units;
-}
-
-std::string asUtf8(const std::u16string& units)
-{
-    std::string text(units.size() * 3, '\0');
-    std::int32_t length = 0;
-    UErrorCode status = U_ZERO_ERROR;
-    u_strToUTF8(
-        text.data(),
-        static_cast<std::int32_t>(text.size()),
-        &length,
-        units.data(),
-        static_cast<std::int32_t>(units.size()),
-        &status);
-    EXPECT_TRUE(U_SUCCESS(status)) << u_errorName(status);
-    text.resize(static_cast<std::size_t>(length));
-    return text;
-}
-
 std::string uppercase(const std::string& text)
 {
-    if (text.empty()) {
-        return text;
-    }
-    const std::u16string units = asUtf16(text);
-    // No character becomes more than three.
-    std::u16string upper(units.size() * 3, u'\0');
-    UErrorCode status = U_ZERO_ERROR;
-    const std::int32_t length = u_strToUpper(
-        upper.data(),
-        static_cast<std::int32_t>(upper.size()),
-        units.data(),
-        static_cast<std::int32_t>(units.size()),
-        "",
-        &status);
-    EXPECT_TRUE(U_SUCCESS(status)) << u_errorName(status);
-    upper.resize(static_cast<std::size_t>(length));
-    return asUtf8(upper);
+    std::string upper;
+    icu::UnicodeString::fromUTF8(text).toUpper(icu::Locale::getRoot()).toUTF8String(upper);
+    return upper;
 }
 
 std::vector<std::string> split(const std::string& text, const std::string& separator)
@@ -105,7 +56,7 @@ unsigned nibbleOf(char character)
     return 0;
 }
 
-/// Absent for a fatal stop.
+/// Absent on a fatal stop.
 std::optional<std::vector<Byte>> bytesOf(const std::string& text)
 {
     const std::size_t count = referenceGraphemeClusterCount(text);

@@ -6,8 +6,7 @@
 
 namespace orlimo {
 
-/// What becomes of a message body: a second implementation, kept plain on purpose, to judge the
-/// program's own by.
+/// The outcome of decoding a message body, by a second and deliberately simple implementation.
 struct ReferenceDecoding
 {
     struct MessageText
@@ -20,7 +19,7 @@ struct ReferenceDecoding
     {};
 
     std::variant<MessageText, NoText, Fatal> outcome;
-    /// What the log is to show.
+    /// The expected log.
     std::vector<std::string> lines;
 };
 

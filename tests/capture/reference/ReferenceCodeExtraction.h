@@ -6,13 +6,12 @@
 
 namespace orlimo {
 
-/// What the code rule makes of a message's text: a second implementation, kept plain on purpose, to
-/// judge the program's own by.
+/// The outcome of the code rule, by a second and deliberately simple implementation.
 struct ReferenceCodes
 {
     /// The code, the first of the numbers found.
     std::optional<std::string> code;
-    /// What the log is to show.
+    /// The expected log.
     std::vector<std::string> lines;
 };
 

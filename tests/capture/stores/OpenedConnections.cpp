@@ -51,15 +51,21 @@ std::vector<std::string> statementsOn(sqlite3* connection)
     return texts;
 }
 
+void finaliseStatements(sqlite3* connection)
+{
+    while (sqlite3_stmt* const statement = sqlite3_next_stmt(connection, nullptr)) {
+        sqlite3_finalize(statement);
+    }
+}
+
 } // namespace orlimo
 
-/// Stands before the library's function of the same name, in this program only.
+/// Takes precedence over the library's function of the same name, in this program only.
 int sqlite3_open_v2(const char* name, sqlite3** connection, int flags, const char* system)
 {
     using Function = int (*)(const char*, sqlite3**, int, const char*);
-    static const auto ofTheLibrary =
-        reinterpret_cast<Function>(::dlsym(RTLD_NEXT, "sqlite3_open_v2"));
-    const int result = ofTheLibrary(name, connection, flags, system);
+    static const auto real = reinterpret_cast<Function>(::dlsym(RTLD_NEXT, "sqlite3_open_v2"));
+    const int result = real(name, connection, flags, system);
     if (orlimo::listening && *connection != nullptr) {
         orlimo::seen().push_back(*connection);
     }

@@ -7,7 +7,7 @@ struct sqlite3;
 
 namespace orlimo {
 
-/// Learns of every SQLite connection that sqlite3_open_v2 opens while it lives. One at a time.
+/// Records every SQLite connection that sqlite3_open_v2 opens while it lives. One at a time.
 class OpenedConnections
 {
 public:
@@ -22,5 +22,9 @@ public:
 
 /// The texts of the statements that are compiled on `connection` and not finalised, oldest first.
 [[nodiscard]] std::vector<std::string> statementsOn(sqlite3* connection);
+
+/// Frees every statement that is compiled on `connection`. The program leaves them allocated until
+/// its process ends; a test that fetches without end must not.
+void finaliseStatements(sqlite3* connection);
 
 } // namespace orlimo

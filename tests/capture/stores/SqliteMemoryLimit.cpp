@@ -7,8 +7,8 @@ namespace orlimo {
 
 namespace {
 
-/// Can be said before the first use alone.
-[[maybe_unused]] const int told = sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 1);
+/// Must be configured before the first use.
+[[maybe_unused]] const int result = sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 1);
 
 } // namespace
 

@@ -7,8 +7,8 @@
 
 namespace orlimo {
 
-/// The content of the store in `libraryFolder` and of its log, by name; what is missing is absent.
-/// Read by another process: to close a descriptor of a store takes away the locks that this
+/// The content of the store in `libraryFolder` and of its log, by name; missing files are absent.
+/// Read by another process: closing a descriptor of a store would release the locks that this
 /// process's own connections hold on it.
 [[nodiscard]] std::map<std::string, std::string>
 storeFiles(const std::filesystem::path& libraryFolder);

@@ -10,9 +10,9 @@ struct sqlite3;
 
 namespace orlimo {
 
-/// Keeps readers out of a store, as another program's work does: out of one with a rollback journal
-/// by an exclusive transaction, out of one with a log by the recovery after a crash. A reader that
-/// has the schema already meets the lock at its first step. The store has to have been read.
+/// Locks readers out of a store as another program does: out of one with a rollback journal by an
+/// exclusive transaction, out of one with a log by the recovery after a crash. A reader that has
+/// the schema already meets the lock at its first step. The store must have been read before.
 class StoreLock
 {
 public:
