@@ -1,0 +1,6 @@
+set(generic_name "Bestätigungscodes")
+set(comment "Den Bestätigungscode einer eingehenden Nachricht in die Zwischenablage kopieren")
+set(keywords "Code;Bestätigung;Bestätigungscode;Einmalpasswort;OTP;2FA;Nachricht;SMS;Zwischenablage;")
+set(quit "Beenden")
+set(description_1 "Orlimo beobachtet den lokalen Nachrichtenspeicher. Trifft eine Nachricht mit einem Bestätigungscode ein, kopiert es den Code; er muss nur noch eingesetzt werden.")
+set(description_2 "Es sitzt im Systembereich der Leiste. Ein Klick auf das Symbol zeigt den neuesten Code und die Schalter für das automatische Kopieren, für 4-stellige Codes und für das Öffnen bei der Anmeldung. Der Nachrichtenspeicher wird nie verändert, und nichts verlässt den Computer.")

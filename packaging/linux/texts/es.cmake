@@ -1,0 +1,6 @@
+set(generic_name "Códigos de verificación")
+set(comment "Copiar al portapapeles el código de verificación de un mensaje entrante")
+set(keywords "código;verificación;un solo uso;contraseña;OTP;2FA;mensaje;SMS;portapapeles;")
+set(quit "Salir")
+set(description_1 "Orlimo vigila el almacén local de mensajes. Cuando llega un mensaje con un código de verificación, copia el código, de modo que solo queda pegarlo.")
+set(description_2 "Vive en la bandeja del sistema. Un clic en su icono muestra el código más reciente y los interruptores para copiar automáticamente, para los códigos de cuatro dígitos y para abrirlo al iniciar sesión. Nunca escribe en el almacén de mensajes y nada sale del equipo.")

@@ -1,0 +1,6 @@
+set(generic_name "Codes de validation")
+set(comment "Copier dans le presse-papiers le code de validation d’un message reçu")
+set(keywords "code;validation;vérification;usage unique;mot de passe;OTP;2FA;message;SMS;presse-papiers;")
+set(quit "Quitter")
+set(description_1 "Orlimo surveille la base locale des messages. Lorsqu’un message contenant un code de validation arrive, il copie le code : il ne reste plus qu’à le coller.")
+set(description_2 "Il se tient dans la zone de notification. Un clic sur son icône affiche le dernier code et les interrupteurs pour la copie automatique, les codes à quatre chiffres et l’ouverture avec la session. Il n’écrit jamais dans la base des messages, et rien ne quitte l’ordinateur.")

@@ -1,0 +1,6 @@
+set(generic_name "Codici di verifica")
+set(comment "Copiare negli appunti il codice di verifica di un messaggio in arrivo")
+set(keywords "codice;verifica;monouso;password;OTP;2FA;messaggio;SMS;appunti;")
+set(quit "Esci")
+set(description_1 "Orlimo osserva l’archivio locale dei messaggi. Quando arriva un messaggio con un codice di verifica, copia il codice: non resta che incollarlo.")
+set(description_2 "Vive nell’area di notifica. Un clic sull’icona mostra il codice più recente e gli interruttori per la copia automatica, per i codici a quattro cifre e per l’apertura al login. Non scrive mai nell’archivio dei messaggi e nulla lascia il computer.")

@@ -1,0 +1,6 @@
+set(generic_name "Códigos de verificação")
+set(comment "Copiar para a área de transferência o código de verificação de uma mensagem recebida")
+set(keywords "código;verificação;uso único;senha;OTP;2FA;mensagem;SMS;área de transferência;")
+set(quit "Encerrar")
+set(description_1 "O Orlimo observa o armazenamento local de mensagens. Quando chega uma mensagem com um código de verificação, ele copia o código, e só resta colá-lo.")
+set(description_2 "Ele fica na bandeja do sistema. Um clique no ícone mostra o código mais recente e as opções de copiar automaticamente, incluir códigos de quatro dígitos e abrir ao iniciar sessão. O armazenamento de mensagens nunca é alterado, e nada sai do computador.")
