@@ -137,7 +137,9 @@ TEST_F(Instance, SecondLoginStartLeavesRunningInstanceAlone)
     EXPECT_EQ(second.output, "");
     EXPECT_EQ(second.errors, "");
 
-    // Anything that the login start had requested would have happened before this.
+    // Anything that the login start had requested would have happened before this is refused.
+    EXPECT_NE(call("ActivateAction", {"dance", "[]", "{}"}).status, 0);
+    EXPECT_EQ(timesOpened(first), 0);
     EXPECT_TRUE(isSoleInstance(first));
 }
 
