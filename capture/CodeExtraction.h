@@ -16,7 +16,7 @@ namespace orlimo {
 /// Logs the text, and the numbers found. Reads the preference afresh; the two regular expressions
 /// are compiled at their first use and kept. Main thread; does not fail.
 [[nodiscard]] std::optional<std::string>
-extractCode(const std::string& text, const UserDefaults& defaults = standardUserDefaults());
+extractCode(const std::string& text, const UserDefaults& defaults);
 
 /// The parts of `text` that match the regular expression `pattern`, left to right and without
 /// overlap; a match that begins or ends inside a character is left out. Nothing when the pattern is

@@ -1,14 +1,13 @@
 #pragma once
 
 #include "login/LoginServices.h"
-#include "platform/process/UnifiedLog.h"
 
 namespace orlimo {
 
 class TextLabel;
 
-/// The program as a login item: whether the host starts it at each login. The host alone keeps the
-/// registration; every call asks it anew. Main thread.
+/// The program as a login item: whether the system starts it at each login. The system alone keeps
+/// the registration; every call asks it anew. Main thread.
 class LaunchAtLogin
 {
 public:
@@ -17,32 +16,25 @@ public:
 
     LaunchAtLogin() = delete;
 
+    /// Has all of this work on `services` from now on, and what their service reports only after a
+    /// call announced through observable(), a failure logged like any other. `main` calls it once,
+    /// before everything else; without it every other call is a fatal stop.
+    static void install(LoginServices services);
+
     /// Whether the program is registered and the user has not switched it off.
-    [[nodiscard]] static bool isEnabled(const LoginServices& services = LoginServices::native());
+    [[nodiscard]] static bool isEnabled();
 
     /// Announces the change through observable(), then registers the program, afresh where it
     /// already is, or ends the registration. A failure is one entry in the log and nothing else.
-    static void setEnabled(bool enabled, const LoginServices& services = LoginServices::native());
+    static void setEnabled(bool enabled);
 
-    /// From now on, what the host of `host` answers only after the call is announced through
-    /// observable() too, and a failure that it tells of then is an entry in the log like any other.
-    /// Called once, before the first change.
-    static void observeResponses(const LoginServices& services = LoginServices::native());
-
-    /// Whether the host's login item mechanism made this launch. False once launching has
+    /// Whether the system's login item mechanism made this launch. False once launching has
     /// finished.
-    [[nodiscard]] static bool
-    wasLaunchedAtLogin(const LoginServices& services = LoginServices::native());
+    [[nodiscard]] static bool wasLaunchedAtLogin();
 
     /// The one instance that views observe. Made at the first call, lives to the end of the
     /// process.
     [[nodiscard]] static Observable& observable();
-
-private:
-    friend struct LoginServices;
-
-    /// Made at the first call, lives to the end of the process.
-    [[nodiscard]] static UnifiedLog& logger();
 };
 
 } // namespace orlimo

@@ -17,9 +17,6 @@ struct LoginServices
     /// The log for failures. Asked for only when there is something to write.
     std::function<UnifiedLog&()> logger;
     std::function<std::optional<LaunchEvent>()> currentLaunchEvent;
-
-    /// The running program's own.
-    [[nodiscard]] static LoginServices native();
 };
 
 } // namespace orlimo

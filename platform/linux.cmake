@@ -19,7 +19,6 @@ set(orlimo_platform_sources
     loginitem/linux/DesktopEntry.cpp
     files/linux/DirectoryListing.cpp
     process/linux/EnvironmentVariable.cpp
-    process/FatalStop.cpp
     process/Formatted.cpp
     files/linux/FileHandle.cpp
     clipboard/linux/GeneralPasteboard.cpp
@@ -27,10 +26,7 @@ set(orlimo_platform_sources
     files/linux/InotifyVnodeSource.cpp
     loginitem/linux/LaunchEvent.cpp
     files/linux/LibraryFolder.cpp
-    process/JournalStream.cpp
-    process/LogLine.cpp
     loginitem/linux/MainAppService.cpp
-    threads/linux/MainThread.cpp
     loginitem/linux/PortalLoginItemService.cpp
     threads/linux/QtQueues.cpp
     preferences/linux/QtUserDefaults.cpp
@@ -43,7 +39,7 @@ set(orlimo_platform_sources
     desktop/linux/SystemArguments.cpp
     clipboard/linux/TextTransfer.cpp
     clipboard/linux/TextTransfers.cpp
-    desktop/linux/QtArguments.cpp
+    services/linux/Session.cpp
     preferences/linux/UnstoredPreferences.cpp
     threads/linux/UptimeClock.cpp
     process/UserDatabase.cpp
@@ -83,5 +79,6 @@ set(orlimo_desktop_sources
     menubar/linux/WaylandFocus.cpp
     display/linux/X11Connection.cpp
     menubar/linux/X11Focus.cpp
-    menubar/WindowPlacement.cpp)
+    menubar/WindowPlacement.cpp
+    services/Services.cpp)
 set(orlimo_desktop_libraries Qt6::DBus PkgConfig::Xcb)

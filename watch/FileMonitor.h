@@ -22,7 +22,7 @@ public:
     /// Starts to watch `url`. Throws std::system_error with the host's error when the file cannot
     /// be opened or watched. Growth in the first 1.6 seconds is not reported.
     static std::shared_ptr<FileMonitor>
-    create(std::filesystem::path url, const WatchServices& services = WatchServices::native());
+    create(std::filesystem::path url, const WatchServices& services);
 
     ~FileMonitor();
     FileMonitor(const FileMonitor&) = delete;

@@ -30,8 +30,4 @@ public:
     virtual void setString(std::string_view text, PasteboardType type) = 0;
 };
 
-/// The pasteboard that the user's paste command reads. Lives to the end of the process; the first
-/// call must come after the application object was built.
-[[nodiscard]] Pasteboard& generalPasteboard();
-
 } // namespace orlimo

@@ -40,7 +40,7 @@ public:
     /// Shows `label` as the icon: at once, or when the host first has a place for it. `clock` tells
     /// which clicks belong together, and how long other windows are still being given the focus.
     [[nodiscard]] static std::unique_ptr<MenuBarExtra>
-    create(ContentBuilder makeContent, const QIcon& label, UptimeClock clock = currentUptime);
+    create(ContentBuilder makeContent, const QIcon& label, UptimeClock clock);
 };
 
 } // namespace orlimo

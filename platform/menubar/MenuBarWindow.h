@@ -46,7 +46,7 @@ public:
     /// `window` becomes the window; it is not owned and must outlive this object. It keeps the size
     /// that it has when it first opens, but on a screen where less than that is available: there it
     /// is made as small as that each time.
-    MenuBarWindow(QWidget& window, IconGeometry geometry, UptimeClock uptimeClock = currentUptime);
+    MenuBarWindow(QWidget& window, IconGeometry geometry, UptimeClock uptimeClock);
     MenuBarWindow(
         QWidget& window, IconGeometry geometry, UptimeClock uptimeClock, Options windowOptions);
     MenuBarWindow(const MenuBarWindow&) = delete;

@@ -2,6 +2,7 @@
 
 #include "app/guidance/GuidanceWindow.h"
 #include "app/guidance/HelperView.h"
+#include "platform/desktop/FrontWindow.h"
 #include "tests/app/ViewTestBase.h"
 #include "tests/capture/PreferenceSandbox.h"
 #include "tests/support/Await.h"
@@ -46,6 +47,9 @@ protected:
             .mainScreenFrame = [this] { return screen; },
             .fromSystemCoordinates =
                 [this](const QRectF& area) { return area.translated(0, systemOffset); },
+            .orderFrontRegardless = [](QWidget& window) { orderFrontRegardless(window); },
+            .openUrl = [](const QUrl&) { return true; },
+            .symbols = {.draw = systemSymbol, .size = systemSymbolSize},
         };
     }
 

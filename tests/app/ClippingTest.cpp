@@ -51,7 +51,9 @@ TEST_P(Clipping, LeavesTheMenuBarWindowWhole)
 
 TEST_P(Clipping, LeavesTheGuidanceWindowWhole)
 {
-    GuidanceWindow window(new HelperView, QRect(QPoint(0, 0), GuidanceWindow::contentSize));
+    GuidanceWindow window(
+        new HelperView([](const QUrl&) { return true; }, {systemSymbol, systemSymbolSize}),
+        QRect(QPoint(0, 0), GuidanceWindow::contentSize));
     showActive(window);
     EXPECT_EQ(window.size(), QSize(500, 500));
     expectNothingClipped(window);
@@ -61,7 +63,9 @@ TEST_P(Clipping, LeavesTheGuidanceWindowWhole)
 TEST_P(Clipping, LeavesTheLabelsWholeWhereAPointIsNoWholeNumberOfPixels)
 {
     const auto menu = shownMenu();
-    GuidanceWindow guidance(new HelperView, QRect(QPoint(0, 0), GuidanceWindow::contentSize));
+    GuidanceWindow guidance(
+        new HelperView([](const QUrl&) { return true; }, {systemSymbol, systemSymbolSize}),
+        QRect(QPoint(0, 0), GuidanceWindow::contentSize));
     showActive(guidance);
     for (const double scale : {1.25, 1.5, 1.75, 2.25}) {
         expectLabelsWholeAt(scale, *menu);
@@ -84,7 +88,9 @@ protected:
 TEST_P(NaturalSize, IsKeptByEveryText)
 {
     const auto menu = shownMenu();
-    GuidanceWindow guidance(new HelperView, QRect(QPoint(0, 0), GuidanceWindow::contentSize));
+    GuidanceWindow guidance(
+        new HelperView([](const QUrl&) { return true; }, {systemSymbol, systemSymbolSize}),
+        QRect(QPoint(0, 0), GuidanceWindow::contentSize));
     layOut(guidance);
     for (const QWidget* window :
          {static_cast<QWidget*>(menu.get()), static_cast<QWidget*>(&guidance)}) {

@@ -2,6 +2,7 @@
 
 #include "app/MenuBarScene.h"
 #include "platform/process/LogLine.h"
+#include "tests/app/linux/SystemServices.h"
 #include "tests/capture/PrivateHome.h"
 #include "tests/support/FatalStopExpectation.h"
 #include "tests/support/StoreWriter.h"
@@ -61,13 +62,14 @@ std::vector<std::string> afterInitialLines(const std::vector<std::string>& lines
 
 TEST(OrlimoApp, CreatesItsControllerBeforeItSpeaksAndWatchesAfterwards)
 {
-    EXPECT_THAT(linesOfRun([] { const OrlimoApp app; }), ElementsAreArray(initialLines));
+    EXPECT_THAT(
+        linesOfRun([] { const OrlimoApp app(systemServices()); }), ElementsAreArray(initialLines));
 }
 
 TEST(OrlimoApp, SharesItsControllerWithItsDelegate)
 {
     const auto lines = linesOfRun([] {
-        OrlimoApp app;
+        OrlimoApp app(systemServices());
         answer("shared:", app.message() != nullptr && app.appDelegate().message == app.message());
         answer("watching:", app.message()->ready());
         answer("window:", app.appDelegate().window != nullptr);
@@ -81,7 +83,7 @@ TEST(OrlimoApp, SharesItsControllerWithItsDelegate)
 TEST(OrlimoApp, BuildsItsIconRendererWhenItIsAskedForAndOnce)
 {
     const auto lines = linesOfRun([] {
-        OrlimoApp app;
+        OrlimoApp app(systemServices());
         answer("built:", app.appIconRenderer().isBuilt());
         const auto* renderer = &app.appIconRenderer().wrappedValue();
         answer("built:", app.appIconRenderer().isBuilt());
@@ -93,7 +95,7 @@ TEST(OrlimoApp, BuildsItsIconRendererWhenItIsAskedForAndOnce)
 TEST(OrlimoApp, LeavesItsIconRendererAloneWhileItRuns)
 {
     const auto lines = linesOfRun([] {
-        OrlimoApp app;
+        OrlimoApp app(systemServices());
         const auto scene = app.body();
         app.appDelegate().applicationWillBecomeActive();
         answer("built:", app.appIconRenderer().isBuilt());
@@ -104,7 +106,7 @@ TEST(OrlimoApp, LeavesItsIconRendererAloneWhileItRuns)
 TEST(OrlimoApp, HasOneSceneWhoseWindowShowsTheControllersCodes)
 {
     const auto lines = linesOfRun([] {
-        const OrlimoApp app;
+        const OrlimoApp app(systemServices());
         const auto scene = app.body();
         answer("open:", scene->menuBarExtra().isOpen());
         scene->menuBarExtra().open();
@@ -125,7 +127,7 @@ TEST(OrlimoApp, BodyOnAnotherThreadStops)
     expectFatalStop(
         [] {
             switchToPrivateHome();
-            const OrlimoApp app;
+            const OrlimoApp app(systemServices());
             std::thread([&app] { (void)app.body(); }).join();
         },
         {"Database init",

@@ -21,7 +21,8 @@ protected:
     static std::unique_ptr<QWidget> shownGuidance()
     {
         auto window = std::make_unique<GuidanceWindow>(
-            new HelperView, QRect(QPoint(0, 0), GuidanceWindow::contentSize));
+            new HelperView([](const QUrl&) { return true; }, {systemSymbol, systemSymbolSize}),
+            QRect(QPoint(0, 0), GuidanceWindow::contentSize));
         showActive(*window);
         return window;
     }

@@ -7,6 +7,7 @@
 #include "tests/support/DeliberateLeak.h"
 #include "tests/support/FatalStopExpectation.h"
 #include "tests/support/process/OutputCapture.h"
+#include "tests/watch/SystemWatchServices.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -152,7 +153,7 @@ TEST_F(MessageFaultTest, WatchThatTheHostRefuses)
 {
     CaptureServices given = services();
     given.makeFileMonitor = [](const auto& file) {
-        WatchServices watch = WatchServices::native();
+        WatchServices watch = systemWatchServices();
         watch.makeVnodeSource = [](int, VnodeEvents, Queue&) -> std::unique_ptr<VnodeSource> {
             throw std::system_error(ENOSPC, std::generic_category(), "too many watches");
         };

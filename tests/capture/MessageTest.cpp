@@ -11,6 +11,7 @@
 #include "tests/support/ManualClock.h"
 #include "tests/support/ManualQueue.h"
 #include "tests/support/process/OutputCapture.h"
+#include "tests/watch/SystemWatchServices.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -599,7 +600,7 @@ protected:
     {
         CaptureServices changed = services();
         changed.makeFileMonitor = [time = clock.function(), made](const auto& file) {
-            WatchServices watch = WatchServices::native();
+            WatchServices watch = systemWatchServices();
             watch.clock = time;
             auto monitor = FileMonitor::create(file, watch);
             if (made != nullptr) {
@@ -657,7 +658,8 @@ protected:
         CaptureServices changed = services();
         changed.makeFileMonitor = [time = clock.function(), &queue = decisions](const auto& file) {
             return FileMonitor::create(
-                file, {mainQueue(), queue, time, makeFileSystemObjectSource});
+                file,
+                {mainQueue(), queue, time, makeFileSystemObjectSource, FileHandle::openForReading});
         };
         return changed;
     }

@@ -33,9 +33,9 @@ struct Services
         {.mainQueue = queue,
          .decisionQueue = queue,
          .clock = clock.function(),
-         .makeVnodeSource = [](int, VnodeEvents, Queue&) {
-             return std::make_unique<IdleVnodeSource>();
-         }});
+         .makeVnodeSource =
+             [](int, VnodeEvents, Queue&) { return std::make_unique<IdleVnodeSource>(); },
+         .openFile = FileHandle::openForReading});
 };
 
 /// One controller, with what it is told and what comes of it.

@@ -43,6 +43,7 @@ class LaunchAtLoginTest : public testing::Test
 protected:
     LaunchAtLoginTest()
     {
+        LaunchAtLogin::install(services);
         QObject::connect(
             &LaunchAtLogin::observable(),
             &LaunchAtLogin::Observable::objectWillChange,
@@ -50,8 +51,8 @@ protected:
             [this] { calls.emplace_back("objectWillChange"); });
     }
 
-    void setEnabled(bool enabled) { LaunchAtLogin::setEnabled(enabled, services); }
-    [[nodiscard]] bool isEnabled() const { return LaunchAtLogin::isEnabled(services); }
+    void setEnabled(bool enabled) { LaunchAtLogin::setEnabled(enabled); }
+    [[nodiscard]] bool isEnabled() const { return LaunchAtLogin::isEnabled(); }
 
     std::vector<std::string> calls;
     ScriptedLoginItemService service{calls};
@@ -236,7 +237,7 @@ class DelayedResponse : public LaunchAtLoginTest
 protected:
     DelayedResponse()
     {
-        LaunchAtLogin::observeResponses(
+        LaunchAtLogin::install(
             {.service = service,
              .logger = services.logger,
              .currentLaunchEvent = services.currentLaunchEvent});
@@ -273,7 +274,8 @@ protected:
     [[nodiscard]] bool with(std::optional<LaunchEvent> event)
     {
         services.currentLaunchEvent = [event] { return event; };
-        return LaunchAtLogin::wasLaunchedAtLogin(services);
+        LaunchAtLogin::install(services);
+        return LaunchAtLogin::wasLaunchedAtLogin();
     }
 };
 

@@ -25,7 +25,12 @@ TEST(FileMonitorConcurrency, ThousandsOfWritesOfManyThreadsAreOneCallAnInterval)
     const auto backend = WatchBackend::named("Native");
     const auto delegate = std::make_shared<CountingDelegate>();
     FileMonitor::create(
-        file, {mainQueue(), backgroundQueue(), clock.function(), backend->factory()})
+        file,
+        {mainQueue(),
+         backgroundQueue(),
+         clock.function(),
+         backend->factory(),
+         FileHandle::openForReading})
         ->setDelegate(delegate);
 
     constexpr int rounds = 10;

@@ -10,6 +10,7 @@
 #include "tests/support/process/OutputCapture.h"
 #include "tests/support/process/UnprivilegedUser.h"
 #include "tests/watch/CountingDelegate.h"
+#include "tests/watch/SystemWatchServices.h"
 #include "tests/watch/WatchBackend.h"
 
 #include <QCoreApplication>
@@ -80,7 +81,12 @@ protected:
 
     [[nodiscard]] WatchServices services()
     {
-        return {mainQueue(), decisions, clock.function(), backend->factory()};
+        return {
+            mainQueue(),
+            decisions,
+            clock.function(),
+            backend->factory(),
+            FileHandle::openForReading};
     }
 
     /// Starts a monitor that nobody keeps and whose throttle is closed.
@@ -415,7 +421,7 @@ TEST(NativeFileMonitor, TellsOnTheMainThreadThroughTheBackgroundQueue)
     writeFile(file, "start");
     ManualClock clock;
     const auto backend = WatchBackend::named("Native");
-    auto services = WatchServices::native();
+    auto services = systemWatchServices();
     services.clock = clock.function();
     services.makeVnodeSource = backend->factory();
     const auto delegate = std::make_shared<CountingDelegate>();
@@ -436,7 +442,7 @@ TEST(NativeFileMonitor, AWatchThatCannotBeMadeFailsAndClosesTheFile)
     writeFile(file, "start");
     openLazySystemFiles();
     const auto descriptors = openDescriptors();
-    auto services = WatchServices::native();
+    auto services = systemWatchServices();
     services.makeVnodeSource = [](int, VnodeEvents, Queue&) -> std::unique_ptr<VnodeSource> {
         throw std::system_error(EMFILE, std::generic_category());
     };
@@ -480,7 +486,7 @@ TEST(NativeFileMonitor, AWatchThatCannotBeStartedFailsAndIsFreed)
     writeFile(file, "start");
     openLazySystemFiles();
     const auto descriptors = openDescriptors();
-    auto services = WatchServices::native();
+    auto services = systemWatchServices();
     services.makeVnodeSource = [](int descriptor, VnodeEvents mask, Queue& queue) {
         return std::make_unique<UnstartableSource>(
             makeFileSystemObjectSource(descriptor, mask, queue));
@@ -503,7 +509,12 @@ protected:
 
     [[nodiscard]] WatchServices services()
     {
-        return {main, decisions, clock.function(), ScriptedVnodeSource::factory(script)};
+        return {
+            main,
+            decisions,
+            clock.function(),
+            ScriptedVnodeSource::factory(script),
+            FileHandle::openForReading};
     }
 
     std::weak_ptr<FileMonitor> start()

@@ -48,12 +48,6 @@ sessionCapabilities(const std::optional<std::string>& platformArgument);
 /// the compositor has thirty seconds: the wrong platform would be that of the whole run.
 [[nodiscard]] ClipboardBackend bestClipboardBackend(const SessionCapabilities& capabilities);
 
-/// Settles the route of this process, once, before the toolkit's application object is made.
-void selectClipboardBackend(ClipboardBackend backend);
-
-/// The route that was taken; the toolkit's where none was. Main thread.
-[[nodiscard]] ClipboardBackend selectedClipboardBackend();
-
 /// Says on standard error that the clipboard cannot be set in the background in this session.
 void warnThatClipboardNeedsFocus();
 

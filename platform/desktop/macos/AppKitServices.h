@@ -20,7 +20,7 @@ struct AppKitServices
     };
 
     /// The one there is. Once the toolkit's application object exists.
-    [[nodiscard]] static AppKitServices native();
+    [[nodiscard]] static AppKitServices detect();
 };
 
 /// Makes the program the active one, although it is an agent and another one is active. Takes

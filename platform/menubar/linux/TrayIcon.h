@@ -35,7 +35,7 @@ public:
 
     /// A template takes on the color of the panel's text and follows a change of scheme. Panels
     /// that paint symbolic icons themselves get the name of the installed one.
-    TrayIcon(QIcon label, Handlers eventHandlers, UptimeClock uptimeClock = currentUptime);
+    TrayIcon(QIcon label, Handlers eventHandlers, UptimeClock uptimeClock);
 
     /// Where the icon is on the screen, in points; none where the host does not say.
     [[nodiscard]] std::optional<QRect> geometry() const;

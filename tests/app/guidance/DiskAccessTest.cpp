@@ -1,5 +1,6 @@
 #include "app/guidance/DiskAccess.h"
 
+#include "platform/files/DirectoryListing.h"
 #include "tests/support/FatalStopExpectation.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/process/ForkedRun.h"
@@ -22,13 +23,18 @@ using std::filesystem::perms;
 /// Where the probe looks in a home.
 constexpr const char* probeFolder = "Library/Containers/com.apple.stocks";
 
+bool canList(const std::filesystem::path& folder)
+{
+    return contentsOfDirectory(folder).has_value();
+}
+
 /// A home, and what the user database says of it.
 class DiskAccessTest : public testing::Test
 {
 protected:
     static bool hasAccess(const std::optional<UserEntry>& entry)
     {
-        return hasFullDiskAccess([&entry] { return entry; });
+        return hasFullDiskAccess([&entry] { return entry; }, canList);
     }
 
     static bool hasAccess(const std::string& homeDirectory)
@@ -189,10 +195,12 @@ TEST_F(DiskAccessTest, StopsAtAnEntryWithoutAHome)
 TEST_F(DiskAccessTest, AsksTheDatabaseOnceAndSaysNothing)
 {
     int asked = 0;
-    EXPECT_FALSE(hasFullDiskAccess([&asked]() -> std::optional<UserEntry> {
-        ++asked;
-        return std::nullopt;
-    }));
+    EXPECT_FALSE(hasFullDiskAccess(
+        [&asked]() -> std::optional<UserEntry> {
+            ++asked;
+            return std::nullopt;
+        },
+        canList));
     EXPECT_EQ(asked, 1);
     const ForkedRun run = runForked([this] { (void)hasAccess(home.path().string()); });
     EXPECT_EQ(run.status, 0);

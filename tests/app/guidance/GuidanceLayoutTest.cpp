@@ -39,7 +39,8 @@ protected:
 
     PaletteChange palette{lightPalette()};
     LanguageChange language{QLatin1String(GetParam())};
-    HelperView* view = new HelperView([](const QUrl&) { return true; });
+    HelperView* view =
+        new HelperView([](const QUrl&) { return true; }, {systemSymbol, systemSymbolSize});
     GuidanceWindow window{view, QRect(QPoint(30, 40), GuidanceWindow::contentSize)};
 };
 
@@ -161,7 +162,9 @@ TEST_P(GuidanceLayout, IsLegibleInEveryScheme)
 {
     for (const QPalette& scheme : {lightPalette(), darkPalette()}) {
         const PaletteChange change(scheme);
-        GuidanceWindow fresh(new HelperView, QRect(QPoint(30, 40), GuidanceWindow::contentSize));
+        GuidanceWindow fresh(
+            new HelperView([](const QUrl&) { return true; }, {systemSymbol, systemSymbolSize}),
+            QRect(QPoint(30, 40), GuidanceWindow::contentSize));
         for (GuidanceWindow* shown : {&window, &fresh}) {
             const Picture picture = Picture::ofWindow(*shown);
             const QColor ground = picture.at(QPointF(3, 3));
@@ -205,7 +208,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(GuidanceTexts, AreExact)
 {
-    const HelperView view([](const QUrl&) { return true; });
+    const HelperView view([](const QUrl&) { return true; }, {systemSymbol, systemSymbolSize});
     EXPECT_EQ(named<TextLabel>(view, "title").text(), QStringLiteral("Allow acess"));
     EXPECT_EQ(named<TextLabel>(view, "title").text().size(), 11);
     EXPECT_EQ(
@@ -223,7 +226,7 @@ TEST(GuidanceTexts, AreExact)
 TEST(GuidanceTexts, AreTranslated)
 {
     const LanguageChange german(QStringLiteral("de"));
-    const HelperView view([](const QUrl&) { return true; });
+    const HelperView view([](const QUrl&) { return true; }, {systemSymbol, systemSymbolSize});
     EXPECT_EQ(named<TextLabel>(view, "title").text(), QStringLiteral("Zugriff erlauben"));
     EXPECT_EQ(
         named<TextButton>(view, "openSystemSetting").text(),
@@ -232,7 +235,7 @@ TEST(GuidanceTexts, AreTranslated)
 
 TEST(HelperViewBackground, IsLeftToTheWindow)
 {
-    HelperView view([](const QUrl&) { return true; });
+    HelperView view([](const QUrl&) { return true; }, {systemSymbol, systemSymbolSize});
     view.resize(500, 500);
     const Picture picture = Picture::of(view);
     EXPECT_EQ(picture.at(QPointF(2, 2)).alpha(), 0);

@@ -536,7 +536,9 @@ TEST_F(PopupViewTest, CopiesWithoutALogLine)
 TEST_F(PopupViewTest, LeavesAnEmptyTextOnTheUsersPasteboard)
 {
     setClipboardText("before");
-    make(watching(), {preferences, capturePasteboard(), [](bool) {}});
+    make(
+        watching(),
+        {preferences, capturePasteboard(), [](bool) {}, {systemSymbol, systemSymbolSize}});
     appear();
     pressCopy();
     const QMimeData* content = QGuiApplication::clipboard()->mimeData();

@@ -6,6 +6,8 @@
 #include "app/panel/CopyButtonStyle.h"
 #include "app/panel/PopupView.h"
 #include "app/panel/StatusMenuView.h"
+#include "platform/desktop/FrontWindow.h"
+#include "tests/app/FakeServices.h"
 #include "tests/app/ViewTestBase.h"
 #include "tests/support/FatalStopExpectation.h"
 
@@ -40,6 +42,9 @@ protected:
             .hasFullDiskAccess = [] { return true; },
             .mainScreenFrame = [] { return std::nullopt; },
             .fromSystemCoordinates = [](const QRectF& area) { return area; },
+            .orderFrontRegardless = [](QWidget& window) { orderFrontRegardless(window); },
+            .openUrl = [](const QUrl&) { return true; },
+            .symbols = {.draw = systemSymbol, .size = systemSymbolSize},
         };
     }
 };
@@ -72,7 +77,9 @@ TEST_F(ViewThreads, StopTheMenusMakingElsewhere)
 
 TEST_F(ViewThreads, StopTheGuidancesMakingElsewhere)
 {
-    expectStopOnAnotherThread([] { const HelperView view; }, "app/guidance/HelperView.cpp");
+    expectStopOnAnotherThread(
+        [] { const HelperView view([](const QUrl&) { return true; }, {}); },
+        "app/guidance/HelperView.cpp");
 }
 
 TEST_F(ViewThreads, StopTheIconsMakingElsewhere)
@@ -108,7 +115,8 @@ TEST_F(ViewThreads, StopTheApplicationsMakingElsewhere)
 {
     expectStopOnAnotherThread(
         [this] { const AppDelegate delegate(delegateServices()); }, "app/AppDelegate.cpp");
-    expectStopOnAnotherThread([] { const OrlimoApp app; }, "app/AppDelegate.cpp");
+    expectStopOnAnotherThread(
+        [] { const OrlimoApp app(FakeServices().services); }, "app/AppDelegate.cpp");
 }
 
 TEST_F(ViewThreads, StopEachTurnOfTheApplicationElsewhere)

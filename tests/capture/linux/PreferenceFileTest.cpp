@@ -3,8 +3,10 @@
 #include "platform/files/LibraryFolder.h"
 #include "tests/capture/MessageTestBase.h"
 #include "tests/capture/PrivateHome.h"
+#include "tests/capture/TestCaptureServices.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/process/OutputCapture.h"
+#include "tests/watch/SystemWatchServices.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -22,6 +24,19 @@ namespace {
 
 using testing::ElementsAre;
 
+/// What the program works on: the shared reader, and the system's own services.
+CaptureServices servicesOfUser()
+{
+    return {
+        .database = Database::shared(libraryFolder),
+        .userDefaults = captureUserDefaults(),
+        .pasteboard = capturePasteboard(),
+        .libraryFolder = libraryFolder,
+        .makeFileMonitor =
+            [](const auto& file) { return FileMonitor::create(file, systemWatchServices()); },
+    };
+}
+
 // Capturing, on preferences as they lie in their file.
 
 class CapturePreferences : public MessageTestBase
@@ -33,13 +48,13 @@ TEST(CodeExtractionPreferences, PreferenceThatChangesBetweenCallsChangesResult)
     UserDefaults& defaults = standardUserDefaults();
     const OutputCapture capture;
 
-    EXPECT_EQ(extractCode("Code 1234"), std::nullopt) << "an absent preference is off";
+    EXPECT_EQ(extractCode("Code 1234", defaults), std::nullopt) << "an absent preference is off";
     defaults.setBool(true, preference::fourDigitInclude);
-    EXPECT_EQ(extractCode("Code 1234"), "1234");
+    EXPECT_EQ(extractCode("Code 1234", defaults), "1234");
     defaults.setBool(false, preference::fourDigitInclude);
-    EXPECT_EQ(extractCode("Code 1234"), std::nullopt);
+    EXPECT_EQ(extractCode("Code 1234", defaults), std::nullopt);
     writeFile(PreferenceSandbox::file(), "[General]\nfourDigitInclude=1\n");
-    EXPECT_EQ(extractCode("Code 1234"), "1234") << "another program has changed it";
+    EXPECT_EQ(extractCode("Code 1234", defaults), "1234") << "another program has changed it";
 
     EXPECT_THAT(
         capture.lines(),
@@ -102,8 +117,8 @@ TEST(CapturePreferencesDeathTest, EveryOneHasTheSharedReaderAndThePlatformsOwn)
             StoreWriter store(libraryFolder().value_or(""));
             store.appendText("Your code is 482913");
             standardUserDefaults().setBool(true, preference::capturingEnabled);
-            const auto first = Message::create();
-            const auto second = Message::create();
+            const auto first = Message::create(servicesOfUser());
+            const auto second = Message::create(servicesOfUser());
             first->registFileObserver();
             second->registFileObserver();
             first->fileDidChange();

@@ -1,5 +1,6 @@
 #include "login/LaunchAtLogin.h"
 #include "login/LaunchAtLoginObservable.h"
+#include "tests/login/linux/SystemLoginServices.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/process/CapturedSyslog.h"
 #include "tests/support/process/ForkedRun.h"
@@ -20,6 +21,7 @@ namespace {
 
 TEST(LaunchAtLoginNatively, KnowsTheLaunchOnlyWhileItIsHandled)
 {
+    LaunchAtLogin::install(systemLoginServices());
     EXPECT_FALSE(LaunchAtLogin::wasLaunchedAtLogin());
     {
         const LaunchEventHandling handling(true);
@@ -40,6 +42,7 @@ protected:
         const auto run = runForked([this, &work] {
             ::setenv("XDG_CONFIG_HOME", configuration.c_str(), 1);
             const CapturedSyslog syslog;
+            LaunchAtLogin::install(systemLoginServices());
             work();
             for (const auto& [priority, text] : CapturedSyslog::entries()) {
                 (void)std::printf("%d %s\n", priority, text.c_str());

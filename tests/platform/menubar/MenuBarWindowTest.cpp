@@ -106,7 +106,8 @@ TEST_F(MenuBarWindowTest, TakesAContentThatStoodInAnotherWidget)
     Content child;
     child.setParent(&parent);
     {
-        MenuBarWindow ofChild(child, [] { return std::nullopt; });
+        MenuBarWindow ofChild(
+            child, [] { return std::nullopt; }, clock.function());
         ofChild.open();
         EXPECT_TRUE(child.isWindow());
         EXPECT_TRUE(ofChild.isOpen());
@@ -178,7 +179,8 @@ TEST_F(MenuBarWindowTest, HasTheSizeThatItsContentAsksFor)
     auto* const column = new QVBoxLayout(&plain);
     column->setContentsMargins(0, 0, 0, 0);
     column->addSpacing(50);
-    MenuBarWindow ofPlain(plain, [] { return QRect(400, 1, 22, 22); });
+    MenuBarWindow ofPlain(
+        plain, [] { return QRect(400, 1, 22, 22); }, clock.function());
     ofPlain.open();
     EXPECT_EQ(plain.height(), 50);
     EXPECT_EQ(plain.geometry().center().x(), 410);

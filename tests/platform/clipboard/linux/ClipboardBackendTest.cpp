@@ -196,13 +196,5 @@ TEST(ClipboardBackendQueries, WaitLongOnlyWhereThePlatformDependsOnTheResponse)
     }
 }
 
-TEST(SelectedClipboardBackend, IsTheToolkitsUntilOneIsTaken)
-{
-    EXPECT_EQ(selectedClipboardBackend(), ClipboardBackend::qt);
-    selectClipboardBackend(ClipboardBackend::dataControl);
-    EXPECT_EQ(selectedClipboardBackend(), ClipboardBackend::dataControl);
-    selectClipboardBackend(ClipboardBackend::qt);
-}
-
 } // namespace
 } // namespace orlimo

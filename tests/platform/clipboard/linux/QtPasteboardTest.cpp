@@ -1,4 +1,4 @@
-#include "platform/clipboard/Pasteboard.h"
+#include "platform/clipboard/linux/ClipboardPasteboard.h"
 #include "tests/platform/clipboard/PasteboardContents.h"
 
 #include <QClipboard>
@@ -12,8 +12,9 @@ namespace {
 TEST(QtPasteboard, LeavesTheSelectionAlone)
 {
     // Not every platform has one; where it has, it is not ours.
-    generalPasteboard().declareTypes({PasteboardType::string});
-    generalPasteboard().setString("123456", PasteboardType::string);
+    ClipboardPasteboard pasteboard;
+    pasteboard.declareTypes({PasteboardType::string});
+    pasteboard.setString("123456", PasteboardType::string);
     EXPECT_FALSE(QGuiApplication::clipboard()->ownsSelection());
     EXPECT_TRUE(QGuiApplication::clipboard()->text(QClipboard::Selection).isEmpty());
     QGuiApplication::clipboard()->clear();
@@ -26,18 +27,20 @@ TEST(QtPasteboard, ChangesOnceForEachTextAndNotBeforeItIsThere)
     const QObject context;
     QObject::connect(
         QGuiApplication::clipboard(), &QClipboard::dataChanged, &context, [&] { ++changes; });
-    generalPasteboard().declareTypes({PasteboardType::string});
+    ClipboardPasteboard pasteboard;
+    pasteboard.declareTypes({PasteboardType::string});
     EXPECT_EQ(changes, 0);
     EXPECT_EQ(contents::text(), "old text");
-    generalPasteboard().setString("123456", PasteboardType::string);
+    pasteboard.setString("123456", PasteboardType::string);
     EXPECT_EQ(changes, 1);
     EXPECT_EQ(contents::text(), "123456");
 }
 
 TEST(QtPasteboard, MarksItsTextAsSecret)
 {
-    generalPasteboard().declareTypes({PasteboardType::string});
-    generalPasteboard().setString("123456", PasteboardType::string);
+    ClipboardPasteboard pasteboard;
+    pasteboard.declareTypes({PasteboardType::string});
+    pasteboard.setString("123456", PasteboardType::string);
     EXPECT_EQ(
         QGuiApplication::clipboard()->mimeData()->data(QStringLiteral("x-kde-passwordManagerHint")),
         "secret");

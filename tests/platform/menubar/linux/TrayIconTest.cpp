@@ -170,7 +170,7 @@ TEST(TrayIconOfATemplate, IsPaintedInTheColorThatTheTrayPublishes)
 {
     QIcon shape = anyIcon();
     shape.setIsMask(true);
-    TrayIcon icon(shape, {.toggle = [] {}, .open = [] {}, .quit = [] {}});
+    TrayIcon icon(shape, {.toggle = [] {}, .open = [] {}, .quit = [] {}}, currentUptime);
     const auto shown = [&icon] {
         const auto& qtTrayIcon = *icon.findChild<QSystemTrayIcon*>();
         return qtTrayIcon.icon().pixmap(QSize(16, 16), 1).toImage().pixelColor(8, 8);
@@ -190,7 +190,7 @@ TEST_F(TrayIconTest, SaysNothingOfItsPlaceWhereThereIsNoTray)
 TEST(TrayIconInAnotherLanguage, HasATranslatedMenu)
 {
     const MarkingTranslator translator;
-    TrayIcon icon(anyIcon(), {.toggle = [] {}, .open = [] {}, .quit = [] {}});
+    TrayIcon icon(anyIcon(), {.toggle = [] {}, .open = [] {}, .quit = [] {}}, currentUptime);
     const auto actions = icon.findChild<QSystemTrayIcon*>()->contextMenu()->actions();
     ASSERT_EQ(actions.size(), 2);
     EXPECT_EQ(actions.at(0)->text(), QStringLiteral("MenuBarExtra: Open Orlimo"));

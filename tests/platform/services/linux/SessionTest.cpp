@@ -1,6 +1,5 @@
-#include "platform/desktop/QtArguments.h"
+#include "platform/services/Session.h"
 
-#include "platform/clipboard/linux/ClipboardBackend.h"
 #include "tests/support/process/EnvironmentChange.h"
 
 #include <gmock/gmock.h>
@@ -15,35 +14,33 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-/// The arguments that the toolkit gets where the program got `given`.
+/// The arguments that Qt gets where the program got `given`.
 std::vector<std::string> qtArgumentsOf(const std::vector<const char*>& given)
 {
-    QtArguments arguments(static_cast<int>(given.size()), given.data());
+    Session session = detectSession(static_cast<int>(given.size()), given.data());
+    QtArguments& arguments = session.arguments;
     EXPECT_EQ(arguments.values()[arguments.count()], nullptr);
     return {arguments.values(), arguments.values() + arguments.count()};
 }
 
 /// A session in which nothing is to be reached, changed by each test.
-class QtArgumentsTest : public testing::Test
+class SessionArguments : public testing::Test
 {
 protected:
-    ~QtArgumentsTest() override { selectClipboardBackend(ClipboardBackend::qt); }
-
     EnvironmentChange noPlatform{"QT_QPA_PLATFORM", std::nullopt};
     EnvironmentChange noDisplay{"DISPLAY", std::nullopt};
     EnvironmentChange noCompositor{"WAYLAND_DISPLAY", std::nullopt};
     EnvironmentChange noSessionType{"XDG_SESSION_TYPE", std::nullopt};
 };
 
-TEST_F(QtArgumentsTest, AreTheProgramsOwn)
+TEST_F(SessionArguments, AreTheProgramsOwn)
 {
     EXPECT_THAT(
         qtArgumentsOf({"orlimo", "-style", "fusion", "--launched-at-login"}),
         ElementsAre("orlimo", "-style", "fusion", "--launched-at-login"));
-    EXPECT_EQ(selectedClipboardBackend(), ClipboardBackend::qt);
 }
 
-TEST_F(QtArgumentsTest, ArePassedOnInASessionWithoutAnyRoute)
+TEST_F(SessionArguments, ArePassedOnInASessionWithoutAnyRoute)
 {
     const EnvironmentChange compositor("WAYLAND_DISPLAY", "no-such-compositor");
     testing::internal::CaptureStderr();
@@ -52,10 +49,9 @@ TEST_F(QtArgumentsTest, ArePassedOnInASessionWithoutAnyRoute)
         testing::internal::GetCapturedStderr(),
         "orlimo: this session lets no program without a focused window set the clipboard; "
         "the Copy button still does\n");
-    EXPECT_EQ(selectedClipboardBackend(), ClipboardBackend::focusedOnly);
 }
 
-TEST_F(QtArgumentsTest, HeedTheSessionsType)
+TEST_F(SessionArguments, HeedTheSessionsType)
 {
     const EnvironmentChange type("XDG_SESSION_TYPE", "wayland");
     testing::internal::CaptureStderr();
@@ -63,17 +59,16 @@ TEST_F(QtArgumentsTest, HeedTheSessionsType)
     EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("Copy button"));
 }
 
-TEST_F(QtArgumentsTest, KeepToThePlatformInTheEnvironment)
+TEST_F(SessionArguments, KeepToThePlatformInTheEnvironment)
 {
     const EnvironmentChange compositor("WAYLAND_DISPLAY", "no-such-compositor");
     const EnvironmentChange platform("QT_QPA_PLATFORM", "offscreen");
     testing::internal::CaptureStderr();
     EXPECT_THAT(qtArgumentsOf({"orlimo"}), ElementsAre("orlimo"));
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
-    EXPECT_EQ(selectedClipboardBackend(), ClipboardBackend::qt);
 }
 
-TEST_F(QtArgumentsTest, KeepToTheLastPlatformOnTheCommandLine)
+TEST_F(SessionArguments, KeepToTheLastPlatformOnTheCommandLine)
 {
     const EnvironmentChange compositor("WAYLAND_DISPLAY", "no-such-compositor");
     const EnvironmentChange platform("QT_QPA_PLATFORM", "wayland");
@@ -84,7 +79,7 @@ TEST_F(QtArgumentsTest, KeepToTheLastPlatformOnTheCommandLine)
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
-TEST_F(QtArgumentsTest, MayEndWithAnOptionWithoutItsValue)
+TEST_F(SessionArguments, MayEndWithAnOptionWithoutItsValue)
 {
     EXPECT_THAT(qtArgumentsOf({"orlimo", "-platform"}), ElementsAre("orlimo", "-platform"));
 }
