@@ -3,7 +3,6 @@
 #include "app/guidance/GuidanceWindow.h"
 #include "app/guidance/HelperView.h"
 #include "capture/Preferences.h"
-#include "platform/desktop/Workspace.h"
 #include "platform/process/FatalStop.h"
 #include "platform/threads/MainThread.h"
 
@@ -44,7 +43,7 @@ void AppDelegate::applicationWillBecomeActive()
 void AppDelegate::showHelperWindow()
 {
     requireMainThread();
-    auto content = std::make_unique<HelperView>();
+    auto content = std::make_unique<HelperView>(services.openUrl, services.symbols);
     const auto screen = services.mainScreenFrame();
     if (!screen) {
         return;
@@ -54,7 +53,7 @@ void AppDelegate::showHelperWindow()
     guidance->show();
     guidance->activateWindow();
     secondaryWindow = std::move(guidance);
-    orderFrontRegardless(*secondaryWindow);
+    services.orderFrontRegardless(*secondaryWindow);
 }
 
 } // namespace orlimo

@@ -14,7 +14,7 @@ namespace orlimo {
 class AppDelegate : public ApplicationDelegate
 {
 public:
-    explicit AppDelegate(DelegateServices delegateServices = DelegateServices::native());
+    explicit AppDelegate(DelegateServices delegateServices);
 
     /// Stores the preference defaults where they are absent, then switches launch at login on, each
     /// time, whatever the preference says.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <utility>
 
 namespace orlimo {
 
@@ -8,10 +9,16 @@ namespace orlimo {
 template <class Delegate> class ApplicationDelegateAdaptor
 {
 public:
+    /// Makes it of `arguments`.
+    template <class... Arguments>
+    explicit ApplicationDelegateAdaptor(Arguments&&... arguments)
+        : delegate(std::make_unique<Delegate>(std::forward<Arguments>(arguments)...))
+    {}
+
     [[nodiscard]] Delegate& wrappedValue() const { return *delegate; }
 
 private:
-    std::unique_ptr<Delegate> delegate = std::make_unique<Delegate>();
+    std::unique_ptr<Delegate> delegate;
 };
 
 } // namespace orlimo

@@ -1,13 +1,10 @@
 #include "app/CommandLine.h"
 
 #include "platform/ApplicationIdentity.h"
-#include "platform/desktop/SystemArguments.h"
 #include "platform/loginitem/LaunchEvent.h"
 
 #include <algorithm>
 #include <array>
-#include <cstddef>
-#include <span>
 
 namespace orlimo {
 
@@ -86,7 +83,10 @@ CommandLine unknownArgument(std::string_view argument)
 
 } // namespace
 
-CommandLine CommandLine::parse(int argc, const char* const* argv)
+CommandLine CommandLine::parse(
+    int argc,
+    const char* const* argv,
+    const std::function<std::size_t(std::span<const char* const>)>& systemArgumentCount)
 {
     CommandLine result;
     for (int index = 1; index < argc; ++index) {

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <cstddef>
+#include <functional>
+#include <span>
 #include <string>
 
 namespace orlimo {
@@ -26,7 +29,12 @@ struct CommandLine
 
     /// Reads the arguments as main() gets them. The first one that settles the matter wins. What
     /// Qt takes for itself (-platform, -style ...) and what the system adds is passed over.
-    [[nodiscard]] static CommandLine parse(int argc, const char* const* argv);
+    /// `systemArgumentCount`: how many of the arguments, from the first one on, the system has put
+    /// there for its own libraries.
+    [[nodiscard]] static CommandLine parse(
+        int argc,
+        const char* const* argv,
+        const std::function<std::size_t(std::span<const char* const>)>& systemArgumentCount);
 };
 
 } // namespace orlimo

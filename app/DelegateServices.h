@@ -1,12 +1,12 @@
 #pragma once
 
-#include "app/guidance/DiskAccess.h"
-#include "login/LaunchAtLogin.h"
-#include "platform/desktop/Workspace.h"
+#include "platform/desktop/SystemSymbol.h"
 #include "platform/preferences/UserDefaults.h"
 
 #include <QRect>
 #include <QRectF>
+#include <QUrl>
+#include <QWidget>
 
 #include <functional>
 #include <optional>
@@ -22,18 +22,9 @@ struct DelegateServices
     std::function<bool()> hasFullDiskAccess;
     std::function<std::optional<QRect>()> mainScreenFrame;
     std::function<QRectF(const QRectF&)> fromSystemCoordinates;
-
-    /// The running program's own. Needs the application object.
-    [[nodiscard]] static DelegateServices native()
-    {
-        return {
-            .userDefaults = standardUserDefaults(),
-            .setLaunchAtLogin = [](bool enabled) { LaunchAtLogin::setEnabled(enabled); },
-            .hasFullDiskAccess = [] { return orlimo::hasFullDiskAccess(); },
-            .mainScreenFrame = orlimo::mainScreenFrame,
-            .fromSystemCoordinates = orlimo::fromSystemCoordinates,
-        };
-    }
+    std::function<void(QWidget&)> orderFrontRegardless;
+    std::function<bool(const QUrl&)> openUrl;
+    SystemSymbols symbols;
 };
 
 } // namespace orlimo

@@ -1,6 +1,7 @@
 #include "app/MenuBarScene.h"
 
 #include "app/MenuBarIcon.h"
+#include "app/ModuleServices.h"
 #include "app/panel/StatusMenuView.h"
 #include "controls/ScrollingView.h"
 
@@ -8,12 +9,14 @@
 
 namespace orlimo {
 
-MenuBarScene::MenuBarScene(std::shared_ptr<Message> controller)
-    : extra(MenuBarExtra::create(
-          [message = std::move(controller)] {
-              return std::make_unique<ScrollingView>(std::make_unique<StatusMenuView>(message));
+MenuBarScene::MenuBarScene(std::shared_ptr<Message> controller, const Services& services)
+    : extra(services.makeMenuBarExtra(
+          [message = std::move(controller), menu = menuServices(services)] {
+              return std::make_unique<ScrollingView>(
+                  std::make_unique<StatusMenuView>(message, menu));
           },
-          MenuBarIcon::icon()))
+          MenuBarIcon::icon(),
+          services.clock))
 {}
 
 } // namespace orlimo

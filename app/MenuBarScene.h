@@ -1,7 +1,7 @@
 #pragma once
 
 #include "capture/Message.h"
-#include "platform/menubar/MenuBarExtra.h"
+#include "platform/services/Services.h"
 
 #include <memory>
 
@@ -13,7 +13,7 @@ namespace orlimo {
 class MenuBarScene
 {
 public:
-    explicit MenuBarScene(std::shared_ptr<Message> controller);
+    MenuBarScene(std::shared_ptr<Message> controller, const Services& services);
 
     [[nodiscard]] MenuBarExtra& menuBarExtra() { return *extra; }
 

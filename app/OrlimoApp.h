@@ -6,6 +6,7 @@
 #include "app/MenuBarIcon.h"
 #include "app/StateObject.h"
 #include "capture/Message.h"
+#include "platform/services/Services.h"
 
 #include <memory>
 
@@ -14,11 +15,11 @@ namespace orlimo {
 class MenuBarScene;
 
 /// The application: its delegate and its one capture controller, which watches the store from the
-/// moment the application is built. Main thread; needs the toolkit's application object.
+/// moment the application is built. Main thread; needs Qt's application object.
 class OrlimoApp
 {
 public:
-    OrlimoApp();
+    explicit OrlimoApp(const Services& systemServices);
 
     [[nodiscard]] AppDelegate& appDelegate() { return delegateAdaptor.wrappedValue(); }
     [[nodiscard]] StateObject<ImageRenderer<MenuBarIcon>>& appIconRenderer()
@@ -31,6 +32,7 @@ public:
     [[nodiscard]] std::unique_ptr<MenuBarScene> body() const;
 
 private:
+    Services services;
     ApplicationDelegateAdaptor<AppDelegate> delegateAdaptor;
     StateObject<ImageRenderer<MenuBarIcon>> iconRenderer;
     std::shared_ptr<Message> controller;

@@ -1,17 +1,19 @@
 #include "app/CommandLine.h"
 #include "app/LaunchLifecycle.h"
 #include "app/MenuBarScene.h"
+#include "app/ModuleServices.h"
 #include "app/OrlimoApp.h"
 #include "app/guidance/WindowCloseObserver.h"
 #include "login/LaunchAtLogin.h"
 #include "platform/ApplicationIdentity.h"
 #include "platform/desktop/ColorScheme.h"
 #include "platform/desktop/FontPreloading.h"
-#include "platform/desktop/QtArguments.h"
-#include "platform/desktop/SharedApplication.h"
+#include "platform/desktop/SystemArguments.h"
 #include "platform/instance/ApplicationInstance.h"
 #include "platform/process/StandardStreams.h"
 #include "platform/process/ToQString.h"
+#include "platform/services/Services.h"
+#include "platform/services/Session.h"
 #include "resources/translations/TranslationCatalogue.h"
 
 #include <QApplication>
@@ -47,18 +49,19 @@ int runApplication(
     std::unique_ptr<orlimo::ApplicationInstance> instance)
 {
     nameApplication();
-    orlimo::QtArguments arguments(argc, argv);
-    const QApplication application(arguments.count(), arguments.values());
+    orlimo::Session session = orlimo::detectSession(argc, argv);
+    const QApplication application(session.arguments.count(), session.arguments.values());
     orlimo::installTranslations(*qApp);
 
-    orlimo::LaunchAtLogin::observeResponses();
+    const orlimo::Services services = orlimo::makeServices(session);
+    orlimo::LaunchAtLogin::install(orlimo::loginServices(services));
 
-    orlimo::OrlimoApp app;
+    orlimo::OrlimoApp app(services);
     const auto scene = app.body();
     orlimo::followColorScheme();
-    const auto openOnLaunch = [&scene] {
+    const auto openOnLaunch = [&scene, &services] {
         // What was asked meanwhile may have been to quit.
-        if (!orlimo::sharedApplication().isTerminating()) {
+        if (!services.application().isTerminating()) {
             scene->menuBarExtra().openIfNoTray();
         }
     };
@@ -79,7 +82,7 @@ int runApplication(
         }
         fontPreloadTimer.start(fontPreloadDelay);
     });
-    const int status = orlimo::sharedApplication().run(lifecycle);
+    const int status = services.application().run(lifecycle);
     // From here on a later start is the first one.
     instance.reset();
     return status;
@@ -114,7 +117,7 @@ int main(int argc, char* argv[])
 {
     using orlimo::CommandLine;
     orlimo::prepareStandardStreams();
-    const CommandLine commandLine = CommandLine::parse(argc, argv);
+    const CommandLine commandLine = CommandLine::parse(argc, argv, orlimo::systemArgumentCount);
     switch (commandLine.request) {
     case CommandLine::Request::print:
         std::cout << commandLine.text << std::flush;

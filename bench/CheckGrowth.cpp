@@ -1,5 +1,8 @@
+#include "bench/NullPasteboard.h"
 #include "capture/Message.h"
 #include "capture/Preferences.h"
+#include "platform/files/LibraryFolder.h"
+#include "tests/watch/SystemWatchServices.h"
 
 #include <QCoreApplication>
 #include <sqlite3.h>
@@ -14,14 +17,6 @@
 
 namespace orlimo {
 namespace {
-
-/// Takes what is copied and keeps nothing of it.
-class NullPasteboard final : public Pasteboard
-{
-public:
-    void declareTypes(std::initializer_list<PasteboardType> /*types*/) override {}
-    void setString(std::string_view /*text*/, PasteboardType /*type*/) override {}
-};
 
 /// Has SQLite's memory come from the allocator as it is, with nothing of SQLite's in front of each
 /// piece, so that SQLite and the allocator count the same.
@@ -69,11 +64,12 @@ int run(int checks)
 {
     NullPasteboard pasteboard;
     CaptureServices services{
-        .database = Database::shared(),
+        .database = Database::shared(libraryFolder),
         .userDefaults = standardUserDefaults(),
         .pasteboard = pasteboard,
         .libraryFolder = libraryFolder,
-        .makeFileMonitor = [](const auto& file) { return FileMonitor::create(file); },
+        .makeFileMonitor =
+            [](const auto& file) { return FileMonitor::create(file, systemWatchServices()); },
     };
     writePreferenceDefaults(services.userDefaults);
     const auto message = Message::create(std::move(services));

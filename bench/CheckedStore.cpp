@@ -3,6 +3,7 @@
 #include "tests/capture/IdleVnodeSource.h"
 #include "tests/capture/stores/OpenedConnections.h"
 #include "tests/capture/stores/ProcessLifetimeDatabase.h"
+#include "tests/watch/SystemWatchServices.h"
 
 #include <sqlite3.h>
 
@@ -14,7 +15,7 @@ namespace {
 
 std::shared_ptr<FileMonitor> makeInertMonitor(const std::filesystem::path& file)
 {
-    WatchServices services = WatchServices::native();
+    WatchServices services = systemWatchServices();
     services.makeVnodeSource = [](int, VnodeEvents, Queue&) {
         return std::make_unique<IdleVnodeSource>();
     };
@@ -36,7 +37,7 @@ CheckedStore::CheckedStore(std::int64_t number)
     , message(Message::create({
           .database = reader,
           .userDefaults = standardUserDefaults(),
-          .pasteboard = generalPasteboard(),
+          .pasteboard = pasteboard,
           .libraryFolder = [folder = store.libraryFolder()] { return folder; },
           .makeFileMonitor = makeInertMonitor,
       }))

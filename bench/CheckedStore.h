@@ -1,6 +1,7 @@
 #pragma once
 
 #include "bench/FilledStore.h"
+#include "bench/NullPasteboard.h"
 #include "capture/Message.h"
 
 #include <cstdint>
@@ -42,6 +43,7 @@ private:
     sqlite3* connection = nullptr;
     // Lives as long as the process, as the program's own.
     Database& reader;
+    NullPasteboard pasteboard;
     std::shared_ptr<Message> message;
 };
 

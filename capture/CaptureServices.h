@@ -2,7 +2,6 @@
 
 #include "capture/Database.h"
 #include "platform/clipboard/Pasteboard.h"
-#include "platform/files/LibraryFolder.h"
 #include "platform/preferences/UserDefaults.h"
 #include "watch/FileMonitor.h"
 
@@ -22,19 +21,6 @@ struct CaptureServices
     Pasteboard& pasteboard;
     std::function<std::optional<std::filesystem::path>()> libraryFolder;
     std::function<std::shared_ptr<FileMonitor>(const std::filesystem::path&)> makeFileMonitor;
-
-    /// The running program's own. Creates the shared store reader on first use; needs the
-    /// application object.
-    [[nodiscard]] static CaptureServices native()
-    {
-        return {
-            .database = Database::shared(),
-            .userDefaults = standardUserDefaults(),
-            .pasteboard = generalPasteboard(),
-            .libraryFolder = orlimo::libraryFolder,
-            .makeFileMonitor = [](const auto& file) { return FileMonitor::create(file); },
-        };
-    }
 };
 
 } // namespace orlimo

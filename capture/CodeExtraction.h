@@ -25,7 +25,7 @@ inline constexpr std::string_view fourToSixDigits = R"((?<!\d)\d{4,6}(?!\d))";
 /// Logs the text and the numbers found. Reads the preference at each call; each pattern is compiled
 /// at its first use and kept. Main thread; does not fail.
 [[nodiscard]] std::optional<std::string>
-extractCode(const std::string& text, const UserDefaults& defaults = standardUserDefaults());
+extractCode(const std::string& text, const UserDefaults& defaults);
 
 /// The parts of `text` that match the regular expression `pattern`, left to right and without
 /// overlap; a match that begins or ends inside a grapheme cluster is skipped. Nothing if the

@@ -1,7 +1,6 @@
 #include "capture/Database.h"
 
 #include "capture/Unicode.h"
-#include "platform/files/LibraryFolder.h"
 #include "platform/process/FatalStop.h"
 #include "platform/process/LogLine.h"
 
@@ -52,9 +51,10 @@ void endReadTransaction(sqlite3* connection)
 
 } // namespace
 
-Database& Database::shared()
+Database&
+Database::shared(const std::function<std::optional<std::filesystem::path>()>& libraryFolder)
 {
-    static auto* const reader = new Database(orlimo::libraryFolder());
+    static auto* const reader = new Database(libraryFolder());
     return *reader;
 }
 

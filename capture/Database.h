@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -17,10 +18,11 @@ namespace orlimo {
 class Database
 {
 public:
-    /// The one reader of the user's own store, opened on first use. Safe against concurrent first
-    /// use; never destroyed, as closing the last connection would make SQLite move the log into the
-    /// store.
-    static Database& shared();
+    /// The one reader of the user's own store, opened on first use in the folder that
+    /// `libraryFolder` returns; later calls do not call it. Safe against concurrent first use; never
+    /// destroyed, as closing the last connection would make SQLite move the log into the store.
+    static Database&
+    shared(const std::function<std::optional<std::filesystem::path>()>& libraryFolder);
 
     /// Opens the store in `libraryFolder`; a failure is logged and final. Without a folder SQLite
     /// opens a database without a name.

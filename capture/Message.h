@@ -22,8 +22,7 @@ class Message : public QObject,
 
 public:
     /// Shared from the start, because the file monitor holds its delegate weakly.
-    [[nodiscard]] static std::shared_ptr<Message>
-    create(CaptureServices services = CaptureServices::native());
+    [[nodiscard]] static std::shared_ptr<Message> create(CaptureServices services);
 
     /// Starts watching the store's write-ahead log. False, with a line in the log, if the file
     /// cannot be watched; checks are then refused. Nothing is retried. A user without a Library

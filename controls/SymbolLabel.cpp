@@ -2,7 +2,6 @@
 
 #include "controls/TextLabel.h"
 #include "controls/painting/LayoutMetrics.h"
-#include "platform/desktop/SystemSymbol.h"
 
 #include <QHBoxLayout>
 #include <QPainter>
@@ -13,13 +12,18 @@
 namespace orlimo {
 
 SymbolLabel::SymbolLabel(
-    const QString& text, QString systemSymbolName, int fontPixelSize, PaletteColor color)
+    const QString& text,
+    QString systemSymbolName,
+    SystemSymbols systemSymbols,
+    int fontPixelSize,
+    PaletteColor color)
     : symbol(std::move(systemSymbolName))
+    , symbols(std::move(systemSymbols))
     , colorOf(color)
     , label(new TextLabel(text, fontPixelSize, color))
 {
     auto* row = new QHBoxLayout(this);
-    const QSize symbolSize = systemSymbolSize(symbol, fontPixelSize);
+    const QSize symbolSize = symbols.size(symbol, fontPixelSize);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(0);
     row->addSpacing(symbolSize.isEmpty() ? 0 : symbolSize.width() + gap);
@@ -30,7 +34,7 @@ SymbolLabel::SymbolLabel(
 
 QRect SymbolLabel::symbolArea() const
 {
-    const QSize size = systemSymbolSize(symbol, label->fontPixelSize());
+    const QSize size = symbols.size(symbol, label->fontPixelSize());
     const QRect leading(QPoint(0, (height() - size.height()) / 2), size);
     return QStyle::visualRect(layoutDirection(), rect(), leading);
 }
@@ -40,7 +44,7 @@ const QPixmap& SymbolLabel::symbolPixmap()
     const QColor color = colorOf(palette());
     const qreal ratio = devicePixelRatioF();
     if (cachedSymbol.color != color || cachedSymbol.devicePixelRatio != ratio) {
-        cachedSymbol = {color, ratio, systemSymbol(symbol, label->fontPixelSize(), color, ratio)};
+        cachedSymbol = {color, ratio, symbols.draw(symbol, label->fontPixelSize(), color, ratio)};
     }
     return cachedSymbol.pixmap;
 }

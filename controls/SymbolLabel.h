@@ -1,6 +1,7 @@
 #pragma once
 
 #include "controls/painting/Colors.h"
+#include "platform/desktop/SystemSymbol.h"
 
 #include <QColor>
 #include <QPixmap>
@@ -20,6 +21,7 @@ public:
     SymbolLabel(
         const QString& text,
         QString systemSymbolName,
+        SystemSymbols systemSymbols,
         int fontPixelSize,
         PaletteColor color = textColor);
 
@@ -47,6 +49,7 @@ private:
 
     CachedSymbol cachedSymbol;
     QString symbol;
+    SystemSymbols symbols;
     PaletteColor colorOf;
     TextLabel* label;
 };

@@ -7,7 +7,6 @@
 #include "controls/painting/LayoutMetrics.h"
 #include "controls/painting/PixelGrid.h"
 #include "controls/painting/RoundedRectangle.h"
-#include "platform/desktop/SystemSymbol.h"
 
 #include <QPainter>
 #include <QStyle>
@@ -49,9 +48,16 @@ QMargins TextButton::margins() const
     return appearance.style == Style::bordered ? appearance.padding + bezel : appearance.padding;
 }
 
+QSize TextButton::symbolSize() const
+{
+    return appearance.systemSymbolName.isEmpty()
+               ? QSize()
+               : appearance.symbols.size(appearance.systemSymbolName, appearance.fontPixelSize);
+}
+
 int TextButton::symbolAdvance() const
 {
-    const QSize symbol = systemSymbolSize(appearance.systemSymbolName, appearance.fontPixelSize);
+    const QSize symbol = symbolSize();
     return symbol.isEmpty() ? 0 : symbol.width() + SymbolLabel::gap;
 }
 
@@ -127,8 +133,7 @@ void TextButton::paintEvent(QPaintEvent* /*event*/)
     const QColor color = textColor(palette());
     const int advance = symbolAdvance();
     if (advance > 0) {
-        const QSize symbol =
-            systemSymbolSize(appearance.systemSymbolName, appearance.fontPixelSize);
+        const QSize symbol = symbolSize();
         const QRect symbolRect(
             QPoint(
                 static_cast<int>(label.left()),
@@ -136,7 +141,7 @@ void TextButton::paintEvent(QPaintEvent* /*event*/)
             symbol);
         painter.drawPixmap(
             QStyle::visualRect(layoutDirection(), label.toRect(), symbolRect).topLeft(),
-            systemSymbol(
+            appearance.symbols.draw(
                 appearance.systemSymbolName, appearance.fontPixelSize, color, devicePixelRatioF()));
     }
     painter.setPen(color);

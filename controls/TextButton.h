@@ -1,6 +1,7 @@
 #pragma once
 
 #include "controls/painting/Colors.h"
+#include "platform/desktop/SystemSymbol.h"
 
 #include <QMargins>
 #include <QPushButton>
@@ -27,6 +28,8 @@ public:
         /// Around the label, part of the button.
         QMargins padding{};
         QString systemSymbolName{};
+        /// Needed where a symbol is named.
+        SystemSymbols symbols{};
     };
 
     TextButton(const QString& text, Look buttonLook);
@@ -54,6 +57,7 @@ protected:
 private:
     [[nodiscard]] QColor surface() const;
     [[nodiscard]] bool hasOutline() const;
+    [[nodiscard]] QSize symbolSize() const;
     /// The symbol's width with the gap after it.
     [[nodiscard]] int symbolAdvance() const;
     [[nodiscard]] TextBlock block() const;

@@ -1,52 +1,68 @@
 #include "login/LaunchAtLogin.h"
 
 #include "login/LaunchAtLoginObservable.h"
+#include "platform/process/FatalStop.h"
 
 #include <optional>
+#include <utility>
 
 namespace orlimo {
 
 namespace {
 
-void logFailure(const LoginServices& services, bool enabling, const ServiceError& error)
+std::optional<LoginServices>& storedServices()
 {
-    services.logError(enabling ? "enable" : "disable", error.localizedDescription);
+    static std::optional<LoginServices> services;
+    return services;
+}
+
+const LoginServices& installedServices()
+{
+    if (!storedServices()) {
+        fatalStop("launch at login has no services");
+    }
+    return *storedServices();
+}
+
+void logFailure(bool enabling, const ServiceError& error)
+{
+    installedServices().logError(enabling ? "enable" : "disable", error.localizedDescription);
 }
 
 } // namespace
 
-bool LaunchAtLogin::isEnabled(const LoginServices& services)
+void LaunchAtLogin::install(LoginServices services)
 {
-    return services.service.status() == LoginItemStatus::enabled;
+    LoginItemService& service = services.service;
+    storedServices().emplace(std::move(services));
+    service.setResponseHandler([](bool registering, const std::optional<ServiceError>& error) {
+        Q_EMIT observable().objectWillChange();
+        if (error) {
+            logFailure(registering, *error);
+        }
+    });
 }
 
-void LaunchAtLogin::setEnabled(bool enabled, const LoginServices& services)
+bool LaunchAtLogin::isEnabled()
 {
+    return installedServices().service.status() == LoginItemStatus::enabled;
+}
+
+void LaunchAtLogin::setEnabled(bool enabled)
+{
+    LoginItemService& service = installedServices().service;
     Q_EMIT observable().objectWillChange();
-    if (enabled && services.service.status() == LoginItemStatus::enabled) {
-        (void)services.service.unregisterItem();
+    if (enabled && service.status() == LoginItemStatus::enabled) {
+        (void)service.unregisterItem();
     }
-    if (const auto error =
-            enabled ? services.service.registerItem() : services.service.unregisterItem())
-    {
-        logFailure(services, enabled, *error);
+    if (const auto error = enabled ? service.registerItem() : service.unregisterItem()) {
+        logFailure(enabled, *error);
     }
 }
 
-void LaunchAtLogin::observeResponses(const LoginServices& services)
+bool LaunchAtLogin::wasLaunchedAtLogin()
 {
-    services.service.setResponseHandler(
-        [services](bool registering, const std::optional<ServiceError>& error) {
-            Q_EMIT observable().objectWillChange();
-            if (error) {
-                logFailure(services, registering, *error);
-            }
-        });
-}
-
-bool LaunchAtLogin::wasLaunchedAtLogin(const LoginServices& services)
-{
-    const auto event = services.currentLaunchEvent();
+    const auto event = installedServices().currentLaunchEvent();
     return event && event->eventId == fourCharacterCode("oapp") &&
            event->propertyData == fourCharacterCode("lgit");
 }

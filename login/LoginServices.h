@@ -17,9 +17,6 @@ struct LoginServices
     /// Logs a failure to "enable" or to "disable" launch at login, as logLoginItemError() does.
     std::function<void(std::string_view operation, std::string_view reason)> logError;
     std::function<std::optional<LaunchEvent>()> currentLaunchEvent;
-
-    /// The running program's own.
-    [[nodiscard]] static LoginServices native();
 };
 
 } // namespace orlimo

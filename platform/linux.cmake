@@ -19,17 +19,13 @@ set(orlimo_platform_sources
     clipboard/linux/DescriptorNotifier.cpp
     files/linux/DirectoryListing.cpp
     process/EnvironmentVariable.cpp
-    process/FatalStop.cpp
     files/linux/FileHandle.cpp
     clipboard/linux/GeneralPasteboard.cpp
     files/GrowthDetector.cpp
     files/linux/InotifyVnodeSource.cpp
     loginitem/linux/LaunchEvent.cpp
     files/linux/UserFolders.cpp
-    process/JournalStream.cpp
-    process/LogLine.cpp
     loginitem/linux/MainAppService.cpp
-    threads/linux/MainThread.cpp
     loginitem/linux/PortalLoginItemService.cpp
     threads/linux/QtQueues.cpp
     preferences/linux/QtUserDefaults.cpp
@@ -41,7 +37,7 @@ set(orlimo_platform_sources
     process/linux/LoginItemLog.cpp
     desktop/linux/SystemArguments.cpp
     clipboard/linux/TextTransfers.cpp
-    desktop/linux/QtArguments.cpp
+    services/linux/Session.cpp
     preferences/linux/UnstoredPreferences.cpp
     threads/linux/UptimeClock.cpp
     process/UserDatabase.cpp
@@ -78,5 +74,6 @@ set(orlimo_desktop_sources
     menubar/linux/WaylandFocus.cpp
     display/linux/X11Connection.cpp
     menubar/linux/X11Focus.cpp
-    menubar/WindowPlacement.cpp)
+    menubar/WindowPlacement.cpp
+    services/Services.cpp)
 set(orlimo_desktop_libraries Qt6::DBus PkgConfig::Xcb)

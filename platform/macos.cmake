@@ -11,17 +11,13 @@ set(orlimo_platform_sources
     files/macos/LibraryFolder.mm
     loginitem/macos/MainAppService.mm
     threads/macos/MainDispatchQueue.cpp
-    threads/macos/MainThread.cpp
     preferences/macos/StandardUserDefaults.mm
     process/macos/StringConversion.mm
     desktop/macos/SystemArguments.cpp
     process/macos/LoginItemLog.mm
-    desktop/macos/QtArguments.cpp
+    services/macos/Session.cpp
     threads/macos/UptimeClock.cpp
-    process/FatalStop.cpp
     files/GrowthDetector.cpp
-    process/JournalStream.cpp
-    process/LogLine.cpp
     process/EnvironmentVariable.cpp
     process/StandardStreams.cpp
     process/UserDatabase.cpp
@@ -52,7 +48,8 @@ set(orlimo_desktop_sources
     desktop/ApplicationActivity.cpp
     menubar/MenuBarWindow.cpp
     desktop/QtLifecycle.cpp
-    menubar/WindowPlacement.cpp)
+    menubar/WindowPlacement.cpp
+    services/Services.cpp)
 set(orlimo_platform_libraries
     "-framework AppKit"
     "-framework Foundation"

@@ -11,11 +11,11 @@ namespace {
 /// The shortest time between two calls of the delegate, in seconds.
 constexpr double reportingInterval = 1.6;
 
-FileHandle openAndLog(const std::filesystem::path& file)
+FileHandle openAndLog(const std::filesystem::path& file, const FileOpener& openFile)
 {
     // Logged before the file is opened, so that the line appears even if that fails.
     writeLogLine("init file monitor");
-    return FileHandle::openForReading(file);
+    return openFile(file);
 }
 
 } // namespace
@@ -32,7 +32,7 @@ FileMonitor::FileMonitor(std::filesystem::path watchedFile, const WatchServices&
     : throttle(Throttle::create(
           reportingInterval, services.decisionQueue, services.mainQueue, services.clock))
     , url(std::move(watchedFile))
-    , fileHandle(openAndLog(url))
+    , fileHandle(openAndLog(url, services.openFile))
     , source(services.makeVnodeSource(fileHandle.fileDescriptor(), vnodeExtend, services.mainQueue))
 {}
 

@@ -23,7 +23,7 @@ public:
     /// Starts watching `url`. Throws std::system_error with the system's error if the file cannot
     /// be opened or watched. Growth in the first 1.6 seconds is not reported.
     static std::shared_ptr<FileMonitor>
-    create(std::filesystem::path url, const WatchServices& services = WatchServices::native());
+    create(std::filesystem::path url, const WatchServices& services);
 
     ~FileMonitor();
     FileMonitor(const FileMonitor&) = delete;

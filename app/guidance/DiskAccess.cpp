@@ -1,6 +1,5 @@
 #include "app/guidance/DiskAccess.h"
 
-#include "platform/files/DirectoryListing.h"
 #include "platform/process/FatalStop.h"
 
 #include <filesystem>
@@ -38,7 +37,9 @@ std::string withTildesReplaced(std::string_view path, const std::string& home)
 
 } // namespace
 
-bool hasFullDiskAccess(const std::function<std::optional<UserEntry>()>& userEntry)
+bool hasFullDiskAccess(
+    const std::function<std::optional<UserEntry>()>& userEntry,
+    const std::function<bool(const std::filesystem::path& folder)>& canListDirectory)
 {
     std::string folder(probeFolder);
     if (const auto entry = userEntry()) {

@@ -57,7 +57,7 @@ QWidget* makeButton(TextButton* button)
 
 } // namespace
 
-HelperView::HelperView(std::function<bool(const QUrl&)> open)
+HelperView::HelperView(std::function<bool(const QUrl&)> open, const SystemSymbols& symbols)
     : urlOpener(std::move(open))
 {
     requireMainThread();
@@ -91,7 +91,8 @@ HelperView::HelperView(std::function<bool(const QUrl&)> open)
         {.style = TextButton::Style::bordered,
          .fontPixelSize = buttonFontSize,
          .padding = QMargins(label, label, label, label),
-         .systemSymbolName = QStringLiteral("hand.raised.fill")});
+         .systemSymbolName = QStringLiteral("hand.raised.fill"),
+         .symbols = symbols});
     button->setObjectName(QStringLiteral("openSystemSetting"));
     connect(button, &TextButton::clicked, this, &HelperView::openSystemSettings);
     add(makeButton(button), "buttonFrame");

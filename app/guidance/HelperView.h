@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/desktop/Workspace.h"
+#include "platform/desktop/SystemSymbol.h"
 
 #include <QUrl>
 #include <QWidget>
@@ -16,8 +16,8 @@ class HelperView : public QWidget
     Q_OBJECT
 
 public:
-    /// `open` has the host open an address.
-    explicit HelperView(std::function<bool(const QUrl&)> open = openUrl);
+    /// `open` has the system open an address.
+    HelperView(std::function<bool(const QUrl&)> open, const SystemSymbols& symbols);
 
     static constexpr int stackSpacing = 5;
 

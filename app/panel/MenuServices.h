@@ -1,9 +1,7 @@
 #pragma once
 
 #include "app/panel/PanelServices.h"
-#include "platform/ApplicationIdentity.h"
 #include "platform/desktop/SharedApplication.h"
-#include "platform/desktop/Workspace.h"
 
 #include <QUrl>
 
@@ -21,17 +19,6 @@ struct MenuServices
     std::function<bool(const QUrl&)> openUrl;
     /// The product's web page.
     std::string website;
-
-    /// The running program's own. Needs the application object.
-    [[nodiscard]] static MenuServices native()
-    {
-        return {
-            .panel = PanelServices::native(),
-            .application = sharedApplication,
-            .openUrl = orlimo::openUrl,
-            .website = std::string(identity::website),
-        };
-    }
 };
 
 } // namespace orlimo

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "login/LaunchAtLogin.h"
 #include "platform/clipboard/Pasteboard.h"
+#include "platform/desktop/SystemSymbol.h"
 #include "platform/preferences/UserDefaults.h"
 
 #include <functional>
@@ -15,16 +15,7 @@ struct PanelServices
     UserDefaults& userDefaults;
     Pasteboard& pasteboard;
     std::function<void(bool)> setLaunchAtLogin;
-
-    /// The running program's own. Needs the application object.
-    [[nodiscard]] static PanelServices native()
-    {
-        return {
-            .userDefaults = standardUserDefaults(),
-            .pasteboard = generalPasteboard(),
-            .setLaunchAtLogin = [](bool enabled) { LaunchAtLogin::setEnabled(enabled); },
-        };
-    }
+    SystemSymbols symbols;
 };
 
 } // namespace orlimo

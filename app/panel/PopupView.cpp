@@ -23,9 +23,9 @@ namespace {
 constexpr int groupSpacing = 25;
 constexpr int titleFontSize = 15;
 
-SymbolLabel* makeTitle(const QString& text, const QString& symbolName)
+SymbolLabel* makeTitle(const QString& text, const QString& symbolName, const SystemSymbols& symbols)
 {
-    return new SymbolLabel(text, symbolName, titleFontSize, grayColor);
+    return new SymbolLabel(text, symbolName, symbols, titleFontSize, grayColor);
 }
 
 } // namespace
@@ -46,8 +46,8 @@ PopupView::PopupView(std::shared_ptr<Message> controller, PanelServices panelSer
 
 GroupBox* PopupView::makeCaptureOptions()
 {
-    auto* group = new GroupBox(
-        makeTitle(tr("Capture Options"), QStringLiteral("slider.horizontal.2.square")));
+    auto* group = new GroupBox(makeTitle(
+        tr("Capture Options"), QStringLiteral("slider.horizontal.2.square"), services.symbols));
     group->setObjectName(QStringLiteral("captureOptions"));
 
     for (const PanelSwitch& panelSwitch : panelSwitches) {
@@ -74,8 +74,8 @@ OptionRow* PopupView::makeOption(const PanelSwitch& panelSwitch)
 
 GroupBox* PopupView::makeLatestCode()
 {
-    auto* group =
-        new GroupBox(makeTitle(tr("Latest Code"), QStringLiteral("ellipsis.bubble.fill")));
+    auto* group = new GroupBox(
+        makeTitle(tr("Latest Code"), QStringLiteral("ellipsis.bubble.fill"), services.symbols));
     group->setObjectName(QStringLiteral("latestCode"));
     codeLabel = new CodeLabel;
     codeLabel->setObjectName(QStringLiteral("verificationCode"));

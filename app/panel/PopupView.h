@@ -23,8 +23,7 @@ class PopupView : public QWidget
     Q_OBJECT
 
 public:
-    explicit PopupView(
-        std::shared_ptr<Message> controller, PanelServices panelServices = PanelServices::native());
+    PopupView(std::shared_ptr<Message> controller, PanelServices panelServices);
 
     /// What the panel shows, and its copy button copies; empty until a code was found.
     [[nodiscard]] const std::string& verificationCode() const { return code; }

@@ -20,8 +20,7 @@ class StatusMenuView : public QWidget
     Q_OBJECT
 
 public:
-    explicit StatusMenuView(
-        std::shared_ptr<Message> controller, MenuServices menuServices = MenuServices::native());
+    StatusMenuView(std::shared_ptr<Message> controller, MenuServices menuServices);
 
     static constexpr QSize size{300, 540};
 

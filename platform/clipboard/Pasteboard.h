@@ -30,8 +30,4 @@ public:
     virtual void setString(std::string_view text, PasteboardType type) = 0;
 };
 
-/// The pasteboard that the user's paste command reads. Lives until the process ends; first called
-/// after the application object has been created.
-[[nodiscard]] Pasteboard& generalPasteboard();
-
 } // namespace orlimo

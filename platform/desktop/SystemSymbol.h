@@ -5,6 +5,8 @@
 #include <QSize>
 #include <QStringView>
 
+#include <functional>
+
 namespace orlimo {
 
 /// The system's symbol `name`, drawn in `color` for use beside text of `pixelSize` points, sharp at
@@ -14,5 +16,12 @@ systemSymbol(QStringView name, int pixelSize, const QColor& color, qreal deviceP
 
 /// The size of systemSymbol() in points; empty for an unknown name.
 [[nodiscard]] QSize systemSymbolSize(QStringView name, int pixelSize);
+
+/// Both of them, as controls are given them.
+struct SystemSymbols
+{
+    std::function<QPixmap(QStringView, int, const QColor&, qreal)> draw;
+    std::function<QSize(QStringView, int)> size;
+};
 
 } // namespace orlimo

@@ -2,8 +2,10 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <system_error>
+#include <utility>
 
 namespace orlimo {
 
@@ -12,32 +14,49 @@ namespace orlimo {
 class FileHandle
 {
 public:
-    /// Opens `file`. Throws std::system_error with the host's own error when that fails.
+    /// The file as the system has it, which closes it at its end.
+    class OpenFile
+    {
+    public:
+        OpenFile() = default;
+        OpenFile(const OpenFile&) = delete;
+        OpenFile& operator=(const OpenFile&) = delete;
+        virtual ~OpenFile() = default;
+
+        [[nodiscard]] virtual int descriptor() const = 0;
+        /// See `seekToEndOfFile`.
+        [[nodiscard]] virtual std::uint64_t seekToEnd() const = 0;
+        /// Called at most once, before the end.
+        virtual std::error_code close() = 0;
+    };
+
+    explicit FileHandle(std::unique_ptr<OpenFile> opened)
+        : openFile(std::move(opened))
+    {}
+
+    /// Opens `file`. Throws std::system_error with the system's own error when that fails.
     [[nodiscard]] static FileHandle openForReading(const std::filesystem::path& file);
 
-    FileHandle(FileHandle&& other) noexcept;
-    FileHandle& operator=(FileHandle&& other) noexcept;
-    FileHandle(const FileHandle&) = delete;
-    FileHandle& operator=(const FileHandle&) = delete;
-    ~FileHandle();
-
     /// The descriptor, still owned by the handle; -1 once the handle is closed.
-    [[nodiscard]] int fileDescriptor() const;
+    [[nodiscard]] int fileDescriptor() const { return openFile ? openFile->descriptor() : -1; }
 
     /// Moves the read position to the end of the file and returns that offset in bytes; 0 for what
     /// has no position, such as a pipe.
-    std::uint64_t seekToEndOfFile() const;
+    std::uint64_t seekToEndOfFile() const { return openFile ? openFile->seekToEnd() : 0; }
 
-    /// Closes the descriptor and returns what the host said. Closing twice is harmless.
-    std::error_code close();
+    /// Closes the descriptor and returns the system's error, if any. Closing twice is harmless.
+    std::error_code close()
+    {
+        const auto closing = std::move(openFile);
+        return closing ? closing->close() : std::error_code();
+    }
 
 private:
-    class OpenFile;
-
-    explicit FileHandle(std::unique_ptr<OpenFile> opened);
-
-    /// As the host has it; none once the handle is closed.
+    /// None once the handle is closed.
     std::unique_ptr<OpenFile> openFile;
 };
+
+/// Opens a file as `FileHandle::openForReading` does; handed in, so that tests can provide another.
+using FileOpener = std::function<FileHandle(const std::filesystem::path&)>;
 
 } // namespace orlimo

@@ -39,7 +39,7 @@ public:
     /// Shows `label` as the icon, at once or as soon as there is a system tray. `clock` decides
     /// which clicks belong together and how long other windows may still receive the focus.
     [[nodiscard]] static std::unique_ptr<MenuBarExtra>
-    create(ContentBuilder makeContent, const QIcon& label, UptimeClock clock = currentUptime);
+    create(ContentBuilder makeContent, const QIcon& label, UptimeClock clock);
 };
 
 } // namespace orlimo

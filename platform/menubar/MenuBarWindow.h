@@ -45,7 +45,7 @@ public:
 
     /// `window` is not owned and must outlive this object. It keeps the size with which it first
     /// opens; on a screen with less available space it is shrunk to that each time.
-    MenuBarWindow(QWidget& window, IconGeometry geometry, UptimeClock uptimeClock = currentUptime);
+    MenuBarWindow(QWidget& window, IconGeometry geometry, UptimeClock uptimeClock);
     MenuBarWindow(
         QWidget& window, IconGeometry geometry, UptimeClock uptimeClock, Options windowOptions);
     MenuBarWindow(const MenuBarWindow&) = delete;

@@ -44,6 +44,9 @@ protected:
             .mainScreenFrame = [this] { return screen; },
             .fromSystemCoordinates =
                 [this](const QRectF& area) { return area.translated(0, systemOffset); },
+            .orderFrontRegardless = [](QWidget& window) { orderFrontRegardless(window); },
+            .openUrl = [](const QUrl&) { return true; },
+            .symbols = {.draw = systemSymbol, .size = systemSymbolSize},
         };
     }
 

@@ -1,6 +1,7 @@
 #include "app/CommandLine.h"
 
 #include "platform/ApplicationIdentity.h"
+#include "platform/desktop/SystemArguments.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -21,7 +22,7 @@ CommandLine parse(std::vector<const char*> arguments)
     arguments.insert(arguments.begin(), "orlimo");
     const int count = static_cast<int>(arguments.size());
     arguments.push_back(nullptr);
-    return CommandLine::parse(count, arguments.data());
+    return CommandLine::parse(count, arguments.data(), systemArgumentCount);
 }
 
 /// The text with which the arguments are refused; a test failure when they are not.

@@ -2,6 +2,7 @@
 
 #include "app/MenuBarScene.h"
 #include "platform/process/LogLine.h"
+#include "tests/app/linux/SystemServices.h"
 #include "tests/capture/PrivateHome.h"
 #include "tests/support/FatalStopExpectation.h"
 #include "tests/support/StoreWriter.h"
@@ -76,7 +77,7 @@ TEST(OrlimoApp, CreatesControllerThenLogsThenWatches)
 TEST(OrlimoApp, BuildsIconRendererOnFirstUseOnly)
 {
     const auto lines = linesOfRun([] {
-        OrlimoApp app;
+        OrlimoApp app(systemServices());
         const auto scene = app.body();
         app.appDelegate().applicationWillBecomeActive();
         log("built:", app.appIconRenderer().isBuilt());
@@ -94,7 +95,7 @@ TEST(OrlimoApp, BuildsIconRendererOnFirstUseOnly)
 TEST(OrlimoApp, HasOneSceneThatShowsCodesOfController)
 {
     const auto lines = linesOfRun([] {
-        const OrlimoApp app;
+        const OrlimoApp app(systemServices());
         const auto scene = app.body();
         log("open:", scene->menuBarExtra().isOpen());
         scene->menuBarExtra().open();
@@ -115,7 +116,7 @@ TEST(OrlimoApp, StopsWhenBodyIsMadeOnAnotherThread)
     expectFatalStop(
         [] {
             switchToPrivateHome();
-            const OrlimoApp app;
+            const OrlimoApp app(systemServices());
             std::thread([&app] { (void)app.body(); }).join();
         },
         {"Database init",

@@ -12,6 +12,7 @@ PanelServices ViewTestBase::panelServices()
         .pasteboard = pasteboard,
         .setLaunchAtLogin =
             [this](bool enabled) { loginItem.emplace_back(enabled ? "enable" : "disable"); },
+        .symbols = {.draw = systemSymbol, .size = systemSymbolSize},
     };
 }
 

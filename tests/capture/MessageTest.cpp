@@ -12,6 +12,7 @@
 #include "tests/support/ManualClock.h"
 #include "tests/support/ManualQueue.h"
 #include "tests/support/process/OutputCapture.h"
+#include "tests/watch/SystemWatchServices.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -365,7 +366,8 @@ protected:
         CaptureServices changed = services();
         changed.makeFileMonitor = [time = clock.function(), &queue = decisions](const auto& file) {
             return FileMonitor::create(
-                file, {mainQueue(), queue, time, makeFileSystemObjectSource});
+                file,
+                {mainQueue(), queue, time, makeFileSystemObjectSource, FileHandle::openForReading});
         };
         return changed;
     }

@@ -5,6 +5,7 @@
 #include "tests/capture/TestCaptureServices.h"
 #include "tests/capture/stores/ProcessLifetimeDatabase.h"
 #include "tests/support/process/OutputCapture.h"
+#include "tests/watch/SystemWatchServices.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -17,7 +18,7 @@ namespace {
 
 WatchServices idleWatchServices()
 {
-    WatchServices services = WatchServices::native();
+    WatchServices services = systemWatchServices();
     services.makeVnodeSource = [](int, VnodeEvents, Queue&) {
         return std::make_unique<IdleVnodeSource>();
     };

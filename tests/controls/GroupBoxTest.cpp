@@ -29,8 +29,11 @@ protected:
     PaletteChange palette{lightPalette()};
     QWidget* first = new QWidget;
     QWidget* second = new QWidget;
-    GroupBox group{
-        new SymbolLabel(QStringLiteral("Latest Code"), QStringLiteral("ellipsis.bubble.fill"), 15)};
+    GroupBox group{new SymbolLabel(
+        QStringLiteral("Latest Code"),
+        QStringLiteral("ellipsis.bubble.fill"),
+        {systemSymbol, systemSymbolSize},
+        15)};
 };
 
 TEST_F(GroupBoxTest, HasItsTitleAboveTheBoxAtTheLeadingEdge)

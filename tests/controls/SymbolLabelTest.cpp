@@ -38,7 +38,8 @@ protected:
     }
 
     PaletteChange palette{lightPalette()};
-    SymbolLabel label{QStringLiteral("Latest Code"), symbol, 15, grayColor};
+    SymbolLabel label{
+        QStringLiteral("Latest Code"), symbol, {systemSymbol, systemSymbolSize}, 15, grayColor};
 };
 
 TEST_F(SymbolLabelTest, IsOneLineHigh)
@@ -90,7 +91,11 @@ TEST_F(SymbolLabelTest, IsMirrored)
 
 TEST_F(SymbolLabelTest, WithoutAKnownSymbolIsItsText)
 {
-    SymbolLabel without(QStringLiteral("Latest Code"), QStringLiteral("no.such.symbol"), 15);
+    SymbolLabel without(
+        QStringLiteral("Latest Code"),
+        QStringLiteral("no.such.symbol"),
+        {systemSymbol, systemSymbolSize},
+        15);
     without.resize(260, 18);
     layOut(without);
     EXPECT_EQ(areaIn(without, without.textLabel()), without.rect());

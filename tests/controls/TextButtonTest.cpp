@@ -32,7 +32,8 @@ const TextButton::Look withSymbol{
     .style = TextButton::Style::bordered,
     .fontPixelSize = 15,
     .padding = QMargins(5, 5, 5, 5),
-    .systemSymbolName = QStringLiteral("hand.raised.fill")};
+    .systemSymbolName = QStringLiteral("hand.raised.fill"),
+    .symbols = {.draw = systemSymbol, .size = systemSymbolSize}};
 
 const QString quit = QStringLiteral("Quit");
 

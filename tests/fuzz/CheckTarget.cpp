@@ -128,9 +128,9 @@ struct Services
         {.mainQueue = queue,
          .decisionQueue = queue,
          .clock = clock.function(),
-         .makeVnodeSource = [](int, VnodeEvents, Queue&) {
-             return std::make_unique<IdleVnodeSource>();
-         }});
+         .makeVnodeSource =
+             [](int, VnodeEvents, Queue&) { return std::make_unique<IdleVnodeSource>(); },
+         .openFile = FileHandle::openForReading});
 };
 
 /// One controller, its preferences and its effects.

@@ -23,6 +23,7 @@ class LaunchAtLoginTest : public testing::Test
 protected:
     LaunchAtLoginTest()
     {
+        LaunchAtLogin::install(services);
         QObject::connect(
             &LaunchAtLogin::observable(),
             &LaunchAtLogin::Observable::objectWillChange,
@@ -30,8 +31,8 @@ protected:
             [this] { calls.emplace_back("objectWillChange"); });
     }
 
-    void setEnabled(bool enabled) { LaunchAtLogin::setEnabled(enabled, services); }
-    [[nodiscard]] bool isEnabled() const { return LaunchAtLogin::isEnabled(services); }
+    void setEnabled(bool enabled) { LaunchAtLogin::setEnabled(enabled); }
+    [[nodiscard]] bool isEnabled() const { return LaunchAtLogin::isEnabled(); }
 
     std::vector<std::string> calls;
     ScriptedLoginItemService service{calls};
@@ -151,7 +152,7 @@ TEST_F(LaunchAtLoginTest, ChangeIsAnnouncedBeforeItIsMade)
 class DelayedResponse : public LaunchAtLoginTest
 {
 protected:
-    DelayedResponse() { LaunchAtLogin::observeResponses(services); }
+    DelayedResponse() { LaunchAtLogin::install(services); }
 };
 
 TEST_F(DelayedResponse, IsAnnouncedAndFailureIsOneEntry)

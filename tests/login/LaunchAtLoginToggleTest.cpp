@@ -1,5 +1,6 @@
 #include "login/LaunchAtLoginToggle.h"
 
+#include "tests/login/linux/SystemLoginServices.h"
 #include "tests/platform/desktop/MarkingTranslator.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/process/CapturedSyslog.h"
@@ -38,7 +39,11 @@ QString announcedName(QWidget& widget)
 class LaunchAtLoginToggle : public testing::Test
 {
 protected:
-    LaunchAtLoginToggle() { clear(); }
+    LaunchAtLoginToggle()
+    {
+        LaunchAtLogin::install(systemLoginServices());
+        clear();
+    }
     ~LaunchAtLoginToggle() override { clear(); }
     Q_DISABLE_COPY_MOVE(LaunchAtLoginToggle)
 

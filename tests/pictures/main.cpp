@@ -1,4 +1,5 @@
 #include "app/MenuBarIcon.h"
+#include "app/ModuleServices.h"
 #include "app/guidance/GuidanceWindow.h"
 #include "app/guidance/HelperView.h"
 #include "app/panel/StatusMenuView.h"
@@ -66,17 +67,19 @@ int main(int argc, char* argv[])
     QApplication::setPalette(*palette);
 
     makeStore();
-    orlimo::writePreferenceDefaults(orlimo::standardUserDefaults());
-    orlimo::standardUserDefaults().setBool(false, "fourDigitInclude");
-    const auto message = orlimo::Message::create();
+    const orlimo::Services services = orlimo::makeServices(orlimo::detectSession(argc, argv));
+    orlimo::writePreferenceDefaults(services.userDefaults);
+    services.userDefaults.setBool(false, "fourDigitInclude");
+    const auto message = orlimo::Message::create(orlimo::captureServices(services));
     message->registFileObserver();
 
     const QString ending =
         QStringLiteral("-%1-%2-%3x.png").arg(language, scheme).arg(qApp->devicePixelRatio());
     const QDir folder(arguments.at(1));
-    orlimo::StatusMenuView menu(message);
+    orlimo::StatusMenuView menu(message, orlimo::menuServices(services));
     orlimo::GuidanceWindow guidance(
-        new orlimo::HelperView, QRect(QPoint(0, 0), orlimo::GuidanceWindow::contentSize));
+        new orlimo::HelperView(services.openUrl, services.symbols),
+        QRect(QPoint(0, 0), orlimo::GuidanceWindow::contentSize));
     return save(menu, folder.filePath(QStringLiteral("window") + ending)) &&
                    save(guidance, folder.filePath(QStringLiteral("guidance") + ending))
                ? 0

@@ -80,12 +80,6 @@ bool mayOfferDataControl(const SessionCapabilities& capabilities)
     return capabilities.dataControl(shortTimeout) != DataControlAvailability::notOffered;
 }
 
-std::optional<ClipboardBackend>& storedBackend()
-{
-    static std::optional<ClipboardBackend> backend;
-    return backend;
-}
-
 } // namespace
 
 SessionCapabilities sessionCapabilities(const std::optional<std::string>& platformArgument)
@@ -118,16 +112,6 @@ ClipboardBackend bestClipboardBackend(const SessionCapabilities& capabilities)
     const bool isOnXWayland = platform == "xcb" && capabilities.isWaylandSession;
     return isOnXWayland && mayOfferDataControl(capabilities) ? ClipboardBackend::dataControl
                                                              : ClipboardBackend::qt;
-}
-
-void selectClipboardBackend(ClipboardBackend backend)
-{
-    storedBackend() = backend;
-}
-
-ClipboardBackend selectedClipboardBackend()
-{
-    return storedBackend().value_or(ClipboardBackend::qt);
 }
 
 void warnThatClipboardNeedsFocus()

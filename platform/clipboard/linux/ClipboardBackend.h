@@ -48,12 +48,6 @@ sessionCapabilities(const std::optional<std::string>& platformArgument);
 /// compositor has thirty seconds, because a wrong platform would last for the whole run.
 [[nodiscard]] ClipboardBackend bestClipboardBackend(const SessionCapabilities& capabilities);
 
-/// Sets the backend of this process, once, before Qt's application object is created.
-void selectClipboardBackend(ClipboardBackend backend);
-
-/// The selected backend; Qt's if none was selected. Main thread.
-[[nodiscard]] ClipboardBackend selectedClipboardBackend();
-
 /// Reports on standard error that this session does not let the clipboard be set in the background.
 void warnThatClipboardNeedsFocus();
 

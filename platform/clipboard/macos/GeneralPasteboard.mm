@@ -1,4 +1,5 @@
-#include "platform/clipboard/Pasteboard.h"
+#include "platform/clipboard/macos/GeneralPasteboard.h"
+
 #include "platform/process/macos/StringConversion.h"
 
 #import <AppKit/AppKit.h>
@@ -40,10 +41,9 @@ public:
 
 } // namespace
 
-Pasteboard& generalPasteboard()
+std::unique_ptr<Pasteboard> makeGeneralPasteboard()
 {
-    static GeneralPasteboard pasteboard;
-    return pasteboard;
+    return std::make_unique<GeneralPasteboard>();
 }
 
 } // namespace orlimo

@@ -17,7 +17,7 @@ void orderFrontRegardless(QWidget& window, const AppKitServices& services)
 
 void orderFrontRegardless(QWidget& window)
 {
-    orderFrontRegardless(window, AppKitServices::native());
+    orderFrontRegardless(window, AppKitServices::detect());
 }
 
 } // namespace orlimo

@@ -20,7 +20,7 @@ struct AppKitServices
     };
 
     /// The real services. Requires Qt's application object.
-    [[nodiscard]] static AppKitServices native();
+    [[nodiscard]] static AppKitServices detect();
 };
 
 /// Makes the program active although it is an agent and another program is active. Takes effect

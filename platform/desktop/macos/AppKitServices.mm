@@ -4,7 +4,7 @@
 
 namespace orlimo {
 
-AppKitServices AppKitServices::native()
+AppKitServices AppKitServices::detect()
 {
     if (QGuiApplication::platformName() != u"cocoa") {
         return {};

@@ -91,7 +91,7 @@ SharedApplication& sharedApplication()
     if (qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr) {
         fatalStop("there is no application object");
     }
-    static CocoaSharedApplication application(AppKitServices::native());
+    static CocoaSharedApplication application(AppKitServices::detect());
     return application;
 }
 

@@ -10,15 +10,34 @@
 
 namespace orlimo {
 
-class FileHandle::OpenFile
+namespace {
+
+class OpenDescriptor final : public FileHandle::OpenFile
 {
 public:
-    explicit OpenFile(UniqueFd opened)
-        : descriptor(std::move(opened))
+    explicit OpenDescriptor(UniqueFd opened)
+        : file(std::move(opened))
     {}
 
-    UniqueFd descriptor;
+    [[nodiscard]] int descriptor() const override { return file.get(); }
+
+    [[nodiscard]] std::uint64_t seekToEnd() const override
+    {
+        const off_t end = ::lseek(file.get(), 0, SEEK_END);
+        return end < 0 ? 0 : static_cast<std::uint64_t>(end);
+    }
+
+    std::error_code close() override
+    {
+        return ::close(file.release()) == 0 ? std::error_code()
+                                            : std::error_code(errno, std::generic_category());
+    }
+
+private:
+    UniqueFd file;
 };
+
+} // namespace
 
 FileHandle FileHandle::openForReading(const std::filesystem::path& file)
 {
@@ -28,37 +47,7 @@ FileHandle FileHandle::openForReading(const std::filesystem::path& file)
     if (!opened) {
         throw std::system_error(errno, std::generic_category(), "cannot open " + file.string());
     }
-    return FileHandle(std::make_unique<OpenFile>(std::move(opened)));
-}
-
-FileHandle::FileHandle(std::unique_ptr<OpenFile> opened)
-    : openFile(std::move(opened))
-{}
-
-FileHandle::FileHandle(FileHandle&& other) noexcept = default;
-FileHandle& FileHandle::operator=(FileHandle&& other) noexcept = default;
-FileHandle::~FileHandle() = default;
-
-int FileHandle::fileDescriptor() const
-{
-    return openFile ? openFile->descriptor.get() : -1;
-}
-
-std::uint64_t FileHandle::seekToEndOfFile() const
-{
-    const off_t end = ::lseek(fileDescriptor(), 0, SEEK_END);
-    return end < 0 ? 0 : static_cast<std::uint64_t>(end);
-}
-
-std::error_code FileHandle::close()
-{
-    if (!openFile) {
-        return {};
-    }
-    const int closing = openFile->descriptor.release();
-    openFile.reset();
-    return ::close(closing) == 0 ? std::error_code()
-                                 : std::error_code(errno, std::generic_category());
+    return FileHandle(std::make_unique<OpenDescriptor>(std::move(opened)));
 }
 
 } // namespace orlimo

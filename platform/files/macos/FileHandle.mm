@@ -13,39 +13,6 @@
 
 namespace orlimo {
 
-class FileHandle::OpenFile
-{
-public:
-    explicit OpenFile(Retained<NSFileHandle*> opened)
-        : handle(std::move(opened))
-    {}
-    OpenFile(const OpenFile&) = delete;
-    OpenFile& operator=(const OpenFile&) = delete;
-    ~OpenFile()
-    {
-        // Not left to the last reference, which a pool of somebody else may hold.
-        (void)close();
-    }
-
-    [[nodiscard]] NSFileHandle* get() const { return handle.get(); }
-
-    std::error_code close()
-    {
-        const Retained<NSFileHandle*> closing = std::move(handle);
-        if (!closing) {
-            return {};
-        }
-        @autoreleasepool {
-            NSError* error = nil;
-            return [closing.get() closeAndReturnError:&error] ? std::error_code()
-                                                              : toErrorCode(error);
-        }
-    }
-
-private:
-    Retained<NSFileHandle*> handle;
-};
-
 namespace {
 
 [[noreturn]] void failToOpen(const std::filesystem::path& file, std::error_code error)
@@ -106,6 +73,44 @@ std::uint64_t endOffset(NSFileHandle* handle)
     }
 }
 
+class OpenNSFileHandle final : public FileHandle::OpenFile
+{
+public:
+    explicit OpenNSFileHandle(Retained<NSFileHandle*> opened)
+        : handle(std::move(opened))
+    {}
+    ~OpenNSFileHandle() override
+    {
+        // Not left to the last reference, which a pool of somebody else may hold.
+        (void)OpenNSFileHandle::close();
+    }
+
+    [[nodiscard]] int descriptor() const override { return [handle.get() fileDescriptor]; }
+
+    [[nodiscard]] std::uint64_t seekToEnd() const override
+    {
+        @autoreleasepool {
+            return endOffset(handle.get());
+        }
+    }
+
+    std::error_code close() override
+    {
+        const Retained<NSFileHandle*> closing = std::move(handle);
+        if (!closing) {
+            return {};
+        }
+        @autoreleasepool {
+            NSError* error = nil;
+            return [closing.get() closeAndReturnError:&error] ? std::error_code()
+                                                              : toErrorCode(error);
+        }
+    }
+
+private:
+    Retained<NSFileHandle*> handle;
+};
+
 } // namespace
 
 FileHandle FileHandle::openForReading(const std::filesystem::path& file)
@@ -113,34 +118,8 @@ FileHandle FileHandle::openForReading(const std::filesystem::path& file)
     @autoreleasepool {
         Retained<NSFileHandle*> handle = isPipe(file) ? openPipe(file) : openFileOrFolder(file);
         (void)::fcntl([handle.get() fileDescriptor], F_SETFD, FD_CLOEXEC);
-        return FileHandle(std::make_unique<OpenFile>(std::move(handle)));
+        return FileHandle(std::make_unique<OpenNSFileHandle>(std::move(handle)));
     }
-}
-
-FileHandle::FileHandle(std::unique_ptr<OpenFile> opened)
-    : openFile(std::move(opened))
-{}
-
-FileHandle::FileHandle(FileHandle&& other) noexcept = default;
-FileHandle& FileHandle::operator=(FileHandle&& other) noexcept = default;
-FileHandle::~FileHandle() = default;
-
-int FileHandle::fileDescriptor() const
-{
-    return openFile ? [openFile->get() fileDescriptor] : -1;
-}
-
-std::uint64_t FileHandle::seekToEndOfFile() const
-{
-    @autoreleasepool {
-        return openFile ? endOffset(openFile->get()) : 0;
-    }
-}
-
-std::error_code FileHandle::close()
-{
-    const auto closing = std::move(openFile);
-    return closing ? closing->close() : std::error_code();
 }
 
 } // namespace orlimo

@@ -35,7 +35,7 @@ public:
 
     /// A template icon is painted in the color of the panel's text and follows a change of scheme.
     /// Panels that paint symbolic icons themselves receive the name of the installed one.
-    TrayIcon(QIcon label, Handlers eventHandlers, UptimeClock uptimeClock = currentUptime);
+    TrayIcon(QIcon label, Handlers eventHandlers, UptimeClock uptimeClock);
 
     /// The icon's rectangle on the screen, in points; none if the tray does not report it.
     [[nodiscard]] std::optional<QRect> geometry() const;

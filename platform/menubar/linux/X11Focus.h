@@ -28,7 +28,7 @@ public:
     using PressHandler = std::function<void(const QPoint&)>;
 
     /// `window` must outlive this object.
-    X11Focus(QWidget& window, PressHandler pressHandler, UptimeClock uptimeClock = currentUptime);
+    X11Focus(QWidget& window, PressHandler pressHandler, UptimeClock uptimeClock);
     X11Focus(const X11Focus&) = delete;
     X11Focus& operator=(const X11Focus&) = delete;
     ~X11Focus() override = default;

@@ -141,7 +141,7 @@ std::unique_ptr<MenuBarExtra>
 MenuBarExtra::create(ContentBuilder makeContent, const QIcon& label, UptimeClock clock)
 {
     return std::make_unique<StatusItemMenuBarExtra>(
-        std::move(makeContent), label, std::move(clock), AppKitServices::native());
+        std::move(makeContent), label, std::move(clock), AppKitServices::detect());
 }
 
 } // namespace orlimo

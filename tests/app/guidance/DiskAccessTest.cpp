@@ -1,5 +1,6 @@
 #include "app/guidance/DiskAccess.h"
 
+#include "platform/files/DirectoryListing.h"
 #include "tests/support/FatalStopExpectation.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/process/ForkedRun.h"
@@ -28,7 +29,7 @@ class DiskAccessTest : public testing::Test
 protected:
     static bool hasAccess(const std::optional<UserEntry>& entry)
     {
-        return hasFullDiskAccess([&entry] { return entry; });
+        return hasFullDiskAccess([&entry] { return entry; }, canList);
     }
 
     static bool hasAccess(const std::string& homeDirectory)

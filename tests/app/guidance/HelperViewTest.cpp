@@ -26,10 +26,12 @@ protected:
     QList<QUrl> opened;
     bool opens = true;
     GuidanceWindow window{
-        new HelperView([this](const QUrl& url) {
-            opened.append(url);
-            return opens;
-        }),
+        new HelperView(
+            [this](const QUrl& url) {
+                opened.append(url);
+                return opens;
+            },
+            {systemSymbol, systemSymbolSize}),
         QRect(QPoint(0, 0), GuidanceWindow::contentSize)};
     TextButton& button = named<TextButton>(window, "openSystemSetting");
 };

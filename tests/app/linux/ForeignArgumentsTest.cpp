@@ -1,4 +1,5 @@
 #include "app/CommandLine.h"
+#include "platform/desktop/SystemArguments.h"
 
 #include <gtest/gtest.h>
 
@@ -13,7 +14,7 @@ TEST(CommandLineOnLinux, RefusesTheArgumentsOfAnotherSystem)
     for (const char* argument :
          {"-AppleLanguages", "-NSDocumentRevisionsDebugMode", "-psn_0_12345"}) {
         const std::array arguments{"orlimo", argument, "YES"};
-        const auto commandLine = CommandLine::parse(3, arguments.data());
+        const auto commandLine = CommandLine::parse(3, arguments.data(), systemArgumentCount);
         EXPECT_EQ(commandLine.request, CommandLine::Request::refuse);
         EXPECT_EQ(
             commandLine.text,

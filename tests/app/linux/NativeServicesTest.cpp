@@ -1,8 +1,11 @@
 #include "app/AppDelegate.h"
+#include "app/ModuleServices.h"
 #include "app/panel/CopyButton.h"
 #include "app/panel/PopupView.h"
 #include "controls/Switch.h"
+#include "login/LaunchAtLogin.h"
 #include "tests/app/ViewTestBase.h"
+#include "tests/app/linux/SystemServices.h"
 #include "tests/capture/PreferenceSandbox.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/process/OutputCapture.h"
@@ -24,6 +27,8 @@ using testing::HasSubstr;
 class NativeServicesTest : public ViewTestBase
 {
 protected:
+    NativeServicesTest() { LaunchAtLogin::install(loginServices(systemServices())); }
+
     const std::filesystem::path entry = PreferenceSandbox::file().parent_path().parent_path() /
                                         "autostart/app.orlimo.Orlimo.desktop";
 };
@@ -34,7 +39,7 @@ TEST_F(NativeServicesTest, ThePanelWorksOnTheUsersOwnPreferencesPasteboardAndLog
     store.appendText("Your code is 482913.");
     defaults.setBool(true, "fourDigitInclude");
     QWidget window;
-    auto* panel = new PopupView(watching(), PanelServices::native());
+    auto* panel = new PopupView(watching(), orlimo::menuServices(systemServices()).panel);
     panel->setParent(&window);
     panel->resize(300, panel->sizeHint().height());
     window.resize(300, 540);
@@ -61,8 +66,8 @@ TEST_F(NativeServicesTest, TheDelegateWorksOnTheUsersOwnPreferencesAndLoginItem)
 {
     std::filesystem::remove(entry);
     defaults.setBool(false, "loginItemEnabled");
-    AppDelegate native;
-    native.applicationWillFinishLaunching();
+    AppDelegate delegate(delegateServices(systemServices()));
+    delegate.applicationWillFinishLaunching();
     EXPECT_THAT(
         linesOf(contentOf(PreferenceSandbox::file())),
         ElementsAre(

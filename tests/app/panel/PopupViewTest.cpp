@@ -352,7 +352,9 @@ TEST_F(PopupViewTest, CopiesCodeAfterTakingPasteboardOver)
 TEST_F(PopupViewTest, CopiesEmptyCodeAsEmptyText)
 {
     setClipboardText("before");
-    make(watching(), {preferences, capturePasteboard(), [](bool) {}});
+    make(
+        watching(),
+        {preferences, capturePasteboard(), [](bool) {}, {systemSymbol, systemSymbolSize}});
     appear();
     pressCopy();
     const QMimeData* content = QGuiApplication::clipboard()->mimeData();

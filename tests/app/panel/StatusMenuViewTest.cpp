@@ -1,10 +1,12 @@
 #include "app/panel/StatusMenuView.h"
 
+#include "app/ModuleServices.h"
 #include "app/panel/PopupView.h"
 #include "controls/Switch.h"
 #include "controls/TextButton.h"
 #include "platform/ApplicationIdentity.h"
 #include "platform/process/FatalStop.h"
+#include "tests/app/FakeServices.h"
 #include "tests/app/ViewTestBase.h"
 #include "tests/support/FatalStopExpectation.h"
 #include "tests/support/process/ForkedRun.h"
@@ -183,8 +185,9 @@ TEST_F(StatusMenuViewTest, GivesItsPanelItsControllerAndReleasesIt)
 
 TEST(MenuServices, OfTheProgramKnowsTheProductsWebPage)
 {
-    EXPECT_EQ(MenuServices::native().website, identity::website);
-    const QUrl url(QString::fromStdString(MenuServices::native().website), QUrl::StrictMode);
+    const std::string website = orlimo::menuServices(FakeServices().services).website;
+    EXPECT_EQ(website, identity::website);
+    const QUrl url(QString::fromStdString(website), QUrl::StrictMode);
     EXPECT_TRUE(url.isValid());
     EXPECT_EQ(url.scheme(), QStringLiteral("https"));
 }

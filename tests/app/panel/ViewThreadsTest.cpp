@@ -6,6 +6,8 @@
 #include "app/panel/CopyButtonStyle.h"
 #include "app/panel/PopupView.h"
 #include "app/panel/StatusMenuView.h"
+#include "platform/desktop/FrontWindow.h"
+#include "tests/app/FakeServices.h"
 #include "tests/app/ViewTestBase.h"
 #include "tests/support/FatalStopExpectation.h"
 
@@ -40,6 +42,9 @@ protected:
             .hasFullDiskAccess = [] { return true; },
             .mainScreenFrame = [] { return std::nullopt; },
             .fromSystemCoordinates = [](const QRectF& area) { return area; },
+            .orderFrontRegardless = [](QWidget& window) { orderFrontRegardless(window); },
+            .openUrl = [](const QUrl&) { return true; },
+            .symbols = {.draw = systemSymbol, .size = systemSymbolSize},
         };
     }
 };

@@ -2,6 +2,7 @@
 #include "capture/Preferences.h"
 #include "tests/capture/MessageTestBase.h"
 #include "tests/support/process/OutputCapture.h"
+#include "tests/watch/SystemWatchServices.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

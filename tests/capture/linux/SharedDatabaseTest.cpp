@@ -93,7 +93,7 @@ bool otherThreadsSleep()
     for (Database*& reader : readers) {
         threads.emplace_back([&reader, &started, &finished] {
             ++started;
-            reader = &Database::shared();
+            reader = &Database::shared(libraryFolder);
             ++finished;
         });
     }
@@ -107,8 +107,9 @@ bool otherThreadsSleep()
     output.drain();
     const std::string lines = output.lines();
     (void)::write(STDERR_FILENO, lines.data(), lines.size());
-    const bool isOne = std::count(readers.begin(), readers.end(), &Database::shared()) ==
-                       static_cast<std::ptrdiff_t>(threadCount);
+    const bool isOne =
+        std::count(readers.begin(), readers.end(), &Database::shared(libraryFolder)) ==
+        static_cast<std::ptrdiff_t>(threadCount);
     ::_exit(allWaited && allReturned && isOne ? 0 : 1);
 }
 
@@ -128,7 +129,7 @@ TEST(SharedDatabaseDeathTest, ReadsTheUsersStore)
             switchToPrivateHome();
             StoreWriter writer(libraryFolder().value_or(""));
             writer.appendText("the user's own");
-            const auto messages = Database::shared().fetchMessages(10);
+            const auto messages = Database::shared(libraryFolder).fetchMessages(10);
             ::_exit(messages.size() == 1 && messages[0].text == "the user's own" ? 0 : 1);
         },
         testing::ExitedWithCode(0),

@@ -1,5 +1,7 @@
 #include "tests/capture/TestCaptureServices.h"
 
+#include "platform/clipboard/linux/ClipboardPasteboard.h"
+
 namespace orlimo {
 
 UserDefaults& captureUserDefaults()
@@ -9,7 +11,8 @@ UserDefaults& captureUserDefaults()
 
 Pasteboard& capturePasteboard()
 {
-    return generalPasteboard();
+    static ClipboardPasteboard pasteboard;
+    return pasteboard;
 }
 
 } // namespace orlimo

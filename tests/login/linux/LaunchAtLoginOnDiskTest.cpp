@@ -1,5 +1,6 @@
 #include "login/LaunchAtLogin.h"
 #include "login/LaunchAtLoginObservable.h"
+#include "tests/login/linux/SystemLoginServices.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/process/CapturedSyslog.h"
 #include "tests/support/process/ForkedRun.h"
@@ -27,6 +28,7 @@ protected:
         const auto run = runForked([this, &work] {
             ::setenv("XDG_CONFIG_HOME", configuration.c_str(), 1);
             const CapturedSyslog syslog;
+            LaunchAtLogin::install(systemLoginServices());
             work();
             for (const auto& [priority, text] : CapturedSyslog::entries()) {
                 (void)std::printf("%d %s\n", priority, text.c_str());

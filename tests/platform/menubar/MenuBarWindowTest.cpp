@@ -137,7 +137,8 @@ TEST_F(MenuBarWindowTest, HasTheSizeHintOfItsContent)
     auto* const column = new QVBoxLayout(&plain);
     column->setContentsMargins(0, 0, 0, 0);
     column->addSpacing(50);
-    MenuBarWindow ofPlain(plain, [] { return QRect(400, 1, 22, 22); });
+    MenuBarWindow ofPlain(
+        plain, [] { return QRect(400, 1, 22, 22); }, clock.function());
     ofPlain.open();
     EXPECT_EQ(plain.height(), 50);
     EXPECT_EQ(plain.geometry().center().x(), 410);

@@ -3,8 +3,8 @@
 // "platform" prints the name of Qt's platform.
 
 #include "platform/clipboard/Pasteboard.h"
-#include "platform/desktop/QtArguments.h"
 #include "platform/process/StandardStreams.h"
+#include "platform/services/Session.h"
 
 #include <QGuiApplication>
 #include <QSocketNotifier>
@@ -24,10 +24,10 @@ void say(const std::string& line)
     (void)std::fflush(stdout);
 }
 
-std::string put(const std::string& text)
+std::string put(const std::string& text, Pasteboard& pasteboard)
 {
-    generalPasteboard().declareTypes({PasteboardType::string});
-    generalPasteboard().setString(text, PasteboardType::string);
+    pasteboard.declareTypes({PasteboardType::string});
+    pasteboard.setString(text, PasteboardType::string);
     return "done";
 }
 
@@ -42,15 +42,15 @@ std::string digits(std::size_t count)
     return text;
 }
 
-std::string responseTo(const std::string& line)
+std::string responseTo(const std::string& line, Pasteboard& pasteboard)
 {
     const std::string command = line.substr(0, line.find(' '));
     const std::string rest = line.size() > command.size() ? line.substr(command.size() + 1) : "";
     if (command == "text") {
-        return put(rest);
+        return put(rest, pasteboard);
     }
     if (command == "digits") {
-        return put(digits(std::stoul(rest)));
+        return put(digits(std::stoul(rest)), pasteboard);
     }
     return command == "platform" ? QGuiApplication::platformName().toStdString() : "what?";
 }
@@ -61,13 +61,14 @@ std::string responseTo(const std::string& line)
 int main(int argc, char* argv[])
 {
     orlimo::prepareStandardStreams();
-    orlimo::QtArguments arguments(argc, argv);
-    const QGuiApplication application(arguments.count(), arguments.values());
+    orlimo::Session session = orlimo::detectSession(argc, argv);
+    const QGuiApplication application(session.arguments.count(), session.arguments.values());
+    const auto pasteboard = session.makePasteboard();
     const QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
-    QObject::connect(&input, &QSocketNotifier::activated, &input, [] {
+    QObject::connect(&input, &QSocketNotifier::activated, &input, [&pasteboard] {
         std::string line;
         if (std::getline(std::cin, line)) {
-            orlimo::say(orlimo::responseTo(line));
+            orlimo::say(orlimo::responseTo(line, *pasteboard));
         } else {
             QGuiApplication::quit();
         }

@@ -36,7 +36,8 @@ TEST(SystemArguments, AreCounted)
 CommandLine parse(std::vector<const char*> arguments)
 {
     arguments.insert(arguments.begin(), "orlimo");
-    return CommandLine::parse(static_cast<int>(arguments.size()), arguments.data());
+    return CommandLine::parse(
+        static_cast<int>(arguments.size()), arguments.data(), systemArgumentCount);
 }
 
 TEST(SystemArgumentsOnTheCommandLine, AreIgnored)

@@ -24,11 +24,6 @@ unsigned long long clock_gettime_nsec_np(clockid_t clock)
            static_cast<unsigned long long>(time.tv_nsec);
 }
 
-int pthread_main_np()
-{
-    return ::gettid() == ::getpid() ? 1 : 0;
-}
-
 int fcntl_with_path(int descriptor, int command, ...)
 {
     // Every command takes at most one argument, at most as wide as a pointer.

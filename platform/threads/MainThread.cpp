@@ -2,13 +2,20 @@
 
 #include "platform/process/FatalStop.h"
 
-#include <pthread.h>
+#include <thread>
 
 namespace orlimo {
 
+namespace {
+
+/// Static initialization runs on the first thread, before `main`.
+const std::thread::id mainThread = std::this_thread::get_id();
+
+} // namespace
+
 bool isMainThread()
 {
-    return ::pthread_main_np() != 0;
+    return std::this_thread::get_id() == mainThread;
 }
 
 void requireMainThread(const char* file, int line)

@@ -1,4 +1,4 @@
-#include "platform/desktop/QtArguments.h"
+#include "platform/services/Session.h"
 
 #include "tests/support/process/EnvironmentChange.h"
 
@@ -15,7 +15,8 @@ TEST(QtArguments, KeepQtFromTakingTheFocus)
     constexpr const char* transform = "QT_MAC_DISABLE_FOREGROUND_APPLICATION_TRANSFORM";
     const EnvironmentChange unset(transform, std::nullopt);
     const std::array<const char*, 2> given{"orlimo", "-style"};
-    QtArguments arguments(static_cast<int>(given.size()), given.data());
+    Session session = detectSession(static_cast<int>(given.size()), given.data());
+    QtArguments& arguments = session.arguments;
     ASSERT_EQ(arguments.count(), 2);
     EXPECT_STREQ(arguments.values()[1], "-style");
     EXPECT_EQ(arguments.values()[2], nullptr);

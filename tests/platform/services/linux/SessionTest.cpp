@@ -1,6 +1,5 @@
-#include "platform/desktop/QtArguments.h"
+#include "platform/services/Session.h"
 
-#include "platform/clipboard/linux/ClipboardBackend.h"
 #include "tests/support/process/EnvironmentChange.h"
 
 #include <gmock/gmock.h>
@@ -18,7 +17,8 @@ using testing::HasSubstr;
 /// The arguments for Qt if the program was started with `given`.
 std::vector<std::string> qtArgumentsOf(const std::vector<const char*>& given)
 {
-    QtArguments arguments(static_cast<int>(given.size()), given.data());
+    Session session = detectSession(static_cast<int>(given.size()), given.data());
+    QtArguments& arguments = session.arguments;
     EXPECT_EQ(arguments.values()[arguments.count()], nullptr);
     return {arguments.values(), arguments.values() + arguments.count()};
 }
@@ -27,8 +27,6 @@ std::vector<std::string> qtArgumentsOf(const std::vector<const char*>& given)
 class QtArgumentsTest : public testing::Test
 {
 protected:
-    ~QtArgumentsTest() override { selectClipboardBackend(ClipboardBackend::qt); }
-
     EnvironmentChange noPlatform{"QT_QPA_PLATFORM", std::nullopt};
     EnvironmentChange noDisplay{"DISPLAY", std::nullopt};
     EnvironmentChange noCompositor{"WAYLAND_DISPLAY", std::nullopt};
@@ -40,7 +38,6 @@ TEST_F(QtArgumentsTest, StartWithTheProgramsOwn)
     EXPECT_THAT(
         qtArgumentsOf({"orlimo", "-style", "fusion", "--launched-at-login"}),
         ElementsAre("orlimo", "-style", "fusion", "--launched-at-login"));
-    EXPECT_EQ(selectedClipboardBackend(), ClipboardBackend::qt);
 }
 
 TEST_F(QtArgumentsTest, AreUnchangedWithoutAnyClipboardBackend)
@@ -52,7 +49,6 @@ TEST_F(QtArgumentsTest, AreUnchangedWithoutAnyClipboardBackend)
         testing::internal::GetCapturedStderr(),
         "orlimo: this session lets no program without a focused window set the clipboard; "
         "the Copy button still does\n");
-    EXPECT_EQ(selectedClipboardBackend(), ClipboardBackend::focusedOnly);
 }
 
 TEST_F(QtArgumentsTest, DependOnTheSessionType)
@@ -70,7 +66,6 @@ TEST_F(QtArgumentsTest, KeepThePlatformOfTheEnvironment)
     testing::internal::CaptureStderr();
     EXPECT_THAT(qtArgumentsOf({"orlimo"}), ElementsAre("orlimo"));
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
-    EXPECT_EQ(selectedClipboardBackend(), ClipboardBackend::qt);
 }
 
 TEST_F(QtArgumentsTest, KeepTheLastPlatformOnTheCommandLine)
@@ -84,7 +79,7 @@ TEST_F(QtArgumentsTest, KeepTheLastPlatformOnTheCommandLine)
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
-TEST_F(QtArgumentsTest, MayEndWithAnOptionWithoutItsValue)
+TEST_F(SessionArguments, MayEndWithAnOptionWithoutItsValue)
 {
     EXPECT_THAT(qtArgumentsOf({"orlimo", "-platform"}), ElementsAre("orlimo", "-platform"));
 }
