@@ -107,20 +107,21 @@ TEST_F(ColorSchemePortalTest, IgnoresOtherSettingsAndSenders)
     portal->setColorScheme(0U);
     read();
     ASSERT_TRUE(awaitReported(1));
-    portal->sendSettingChanged(appearance, QStringLiteral("contrast"), 1U);
-    portal->sendSettingChanged(QStringLiteral("org.example"), colorScheme, 1U);
+    portal->sendSettingChanged(appearance, QStringLiteral("contrast"), 2U);
+    portal->sendSettingChanged(QStringLiteral("org.example"), colorScheme, 2U);
     const auto name = QStringLiteral("stranger");
     auto stranger = QDBusConnection::connectToBus(QString::fromStdString(bus.address()), name);
     QDBusMessage signal = QDBusMessage::createSignal(
         QStringLiteral("/org/freedesktop/portal/desktop"),
         QStringLiteral("org.freedesktop.portal.Settings"),
         QStringLiteral("SettingChanged"));
-    signal.setArguments({appearance, colorScheme, QVariant::fromValue(QDBusVariant(1U))});
+    signal.setArguments({appearance, colorScheme, QVariant::fromValue(QDBusVariant(2U))});
     stranger.send(signal);
     // Returns when the bus has passed on what was sent before.
     (void)stranger.interface()->isServiceRegistered(name);
     QDBusConnection::disconnectFromBus(name);
     EXPECT_TRUE(awaitArrived());
+    EXPECT_THAT(reported, ElementsAre(noPreference, dark));
 }
 
 TEST_F(ColorSchemePortalTest, ReadsAgainWhenThePortalStartsOrRestarts)
