@@ -12,7 +12,7 @@ namespace orlimo {
 class FileHandle
 {
 public:
-    /// Opens `file`. Throws std::system_error with the host's own error when that fails.
+    /// Opens `file`. Throws std::system_error with the system's error on failure.
     [[nodiscard]] static FileHandle openForReading(const std::filesystem::path& file);
 
     FileHandle(FileHandle&& other) noexcept;
@@ -24,11 +24,11 @@ public:
     /// The descriptor, still owned by the handle; -1 once the handle is closed.
     [[nodiscard]] int fileDescriptor() const;
 
-    /// Moves the read position to the end of the file and returns that offset in bytes; 0 for what
-    /// has no position, such as a pipe.
+    /// Moves the read position to the end of the file and returns that offset in bytes; 0 for a
+    /// file without a position, such as a pipe.
     std::uint64_t seekToEndOfFile() const;
 
-    /// Closes the descriptor and returns what the host said. Closing twice is harmless.
+    /// Closes the descriptor and returns the system's error, if any. Closing twice is harmless.
     std::error_code close();
 
 private:
@@ -36,7 +36,7 @@ private:
 
     explicit FileHandle(std::unique_ptr<OpenFile> opened);
 
-    /// As the host has it; none once the handle is closed.
+    /// Null once the handle is closed.
     std::unique_ptr<OpenFile> openFile;
 };
 
