@@ -34,14 +34,14 @@ public:
         : openFile(std::move(opened))
     {}
 
-    /// Opens `file`. Throws std::system_error with the system's own error when that fails.
+    /// Opens `file`. Throws std::system_error with the system's error on failure.
     [[nodiscard]] static FileHandle openForReading(const std::filesystem::path& file);
 
     /// The descriptor, still owned by the handle; -1 once the handle is closed.
     [[nodiscard]] int fileDescriptor() const { return openFile ? openFile->descriptor() : -1; }
 
-    /// Moves the read position to the end of the file and returns that offset in bytes; 0 for what
-    /// has no position, such as a pipe.
+    /// Moves the read position to the end of the file and returns that offset in bytes; 0 for a
+    /// file without a position, such as a pipe.
     std::uint64_t seekToEndOfFile() const { return openFile ? openFile->seekToEnd() : 0; }
 
     /// Closes the descriptor and returns the system's error, if any. Closing twice is harmless.
@@ -52,7 +52,7 @@ public:
     }
 
 private:
-    /// None once the handle is closed.
+    /// Null once the handle is closed.
     std::unique_ptr<OpenFile> openFile;
 };
 

@@ -14,11 +14,11 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// How long growth may wait where the index does not tell whether the commit can be read, or the
-/// system not whether the writer's lock is held.
+/// How long growth may wait while the index does not show whether the commit can be read, or the
+/// state of the write lock is unknown.
 constexpr Uptime::duration lockTimeout = 1s;
 
-/// How often a snapshot is tried while writers publish commits.
+/// How often a snapshot is attempted while writers publish commits.
 constexpr int maxSnapshotAttempts = 8;
 
 std::optional<std::int64_t> sizeOf(int descriptor)
@@ -31,9 +31,9 @@ std::optional<std::int64_t> sizeOf(int descriptor)
     return status.st_size;
 }
 
-/// An eighth of what the writer has taken so far, so that the delay stays in proportion to the
-/// commit and a long commit costs few wake-ups; later a hundredth, which a person does not notice,
-/// and at most a second.
+/// An eighth of the time waited so far, so that the delay stays in proportion to the commit and a
+/// long commit costs few wake-ups; later a hundredth, which users do not notice, and at most a
+/// second.
 Uptime::duration pollIntervalAfter(Uptime::duration waited)
 {
     const auto early = std::clamp<Uptime::duration>(waited / 8, 100us, 5ms);
@@ -50,14 +50,14 @@ GrowthDetector::GrowthDetector(
 {
     const auto snapshot = takeSnapshot();
     if (!snapshot.size) {
-        throw std::system_error(errno, std::generic_category(), "cannot ask a file's size");
+        throw std::system_error(errno, std::generic_category(), "cannot determine a file's size");
     }
     startAt(*snapshot.size);
     if (!snapshot.isReadable()) {
         return;
     }
     lastHeader = snapshot.index.header;
-    // The commit that a writer is at work on is still to come, also when the log has grown by it.
+    // A commit in progress is still to be reported, even if the log has already grown by it.
     if (index.writeLock() == WalIndex::Lock::held) {
         startAt(std::min(*snapshot.size, lastHeader->committedBytes()));
     }
@@ -65,7 +65,7 @@ GrowthDetector::GrowthDetector(
 
 bool GrowthDetector::check(bool hasGrown)
 {
-    // Asked before the index is read: where nobody writes, what is committed is in the index.
+    // Queried before the index is read: with the lock free, the index holds all commits.
     const bool mayFramesBeReplaced = hasAbandonedFrames() && isLogBeingWritten();
     const auto snapshot = takeSnapshot();
     if (!snapshot.size) {
@@ -93,7 +93,7 @@ bool GrowthDetector::check(bool hasGrown)
     return true;
 }
 
-/// A look too many is better than a missed message; one before the commit would be too early.
+/// A superfluous report is better than a missed message; one before the commit would be too early.
 bool GrowthDetector::reportUnknownGrowth()
 {
     if (!waitingSince) {
@@ -111,20 +111,20 @@ Uptime::duration GrowthDetector::pollInterval() const
     return pollIntervalAfter(clock() - waitingSince.value());
 }
 
-/// The index is read before and after the size, so that both are of the same commit and of a log
-/// that was not restarted in between.
+/// Reads the index before and after the size, so that both belong to the same commit and the log
+/// was not restarted in between.
 GrowthDetector::Snapshot GrowthDetector::takeSnapshot()
 {
     Snapshot snapshot;
     for (int attempt = 0; attempt < maxSnapshotAttempts; ++attempt) {
         snapshot.index = index.read();
-        // Asked before the size: where nobody is at work any more, the size is that after the cut.
+        // Queried before the size: with the lock free, the log has been truncated already.
         snapshot.isBeingRestarted = isBeingRestarted(snapshot.index);
         snapshot.size = sizeOf(descriptor);
         if (snapshot.index.state == WalIndex::State::absent || !snapshot.size) {
             return snapshot;
         }
-        // And after it: the next writer may have begun in between, and the size be its own.
+        // And after it: the next writer may have begun in between and changed the size.
         snapshot.isBeingRestarted = snapshot.isBeingRestarted || isBeingRestarted(snapshot.index);
         const auto again = index.read();
         if (snapshot.isReadable() && again.state == WalIndex::State::readable &&
@@ -143,7 +143,7 @@ bool GrowthDetector::isBeingRestarted(const WalIndex::Reading& reading)
            reading.header.salts != lastHeader->salts && isLogBeingWritten();
 }
 
-/// Where the system does not tell, for a while.
+/// A lock of unknown state counts as held until the wait expires.
 bool GrowthDetector::isLogBeingWritten()
 {
     const auto lock = index.writeLock();
@@ -157,9 +157,8 @@ bool GrowthDetector::isFull(const Snapshot& snapshot)
            snapshot.index.header.committedBytes() == *snapshot.size;
 }
 
-/// Whether it can be told yet if the log has grown. A log that is as long as before and restarted
-/// was not cut, is about to be, or was cut and has grown to its old length: what its writer commits
-/// will show it.
+/// Whether growth can be judged yet. A restarted log of the same length was not truncated, is about
+/// to be, or was and has grown to its old length: its next commit shows which.
 bool GrowthDetector::isDecided(const Snapshot& snapshot, bool hasGrown) const
 {
     if (snapshot.index.state == WalIndex::State::changing) {
@@ -169,7 +168,7 @@ bool GrowthDetector::isDecided(const Snapshot& snapshot, bool hasGrown) const
            isFull(snapshot);
 }
 
-/// Whether the log was neither cut nor restarted in between, so that `later` holds all of
+/// Whether the log was neither truncated nor restarted in between, so that `later` holds all of
 /// `earlier`.
 bool GrowthDetector::isSameLog(const Snapshot& earlier, const Snapshot& later)
 {
@@ -177,7 +176,7 @@ bool GrowthDetector::isSameLog(const Snapshot& earlier, const Snapshot& later)
            (!later.isReadable() || later.index.header.salts == earlier.index.header.salts);
 }
 
-/// Where growth that was not reported begins: lower than before when the file was cut.
+/// Moves the point from which growth counts, down if the file was truncated.
 void GrowthDetector::moveStart(const Snapshot& snapshot, bool hasGrown)
 {
     if (snapshot.isReadable()) {
@@ -200,17 +199,17 @@ void GrowthDetector::moveStartOfStoreLog(const Snapshot& snapshot, bool hasGrown
         const bool isBeingWritten = index.writeLock() != WalIndex::Lock::free;
         startAt(hasGrown || hasNewCommit || isBeingWritten ? 0 : *snapshot.size);
     } else if (isRestarted) {
-        // One that is full to its old end was cut and has grown again or was written over as a
-        // whole, which cannot be told apart. A look too many is better than a missed message.
+        // A log that is full to its old end was truncated and has grown again, or was overwritten
+        // as a whole, which look the same. A superfluous report is better than a missed message.
         const bool wasTruncated = *snapshot.size == knownEnd() && (isFull(snapshot) || hasGrown);
         startAt(wasTruncated ? 0 : knownEnd());
     }
     lastHeader = header;
 }
 
-/// Whether something may have been committed since the last look and then cut off. Of the commits
-/// since then the new log holds at least one if it holds any. A log that was restarted twice may
-/// have been cut the first time.
+/// Whether a commit since the previous check may have been truncated away. If the new log holds any
+/// commits, at least one of those since then is among them. A log that was restarted twice may have
+/// been truncated the first time.
 bool GrowthDetector::mayHaveLostCommit(const Snapshot& snapshot) const
 {
     const WalIndex::Header& header = snapshot.index.header;
@@ -220,7 +219,7 @@ bool GrowthDetector::mayHaveLostCommit(const Snapshot& snapshot) const
     return mayBeCut && commits > (header.frames > 0 ? 1U : 0U);
 }
 
-/// How long the file was when it was last looked at, growth that waits included.
+/// The length of the file at the previous check, waiting growth included.
 std::int64_t GrowthDetector::knownEnd() const
 {
     return std::max(reportedSize, lastSize);
@@ -245,7 +244,7 @@ bool GrowthDetector::holdsNewCommit(const Snapshot& snapshot) const
                 std::max(reportedCommits, earlierLogEnd));
 }
 
-/// Whether the log ends in frames that a writer gave up, so that a commit may take their place.
+/// Whether the log ends in rolled back frames, which a commit may overwrite.
 bool GrowthDetector::hasAbandonedFrames() const
 {
     return std::max(reportedCommits, earlierLogEnd) < reportedSize;
@@ -272,8 +271,8 @@ bool GrowthDetector::hasExpired() const
     return waitingSince && clock() - *waitingSince >= lockTimeout;
 }
 
-/// Notes that growth is reported: that of `present` and what has come since, as far as it can be
-/// read by now. The rest belongs to the next commit, which waits.
+/// Records as reported the growth in `snapshot` and what has followed, as far as it can be read by
+/// now. The rest belongs to the next commit, which waits.
 void GrowthDetector::reportUpTo(const Snapshot& snapshot)
 {
     const bool isNewCommit = holdsNewCommit(snapshot);
@@ -282,7 +281,7 @@ void GrowthDetector::reportUpTo(const Snapshot& snapshot)
     const Snapshot& latest = isSameLog(snapshot, later) ? later : snapshot;
     const std::int64_t commits =
         latest.isReadable() ? std::min(latest.index.header.committedBytes(), *latest.size) : 0;
-    // Asked after the sizes: what has been written by then can be read once nobody writes.
+    // Queried after the sizes: with the lock free, all that was written by then can be read.
     const bool isNextBeingWritten = index.writeLock() != WalIndex::Lock::free;
     reportedSize = isNextBeingWritten
                        ? std::max({reportedSize, commits, isNewCommit ? 0 : *snapshot.size})
@@ -292,12 +291,12 @@ void GrowthDetector::reportUpTo(const Snapshot& snapshot)
         reportedCommits = earlierLogEnd = reportedSize;
     } else {
         lastHeader = latest.index.header;
-        // What was committed by then can be read now, also where the log has been restarted.
+        // All commits up to this point can be read now, even if the log has been restarted.
         if (later.isReadable()) {
             lastHeader->commits = later.index.header.commits;
         }
-        // Behind the commits of a log that is not yet past its old end is what was there before;
-        // so it is where the file was cut to a limit and not to nothing.
+        // Behind the commits of a log that has not passed its old end lie older frames; so it does
+        // in a file that was truncated to a limit above zero.
         if (!isNextBeingWritten &&
             (commits < earlierLogEnd || (hasGrownFromNothing && isNewCommit))) {
             earlierLogEnd = reportedSize;

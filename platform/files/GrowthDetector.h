@@ -9,34 +9,33 @@
 
 namespace orlimo {
 
-/// Tells growth of an open file from every other change and decides when it is reported.
+/// Distinguishes growth of an open file from all other changes and decides when to report it.
 ///
-/// The growth of a store's write-ahead log is reported when a commit that it belongs to can be
-/// read, which the shared index beside the log tells, and once for each commit. While a writer is
-/// at work it waits, however long that takes; what a writer gave up is reported when it has let go.
-/// A log that was cut grows from its beginning; one that is written again from its beginning
-/// without having been cut grows only beyond its old end. The growth of any other file is reported
-/// at once.
+/// Growth of a store's write-ahead log is reported once for each commit, when the commit can be
+/// read, as the shared index beside the log shows. While the write lock is held it waits, without a
+/// limit; frames that are rolled back are reported when the lock is released. A truncated log grows
+/// from its beginning; a log that is restarted without truncation grows only beyond its old end.
+/// Growth of any other file is reported at once.
 ///
-/// The system's file watch calls `look` after each change and, while growth waits, after each
-/// pause. Used on one thread at a time.
+/// The file watch calls `check` after each change and, while growth waits, at each poll interval.
+/// Used on one thread at a time.
 class GrowthDetector
 {
 public:
     /// For the file behind `fileDescriptor`, opened as `name`. The descriptor stays the caller's
-    /// and open for the detector's life. Throws std::system_error when the size cannot be asked.
+    /// and open for the detector's life. Throws std::system_error when fstat() fails.
     GrowthDetector(int fileDescriptor, const std::filesystem::path& name, UptimeClock uptimeClock);
 
-    /// Compares the file with how it was at the last look. True when growth is to be reported now,
-    /// with all growth that can be read by then; a file whose size cannot be asked counts as grown.
-    /// `hasGrown` says that the system reports growth since the last look: a file that is no longer
-    /// than it was must then have been cut in between.
+    /// Compares the file with its state at the previous check. True when growth is to be reported
+    /// now, including all that can be read by then; a file of unknown size counts as grown.
+    /// `hasGrown` means that the system has reported growth since the previous check: a file that
+    /// is not longer than before must then have been truncated in between.
     [[nodiscard]] bool check(bool hasGrown = false);
 
-    /// Whether there is growth that is not reported yet, so that another look is due after a pause.
+    /// Whether there is growth that is not reported yet, so that another check is due.
     [[nodiscard]] bool isWaiting() const { return waitingSince.has_value(); }
 
-    /// How long to wait until the next look. Only while growth waits.
+    /// How long to wait until the next check. Only while growth waits.
     [[nodiscard]] Uptime::duration pollInterval() const;
 
 private:
@@ -45,8 +44,8 @@ private:
     {
         std::optional<std::int64_t> size;
         WalIndex::Reading index;
-        /// Whether somebody is at work on a log that was restarted: a writer, or a checkpoint that
-        /// is about to cut it.
+        /// Whether the log was restarted and its write lock is held: by a writer, or by a
+        /// checkpoint that is about to truncate it.
         bool isBeingRestarted = false;
 
         [[nodiscard]] bool isReadable() const { return index.state == WalIndex::State::readable; }
@@ -76,17 +75,16 @@ private:
     UptimeClock clock;
     /// The size up to which growth was reported.
     std::int64_t reportedSize = 0;
-    /// Up to where the commits of the present log were reported. Less than `reportedSize` where a
-    /// writer gave frames up: the commit that takes their place is new although the log does not
-    /// grow by it.
+    /// Up to where commits of the current log were reported. Less than `reportedSize` after a
+    /// rollback: the commit that overwrites those frames is new although the log does not grow.
     std::int64_t reportedCommits = 0;
-    /// Up to where the file may still hold what was there before the log was restarted: a commit
-    /// that ends within it is no growth.
+    /// Up to where the file may still hold frames from before the restart of the log: a commit that
+    /// ends within them is no growth.
     std::int64_t earlierLogEnd = 0;
-    /// The size at the last look.
+    /// The size at the previous check.
     std::int64_t lastSize = 0;
-    /// Whether there was growth in a log that has been restarted before it was reported: what was
-    /// committed with it can be read from the store.
+    /// Whether a log was restarted before its growth was reported: what was committed with it can
+    /// be read from the store.
     bool hasUnreportedCommit = false;
     std::optional<WalIndex::Header> lastHeader;
     std::optional<Uptime> waitingSince;

@@ -6,7 +6,7 @@
 namespace orlimo {
 
 /// The user's Library folder, the folder that holds the message store's "Messages" folder. Absent
-/// when the host knows no home for the user; whether the folder exists on disk is not asked.
+/// when the user has no known home; the folder need not exist.
 ///
 /// Computed afresh at each call. Main thread.
 [[nodiscard]] std::optional<std::filesystem::path> libraryFolder();

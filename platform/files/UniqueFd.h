@@ -6,7 +6,7 @@
 
 namespace orlimo {
 
-/// Owns one file descriptor and closes it when it goes.
+/// Owns one file descriptor and closes it on destruction.
 class UniqueFd
 {
 public:
@@ -33,7 +33,7 @@ public:
 
     [[nodiscard]] int get() const { return fd; }
 
-    /// Gives the descriptor up to the caller, who closes it from here on.
+    /// Transfers the descriptor to the caller.
     [[nodiscard]] int release() { return std::exchange(fd, -1); }
 
     [[nodiscard]] explicit operator bool() const { return fd >= 0; }

@@ -7,25 +7,24 @@
 
 namespace orlimo {
 
-/// Hands the events of one source over to its queue. Shared with the work that waits there, which
-/// may outlive the source.
+/// Delivers the events of one source on its queue. Shared with the work pending there, which may
+/// outlive the source.
 class VnodeEventDelivery : public std::enable_shared_from_this<VnodeEventDelivery>
 {
 public:
-    /// The queue must last until the work that waits there has run.
+    /// The queue must outlive its pending work.
     explicit VnodeEventDelivery(Queue& handlerQueue);
 
-    /// Asks for one run of the event handler; what is asked before it runs is the same run. Any
-    /// thread.
+    /// Requests a run of the event handler; requests before it runs are merged. Any thread.
     void post(VnodeEvents events);
 
-    /// Asks for the cancel handler, after which both handlers are dropped. Any thread.
+    /// Requests the cancel handler, after which both handlers are dropped. Any thread.
     void postCancellation();
 
-    /// Starts no event handler any more. Queue's thread, as is all that follows.
+    /// Prevents further runs of the event handler. Queue's thread, as is all that follows.
     void disable() { disabled = true; }
 
-    /// Inside the event handler: what the run stands for.
+    /// Inside the event handler: the events that the run reports.
     [[nodiscard]] VnodeEvents data() const { return delivered; }
 
     VnodeSource::Handler eventHandler;

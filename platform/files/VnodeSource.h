@@ -7,19 +7,19 @@
 
 namespace orlimo {
 
-/// What can happen to an open file, as a set of bits.
+/// Events of an open file, as a set of bits.
 using VnodeEvents = unsigned;
 
-/// The file became longer. The value is the vnode filter's own bit for it.
+/// The file became longer. The value is that of DISPATCH_VNODE_EXTEND.
 inline constexpr VnodeEvents vnodeExtend = 0x4;
 
-/// Reports what happens to one open file, on the queue that it was made with.
+/// Reports events of one open file, on the queue that it was created with.
 ///
-/// Events that pile up before the handler runs are merged into one call. For the write-ahead log of
-/// an SQLite store, all growth that belongs to one commit is one event, delivered as soon as the
-/// commit can be read, however long its writer takes: SQLite appends to the log first and makes the
-/// commit visible only then, so that a reader who acted on the first byte would see the store as it
-/// was before. Any other file is reported at once.
+/// Events that accumulate before the handler runs are merged into one call. For the write-ahead log
+/// of an SQLite store, all growth that belongs to one commit is one event, delivered as soon as the
+/// commit can be read: SQLite appends to the log first and makes the commit visible only then, so
+/// that a reader that acted on the first byte would see the old state of the store. Growth of any
+/// other file is reported at once.
 ///
 /// All members are called on the queue's thread; handlers run there too.
 class VnodeSource
@@ -36,28 +36,28 @@ public:
     /// handler holds, until it is cancelled. Set before `resume`.
     virtual void setEventHandler(Handler handler) = 0;
 
-    /// What to run once after `cancel`, when no event will be delivered any more.
+    /// What to run once after `cancel`, when no more events are delivered.
     virtual void setCancelHandler(Handler handler) = 0;
 
-    /// Starts the delivery of events. What happens to the file from now on is reported. Throws
-    /// std::system_error when the host has nothing left to watch with.
+    /// Starts the delivery of events from now on. Throws std::system_error when the system lacks
+    /// the resources to watch.
     virtual void resume() = 0;
 
     /// Ends the delivery: no event handler starts after this. The cancel handler runs later on the
     /// queue; after it both handlers are dropped. A second call does nothing.
     virtual void cancel() = 0;
 
-    /// Inside the event handler: what the call stands for.
+    /// Inside the event handler: the events that the call reports.
     [[nodiscard]] virtual VnodeEvents data() const = 0;
 };
 
-/// Makes a source for an open file; handed in, so that tests can script one.
+/// Makes a source for an open file. Injected, so that tests can script one.
 using VnodeSourceFactory =
     std::function<std::unique_ptr<VnodeSource>(int fileDescriptor, VnodeEvents mask, Queue& queue)>;
 
-/// The host's own source for the file behind `fileDescriptor`, which the caller keeps open until
-/// the cancel handler has run. Only events in `mask` are reported. Throws std::system_error with
-/// the host's error when the file cannot be watched.
+/// The system's source for the file behind `fileDescriptor`, which the caller keeps open until the
+/// cancel handler has run. Only events in `mask` are reported. Throws std::system_error with the
+/// system's error when the file cannot be watched.
 [[nodiscard]] std::unique_ptr<VnodeSource>
 makeFileSystemObjectSource(int fileDescriptor, VnodeEvents mask, Queue& queue);
 

@@ -26,8 +26,8 @@ constexpr std::uint32_t formatVersion = 3'007'000;
 constexpr std::int64_t logHeaderSize = 32;
 constexpr std::int64_t frameHeaderSize = 24;
 
-/// The index's header as it lies in the file, in the byte order of the processor. It is there
-/// twice: a writer changes the second copy first, so that the two differ while it does.
+/// The index's header as it is stored, in native byte order and twice: a writer updates the second
+/// copy first, so that the two differ meanwhile.
 struct StoredHeader
 {
     std::uint32_t version;
@@ -121,7 +121,7 @@ WalIndex::Lock WalIndex::writeLock()
     return lock.l_type == F_UNLCK ? Lock::free : Lock::held;
 }
 
-/// Opens the index unless it is open; the one that has taken its place where it was replaced.
+/// Opens the index unless it is open; the new one if it was replaced.
 bool WalIndex::open()
 {
     if (!file) {
@@ -130,7 +130,7 @@ bool WalIndex::open()
     struct stat current
     {};
     if (::stat(file->c_str(), &current) != 0) {
-        // One that cannot be looked at for the moment is most likely still the one that was opened.
+        // An index that cannot be examined at the moment is most likely still the one that is open.
         return errno != ENOENT && descriptor >= 0;
     }
     if (descriptor >= 0 && current.st_dev == device && current.st_ino == inode) {

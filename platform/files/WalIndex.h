@@ -10,15 +10,15 @@
 namespace orlimo {
 
 /// The shared index of an SQLite write-ahead log, the file beside the log whose name ends in
-/// "-shm": which of the log's frames are committed, and who is at work on it. Reading it takes
-/// nothing and disturbs nobody. Used on one thread.
+/// "-shm": which of the log's frames are committed, and whether it is being written. Reading it
+/// takes no lock. Used on one thread.
 class WalIndex
 {
 public:
-    /// What the index publishes about the log.
+    /// The index's header.
     struct Header
     {
-        /// Changes with each commit, also when the log is restarted.
+        /// Changes with each commit and when the log is restarted.
         std::uint32_t commits = 0;
         /// How many frames of the log are committed.
         std::uint32_t frames = 0;
@@ -28,7 +28,7 @@ public:
         /// byte first, that grows by one then; the second is random.
         std::array<std::uint32_t, 2> salts{};
 
-        /// How many of the log's bytes hold commits that can be read.
+        /// The length of the log up to the end of its last commit, in bytes.
         [[nodiscard]] std::int64_t committedBytes() const;
 
         /// How often the log was restarted since `earlier`, which is of the same log.
@@ -37,10 +37,10 @@ public:
         [[nodiscard]] bool operator==(const Header&) const = default;
     };
 
-    /// How much the index tells.
+    /// Whether the index can be read.
     enum class State {
-        absent,   ///< there is no index that could be read, or none of a known format
-        changing, ///< a writer is just publishing a commit
+        absent,   ///< no readable index, or one of an unknown format
+        changing, ///< a writer is publishing a commit
         readable,
     };
 
@@ -55,18 +55,18 @@ public:
     enum class Lock {
         free,
         held,
-        unknown, ///< the system did not tell
+        unknown, ///< the system returned an error
     };
 
     /// For the log at `log`. A file whose name does not end in "-wal" has no index.
     explicit WalIndex(const std::filesystem::path& log);
 
-    /// What the index says now.
+    /// The index's current state.
     [[nodiscard]] Reading read();
 
-    /// The lock that a writer holds from before it appends its first frame until after its commit
-    /// can be read, and a checkpoint that cuts the log until it has. Free without an index; a lock
-    /// of this process's own does not count.
+    /// The write lock: held by a writer from before its first frame until its commit can be read,
+    /// and by a checkpoint while it truncates the log. Free without an index; locks of this process
+    /// do not count.
     [[nodiscard]] Lock writeLock();
 
 private:
@@ -74,7 +74,7 @@ private:
 
     std::optional<std::filesystem::path> file;
     /// Never closed: closing any descriptor of the index drops every lock that this process holds
-    /// on it, those of its own SQLite connection included.
+    /// on it, including those of its SQLite connection.
     int descriptor = -1;
     dev_t device = 0;
     ino_t inode = 0;

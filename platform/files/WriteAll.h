@@ -8,7 +8,7 @@
 
 namespace orlimo {
 
-/// Writes `bytes` to `descriptor`, in one write unless the host takes them in pieces. What cannot
+/// Writes `bytes` to `descriptor`, in one write unless the system accepts only a part. What cannot
 /// be written is dropped.
 inline void writeAll(int descriptor, std::string_view bytes)
 {
@@ -17,7 +17,7 @@ inline void writeAll(int descriptor, std::string_view bytes)
         if (written > 0) {
             bytes.remove_prefix(static_cast<std::size_t>(written));
         } else if (written < 0 && (errno == EAGAIN || errno == EWOULDBLOCK)) {
-            // Whoever started us handed down a descriptor that does not block: wait for its reader.
+            // The parent process passed a non-blocking descriptor: wait for its reader.
             pollfd writable{descriptor, POLLOUT, 0};
             ::poll(&writable, 1, -1);
         } else if (written == 0 || errno != EINTR) {

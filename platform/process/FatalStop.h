@@ -4,11 +4,11 @@
 
 namespace orlimo {
 
-/// Ends the process by abort, for a state that the program holds impossible. Before it, one line on
-/// standard error names the place and the reason; standard output is left alone.
+/// Aborts the process in a state that is held impossible, after one line on standard error with the
+/// location and the reason.
 ///
-/// May be called on any thread. Never returns, unwinds nothing and runs no exit handler. `file` and
-/// `line` are the caller's own place.
+/// Any thread. Unwinds nothing, runs no exit handler and does not flush standard output. `file` and
+/// `line` are the caller's location.
 [[noreturn]] void fatalStop(
     std::string_view reason, const char* file = __builtin_FILE(), int line = __builtin_LINE());
 

@@ -6,9 +6,8 @@
 
 namespace orlimo {
 
-/// The socket by which a service's output reaches systemd's journal, as the variable JOURNAL_STREAM
-/// names it: see systemd.exec(5). The variable is inherited, also by programs whose output goes
-/// somewhere else.
+/// The socket of a service's output to systemd's journal, named by the variable JOURNAL_STREAM: see
+/// systemd.exec(5). Programs whose output is redirected inherit the variable too.
 class JournalStream
 {
 public:

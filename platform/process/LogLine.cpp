@@ -17,7 +17,7 @@ namespace {
 /// Whether standard output ends in the journal.
 bool isOutputJournaled()
 {
-    // Read once: another thread's line may come while the main thread changes the environment.
+    // Read once: another thread may log while the main thread changes the environment.
     static const auto journal = JournalStream::parse(environmentVariable("JOURNAL_STREAM"));
     return journal && journal->matches(STDOUT_FILENO);
 }
@@ -32,7 +32,7 @@ void writeLogLine(std::string_view line)
     std::string bytes;
     bytes.reserve(line.size() + 1);
     bytes.append(line).push_back('\n');
-    // A write to a pipe is whole only while it fits into a page.
+    // Writes to a pipe are atomic only up to a page.
     static std::mutex outputMutex;
     const std::lock_guard guard(outputMutex);
     writeAll(STDOUT_FILENO, bytes);

@@ -12,8 +12,8 @@ void prepareStandardStreams()
 {
     for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
         if (::fcntl(stream, F_GETFD) < 0) {
-            // The lowest free number is given out, which is this stream's own. Deliberately not
-            // closed on exec: a child gets the three streams too.
+            // The lowest free descriptor is this stream's. Deliberately not closed on exec:
+            // children inherit the three streams.
             (void)::open("/dev/null", O_RDWR); // NOLINT(android-cloexec-open)
         }
     }

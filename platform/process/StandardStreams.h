@@ -2,10 +2,9 @@
 
 namespace orlimo {
 
-/// Makes the three standard streams safe to write to for the whole life of the process: a stream
-/// that was closed at the start is opened on nothing, so that no file opened later can receive log
-/// lines in its place, and a reader that hangs up no longer ends the process. Call first thing in
-/// `main`.
+/// Makes the three standard streams safe to write to for the life of the process: a closed stream
+/// is opened on /dev/null, so that no file opened later receives log lines under its number, and
+/// SIGPIPE is ignored. Call first thing in `main`.
 void prepareStandardStreams();
 
 } // namespace orlimo

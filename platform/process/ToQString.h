@@ -6,7 +6,7 @@
 
 namespace orlimo {
 
-/// Text in UTF-8, as the toolkit holds it.
+/// Converts UTF-8 to a QString.
 [[nodiscard]] inline QString toQString(std::string_view utf8)
 {
     return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));

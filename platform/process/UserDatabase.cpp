@@ -10,7 +10,7 @@ namespace orlimo {
 
 std::optional<UserEntry> currentUserEntry()
 {
-    // Far more than any entry holds; a database that asks for more each time is broken.
+    // Far more than any entry needs; a database that keeps requesting more is broken.
     constexpr std::size_t limit = std::size_t{1} << 20U;
     std::vector<char> strings(1024);
     passwd entry{};

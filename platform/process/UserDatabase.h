@@ -5,15 +5,15 @@
 
 namespace orlimo {
 
-/// What the user database knows of a user.
+/// A user's entry in the user database.
 struct UserEntry
 {
-    /// Bytes as the file system takes them. An entry without one is damaged.
+    /// A native path. An entry without one is damaged.
     std::optional<std::string> homeDirectory;
 };
 
-/// The entry of the user who runs the process, from the user database and never from the
-/// environment. None when there is no such entry.
+/// The entry of the process's real user, from the user database and never from the environment.
+/// Absent when there is none. Any thread.
 [[nodiscard]] std::optional<UserEntry> currentUserEntry();
 
 } // namespace orlimo

@@ -29,12 +29,11 @@ public:
             }
             pendingWork.push_back(std::move(work));
         }
-        // Not under the mutex, for which the event loop's thread that wakes would fall asleep
-        // again.
+        // Not under the mutex, on which the event loop's thread would block as it wakes.
         QCoreApplication::postEvent(this, event.release());
     }
 
-    /// From here on work is dropped: there is no event loop any more to post to.
+    /// Drops work from now on: there is no event loop left to post to.
     void close()
     {
         const std::lock_guard guard(mutex);
@@ -43,8 +42,8 @@ public:
 
     bool event(QEvent* event) override
     {
-        // The mutex comes before the first look at the event, which was made by another thread:
-        // Qt's own hand-over of it is not visible to the thread sanitizer.
+        // Lock before the first access to the event, which another thread created: the thread
+        // sanitizer does not see Qt's synchronization.
         std::unique_lock guard(mutex);
         if (event->type() != QEvent::User) {
             guard.unlock();
@@ -63,7 +62,7 @@ private:
     std::deque<Work> pendingWork;
 };
 
-// Deliberately never destroyed: threads that outlive the application object may still offer work.
+// Deliberately never destroyed: threads that outlive the application object may still post work.
 EventLoopQueue& sharedQueue()
 {
     static EventLoopQueue* const queue = [] {

@@ -4,7 +4,7 @@
 
 namespace orlimo {
 
-/// A place where work is run later, in another context than the one that offers it.
+/// Runs work later, in another context than the caller's.
 class Queue
 {
 public:
@@ -15,19 +15,19 @@ public:
     Queue& operator=(const Queue&) = delete;
     virtual ~Queue() = default;
 
-    /// Takes `work`, returns at once and runs it once, later. May be called on any thread. The
-    /// queue owns the work until it has run; work that is still waiting when the event loop is
-    /// taken down is not run any more.
+    /// Queues `work`, which runs once, and returns at once. Any thread. The queue owns the work
+    /// until it has run. The main queue drops work that is pending when the application object is
+    /// destroyed.
     virtual void async(Work work) = 0;
 };
 
 /// The queue of the application's event loop: work runs on the main thread, one piece at a time, in
-/// the order in which it was offered. The first call must come after the application object was
-/// built; the queue itself lives to the end of the process.
+/// the order of the calls. The first call must follow the construction of the application object;
+/// the queue lives to the end of the process.
 [[nodiscard]] Queue& mainQueue();
 
-/// The host's concurrent queue of background priority. Work may run on several threads at a time;
-/// where the host has no thread left, it waits for the next offer. Lives to the end of the process.
+/// The concurrent queue of background priority. Work may run on several threads at a time; while
+/// the system has no thread left, it waits for the next call. Lives to the end of the process.
 [[nodiscard]] Queue& backgroundQueue();
 
 } // namespace orlimo

@@ -52,7 +52,7 @@ QDBusMessage SessionBus::call(const QDBusMessage& message, Uptime deadline) cons
     const auto remaining =
         std::chrono::duration_cast<std::chrono::milliseconds>(deadline - currentUptime());
     if (remaining <= std::chrono::milliseconds::zero()) {
-        // Less than nothing would be a limit of the connection's own choice.
+        // A negative timeout would mean the default one.
         return QDBusMessage::createError(QDBusError::NoReply, QString());
     }
     return connection.call(message, QDBus::Block, static_cast<int>(remaining.count()));
@@ -68,7 +68,7 @@ QVariant SessionBus::callBusDaemon(
         method);
     request.setArguments(arguments);
     const QDBusMessage reply = call(request, deadline);
-    // An error has an argument, too: its text.
+    // An error has an argument too: its text.
     return reply.type() == QDBusMessage::ReplyMessage ? reply.arguments().value(0) : QVariant();
 }
 

@@ -9,13 +9,12 @@
 
 namespace orlimo {
 
-/// A connection to the session bus that nothing else in the program uses, closed with the object.
-/// Its calls wait for the answer until `deadline`, after which there is none. Needs no application
-/// object of the toolkit.
+/// A private connection to the session bus, closed with the object. Calls time out at `deadline`.
+/// Needs no QCoreApplication.
 class SessionBus
 {
 public:
-    /// Connects. Where there is no bus the connection is not connected, and every call fails.
+    /// Connects. Without a bus, isConnected() is false and every call fails.
     SessionBus();
     SessionBus(const SessionBus&) = delete;
     SessionBus& operator=(const SessionBus&) = delete;
@@ -23,34 +22,33 @@ public:
 
     [[nodiscard]] bool isConnected() const { return connection.isConnected(); }
 
-    /// What became of a name that was asked for.
+    /// The result of a request for a name.
     enum class Ownership {
         acquired,
-        ownedByOther, ///< somebody else has it
-        refused,      ///< the bus does not give it, or does not answer
+        ownedByOther, ///< another connection owns it
+        refused,      ///< the bus returned an error or did not reply
     };
 
-    /// Takes `name` for this connection unless somebody else has it.
+    /// Acquires `name` for this connection unless another owns it.
     [[nodiscard]] Ownership requestName(const QString& name, Uptime deadline) const;
 
-    /// Gives `name` back. When this returns nobody finds it at this connection any more, unless the
-    /// bus did not answer.
+    /// Releases `name`. On return the bus no longer resolves it to this connection, unless it did
+    /// not reply.
     void releaseName(const QString& name, Uptime deadline) const;
 
-    /// The connection that has `name`, by the name that no other one ever has; empty when there is
-    /// none.
+    /// The unique name of the connection that owns `name`; empty when there is none.
     [[nodiscard]] QString ownerOf(const QString& name, Uptime deadline) const;
 
-    /// Puts `object`, which stays the caller's, on the bus with all its slots.
+    /// Exports all slots of `object`, which stays the caller's.
     void registerObject(QObject& object, const QString& path);
 
     void send(const QDBusMessage& message) const { connection.send(message); }
 
-    /// The reply to `message`, an error when there is none.
+    /// The reply to `message`; an error message when there is none.
     [[nodiscard]] QDBusMessage call(const QDBusMessage& message, Uptime deadline) const;
 
 private:
-    /// The bus's own answer; invalid when it answers with an error or not at all.
+    /// The bus daemon's reply; invalid for an error or a timeout.
     [[nodiscard]] QVariant
     callBusDaemon(const QString& method, const QVariantList& arguments, Uptime deadline) const;
 

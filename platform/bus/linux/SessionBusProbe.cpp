@@ -25,8 +25,8 @@ namespace {
 
 constexpr const char* addressVariable = "DBUS_SESSION_BUS_ADDRESS";
 
-/// An address of a kind that does not exist, so that connecting fails at once. An absent address
-/// would stand for the socket in the runtime folder.
+/// An address with an unknown transport, so that connecting fails at once. An absent address would
+/// mean the socket in the runtime folder.
 constexpr const char* disabledAddress = "disabled:";
 
 std::vector<std::string_view> split(std::string_view text, char separator)
@@ -42,7 +42,7 @@ std::vector<std::string_view> split(std::string_view text, char separator)
     }
 }
 
-/// The addresses that are tried in turn, as D-Bus defines them.
+/// The addresses to try in turn, as the D-Bus specification defines them.
 std::string sessionBusAddresses()
 {
     std::string addresses = environmentVariable(addressVariable);
@@ -52,14 +52,14 @@ std::string sessionBusAddresses()
     return addresses;
 }
 
-/// A local socket's address as the system takes it.
+/// The address of a local socket.
 struct SocketAddress
 {
     sockaddr_un name{};
     socklen_t size = 0;
 };
 
-/// The local socket that one address stands for; absent for any other address.
+/// The local socket of a D-Bus address; absent for other transports.
 std::optional<SocketAddress> socketAddress(std::string_view address)
 {
     constexpr std::string_view transport = "unix:";
@@ -98,7 +98,7 @@ enum class Response {
     notConnected,
 };
 
-/// The result of `call`, made again where a signal interrupts it.
+/// The result of `call`, repeated when a signal interrupts it.
 template <typename Call> auto uninterrupted(int socket, Uptime deadline, const Call& call)
 {
     decltype(call()) result = -1;
@@ -109,7 +109,7 @@ template <typename Call> auto uninterrupted(int socket, Uptime deadline, const C
     return result;
 }
 
-/// Asks the bus which ways to authenticate it knows, which is the first thing that it says.
+/// Requests the authentication mechanisms of the bus, which are the first thing that it sends.
 Response probeBusAt(const SocketAddress& address, Uptime deadline)
 {
     const UniqueFd socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
@@ -119,7 +119,7 @@ Response probeBusAt(const SocketAddress& address, Uptime deadline)
         return ::connect(descriptor, general, address.size);
     });
     if (connecting != 0) {
-        // Waiting ends only where the queue of a bus that does not accept is full.
+        // EAGAIN: the backlog of a bus that does not accept is full.
         return errno == EAGAIN ? Response::missing : Response::notConnected;
     }
     constexpr std::string_view authRequest{"\0AUTH\r\n", 7};
@@ -132,7 +132,7 @@ Response probeBusAt(const SocketAddress& address, Uptime deadline)
     return receiving < 0 && errno == EAGAIN ? Response::missing : Response::received;
 }
 
-/// What the first of the addresses that can be connected to does.
+/// The response of the first address that accepts a connection.
 Response probeSessionBus(std::string_view addresses, Uptime deadline)
 {
     for (const std::string_view address : split(addresses, ';')) {

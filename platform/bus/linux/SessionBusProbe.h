@@ -4,14 +4,13 @@
 
 namespace orlimo {
 
-/// Takes the session bus away from this process and the programs that it starts if the bus accepts
-/// a connection but has sent nothing until `deadline`: every later connection to it, those of Qt's
-/// own included, would wait without a limit. Writes a line on standard error then. A bus that
-/// answers, that cannot be connected to, or that is reached by anything but a local socket is left
-/// as it is.
+/// Disables the session bus for this process and its children, with a line on standard error, if
+/// the bus accepts a connection but has sent nothing by `deadline`: every later connection to it,
+/// Qt's included, would wait without a limit. A bus that responds, that refuses the connection, or
+/// that has no local socket is left alone.
 ///
-/// Main thread, before anything in the process uses the session bus. Costs one round
-/// trip; a bus that has responded once is not asked again.
+/// Main thread, before anything in the process uses the session bus. Costs one round trip; a bus
+/// that has responded once is not probed again.
 void disableUnresponsiveSessionBus(Uptime deadline);
 
 } // namespace orlimo

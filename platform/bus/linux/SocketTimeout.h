@@ -11,12 +11,12 @@
 
 namespace orlimo {
 
-/// Has what waits on `socket` fail with EAGAIN at the deadline: in the `directions` SO_SNDTIMEO,
-/// which is for connecting too, and SO_RCVTIMEO. Any thread.
+/// Makes blocking calls on `socket` fail with EAGAIN at the deadline, in the given `directions`:
+/// SO_SNDTIMEO, which also covers connect(), and SO_RCVTIMEO. Any thread.
 inline void setSocketTimeout(int socket, Uptime deadline, std::initializer_list<int> directions)
 {
     using std::chrono::microseconds;
-    // Zero would stand for no limit.
+    // Zero would mean no limit.
     const auto remaining =
         std::max(microseconds(1), std::chrono::ceil<microseconds>(deadline - currentUptime()));
     const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(remaining);

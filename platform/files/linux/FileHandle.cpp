@@ -41,8 +41,7 @@ private:
 
 FileHandle FileHandle::openForReading(const std::filesystem::path& file)
 {
-    // Not blocking, so that a pipe which someone put in the file's place cannot stop the main
-    // thread.
+    // Non-blocking, so that a pipe under the file's name cannot stop the main thread.
     UniqueFd opened(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     if (!opened) {
         throw std::system_error(errno, std::generic_category(), "cannot open " + file.string());

@@ -40,21 +40,20 @@ UniqueFd checked(int descriptor, const char* what)
     return UniqueFd(descriptor);
 }
 
-/// The link that leads to the file behind an open descriptor, whatever its name has become.
+/// A path to the file behind an open descriptor, whatever its current name.
 std::filesystem::path linkTo(int descriptor)
 {
     return "/proc/self/fd/" + std::to_string(descriptor);
 }
 
-/// The name under which the file was opened; empty when the host does not tell.
+/// The file's name; empty when it is unknown.
 std::filesystem::path pathOf(int descriptor)
 {
     std::error_code unknown;
     return std::filesystem::read_symlink(linkTo(descriptor), unknown);
 }
 
-/// Keeps signals from this thread, and from those that it starts for their whole lives, while the
-/// object lives.
+/// Blocks all signals in this thread, and in the threads that it starts, while the object lives.
 class PosixSignalBlocker
 {
 public:
@@ -72,9 +71,9 @@ private:
     sigset_t previous{};
 };
 
-/// Watches with inotify, on a thread of its own that sleeps until the file changes. The thread, and
-/// not the event loop, looks at the file: sizes are compared the moment they change, and waiting
-/// for a writer never holds the main thread up.
+/// Watches with inotify, on a thread of its own that sleeps until the file changes. That thread
+/// examines the file, so that sizes are compared as soon as they change and waiting for a writer
+/// never blocks the main thread.
 class InotifyVnodeSource final : public VnodeSource
 {
 public:
@@ -82,7 +81,7 @@ public:
         : eventMask(mask)
         , inotifyDescriptor(
               checked(::inotify_init1(IN_CLOEXEC | IN_NONBLOCK), "cannot watch files"))
-        , stopEvent(checked(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK), "cannot make an event"))
+        , stopEvent(checked(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK), "cannot create an event"))
         , growth(addWatch(fileDescriptor), pathOf(fileDescriptor), currentUptime)
         , delivery(std::make_shared<VnodeEventDelivery>(queue))
     {}
@@ -107,7 +106,7 @@ public:
         if (watcher.joinable() || (eventMask & vnodeExtend) == 0) {
             return;
         }
-        // Signals are the main thread's business.
+        // Only the main thread handles signals.
         const PosixSignalBlocker signalBlocker;
         watcher = std::thread([this] { watch(); });
     }
@@ -123,8 +122,8 @@ public:
     }
 
 private:
-    /// Sets the watch before the size is first looked at: growth between the two is then seen twice
-    /// at the worst, never missed.
+    /// Sets the watch before the size is first read: growth between the two is then seen twice at
+    /// worst, never missed.
     int addWatch(int fileDescriptor)
     {
         if (::inotify_add_watch(
@@ -136,11 +135,10 @@ private:
 
     void watch()
     {
-        // The pauses are as long as they are meant to be, and not half as long again.
+        // The default slack of 50 us would lengthen the shortest poll interval by half.
         (void)::prctl(PR_SET_TIMERSLACK, 1UL);
         do {
-            // Before the file is looked at: what changes after that leaves a notification to be
-            // woken by.
+            // Before the file is checked: a later change leaves a notification that ends the sleep.
             drainNotifications();
             if (growth.check()) {
                 delivery->post(vnodeExtend);
@@ -148,8 +146,7 @@ private:
         } while (sleep());
     }
 
-    /// Until the file changes or until it is time to look again; false when the source is
-    /// cancelled.
+    /// Sleeps until the file changes or the next check is due; false when the source is cancelled.
     bool sleep()
     {
         std::array<pollfd, 2> pollDescriptors{
@@ -181,7 +178,7 @@ private:
     VnodeEvents eventMask;
     UniqueFd inotifyDescriptor;
     UniqueFd stopEvent;
-    /// The watching thread's own once that runs.
+    /// Used by the watching thread alone once that runs.
     GrowthDetector growth;
     std::shared_ptr<VnodeEventDelivery> delivery;
     bool cancelled = false;

@@ -7,7 +7,7 @@
 
 namespace orlimo {
 
-/// makeFileSystemObjectSource() with the clock by which a writer's time is counted.
+/// makeFileSystemObjectSource() with the clock that times the wait for a writer.
 [[nodiscard]] std::unique_ptr<VnodeSource> makeDispatchVnodeSource(
     int fileDescriptor, VnodeEvents mask, Queue& queue, const UptimeClock& clock);
 

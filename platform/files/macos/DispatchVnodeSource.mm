@@ -28,7 +28,7 @@ namespace {
 
 static_assert(vnodeExtend == DISPATCH_VNODE_EXTEND);
 
-/// Fails with the host's error for what is not open: the dispatch library would only fall silent.
+/// Throws the system's error for a closed descriptor: the dispatch library would report nothing.
 int checked(int descriptor)
 {
     struct stat status
@@ -39,7 +39,7 @@ int checked(int descriptor)
     return descriptor;
 }
 
-/// The name of an open file; empty when the host does not tell.
+/// The name of an open file; empty when it is unknown.
 std::filesystem::path pathOf(int descriptor)
 {
     std::array<char, MAXPATHLEN> name{};
@@ -47,7 +47,7 @@ std::filesystem::path pathOf(int descriptor)
                                                             : std::filesystem::path();
 }
 
-/// Runs work where it is offered.
+/// Runs work at once on the calling thread.
 class InlineQueue final : public Queue
 {
 public:
@@ -90,7 +90,7 @@ public:
         }
     }
 
-    /// Looks at the file no more.
+    /// Ends the checks.
     void end()
     {
         ended = true;
@@ -100,11 +100,11 @@ public:
         }
     }
 
-    /// What to run when the system has let go of the file, which may then be closed. Set before the
+    /// What to run when the system has released the file, which may then be closed. Set before the
     /// source is cancelled.
     void setReleaseHandler(std::function<void()> handler) { releaseHandler = std::move(handler); }
 
-    /// The system has let go of the file.
+    /// The system has released the file.
     void release()
     {
         end();
@@ -117,9 +117,9 @@ public:
 private:
     void handleExtend()
     {
-        // The system says that the file grew, so that its size need not show it: the file may have
-        // been cut since. A file that is as it was at the last look, however, was reported with
-        // that: the system tells of a commit's last frames once more when they are long delivered.
+        // The system reports growth, which the size need not show: the file may have been truncated
+        // since. An unchanged file, however, was reported with the previous check: the system
+        // reports a commit's last frames again long after their delivery.
         if (changeDetector.hasChanged()) {
             check(true);
         } else if (growth.isWaiting()) {
@@ -137,7 +137,7 @@ private:
         }
     }
 
-    /// The thread goes on to other work: nothing waits for the writer.
+    /// The thread continues with other work; nothing blocks on the writer.
     void scheduleCheck()
     {
         isCheckScheduled = true;
@@ -152,7 +152,7 @@ private:
             0);
     }
 
-    /// A strict timer: others, dispatch_after() included, the system may put off, and does so at
+    /// A strict timer: the system may postpone others, dispatch_after() included, and does so at
     /// length for a program without a window.
     [[nodiscard]] DispatchObject<dispatch_source_t> makeTimer()
     {
@@ -175,7 +175,7 @@ private:
     {
         isCheckScheduled = false;
         if (!ended && growth.isWaiting()) {
-            // Before the look: what changes after that is looked at when the system reports it.
+            // Before the check: a later change is checked when the system reports it.
             (void)changeDetector.hasChanged();
             check(false);
         }
@@ -186,7 +186,7 @@ private:
     GrowthDetector growth;
     std::shared_ptr<VnodeEventDelivery> delivery;
     std::function<void()> releaseHandler;
-    /// Made when growth waits for the first time.
+    /// Created when growth waits for the first time.
     std::optional<DispatchObject<dispatch_source_t>> timer;
     bool isCheckScheduled = false;
     bool ended = false;
@@ -262,7 +262,7 @@ private:
         return DispatchObject<dispatch_source_t>::adopt(made);
     }
 
-    /// Ends the watch; runs `announce` when the system has let go of the file.
+    /// Ends the watch; runs `completion` when the system has released the file.
     void release(const std::function<void()>& completion)
     {
         if (isOnMainQueue) {
@@ -271,7 +271,7 @@ private:
             cancelSource(completion);
             return;
         }
-        // Whatever runs on the source's own queue ends soon, for nothing waits there.
+        // Nothing blocks on the source's own queue.
         const auto released = std::make_shared<std::promise<void>>();
         cancelSource([released] { released->set_value(); });
         released->get_future().wait();
@@ -283,7 +283,7 @@ private:
     {
         watch->setReleaseHandler(std::move(onRelease));
         dispatch_source_cancel(source.get());
-        // One that was never active has to be, to let go and to be let go of.
+        // An inactive source neither runs its cancel handler nor may be released.
         dispatch_activate(source.get());
     }
 

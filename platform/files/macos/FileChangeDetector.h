@@ -5,17 +5,16 @@
 
 namespace orlimo {
 
-/// Tells whether an open file has changed since it was last looked at, by its size and by the time
-/// of its last modification: growth after a truncation counts also where it ends at the size that
-/// the file had.
+/// Detects changes of an open file by its size and modification time: growth after a truncation
+/// counts even if the file ends at its old size.
 class FileChangeDetector
 {
 public:
     /// For the file behind `fileDescriptor`, which stays the caller's.
     explicit FileChangeDetector(int fileDescriptor);
 
-    /// Whether the file is not as it was at the last look. True at the first look, and for a file
-    /// that cannot be asked.
+    /// Whether the file has changed since the previous call. True at the first call, and when
+    /// fstat() fails.
     [[nodiscard]] bool hasChanged();
 
 private:

@@ -31,7 +31,7 @@ bool isPipe(const std::filesystem::path& file)
     return ::stat(file.c_str(), &status) == 0 && S_ISFIFO(status.st_mode);
 }
 
-/// The system would wait for a writer, on the main thread.
+/// Opening a pipe through Foundation would block the main thread until there is a writer.
 Retained<NSFileHandle*> openPipe(const std::filesystem::path& file)
 {
     UniqueFd opened(::open(file.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
@@ -61,7 +61,7 @@ Retained<NSFileHandle*> openFileOrFolder(const std::filesystem::path& file)
     return Retained<NSFileHandle*>::retain(handle);
 }
 
-/// Nothing here has a destructor: a frame that the system's exception ends must need none.
+/// No object here has a destructor: NSException would not run it.
 std::uint64_t endOffset(NSFileHandle* handle)
 {
     @try
@@ -69,7 +69,7 @@ std::uint64_t endOffset(NSFileHandle* handle)
         return [handle seekToEndOfFile];
     } @catch (NSException*)
     {
-        return 0; // what has no position is no misuse here
+        return 0; // the file has no position
     }
 }
 

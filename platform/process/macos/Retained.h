@@ -6,7 +6,7 @@
 
 namespace orlimo {
 
-/// Owns one reference to an object of the system and releases it when it goes. `Object` is the
+/// Owns one reference to an Objective-C object and releases it on destruction. `Object` is the
 /// pointer type, such as NSString*. The tree's Objective-C++ is compiled without automatic
 /// reference counting.
 template <typename Object> class Retained
@@ -14,10 +14,10 @@ template <typename Object> class Retained
 public:
     Retained() = default;
 
-    /// Takes over a reference that the caller holds, as from alloc, copy or new.
+    /// Takes over the caller's reference, as from alloc, copy or new.
     [[nodiscard]] static Retained adopt(Object owned) { return Retained(owned); }
 
-    /// Adds a reference of its own to an object that somebody else holds.
+    /// Adds a reference to an object with another owner.
     [[nodiscard]] static Retained retain(Object borrowed) { return Retained([borrowed retain]); }
 
     Retained(Retained&& other) noexcept

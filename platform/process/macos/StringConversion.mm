@@ -9,8 +9,7 @@ namespace orlimo {
 
 namespace {
 
-/// Puts U+FFFD in the place of each half of a surrogate pair; the toolkit would write a question
-/// mark for it.
+/// Replaces each unpaired surrogate by U+FFFD; Qt would write a question mark.
 void replaceUnpairedSurrogates(QString& text)
 {
     for (qsizetype index = 0; index < text.size(); ++index) {
@@ -28,8 +27,8 @@ void replaceUnpairedSurrogates(QString& text)
 
 NSString* toNSString(std::string_view utf8)
 {
-    // By way of the toolkit, which replaces what is ill-formed; the system would give nothing. A
-    // mark at the beginning is a part of the text.
+    // Through Qt, which replaces ill-formed bytes; NSString would return nil. A byte order mark at
+    // the beginning is part of the text.
     using Flag = QStringDecoder::Flag;
     QStringDecoder decoder(QStringDecoder::Utf8, Flag::Stateless | Flag::ConvertInitialBom);
     const QString text = decoder(QByteArrayView(utf8.data(), static_cast<qsizetype>(utf8.size())));

@@ -21,8 +21,8 @@ namespace {
 
 void lowerThreadPriority()
 {
-    // Ten steps of niceness: other programs come first, but a decision is never starved, as it
-    // could be under the idle scheduling class. The value 0 stands for the calling thread.
+    // Niceness 10 lets other programs come first without starving a decision, as the idle
+    // scheduling class could. The value 0 means the calling thread.
     constexpr int backgroundNiceness = 10;
     (void)::setpriority(PRIO_PROCESS, 0, backgroundNiceness);
 }
@@ -43,7 +43,7 @@ public:
                 startThread();
             }
         }
-        // Not under the mutex, for which the thread that wakes would fall asleep again.
+        // Not under the mutex, on which the thread would block as it wakes.
         workAvailable.notify_one();
     }
 
@@ -95,7 +95,7 @@ private:
     std::size_t threads = 0;
 };
 
-// Deliberately never destroyed: threads that outlive the application object may still offer work.
+// Deliberately never destroyed: threads that outlive the application object may still post work.
 BackgroundQueue& backgroundPool()
 {
     static BackgroundQueue* const queue = [] {

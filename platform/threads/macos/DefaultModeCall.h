@@ -20,7 +20,7 @@ public:
     /// A call that is scheduled is dropped.
     ~DefaultModeCall();
 
-    /// Asks for one call; what is asked before it comes is the same call. Returns at once.
+    /// Requests a call; requests before it are merged. Returns at once.
     void schedule();
 
 private:

@@ -6,15 +6,15 @@
 
 namespace orlimo {
 
-/// Owns one reference to an object of the dispatch library and releases it when it goes. `Object`
+/// Owns one reference to an object of the dispatch library and releases it on destruction. `Object`
 /// is the pointer type, such as dispatch_queue_t.
 template <typename Object> class DispatchObject
 {
 public:
-    /// Takes over a reference that the caller holds, as from a function that creates.
+    /// Takes over the caller's reference, as from a create function.
     [[nodiscard]] static DispatchObject adopt(Object owned) { return DispatchObject(owned); }
 
-    /// Adds a reference of its own to an object that somebody else holds.
+    /// Adds a reference to an object with another owner.
     [[nodiscard]] static DispatchObject retain(Object borrowed)
     {
         // Unqualified, here and below: the system's header makes macros of both functions.

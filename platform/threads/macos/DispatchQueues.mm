@@ -15,7 +15,7 @@ namespace orlimo {
 
 namespace {
 
-/// Gives `work` to the dispatch queue, where `run` takes it over.
+/// Submits `work` to the dispatch queue, where `run` takes ownership.
 void submit(dispatch_queue_t queue, Queue::Work work, dispatch_function_t run)
 {
     dispatch_async_f(queue, std::make_unique<Queue::Work>(std::move(work)).release(), run);
@@ -37,7 +37,7 @@ public:
         }
     }
 
-    /// From here on work is dropped, and what waits is not run.
+    /// Drops later and pending work.
     static void close() { isOpen() = false; }
 
 private:
@@ -85,7 +85,7 @@ Queue& mainDispatchQueue()
 
 } // namespace
 
-// No queue is ever destroyed: threads that outlive the application object may still offer work.
+// No queue is ever destroyed: threads that outlive the application object may still post work.
 
 Queue& mainQueue()
 {

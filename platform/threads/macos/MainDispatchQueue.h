@@ -2,10 +2,9 @@
 
 namespace orlimo {
 
-/// Whether the main thread's event loop runs what is on the main dispatch queue. Only the toolkit's
-/// own platform for this system does: its platforms without a display, and an application object
-/// without any platform, wait for descriptors alone. Told once and for all at the first call, which
-/// must come after the application object was built.
+/// Whether the main thread's event loop drains the main dispatch queue. Only Qt's cocoa platform
+/// does: its platforms without a display, and QCoreApplication, wait for descriptors alone.
+/// Determined at the first call, which must follow the construction of the application object.
 [[nodiscard]] bool isMainDispatchQueueDrained();
 
 } // namespace orlimo

@@ -6,8 +6,8 @@ namespace orlimo {
 
 Uptime currentUptime()
 {
-    // The clock of the system's own dispatch times: it stands still while the machine sleeps, which
-    // the standard library's steady clock does not.
+    // The clock of dispatch_time(): it stops while the machine sleeps, which the standard library's
+    // steady clock does not.
     return Uptime(std::chrono::nanoseconds(::clock_gettime_nsec_np(CLOCK_UPTIME_RAW)));
 }
 

@@ -15,7 +15,7 @@
 
 namespace orlimo {
 
-/// Reads the one end of a pipe, as fast as it is told to. Never waits.
+/// Reads the end of a pipe at the test's pace. Never blocks.
 class PipeReader
 {
 public:
@@ -25,7 +25,7 @@ public:
         (void)::fcntl(readEnd.get(), F_SETFL, O_NONBLOCK);
     }
 
-    /// Reads what is there, `most` bytes at the most.
+    /// Reads the available bytes, at most `most`.
     void read(std::size_t most)
     {
         std::array<char, 65536> buffer{};

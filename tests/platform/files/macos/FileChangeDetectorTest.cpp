@@ -1,5 +1,6 @@
-#include "platform/files/UniqueFd.h"
 #include "platform/files/macos/FileChangeDetector.h"
+
+#include "platform/files/UniqueFd.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -13,10 +14,10 @@
 namespace orlimo {
 namespace {
 
-class ChangeMeterTest : public testing::Test
+class FileChangeDetectorTest : public testing::Test
 {
 protected:
-    ChangeMeterTest()
+    FileChangeDetectorTest()
     {
         writeFile(file, "0123456789");
         setModification(1);
@@ -35,21 +36,21 @@ protected:
     UniqueFd opened;
 };
 
-TEST_F(ChangeMeterTest, TellsOnceOfEachChangeOfSizeOrTime)
+TEST_F(FileChangeDetectorTest, EachChangeOfSizeOrTimeIsDetectedOnce)
 {
-    FileChangeDetector meter(opened.get());
-    EXPECT_TRUE(meter.hasChanged()) << "what was never looked at";
+    FileChangeDetector detector(opened.get());
+    EXPECT_TRUE(detector.hasChanged()) << "first call";
     for (const std::uintmax_t size : {11U, 5U, 0U, 10U}) {
         std::filesystem::resize_file(file, size);
         setModification(1);
-        EXPECT_TRUE(meter.hasChanged()) << size;
-        EXPECT_FALSE(meter.hasChanged()) << size;
+        EXPECT_TRUE(detector.hasChanged()) << size;
+        EXPECT_FALSE(detector.hasChanged()) << size;
     }
     setModification(2);
-    EXPECT_TRUE(meter.hasChanged()) << "the same size";
-    EXPECT_FALSE(meter.hasChanged());
+    EXPECT_TRUE(detector.hasChanged()) << "the same size";
+    EXPECT_FALSE(detector.hasChanged());
     opened = UniqueFd();
-    EXPECT_TRUE(meter.hasChanged()) << "what cannot be asked";
+    EXPECT_TRUE(detector.hasChanged()) << "unknown state";
 }
 
 } // namespace
