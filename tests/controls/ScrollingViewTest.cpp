@@ -92,14 +92,6 @@ TEST_F(ScrollingViewTest, ScrollsViewWhereItDoesNotFit)
     EXPECT_EQ(scrolling.scrollBar().value(), 140);
 }
 
-TEST_F(ScrollingViewTest, ScrollsByItsBar)
-{
-    showIn(400);
-    auto& bar = const_cast<QScrollBar&>(scrolling.scrollBar());
-    bar.triggerAction(QAbstractSlider::SliderToMaximum);
-    EXPECT_EQ(area(view->last).bottom(), 400 - 21);
-}
-
 TEST_F(ScrollingViewTest, ShowsFocusedControlWithItsRing)
 {
     showIn(400);
@@ -123,19 +115,16 @@ TEST_F(ScrollingViewTest, ShowsFocusedControlWithItsRing)
     }
 }
 
-TEST_F(ScrollingViewTest, BeginsAtTopAtEachShowing)
+TEST_F(ScrollingViewTest, BeginsAtTopAtEachShowingAndWhereItFitsAgain)
 {
     showIn(400);
-    scrollWheel(20);
+    // By the bar.
+    const_cast<QScrollBar&>(scrolling.scrollBar()).triggerAction(QAbstractSlider::SliderToMaximum);
+    EXPECT_EQ(area(view->last).bottom(), 400 - 21);
     scrolling.hide();
     scrolling.show();
     EXPECT_EQ(area(view->first).top(), 20);
     EXPECT_EQ(scrolling.scrollBar().value(), 0);
-}
-
-TEST_F(ScrollingViewTest, IsWholeAgainWhereItFitsAgain)
-{
-    showIn(400);
     scrollWheel(20);
     showIn(540);
     EXPECT_FALSE(scrolling.scrollBar().isVisible());
