@@ -27,9 +27,8 @@ void SquareIconEngine::paint(
     QPainter* painter, const QRect& area, QIcon::Mode mode, QIcon::State state)
 {
     const double scale = painter->device()->devicePixelRatioF();
-    QRect square(QPoint(), squareIn(area.size()));
-    square.moveCenter(area.center());
-    painter->drawPixmap(square, scaledPixmap(square.size() * scale, mode, state, scale));
+    // QIcon has already centered the actual size.
+    painter->drawPixmap(area, scaledPixmap(area.size() * scale, mode, state, scale));
 }
 
 QSize SquareIconEngine::actualSize(const QSize& size, QIcon::Mode /*mode*/, QIcon::State /*state*/)

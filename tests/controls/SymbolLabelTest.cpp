@@ -42,34 +42,24 @@ protected:
         QStringLiteral("Latest Code"), symbol, {systemSymbol, systemSymbolSize}, 15, grayColor};
 };
 
-TEST_F(SymbolLabelTest, IsOneLineHigh)
+TEST_F(SymbolLabelTest, HasTextAfterSymbolOnOneLine)
 {
     EXPECT_EQ(label.minimumHeight(), 18);
     EXPECT_EQ(label.maximumHeight(), 18);
     EXPECT_EQ(label.textLabel().fontPixelSize(), 15);
     EXPECT_EQ(label.textLabel().font().weight(), QFont::Normal);
-}
-
-TEST_F(SymbolLabelTest, HasItsSymbolAtTheLeadingEdgeInTheMiddleOfTheLine)
-{
     const QSize size = systemSymbolSize(symbol, 15);
     ASSERT_FALSE(size.isEmpty());
     EXPECT_EQ(label.symbolArea().size(), size);
-    EXPECT_EQ(label.symbolArea().left(), 0);
     EXPECT_NEAR(QRectF(label.symbolArea()).center().y(), 9, 0.5);
     EXPECT_TRUE(label.rect().contains(label.symbolArea()));
-}
-
-TEST_F(SymbolLabelTest, HasItsTextRightAfterTheSymbol)
-{
+    EXPECT_EQ(label.symbolArea().left(), 0);
     EXPECT_EQ(
-        areaIn(label, label.textLabel()).left(),
-        label.symbolArea().left() + label.symbolArea().width() + SymbolLabel::gap);
-    EXPECT_EQ(areaIn(label, label.textLabel()).top(), 0);
+        areaIn(label, label.textLabel()).topLeft(), QPoint(size.width() + SymbolLabel::gap, 0));
     expectNothingClipped(label);
 }
 
-TEST_F(SymbolLabelTest, DrawsTheSymbolInTheTextsColorOfTheMoment)
+TEST_F(SymbolLabelTest, DrawsSymbolInCurrentTextColor)
 {
     const double textLeft = areaIn(label, label.textLabel()).left();
     EXPECT_GE(differenceToSymbol(label, grayColor(lightPalette())).left(), textLeft);
@@ -89,7 +79,7 @@ TEST_F(SymbolLabelTest, IsMirrored)
     expectNothingClipped(label);
 }
 
-TEST_F(SymbolLabelTest, WithoutAKnownSymbolIsItsText)
+TEST_F(SymbolLabelTest, WithUnknownSymbolIsItsText)
 {
     SymbolLabel without(
         QStringLiteral("Latest Code"),

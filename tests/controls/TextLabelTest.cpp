@@ -4,8 +4,6 @@
 #include "tests/support/widgets/Palettes.h"
 #include "tests/support/widgets/Picture.h"
 
-#include <QAccessible>
-#include <QApplication>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -14,22 +12,6 @@ namespace {
 
 const QString sentence =
     QStringLiteral("Full Disk Access is required to read the verification code from Messages.");
-
-TEST(TextLabel, KeepsItsFontWithAnyApplicationFont)
-{
-    const QFont before = QApplication::font();
-    QFont large = before;
-    large.setPointSize(40);
-    large.setBold(true);
-    QApplication::setFont(large);
-    const TextLabel label(QStringLiteral("Copy"), 14, textColor, QFont::Bold);
-    const TextLabel plain(QStringLiteral("Copy"), 14);
-    QApplication::setFont(before);
-    EXPECT_EQ(label.fontPixelSize(), 14);
-    EXPECT_EQ(label.font().weight(), QFont::Bold);
-    EXPECT_EQ(plain.font().weight(), QFont::Normal);
-    EXPECT_EQ(label.sizeHint().height(), 17);
-}
 
 TEST(TextLabel, AlignsItsTextOnOneLine)
 {
@@ -94,15 +76,6 @@ TEST(TextLabel, TakesItsColorFromCurrentPalette)
     const PaletteChange dark(darkPalette());
     EXPECT_THAT(Picture::of(label).at(inside), isColor(textColor(darkPalette())));
     EXPECT_EQ(label.paintedColor(), textColor(darkPalette()));
-}
-
-TEST(TextLabel, IsAnnouncedAsItsText)
-{
-    TextLabel label(QStringLiteral("Launch at login"), 13);
-    auto* accessible = QAccessible::queryAccessibleInterface(&label);
-    ASSERT_NE(accessible, nullptr);
-    EXPECT_EQ(accessible->role(), QAccessible::StaticText);
-    EXPECT_EQ(accessible->text(QAccessible::Name), QStringLiteral("Launch at login"));
 }
 
 } // namespace

