@@ -1,5 +1,3 @@
-#include "platform/loginitem/linux/MainAppService.h"
-
 #include "platform/loginitem/linux/PortalLoginItemService.h"
 #include "platform/loginitem/linux/XdgLoginItemService.h"
 

@@ -3,12 +3,13 @@
 #include "platform/files/linux/HomeFolder.h"
 #include "platform/loginitem/linux/AutostartEntry.h"
 #include "platform/loginitem/linux/RunningProgram.h"
+#include "platform/process/linux/EnvironmentVariable.h"
 
 #include <QString>
 
 #include <cerrno>
-#include <cstdlib>
 #include <filesystem>
+#include <string>
 
 namespace orlimo {
 
@@ -17,13 +18,11 @@ namespace {
 /// Where the desktop looks for the user's own entries. Absent for a user without a home.
 std::optional<std::filesystem::path> autostartFolder()
 {
-    // NOLINTBEGIN(concurrency-mt-unsafe): never set
-    const char* const configuration = std::getenv("XDG_CONFIG_HOME");
-    if (configuration != nullptr && *configuration == '/') {
+    const std::string configuration = environmentVariable("XDG_CONFIG_HOME");
+    if (configuration.starts_with('/')) {
         return std::filesystem::path(configuration) / "autostart";
     }
-    auto home = homeFolder(std::getenv("HOME"), std::nullopt);
-    // NOLINTEND(concurrency-mt-unsafe)
+    auto home = homeFolder(environmentVariable("HOME").c_str(), std::nullopt);
     if (!home) {
         home = homeFolder(nullptr, homeInUserDatabase());
     }

@@ -2,6 +2,9 @@
 
 #include "platform/loginitem/LoginItemService.h"
 
+#include <filesystem>
+#include <memory>
+
 namespace orlimo {
 
 /// The login item of a program that the desktop starts from the user's own autostart folder. Main
@@ -13,5 +16,10 @@ public:
     [[nodiscard]] std::optional<ServiceError> registerItem() override;
     [[nodiscard]] std::optional<ServiceError> unregisterItem() override;
 };
+
+/// The service for where the program runs: this one, or that of the portal if `sandboxMarker`
+/// exists, a file inside a Flatpak, whose autostart folder the desktop does not see.
+[[nodiscard]] std::unique_ptr<LoginItemService>
+makeLoginItemService(const std::filesystem::path& sandboxMarker);
 
 } // namespace orlimo

@@ -1,6 +1,5 @@
 #include "platform/loginitem/linux/PortalLoginItemService.h"
 
-#include "platform/loginitem/linux/MainAppService.h"
 #include "platform/loginitem/linux/XdgLoginItemService.h"
 #include "tests/platform/desktop/MarkingTranslator.h"
 #include "tests/platform/loginitem/linux/ScriptedPortal.h"
@@ -96,6 +95,13 @@ protected:
         return await([&] { return responses.size() >= count; });
     }
 
+    /// Registers and waits until there are `count` responses.
+    [[nodiscard]] bool registerAndAwait(std::size_t count)
+    {
+        EXPECT_EQ(service->registerItem(), std::nullopt);
+        return awaitResponses(count);
+    }
+
     /// Waits until the service has received everything that the portal has sent so far.
     [[nodiscard]] bool awaitNotified() const
     {
@@ -154,8 +160,7 @@ TEST_F(PortalLoginItem, EachRequestHasPathOfItsOwn)
     portal->onRequest(responding(0, autostart(true)));
     std::set<QString> paths;
     for (std::size_t count = 1; count <= 3; ++count) {
-        EXPECT_EQ(service->registerItem(), std::nullopt);
-        ASSERT_TRUE(awaitResponses(count));
+        ASSERT_TRUE(registerAndAwait(count));
         paths.insert(portal->requests().back().path);
     }
     EXPECT_THAT(paths, SizeIs(3));
@@ -223,8 +228,7 @@ INSTANTIATE_TEST_SUITE_P(
 TEST_F(PortalLoginItem, CancelledRequestLeavesStatus)
 {
     portal->onRequest(responding(0, autostart(true)));
-    EXPECT_EQ(service->registerItem(), std::nullopt);
-    ASSERT_TRUE(awaitResponses(1));
+    ASSERT_TRUE(registerAndAwait(1));
     portal->onRequest(responding(1, {}));
     EXPECT_EQ(service->unregisterItem(), std::nullopt);
     ASSERT_TRUE(awaitResponses(2));
@@ -237,8 +241,7 @@ TEST_F(PortalLoginItem, ResponseMayPrecedeReply)
         me.respond(request, 0, autostart(true));
         me.accept(request);
     });
-    EXPECT_EQ(service->registerItem(), std::nullopt);
-    ASSERT_TRUE(awaitResponses(1));
+    ASSERT_TRUE(registerAndAwait(1));
     EXPECT_EQ(service->status(), LoginItemStatus::enabled);
     EXPECT_THAT(responses, ElementsAre("register: done"));
 }
@@ -249,46 +252,41 @@ TEST_F(PortalLoginItem, OnlyFirstResponseCounts)
         me.respond(request, 0, autostart(true));
         me.respond(request, 1, {});
     });
-    EXPECT_EQ(service->registerItem(), std::nullopt);
-    ASSERT_TRUE(awaitResponses(1));
+    ASSERT_TRUE(registerAndAwait(1));
     portal->onRequest([](ScriptedPortal& me, const ScriptedPortal::Request& request) {
         me.refuse(me.requests().front(), QStringLiteral("too late"));
         me.accept(request);
         me.respond(request, 0, autostart(true));
     });
-    EXPECT_EQ(service->registerItem(), std::nullopt);
-    ASSERT_TRUE(awaitResponses(2));
+    ASSERT_TRUE(registerAndAwait(2));
     EXPECT_THAT(responses, ElementsAre("register: done", "register: done"));
 }
 
-TEST_F(PortalLoginItem, TellsWhatThePortalSaysAgainstTheCall)
+TEST_F(PortalLoginItem, RefusedCallIsError)
 {
     portal->onRequest([](ScriptedPortal& me, const ScriptedPortal::Request& request) {
         me.refuse(request, QStringLiteral("not for you"));
     });
-    EXPECT_EQ(service->registerItem(), std::nullopt);
-    ASSERT_TRUE(awaitResponses(1));
+    ASSERT_TRUE(registerAndAwait(1));
     EXPECT_EQ(service->status(), LoginItemStatus::notRegistered);
     EXPECT_THAT(responses, ElementsAre("register: org.freedesktop.portal.Background: not for you"));
 }
 
-TEST_F(PortalLoginItem, TellsThatThereIsNoPortal)
+TEST_F(PortalLoginItem, MissingPortalIsError)
 {
     portal.reset();
-    EXPECT_EQ(service->registerItem(), std::nullopt);
-    ASSERT_TRUE(awaitResponses(1));
+    ASSERT_TRUE(registerAndAwait(1));
     EXPECT_THAT(
         responses,
         ElementsAre(testing::MatchesRegex(
             "register: org.freedesktop.portal.Background: .*org.freedesktop.portal.Desktop.*")));
     startPortal();
     portal->onRequest(responding(0, autostart(true)));
-    EXPECT_EQ(service->registerItem(), std::nullopt);
-    ASSERT_TRUE(awaitResponses(2));
+    ASSERT_TRUE(registerAndAwait(2));
     EXPECT_EQ(service->status(), LoginItemStatus::enabled);
 }
 
-TEST_F(PortalLoginItem, FailsAtOnceWithoutABus)
+TEST_F(PortalLoginItem, MissingBusIsErrorAtOnce)
 {
     PortalLoginItemService lost(QDBusConnection(QStringLiteral("no such connection")));
     for (const auto& error : {lost.registerItem(), lost.unregisterItem()}) {
@@ -299,7 +297,7 @@ TEST_F(PortalLoginItem, FailsAtOnceWithoutABus)
     EXPECT_EQ(lost.status(), LoginItemStatus::notRegistered);
 }
 
-TEST_F(PortalLoginItem, TellsOfAPortalThatDoesNotEvenAccept)
+TEST_F(PortalLoginItem, PortalThatDoesNotAcceptIsError)
 {
     startService(std::chrono::milliseconds(200));
     portal->onRequest([](ScriptedPortal&, const ScriptedPortal::Request&) {});
@@ -383,8 +381,7 @@ TEST_F(PortalLoginItem, LaterRequestReplacesPendingOne)
     portal->accept(portal->requests().front());
     ASSERT_TRUE(awaitNotified());
     portal->onRequest(responding(0, autostart(true)));
-    EXPECT_EQ(service->registerItem(), std::nullopt);
-    ASSERT_TRUE(awaitResponses(1));
+    ASSERT_TRUE(registerAndAwait(1));
     EXPECT_THAT(responses, ElementsAre("register: done"));
     EXPECT_THAT(autostartRequests(), ElementsAre(true, true));
     EXPECT_THAT(portal->closedPaths(), ElementsAre(portal->requests().front().path));
