@@ -53,51 +53,21 @@ protected:
     CapturedSyslog syslog;
 };
 
-TEST_F(LaunchAtLoginToggle, EveryConstructorBindsSharedObservable)
-{
-    const LaunchAtLogin::Toggle<> plain;
-    const LaunchAtLogin::Toggle<> titled(QStringLiteral("x"));
-    const LaunchAtLogin::Toggle<> localized(LocalizedStringKey{"orlimo::Test", "x"});
-    const LaunchAtLogin::Toggle<QWidget> built([] { return std::make_unique<QWidget>(); });
-    EXPECT_EQ(&plain.launchAtLogin(), &LaunchAtLogin::observable());
-    EXPECT_EQ(&titled.launchAtLogin(), &LaunchAtLogin::observable());
-    EXPECT_EQ(&localized.launchAtLogin(), &LaunchAtLogin::observable());
-    EXPECT_EQ(&built.launchAtLogin(), &LaunchAtLogin::observable());
-}
-
-TEST_F(LaunchAtLoginToggle, DefaultTitleIsNotTranslated)
+TEST_F(LaunchAtLoginToggle, OnlyLocalizedKeyIsTranslated)
 {
     const MarkingTranslator translator;
-    const LaunchAtLogin::Toggle<> toggle;
-    EXPECT_EQ(toggle.label().text(), QStringLiteral("Launch at login"));
-    EXPECT_EQ(announcedName(switchOf(toggle)), QStringLiteral("Launch at login"));
-}
-
-TEST_F(LaunchAtLoginToggle, StringTitleIsShownAsPlainText)
-{
-    const MarkingTranslator translator;
-    for (const auto& title :
-         {QStringLiteral("Drag & drop"),
-          QStringLiteral("<b>bold</b> &amp;"),
-          QStringLiteral("100 %1 %s"),
-          QStringLiteral("ログイン時に起動"),
-          QString()})
-    {
-        const LaunchAtLogin::Toggle<> toggle(title);
+    const LocalizedStringKey key{"orlimo::Test", "Start"};
+    const auto markup = QStringLiteral("<b>bold</b> &amp; %1");
+    const auto expectTitle = [](const LaunchAtLogin::Toggle<>& toggle, const QString& title) {
+        EXPECT_EQ(&toggle.launchAtLogin(), &LaunchAtLogin::observable());
         EXPECT_EQ(toggle.label().text(), title);
         EXPECT_EQ(toggle.label().textFormat(), Qt::PlainText);
         EXPECT_EQ(announcedName(switchOf(toggle)), title);
-    }
-}
-
-TEST_F(LaunchAtLoginToggle, LocalizedKeyIsTranslated)
-{
-    const LocalizedStringKey key{"orlimo::Test", "Start"};
-    EXPECT_EQ(LaunchAtLogin::Toggle<>(key).label().text(), QStringLiteral("Start"));
-    const MarkingTranslator translator;
-    const LaunchAtLogin::Toggle<> toggle(key);
-    EXPECT_EQ(toggle.label().text(), QStringLiteral("orlimo::Test: Start"));
-    EXPECT_EQ(announcedName(switchOf(toggle)), QStringLiteral("orlimo::Test: Start"));
+    };
+    expectTitle(LaunchAtLogin::Toggle<>(), QStringLiteral("Launch at login"));
+    expectTitle(LaunchAtLogin::Toggle<>(markup), markup);
+    expectTitle(LaunchAtLogin::Toggle<>(QString()), QString());
+    expectTitle(LaunchAtLogin::Toggle<>(key), QStringLiteral("orlimo::Test: Start"));
 }
 
 TEST_F(LaunchAtLoginToggle, LabelIsBuiltOnce)

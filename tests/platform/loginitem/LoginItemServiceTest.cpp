@@ -1,14 +1,12 @@
 #include "platform/loginitem/LoginItemService.h"
 
 #include "tests/support/TemporaryFolder.h"
-#include "tests/support/process/ChildProcess.h"
 #include "tests/support/process/ForkedRun.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <filesystem>
-#include <optional>
 #include <string>
 
 #include <pwd.h>
@@ -114,40 +112,6 @@ TEST_F(MainAppService, FolderIsReadAtEachCall)
     });
     EXPECT_EQ(run.status, 0);
     EXPECT_TRUE(std::filesystem::exists(entry));
-}
-
-/// The service in a process of its own whose program file the test moves and deletes.
-class LoginItemOfProgram : public testing::Test
-{
-protected:
-    LoginItemOfProgram()
-    {
-        std::filesystem::copy_file(ORLIMO_PLATFORM_PROBE, program);
-        process.emplace(
-            program,
-            ChildSettings{
-                .arguments = {"login-item"},
-                .environment = {{"XDG_CONFIG_HOME", home.path().string()}}});
-    }
-
-    [[nodiscard]] std::string ask(const std::string& command) { return process->ask(command); }
-
-    TemporaryFolder home;
-    std::filesystem::path program = std::filesystem::canonical(home.path()) / "program";
-    std::filesystem::path entry = home.path() / "autostart" / entryName;
-    std::optional<ChildProcess> process;
-};
-
-TEST_F(LoginItemOfProgram, DeletedProgramIsNotFound)
-{
-    EXPECT_EQ(ask("register"), "done");
-    std::filesystem::remove(program);
-    EXPECT_EQ(ask("status"), "3");
-    writeFile(program.string() + " (deleted)", "another file");
-    EXPECT_EQ(ask("status"), "3");
-    EXPECT_EQ(ask("register"), program.string() + ": No such file or directory");
-    EXPECT_EQ(ask("unregister"), "done");
-    EXPECT_EQ(ask("status"), "3");
 }
 
 } // namespace
