@@ -78,10 +78,12 @@ protected:
 
     [[nodiscard]] testing::AssertionResult awaitOpen()
     {
-        return awaitCondition([this] {
+        auto opened = awaitCondition([this] {
             const auto all = windows();
             return all.size() == 1 && all.front().isFocused;
         });
+        lastClick = std::chrono::steady_clock::now();
+        return opened;
     }
 
     [[nodiscard]] testing::AssertionResult awaitClosed()
@@ -101,7 +103,7 @@ protected:
     }
 
     /// Clicks the icon at the pace of a person: not so soon after the last click, or after the
-    /// window closed, that both count as one. False when the bar shows no icon.
+    /// window opened for it or closed, that both count as one. False when the bar shows no icon.
     [[nodiscard]] bool clickIcon()
     {
         const bool isShown = awaitWithPolling([this] { return desktop().showsIcon(); });

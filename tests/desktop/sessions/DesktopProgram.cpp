@@ -122,10 +122,13 @@ testing::AssertionResult DesktopProgram::awaitCondition(const std::function<bool
 
 testing::AssertionResult DesktopProgram::awaitOpen()
 {
-    return awaitCondition([this] {
-        const auto opened = window();
-        return opened && hasFocus(*opened);
+    auto opened = awaitCondition([this] {
+        const auto found = window();
+        return found && hasFocus(*found);
     });
+    // A slow program counts a double click from when it has opened its window.
+    lastClick = std::chrono::steady_clock::now();
+    return opened;
 }
 
 testing::AssertionResult DesktopProgram::awaitClosed()

@@ -32,7 +32,7 @@ public:
     void start();
 
     /// Clicks the icon in the tray, at the pace of a person: not so soon after the last click, or
-    /// after the window closed, that both count as one.
+    /// after the window opened for it or closed, that both count as one.
     void clickIcon(int button = 1);
     void doubleClickIcon();
 
