@@ -18,7 +18,6 @@ set(orlimo_platform_sources
     clipboard/linux/DataControlSource.cpp
     clipboard/linux/DescriptorNotifier.cpp
     files/linux/DirectoryListing.cpp
-    process/EnvironmentVariable.cpp
     files/linux/FileHandle.cpp
     clipboard/linux/GeneralPasteboard.cpp
     files/GrowthDetector.cpp

@@ -18,7 +18,6 @@ set(orlimo_platform_sources
     services/macos/Session.cpp
     threads/macos/UptimeClock.cpp
     files/GrowthDetector.cpp
-    process/EnvironmentVariable.cpp
     process/StandardStreams.cpp
     process/UserDatabase.cpp
     files/VnodeEventDelivery.cpp

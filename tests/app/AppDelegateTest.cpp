@@ -3,6 +3,7 @@
 #include "app/guidance/GuidanceWindow.h"
 #include "app/guidance/HelperView.h"
 #include "capture/Preferences.h"
+#include "platform/desktop/Workspace.h"
 #include "tests/app/ViewTestBase.h"
 #include "tests/support/Await.h"
 #include "tests/support/FatalStopExpectation.h"

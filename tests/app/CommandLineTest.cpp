@@ -62,7 +62,8 @@ TEST(CommandLine, SelectsHowToRun)
         EXPECT_EQ(commandLine.text, "");
     }
     const char* const nothing = nullptr;
-    EXPECT_EQ(CommandLine::parse(0, &nothing).request, Request::run) << "without even a name";
+    EXPECT_EQ(CommandLine::parse(0, &nothing, systemArgumentCount).request, Request::run)
+        << "without even a name";
 }
 
 TEST(CommandLine, PrintsHelpAndVersion)

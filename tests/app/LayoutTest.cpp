@@ -7,6 +7,7 @@
 #include "controls/TextButton.h"
 #include "controls/TextLabel.h"
 #include "controls/painting/Colors.h"
+#include "platform/desktop/SystemSymbol.h"
 #include "tests/app/Appearance.h"
 #include "tests/app/ViewTestBase.h"
 #include "tests/support/process/OutputCapture.h"
@@ -28,7 +29,7 @@ using testing::ElementsAre;
 std::unique_ptr<GuidanceWindow> shownGuidance()
 {
     auto window = std::make_unique<GuidanceWindow>(
-        new HelperView([](const QUrl&) { return true; }),
+        new HelperView([](const QUrl&) { return true; }, {systemSymbol, systemSymbolSize}),
         QRect(QPoint(30, 40), GuidanceWindow::contentSize));
     showActive(*window);
     return window;

@@ -14,6 +14,7 @@
 #include "controls/TextButton.h"
 #include "controls/TextLabel.h"
 #include "controls/painting/Colors.h"
+#include "platform/desktop/SystemSymbol.h"
 #include "resources/ImageIcon.h"
 #include "tests/app/Appearance.h"
 #include "tests/app/ViewTestBase.h"
@@ -231,7 +232,8 @@ protected:
     GuidanceMeasures() { showActive(window); }
 
     PaletteChange palette{lightPalette()};
-    HelperView* view = new HelperView([](const QUrl&) { return true; });
+    HelperView* view =
+        new HelperView([](const QUrl&) { return true; }, {systemSymbol, systemSymbolSize});
     GuidanceWindow window{view, QRect(QPoint(30, 40), GuidanceWindow::contentSize)};
 };
 
@@ -351,7 +353,7 @@ TEST_F(GuidanceMeasures, AreLegibleOnDarkGroundInEveryScheme)
 TEST(Texts, AreTranslated)
 {
     const LanguageChange german(QStringLiteral("de"));
-    const HelperView view([](const QUrl&) { return true; });
+    const HelperView view([](const QUrl&) { return true; }, {systemSymbol, systemSymbolSize});
     EXPECT_EQ(named<TextLabel>(view, "title").text(), QStringLiteral("Zugriff erlauben"));
 }
 

@@ -63,7 +63,7 @@ std::vector<std::string> afterInitialLines(const std::vector<std::string>& lines
 TEST(OrlimoApp, CreatesControllerThenLogsThenWatches)
 {
     const auto lines = linesOfRun([] {
-        OrlimoApp app;
+        OrlimoApp app(systemServices());
         log("shared:", app.message() != nullptr && app.appDelegate().message == app.message());
         log("watching:", app.message()->ready());
         log("window:", app.appDelegate().window != nullptr);

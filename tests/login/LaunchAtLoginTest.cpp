@@ -194,8 +194,8 @@ TEST_F(LaunchAtLoginTest, OpenEventWithLoginPropertyIsLaunchAtLogin)
          })
     {
         services.currentLaunchEvent = [&event = event] { return event; };
-        EXPECT_EQ(LaunchAtLogin::wasLaunchedAtLogin(services), isAtLogin)
-            << (event ? event->eventId : 0);
+        LaunchAtLogin::install(services);
+        EXPECT_EQ(LaunchAtLogin::wasLaunchedAtLogin(), isAtLogin) << (event ? event->eventId : 0);
     }
     EXPECT_THAT(calls, IsEmpty());
 }

@@ -6,6 +6,7 @@
 #include "capture/Message.h"
 #include "capture/Preferences.h"
 #include "platform/preferences/UserDefaults.h"
+#include "platform/services/Session.h"
 #include "resources/translations/TranslationCatalogue.h"
 #include "sample/SampleStore.h"
 #include "tests/pictures/PictureScheme.h"

@@ -126,7 +126,8 @@ protected:
                 auto source = makeFileSystemObjectSource(fileDescriptor, mask, queue);
                 sources.push_back(source.get());
                 return source;
-            }};
+            },
+            FileHandle::openForReading};
     }
 
     /// Lengthens `path` and waits until the monitor's throttle has decided.
@@ -252,7 +253,11 @@ TEST_F(FileMonitorTest, ThousandsOfWritesOfManyThreadsAreOneCallAnInterval)
     auto background = services();
     FileMonitor::create(
         file,
-        {mainQueue(), backgroundQueue(), clock.function(), std::move(background.makeVnodeSource)})
+        {mainQueue(),
+         backgroundQueue(),
+         clock.function(),
+         std::move(background.makeVnodeSource),
+         FileHandle::openForReading})
         ->setDelegate(delegate);
     for (int round = 1; round <= 5; ++round) {
         // What is left of the round before may be this one's call as well.
@@ -281,7 +286,12 @@ protected:
 
     [[nodiscard]] WatchServices services() override
     {
-        return {main, decisions, clock.function(), ScriptedVnodeSource::factory(script)};
+        return {
+            main,
+            decisions,
+            clock.function(),
+            ScriptedVnodeSource::factory(script),
+            FileHandle::openForReading};
     }
 
     /// Whether the source's descriptor refers to the watched file.

@@ -29,7 +29,7 @@ class DiskAccessTest : public testing::Test
 protected:
     static bool hasAccess(const std::optional<UserEntry>& entry)
     {
-        return hasFullDiskAccess([&entry] { return entry; }, canList);
+        return hasFullDiskAccess([&entry] { return entry; }, canListDirectory);
     }
 
     static bool hasAccess(const std::string& homeDirectory)
@@ -156,10 +156,12 @@ TEST_F(DiskAccessTest, StopsAtEntryWithoutHome)
 TEST_F(DiskAccessTest, QueriesDatabaseOnceAndPrintsNothing)
 {
     int queries = 0;
-    EXPECT_FALSE(hasFullDiskAccess([&queries]() -> std::optional<UserEntry> {
-        ++queries;
-        return std::nullopt;
-    }));
+    EXPECT_FALSE(hasFullDiskAccess(
+        [&queries]() -> std::optional<UserEntry> {
+            ++queries;
+            return std::nullopt;
+        },
+        canListDirectory));
     EXPECT_EQ(queries, 1);
     const ForkedRun run = runForked([this] { (void)hasAccess(home.path().string()); });
     EXPECT_EQ(run.status, 0);

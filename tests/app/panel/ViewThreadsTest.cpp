@@ -6,7 +6,7 @@
 #include "app/panel/CopyButtonStyle.h"
 #include "app/panel/PopupView.h"
 #include "app/panel/StatusMenuView.h"
-#include "platform/desktop/FrontWindow.h"
+#include "platform/desktop/Workspace.h"
 #include "tests/app/FakeServices.h"
 #include "tests/app/ViewTestBase.h"
 #include "tests/support/FatalStopExpectation.h"
@@ -57,7 +57,9 @@ TEST_F(ViewThreads, StopMakingOfViewsElsewhere)
     expectStopOnAnotherThread(
         [&] { const StatusMenuView menu(message, menuServices()); },
         "app/panel/StatusMenuView.cpp");
-    expectStopOnAnotherThread([] { const HelperView view; }, "app/guidance/HelperView.cpp");
+    expectStopOnAnotherThread(
+        [] { const HelperView view([](const QUrl&) { return true; }, {}); },
+        "app/guidance/HelperView.cpp");
     expectStopOnAnotherThread([] { const MenuBarIcon icon; }, "app/MenuBarIcon.cpp");
     expectStopOnAnotherThread([] { (void)MenuBarIcon::icon(); }, "app/MenuBarIcon.cpp");
     expectStopOnAnotherThread(
@@ -88,7 +90,7 @@ TEST_F(ViewThreads, StopLifecycleEventsElsewhere)
 {
     const std::string_view file = "app/AppDelegate.cpp";
     expectStopOnAnotherThread([this] { const AppDelegate delegate(delegateServices()); }, file);
-    expectStopOnAnotherThread([] { const OrlimoApp app; }, file);
+    expectStopOnAnotherThread([] { const OrlimoApp app(FakeServices().services); }, file);
     AppDelegate delegate(delegateServices());
     delegate.message = watching();
     expectStopOnAnotherThread([&] { delegate.applicationWillFinishLaunching(); }, file);

@@ -1,4 +1,4 @@
-#include "platform/clipboard/Pasteboard.h"
+#include "platform/clipboard/linux/ClipboardPasteboard.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -25,6 +25,8 @@ protected:
         QGuiApplication::clipboard()->setMimeData(old);
     }
 
+    ClipboardPasteboard pasteboard;
+
     static std::string text() { return QGuiApplication::clipboard()->text().toStdString(); }
 };
 
@@ -34,10 +36,10 @@ TEST_F(PasteboardTest, TextReplacesEverythingInOneChange)
     const QObject context;
     QObject::connect(
         QGuiApplication::clipboard(), &QClipboard::dataChanged, &context, [&] { ++changes; });
-    generalPasteboard().declareTypes({PasteboardType::string});
+    pasteboard.declareTypes({PasteboardType::string});
     EXPECT_EQ(changes, 0);
     EXPECT_EQ(text(), "old text");
-    generalPasteboard().setString("123456", PasteboardType::string);
+    pasteboard.setString("123456", PasteboardType::string);
     EXPECT_EQ(changes, 1);
     EXPECT_EQ(text(), "123456");
     const QMimeData& data = *QGuiApplication::clipboard()->mimeData();
@@ -59,8 +61,8 @@ TEST_F(PasteboardTest, AnyTextIsKeptAsItIs)
           ""sv,
           std::string_view(message).substr(13, 6)})
     {
-        generalPasteboard().declareTypes({PasteboardType::string});
-        generalPasteboard().setString(given, PasteboardType::string);
+        pasteboard.declareTypes({PasteboardType::string});
+        pasteboard.setString(given, PasteboardType::string);
         EXPECT_EQ(text(), given);
     }
 }

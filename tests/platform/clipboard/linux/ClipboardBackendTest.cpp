@@ -130,13 +130,5 @@ TEST(ClipboardBackendQueries, WaitLongOnlyIfThePlatformDependsOnTheResponse)
     }
 }
 
-TEST(SelectedClipboardBackend, IsQtUntilOneIsSelected)
-{
-    EXPECT_EQ(selectedClipboardBackend(), ClipboardBackend::qt);
-    selectClipboardBackend(ClipboardBackend::dataControl);
-    EXPECT_EQ(selectedClipboardBackend(), ClipboardBackend::dataControl);
-    selectClipboardBackend(ClipboardBackend::qt);
-}
-
 } // namespace
 } // namespace orlimo

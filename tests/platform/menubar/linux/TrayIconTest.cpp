@@ -123,7 +123,7 @@ TEST_F(TrayIconTest, TemplateIsPaintedInTheColorThatTheTrayPublishes)
 TEST(TrayIconInAnotherLanguage, HasATranslatedMenu)
 {
     const MarkingTranslator translator;
-    TrayIcon icon(anyIcon(false), {.toggle = [] {}, .open = [] {}, .quit = [] {}});
+    TrayIcon icon(anyIcon(false), {.toggle = [] {}, .open = [] {}, .quit = [] {}}, currentUptime);
     const auto actions = icon.findChild<QSystemTrayIcon*>()->contextMenu()->actions();
     ASSERT_EQ(actions.size(), 2);
     EXPECT_EQ(actions.at(0)->text(), QStringLiteral("MenuBarExtra: Open Orlimo"));

@@ -24,7 +24,7 @@ std::vector<std::string> qtArgumentsOf(const std::vector<const char*>& given)
 }
 
 /// A session without any display, changed by each test.
-class QtArgumentsTest : public testing::Test
+class SessionArguments : public testing::Test
 {
 protected:
     EnvironmentChange noPlatform{"QT_QPA_PLATFORM", std::nullopt};
@@ -33,14 +33,14 @@ protected:
     EnvironmentChange noSessionType{"XDG_SESSION_TYPE", std::nullopt};
 };
 
-TEST_F(QtArgumentsTest, StartWithTheProgramsOwn)
+TEST_F(SessionArguments, StartWithTheProgramsOwn)
 {
     EXPECT_THAT(
         qtArgumentsOf({"orlimo", "-style", "fusion", "--launched-at-login"}),
         ElementsAre("orlimo", "-style", "fusion", "--launched-at-login"));
 }
 
-TEST_F(QtArgumentsTest, AreUnchangedWithoutAnyClipboardBackend)
+TEST_F(SessionArguments, AreUnchangedWithoutAnyClipboardBackend)
 {
     const EnvironmentChange compositor("WAYLAND_DISPLAY", "no-such-compositor");
     testing::internal::CaptureStderr();
@@ -51,7 +51,7 @@ TEST_F(QtArgumentsTest, AreUnchangedWithoutAnyClipboardBackend)
         "the Copy button still does\n");
 }
 
-TEST_F(QtArgumentsTest, DependOnTheSessionType)
+TEST_F(SessionArguments, DependOnTheSessionType)
 {
     const EnvironmentChange type("XDG_SESSION_TYPE", "wayland");
     testing::internal::CaptureStderr();
@@ -59,7 +59,7 @@ TEST_F(QtArgumentsTest, DependOnTheSessionType)
     EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("Copy button"));
 }
 
-TEST_F(QtArgumentsTest, KeepThePlatformOfTheEnvironment)
+TEST_F(SessionArguments, KeepThePlatformOfTheEnvironment)
 {
     const EnvironmentChange compositor("WAYLAND_DISPLAY", "no-such-compositor");
     const EnvironmentChange platform("QT_QPA_PLATFORM", "offscreen");
@@ -68,7 +68,7 @@ TEST_F(QtArgumentsTest, KeepThePlatformOfTheEnvironment)
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
-TEST_F(QtArgumentsTest, KeepTheLastPlatformOnTheCommandLine)
+TEST_F(SessionArguments, KeepTheLastPlatformOnTheCommandLine)
 {
     const EnvironmentChange compositor("WAYLAND_DISPLAY", "no-such-compositor");
     const EnvironmentChange platform("QT_QPA_PLATFORM", "wayland");
