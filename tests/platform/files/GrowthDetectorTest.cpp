@@ -97,14 +97,6 @@ TEST_F(PlainFileGrowth, UnknownSizeCountsAsGrowth)
     }
 }
 
-TEST_F(PlainFileGrowth, LockBesideItIsIgnored)
-{
-    writeFile(folder.path() / "file-shm", "an index");
-    const ForeignLock writer(folder.path() / "file-shm", 120);
-    appendToFile(file, "x");
-    EXPECT_TRUE(detector->check());
-}
-
 // The log of a store
 
 /// A log, its shared index in SQLite's WAL-index format, and the writer's lock. It starts with five
@@ -323,6 +315,7 @@ INSTANTIATE_TEST_SUITE_P(
             "LargestPagesAreCounted",
             "page-size 65536 restart commit 5 watch lock write 6 waits publish 6 reported"},
         WalCase{"ReplacedIndexIsRead", "replace-index lock write 6 waits publish 6 reported"},
+        WalCase{"LockOfTheReplacedIndexIsIgnored", "lock replace-index write 6 reported nothing"},
         WalCase{
             "HalfPublishedIndexIsWaitedForASecond",
             "write 6 publish-half 6 waits publish 6 reported "
@@ -348,21 +341,13 @@ class GrowthAfterMissedTruncation : public WalGrowth, public testing::WithParamI
 
 INSTANTIATE_TEST_SUITE_P(Frames, GrowthAfterMissedTruncation, testing::Values(1, 4, 5, 6, 20));
 
-TEST_P(GrowthAfterMissedTruncation, IsReported)
-{
-    run("restart cut commit " + std::to_string(GetParam()) + " reported nothing");
-}
-
-TEST_P(GrowthAfterMissedTruncation, IsReportedAlsoAfterACheckRightBeforeTheCut)
-{
-    run("lock restart waits cut unlock commit " + std::to_string(GetParam()) + " reported");
-}
-
-TEST_P(GrowthAfterMissedTruncation, WaitsForItsCommit)
+TEST_P(GrowthAfterMissedTruncation, IsReportedWithItsCommit)
 {
     const std::string frames = std::to_string(GetParam());
-    run("restart cut lock write " + frames + " waits ms 5000 waits publish " + frames +
-        " reported");
+    run("restart cut commit " + frames + " reported nothing");
+    run("commit 5 watch lock restart waits cut unlock commit " + frames + " reported");
+    run("commit 5 watch restart cut lock write " + frames + " waits ms 5000 waits publish " +
+        frames + " reported");
 }
 
 TEST_F(WalGrowth, CutOffDuringTheCheckIsReportedOnce)
