@@ -114,7 +114,13 @@ protected:
         makeDetector();
     }
 
-    void makeDetector() { detector.emplace(opened.get(), log, clock.function()); }
+    void makeDetector()
+    {
+        // The descriptor that is given out next is the index's.
+        indexDescriptor = ::dup(0);
+        ::close(indexDescriptor);
+        detector.emplace(opened.get(), log, clock.function());
+    }
 
     /// Gives the log the length that it has with this number of frames.
     void write(int frames)
@@ -215,6 +221,8 @@ protected:
             {"unknown-index", [&] { writeFile(index, "an index"); }},
             {"remove-index", [&] { std::filesystem::remove(index); }},
             {"close", [&] { opened = UniqueFd(); }},
+            {"reopen", [&] { opened = UniqueFd(::open(log.c_str(), O_RDONLY | O_CLOEXEC)); }},
+            {"close-index", [&] { EXPECT_EQ(::close(indexDescriptor), 0); }},
             {"nothing", [&] { expectCheck(false, false); }},
             {"waits", [&] { expectCheck(false, true); }},
             {"reported", [&] { expectCheck(true, false); }},
@@ -235,6 +243,7 @@ protected:
     TemporaryFolder folder;
     std::filesystem::path log = folder.path() / "store-wal";
     std::filesystem::path index = folder.path() / "store-shm";
+    int indexDescriptor = -1;
     int pageSize = 4096;
     std::uint32_t salt = 7;
     std::uint32_t commits = 0;
@@ -321,6 +330,12 @@ INSTANTIATE_TEST_SUITE_P(
             "write 6 publish-half 6 waits publish 6 reported "
             "write 7 publish-half 7 waits ns 999999999 waits ns 1 reported"},
         WalCase{"UnknownSizeWaitsForTheLock", "lock close waits unlock reported"},
+        WalCase{
+            "CommitReportedWithUnknownSizeIsNotReportedAgainBeforeTheNext",
+            "commit 6 close reported reopen nothing lock write 7 waits publish 7 reported"},
+        WalCase{
+            "LockThatCannotBeQueriedIsWaitedForASecond",
+            "close-index write 6 waits ms 999 waits ms 1 reported nothing"},
         WalCase{
             "UnknownIndexIsIgnoredWhileTheLockIsFree",
             "unknown-index watch write 6 reported remove-index write 7 reported"},
