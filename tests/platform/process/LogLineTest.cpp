@@ -2,7 +2,7 @@
 
 #include "platform/files/UniqueFd.h"
 #include "platform/process/StandardStreams.h"
-#include "tests/platform/process/TestPipe.h"
+#include "tests/platform/process/PipeReader.h"
 #include "tests/support/JoiningThread.h"
 #include "tests/support/process/ForkedRun.h"
 #include "tests/support/process/OutputCapture.h"
