@@ -103,6 +103,16 @@ bool GrowthDetector::reportUnknownGrowth()
         return false;
     }
     waitingSince.reset();
+    // What can be read now must not be reported when the next commit is still being written.
+    const auto reading = index.read();
+    if (reading.state == WalIndex::State::readable && lastHeader &&
+        reading.header.salts == lastHeader->salts)
+    {
+        lastHeader = reading.header;
+        reportedCommits = std::max(reportedCommits, lastHeader->committedBytes());
+        reportedSize = std::max(reportedSize, reportedCommits);
+        lastSize = std::max(lastSize, reportedSize);
+    }
     return true;
 }
 

@@ -11,7 +11,9 @@
 #include <atomic>
 #include <chrono>
 #include <filesystem>
+#include <map>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include <fcntl.h>
@@ -30,6 +32,12 @@ public:
 class CommitDetection : public testing::TestWithParam<std::string>
 {
 protected:
+    /// `environment` is added to the writer's.
+    explicit CommitDetection(
+        const std::map<std::string, std::optional<std::string>>& environment = {})
+        : writer(store, GetParam(), environment)
+    {}
+
     void TearDown() override
     {
         if (source) {
@@ -63,7 +71,7 @@ protected:
     TemporaryFolder folder;
     std::filesystem::path store = folder.path() / "chat.db";
     std::filesystem::path log = folder.path() / "chat.db-wal";
-    WriterProcess writer{store, GetParam()};
+    WriterProcess writer;
     UniqueFd opened{::open(log.c_str(), O_RDONLY | O_CLOEXEC)};
     ImmediateQueue immediately;
     std::atomic<int> events = 0;

@@ -27,16 +27,6 @@ struct flock lockOf(short type, off_t first, off_t length)
     return lock;
 }
 
-/// What the holder does: takes the lock, reports it with one byte, and keeps it until `life` ends.
-[[noreturn]] void hold(const std::filesystem::path& file, struct flock lock, int report, int life)
-{
-    const int descriptor = ::open(file.c_str(), O_RDWR | O_CLOEXEC);
-    char held = ::fcntl(descriptor, F_SETLK, &lock) == 0 ? 'y' : 'n';
-    (void)!::write(report, &held, 1);
-    (void)!::read(life, &held, 1);
-    ::_exit(0);
-}
-
 } // namespace
 
 ForeignLock::ForeignLock(const std::filesystem::path& file, off_t byte, Kind kind)
@@ -46,9 +36,12 @@ ForeignLock::ForeignLock(const std::filesystem::path& file, off_t byte, Kind kin
     const auto life = openPipe();
     holder = ::fork();
     if (holder == 0) {
-        const short type = kind == Kind::shared ? F_RDLCK : F_WRLCK;
         ::close(life[1]);
-        hold(file, lockOf(type, byte, 1), ends[1], life[0]);
+        struct flock lock = lockOf(kind == Kind::shared ? F_RDLCK : F_WRLCK, byte, 1);
+        char held = ::fcntl(::open(file.c_str(), O_RDWR), F_SETLK, &lock) == 0 ? 'y' : 'n';
+        (void)!::write(ends[1], &held, 1);
+        (void)!::read(life[0], &held, 1);
+        ::_exit(0);
     }
     ::close(ends[1]);
     ::close(life[0]);
@@ -72,11 +65,8 @@ bool isLockedForOtherProcesses(const std::filesystem::path& file, off_t first, o
 {
     const auto run = runForked([&] {
         struct flock lock = lockOf(F_WRLCK, first, length);
-        const int descriptor = ::open(file.c_str(), O_RDWR | O_CLOEXEC);
-        if (::fcntl(descriptor, F_GETLK, &lock) != 0) {
-            ::_exit(2);
-        }
-        ::_exit(lock.l_type == F_UNLCK ? 0 : 1);
+        const int error = ::fcntl(::open(file.c_str(), O_RDWR), F_GETLK, &lock);
+        ::_exit(error != 0 ? 2 : lock.l_type == F_UNLCK ? 0 : 1);
     });
     EXPECT_TRUE(run.status == 0 || run.status == 1);
     return run.status == 1;

@@ -7,53 +7,25 @@
 #include <QCoreApplication>
 
 #include <cstdio>
-#include <functional>
-#include <map>
 #include <string>
 #include <vector>
-
-namespace orlimo {
-namespace {
-
-int readDefault(const std::string& key)
-{
-    (void)std::puts(standardUserDefaults().boolForKey(key) ? "true" : "false");
-    return 0;
-}
-
-int writeDefault(const std::string& key, const std::string& value)
-{
-    standardUserDefaults().setBool(value == "true", key);
-    return 0;
-}
-
-/// What the user database says of whoever runs the process.
-int printHomeOfUser()
-{
-    const auto entry = currentUserEntry();
-    if (entry) {
-        (void)std::puts(("home " + entry->homeDirectory.value_or("absent")).c_str());
-    } else {
-        (void)std::puts("no entry");
-    }
-    return 0;
-}
-
-int run(const std::vector<std::string>& arguments)
-{
-    const std::map<std::string, std::function<int()>> commands{
-        {"home-of-user", printHomeOfUser},
-        {"read-default", [&] { return readDefault(arguments.at(1)); }},
-        {"write-default", [&] { return writeDefault(arguments.at(1), arguments.at(2)); }},
-    };
-    return commands.at(arguments.at(0))();
-}
-
-} // namespace
-} // namespace orlimo
 
 int main(int argc, char* argv[])
 {
     const QCoreApplication application(argc, argv);
-    return orlimo::run({argv + 1, argv + argc});
+    const std::vector<std::string> arguments(argv + 1, argv + argc);
+    const std::string& command = arguments.at(0);
+    if (command == "write-default") {
+        orlimo::standardUserDefaults().setBool(arguments.at(2) == "true", arguments.at(1));
+    } else if (command == "read-default") {
+        const bool value = orlimo::standardUserDefaults().boolForKey(arguments.at(1));
+        (void)std::puts(value ? "true" : "false");
+    } else if (command == "home-of-user") {
+        const auto entry = orlimo::currentUserEntry();
+        (void)std::puts(
+            entry ? ("home " + entry->homeDirectory.value_or("absent")).c_str() : "no entry");
+    } else {
+        return 2;
+    }
+    return 0;
 }

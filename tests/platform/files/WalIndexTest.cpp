@@ -34,32 +34,20 @@ bool isWriteLockHeld(WalIndex& index)
     return index.writeLock() == WalIndex::Lock::held;
 }
 
-/// A connection in this process.
-class SameProcessConnection
-{
-public:
-    explicit SameProcessConnection(const std::filesystem::path& store)
-    {
-        EXPECT_EQ(sqlite3_open(store.c_str(), &connection), SQLITE_OK);
-    }
-    SameProcessConnection(const SameProcessConnection&) = delete;
-    SameProcessConnection& operator=(const SameProcessConnection&) = delete;
-    ~SameProcessConnection() { sqlite3_close(connection); }
-
-    void run(const std::string& sql)
-    {
-        EXPECT_EQ(sqlite3_exec(connection, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK)
-            << sqlite3_errmsg(connection);
-    }
-
-private:
-    sqlite3* connection = nullptr;
-};
-
-/// The index of a real store that another process writes.
+/// The index of a real store that another process writes, and a connection in this process.
 class WalIndexTest : public testing::Test
 {
 protected:
+    WalIndexTest() { EXPECT_EQ(sqlite3_open(store.c_str(), &connection), SQLITE_OK); }
+    ~WalIndexTest() override { sqlite3_close(connection); }
+
+    void runHere(const char* sql)
+    {
+        EXPECT_EQ(sqlite3_exec(connection, sql, nullptr, nullptr, nullptr), SQLITE_OK)
+            << sqlite3_errmsg(connection);
+    }
+
+    sqlite3* connection = nullptr;
     TemporaryFolder folder;
     std::filesystem::path store = folder.path() / "chat.db";
     std::filesystem::path index = folder.path() / "chat.db-shm";
@@ -86,26 +74,16 @@ TEST_F(WalIndexTest, WriteLockIsHeldFromTheFirstFrameToTheEndOfTheTransaction)
     EXPECT_FALSE(isWriteLockHeld(walIndex));
 }
 
-TEST_F(WalIndexTest, ReadersDoNotHoldTheWriteLock)
-{
-    WriterProcess reader(store);
-    reader.sendCommand("sql BEGIN; SELECT count(*) FROM message");
-    EXPECT_FALSE(isWriteLockHeld(walIndex));
-}
-
 TEST_F(WalIndexTest, WriteLockOfThisProcessDoesNotCount)
 {
-    SameProcessConnection own(store);
-    own.run("BEGIN IMMEDIATE; DELETE FROM message");
+    runHere("BEGIN IMMEDIATE; DELETE FROM message");
     EXPECT_TRUE(isLockedForOtherProcesses(index, firstLockByte, 1));
     EXPECT_FALSE(isWriteLockHeld(walIndex));
-    own.run("ROLLBACK");
 }
 
 TEST_F(WalIndexTest, QueryDropsNoLockOfThisProcessAndOpensTheIndexOnce)
 {
-    SameProcessConnection own(store);
-    own.run("BEGIN; SELECT count(*) FROM message");
+    runHere("BEGIN; SELECT count(*) FROM message");
     writer.sendCommand("text after the reader has begun");
     ASSERT_TRUE(isLockedForOtherProcesses(index, firstLockByte + 3, 5)) << "the reader's lock";
     EXPECT_FALSE(isWriteLockHeld(walIndex));
@@ -116,7 +94,7 @@ TEST_F(WalIndexTest, QueryDropsNoLockOfThisProcessAndOpensTheIndexOnce)
     EXPECT_EQ(openDescriptors(), descriptors);
     EXPECT_FALSE(isWriteLockHeld(*std::make_unique<WalIndex>(folder.path() / "chat.db-wal")));
     EXPECT_TRUE(isLockedForOtherProcesses(index, firstLockByte + 3, 5)) << "the reader's lock";
-    own.run("COMMIT");
+    runHere("COMMIT");
     EXPECT_FALSE(isLockedForOtherProcesses(index, firstLockByte + 3, 5));
 }
 
@@ -176,19 +154,6 @@ TEST_F(StandaloneWalIndex, IsTheFileThatHasItsNameNow)
     EXPECT_FALSE(isWriteLockHeld(walIndex));
 }
 
-TEST_F(StandaloneWalIndex, UnreadableOneHasNoLock)
-{
-    const ForeignLock foreign(index, firstLockByte);
-    std::filesystem::permissions(folder.path(), std::filesystem::perms(0755));
-    std::filesystem::permissions(index, std::filesystem::perms::none);
-    const auto run = runForked([this] {
-        becomeUnprivilegedUser();
-        ::_exit(isWriteLockHeld(walIndex) ? 1 : 0);
-    });
-    EXPECT_EQ(run.status, 0);
-    EXPECT_EQ(run.errors, "");
-}
-
 TEST_F(StandaloneWalIndex, KnownOneIsQueriedWhileItsFolderCannotBeSearched)
 {
     std::optional<ForeignLock> foreign(std::in_place, index, firstLockByte);
@@ -210,8 +175,21 @@ TEST_F(StandaloneWalIndex, KnownOneIsQueriedWhileItsFolderCannotBeSearched)
     EXPECT_EQ(whileItCannotBeFound().status, 0);
 }
 
-TEST_F(StandaloneWalIndex, AnythingButAFileHasNoLock)
+TEST_F(StandaloneWalIndex, AnythingButAReadableFileHasNoLock)
 {
+    const auto statusOfUnprivilegedQuery = [this] {
+        return runForked([this] {
+                   becomeUnprivilegedUser();
+                   ::_exit(isWriteLockHeld(walIndex) ? 1 : 0);
+               })
+            .status;
+    };
+    {
+        const ForeignLock foreign(index, firstLockByte);
+        std::filesystem::permissions(folder.path(), std::filesystem::perms(0755));
+        std::filesystem::permissions(index, std::filesystem::perms::none);
+        EXPECT_EQ(statusOfUnprivilegedQuery(), 0);
+    }
     std::filesystem::remove(index);
     std::filesystem::create_directory(index);
     EXPECT_FALSE(isWriteLockHeld(walIndex));
@@ -220,13 +198,9 @@ TEST_F(StandaloneWalIndex, AnythingButAFileHasNoLock)
     EXPECT_FALSE(isWriteLockHeld(walIndex));
     std::filesystem::remove(index);
 
-    // A pipe without a writer would block an ordinary open; an alarm ends the process if it does.
-    ASSERT_EQ(::mkfifo(index.c_str(), 0600), 0);
-    const auto run = runForked([this] {
-        ::alarm(10);
-        ::_exit(isWriteLockHeld(walIndex) ? 1 : 0);
-    });
-    EXPECT_EQ(run.status, 0);
+    // A pipe without a writer would block an ordinary open.
+    ASSERT_EQ(::mkfifo(index.c_str(), 0666), 0);
+    EXPECT_EQ(statusOfUnprivilegedQuery(), 0);
 }
 
 TEST_F(StandaloneWalIndex, IsOpenedForReadingAndCloseOnExec)
@@ -235,13 +209,6 @@ TEST_F(StandaloneWalIndex, IsOpenedForReadingAndCloseOnExec)
     const int next = ::dup(0);
     ::close(next);
     (void)isWriteLockHeld(walIndex);
-    struct stat expected
-    {};
-    struct stat found
-    {};
-    ASSERT_EQ(::stat(index.c_str(), &expected), 0);
-    ASSERT_EQ(::fstat(next, &found), 0);
-    EXPECT_EQ(found.st_ino, expected.st_ino);
     EXPECT_EQ(::fcntl(next, F_GETFD) & FD_CLOEXEC, FD_CLOEXEC);
     EXPECT_EQ(::fcntl(next, F_GETFL) & O_ACCMODE, O_RDONLY);
 }

@@ -6,6 +6,7 @@
 #include <sqlite3.h>
 
 #include <csignal>
+#include <cstdlib>
 
 namespace orlimo {
 
@@ -45,16 +46,13 @@ void WriterProcess::crash()
 int visibleMessages(const std::filesystem::path& store)
 {
     sqlite3* connection = nullptr;
-    sqlite3_stmt* statement = nullptr;
     int number = -1;
-    if (sqlite3_open_v2(store.c_str(), &connection, SQLITE_OPEN_READONLY, nullptr) == SQLITE_OK &&
-        sqlite3_prepare_v2(connection, "SELECT count(*) FROM message", -1, &statement, nullptr) ==
-            SQLITE_OK &&
-        sqlite3_step(statement) == SQLITE_ROW)
-    {
-        number = sqlite3_column_int(statement, 0);
-    }
-    sqlite3_finalize(statement);
+    const auto readRow = [](void* result, int, char** columns, char**) {
+        *static_cast<int*>(result) = static_cast<int>(std::strtol(columns[0], nullptr, 10));
+        return 0;
+    };
+    (void)sqlite3_open_v2(store.c_str(), &connection, SQLITE_OPEN_READONLY, nullptr);
+    (void)sqlite3_exec(connection, "SELECT count(*) FROM message", readRow, &number, nullptr);
     sqlite3_close(connection);
     return number;
 }

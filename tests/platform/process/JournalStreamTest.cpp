@@ -14,11 +14,6 @@
 namespace orlimo {
 namespace {
 
-std::string nameOf(dev_t device, ino_t inode)
-{
-    return std::to_string(device) + ":" + std::to_string(inode);
-}
-
 bool isNamedBy(const std::string& value, int descriptor)
 {
     const auto stream = JournalStream::parse(value);
@@ -34,11 +29,12 @@ TEST(JournalStream, MatchesTheSocketOfItsDeviceAndInode)
     struct stat status
     {};
     ASSERT_EQ(::fstat(journal.get(), &status), 0);
-    const std::string name = nameOf(status.st_dev, status.st_ino);
+    const std::string inode = ":" + std::to_string(status.st_ino);
+    const std::string name = std::to_string(status.st_dev) + inode;
     EXPECT_TRUE(isNamedBy(name, journal.get()));
     EXPECT_FALSE(isNamedBy(name, other.get()));
     EXPECT_FALSE(isNamedBy(name, -1));
-    EXPECT_FALSE(isNamedBy(nameOf(status.st_dev + 1, status.st_ino), journal.get()));
+    EXPECT_FALSE(isNamedBy(std::to_string(status.st_dev + 1) + inode, journal.get()));
 }
 
 TEST(JournalStream, MalformedNameIsAbsent)

@@ -2,30 +2,22 @@
 
 #include "platform/files/UniqueFd.h"
 #include "platform/process/StandardStreams.h"
-#include "tests/platform/process/TestPipe.h"
-#include "tests/support/Await.h"
+#include "tests/platform/process/PipeReader.h"
 #include "tests/support/JoiningThread.h"
-#include "tests/support/TemporaryFolder.h"
 #include "tests/support/process/ForkedRun.h"
 #include "tests/support/process/OutputCapture.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <array>
-#include <atomic>
-#include <csignal>
 #include <functional>
 #include <map>
 #include <string>
 #include <string_view>
-#include <thread>
 #include <utility>
 #include <vector>
 
 #include <fcntl.h>
-#include <pthread.h>
-#include <sys/resource.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -52,18 +44,27 @@ private:
     UniqueFd saved;
 };
 
-/// Reads to the end, at most `step` bytes at a time.
-std::string readAll(int descriptor, std::size_t step)
+/// What is read to the end of a pipe whose writing end has `flags` while `work` writes to standard
+/// output.
+std::string readWhile(const std::function<void()>& work, int flags = 0)
 {
+    TestPipe pipe;
+    EXPECT_EQ(::fcntl(pipe.writeEnd.get(), F_SETFL, flags), 0);
     std::string all;
-    std::string part(step, '\0');
-    for (;;) {
-        const ssize_t got = ::read(descriptor, part.data(), part.size());
-        if (got <= 0) {
-            return all;
+    JoiningThread reader([&] {
+        std::array<char, 4096> part{};
+        ssize_t got = 0;
+        while ((got = ::read(pipe.readEnd.get(), part.data(), part.size())) > 0) {
+            all.append(part.data(), static_cast<std::size_t>(got));
         }
-        all.append(part, 0, static_cast<std::size_t>(got));
+    });
+    {
+        const OutputRedirection redirection(pipe.writeEnd.get());
+        pipe.writeEnd = UniqueFd();
+        work();
     }
+    reader.join();
+    return all;
 }
 
 /// What each single write to standard output carried while `work` ran.
@@ -118,65 +119,18 @@ TEST_P(LogLineThroughSlowPipe, IsWrittenInFull)
     for (int number = 0; line.size() < std::size_t{2} << 20U; ++number) {
         line.append(std::to_string(number)).push_back(' ');
     }
-    TestPipe pipe;
-    EXPECT_EQ(::fcntl(pipe.writeEnd.get(), F_SETFL, GetParam()), 0);
-    std::string read;
-    std::thread reader([&] { read = readAll(pipe.readEnd.get(), 4096); });
-    {
-        const OutputRedirection redirection(pipe.writeEnd.get());
-        writeLogLine(line);
-        writeLogLine("after");
-        pipe.writeEnd = UniqueFd();
-    }
-    reader.join();
+    const std::string read = readWhile(
+        [&line] {
+            writeLogLine(line);
+            writeLogLine("after");
+        },
+        GetParam());
     EXPECT_TRUE(read == line + "\nafter\n");
-}
-
-std::atomic<int> interruptions = 0;
-
-TEST(LogLine, SignalDuringWriteLosesNothing)
-{
-    struct sigaction interrupting
-    {};
-    struct sigaction before
-    {};
-    interrupting.sa_handler = [](int) { ++interruptions; };
-    ASSERT_EQ(::sigaction(SIGUSR1, &interrupting, &before), 0);
-
-    TestPipe pipe;
-    ASSERT_EQ(::fcntl(pipe.writeEnd.get(), F_SETFL, O_NONBLOCK), 0);
-    std::string filling;
-    while (::write(pipe.writeEnd.get(), "x", 1) > 0) {
-        filling.push_back('x');
-    }
-    ASSERT_EQ(::fcntl(pipe.writeEnd.get(), F_SETFL, 0), 0);
-    bool areHandled = true;
-    {
-        const OutputRedirection redirection(pipe.writeEnd.get());
-        pipe.writeEnd = UniqueFd();
-        std::thread writer([] { writeLogLine("interrupted"); });
-        // The pipe is full: the writer blocks, and each signal interrupts its write.
-        for (int number = 1; number <= 20 && areHandled; ++number) {
-            ::pthread_kill(writer.native_handle(), SIGUSR1);
-            areHandled = await([number] { return interruptions >= number; });
-        }
-        std::string drained(filling.size(), '\0');
-        EXPECT_EQ(::read(pipe.readEnd.get(), drained.data(), drained.size()), filling.size());
-        writer.join();
-    }
-    EXPECT_TRUE(areHandled);
-    EXPECT_EQ(readAll(pipe.readEnd.get(), 100), "interrupted\n");
-    ::sigaction(SIGUSR1, &before, nullptr);
 }
 
 TEST(LogLine, LongLinesOfOtherThreadsAreNotMixedIn)
 {
-    TestPipe pipe;
-    std::string read;
-    std::thread reader([&] { read = readAll(pipe.readEnd.get(), 4096); });
-    {
-        const OutputRedirection redirection(pipe.writeEnd.get());
-        pipe.writeEnd = UniqueFd();
+    const std::string read = readWhile([] {
         std::vector<JoiningThread> writers;
         for (const char letter : {'a', 'b', 'c', 'd'}) {
             writers.emplace_back([letter] {
@@ -185,8 +139,7 @@ TEST(LogLine, LongLinesOfOtherThreadsAreNotMixedIn)
                 }
             });
         }
-    }
-    reader.join();
+    });
     std::map<std::string, int> lines;
     for (const std::string& line : linesOf(read)) {
         ++lines[line];
@@ -196,14 +149,6 @@ TEST(LogLine, LongLinesOfOtherThreadsAreNotMixedIn)
         EXPECT_EQ(line, std::string(300'000, line.front()));
         EXPECT_EQ(number, 4);
     }
-}
-
-void limitFileSize(rlim_t size)
-{
-    rlimit limit{};
-    (void)::getrlimit(RLIMIT_FSIZE, &limit);
-    limit.rlim_cur = std::min(size, limit.rlim_max);
-    (void)::setrlimit(RLIMIT_FSIZE, &limit);
 }
 
 /// What a process writes that first writes lines to `lost`, -1 for a closed stream, and then
@@ -221,7 +166,6 @@ std::string outputAfterLossTo(const std::function<int()>& lost)
             writeLogLine("lost");
             writeLogLine(std::string(1'000'000, 'x'));
         }
-        limitFileSize(RLIM_INFINITY);
         writeLogLine("after");
     });
     EXPECT_EQ(run.status, 0);
@@ -233,16 +177,6 @@ TEST(LogLine, UnwritableLineIsDroppedAndNothingElse)
 {
     EXPECT_EQ(outputAfterLossTo([] { return -1; }), "after\n");
     EXPECT_EQ(outputAfterLossTo([] { return TestPipe().writeEnd.release(); }), "after\n");
-    const TemporaryFolder folder;
-    const auto full = folder.path() / "full";
-    EXPECT_EQ(
-        outputAfterLossTo([&full] {
-            (void)std::signal(SIGXFSZ, SIG_IGN);
-            limitFileSize(0);
-            return ::open(full.c_str(), O_CREAT | O_WRONLY | O_CLOEXEC, 0600);
-        }),
-        "after\n");
-    EXPECT_EQ(contentOf(full), "");
 }
 
 } // namespace

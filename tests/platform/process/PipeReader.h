@@ -2,6 +2,7 @@
 
 #include "platform/files/UniqueFd.h"
 #include "tests/support/Await.h"
+#include "tests/support/process/OpenPipe.h"
 
 #include <algorithm>
 #include <array>
@@ -14,6 +15,14 @@
 #include <unistd.h>
 
 namespace orlimo {
+
+/// A pipe, both ends of which wait.
+struct TestPipe
+{
+    std::array<int, 2> ends = openPipe();
+    UniqueFd readEnd{ends[0]};
+    UniqueFd writeEnd{ends[1]};
+};
 
 /// Reads the end of a pipe at the test's pace. Never blocks.
 class PipeReader

@@ -1,12 +1,10 @@
 #include "platform/process/StandardStreams.h"
 
 #include "tests/support/process/ForkedRun.h"
-#include "tests/support/process/OpenPipe.h"
 
 #include <gtest/gtest.h>
 
 #include <array>
-#include <csignal>
 #include <utility>
 
 #include <fcntl.h>
@@ -64,26 +62,6 @@ TEST_P(StandardStreamsTest, ClosedOnesAreOpenedOnNothing)
         }
     });
     EXPECT_EQ(run.status, 0) << "1 to 3: another file, 11 to 13: wrong flags";
-}
-
-TEST(StandardStreams, ReaderThatHangsUpDoesNotEndTheProcess)
-{
-    const auto hangUp = [] {
-        const auto ends = openPipe();
-        ::close(ends[0]);
-        return ::write(ends[1], "x", 1);
-    };
-    for (const bool isPrepared : {false, true}) {
-        const auto run = runForked([&] {
-            (void)std::signal(SIGPIPE, SIG_DFL);
-            if (isPrepared) {
-                prepareStandardStreams();
-            }
-            ::_exit(hangUp() == -1 ? 0 : 1);
-        });
-        EXPECT_EQ(run.status, isPrepared ? std::optional(0) : std::nullopt);
-        EXPECT_EQ(run.signal, isPrepared ? std::nullopt : std::optional(SIGPIPE));
-    }
 }
 
 } // namespace

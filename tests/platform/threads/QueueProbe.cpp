@@ -6,7 +6,6 @@
 
 #include <QCoreApplication>
 
-#include <array>
 #include <atomic>
 #include <chrono>
 #include <functional>
@@ -15,48 +14,27 @@
 #include <optional>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace orlimo {
 namespace {
 
-/// The application object, which the work under test outlives.
-class Application
-{
-public:
-    Application() { application.emplace(count, arguments.data()); }
-    void destroyApplication() { application.reset(); }
+/// The application object, which each command destroys.
+using Application = std::optional<QCoreApplication>;
 
-private:
-    std::string name = "probe";
-    std::array<char*, 2> arguments{name.data(), nullptr};
-    int count = 1;
-    std::optional<QCoreApplication> application;
-};
-
-bool postAfterExit(Application& application)
+bool postBeforeAndAfterExit(Application& application)
 {
-    bool ranInTime = false;
-    mainQueue().async([&ranInTime] { ranInTime = true; });
+    int runs = 0;
+    mainQueue().async([&runs] { ++runs; });
     QCoreApplication::processEvents();
-    application.destroyApplication();
-
-    auto token = std::make_shared<int>(0);
-    const std::weak_ptr<int> kept = token;
-    bool ranLate = false;
-    mainQueue().async([token, &ranLate] { ranLate = true; });
-    token.reset();
-    return ranInTime && !ranLate && kept.expired();
-}
-
-bool exitWithPendingWork(Application& application)
-{
-    bool ran = false;
     for (int work = 0; work < 100; ++work) {
-        mainQueue().async([&ran] { ran = true; });
+        mainQueue().async([&runs] { ++runs; });
     }
-    application.destroyApplication();
-    return !ran;
+    application.reset();
+    const auto token = std::make_shared<int>(0);
+    mainQueue().async([token, &runs] { ++runs; });
+    return runs == 1 && token.use_count() == 1;
 }
 
 /// Threads post to both queues before, while and after the application object is destroyed.
@@ -80,7 +58,7 @@ bool postConcurrently(Application& application)
     while (posts < postsOfEach) {
         QCoreApplication::processEvents();
     }
-    application.destroyApplication();
+    application.reset();
     threads.clear();
     return posts == numberOfThreads * postsOfEach;
 }
@@ -97,7 +75,7 @@ bool finishBackgroundWork(Application& application)
         finished = true;
     });
     begun.wait(false);
-    application.destroyApplication();
+    application.reset();
     return finished;
 }
 
@@ -114,7 +92,7 @@ std::optional<bool> postBeforeThreadsStart(Application& application)
     }
     const int ranBefore = ran;
     backgroundQueue().async([&ran] { ++ran; });
-    application.destroyApplication();
+    application.reset();
     return ranBefore == 0 && ran == 2;
 }
 
@@ -127,23 +105,22 @@ std::optional<bool> exitWithoutThreads(Application& application)
     }
     bool ran = false;
     backgroundQueue().async([&ran] { ran = true; });
-    application.destroyApplication();
+    application.reset();
     return !ran;
 }
 
 /// 0 for success, 77 where the system does not allow what the command needs.
-int run(const std::string& command)
+int run(int argc, char* argv[])
 {
     const std::map<std::string, std::function<std::optional<bool>(Application&)>> commands{
-        {"post-after-exit", postAfterExit},
-        {"exit-with-pending-work", exitWithPendingWork},
+        {"post-before-and-after-exit", postBeforeAndAfterExit},
         {"post-concurrently", postConcurrently},
         {"finish-background-work", finishBackgroundWork},
         {"post-before-threads-start", postBeforeThreadsStart},
         {"exit-without-threads", exitWithoutThreads},
     };
-    Application application;
-    const auto result = commands.at(command)(application);
+    Application application(std::in_place, argc, argv);
+    const auto result = commands.at(argv[1])(application);
     return !result ? 77 : *result ? 0 : 1;
 }
 
@@ -152,5 +129,5 @@ int run(const std::string& command)
 
 int main(int argc, char* argv[])
 {
-    return argc == 2 ? orlimo::run(argv[1]) : 2;
+    return argc == 2 ? orlimo::run(argc, argv) : 2;
 }

@@ -3,7 +3,6 @@
 #include "tests/platform/clipboard/linux/NotifierCount.h"
 #include "tests/platform/files/OpenDescriptors.h"
 #include "tests/platform/process/PipeReader.h"
-#include "tests/platform/process/TestPipe.h"
 #include "tests/support/Await.h"
 
 #include <gtest/gtest.h>

@@ -37,11 +37,10 @@ namespace {
 TEST(DirectoryReading, FailureAtAnyEntryMeansThatTheFolderCannotBeListed)
 {
     const TemporaryFolder folder;
-    for (const char* name : {"a", "b", "c", "not\xFFtext"}) {
-        writeFile(folder.path() / name, "");
-    }
+    writeFile(folder.path() / "a", "");
+    writeFile(folder.path() / "b", "");
     // Every folder has two entries of its own.
-    for (const int entries : {0, 1, 4, 6}) {
+    for (const int entries : {0, 1, 4}) {
         entriesUntilFailure = entries;
         const bool isListed = canListDirectory(folder.path());
         EXPECT_EQ(std::exchange(entriesUntilFailure, std::numeric_limits<int>::max()), 0);

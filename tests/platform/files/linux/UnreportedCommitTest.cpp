@@ -53,35 +53,43 @@ TEST_P(UnreportedCommit, MessagesInPlaceOfRolledBackFramesAreReported)
     EXPECT_FALSE(receivesMoreThan(11));
 }
 
-/// A store on a disk that takes longer than a second for each commit.
-TEST(CommitOnASlowDisk, IsOneEventAtWhichItCanBeRead)
+struct SlowDisk
 {
-    const TemporaryFolder folder;
-    const auto store = folder.path() / "chat.db";
-    const auto delay = folder.path() / "delay";
-    auto environment = preloadEnvironment({ORLIMO_SLOW_DISK});
-    environment["ORLIMO_SLOW_DISK"] = delay;
-    WriterProcess writer(store, "full", environment);
-    const UniqueFd opened(::open((store.string() + "-wal").c_str(), O_RDONLY | O_CLOEXEC));
-    ImmediateQueue immediately;
-    std::atomic<int> events = 0;
-    std::atomic<int> messagesSeen = 0;
-    const auto source = makeFileSystemObjectSource(opened.get(), vnodeExtend, immediately);
-    source->setEventHandler([&] {
-        messagesSeen = visibleMessages(store);
-        ++events;
-    });
-    source->resume();
-    writeFile(delay, "1300");
+    TemporaryFolder folder;
+    std::filesystem::path delay = folder.path() / "delay";
+
+    [[nodiscard]] std::map<std::string, std::optional<std::string>> environment() const
+    {
+        auto environment = preloadEnvironment({ORLIMO_SLOW_DISK});
+        environment["ORLIMO_SLOW_DISK"] = delay;
+        return environment;
+    }
+};
+
+/// A store on a disk that takes longer than a second for each commit.
+class CommitOnASlowDisk : private SlowDisk, public CommitDetection
+{
+protected:
+    CommitOnASlowDisk()
+        : CommitDetection(environment())
+    {
+        writeFile(delay, "1300");
+    }
+};
+
+INSTANTIATE_TEST_SUITE_P(Synchronous, CommitOnASlowDisk, testing::Values("full"));
+
+TEST_P(CommitOnASlowDisk, IsOneEventAtWhichItCanBeRead)
+{
+    watch(immediately);
     for (int commit = 1; commit <= 2; ++commit) {
         const auto start = steady_clock::now();
         writer.sendCommand("text message");
         ASSERT_GE(steady_clock::now() - start, 1300ms) << "the disk is not slow";
-        ASSERT_TRUE(await([&] { return events >= commit; }));
+        ASSERT_TRUE(awaitEvents(commit));
         EXPECT_EQ(messagesSeen, 1 + commit);
         EXPECT_EQ(events, commit);
     }
-    source->cancel();
 }
 
 } // namespace

@@ -14,30 +14,18 @@
 namespace orlimo {
 namespace {
 
-class FileChangeDetectorTest : public testing::Test
+TEST(FileChangeDetector, EachChangeOfSizeOrTimeIsDetectedOnce)
 {
-protected:
-    FileChangeDetectorTest()
-    {
-        writeFile(file, "0123456789");
-        setModification(1);
-        opened = UniqueFd(::open(file.c_str(), O_RDONLY | O_CLOEXEC));
-    }
-
-    void setModification(long nanoseconds)
-    {
+    const TemporaryFolder folder;
+    const auto file = folder.path() / "file";
+    const auto setModification = [&file](long nanoseconds) {
         const std::array<timespec, 2> times{
             timespec{1000, nanoseconds}, timespec{1000, nanoseconds}};
         ASSERT_EQ(::utimensat(AT_FDCWD, file.c_str(), times.data(), 0), 0);
-    }
-
-    TemporaryFolder folder;
-    std::filesystem::path file = folder.path() / "file";
-    UniqueFd opened;
-};
-
-TEST_F(FileChangeDetectorTest, EachChangeOfSizeOrTimeIsDetectedOnce)
-{
+    };
+    writeFile(file, "0123456789");
+    setModification(1);
+    UniqueFd opened(::open(file.c_str(), O_RDONLY | O_CLOEXEC));
     FileChangeDetector detector(opened.get());
     EXPECT_TRUE(detector.hasChanged()) << "first call";
     for (const std::uintmax_t size : {11U, 5U, 0U, 10U}) {

@@ -1,4 +1,5 @@
 #include "platform/threads/Queue.h"
+#include "platform/threads/UptimeClock.h"
 #include "tests/support/Await.h"
 #include "tests/support/process/ChildProcess.h"
 
@@ -6,6 +7,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 
 #include <sys/resource.h>
 #include <unistd.h>
@@ -16,6 +18,15 @@ namespace {
 int niceness()
 {
     return ::getpriority(PRIO_PROCESS, 0);
+}
+
+TEST(UptimeClock, ReadsTheSystemsSteadyClock)
+{
+    const auto before = std::chrono::steady_clock::now();
+    const Uptime reading = currentUptime();
+    const auto after = std::chrono::steady_clock::now();
+    EXPECT_GE(reading, before);
+    EXPECT_LE(reading, after);
 }
 
 TEST(BackgroundThreads, WorkRunsAtNicenessTen)

@@ -23,8 +23,6 @@ protected:
             }
         }
     }
-    static void runTrackingMode() { run(@"mouse tracking"); }
-    static void runDefaultMode() { run(NSDefaultRunLoopMode); }
 
     bool isOpen = false;
     int calls = 0;
@@ -37,18 +35,18 @@ protected:
 
 TEST_F(DefaultModeCallTest, CallsOnceInTheDefaultModeWithTheStateOfThatTime)
 {
-    runDefaultMode();
-    EXPECT_EQ(calls, 0) << "not asked";
+    run(NSDefaultRunLoopMode);
+    EXPECT_EQ(calls, 0) << "not requested";
     for (const bool state : {true, false}) {
         calls = 0;
         call->schedule();
         isOpen = state;
         call->schedule();
-        runTrackingMode();
+        run(@"mouse tracking");
         EXPECT_EQ(calls, 0);
         call->schedule();
         for (int time = 0; time < 2; ++time) {
-            runDefaultMode();
+            run(NSDefaultRunLoopMode);
             EXPECT_EQ(calls, 1);
         }
         EXPECT_EQ(seen, state);
@@ -59,7 +57,7 @@ TEST_F(DefaultModeCallTest, IsDroppedWhenItIsDestroyed)
 {
     call->schedule();
     call.reset();
-    runDefaultMode();
+    run(NSDefaultRunLoopMode);
     EXPECT_EQ(calls, 0);
 }
 
