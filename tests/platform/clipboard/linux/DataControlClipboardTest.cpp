@@ -228,7 +228,7 @@ TEST_F(DataControlClipboardTest, OffersTextUnderAllItsNamesMarkedAsSecret)
     }
 }
 
-TEST_F(DataControlClipboardTest, ReaderThatAskedBeforeTheReplacementGetsTheOldText)
+TEST_F(DataControlClipboardTest, RequestBeforeTheReplacementGetsTheOldText)
 {
     start();
     set("old");
@@ -272,7 +272,7 @@ TEST_F(DataControlClipboardTest, GivesUpWhatAnotherProgramReplacesAndTakesItBack
     EXPECT_EQ(compositor->managers().size(), 1U);
 }
 
-TEST_F(DataControlClipboardTest, ManyTextsDoNotAccumulateObjectsOfWhichNoneIsLeftAtTheEnd)
+TEST_F(DataControlClipboardTest, ManyTextsLeaveNoObjectsBehind)
 {
     start();
     const std::size_t unused = openDescriptors();

@@ -91,17 +91,12 @@ TEST_F(PanelTest, IconAppearsInTheTrayWhenAFrozenPanelEnds)
     EXPECT_TRUE(awaitIcon());
 }
 
-TEST_F(PanelTest, WindowDoesNotOpenByItself)
+TEST_F(PanelTest, WindowOpensByItselfOnlyWhileThePanelIsGone)
 {
     startWithPanel();
     sendCommand("open if no tray");
     runEventLoop(std::chrono::milliseconds(1500));
     EXPECT_EQ(count("opened"), 0);
-}
-
-TEST_F(PanelTest, WindowOpensByItselfWhileThePanelIsGone)
-{
-    startWithPanel();
     panel.reset();
     desktop.startTray({});
     desktop.awaitTray();
@@ -144,7 +139,7 @@ TEST_F(PanelTest, MenuOpensTheWindowAtThePointerAndQuits)
     EXPECT_TRUE(awaitWithPolling([this] { return panel->items() == 0; }));
 }
 
-TEST_F(PanelTest, IconIsInThePanelOnlyBesideATray)
+TEST_F(PanelTest, PanelIsPreferredToATray)
 {
     panel.emplace(desktop);
     desktop.startTray({});
