@@ -1,6 +1,7 @@
 // A program with a tray icon, its window and an About panel. It prints what happens to them; each
-// line of standard input is a command and gets one line in response. With the argument "window" it
-// is another program, with one plain window that takes the focus.
+// line of standard input is a command and gets one line in response: "text" of the window's field,
+// "about", or "open if no tray". With the argument "window" it is another program, with one plain
+// window that takes the focus.
 
 #include "platform/desktop/ApplicationDelegate.h"
 #include "platform/desktop/SharedApplication.h"
@@ -9,16 +10,14 @@
 #include "resources/ImageIcon.h"
 
 #include <QApplication>
-#include <QIcon>
 #include <QLineEdit>
 #include <QSocketNotifier>
 #include <QVBoxLayout>
 
-#include <chrono>
 #include <cstdio>
-#include <functional>
 #include <iostream>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -81,78 +80,25 @@ public:
     void applicationWillBecomeActive() override { say("will become active"); }
 };
 
-QIcon label()
-{
-    return templateIcon(QStringLiteral("StatusBarIcon"));
-}
-
-/// The system's clock until it is stopped, from then on a manual one.
-class StoppableClock
-{
-public:
-    void stop() { stoppedAt = currentUptime(); }
-    void advance(std::chrono::seconds span) { stoppedAt.value() += span; }
-    [[nodiscard]] Uptime now() const { return stoppedAt ? *stoppedAt : currentUptime(); }
-
-private:
-    std::optional<Uptime> stoppedAt;
-};
-
-std::string yesOrNo(bool value)
-{
-    return value ? "yes" : "no";
-}
-
-/// A command whose response is "done".
-std::function<std::string()> done(const std::function<void()>& command)
-{
-    return [command] {
-        command();
-        return "done";
-    };
-}
-
 int runExtra()
 {
     auto made = std::make_unique<Content>();
     Content& content = *made;
-    StoppableClock clock;
     const auto extra = MenuBarExtra::create(
         [&made]() -> std::unique_ptr<QWidget> { return std::move(made); },
-        label(),
-        [&clock] { return clock.now(); });
-    QWidget beside;
-    const auto showBeside = [&beside] {
-        beside.setWindowTitle(QStringLiteral("Beside"));
-        beside.setGeometry(20, 60, 200, 200);
-        beside.show();
-        beside.raise();
-        beside.activateWindow();
-    };
-    const std::map<std::string, std::function<std::string()>> commands{
-        {"is open", [&] { return yesOrNo(extra->isOpen()); }},
-        {"open", done([&] { extra->open(); })},
-        {"open where there is no icon", done([&] { extra->openIfNoTray(); })},
-        {"open beside another window", done([&] {
-             showBeside();
-             extra->openIfNoTray();
-         })},
-        {"stop the clock", done([&] { clock.stop(); })},
-        {"let a minute pass", done([&] { clock.advance(std::chrono::minutes(1)); })},
-        {"open on request beside another window", done([&] {
-             showBeside();
-             extra->openOnRequest();
-         })},
-        {"text", [&] { return content.text(); }},
-        {"about", done([] { sharedApplication().orderFrontStandardAboutPanel(); })},
-    };
+        templateIcon(QStringLiteral("StatusBarIcon")),
+        currentUptime);
     const QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
     QObject::connect(&input, &QSocketNotifier::activated, &content, [&] {
         std::string command;
-        if (std::getline(std::cin, command)) {
-            say(commands.at(command)());
-        } else {
+        if (!std::getline(std::cin, command)) {
             sharedApplication().terminate();
+        } else if (command == "text") {
+            say(content.text());
+        } else {
+            command == "about" ? sharedApplication().orderFrontStandardAboutPanel()
+                               : extra->openIfNoTray();
+            say("done");
         }
     });
     Delegate delegate;
@@ -176,12 +122,12 @@ int runWindow()
 int main(int argc, char* argv[])
 {
     const std::string what = argc > 1 ? argv[1] : "extra";
-    if (what == "no application") {
-        (void)orlimo::sharedApplication();
-    }
+    std::optional<QGuiApplication> withoutWindows;
     if (what == "application without windows") {
-        const QGuiApplication application(argc, argv);
-        (void)orlimo::sharedApplication();
+        withoutWindows.emplace(argc, argv);
+    }
+    if (what == "no application" || withoutWindows) {
+        (void)orlimo::sharedApplication(); // ends the program
     }
     const QApplication application(argc, argv);
     return what == "window" ? orlimo::runWindow() : orlimo::runExtra();

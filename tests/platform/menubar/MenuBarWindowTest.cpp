@@ -15,6 +15,7 @@
 #include <chrono>
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace orlimo {
 namespace {
@@ -57,20 +58,8 @@ protected:
         ASSERT_TRUE(await([this] { return other.isActiveWindow(); }));
     }
 
-    void pointerEnters()
-    {
-        QEnterEvent event(QPointF(10, 10), QPointF(10, 10), QPointF(10, 10));
-        QCoreApplication::sendEvent(&content, &event);
-    }
-
-    void pointerLeaves()
-    {
-        QEvent event(QEvent::Leave);
-        QCoreApplication::sendEvent(&content, &event);
-    }
-
     /// Longer than the window waits for the pointer to return.
-    static constexpr std::chrono::milliseconds longEnough{300};
+    static constexpr std::chrono::milliseconds longEnough{350};
 
     ManualClock clock;
     std::optional<QRect> icon = QRect(400, 1, 22, 22);
@@ -83,7 +72,7 @@ protected:
         clock.function(),
         MenuBarWindow::Options{
             .focusLoss = [this] { return focusLoss; },
-            .pointerReturnTimeout = std::chrono::milliseconds(50)});
+            .pointerReturnTimeout = std::chrono::milliseconds(150)});
 };
 
 TEST_F(MenuBarWindowTest, OpensUnderTheIconWithTheFocusAndCloses)
@@ -165,62 +154,57 @@ TEST_F(MenuBarWindowTest, FocusThatFollowedThePointerClosesAtAPressElsewhere)
     EXPECT_FALSE(window->isOpen());
 }
 
-TEST_F(MenuBarWindowTest, UnknownFocusLossClosesOnlyAfterThePointerHasLeft)
+TEST_F(MenuBarWindowTest, UnknownFocusLossClosesOnlyWithThePointersLeaving)
 {
     focusLoss = FocusLoss::unknown;
-    open();
-    focusOtherWindow();
-    runEventLoop(longEnough);
-    EXPECT_TRUE(window->isOpen());
-    pointerEnters();
-    content.activateWindow();
-    ASSERT_TRUE(awaitFocus());
-    runEventLoop(longEnough);
-    EXPECT_TRUE(window->isOpen());
-    // The compositor reports the keyboard first.
-    focusOtherWindow();
-    pointerLeaves();
-    EXPECT_TRUE(window->isOpen());
-    EXPECT_TRUE(await([this] { return !window->isOpen(); }));
-}
-
-TEST_F(MenuBarWindowTest, StaysOpenIfThePointerReturnsSoon)
-{
-    focusLoss = FocusLoss::unknown;
-    open();
-    pointerEnters();
-    pointerLeaves();
-    focusOtherWindow();
-    EXPECT_TRUE(window->isOpen());
-    pointerEnters();
-    content.activateWindow();
-    ASSERT_TRUE(awaitFocus());
-    runEventLoop(longEnough);
-    EXPECT_TRUE(window->isOpen());
-}
-
-TEST_F(MenuBarWindowTest, ClosesIfTheFocusIsLostLongAfterThePointerLeft)
-{
-    focusLoss = FocusLoss::unknown;
-    open();
-    pointerEnters();
-    pointerLeaves();
-    clock.advance(1s);
-    focusOtherWindow();
-    EXPECT_FALSE(window->isOpen());
-    open();
-    focusOtherWindow();
-    runEventLoop(longEnough);
-    EXPECT_TRUE(window->isOpen()) << "remembered the pointer";
-}
-
-TEST_F(MenuBarWindowTest, ClosesIfTheFocusIsLostWhileThePointerStaysInside)
-{
-    focusLoss = FocusLoss::unknown;
-    open();
-    pointerEnters();
-    focusOtherWindow();
-    EXPECT_TRUE(await([this] { return !window->isOpen(); }));
+    struct Case
+    {
+        const char* steps;
+        bool isOpenAtOnce;
+        bool isOpenLater;
+    };
+    for (const auto& [steps, isOpenAtOnce, isOpenLater] : std::vector<Case>{
+             {"lose", true, true},
+             // The compositor reports the keyboard first.
+             {"lose enter regain wait lose leave", true, false},
+             {"enter leave lose", true, false},
+             {"enter leave lose enter regain", true, true},
+             {"enter leave advance lose", false, false},
+             {"enter lose", true, false},
+             // Nothing is remembered of earlier openings.
+             {"lose", true, true}})
+    {
+        open();
+        for (const QString& step : QString::fromLatin1(steps).split(u' ')) {
+            if (step == u"lose") {
+                focusOtherWindow();
+            } else if (step == u"regain") {
+                content.activateWindow();
+                ASSERT_TRUE(awaitFocus());
+            } else if (step == u"enter") {
+                QEnterEvent event(QPointF(10, 10), QPointF(10, 10), QPointF(10, 10));
+                QCoreApplication::sendEvent(&content, &event);
+            } else if (step == u"leave") {
+                QEvent event(QEvent::Leave);
+                QCoreApplication::sendEvent(&content, &event);
+            } else if (step == u"advance") {
+                clock.advance(1s);
+            } else {
+                runEventLoop(longEnough);
+                EXPECT_TRUE(window->isOpen()) << steps;
+            }
+        }
+        EXPECT_EQ(window->isOpen(), isOpenAtOnce) << steps;
+        if (isOpenLater) {
+            runEventLoop(longEnough);
+            EXPECT_TRUE(window->isOpen()) << steps;
+        } else {
+            EXPECT_TRUE(await([this] { return !window->isOpen(); })) << steps;
+        }
+        window->close();
+        focusOtherWindow();
+        clock.advance(1min);
+    }
 }
 
 TEST_F(MenuBarWindowTest, ClickThatTookTheFocusDoesNotReopenIt)
@@ -259,27 +243,31 @@ TEST_F(MenuBarWindowTest, TakesTheFocusBackFromAWindowOpenedWithItForTwoSeconds)
     EXPECT_FALSE(window->isOpen());
 }
 
-TEST_F(MenuBarWindowTest, ClosesForAnotherProgramAlsoIfOpenedOnRequest)
+TEST_F(MenuBarWindowTest, ClosesForAnotherProgramAndForALaterWindowAlsoIfOpenedOnRequest)
 {
-    window->openOnRequest();
-    ASSERT_TRUE(awaitFocus());
     // Not a widget of the application, like another program's window.
     QWindow another;
-    another.show();
-    another.requestActivate();
-    ASSERT_TRUE(await([&another] { return another.isActive(); }));
-    ASSERT_EQ(QApplication::activeWindow(), nullptr);
-    EXPECT_FALSE(window->isOpen());
-}
-
-TEST_F(MenuBarWindowTest, HoldsTheFocusOnlyForTheOpeningOnRequest)
-{
+    QWidget later;
+    for (const bool isAnotherProgram : {true, false}) {
+        window->openOnRequest();
+        ASSERT_TRUE(awaitFocus());
+        if (isAnotherProgram) {
+            another.show();
+            another.requestActivate();
+            ASSERT_TRUE(await([&another] { return another.isActive(); }));
+        } else {
+            later.show();
+            later.activateWindow();
+            ASSERT_TRUE(await([&later] { return later.isActiveWindow(); }));
+        }
+        EXPECT_FALSE(window->isOpen());
+    }
+    // Nor does the request hold the focus in a later opening.
     window->openOnRequest();
-    ASSERT_TRUE(awaitFocus());
     window->close();
-    focusOtherWindow();
     open();
-    focusOtherWindow();
+    later.activateWindow();
+    ASSERT_TRUE(await([&later] { return later.isActiveWindow(); }));
     EXPECT_FALSE(window->isOpen());
 }
 

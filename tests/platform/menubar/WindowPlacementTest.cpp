@@ -1,17 +1,12 @@
 #include "platform/menubar/WindowPlacement.h"
 
+#include "tests/support/widgets/QtPrinting.h"
+
 #include <gtest/gtest.h>
 
-#include <ostream>
 #include <vector>
 
 namespace orlimo {
-
-// For the messages of failed expectations.
-void PrintTo(const QPoint& point, std::ostream* stream)
-{
-    *stream << "(" << point.x() << ", " << point.y() << ")";
-}
 
 namespace {
 

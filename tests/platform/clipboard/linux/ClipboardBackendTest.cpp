@@ -6,6 +6,7 @@
 #include <optional>
 #include <ostream>
 #include <string>
+#include <vector>
 
 namespace orlimo {
 
@@ -83,50 +84,35 @@ INSTANTIATE_TEST_SUITE_P(
         Session{"ChosenOtherWithNeither", "vnc", true, notOffered, false, qt}),
     [](const auto& instance) { return instance.param.name; });
 
-TEST(ClipboardBackendQueries, AreMadeOnlyIfTheyMatter)
+TEST(ClipboardBackendQueries, AreMadeOnlyIfTheyMatterAndWaitLongOnlyForQtsPlatform)
 {
-    int queries = 0;
-    SessionCapabilities capabilities{
-        .chosenPlatform = none,
-        .isWaylandSession = false,
-        .dataControl =
-            [&](auto /*limit*/) {
-                ++queries;
-                return offered;
-            },
-        .hasXServer =
-            [&] {
-                ++queries;
-                return true;
-            }};
-    (void)bestClipboardBackend(capabilities);
-    capabilities.chosenPlatform = "offscreen";
-    capabilities.isWaylandSession = true;
-    (void)bestClipboardBackend(capabilities);
-    EXPECT_EQ(queries, 0);
-    capabilities.chosenPlatform.reset();
-    (void)bestClipboardBackend(capabilities);
-    EXPECT_EQ(queries, 1) << "an X server does not matter beside data control";
-}
-
-TEST(ClipboardBackendQueries, WaitLongOnlyIfThePlatformDependsOnTheResponse)
-{
-    std::optional<std::chrono::milliseconds> waited;
-    SessionCapabilities capabilities{
-        .chosenPlatform = none,
-        .isWaylandSession = true,
-        .dataControl =
-            [&](auto limit) {
-                waited = limit;
-                return unknown;
-            },
-        .hasXServer = [] { return true; }};
-    (void)bestClipboardBackend(capabilities);
-    EXPECT_EQ(waited, std::chrono::seconds(30));
-    for (const char* platform : {"wayland", "xcb"}) {
-        capabilities.chosenPlatform = platform;
-        (void)bestClipboardBackend(capabilities);
-        EXPECT_EQ(waited, std::chrono::seconds(2)) << platform;
+    using Wait = std::optional<std::chrono::milliseconds>;
+    struct Case
+    {
+        std::optional<std::string> platform;
+        bool isWaylandSession;
+        Wait expected;
+    };
+    for (const Case& session : std::vector<Case>{
+             {none, false, none},
+             {"offscreen", true, none},
+             {none, true, std::chrono::seconds(30)},
+             {"wayland", true, std::chrono::seconds(2)},
+             {"xcb", true, std::chrono::seconds(2)}})
+    {
+        Wait waited;
+        int serverQueries = 0;
+        (void)bestClipboardBackend(
+            {.chosenPlatform = session.platform,
+             .isWaylandSession = session.isWaylandSession,
+             .dataControl =
+                 [&](auto limit) {
+                     waited = limit;
+                     return offered;
+                 },
+             .hasXServer = [&] { return ++serverQueries > 0; }});
+        EXPECT_EQ(waited, session.expected);
+        EXPECT_EQ(serverQueries, 0) << "an X server does not matter beside data control";
     }
 }
 

@@ -9,7 +9,6 @@
 #include <QGuiApplication>
 #include <QSocketNotifier>
 
-#include <cstdio>
 #include <iostream>
 #include <string>
 
@@ -18,26 +17,12 @@
 namespace orlimo {
 namespace {
 
-void say(const std::string& line)
-{
-    (void)std::puts(line.c_str());
-    (void)std::fflush(stdout);
-}
-
-std::string put(const std::string& text, Pasteboard& pasteboard)
-{
-    pasteboard.declareTypes({PasteboardType::string});
-    pasteboard.setString(text, PasteboardType::string);
-    return "done";
-}
-
 /// 0123456789012…, so that a lost or repeated part is noticed.
 std::string digits(std::size_t count)
 {
     std::string text;
-    text.reserve(count);
-    for (std::size_t place = 0; place < count; ++place) {
-        text += static_cast<char>('0' + place % 10);
+    while (text.size() < count) {
+        text += static_cast<char>('0' + text.size() % 10);
     }
     return text;
 }
@@ -46,13 +31,13 @@ std::string responseTo(const std::string& line, Pasteboard& pasteboard)
 {
     const std::string command = line.substr(0, line.find(' '));
     const std::string rest = line.size() > command.size() ? line.substr(command.size() + 1) : "";
-    if (command == "text") {
-        return put(rest, pasteboard);
+    if (command == "platform") {
+        return QGuiApplication::platformName().toStdString();
     }
-    if (command == "digits") {
-        return put(digits(std::stoul(rest)), pasteboard);
-    }
-    return command == "platform" ? QGuiApplication::platformName().toStdString() : "what?";
+    pasteboard.declareTypes({PasteboardType::string});
+    pasteboard.setString(
+        command == "digits" ? digits(std::stoul(rest)) : rest, PasteboardType::string);
+    return "done";
 }
 
 } // namespace
@@ -68,7 +53,8 @@ int main(int argc, char* argv[])
     QObject::connect(&input, &QSocketNotifier::activated, &input, [&pasteboard] {
         std::string line;
         if (std::getline(std::cin, line)) {
-            orlimo::say(orlimo::responseTo(line, *pasteboard));
+            // NOLINTNEXTLINE(performance-avoid-endl): the test waits for it
+            std::cout << orlimo::responseTo(line, *pasteboard) << std::endl;
         } else {
             QGuiApplication::quit();
         }

@@ -2,6 +2,8 @@
 
 #include "platform/clipboard/linux/DataControlProtocol.h"
 #include "platform/files/UniqueFd.h"
+#include "tests/platform/clipboard/linux/ListeningSocket.h"
+#include "tests/support/process/OpenPipe.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -10,14 +12,21 @@
 #include <functional>
 #include <future>
 #include <map>
+#include <memory>
 #include <mutex>
+#include <new>
 #include <semaphore>
 #include <set>
 #include <string>
 #include <thread>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
+#include <sys/eventfd.h>
+
 #include <wayland-server-core.h>
+#include <wayland-server-protocol.h>
 
 namespace orlimo {
 
@@ -42,56 +51,166 @@ public:
     enum class Kind { manager, device, source, offer, seat };
 
     /// Listens at `socket`, which must not exist.
-    ScriptedCompositor(const std::filesystem::path& socket, const Script& how);
+    ScriptedCompositor(std::filesystem::path socket, const Script& how)
+        : script(how)
+        , path(std::move(socket))
+    {
+        const auto runTasksOf = [](int descriptor, std::uint32_t /*mask*/, void* compositor) {
+            eventfd_t ignored = 0;
+            (void)::eventfd_read(descriptor, &ignored);
+            static_cast<ScriptedCompositor*>(compositor)->runTasks();
+            return 0;
+        };
+        wakeUpSource =
+            wl_event_loop_add_fd(loop, wakeUp.get(), WL_EVENT_READABLE, runTasksOf, this);
+        // In the reverse order of preference, so that taking the first one is no solution.
+        if (script.offersZwlr) {
+            const auto& interface = zwlrDataControl.manager;
+            wl_global_create(display, &interface, 2, this, &bindManager<zwlrDataControl>);
+        }
+        if (script.offersExt) {
+            const auto& interface = extDataControl.manager;
+            wl_global_create(display, &interface, 1, this, &bindManager<extDataControl>);
+        }
+        while (nextSeat < script.seats) {
+            createSeat();
+        }
+        constexpr int backlog = 128;
+        wl_display_add_socket_fd(display, listeningSocket(path, backlog).release());
+        thread = std::thread([this] {
+            while (!isStopped) {
+                wl_display_flush_clients(display);
+                wl_event_loop_dispatch(loop, -1);
+            }
+        });
+    }
+
     explicit ScriptedCompositor(const std::filesystem::path& socket)
-        : ScriptedCompositor(socket, Script{})
+        : ScriptedCompositor(socket, Script())
     {}
     ScriptedCompositor(const ScriptedCompositor&) = delete;
     ScriptedCompositor& operator=(const ScriptedCompositor&) = delete;
-    ~ScriptedCompositor();
+
+    ~ScriptedCompositor()
+    {
+        resume();
+        run([this] { isStopped = true; });
+        thread.join();
+        wl_display_destroy_clients(display);
+        wl_event_source_remove(wakeUpSource);
+        wl_display_destroy(display);
+        std::error_code ignored;
+        std::filesystem::remove(path, ignored);
+    }
 
     /// The types that a client offers on a seat's clipboard, in its order; empty if none does.
-    [[nodiscard]] std::vector<std::string> types(std::size_t seat = 0);
+    [[nodiscard]] std::vector<std::string> types(std::size_t seat = 0)
+    {
+        return run([&] { return typesOf(seats.at(seat).selection); });
+    }
 
     /// Requests the text of the client that has the clipboard and returns the end to read it from;
     /// none if no client has it.
-    [[nodiscard]] UniqueFd paste(const std::string& type = "text/plain", std::size_t seat = 0);
+    [[nodiscard]] UniqueFd paste(const std::string& type = "text/plain", std::size_t seat = 0)
+    {
+        return run([&] {
+            wl_resource* const source = seats.at(seat).selection;
+            if (source == nullptr) {
+                return UniqueFd();
+            }
+            const auto ends = openPipe();
+            const UniqueFd writeEnd(ends[1]);
+            wl_resource_post_event(
+                source, Protocol::SourceEvent::send, type.c_str(), writeEnd.get());
+            return UniqueFd(ends[0]);
+        });
+    }
 
     /// Lets another program take the clipboard, or the primary selection.
-    void takeSelection(std::size_t seat = 0);
-    void takePrimarySelection(std::size_t seat = 0);
+    void takeSelection(std::size_t seat = 0)
+    {
+        run([&] {
+            cancel(std::exchange(seats.at(seat).selection, nullptr));
+            sendToAll(seats.at(seat), Protocol::DeviceEvent::selection, foreignTypes);
+        });
+    }
+    void takePrimarySelection()
+    {
+        run([&] { sendToAll(seats.at(0), Protocol::DeviceEvent::primarySelection, foreignTypes); });
+    }
 
     /// Announces one more seat, numbered in sequence.
-    void addSeat();
+    void addSeat()
+    {
+        run([this] { createSeat(); });
+    }
 
     /// Removes a seat and the clipboard objects that clients have of it.
-    void removeSeat(std::size_t seat);
+    void removeSeat(std::size_t seat)
+    {
+        run([&] {
+            finishDevicesOf(seats.at(seat));
+            wl_global_destroy(seats.at(seat).global);
+            seats.erase(seat);
+        });
+    }
 
-    /// Ends the clipboard objects of a seat, which stays.
-    void finishDevices(std::size_t seat = 0);
+    /// Ends the clipboard objects of the first seat, which stays.
+    void finishDevices()
+    {
+        run([&] { finishDevicesOf(seats.at(0)); });
+    }
 
-    void disconnectClients();
+    void disconnectClients()
+    {
+        run([this] { wl_display_destroy_clients(display); });
+    }
 
     /// Sends each client a protocol error, which disconnects it.
-    void postError();
+    void postError()
+    {
+        run([this] {
+            for (wl_resource* const manager : managerResources) {
+                wl_resource_post_error(manager, 0, "the test says so");
+            }
+        });
+    }
 
-    /// Stops handling anything until `resume`.
-    void hold();
-    void resume();
-
-    /// Resumes, and requests the text before handling what clients have sent in the meantime.
-    [[nodiscard]] UniqueFd resumeWithPaste();
+    /// Stops reading what clients send until `resume`. Calls are still carried out.
+    void hold()
+    {
+        if (!std::exchange(isHeld, true)) {
+            (void)begin([this] { release.acquire(); });
+        }
+    }
+    void resume()
+    {
+        if (std::exchange(isHeld, false)) {
+            release.release();
+        }
+    }
 
     /// How many objects of a kind the clients have at present.
-    [[nodiscard]] std::size_t count(Kind kind);
+    [[nodiscard]] std::size_t count(Kind kind)
+    {
+        return run([&] { return counts[kind]; });
+    }
 
     /// How often a client has put something on a seat's clipboard.
-    [[nodiscard]] std::size_t selections();
+    [[nodiscard]] std::size_t selections()
+    {
+        return run([this] { return selectionCount; });
+    }
 
     /// The interface of each manager that was bound so far, which a client does once a connection.
-    [[nodiscard]] std::vector<std::string> managers();
+    [[nodiscard]] std::vector<std::string> managers()
+    {
+        return run([this] { return managerInterfaces; });
+    }
 
 private:
+    using Protocol = DataControlProtocol;
+
     struct Seat
     {
         ScriptedCompositor* compositor = nullptr;
@@ -112,41 +231,258 @@ private:
         bool isUsed = false;
     };
 
-    template <typename Task> auto begin(Task task);
-    template <typename Task> auto run(Task task);
-    void runTasks();
+    inline static const std::vector<std::string> foreignTypes{
+        "text/html", "text/plain", "image/png"};
 
-    static Object& objectOf(wl_resource* resource);
-    wl_resource* make(
+    /// Enqueues `task` for the compositor's thread, which sends the resulting events.
+    template <typename Task> std::future<std::invoke_result_t<Task>> begin(Task task)
+    {
+        const auto packaged =
+            std::make_shared<std::packaged_task<std::invoke_result_t<Task>()>>([this, task] {
+                struct Flush
+                {
+                    ~Flush() { wl_display_flush_clients(display); }
+                    wl_display* display;
+                } const flush{display};
+                return task();
+            });
+        auto result = packaged->get_future();
+        {
+            const std::lock_guard guard(mutex);
+            tasks.emplace_back([packaged] { (*packaged)(); });
+        }
+        (void)::eventfd_write(wakeUp.get(), 1);
+        return result;
+    }
+
+    template <typename Task> std::invoke_result_t<Task> run(Task task)
+    {
+        auto result = begin(std::move(task));
+        if (isHeld) {
+            // All enqueued tasks are run before anything is read: this one, and holding again.
+            (void)begin([this] { release.acquire(); });
+            release.release();
+        }
+        return result.get();
+    }
+
+    void runTasks()
+    {
+        std::unique_lock guard(mutex);
+        while (!tasks.empty()) {
+            const auto task = std::move(tasks.front());
+            tasks.pop_front();
+            guard.unlock();
+            task();
+            guard.lock();
+        }
+    }
+
+    static Object& objectOf(wl_resource* resource)
+    {
+        return *static_cast<Object*>(wl_resource_get_user_data(resource));
+    }
+
+    static wl_resource* resourceIn(const wl_argument& argument)
+    {
+        // Each of the library's resources begins with its object.
+        return reinterpret_cast<wl_resource*>(argument.o);
+    }
+
+    static std::vector<std::string> typesOf(wl_resource* source)
+    {
+        return source == nullptr ? std::vector<std::string>() : objectOf(source).types;
+    }
+
+    static void cancel(wl_resource* source)
+    {
+        if (source != nullptr) {
+            wl_resource_post_event(source, Protocol::SourceEvent::cancelled);
+        }
+    }
+
+    static wl_resource* make(
         wl_client* client,
         const wl_interface& interface,
         int version,
         std::uint32_t id,
-        Object object);
-    static void forget(wl_resource* resource);
+        Object object)
+    {
+        wl_resource* const resource = wl_resource_create(client, &interface, version, id);
+        if (resource == nullptr) {
+            throw std::bad_alloc();
+        }
+        ++object.compositor.counts[object.kind];
+        auto* const owned = new Object(std::move(object)); // deleted by `forget`
+        wl_resource_set_dispatcher(resource, &dispatch, nullptr, owned, &forget);
+        return resource;
+    }
+
+    static void forget(wl_resource* resource)
+    {
+        const std::unique_ptr<Object> object(&objectOf(resource));
+        ScriptedCompositor& self = object->compositor;
+        --self.counts[object->kind];
+        std::erase(self.managerResources, resource);
+        for (auto& [number, seat] : self.seats) {
+            seat.devices.erase(resource);
+            if (seat.selection == resource) {
+                seat.selection = nullptr;
+                sendToAll(seat, Protocol::DeviceEvent::selection, {});
+            }
+        }
+    }
+
     template <const DataControlProtocol& protocol>
-    static void bindManager(wl_client* client, void* data, std::uint32_t version, std::uint32_t id);
-    static void bindSeat(wl_client* client, void* data, std::uint32_t version, std::uint32_t id);
+    static void bindManager(wl_client* client, void* data, std::uint32_t version, std::uint32_t id)
+    {
+        auto& self = *static_cast<ScriptedCompositor*>(data);
+        self.managerInterfaces.emplace_back(protocol.manager.name);
+        self.managerResources.push_back(make(
+            client,
+            protocol.manager,
+            static_cast<int>(version),
+            id,
+            {self, Kind::manager, &protocol}));
+    }
+
+    static void bindSeat(wl_client* client, void* data, std::uint32_t version, std::uint32_t id)
+    {
+        const Seat& seat = *static_cast<Seat*>(data);
+        wl_resource* const resource = make(
+            client,
+            wl_seat_interface,
+            static_cast<int>(version),
+            id,
+            {*seat.compositor, Kind::seat, nullptr, seat.number});
+        wl_resource_post_event(resource, WL_SEAT_CAPABILITIES, 0U);
+    }
+
     static int dispatch(
-        const void* implementation,
+        const void* /*implementation*/,
         void* target,
         std::uint32_t request,
-        const wl_message* message,
-        wl_argument* arguments);
-    void managerRequest(wl_resource* manager, std::uint32_t request, const wl_argument* arguments);
-    void setSelection(wl_resource* device, wl_resource* source);
-    [[nodiscard]] UniqueFd pasteNow(const std::string& type, std::size_t seat);
-    void addSeatNow();
-    void finishDevicesNow(std::size_t number);
-    void sendToAll(const Seat& seat, std::uint32_t event, const std::vector<std::string>& offered);
-    void sendTo(wl_resource* device, std::uint32_t event, const std::vector<std::string>& offered);
+        const wl_message* /*message*/,
+        wl_argument* arguments)
+    {
+        constexpr std::uint32_t seatRelease = 3;
+        auto* const resource = static_cast<wl_resource*>(target);
+        Object& object = objectOf(resource);
+        if ((object.kind == Kind::device && request == Protocol::DeviceRequest::destroy) ||
+            (object.kind == Kind::source && request == Protocol::SourceRequest::destroy) ||
+            (object.kind == Kind::offer && request == Protocol::OfferRequest::destroy) ||
+            (object.kind == Kind::seat && request == seatRelease))
+        {
+            wl_resource_destroy(resource);
+        } else if (object.kind == Kind::manager) {
+            object.compositor.managerRequest(resource, request, arguments);
+        } else if (object.kind == Kind::device && request == Protocol::DeviceRequest::setSelection)
+        {
+            object.compositor.setSelection(resource, resourceIn(arguments[0]));
+        } else if (object.kind == Kind::source && !object.isUsed) {
+            object.types.emplace_back(arguments[0].s);
+        } else {
+            wl_resource_post_error(resource, 0, "a request that the program has no need of");
+        }
+        return 0;
+    }
+
+    void managerRequest(wl_resource* manager, std::uint32_t request, const wl_argument* arguments)
+    {
+        const auto& protocol = *objectOf(manager).protocol;
+        wl_client* const client = wl_resource_get_client(manager);
+        const int version = wl_resource_get_version(manager);
+        const auto id = arguments[0].n;
+        if (request == Protocol::ManagerRequest::createDataSource) {
+            make(client, protocol.source, version, id, {*this, Kind::source, &protocol});
+        } else if (request == Protocol::ManagerRequest::getDataDevice) {
+            const std::size_t number = objectOf(resourceIn(arguments[1])).seat;
+            wl_resource* const device = make(
+                client, protocol.device, version, id, {*this, Kind::device, &protocol, number});
+            const auto seat = seats.find(number);
+            if (seat == seats.end()) {
+                wl_resource_post_event(device, Protocol::DeviceEvent::finished);
+                return;
+            }
+            seat->second.devices.insert(device);
+            sendTo(device, Protocol::DeviceEvent::selection, typesOf(seat->second.selection));
+        } else {
+            wl_resource_destroy(manager);
+        }
+    }
+
+    void setSelection(wl_resource* device, wl_resource* source)
+    {
+        if (source == nullptr || std::exchange(objectOf(source).isUsed, true)) {
+            wl_resource_post_error(device, 1, "a source is needed that was not used before");
+            return;
+        }
+        const auto found = seats.find(objectOf(device).seat);
+        if (found == seats.end() || !found->second.devices.contains(device)) {
+            cancel(source);
+            return;
+        }
+        ++selectionCount;
+        wl_resource* const replaced = std::exchange(found->second.selection, source);
+        if (script.cancelsReplaced) {
+            cancel(replaced);
+        }
+        sendToAll(found->second, Protocol::DeviceEvent::selection, objectOf(source).types);
+    }
+
+    void createSeat()
+    {
+        Seat& seat = seats[nextSeat];
+        seat.compositor = this;
+        seat.number = nextSeat++;
+        const auto version = static_cast<int>(script.seatVersion);
+        seat.global = wl_global_create(display, &wl_seat_interface, version, &seat, &bindSeat);
+    }
+
+    static void finishDevicesOf(Seat& seat)
+    {
+        for (wl_resource* const device : std::exchange(seat.devices, {})) {
+            wl_resource_post_event(device, Protocol::DeviceEvent::finished);
+        }
+        seat.selection = nullptr;
+    }
+
+    static void
+    sendToAll(const Seat& seat, std::uint32_t event, const std::vector<std::string>& offered)
+    {
+        for (wl_resource* const device : seat.devices) {
+            sendTo(device, event, offered);
+        }
+    }
+
+    /// Sends a client the new content of a selection; without types there is none.
+    static void
+    sendTo(wl_resource* device, std::uint32_t event, const std::vector<std::string>& offered)
+    {
+        if (offered.empty()) {
+            wl_resource_post_event(device, event, nullptr);
+            return;
+        }
+        const Object& object = objectOf(device);
+        wl_resource* const offer = make(
+            wl_resource_get_client(device),
+            object.protocol->offer,
+            wl_resource_get_version(device),
+            0,
+            {object.compositor, Kind::offer, object.protocol});
+        wl_resource_post_event(device, Protocol::DeviceEvent::dataOffer, offer);
+        for (const std::string& type : offered) {
+            wl_resource_post_event(offer, Protocol::OfferEvent::offer, type.c_str());
+        }
+        wl_resource_post_event(device, event, offer);
+    }
 
     const Script script;
     const std::filesystem::path path;
-    wl_display* display;
-    wl_event_loop* loop;
-    UniqueFd wakeUp;
-    wl_event_source* wakeUpSource;
+    wl_display* display = wl_display_create();
+    wl_event_loop* loop = wl_display_get_event_loop(display);
+    UniqueFd wakeUp{::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)};
+    wl_event_source* wakeUpSource = nullptr;
     std::mutex mutex;
     std::deque<std::function<void()>> tasks;
     bool isStopped = false;

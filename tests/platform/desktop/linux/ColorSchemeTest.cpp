@@ -91,22 +91,14 @@ TEST_F(ColorSchemePortalTest, ReportsEachChange)
     EXPECT_THAT(reported, ElementsAre(noPreference, dark, light, noPreference, noPreference));
 }
 
-TEST_F(ColorSchemePortalTest, IgnoresAValueOfAnotherType)
+TEST_F(ColorSchemePortalTest, IgnoresOtherTypesSettingsAndSenders)
 {
     portal->setColorScheme(QStringLiteral("dark"));
     read();
     ASSERT_TRUE(await([this] { return portal->reads() == 1; }));
     portal->changeColorScheme(QVariant(-1));
     portal->changeColorScheme(QVariant(true));
-    EXPECT_TRUE(awaitArrived());
-    EXPECT_THAT(reported, ElementsAre(dark));
-}
-
-TEST_F(ColorSchemePortalTest, IgnoresOtherSettingsAndSenders)
-{
-    portal->setColorScheme(0U);
-    read();
-    ASSERT_TRUE(awaitReported(1));
+    ASSERT_TRUE(awaitArrived());
     portal->sendSettingChanged(appearance, QStringLiteral("contrast"), 2U);
     portal->sendSettingChanged(QStringLiteral("org.example"), colorScheme, 2U);
     const auto name = QStringLiteral("stranger");
@@ -121,7 +113,7 @@ TEST_F(ColorSchemePortalTest, IgnoresOtherSettingsAndSenders)
     (void)stranger.interface()->isServiceRegistered(name);
     QDBusConnection::disconnectFromBus(name);
     EXPECT_TRUE(awaitArrived());
-    EXPECT_THAT(reported, ElementsAre(noPreference, dark));
+    EXPECT_THAT(reported, ElementsAre(dark, dark));
 }
 
 TEST_F(ColorSchemePortalTest, ReadsAgainWhenThePortalStartsOrRestarts)
@@ -147,7 +139,7 @@ TEST_F(ColorSchemePortalTest, WaitsForSlowPortalWithoutBlocking)
     EXPECT_LT(std::chrono::steady_clock::now() - before, std::chrono::seconds(1));
     bus.thaw();
     ASSERT_TRUE(await([this] { return portal->reads() == 1; }));
-    runEventLoop(std::chrono::milliseconds(200));
+    runEventLoop(std::chrono::milliseconds(100));
     EXPECT_THAT(reported, IsEmpty());
     portal->replyToReads();
     ASSERT_TRUE(awaitReported(1));
@@ -163,14 +155,10 @@ TEST_F(ColorSchemePortalTest, ReportsNothingWithoutABus)
     EXPECT_THAT(reported, IsEmpty());
 }
 
-/// The application's palette, at first Qt's own.
 class PaletteSchemeTest : public testing::Test
 {
 protected:
-    PaletteSchemeTest() { QApplication::setPalette(QPalette()); }
-    ~PaletteSchemeTest() override { QApplication::setPalette(QPalette()); }
-    Q_DISABLE_COPY_MOVE(PaletteSchemeTest)
-
+    const PaletteChange ownOfQt{QPalette()};
     const QPalette before = QApplication::palette();
     PaletteScheme scheme;
 };

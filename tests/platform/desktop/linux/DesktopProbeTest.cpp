@@ -28,19 +28,6 @@ void DesktopProbeTest::sendCommand(const std::string& command)
     ASSERT_TRUE(program->awaitLine("done")) << command << ": " << program->errors();
 }
 
-bool DesktopProbeTest::isWindowReported(bool open)
-{
-    // Events of the window may be reported in between.
-    program->writeLine("is open");
-    const std::string expected = open ? "yes" : "no";
-    while (const auto line = program->readLine()) {
-        if (*line == "yes" || *line == "no") {
-            return *line == expected;
-        }
-    }
-    return false;
-}
-
 bool DesktopProbeTest::awaitIcon()
 {
     return awaitWithPolling([this] {
@@ -54,6 +41,15 @@ void DesktopProbeTest::openByClick()
 {
     desktop.click(icon.center());
     ASSERT_TRUE(awaitActive("Content"));
+}
+
+void DesktopProbeTest::closeByClick()
+{
+    runEventLoop(focusSettleTime);
+    desktop.click(icon.center());
+    EXPECT_TRUE(awaitClosed());
+    runEventLoop(focusSettleTime);
+    EXPECT_FALSE(window("Content"));
 }
 
 bool DesktopProbeTest::awaitActive(const std::string& title)

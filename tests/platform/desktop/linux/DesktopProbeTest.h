@@ -16,15 +16,15 @@
 
 namespace orlimo {
 
-/// A desktop with a small program that has a menu-bar extra, whose window is titled "Content".
+/// A desktop, at first without a tray, and a small program that has a menu-bar extra, whose window
+/// is titled "Content".
 class DesktopProbeTest : public testing::Test
 {
 protected:
     using Environment = std::map<std::string, std::optional<std::string>>;
 
-    template <typename Kind>
-    explicit DesktopProbeTest(const Kind& kind, const std::string& screen = "1280x800x24")
-        : desktop(kind, screen)
+    explicit DesktopProbeTest(const std::string& screen = "1280x800x24")
+        : desktop(DesktopSession::WithoutTray{}, screen)
     {}
 
     /// Starts the program, with `variables` added to the desktop's, and waits until it runs.
@@ -36,14 +36,14 @@ protected:
     /// Has the program execute `command`.
     void sendCommand(const std::string& command);
 
-    /// Whether the program reports that its window is open, or is not. False without a response.
-    [[nodiscard]] bool isWindowReported(bool open);
-
     /// Waits until the program's icon is in the tray, and stores its position.
     [[nodiscard]] bool awaitIcon();
 
     /// Clicks the icon in the tray and waits until the window has the focus.
     void openByClick();
+
+    /// Clicks the icon again and expects that the window closes and stays closed.
+    void closeByClick();
 
     /// Waits until the window titled `title` has the focus.
     [[nodiscard]] bool awaitActive(const std::string& title);

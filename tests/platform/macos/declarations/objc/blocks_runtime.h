@@ -1,4 +1,4 @@
-// The name under which GNUstep's headers ask for the runtime of blocks.
+// The name under which GNUstep's headers include the runtime of blocks.
 #pragma once
 
 #include <Block.h>

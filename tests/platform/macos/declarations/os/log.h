@@ -18,7 +18,7 @@ extern "C" {
 os_log_t os_log_create(const char* subsystem, const char* category);
 bool os_log_type_enabled(os_log_t log, os_log_type_t type);
 
-/// In the place of the function behind the macro, which is the system's own affair.
+/// Replaces the undocumented function behind the macro.
 __attribute__((format(printf, 2, 3))) void
 orlimo_record_os_log(os_log_t log, const char* format, ...);
 
