@@ -19,11 +19,6 @@ struct GraphemeClusterCase
     std::vector<std::int32_t> boundaries;
 };
 
-void PrintTo(const GraphemeClusterCase& characterCase, std::ostream* stream)
-{
-    *stream << characterCase.name;
-}
-
 class GraphemeClustersOfText : public testing::TestWithParam<GraphemeClusterCase>
 {};
 
