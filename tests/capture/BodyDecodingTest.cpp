@@ -33,27 +33,6 @@ std::string stringPreamble()
     return "019584012B";
 }
 
-/// The outcome of one body, and what is logged.
-struct Decoding
-{
-    OptionalText messageText;
-    Lines lines;
-
-    friend bool operator==(const Decoding&, const Decoding&) = default;
-    friend std::ostream& operator<<(std::ostream& stream, const Decoding& decoding)
-    {
-        return stream << testing::PrintToString(decoding.messageText) << " after "
-                      << testing::PrintToString(decoding.lines);
-    }
-};
-
-Decoding decodingOf(const std::string& hexadecimalText)
-{
-    const OutputCapture capture;
-    OptionalText messageText = decodeAttributedBody(hexadecimalText);
-    return {std::move(messageText), capture.lines()};
-}
-
 /// The hexadecimal text of a body whose string is `bytes`: its length, its text and all that
 /// follows.
 std::string bodyWith(std::string_view bytes)
@@ -67,6 +46,7 @@ struct BodyCase
     std::string hexadecimalText;
     OptionalText messageText;
     std::string line;
+    friend void PrintTo(const BodyCase& given, std::ostream* stream) { *stream << given.name; }
 };
 
 class BodyDecoding : public testing::TestWithParam<BodyCase>
@@ -75,7 +55,15 @@ class BodyDecoding : public testing::TestWithParam<BodyCase>
 TEST_P(BodyDecoding, YieldsTextAndLogsFormOfLength)
 {
     const BodyCase& given = GetParam();
-    EXPECT_EQ(decodingOf(given.hexadecimalText), (Decoding{given.messageText, {given.line}}));
+    OptionalText messageText;
+    Lines lines;
+    {
+        const OutputCapture capture;
+        messageText = decodeAttributedBody(given.hexadecimalText);
+        lines = capture.lines();
+    }
+    EXPECT_EQ(messageText, given.messageText);
+    EXPECT_EQ(lines, Lines{given.line});
 }
 
 const std::string text255(255, 's');
@@ -188,6 +176,7 @@ struct MalformedBody
     std::string hexadecimalText;
     Lines lines;
     std::string reason;
+    friend void PrintTo(const MalformedBody& given, std::ostream* stream) { *stream << given.name; }
 };
 
 class BodyDecodingDeathTest : public testing::TestWithParam<MalformedBody>

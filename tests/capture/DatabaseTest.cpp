@@ -309,23 +309,13 @@ TEST_F(DatabaseTest, FailedOpenIsFinal)
             "error preparing fetch limit : v1out of memory"));
 }
 
-TEST_F(DatabaseTest, FailedOpenLeavesItsConnection)
-{
-    if (!sqliteTracksMemory()) {
-        GTEST_SKIP() << "this SQLite does not count its memory";
-    }
-    const OutputCapture swallowed;
-    std::filesystem::create_directories(store() / "a folder instead of the store");
-    const auto before = sqlite3_memory_used();
-    failingDatabase(library()).reset();
-    EXPECT_GT(sqlite3_memory_used(), before);
-}
-
-TEST_F(DatabaseTest, FailedOpenWithoutMessageIsUnknownError)
+TEST_F(DatabaseTest, FailedOpenLeavesItsConnectionAndMayHaveNoMessage)
 {
     const SqliteWithoutErrorMessages silent;
     const OutputCapture capture;
-    const auto database = failingDatabase(library());
+    const auto before = sqlite3_memory_used();
+    failingDatabase(library()).reset();
+    EXPECT_TRUE(!sqliteTracksMemory() || sqlite3_memory_used() > before);
     EXPECT_THAT(
         capture.lines(), ElementsAre("Database init", "database connection:  Unknown Error"));
 }

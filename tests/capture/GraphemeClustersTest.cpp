@@ -17,6 +17,10 @@ struct GraphemeClusterCase
     std::u16string text;
     /// In UTF-16 units.
     std::vector<std::int32_t> boundaries;
+    friend void PrintTo(const GraphemeClusterCase& given, std::ostream* stream)
+    {
+        *stream << given.name;
+    }
 };
 
 class GraphemeClustersOfText : public testing::TestWithParam<GraphemeClusterCase>

@@ -22,6 +22,7 @@
 #include <chrono>
 #include <memory>
 #include <optional>
+#include <ostream>
 #include <string>
 #include <system_error>
 #include <utility>
@@ -163,6 +164,7 @@ struct CheckCase
     std::vector<StoreWriter::Row> rows; ///< oldest first
     std::optional<std::string> code;
     Lines lines; ///< between "ready to access disk" and the numbers found
+    friend void PrintTo(const CheckCase& given, std::ostream* stream) { *stream << given.name; }
 };
 
 /// A message with a code, and `number` later ones without.

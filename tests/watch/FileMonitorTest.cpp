@@ -8,9 +8,7 @@
 #include "tests/support/ManualQueue.h"
 #include "tests/support/ScriptedVnodeSource.h"
 #include "tests/support/TemporaryFolder.h"
-#include "tests/support/process/ForkedRun.h"
 #include "tests/support/process/OutputCapture.h"
-#include "tests/support/process/UnprivilegedUser.h"
 
 #include <QCoreApplication>
 #include <gmock/gmock.h>
@@ -203,19 +201,6 @@ TEST_F(FileMonitorTest, DeletedFileIsNotReopened)
     EXPECT_FALSE(firesSoon());
     EXPECT_EQ(delegate->calls, 0);
     EXPECT_FALSE(monitor.expired());
-}
-
-TEST_F(FileMonitorTest, UnreadableFileFailsAfterTheLine)
-{
-    std::filesystem::permissions(folder.path(), std::filesystem::perms(0755));
-    std::filesystem::permissions(file, std::filesystem::perms::none);
-    const auto run = runForked([this] {
-        becomeUnprivilegedUser();
-        const auto failure = failureOfCreation(file, services());
-        ::_exit(failure.log == startLine ? failure.error : 255);
-    });
-    EXPECT_EQ(run.status, EACCES);
-    EXPECT_EQ(run.errors, "");
 }
 
 TEST_F(FileMonitorTest, ThousandsOfWritesOfManyThreadsAreOneCallAnInterval)

@@ -9,6 +9,7 @@
 #include <csignal>
 #include <limits>
 #include <memory>
+#include <ostream>
 #include <string>
 #include <thread>
 #include <vector>
@@ -68,6 +69,7 @@ struct IntervalCase
     std::string name;
     double delay;
     std::vector<Call> calls;
+    friend void PrintTo(const IntervalCase& given, std::ostream* stream) { *stream << given.name; }
 };
 
 class ThrottleInterval : public ThrottleTest, public testing::WithParamInterface<IntervalCase>
