@@ -7,6 +7,7 @@
 
 #include <cmath>
 #include <csignal>
+#include <cstdint>
 #include <limits>
 #include <memory>
 #include <ostream>
@@ -178,6 +179,48 @@ TEST_F(ThrottleTest, ReleaseBeforeDecisionDropsAction)
     EXPECT_EQ(decisions.run(), 1U);
     EXPECT_TRUE(action.expired());
     EXPECT_EQ(main.run(), 0U);
+}
+
+/// Decisions share nothing but the time of the last acceptance: each reads it, reads the clock, and
+/// exchanges it, starting over if another was faster. Two that overlap therefore have the same
+/// result as one that is taken inside the other's clock, before or after the reading, so that no
+/// threads are needed. Every combination of that and of time that passes is tried.
+TEST_F(ThrottleTest, OverlappingDecisionsKeepTheInterval)
+{
+    for (const std::chrono::milliseconds delay : {0ms, 1600ms}) {
+        for (unsigned schedule = 0; schedule < 1U << 14U; ++schedule) {
+            unsigned choices = 0;
+            Uptime now{};
+            const auto overlap = [&] {
+                if ((choices & 1U) != 0) {
+                    decisions.run();
+                }
+                now += (choices & 2U) != 0 ? 800ms : 0ms;
+                choices >>= 2U;
+            };
+            const double seconds = static_cast<double>(delay.count()) / 1000.0;
+            const auto throttle = Throttle::create(seconds, decisions, main, [&] {
+                overlap();
+                const Uptime reading = now;
+                overlap();
+                return reading;
+            });
+            now += delay;
+            const Uptime opened = now;
+            choices = schedule;
+            for (int call = 0; call < 3; ++call) {
+                throttle->throttle([] {});
+            }
+            decisions.run();
+            const auto accepted = static_cast<std::int64_t>(main.run());
+            if (delay == 0ms) {
+                ASSERT_EQ(accepted, 3) << "schedule " << schedule;
+            } else {
+                ASSERT_GE(accepted, 1) << "schedule " << schedule;
+                ASSERT_LE(accepted, 1 + (now - opened) / delay) << "schedule " << schedule;
+            }
+        }
+    }
 }
 
 using ThrottleDeathTest = ThrottleTest;
