@@ -46,10 +46,10 @@ bool isPowerOfTwo(std::uint32_t value)
 /// The offset of a log's header; the size if there is none.
 std::size_t logStart(Bytes bytes)
 {
-    for (std::size_t offset = 0; offset + logHeaderSize <= bytes.size(); ++offset) {
-        const std::uint32_t magic = bigEndian(bytes.data() + offset);
+    for (std::size_t start = 0; start + logHeaderSize <= bytes.size(); ++start) {
+        const std::uint32_t magic = bigEndian(bytes.data() + start);
         if (magic == 0x377F0682U || magic == 0x377F0683U) {
-            return offset;
+            return start;
         }
     }
     return bytes.size();
