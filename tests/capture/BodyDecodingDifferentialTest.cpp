@@ -188,55 +188,33 @@ std::string randomBody(RandomSource& randomSource)
     return body;
 }
 
-std::string joined(const std::vector<std::string>& lines)
+void expectSame(const std::string& body, const ReferenceDecoding& expected)
 {
-    std::string text;
-    for (const std::string& line : lines) {
-        text += line + "\n";
+    std::string log;
+    std::optional<std::string> messageText;
+    {
+        const OutputCapture capture;
+        messageText = decodeAttributedBody(body);
+        log = capture.text();
     }
-    return text;
+    const auto* const expectedText = std::get_if<ReferenceDecoding::MessageText>(&expected.outcome);
+    ASSERT_EQ(messageText, expectedText ? std::optional(expectedText->text) : std::nullopt);
+    ASSERT_EQ(log, joined(expected.lines));
 }
 
-/// Compares the program's decoding with the reference.
-class BodyDecodingDifferential : public testing::Test
+void expectFatal(const std::string& body, const ReferenceDecoding& expected)
 {
-protected:
-    static constexpr std::uint64_t seed = 7365021;
+    const ForkedRun run = runForked([&] { (void)decodeAttributedBody(body); });
+    ASSERT_EQ(run.signal, SIGABRT);
+    ASSERT_EQ(run.output, joined(expected.lines));
+    ASSERT_THAT(
+        run.errors,
+        testing::MatchesRegex("Orlimo stops at capture/BodyDecoding\\.cpp:[0-9]+: [^\n]+\n"));
+}
 
-    static std::string trace(int input, const std::string& body)
-    {
-        return "seed " + std::to_string(seed) + ", input " + std::to_string(input) + ": " +
-               testing::PrintToString(body);
-    }
-
-    static void expectSame(const std::string& body, const ReferenceDecoding& expected)
-    {
-        std::string log;
-        std::optional<std::string> messageText;
-        {
-            const OutputCapture capture;
-            messageText = decodeAttributedBody(body);
-            log = capture.text();
-        }
-        const auto* const expectedText =
-            std::get_if<ReferenceDecoding::MessageText>(&expected.outcome);
-        ASSERT_EQ(messageText, expectedText ? std::optional(expectedText->text) : std::nullopt);
-        ASSERT_EQ(log, joined(expected.lines));
-    }
-
-    static void expectFatal(const std::string& body, const ReferenceDecoding& expected)
-    {
-        const ForkedRun run = runForked([&] { (void)decodeAttributedBody(body); });
-        ASSERT_EQ(run.signal, SIGABRT);
-        ASSERT_EQ(run.output, joined(expected.lines));
-        ASSERT_THAT(
-            run.errors,
-            testing::MatchesRegex("Orlimo stops at capture/BodyDecoding\\.cpp:[0-9]+: [^\n]+\n"));
-    }
-};
-
-TEST_F(BodyDecodingDifferential, AgreesWithReference)
+TEST(BodyDecodingDifferential, AgreesWithReference)
 {
+    constexpr std::uint64_t seed = 7365021;
     RandomSource randomSource(seed);
     int messageText = 0;
     int nothing = 0;
@@ -244,7 +222,9 @@ TEST_F(BodyDecodingDifferential, AgreesWithReference)
     for (int input = 0; input < inputs; ++input) {
         const std::string body = randomBody(randomSource);
         const ReferenceDecoding expected = referenceDecoding(body);
-        SCOPED_TRACE(trace(input, body));
+        SCOPED_TRACE(
+            "seed " + std::to_string(seed) + ", input " + std::to_string(input) + ": " +
+            testing::PrintToString(body));
         if (!std::holds_alternative<ReferenceDecoding::Fatal>(expected.outcome)) {
             ASSERT_NO_FATAL_FAILURE(expectSame(body, expected));
             std::holds_alternative<ReferenceDecoding::NoText>(expected.outcome) ? ++nothing

@@ -94,15 +94,6 @@ std::string randomText(RandomSource& randomSource)
     return text;
 }
 
-std::string joined(const std::vector<std::string>& lines)
-{
-    std::string text;
-    for (const std::string& line : lines) {
-        text += line + "\n";
-    }
-    return text;
-}
-
 TEST(CodeExtractionDifferential, AgreesWithReference)
 {
     constexpr std::uint64_t seed = 4829137;

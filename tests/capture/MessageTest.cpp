@@ -6,13 +6,11 @@
 #include "tests/capture/reference/BodyBytes.h"
 #include "tests/capture/stores/ProcessLifetimeDatabase.h"
 #include "tests/capture/stores/SqliteMemoryLimit.h"
-#include "tests/support/Await.h"
-#include "tests/support/DeliberateLeak.h"
 #include "tests/support/FatalStopExpectation.h"
 #include "tests/support/ManualClock.h"
 #include "tests/support/ManualQueue.h"
+#include "tests/support/ScriptedVnodeSource.h"
 #include "tests/support/process/OutputCapture.h"
-#include "tests/watch/SystemWatchServices.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -24,6 +22,7 @@
 #include <chrono>
 #include <memory>
 #include <optional>
+#include <ostream>
 #include <string>
 #include <system_error>
 #include <utility>
@@ -165,12 +164,8 @@ struct CheckCase
     std::vector<StoreWriter::Row> rows; ///< oldest first
     std::optional<std::string> code;
     Lines lines; ///< between "ready to access disk" and the numbers found
+    friend void PrintTo(const CheckCase& given, std::ostream* stream) { *stream << given.name; }
 };
-
-void PrintTo(const CheckCase& given, std::ostream* stream)
-{
-    *stream << given.name;
-}
 
 /// A message with a code, and `number` later ones without.
 std::vector<StoreWriter::Row> codeBefore(int number)
@@ -356,66 +351,45 @@ TEST_F(MessageTest, StringTypeIsDeclaredBeforePropertyIsCopied)
     EXPECT_EQ(capture.lines().back(), "file changed!! at message: code? 482913");
 }
 
-// With the system's own watch, and a clock and a queue that the test controls.
-
-class WatchedMessageTest : public MessageTestBase
+TEST_F(MessageTest, EachReportedGrowthCopiesTheCodeUntilRelease)
 {
-protected:
-    [[nodiscard]] CaptureServices watchedServices()
-    {
-        CaptureServices changed = services();
-        changed.makeFileMonitor = [time = clock.function(), &queue = decisions](const auto& file) {
-            return FileMonitor::create(
-                file,
-                {mainQueue(), queue, time, makeFileSystemObjectSource, FileHandle::openForReading});
-        };
-        return changed;
-    }
-
-    /// Appends a message after the throttle's interval and waits until the growth is accepted.
-    void deliver(const std::string& text)
-    {
+    ManualClock clock;
+    ManualQueue decisions;
+    ManualQueue main;
+    const auto script = std::make_shared<ScriptedVnodeSource::Script>();
+    CaptureServices given = services();
+    given.makeFileMonitor = [&](const auto& file) {
+        return FileMonitor::create(
+            file,
+            {main,
+             decisions,
+             clock.function(),
+             ScriptedVnodeSource::factory(script),
+             FileHandle::openForReading});
+    };
+    auto message = watching(given);
+    const auto deliver = [&](const std::string& text) {
         clock.advance(1600ms);
         store.appendText(text);
-        ASSERT_TRUE(await([this] { return decisions.waiting() > 0; }));
+        script->fire(vnodeExtend);
         decisions.run();
-    }
-
-    ManualClock clock;
-    /// Never destroyed, because a monitor may report to it until the process ends.
-    ManualQueue& decisions = *kept().emplace_back(std::make_unique<ManualQueue>());
-
-private:
-    static std::vector<std::unique_ptr<ManualQueue>>& kept()
-    {
-        static auto& queues = *new std::vector<std::unique_ptr<ManualQueue>>;
-        return queues;
-    }
-};
-
-TEST_F(WatchedMessageTest, GrowthOfTheLogCopiesEachCode)
-{
-    const auto message = watching(watchedServices());
-    const OutputCapture swallowed;
+    };
+    const OutputCapture capture;
     for (const std::string code : {"482913", "555555"}) {
         deliver("Your code is " + code);
-        runEventLoop(0ms);
+        main.run();
         EXPECT_EQ(clipboardText(), code);
         EXPECT_EQ(message->verificationCode(), code);
     }
-}
-
-TEST_F(WatchedMessageTest, ReleasedControllerIsNotNotified)
-{
-    auto message = watching(watchedServices());
-    const OutputCapture capture;
-    deliver("Your code is 482913");
+    const std::string before = capture.text();
+    deliver("Your code is 666666");
     const std::weak_ptr<Message> observed = message;
     message.reset();
     EXPECT_TRUE(observed.expired()) << "the monitor keeps its delegate alive";
-    runEventLoop(0ms);
-    EXPECT_EQ(capture.text(), "");
-    EXPECT_EQ(clipboardText(), "before");
+    main.run();
+    EXPECT_EQ(capture.text(), before);
+    EXPECT_EQ(clipboardText(), "555555");
+    script->dropHandlers();
 }
 
 // Faults.
@@ -438,21 +412,15 @@ TEST_F(MessageFaultTest, WatchRefusedBySystemIsNotAllowed)
 TEST_F(MessageFaultTest, UnreadableStoreHasNoCode)
 {
     RecordingPasteboard pasteboard;
-    const auto expectNoCode = [&](Database& unreadable, const std::string& line) {
-        const auto message = watching(servicesWith(unreadable, pasteboard));
-        const OutputCapture capture;
-        message->fileDidChange();
-        EXPECT_EQ(message->verificationCode(), "No Code");
-        EXPECT_THAT(capture.lines(), ElementsAre("ready to access disk", line));
-    };
-    Database* notOpened = nullptr;
-    {
-        const DeliberateLeak failedConnection;
-        notOpened = &processLifetimeDatabase(other.path());
-    }
-    expectNoCode(*notOpened, "error preparing fetch limit : v1out of memory");
+    const auto message = watching(servicesWith(database, pasteboard));
     store.run("DROP TABLE message");
-    expectNoCode(database, "error preparing fetch limit : v1no such table: message");
+    const OutputCapture capture;
+    message->fileDidChange();
+    EXPECT_EQ(message->verificationCode(), "No Code");
+    EXPECT_THAT(
+        capture.lines(),
+        ElementsAre(
+            "ready to access disk", "error preparing fetch limit : v1no such table: message"));
     EXPECT_THAT(pasteboard.calls, IsEmpty());
 }
 
@@ -468,21 +436,6 @@ TEST_F(MessageFaultDeathTest, AbsentLibraryFolderIsFatal)
         },
         {"registFileObserver"},
         {"capture/Message.cpp", "the user has no Library folder"});
-}
-
-TEST_F(MessageFaultDeathTest, EmptyOrMalformedBodyIsFatal)
-{
-    store.append({});
-    expectFatalStop(
-        [this] { watching()->checkMessages(); },
-        {"ready to access disk"},
-        {"capture/BodyDecoding.cpp", "a message body holds no string"});
-    store.appendBody("NSString\x01\x95\x84\x01\x2B\x81\x02\0\xC0\xAF"s);
-    store.appendText("See you at 8");
-    expectFatalStop(
-        [this] { watching()->checkMessages(); },
-        {"ready to access disk", "See you at 8", "first 129"},
-        {"capture/BodyDecoding.cpp", "the string in a message body is not UTF-8"});
 }
 
 TEST_F(MessageFaultDeathTest, MessageWithoutTextAndBodyIsFatal)

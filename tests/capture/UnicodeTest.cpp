@@ -70,15 +70,6 @@ TEST(Unicode, AgreesWithTableOfWellFormedSequences)
     }
 }
 
-TEST(Unicode, EveryCodePointButSurrogatesIsWellFormed)
-{
-    for (char32_t codePoint = 0; codePoint <= 0x10FFFF; ++codePoint) {
-        const bool isSurrogate = codePoint >= 0xD800 && codePoint <= 0xDFFF;
-        ASSERT_EQ(isWellFormedUtf8(referenceUtf8(codePoint)), !isSurrogate)
-            << static_cast<std::uint32_t>(codePoint);
-    }
-}
-
 } // namespace
 
 } // namespace orlimo

@@ -9,6 +9,8 @@
 
 #include <sqlite3.h>
 
+#include <array>
+#include <bit>
 #include <cstdint>
 #include <filesystem>
 #include <string>
@@ -210,6 +212,49 @@ std::optional<std::vector<Msg>> referenceReading(sqlite3* connection)
     return messages;
 }
 
+/// libFuzzer finds these by their section and keeps an input that sets a new one. They represent
+/// the progress of SQLite, which is not instrumented.
+__attribute__((section("__libfuzzer_extra_counters"), used)) std::array<std::uint8_t, 8192>
+    progressCounters{};
+
+void reportFeature(unsigned feature, std::uint64_t value)
+{
+    progressCounters.at((feature * 509U + value) % progressCounters.size()) = 1;
+}
+
+/// Of a quantity only the order of magnitude counts.
+void reportMagnitude(unsigned feature, std::size_t quantity)
+{
+    reportFeature(feature, static_cast<std::uint64_t>(std::bit_width(quantity)));
+}
+
+void reportProgress(sqlite3* connection, const std::vector<Msg>& messages)
+{
+    reportFeature(0, static_cast<std::uint64_t>(sqlite3_extended_errcode(connection)));
+    reportFeature(1, messages.size());
+    for (const Msg& message : messages) {
+        reportMagnitude(2, message.text ? message.text->size() + 1 : 0);
+        reportMagnitude(3, message.attributedBody.value_or("").size());
+        reportMagnitude(4, static_cast<std::size_t>(message.rowid));
+    }
+    unsigned feature = 5;
+    for (const int status :
+         {SQLITE_DBSTATUS_CACHE_MISS, SQLITE_DBSTATUS_SCHEMA_USED, SQLITE_DBSTATUS_CACHE_HIT})
+    {
+        int value = 0;
+        int highest = 0;
+        (void)sqlite3_db_status(connection, status, &value, &highest, 0);
+        reportMagnitude(feature++, static_cast<std::size_t>(value));
+    }
+    sqlite3_stmt* const statement = sqlite3_next_stmt(connection, nullptr);
+    for (const int status :
+         {SQLITE_STMTSTATUS_VM_STEP, SQLITE_STMTSTATUS_FULLSCAN_STEP, SQLITE_STMTSTATUS_SORT})
+    {
+        const int value = statement != nullptr ? sqlite3_stmt_status(statement, status, 0) : 0;
+        reportMagnitude(feature++, static_cast<std::size_t>(value));
+    }
+}
+
 /// A query that cannot be compiled is logged and yields nothing.
 Finding verifyFailure(sqlite3* connection, const Lines& lines, const std::vector<Msg>& messages)
 {
@@ -227,6 +272,7 @@ Finding verifyReading(Database& database, sqlite3* connection)
     const ResourceLimits limits(connection);
     const std::vector<Msg> messages = database.fetchMessages(limit);
     const Lines lines = logged::lines();
+    reportProgress(connection, messages);
     if (!lines.empty()) {
         return verifyFailure(connection, lines, messages);
     }

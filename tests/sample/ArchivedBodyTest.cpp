@@ -1,9 +1,5 @@
 #include "sample/ArchivedBody.h"
 
-#include "capture/BodyDecoding.h"
-#include "tests/capture/reference/BodyBytes.h"
-#include "tests/support/process/OutputCapture.h"
-
 #include <gtest/gtest.h>
 
 #include <stdexcept>
@@ -73,24 +69,7 @@ TEST_P(ArchivedBody, IsTheStoresOwnByteForByte)
         EXPECT_EQ(
             std::string(body.begin(), body.end()), expectedBody(GetParam(), length, words, units));
     }
-}
-
-TEST_P(ArchivedBody, WordsOfMoreThan65535BytesAreRefused)
-{
     EXPECT_THROW((void)archivedBody(std::string(65536, 'x'), GetParam()), std::length_error);
-}
-
-TEST_P(ArchivedBody, IsDecodedOnlyIfMutable)
-{
-    const bool isMutable = GetParam() == ArchivedString::mutableString;
-    for (const std::size_t length : {1U, 127U, 128U, 129U, 255U, 256U, 300U}) {
-        const std::string words(length, 'x');
-        const auto body = archivedBody(words, GetParam());
-        const OutputCapture log;
-        EXPECT_EQ(
-            decodeAttributedBody(asHexadecimal(std::string(body.begin(), body.end()))),
-            isMutable ? std::optional(words) : std::nullopt);
-    }
 }
 
 INSTANTIATE_TEST_SUITE_P(

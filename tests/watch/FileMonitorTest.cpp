@@ -8,9 +8,7 @@
 #include "tests/support/ManualQueue.h"
 #include "tests/support/ScriptedVnodeSource.h"
 #include "tests/support/TemporaryFolder.h"
-#include "tests/support/process/ForkedRun.h"
 #include "tests/support/process/OutputCapture.h"
-#include "tests/support/process/UnprivilegedUser.h"
 
 #include <QCoreApplication>
 #include <gmock/gmock.h>
@@ -205,49 +203,6 @@ TEST_F(FileMonitorTest, DeletedFileIsNotReopened)
     EXPECT_FALSE(monitor.expired());
 }
 
-TEST_F(FileMonitorTest, UnreadableFileFailsAfterTheLine)
-{
-    std::filesystem::permissions(folder.path(), std::filesystem::perms(0755));
-    std::filesystem::permissions(file, std::filesystem::perms::none);
-    const auto run = runForked([this] {
-        becomeUnprivilegedUser();
-        const auto failure = failureOfCreation(file, services());
-        ::_exit(failure.log == startLine ? failure.error : 255);
-    });
-    EXPECT_EQ(run.status, EACCES);
-    EXPECT_EQ(run.errors, "");
-}
-
-TEST_F(FileMonitorTest, DelegateIsReadWhenActionRuns)
-{
-    const auto monitor = start();
-    const auto later = std::make_shared<CountingDelegate>();
-    grow(file);
-    monitor.lock()->setDelegate(later);
-    QCoreApplication::processEvents();
-    EXPECT_EQ(delegate->calls, 0);
-    EXPECT_EQ(later->calls, 1);
-}
-
-TEST_F(FileMonitorTest, ReleasedDelegateIsNotCalled)
-{
-    const auto monitor = start();
-    grow(file);
-    const OutputCapture output;
-    const std::weak_ptr<CountingDelegate> observed = delegate;
-    delegate.reset();
-    EXPECT_TRUE(observed.expired()) << "the monitor keeps its delegate alive";
-    QCoreApplication::processEvents();
-    EXPECT_EQ(output.text(), "");
-
-    // The call was accepted all the same, and the monitor goes on.
-    delegate = std::make_shared<CountingDelegate>();
-    monitor.lock()->setDelegate(delegate);
-    EXPECT_EQ(callsAfterGrowth(), 0);
-    clock.advance(1600ms);
-    EXPECT_EQ(callsAfterGrowth(), 1);
-}
-
 TEST_F(FileMonitorTest, ThousandsOfWritesOfManyThreadsAreOneCallAnInterval)
 {
     auto background = services();
@@ -312,7 +267,12 @@ protected:
 
 TEST_F(FileMonitorSourceTest, SourceIsMadeSetUpAndResumedInOrder)
 {
-    start();
+    auto slow = services();
+    slow.makeVnodeSource = [this, made = slow.makeVnodeSource](auto&&... arguments) {
+        clock.advance(1600ms); // the throttle's clock has started before
+        return made(arguments...);
+    };
+    FileMonitor::create(file, slow)->setDelegate(delegate);
     EXPECT_TRUE(isFileOpen());
     EXPECT_EQ(::fcntl(script->fileDescriptor, F_GETFL) & O_ACCMODE, O_RDONLY);
     EXPECT_EQ(script->mask, 0x4U);
@@ -322,17 +282,6 @@ TEST_F(FileMonitorSourceTest, SourceIsMadeSetUpAndResumedInOrder)
         (std::vector<std::string>{"make", "setEventHandler", "setCancelHandler", "resume"}));
     EXPECT_EQ(script->calls[2].position, 0);
     EXPECT_EQ(script->calls[3].position, 12) << "the end of the file";
-}
-
-TEST_F(FileMonitorSourceTest, ThrottleIsMadeBeforeSource)
-{
-    auto slow = services();
-    slow.makeVnodeSource =
-        [this, made = slow.makeVnodeSource](int fileDescriptor, VnodeEvents mask, Queue& queue) {
-            clock.advance(1600ms);
-            return made(fileDescriptor, mask, queue);
-        };
-    FileMonitor::create(file, slow)->setDelegate(delegate);
     script->fire(vnodeExtend);
     decisions.run();
     main.run();
@@ -354,17 +303,33 @@ TEST_F(FileMonitorSourceTest, OnlyExtendEventsAreOfferedToThrottle)
     EXPECT_EQ(::lseek(script->fileDescriptor, 0, SEEK_CUR), 12) << "the file was read";
 }
 
-TEST_F(FileMonitorSourceTest, CancelHandlerClosesFile)
+TEST_F(FileMonitorSourceTest, DelegateIsReadWhenActionRunsAndMayBeReleased)
+{
+    const auto monitor = start();
+    const auto later = std::make_shared<CountingDelegate>();
+    const std::weak_ptr<CountingDelegate> released = delegate;
+    const OutputCapture output;
+    for (const auto& present : {later, std::shared_ptr<CountingDelegate>(), later}) {
+        clock.advance(1600ms);
+        script->fire(vnodeExtend);
+        decisions.run();
+        monitor.lock()->setDelegate(present);
+        delegate.reset();
+        EXPECT_TRUE(released.expired()) << "the monitor keeps its delegate alive";
+        main.run();
+    }
+    EXPECT_EQ(later->calls, 2);
+    EXPECT_EQ(output.text(), "");
+}
+
+TEST_F(FileMonitorSourceTest, CancelHandlerClosesFileAndIgnoresFailure)
 {
     const auto monitor = start().lock();
     ASSERT_TRUE(isFileOpen());
     script->runCancelHandler();
     EXPECT_FALSE(isFileOpen());
-}
 
-TEST_F(FileMonitorSourceTest, FailedCloseIsIgnoredSilently)
-{
-    const auto monitor = start().lock();
+    const auto second = start().lock();
     ::close(script->fileDescriptor); // behind the monitor's back
     const OutputCapture output;
     EXPECT_NO_THROW(script->runCancelHandler());

@@ -86,24 +86,5 @@ TEST(ThrottleConcurrency, OneOfThousandsOfSimultaneousCallsIsAccepted)
     }
 }
 
-TEST(ThrottleConcurrency, ReleaseWhileThreadsOfferDropsPendingCalls)
-{
-    CallCounter counter;
-    auto throttle = Throttle::create(0, backgroundQueue(), mainQueue(), currentUptime);
-    auto threads = threadsRunning(
-        [&counter, observed = std::weak_ptr(throttle)] {
-            if (const auto present = observed.lock()) {
-                counter.offerTo(*present);
-            }
-        },
-        200);
-    throttle.reset();
-    threads.clear();
-
-    ASSERT_TRUE(counter.awaitAll());
-    EXPECT_LE(counter.run, counter.offered);
-    EXPECT_EQ(counter.offMainThreadRuns, 0);
-}
-
 } // namespace
 } // namespace orlimo

@@ -7,8 +7,10 @@
 
 #include <cmath>
 #include <csignal>
+#include <cstdint>
 #include <limits>
 #include <memory>
+#include <ostream>
 #include <string>
 #include <thread>
 #include <vector>
@@ -68,12 +70,8 @@ struct IntervalCase
     std::string name;
     double delay;
     std::vector<Call> calls;
+    friend void PrintTo(const IntervalCase& given, std::ostream* stream) { *stream << given.name; }
 };
-
-void PrintTo(const IntervalCase& given, std::ostream* stream)
-{
-    *stream << given.name;
-}
 
 class ThrottleInterval : public ThrottleTest, public testing::WithParamInterface<IntervalCase>
 {};
@@ -149,7 +147,7 @@ TEST_F(ThrottleTest, IntervalStartsAtDecision)
 
 TEST_F(ThrottleTest, OfferDecisionAndRunAreSeparateAndKeepAction)
 {
-    const auto throttle = openThrottle();
+    auto throttle = openThrottle();
     auto token = std::make_shared<int>(0);
     const std::weak_ptr<int> action = token;
     int runs = 0;
@@ -158,6 +156,7 @@ TEST_F(ThrottleTest, OfferDecisionAndRunAreSeparateAndKeepAction)
     EXPECT_EQ(main.waiting(), 0U);
 
     EXPECT_EQ(decisions.run(), 1U);
+    throttle.reset(); // what was accepted still runs
     EXPECT_EQ(main.waiting(), 1U);
     EXPECT_EQ(runs, 0);
     EXPECT_FALSE(action.expired());
@@ -182,15 +181,46 @@ TEST_F(ThrottleTest, ReleaseBeforeDecisionDropsAction)
     EXPECT_EQ(main.run(), 0U);
 }
 
-TEST_F(ThrottleTest, ReleaseAfterDecisionStillRunsAction)
+/// Decisions share nothing but the time of the last acceptance: each reads it, reads the clock, and
+/// exchanges it, starting over if another was faster. Two that overlap therefore have the same
+/// result as one that is taken inside the other's clock, before or after the reading, so that no
+/// threads are needed. Every combination of that and of time that passes is tried.
+TEST_F(ThrottleTest, OverlappingDecisionsKeepTheInterval)
 {
-    auto throttle = openThrottle();
-    int runs = 0;
-    throttle->throttle([&runs] { ++runs; });
-    decisions.run();
-    throttle.reset();
-    main.run();
-    EXPECT_EQ(runs, 1);
+    for (const std::chrono::milliseconds delay : {0ms, 1600ms}) {
+        for (unsigned schedule = 0; schedule < 1U << 14U; ++schedule) {
+            unsigned choices = 0;
+            Uptime now{};
+            const auto overlap = [&] {
+                if ((choices & 1U) != 0) {
+                    decisions.run();
+                }
+                now += (choices & 2U) != 0 ? 800ms : 0ms;
+                choices >>= 2U;
+            };
+            const double seconds = static_cast<double>(delay.count()) / 1000.0;
+            const auto throttle = Throttle::create(seconds, decisions, main, [&] {
+                overlap();
+                const Uptime reading = now;
+                overlap();
+                return reading;
+            });
+            now += delay;
+            const Uptime opened = now;
+            choices = schedule;
+            for (int call = 0; call < 3; ++call) {
+                throttle->throttle([] {});
+            }
+            decisions.run();
+            const auto accepted = static_cast<std::int64_t>(main.run());
+            if (delay == 0ms) {
+                ASSERT_EQ(accepted, 3) << "schedule " << schedule;
+            } else {
+                ASSERT_GE(accepted, 1) << "schedule " << schedule;
+                ASSERT_LE(accepted, 1 + (now - opened) / delay) << "schedule " << schedule;
+            }
+        }
+    }
 }
 
 using ThrottleDeathTest = ThrottleTest;

@@ -27,9 +27,9 @@ std::string trimmed(std::string_view text)
 
 } // namespace
 
-void KeyFile::Release::operator()(_GKeyFile* file) const
+void KeyFile::Release::operator()(_GKeyFile* released) const
 {
-    g_key_file_unref(file);
+    g_key_file_unref(released);
 }
 
 KeyFile::KeyFile()

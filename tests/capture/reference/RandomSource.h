@@ -32,4 +32,14 @@ private:
     std::mt19937_64 generator;
 };
 
+/// `lines` as they are logged, for comparison with a log whose lines hold line breaks.
+[[nodiscard]] inline std::string joined(const std::vector<std::string>& lines)
+{
+    std::string text;
+    for (const std::string& line : lines) {
+        text += line + "\n";
+    }
+    return text;
+}
+
 } // namespace orlimo
