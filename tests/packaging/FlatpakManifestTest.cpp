@@ -24,7 +24,7 @@ TEST(FlatpakManifest, BuildsThisTreeAndOpensTheSandboxNoFurtherThanNeeded)
 
     // Each permission, without the comments in between.
     std::string permissions = manifest.substr(manifest.find("\nfinish-args:\n") + 14);
-    permissions = permissions.substr(0, permissions.find("\nmodules:") + 1);
+    permissions = permissions.substr(0, permissions.find("\n\nmodules:") + 1);
     permissions = std::regex_replace(permissions, std::regex(" *#[^\n]*\n|  (- )"), "$1");
     EXPECT_EQ(
         permissions,
