@@ -114,22 +114,6 @@ TEST_F(InstalledFiles, DesktopEntryAndServiceStartTheProgram)
         "[D-BUS Service]\nName=" + identifier + "\nExec=" + program + "\n");
 }
 
-TEST_F(InstalledFiles, MetainfoDescribesTheProgram)
-{
-    for (const std::string& element :
-         {"<id>" + identifier + "</id>",
-          "<name>" + std::string(identity::applicationName) + "</name>",
-          "<launchable type=\"desktop-id\">" + identifier + ".desktop</launchable>",
-          "<dbus type=\"user\">" + identifier + "</dbus>",
-          std::string("<binary>orlimo</binary>"),
-          "<url type=\"homepage\">" + std::string(identity::website) + "</url>",
-          std::string("<project_license>MIT</project_license>"),
-          "<release version=\"" + std::string(identity::version) + "\""})
-    {
-        EXPECT_THAT(metainfo, HasSubstr(element));
-    }
-}
-
 /// The system names a language by its country where the catalogue names it by its script.
 std::string localeName(const std::string& language)
 {
@@ -166,20 +150,6 @@ TEST_F(InstalledFiles, AreTranslatedIntoTheLanguagesOfTheProgram)
                     HasSubstr("\nName[" + locale + "]=" + entry.translation.toStdString() + "\n"));
             }
         }
-    }
-}
-
-TEST_F(InstalledFiles, ManualPageExplainsEveryOption)
-{
-    const std::string help =
-        CommandResult::of(prefix / "bin/orlimo", {.arguments = {"--help"}}).output;
-    std::string page = contentOf(prefix / "share/man/man1/orlimo.1");
-    std::erase(page, '\\');
-    const std::regex option("--[a-z-]+");
-    const auto options = std::sregex_iterator(help.begin(), help.end(), option);
-    EXPECT_GE(std::distance(options, {}), 3);
-    for (auto found = options; found != std::sregex_iterator(); ++found) {
-        EXPECT_THAT(page, HasSubstr(found->str()));
     }
 }
 

@@ -1,6 +1,5 @@
 #include "tests/scripts/FakePrograms.h"
 #include "tests/support/BuiltPrograms.h"
-#include "tests/support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
