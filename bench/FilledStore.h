@@ -8,7 +8,7 @@
 
 namespace orlimo {
 
-/// Where a message has its words.
+/// Where a message has its text.
 enum class TextLocation {
     text,
     body,

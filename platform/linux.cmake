@@ -1,6 +1,8 @@
 # What makes up the platform on Linux, seen from platform/.
 find_package(PkgConfig REQUIRED)
 pkg_check_modules(GLib REQUIRED IMPORTED_TARGET GLOBAL glib-2.0)
+# Some systems' GLib asks for -pthread, by which a source would no longer fit the precompiled headers.
+set_property(TARGET PkgConfig::GLib PROPERTY INTERFACE_COMPILE_OPTIONS "")
 pkg_check_modules(WaylandClient REQUIRED IMPORTED_TARGET GLOBAL wayland-client)
 pkg_check_modules(Xcb REQUIRED IMPORTED_TARGET GLOBAL xcb)
 set(orlimo_platform_libraries PkgConfig::GLib PkgConfig::WaylandClient PkgConfig::Xcb Qt6::DBus)

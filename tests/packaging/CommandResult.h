@@ -1,11 +1,13 @@
 #pragma once
 
 #include "tests/support/process/ChildProcess.h"
+#include "tests/support/process/ParentDeathSignal.h"
 
 #include <chrono>
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace orlimo {
 
@@ -21,7 +23,19 @@ struct CommandResult
     [[nodiscard]] static CommandResult
     of(const std::filesystem::path& program,
        ChildSettings settings,
-       std::chrono::milliseconds limit = defaultTimeout);
+       std::chrono::milliseconds limit = defaultTimeout)
+    {
+        settings.beforeStart = [before = std::move(settings.beforeStart)] {
+            dieWithParent();
+            if (before) {
+                before();
+            }
+        };
+        ChildProcess process(program, settings);
+        process.closeInput();
+        const auto end = process.awaitEnd(limit);
+        return {end.status, process.output(), process.errors()};
+    }
 
     /// All that it wrote, for a message.
     [[nodiscard]] std::string text() const { return output + errors; }

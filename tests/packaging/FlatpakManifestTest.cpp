@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <regex>
 
 namespace orlimo {
 namespace {
@@ -22,19 +23,9 @@ TEST(FlatpakManifest, BuildsThisTreeAndOpensTheSandboxNoFurtherThanNeeded)
     EXPECT_THAT(manifest, HasSubstr("path: ../..\n"));
 
     // Each permission, without the comments in between.
-    std::string permissions;
-    bool areNext = false;
-    std::istringstream lines(manifest);
-    for (std::string line; std::getline(lines, line);) {
-        const auto text = line.find_first_not_of(' ');
-        if (line == "finish-args:") {
-            areNext = true;
-        } else if (text == 0) {
-            areNext = false;
-        } else if (areNext && line[text] == '-') {
-            permissions += line.substr(text) + "\n";
-        }
-    }
+    std::string permissions = manifest.substr(manifest.find("\nfinish-args:\n") + 14);
+    permissions = permissions.substr(0, permissions.find("\n\nmodules:") + 1);
+    permissions = std::regex_replace(permissions, std::regex(" *#[^\n]*\n|  (- )"), "$1");
     EXPECT_EQ(
         permissions,
         "- --socket=wayland\n"

@@ -46,15 +46,6 @@ TEST(IconSet, HasTheTenFilesOfTheirSizes)
     EXPECT_TRUE(isVisuallyEqual(pictureIn(set / "icon_128x128@2x.png"), IconSet::icon(128, 2)));
 }
 
-TEST(IconSet, HasItsTileWhereTheSystemsIconsHaveTheirs)
-{
-    EXPECT_EQ(inkOf(IconSet::icon(512, 2)), QRect(100, 100, 824, 824));
-    EXPECT_EQ(inkOf(IconSet::icon(256, 1)), QRect(25, 25, 206, 206));
-    // The smallest fill their whole area.
-    EXPECT_GE(inkOf(IconSet::icon(16, 1)).width(), 14);
-    EXPECT_GE(inkOf(IconSet::icon(16, 2)).width(), 28);
-}
-
 TEST(IconSet, IsNotWrittenIntoAFile)
 {
     const TemporaryFolder folder;

@@ -57,20 +57,6 @@ protected:
                 install + " ;;\nesac");
     }
 
-    /// Sources the environment and prints what the lines `show` say.
-    [[nodiscard]] CommandResult
-    inEnvironment(const std::string& show, const std::optional<std::string>& prefixPath) const
-    {
-        const auto script = programs.path() / "show";
-        writeFile(
-            script,
-            "set -euo pipefail\n. \"" ORLIMO_SOURCES "/packaging/toolchain-environment\"\n" + show);
-        return programs.run(
-            script,
-            {},
-            {{"ORLIMO_HOMEBREW_PREFIX", std::nullopt}, {"CMAKE_PREFIX_PATH", prefixPath}});
-    }
-
     void install(const std::string& package) const
     {
         std::filesystem::create_directories(prefix / "opt" / package);
@@ -154,33 +140,38 @@ TEST_F(HomebrewTest, SaysWhatIsMissingOrNotUnderstood)
     EXPECT_THAT(homebrew.errors, HasSubstr("Homebrew is missing"));
 }
 
-TEST_F(HomebrewTest, LeadsTheBuildToThePackages)
+TEST_F(HomebrewTest, BuildFindsThePackagesOnAMacAlone)
 {
-    // The second time nobody is asked.
-    const auto result = inEnvironment(
-        ". \"" ORLIMO_SOURCES "/packaging/toolchain-environment\"\n"
-        "echo \"$CMAKE_PREFIX_PATH\"\necho \"$PATH\"\n",
-        "/own");
+    const auto script = programs.path() / "show";
+    // The second time Homebrew is not called.
+    const std::string source = ". \"" ORLIMO_SOURCES "/packaging/toolchain-environment\"\n";
+    writeFile(
+        script,
+        "set -euo pipefail\n" + source + source +
+            "echo \"${CMAKE_PREFIX_PATH-none}\"\necho \"$PATH\"\n");
+    const auto show = [&](const std::optional<std::string>& prefixPath) {
+        const auto shown = programs.run(
+            script,
+            {},
+            {{"ORLIMO_HOMEBREW_PREFIX", std::nullopt}, {"CMAKE_PREFIX_PATH", prefixPath}});
+        EXPECT_EQ(shown.errors, "");
+        return linesOf(shown.output);
+    };
     const std::string kegs = (prefix / "opt").string();
     EXPECT_THAT(
-        linesOf(result.output),
+        show("/own"),
         ElementsAre(
             prefix.string() + ":" + kegs + "/icu4c@77:/own",
             AllOf(
                 StartsWith((programs.path() / "bin:").string()),
-                EndsWith(":" + kegs + "/llvm/bin"))))
-        << result.errors;
+                EndsWith(":" + kegs + "/llvm/bin"))));
     auto calls = programs.calls();
     std::erase_if(calls, [](const auto& call) { return !call.starts_with("brew"); });
     EXPECT_THAT(calls, ElementsAre("brew --prefix", "brew --prefix icu4c"));
-}
 
-TEST_F(HomebrewTest, LeavesOtherSystemsAsTheyAre)
-{
     programs.add("uname", "echo Linux");
-    const auto result = inEnvironment("echo \"${CMAKE_PREFIX_PATH-none}\"\n", std::nullopt);
-    EXPECT_EQ(result.text(), "none\n");
-    EXPECT_THAT(programs.calls(), Not(Contains(StartsWith("brew"))));
+    EXPECT_EQ(show(std::nullopt).front(), "none");
+    EXPECT_EQ(programs.calls().back(), "uname -s");
 }
 
 } // namespace

@@ -1,16 +1,10 @@
 #include "tests/scripts/FakePrograms.h"
 #include "tests/support/BuiltPrograms.h"
-#include "tests/support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <csignal>
-#include <filesystem>
-#include <map>
-#include <optional>
-#include <string>
-#include <vector>
 
 #include <unistd.h>
 
@@ -86,7 +80,7 @@ protected:
     std::filesystem::path executable = built / "Orlimo.app/Contents/MacOS/Orlimo";
 };
 
-TEST_F(RunOnMacTest, TheSampleIsABundleWithAnIdentityOfItsOwn)
+TEST_F(RunOnMacTest, SampleIsABundleWithAnIdentityOfItsOwn)
 {
     std::filesystem::copy_file(ORLIMO_PROGRAM, executable);
     const auto result = run({"--sample"});
@@ -100,7 +94,7 @@ TEST_F(RunOnMacTest, TheSampleIsABundleWithAnIdentityOfItsOwn)
     EXPECT_TRUE(std::filesystem::is_empty(scratch.path())) << "something was left behind";
 }
 
-TEST_F(RunOnMacTest, TheSystemStartsTheProgramOnTheStore)
+TEST_F(RunOnMacTest, SystemStartsTheProgramOnTheStoreAndMissingAccessIsNamed)
 {
     writeFile(home / "Library/Messages/chat.db", "");
     openProgram("echo watching $QT_QPA_PLATFORM; echo trouble >&2");
@@ -113,9 +107,17 @@ TEST_F(RunOnMacTest, TheSystemStartsTheProgramOnTheStore)
         Contains(MatchesRegex("open -n -W --stdout .* --stderr .* --env "
                               "QT_QPA_PLATFORM=offscreen .*/Orlimo.app")));
     EXPECT_TRUE(std::filesystem::is_empty(scratch.path())) << "something was left behind";
+
+    // Without Full Disk Access no program may list the store's folder, not even the superuser's.
+    programs.add("ls", "exit 1");
+    const auto denied = run({});
+    EXPECT_EQ(denied.status, 0);
+    EXPECT_THAT(denied.errors, HasSubstr("Privacy & Security > Full Disk Access"));
+    EXPECT_THAT(denied.output, HasSubstr("\nwatching offscreen\n"));
+    EXPECT_THAT(denied.output, Not(HasSubstr("[sample]")));
 }
 
-TEST_F(RunOnMacTest, AnInterruptEndsTheProgramThatTheSystemStarted)
+TEST_F(RunOnMacTest, InterruptEndsTheProgramThatTheSystemStarted)
 {
     writeFile(home / "Library/Messages/chat.db", "");
     openProgram("trap 'echo ended; exit' TERM; echo watching; while :; do sleep 0.1; done");
@@ -131,19 +133,6 @@ TEST_F(RunOnMacTest, AnInterruptEndsTheProgramThatTheSystemStarted)
     EXPECT_EQ(script.awaitEnd().status, 130);
     EXPECT_THAT(script.output(), EndsWith("\nended\n"));
     EXPECT_TRUE(std::filesystem::is_empty(scratch.path())) << "something was left behind";
-}
-
-/// macOS lets no program without Full Disk Access list the store's folder, the superuser's
-/// included.
-TEST_F(RunOnMacTest, TheMissingAccessIsNamedAndTheProgramStarted)
-{
-    programs.add("ls", "exit 1");
-    openProgram("echo watching");
-    const auto result = run({});
-    EXPECT_EQ(result.status, 0);
-    EXPECT_THAT(result.errors, HasSubstr("Privacy & Security > Full Disk Access"));
-    EXPECT_THAT(result.output, HasSubstr("\nwatching\n"));
-    EXPECT_THAT(result.output, Not(HasSubstr("[sample]")));
 }
 
 } // namespace

@@ -1,5 +1,4 @@
 #include "tests/scripts/FakePrograms.h"
-#include "tests/support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

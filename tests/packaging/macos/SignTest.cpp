@@ -1,5 +1,4 @@
 #include "tests/packaging/macos/MacTools.h"
-#include "tests/support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -55,23 +54,21 @@ protected:
         return tools.run("sign", std::move(arguments), changes);
     }
 
-    [[nodiscard]] std::vector<std::string> calls() const { return tools.recordedCalls(); }
-
     TemporaryFolder folder;
     std::filesystem::path files = folder.path() / "files";
     std::filesystem::path bundle = files / "Orlimo.app";
     std::filesystem::path image = files / "Orlimo.dmg";
-    MacTools tools{folder.path() / "calls"};
+    MacTools tools;
 };
 
-TEST_F(Sign, SignsABundleFromTheInsideOut)
+TEST_F(Sign, BundleIsSignedFromTheInsideOut)
 {
     auto wanted = contentBelow(files);
     const auto result = sign({"--identity", "Somebody", bundle.string()});
     EXPECT_EQ(result.status, 0) << result.text();
     const std::string options = "codesign --force --sign Somebody --timestamp --options runtime ";
     const std::string contents = "(copy)/Orlimo.app/Contents/";
-    const auto made = calls();
+    const auto made = tools.toolCalls();
     ASSERT_THAT(made, SizeIs(5));
     EXPECT_THAT(
         std::vector(made.begin(), made.begin() + 2),
@@ -94,10 +91,10 @@ TEST_F(Sign, SignsABundleFromTheInsideOut)
     EXPECT_EQ(contentBelow(files), wanted);
 }
 
-TEST_F(Sign, SignsForThisMachineWithoutWhatNeedsACertificate)
+TEST_F(Sign, AdHocSignatureNeedsNoCertificate)
 {
     EXPECT_EQ(sign({"--ad-hoc", bundle.string(), image.string()}).status, 0);
-    const auto made = calls();
+    const auto made = tools.toolCalls();
     ASSERT_THAT(made, SizeIs(7));
     for (const auto& call : made) {
         EXPECT_THAT(call, Not(ContainsRegex("runtime|entitlements|xcrun|spctl")));
@@ -107,14 +104,14 @@ TEST_F(Sign, SignsForThisMachineWithoutWhatNeedsACertificate)
     EXPECT_EQ(made[6], "codesign --verify --strict --verbose=2 (copy)/Orlimo.dmg");
 }
 
-TEST_F(Sign, SignsAnImageAndHasItNotarised)
+TEST_F(Sign, ImageIsSignedAndNotarised)
 {
     const auto result = sign(
         {"--identity", "Somebody", image.string()},
         {{"ORLIMO_SIGNING_IDENTITY", "Nobody"}, {"ORLIMO_NOTARY_PROFILE", "Account"}});
     EXPECT_EQ(result.status, 0) << result.text();
     EXPECT_THAT(
-        calls(),
+        tools.toolCalls(),
         ElementsAre(
             "codesign --force --sign Somebody --timestamp (copy)/Orlimo.dmg",
             "codesign --verify --strict --verbose=2 (copy)/Orlimo.dmg",
@@ -126,7 +123,7 @@ TEST_F(Sign, SignsAnImageAndHasItNotarised)
     EXPECT_EQ(contentOf(image), "imagesigned\n");
 }
 
-TEST_F(Sign, LeavesEverythingAsItWasWhenACallFails)
+TEST_F(Sign, FailingCallLeavesEverythingAsItWas)
 {
     const std::vector<std::pair<std::string, std::filesystem::path>> failures{
         {"libinner.dylib", bundle},
@@ -147,12 +144,13 @@ TEST_F(Sign, LeavesEverythingAsItWasWhenACallFails)
             {{"ORLIMO_FAILING_CALL", failing}});
         EXPECT_EQ(result.status, 1) << failing << result.text();
         EXPECT_THAT(result.errors, HasSubstr("could not be signed; it is as it was"));
-        EXPECT_THAT(calls().back(), HasSubstr(failing)) << "nothing is tried after what failed";
+        EXPECT_THAT(tools.toolCalls().back(), HasSubstr(failing))
+            << "nothing is tried after what failed";
         EXPECT_EQ(contentBelow(files), before) << failing;
     }
 }
 
-TEST_F(Sign, SaysWhatIsMissing)
+TEST_F(Sign, MissingCertificateAccountOrToolIsNamed)
 {
     const auto before = contentBelow(files);
     const auto result = sign({image.string()});
@@ -168,32 +166,33 @@ TEST_F(Sign, SaysWhatIsMissing)
         EXPECT_THAT(result.errors, HasSubstr(text));
     }
     EXPECT_THAT(sign({bundle.string()}).errors, Not(HasSubstr("notarise"))) << "only images are";
-    const auto tool = sign({"--ad-hoc", bundle.string()}, {{"PATH", "/usr/bin:/bin"}});
+    EXPECT_THAT(tools.toolCalls(), IsEmpty());
+    std::filesystem::remove(tools.path() / "bin/codesign");
+    const auto tool = sign({"--ad-hoc", bundle.string()});
     EXPECT_THAT(tool.errors, HasSubstr("xcode-select --install"));
-    EXPECT_THAT(calls(), IsEmpty());
     EXPECT_EQ(contentBelow(files), before);
 }
 
-TEST_F(Sign, RefusesWhatItDoesNotUnderstandAndSaysBeforehandWhetherAnImageCanBeSigned)
+TEST_F(Sign, UsageErrorsEndWithTwoAndCheckSignsNothing)
 {
-    using Arguments = std::vector<std::string>;
-    for (const auto& [arguments, status] :
-         {std::pair{Arguments{}, 2},
-          std::pair{Arguments{"--ad-hoc"}, 2},
-          std::pair{Arguments{"--ad-hoc", "--unknown", bundle.string()}, 2},
-          std::pair{Arguments{"--identity"}, 2},
-          std::pair{Arguments{"--identity", ""}, 2},
-          std::pair{Arguments{"--ad-hoc", (files / "Missing.app").string()}, 2},
-          std::pair{Arguments{"--ad-hoc", (bundle / "Contents").string()}, 2},
-          std::pair{Arguments{"--check"}, 2},
-          std::pair{Arguments{"--check", "--identity", "One"}, 2},
-          std::pair{Arguments{"--check", "--identity", "One", "--keychain-profile", "Account"}, 0},
-          std::pair{Arguments{"--check", "--ad-hoc"}, 0},
-          std::pair{Arguments{"--help"}, 0}})
-    {
+    const std::vector<std::pair<int, std::vector<std::string>>> statuses{
+        {2, {}},
+        {2, {"--ad-hoc"}},
+        {2, {"--ad-hoc", "--unknown", bundle.string()}},
+        {2, {"--identity"}},
+        {2, {"--identity", ""}},
+        {2, {"--ad-hoc", (files / "Missing.app").string()}},
+        {2, {"--ad-hoc", (bundle / "Contents").string()}},
+        {2, {"--check"}},
+        {2, {"--check", "--identity", "One"}},
+        {0, {"--check", "--identity", "One", "--keychain-profile", "Account"}},
+        {0, {"--check", "--ad-hoc"}},
+        {0, {"--help"}},
+    };
+    for (const auto& [status, arguments] : statuses) {
         EXPECT_EQ(sign(arguments).status, status) << testing::PrintToString(arguments);
     }
-    EXPECT_THAT(calls(), IsEmpty());
+    EXPECT_THAT(tools.toolCalls(), IsEmpty());
 }
 
 } // namespace

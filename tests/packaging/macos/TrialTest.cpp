@@ -1,13 +1,10 @@
 #include "tests/packaging/macos/MacTools.h"
 #include "tests/support/BuiltPrograms.h"
-#include "tests/support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <tuple>
-#include <utility>
 
 namespace orlimo {
 namespace {
@@ -19,7 +16,8 @@ using testing::MatchesRegex;
 using testing::Not;
 using testing::StrEq;
 
-class StartBundle : public testing::Test
+/// The scripts that start a bundle, or what is on an image, for a trial.
+class Trial : public testing::Test
 {
 protected:
     [[nodiscard]] CommandResult
@@ -28,7 +26,17 @@ protected:
         return tools.run(
             "start-bundle",
             {"--seconds", "1", program, sampleStore},
-            {{"QT_QPA_PLATFORM", "offscreen"}, {"TMPDIR", folder.path().string()}});
+            {{"QT_QPA_PLATFORM", "offscreen"}, {"TMPDIR", scratch.path().string()}});
+    }
+
+    /// Puts `executable` into the bundle in `parent`.
+    static std::filesystem::path
+    makeBundle(const std::filesystem::path& parent, const std::filesystem::path& executable)
+    {
+        const auto folder = parent / "Orlimo.app/Contents/MacOS";
+        std::filesystem::create_directories(folder);
+        std::filesystem::create_symlink(executable, folder / "Orlimo");
+        return parent / "Orlimo.app";
     }
 
     /// A program that does what the lines of `script` say.
@@ -40,11 +48,21 @@ protected:
         return file.string();
     }
 
+    [[nodiscard]] CommandResult
+    checkImage(std::map<std::string, std::optional<std::string>> changes = {}) const
+    {
+        changes.emplace("QT_QPA_PLATFORM", "offscreen");
+        return tools.run("check-image", {image.string(), ORLIMO_SAMPLE_STORE}, changes);
+    }
+
     TemporaryFolder folder;
-    MacTools tools{folder.path() / "calls"};
+    TemporaryFolder scratch;
+    std::filesystem::path image = folder.path() / "Orlimo.dmg";
+    std::filesystem::path volume = folder.path() / "Orlimo.dmg.volume";
+    MacTools tools;
 };
 
-TEST_F(StartBundle, SeesTheProgramAtWork)
+TEST_F(Trial, ProgramIsSeenAtWork)
 {
     const auto result = start(ORLIMO_PROGRAM);
     EXPECT_EQ(result.status, 0) << result.text();
@@ -54,31 +72,30 @@ TEST_F(StartBundle, SeesTheProgramAtWork)
             HasSubstr("\nfile access allowed\n"),
             HasSubstr("\nfile changed!! at message: code? 482913\n"),
             HasSubstr("captured the code 482913\n")));
-    EXPECT_TRUE(std::filesystem::is_empty(folder.path())) << "nothing is left";
+    EXPECT_TRUE(std::filesystem::is_empty(scratch.path())) << "something was left behind";
 }
 
-TEST_F(StartBundle, StartsACopyOfABundleWithAnIdentityOfItsOwn)
+TEST_F(Trial, BundleIsStartedAsACopyWithAnIdentityOfItsOwn)
 {
-    const auto bundle = folder.path() / "Orlimo.app";
-    const auto executable = bundle / "Contents/MacOS/Orlimo";
-    // The last does not get far.
-    const std::string early = program("echo \"$0\"");
-    for (const auto& [named, started, status] :
-         {std::tuple{executable, std::string(ORLIMO_PROGRAM), 0},
-          std::tuple{bundle, std::string(ORLIMO_PROGRAM), 0},
-          std::tuple{bundle, early, 1}})
+    const auto bundle = makeBundle(folder.path(), ORLIMO_PROGRAM);
+    // A program that ends early leaves as little behind.
+    const auto early = makeBundle(folder.path() / "early", program("echo \"$0\""));
+    for (const auto& [named, status] :
+         {std::pair{bundle / "Contents/MacOS/Orlimo", 0},
+          std::pair{bundle, 0},
+          std::pair{early, 1}})
     {
-        std::filesystem::create_directories(executable.parent_path());
-        std::filesystem::create_symlink(started, executable);
+        const auto callsBefore = tools.toolCalls().size();
         const auto result = start(named.string());
-        EXPECT_EQ(result.status, status) << named;
-        if (started == early) {
+        EXPECT_EQ(result.status, status) << named << result.text();
+        if (status == 1) {
             EXPECT_THAT(result.output, HasSubstr("/Orlimo.app/Contents/MacOS/Orlimo\n"));
-            EXPECT_THAT(result.output, Not(HasSubstr(executable.string())));
-            std::filesystem::remove(early);
+            EXPECT_THAT(result.output, Not(HasSubstr(early.string())));
         }
+        auto calls = tools.toolCalls();
+        calls.erase(calls.begin(), calls.begin() + static_cast<std::ptrdiff_t>(callsBefore));
         EXPECT_THAT(
-            tools.recordedCalls(),
+            calls,
             ElementsAre(
                 MatchesRegex("xattr -c -r .*/start[.].*/Orlimo.app"),
                 MatchesRegex("plutil -replace CFBundleIdentifier -string "
@@ -88,27 +105,17 @@ TEST_F(StartBundle, StartsACopyOfABundleWithAnIdentityOfItsOwn)
                 MatchesRegex("codesign --force --sign - --timestamp=none .*/start[.].*/Orlimo.app"),
                 StrEq("defaults delete app.orlimo.Orlimo.start-bundle")));
         EXPECT_FALSE(std::filesystem::exists(bundle / "signature")) << "the bundle was changed";
-        std::filesystem::remove_all(bundle);
-        std::filesystem::remove(folder.path() / "calls");
-        const auto left = std::distance(std::filesystem::directory_iterator(folder.path()), {});
-        EXPECT_EQ(left, status == 0 ? 1 : 0) << "something was left behind";
+        EXPECT_TRUE(std::filesystem::is_empty(scratch.path())) << "something was left behind";
     }
-}
-
-TEST_F(StartBundle, FailsWhenTheCopyCannotBeSigned)
-{
-    const auto inside = folder.path() / "Orlimo.app/Contents/MacOS";
-    std::filesystem::create_directories(inside);
-    std::filesystem::create_symlink(ORLIMO_PROGRAM, inside / "Orlimo");
-    const auto result = tools.run(
+    const auto unsignable = tools.run(
         "start-bundle",
-        {(folder.path() / "Orlimo.app").string(), ORLIMO_SAMPLE_STORE},
+        {bundle.string(), ORLIMO_SAMPLE_STORE},
         {{"ORLIMO_FAILING_CALL", "--sign"}});
-    EXPECT_EQ(result.status, 2);
-    EXPECT_THAT(result.errors, HasSubstr("could not be signed: codesign: told to fail"));
+    EXPECT_EQ(unsignable.status, 2);
+    EXPECT_THAT(unsignable.errors, HasSubstr("could not be signed: codesign: refused"));
 }
 
-TEST_F(StartBundle, FailsWhenTheProgramEnds)
+TEST_F(Trial, EndOfTheProgramIsAFailure)
 {
     const std::string watching = "echo oh >&2; echo 'file access allowed'; ";
     for (const auto& [script, error] :
@@ -126,7 +133,7 @@ TEST_F(StartBundle, FailsWhenTheProgramEnds)
     }
 }
 
-TEST_F(StartBundle, FailsWithoutAStoreAndRefusesWhatItDoesNotUnderstand)
+TEST_F(Trial, MissingStoreAndUsageErrorsAreFailures)
 {
     const auto result = start(ORLIMO_PROGRAM, "/bin/false");
     EXPECT_EQ(result.status, 1);
@@ -137,40 +144,21 @@ TEST_F(StartBundle, FailsWithoutAStoreAndRefusesWhatItDoesNotUnderstand)
     EXPECT_EQ(tools.run("start-bundle", {"--seconds", "x", "a", "b"}).status, 2);
     EXPECT_EQ(tools.run("start-bundle", {"--unknown", "a", "b"}).status, 2);
     EXPECT_EQ(tools.run("start-bundle", {"--help"}).status, 0);
+    EXPECT_EQ(tools.run("check-image", {}).status, 2);
+    EXPECT_EQ(tools.run("check-image", {folder.path().string(), "x"}).status, 2);
 }
 
-/// What is on an image, which here is the folder beside the image's file that is called after it.
-class CheckImage : public StartBundle
+/// The content of an image is the folder beside the image's file that is named after it.
+TEST_F(Trial, ContentOfAnImageIsVerifiedAndACopyStarted)
 {
-protected:
-    CheckImage()
-    {
-        writeFile(image, "image");
-        std::filesystem::create_directories(volume / "Orlimo.app/Contents/MacOS");
-        std::filesystem::create_symlink(
-            ORLIMO_PROGRAM, volume / "Orlimo.app/Contents/MacOS/Orlimo");
-        std::filesystem::create_symlink("/Applications", volume / "Applications");
-    }
-
-    [[nodiscard]] CommandResult
-    check(const std::map<std::string, std::optional<std::string>>& changes = {}) const
-    {
-        auto variables = changes;
-        variables["QT_QPA_PLATFORM"] = "offscreen";
-        return tools.run("check-image", {image.string(), ORLIMO_SAMPLE_STORE}, variables);
-    }
-
-    std::filesystem::path image = folder.path() / "Orlimo.dmg";
-    std::filesystem::path volume = folder.path() / "Orlimo.dmg.volume";
-};
-
-TEST_F(CheckImage, VerifiesWhatIsOnTheImageAndStartsACopy)
-{
-    const auto result = check();
+    writeFile(image, "image");
+    makeBundle(volume, ORLIMO_PROGRAM);
+    std::filesystem::create_symlink("/Applications", volume / "Applications");
+    const auto result = checkImage();
     EXPECT_EQ(result.status, 0) << result.text();
     EXPECT_THAT(result.output, HasSubstr("captured the code"));
     EXPECT_THAT(
-        tools.recordedCalls(),
+        tools.toolCalls(),
         ElementsAre(
             HasSubstr("hdiutil attach -quiet -nobrowse -readonly -mountpoint "),
             MatchesRegex("codesign --verify --deep --strict --verbose=2 .*/volume/Orlimo.app"),
@@ -180,33 +168,22 @@ TEST_F(CheckImage, VerifiesWhatIsOnTheImageAndStartsACopy)
             HasSubstr("codesign --force --sign - "),
             HasSubstr("defaults delete "),
             HasSubstr("hdiutil detach -quiet ")));
-}
 
-TEST_F(CheckImage, LetsGoOfAnImageThatTheSystemStillLooksAt)
-{
-    const auto result = check({{"ORLIMO_FAILING_CALL", "detach -quiet"}});
-    EXPECT_EQ(result.status, 0) << result.text();
-    EXPECT_THAT(tools.recordedCalls().back(), HasSubstr("hdiutil detach -force -quiet "));
-}
+    // The system may still look at it.
+    const auto busy = checkImage({{"ORLIMO_FAILING_CALL", "detach -quiet"}});
+    EXPECT_EQ(busy.status, 0) << busy.text();
+    EXPECT_THAT(tools.toolCalls().back(), HasSubstr("hdiutil detach -force -quiet "));
 
-TEST_F(CheckImage, FailsWhenTheSignatureIsWrongOrTheLinkToTheApplicationsIsMissing)
-{
-    const auto signature = check({{"ORLIMO_FAILING_CALL", "--verify"}});
+    const auto signature = checkImage({{"ORLIMO_FAILING_CALL", "--verify"}});
     EXPECT_EQ(signature.status, 1);
     EXPECT_EQ(signature.output, "");
-    EXPECT_THAT(tools.recordedCalls().back(), HasSubstr("hdiutil detach"));
+    EXPECT_THAT(tools.toolCalls().back(), HasSubstr("hdiutil detach"));
 
     std::filesystem::remove(volume / "Applications");
-    const auto link = check();
-    EXPECT_EQ(link.status, 1);
-    EXPECT_THAT(link.errors, HasSubstr("no link to the applications"));
-    EXPECT_THAT(tools.recordedCalls().back(), HasSubstr("hdiutil detach"));
-}
-
-TEST_F(CheckImage, WantsAnImageAndASampleStore)
-{
-    EXPECT_EQ(tools.run("check-image", {}).status, 2);
-    EXPECT_EQ(tools.run("check-image", {folder.path().string(), "x"}).status, 2);
+    const auto linkless = checkImage();
+    EXPECT_EQ(linkless.status, 1);
+    EXPECT_THAT(linkless.errors, HasSubstr("no link to the applications"));
+    EXPECT_THAT(tools.toolCalls().back(), HasSubstr("hdiutil detach"));
 }
 
 } // namespace
