@@ -1,10 +1,13 @@
 #include "platform/preferences/UserDefaults.h"
+#include "platform/preferences/linux/SettingsValue.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/process/ChildProcess.h"
 #include "tests/support/process/ForkedRun.h"
 #include "tests/support/process/UnprivilegedUser.h"
 
 #include <QLockFile>
+#include <QRect>
+#include <QSettings>
 #include <gtest/gtest.h>
 
 #include <array>
@@ -14,6 +17,9 @@
 #include <filesystem>
 #include <functional>
 #include <map>
+#include <random>
+#include <set>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -179,6 +185,130 @@ TEST_F(QtUserDefaultsTest, ForeignFileIsRead)
         EXPECT_EQ(everything(), (std::map<std::string, std::string>{{std::string(key), printed}}));
         EXPECT_EQ(read(), printed.find_first_of("5t\t") == 0) << text;
         EXPECT_EQ(contentOf(file), text) << "reading changes nothing";
+    }
+}
+
+/// An entry of `list`, which has at least one.
+template <typename List> const auto& oneOf(const List& list, std::mt19937& random)
+{
+    return list[static_cast<decltype(list.size())>(random()) % list.size()];
+}
+
+/// Stores preferences and settings of other programs, odd ones too.
+void fill(QSettings& settings, std::mt19937& random)
+{
+    const std::vector<std::string> groups{
+        "",
+        "",
+        "Window",
+        "two words/",
+        "General",
+        "general",
+        "%General",
+        "Größe",
+        "鍵",
+        "[x]",
+        "="};
+    const std::vector<std::string> keys{
+        "Encoding",
+        "size",
+        "1/name",
+        "[x]",
+        "a[de]",
+        "two words",
+        "=",
+        ";a",
+        "#a",
+        "é鍵",
+        "%20",
+        "a.b-",
+        "\t",
+        "capturing",
+        "capturingEnabled",
+        "fourDigitInclude",
+        "loginItemEnabled"};
+    const std::vector<std::string> strings{
+        "",
+        "yes",
+        " 1 ",
+        "a, b",
+        "; a",
+        "# a",
+        "\\back \"quoted\" \\x41",
+        "1\nb\r\t\v",
+        "[a]",
+        "é鍵\u00A0\U0001F511",
+        "@a",
+        "no=yes",
+        std::string(1, '\0'),
+        std::string(5000, 'x')};
+    const QVariantList others{
+        true,
+        false,
+        0,
+        1,
+        0.5,
+
+        QVariant(),
+        QByteArray("a\0\xFF", 3),
+        QRect(1, 2, 3, 4),
+        QStringList(),
+        QStringList{QString(), QString(QChar(u','))},
+        QVariantMap{{QString(), 1}}};
+    for (auto count = random() % 12; count > 0; --count) {
+        settings.beginGroup(QString::fromStdString(oneOf(groups, random)));
+        settings.setValue(
+            QString::fromStdString(oneOf(keys, random)),
+            random() % 2 == 0 ? oneOf(others, random)
+                              : QVariant(QString::fromStdString(oneOf(strings, random))));
+        settings.endGroup();
+    }
+}
+
+/// The lines in `file`, each with its group before it.
+std::multiset<std::string> settingsIn(const std::filesystem::path& file)
+{
+    std::multiset<std::string> settings;
+    std::istringstream lines(contentOf(file));
+    std::string group;
+    for (std::string line; std::getline(lines, line);) {
+        group = line.starts_with('[') ? line : group;
+        if (line != group && !line.empty()) {
+            settings.insert(group + line);
+        }
+    }
+    return settings;
+}
+
+TEST_F(QtUserDefaultsTest, FileOfQSettingsIsReadAndWrittenAsByQSettings)
+{
+    std::mt19937 random(1); // NOLINT(cert-msc51-cpp): the same files each time
+    for (int number = 0; number < 100; ++number) {
+        // QSettings caches files by their names, and values as they were set.
+        const auto twin = folder / std::to_string(number);
+        QSettings settings(QString::fromStdString(twin), QSettings::NativeFormat);
+        fill(settings, random);
+        settings.sync();
+        const std::string text = std::filesystem::exists(twin) ? contentOf(twin) : "";
+        writeFile(file, text);
+        std::filesystem::copy(file, twin.string() + "copy");
+        const QSettings copy(
+            QString::fromStdString(twin.string() + "copy"), QSettings::NativeFormat);
+        const auto stored = everything();
+        for (const auto* which : {"capturingEnabled", "fourDigitInclude", "loginItemEnabled"}) {
+            const QString name = QString::fromUtf8(which);
+            const QVariant value = copy.value(name);
+            const bool isString = value.typeId() == QMetaType::QString;
+            ASSERT_EQ(stored.contains(which), copy.contains(name)) << text;
+            ASSERT_EQ(read(which), isString && booleanValue(value.toString().toStdString()))
+                << text;
+        }
+        const bool value = random() % 2 == 0;
+        write(value);
+        settings.setValue(QStringLiteral("capturingEnabled"), value);
+        settings.sync();
+        ASSERT_EQ(settingsIn(file), settingsIn(twin)) << text;
+        ASSERT_FALSE(std::filesystem::exists(damagedCopy)) << text;
     }
 }
 
