@@ -14,7 +14,8 @@ namespace {
 TEST(ErrorConversion, SystemNumberIsFoundAtAnyDepthAndElseNearestOneIsTaken)
 {
     @autoreleasepool {
-        const auto errorWith = [](NSString* domain, NSInteger code, NSError* underlying = nil) {
+        const auto errorWith =
+            [](NSString* domain, NSInteger code, NSError* underlying = nil) -> NSError* {
             return [NSError
                 errorWithDomain:domain
                            code:code
