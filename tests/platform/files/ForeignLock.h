@@ -23,6 +23,8 @@ public:
     ForeignLock& operator=(const ForeignLock&) = delete;
     ~ForeignLock();
 
+    [[nodiscard]] pid_t processId() const { return holder; }
+
 private:
     pid_t holder = -1;
     UniqueFd holderLifetimePipe;
