@@ -177,34 +177,23 @@ TEST_F(AutostartEntryTest, AddReplacesEntryButKeepsUsersMarks)
     }
 }
 
-TEST_F(AutostartEntryTest, RemovedProgramIsNotFound)
+TEST_F(AutostartEntryTest, MissingProgramFolderOrEmptyPathIsNotFound)
 {
-    ASSERT_EQ(descriptionOf(entry.add()), "no error");
-    std::filesystem::remove(program);
-    EXPECT_EQ(entry.status(), LoginItemStatus::notFound);
-
     write("[Desktop Entry]\nHidden=true\n");
-    EXPECT_EQ(entry.status(), LoginItemStatus::notFound);
-    const auto error = entry.add();
-    EXPECT_EQ(descriptionOf(error), program.string() + ": No such file or directory");
-    EXPECT_EQ(error->code, ENOENT);
+    std::filesystem::remove(program);
+    for (const std::filesystem::path& path : {program, home.path(), std::filesystem::path()}) {
+        const AutostartEntry missing(folder, path);
+        EXPECT_EQ(missing.status(), LoginItemStatus::notFound);
+        const auto error = missing.add();
+        EXPECT_EQ(
+            descriptionOf(error),
+            (path.empty() ? "/proc/self/exe" : path.string()) + ": No such file or directory");
+        EXPECT_EQ(error->code, ENOENT);
+    }
     EXPECT_EQ(contentOf(file), "[Desktop Entry]\nHidden=true\n");
 
     EXPECT_EQ(descriptionOf(entry.remove()), "no error");
     EXPECT_EQ(entry.status(), LoginItemStatus::notFound);
-}
-
-TEST_F(AutostartEntryTest, FolderOrEmptyPathIsNotFound)
-{
-    for (const auto& [path, named] :
-         {std::pair(home.path(), home.path().string()),
-          std::pair(std::filesystem::path(), std::string("/proc/self/exe"))})
-    {
-        const AutostartEntry none(folder, path);
-        EXPECT_EQ(none.status(), LoginItemStatus::notFound);
-        EXPECT_EQ(descriptionOf(none.add()), named + ": No such file or directory");
-    }
-    EXPECT_FALSE(std::filesystem::exists(folder));
 }
 
 TEST_F(AutostartEntryTest, PathThatIsNotUtf8IsRefused)
