@@ -20,6 +20,7 @@ set(orlimo_platform_sources
     clipboard/linux/DataControlSource.cpp
     clipboard/linux/DescriptorNotifier.cpp
     files/linux/DirectoryListing.cpp
+    files/linux/FileContent.cpp
     files/linux/FileHandle.cpp
     clipboard/linux/GeneralPasteboard.cpp
     files/GrowthDetector.cpp
@@ -39,7 +40,6 @@ set(orlimo_platform_sources
     desktop/linux/SystemArguments.cpp
     clipboard/linux/TextTransfers.cpp
     services/linux/Session.cpp
-    preferences/linux/UnstoredPreferences.cpp
     threads/linux/UptimeClock.cpp
     process/UserDatabase.cpp
     files/VnodeEventDelivery.cpp

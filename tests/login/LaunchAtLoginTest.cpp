@@ -47,92 +47,45 @@ protected:
     QObject observer;
 };
 
-TEST_F(LaunchAtLoginTest, OnlyStatusEnabledIsEnabled)
+TEST_F(LaunchAtLoginTest, EachOperationMakesItsCallsForEachStatus)
 {
+    const std::optional<ServiceError> failed = ServiceError{.code = 1, .localizedDescription = "f"};
     for (const int status : {0, 1, 2, 3}) {
-        calls.clear();
-        service.currentStatus = static_cast<LoginItemStatus>(status);
-        EXPECT_EQ(isEnabled(), status == 1) << status;
-        EXPECT_EQ(isEnabled(), status == 1) << status;
-        EXPECT_THAT(calls, ElementsAre("status", "status")) << "nothing is cached";
-    }
-}
-
-TEST_F(LaunchAtLoginTest, EnablingRegistersAndUnregistersFirstIfEnabled)
-{
-    for (const int status : {0, 1, 2, 3}) {
-        calls.clear();
-        service.currentStatus = static_cast<LoginItemStatus>(status);
-        setEnabled(true);
-        std::vector<std::string> expected{"objectWillChange", "status", "register"};
-        if (status == 1) {
-            expected.insert(expected.end() - 1, "unregister");
+        for (const auto& error : {std::optional<ServiceError>(), failed}) {
+            service.registerError = service.unregisterError = error;
+            const auto expectCalls = [&](bool value, std::vector<std::string> expected) {
+                if (error) {
+                    expected.push_back(value ? R"(log "enable", "f")" : R"(log "disable", "f")");
+                }
+                // The same value is set again.
+                for (int time = 0; time < 2; ++time) {
+                    service.currentStatus = static_cast<LoginItemStatus>(status);
+                    calls.clear();
+                    setEnabled(value);
+                    EXPECT_EQ(calls, expected) << status;
+                }
+            };
+            expectCalls(false, {"objectWillChange", "unregister"});
+            if (status == 1) {
+                expectCalls(true, {"objectWillChange", "status", "unregister", "register"});
+            } else {
+                expectCalls(true, {"objectWillChange", "status", "register"});
+            }
+            service.currentStatus = static_cast<LoginItemStatus>(status);
+            calls.clear();
+            EXPECT_EQ(isEnabled(), status == 1) << status;
+            EXPECT_EQ(LaunchAtLogin::observable().isEnabled(), status == 1) << status;
+            EXPECT_THAT(calls, ElementsAre("status", "status")) << "nothing is cached";
         }
-        EXPECT_EQ(calls, expected) << status;
-        EXPECT_TRUE(isEnabled());
     }
 }
 
-TEST_F(LaunchAtLoginTest, DisablingUnregistersWhateverTheStatus)
-{
-    for (const int status : {0, 1, 2, 3}) {
-        calls.clear();
-        service.currentStatus = static_cast<LoginItemStatus>(status);
-        setEnabled(false);
-        EXPECT_THAT(calls, ElementsAre("objectWillChange", "unregister")) << status;
-    }
-    EXPECT_FALSE(isEnabled());
-}
-
-TEST_F(LaunchAtLoginTest, FailureToRegisterIsOneEntry)
+TEST_F(LaunchAtLoginTest, FailureToRegisterAgainLeavesProgramUnregistered)
 {
     service.currentStatus = LoginItemStatus::enabled;
     service.registerError = ServiceError{.code = 28, .localizedDescription = "No space left"};
-    for (const bool isUnregistered : {true, false}) {
-        calls.clear();
-        setEnabled(true);
-        EXPECT_THAT(
-            calls,
-            ElementsAre(
-                "objectWillChange",
-                "status",
-                "unregister",
-                "register",
-                R"(log "enable", "No space left")"));
-        EXPECT_EQ(isEnabled(), !isUnregistered);
-        // The failure of the first step is ignored.
-        service.currentStatus = LoginItemStatus::enabled;
-        service.unregisterError = ServiceError{.code = 1, .localizedDescription = "ignored"};
-    }
-}
-
-TEST_F(LaunchAtLoginTest, FailureToUnregisterIsOneEntry)
-{
-    service.unregisterError = ServiceError{.code = 2, .localizedDescription = "not registered"};
-    setEnabled(false);
-    EXPECT_THAT(
-        calls, ElementsAre("objectWillChange", "unregister", R"(log "disable", "not registered")"));
-}
-
-TEST_F(LaunchAtLoginTest, SameValueIsSetAgain)
-{
     setEnabled(true);
-    setEnabled(true);
-    EXPECT_THAT(
-        calls,
-        ElementsAre(
-            "objectWillChange",
-            "status",
-            "register",
-            "objectWillChange",
-            "status",
-            "unregister",
-            "register"));
-    calls.clear();
-    setEnabled(false);
-    setEnabled(false);
-    EXPECT_THAT(
-        calls, ElementsAre("objectWillChange", "unregister", "objectWillChange", "unregister"));
+    EXPECT_FALSE(isEnabled());
 }
 
 TEST_F(LaunchAtLoginTest, ChangeIsAnnouncedBeforeItIsMade)
@@ -144,20 +97,13 @@ TEST_F(LaunchAtLoginTest, ChangeIsAnnouncedBeforeItIsMade)
         &observer,
         [this, &seen] { seen.push_back(isEnabled()); });
     setEnabled(true);
-    setEnabled(false);
+    LaunchAtLogin::observable().setEnabled(false);
     EXPECT_THAT(seen, ElementsAre(false, true));
+    EXPECT_FALSE(isEnabled());
 }
 
-/// With a service that reports its result only after the call.
-class DelayedResponse : public LaunchAtLoginTest
+TEST_F(LaunchAtLoginTest, LaterResponseIsAnnouncedAndItsFailureIsOneEntry)
 {
-protected:
-    DelayedResponse() { LaunchAtLogin::install(services); }
-};
-
-TEST_F(DelayedResponse, IsAnnouncedAndFailureIsOneEntry)
-{
-    EXPECT_THAT(calls, IsEmpty());
     service.responseHandler(true, std::nullopt);
     const ServiceError error{.code = 125, .localizedDescription = "Operation canceled"};
     service.responseHandler(true, error);

@@ -1,6 +1,6 @@
 #include "login/LaunchAtLoginToggle.h"
 
-#include "tests/login/linux/SystemLoginServices.h"
+#include "platform/process/LoginItemLog.h"
 #include "tests/platform/desktop/MarkingTranslator.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/process/CapturedSyslog.h"
@@ -18,12 +18,13 @@
 #include <memory>
 #include <string>
 
+#include <syslog.h>
+
 namespace orlimo {
 namespace {
 
-using testing::HasSubstr;
+using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::SizeIs;
 
 template <typename Label> Switch& switchOf(const LaunchAtLogin::Toggle<Label>& toggle)
 {
@@ -41,7 +42,10 @@ class LaunchAtLoginToggle : public testing::Test
 protected:
     LaunchAtLoginToggle()
     {
-        LaunchAtLogin::install(systemLoginServices());
+        LaunchAtLogin::install(
+            {.service = mainAppService(),
+             .logError = logLoginItemError,
+             .currentLaunchEvent = currentLaunchEvent});
         clear();
     }
     ~LaunchAtLoginToggle() override { clear(); }
@@ -93,8 +97,6 @@ TEST_F(LaunchAtLoginToggle, LabelIsBuiltOnce)
     toggle.show();
     switchOf(toggle).click();
     runQueued();
-    toggle.hide();
-    toggle.show();
     EXPECT_EQ(built, 1);
     EXPECT_EQ(&toggle.label(), made);
 }
@@ -115,46 +117,45 @@ TEST_F(LaunchAtLoginToggle, SwitchFollowsLabelInReadingDirection)
     EXPECT_EQ(label.geometry().right(), 299);
 }
 
-TEST_F(LaunchAtLoginToggle, ShowingToggleChangesNothing)
+TEST_F(LaunchAtLoginToggle, ShownToggleShowsStateOnDiskAndChangesNothing)
 {
-    LaunchAtLogin::setEnabled(true);
-    writeFile(entry, "[Desktop Entry]\n");
+    LaunchAtLogin::Toggle<> toggle;
     const QSignalSpy changes(
         &LaunchAtLogin::observable(), &LaunchAtLogin::Observable::objectWillChange);
-    LaunchAtLogin::Toggle<> toggle;
-    toggle.show();
-    runQueued();
+    for (const bool isOn : {true, false}) {
+        toggle.hide();
+        clear();
+        if (isOn) {
+            writeFile(entry, "[Desktop Entry]\n");
+        }
+        toggle.show();
+        runQueued();
+        EXPECT_EQ(switchOf(toggle).isChecked(), isOn);
+        EXPECT_EQ(isRegistered() ? contentOf(entry) : "", isOn ? "[Desktop Entry]\n" : "");
+    }
     EXPECT_EQ(changes.count(), 0);
-    EXPECT_EQ(contentOf(entry), "[Desktop Entry]\n");
 }
 
-TEST_F(LaunchAtLoginToggle, ClickRegistersAndUnregisters)
+TEST_F(LaunchAtLoginToggle, ClickAndAccessibleActionRegisterAndUnregister)
 {
     const LaunchAtLogin::Toggle<> toggle;
     const QSignalSpy changes(
         &LaunchAtLogin::observable(), &LaunchAtLogin::Observable::objectWillChange);
+    EXPECT_EQ(toggle.focusProxy(), &switchOf(toggle));
     switchOf(toggle).click();
     EXPECT_TRUE(isRegistered());
     runQueued();
     EXPECT_TRUE(switchOf(toggle).isChecked());
     EXPECT_EQ(changes.count(), 1);
 
-    switchOf(toggle).click();
+    auto* const accessible = QAccessible::queryAccessibleInterface(&switchOf(toggle));
+    EXPECT_EQ(accessible->role(), QAccessible::CheckBox);
+    accessible->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
     EXPECT_FALSE(isRegistered());
     runQueued();
     EXPECT_FALSE(switchOf(toggle).isChecked());
     EXPECT_EQ(changes.count(), 2);
     EXPECT_THAT(CapturedSyslog::entries(), IsEmpty());
-}
-
-TEST_F(LaunchAtLoginToggle, AccessibleToggleActionRegisters)
-{
-    const LaunchAtLogin::Toggle<> toggle;
-    EXPECT_EQ(toggle.focusProxy(), &switchOf(toggle));
-    auto* const accessible = QAccessible::queryAccessibleInterface(&switchOf(toggle));
-    EXPECT_EQ(accessible->role(), QAccessible::CheckBox);
-    accessible->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
-    EXPECT_TRUE(isRegistered());
 }
 
 TEST_F(LaunchAtLoginToggle, ChangeMadeElsewhereIsShown)
@@ -171,29 +172,18 @@ TEST_F(LaunchAtLoginToggle, ChangeMadeElsewhereIsShown)
     EXPECT_FALSE(switchOf(second).isChecked());
 }
 
-TEST_F(LaunchAtLoginToggle, FailedChangeShowsStateAgain)
+TEST_F(LaunchAtLoginToggle, FailedChangeIsLoggedAndShowsStateAgain)
 {
     writeFile(folder, "a file");
     const LaunchAtLogin::Toggle<> toggle;
     switchOf(toggle).click();
     runQueued();
     EXPECT_FALSE(switchOf(toggle).isChecked());
-    ASSERT_THAT(CapturedSyslog::entries(), SizeIs(1));
-    EXPECT_THAT(
-        CapturedSyslog::entries().front().text, HasSubstr("Failed to enable launch at login: "));
-}
-
-TEST_F(LaunchAtLoginToggle, ChangeOnDiskIsShownWithNextShowEvent)
-{
-    LaunchAtLogin::Toggle<> toggle;
-    toggle.show();
-    toggle.hide();
-    const QSignalSpy changes(
-        &LaunchAtLogin::observable(), &LaunchAtLogin::Observable::objectWillChange);
-    writeFile(entry, "[Desktop Entry]\n");
-    toggle.show();
-    EXPECT_TRUE(switchOf(toggle).isChecked());
-    EXPECT_EQ(changes.count(), 0);
+    const CapturedSyslog::Entry failure{
+        .priority = LOG_USER | LOG_ERR,
+        .text = "[app.orlimo.Orlimo.LaunchAtLogin:main] Failed to enable launch at login: " +
+                folder.string() + ": File exists"};
+    EXPECT_THAT(CapturedSyslog::entries(), ElementsAre(failure));
 }
 
 TEST_F(LaunchAtLoginToggle, ToggleMayBeDestroyedBeforeChangeArrives)

@@ -1,7 +1,7 @@
 #include "platform/loginitem/linux/AutostartEntry.h"
 
 #include "platform/ApplicationIdentity.h"
-#include "platform/files/UniqueFd.h"
+#include "platform/files/linux/FileContent.h"
 #include "platform/files/linux/UserFolders.h"
 #include "platform/loginitem/LaunchEvent.h"
 #include "platform/preferences/linux/KeyFile.h"
@@ -16,7 +16,6 @@
 #include <string>
 #include <utility>
 
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -37,39 +36,6 @@ const std::array<Switch, 2> userSwitches{{
     {.key = "Hidden", .off = "true", .offAsNumber = "1"},
     {.key = "X-GNOME-Autostart-enabled", .off = "false", .offAsNumber = "0"},
 }};
-
-/// A file's content, or errno of the call that failed.
-struct ReadResult
-{
-    int error = 0;
-    std::string content{};
-};
-
-ReadResult read(const std::filesystem::path& file)
-{
-    // A pipe would block until somebody writes.
-    const UniqueFd descriptor(::open(file.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
-    struct stat found
-    {};
-    if (!descriptor || ::fstat(descriptor.get(), &found) != 0) {
-        return {.error = errno};
-    }
-    if (!S_ISREG(found.st_mode)) {
-        return {.error = S_ISDIR(found.st_mode) ? EISDIR : EEXIST};
-    }
-    ReadResult result;
-    std::array<char, 4096> buffer{};
-    for (;;) {
-        const ssize_t count = ::read(descriptor.get(), buffer.data(), buffer.size());
-        if (count < 0) {
-            return {.error = errno};
-        }
-        if (count == 0) {
-            return result;
-        }
-        result.content.append(buffer.data(), static_cast<std::size_t>(count));
-    }
-}
 
 /// errno of looking for a program there; 0 when it exists.
 int errorOfProgram(const std::filesystem::path& program)
@@ -159,7 +125,7 @@ LoginItemStatus AutostartEntry::status() const
     if (errorOfProgram(program) != 0) {
         return LoginItemStatus::notFound;
     }
-    const auto [error, content] = read(file);
+    const auto [error, content] = readRegularFile(file);
     const auto entry = error == 0 ? KeyFile::parse(content) : std::nullopt;
     if (!entry) {
         return LoginItemStatus::notRegistered;
@@ -180,7 +146,7 @@ std::optional<ServiceError> AutostartEntry::add() const
     if (const int error = makeUserFolder(file.parent_path())) {
         return failure(file.parent_path(), error);
     }
-    const auto [error, content] = read(file);
+    const auto [error, content] = readRegularFile(file);
     if (error != 0 && error != ENOENT) {
         return failure(file, error);
     }

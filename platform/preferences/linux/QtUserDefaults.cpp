@@ -1,13 +1,15 @@
 #include "platform/preferences/UserDefaults.h"
 #include "platform/preferences/linux/SettingsFile.h"
 #include "platform/preferences/linux/SettingsValue.h"
-#include "platform/preferences/linux/UnstoredPreferences.h"
 
 #include <QDir>
 #include <QStandardPaths>
 #include <QString>
 
 #include <cstdio>
+#include <functional>
+#include <map>
+#include <string>
 
 namespace orlimo {
 
@@ -30,8 +32,8 @@ public:
     [[nodiscard]] bool boolForKey(std::string_view key) const override
     {
         const auto stored = contents();
-        if (const auto value = unstored.value(key)) {
-            return *value;
+        if (const auto entry = unstored.find(key); entry != unstored.end()) {
+            return entry->second.value;
         }
         const auto found = stored.find(std::string(key));
         return found != stored.end() &&
@@ -40,13 +42,13 @@ public:
 
     void setBool(bool value, std::string_view key) override
     {
-        unstored.set(value, key);
+        unstored.insert_or_assign(std::string(key), Unstored{.value = value, .isDefault = false});
         store();
     }
 
     void setDefault(bool value, std::string_view key) override
     {
-        unstored.setDefault(value, key);
+        unstored.try_emplace(std::string(key), Unstored{.value = value, .isDefault = true});
         store();
     }
 
@@ -56,18 +58,28 @@ public:
         for (auto& [key, value] : dictionary) {
             value = storedString(value).value_or(value);
         }
-        for (const auto& [key, value] : unstored.values()) {
-            dictionary.insert_or_assign(key, value ? "true" : "false");
+        for (const auto& [key, entry] : unstored) {
+            dictionary.insert_or_assign(key, entry.value ? "true" : "false");
         }
         return dictionary;
     }
 
 private:
+    struct Unstored
+    {
+        bool value;
+        bool isDefault; ///< which yields to a value that turns out to be stored
+    };
+
     void store()
     {
         const bool isStored = file.change([this](const SettingsFile::Contents& stored) {
             dropDefaultsIn(stored);
-            return unstored.values();
+            SettingsFile::Values values;
+            for (const auto& [key, entry] : unstored) {
+                values.emplace(key, entry.value);
+            }
+            return values;
         });
         if (isStored) {
             unstored.clear();
@@ -89,11 +101,13 @@ private:
 
     void dropDefaultsIn(const SettingsFile::Contents& stored) const
     {
-        unstored.dropDefaults([&stored](const std::string& key) { return stored.contains(key); });
+        std::erase_if(unstored, [&stored](const auto& entry) {
+            return entry.second.isDefault && stored.contains(entry.first);
+        });
     }
 
     /// Reading the file finds out which defaults it makes superfluous.
-    mutable UnstoredPreferences unstored;
+    mutable std::map<std::string, Unstored, std::less<>> unstored;
     mutable SettingsFile file{settingsFilePath()};
 };
 

@@ -1,6 +1,6 @@
 #include "platform/preferences/linux/SettingsFile.h"
 
-#include "platform/files/UniqueFd.h"
+#include "platform/files/linux/FileContent.h"
 #include "platform/files/linux/UserFolders.h"
 #include "platform/preferences/linux/KeyFile.h"
 
@@ -17,9 +17,7 @@
 #include <thread>
 #include <utility>
 
-#include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace orlimo {
 
@@ -40,46 +38,34 @@ constexpr milliseconds lockInterval{5};
 /// own lock on the file keeps it.
 constexpr milliseconds staleLockTime{50};
 
-/// Nothing where there is no file; absent where there is one, or may be, that cannot be read now.
-/// What is no regular file might never end, or never begin, and cannot be replaced by one.
-/// Preferences are read on the way of a code to the clipboard: with as few calls as can be.
-std::optional<QByteArray> contentOf(const QString& name)
-{
-    constexpr int flags = O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
-    const UniqueFd file(::open(QFile::encodeName(name).constData(), flags));
-    if (!file) {
-        return errno == ENOENT || errno == ENOTDIR ? std::optional(QByteArray()) : std::nullopt;
-    }
-    struct stat status
-    {};
-    if (::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) {
-        return std::nullopt;
-    }
-    QByteArray text;
-    std::array<char, 4096> buffer{};
-    ssize_t length = 0;
-    do {
-        length = ::read(file.get(), buffer.data(), buffer.size());
-        if (length > 0) {
-            text.append(buffer.data(), length);
-        }
-    } while (length > 0 || (length < 0 && errno == EINTR));
-    return length == 0 ? std::optional(std::move(text)) : std::nullopt;
-}
-
 const std::string group = "General";
 
-/// `text` with `after` in place of `before` at the beginning of each line, as comments begin with a
-/// semicolon for QSettings and with a number sign for GLib; and with the name of the group as it is
-/// written, for its case does not count.
-QByteArray converted(const QByteArray& text, const QByteArray& before, const QByteArray& after)
+/// The beginning of a line for QSettings, and where GLib would take it for something else.
+struct Beginning
 {
-    QByteArrayList lines = text.split('\n');
+    QByteArray ofSettings;
+    QByteArray ofKeyFile;
+};
+const std::array<Beginning, 2> beginnings{{
+    {.ofSettings = ";", .ofKeyFile = "#\1;"},              // a comment
+    {.ofSettings = "Encoding", .ofKeyFile = "%45ncoding"}, // the encoding of the file
+}};
+
+/// `text` with the `after` of each of these beginnings in place of its `before`; and with the name
+/// of the group as it is written, for its case does not count.
+QByteArray
+converted(const std::string& text, QByteArray Beginning::*before, QByteArray Beginning::*after)
+{
+    QByteArrayList lines = QByteArray::fromStdString(text).split('\n');
     for (QByteArray& line : lines) {
         const QByteArray content = line.trimmed();
-        if (content.startsWith(before)) {
-            line.replace(line.indexOf(before), before.size(), after);
-        } else if (content.compare("[general]", Qt::CaseInsensitive) == 0) {
+        for (const Beginning& beginning : beginnings) {
+            if (content.startsWith(beginning.*before)) {
+                line.replace(
+                    line.indexOf(beginning.*before), (beginning.*before).size(), beginning.*after);
+            }
+        }
+        if (content.compare("[general]", Qt::CaseInsensitive) == 0) {
             line = "[General]";
         }
     }
@@ -87,9 +73,10 @@ QByteArray converted(const QByteArray& text, const QByteArray& before, const QBy
 }
 
 /// The settings in `text`. Absent where there is something in it that is no setting.
-std::optional<KeyFile> parsed(const QByteArray& text)
+std::optional<KeyFile> parsed(const std::string& text)
 {
-    const auto readable = converted(text, ";", "#;").toStdString();
+    const auto readable =
+        converted(text, &Beginning::ofSettings, &Beginning::ofKeyFile).toStdString();
     auto settings = KeyFile::parse(readable);
     // To QSettings, what is before the first group belongs to this one.
     return settings ? std::move(settings) : KeyFile::parse("[" + group + "]\n" + readable);
@@ -187,18 +174,21 @@ bool SettingsFile::change(const std::function<Values(const Contents& stored)>& v
     for (const auto& [key, value] : values) {
         settings->setSortedValue(group, key, value ? "true" : "false");
     }
-    const auto changed = QByteArray::fromStdString(settings->text());
-    return replace(target, converted(changed, "#;", ";"));
+    return replace(
+        target, converted(settings->text(), &Beginning::ofKeyFile, &Beginning::ofSettings));
 }
 
-std::optional<QByteArray> SettingsFile::read()
+/// Nothing where there is no file. Preferences are read before a code reaches the clipboard: with
+/// as few calls as possible.
+std::optional<std::string> SettingsFile::read()
 {
-    auto text = contentOf(file);
-    if (std::exchange(isReadable, text.has_value()) && !isReadable) {
+    auto [error, text] = readRegularFile(QFile::encodeName(file).toStdString());
+    const bool isRead = error == 0 || error == ENOENT || error == ENOTDIR;
+    if (std::exchange(isReadable, isRead) && !isReadable) {
         (void)std::fprintf(
             stderr, "Orlimo cannot read its preferences in %s\n", qUtf8Printable(file));
     }
-    return text;
+    return isReadable ? std::optional(std::move(text)) : std::nullopt;
 }
 
 /// Waits only where the lock was available last time, so that a holder who does not let go delays

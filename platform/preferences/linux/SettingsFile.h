@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QByteArray>
 #include <QString>
 
 #include <functional>
@@ -38,7 +37,7 @@ public:
     [[nodiscard]] bool change(const std::function<Values(const Contents& stored)>& valuesFor);
 
 private:
-    [[nodiscard]] std::optional<QByteArray> read();
+    [[nodiscard]] std::optional<std::string> read();
     [[nodiscard]] bool acquire(QLockFile& lock, const QString& lockPath);
     [[nodiscard]] bool backUpDamagedFile() const;
 

@@ -5,12 +5,13 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <optional>
 #include <string>
 
 #include <pwd.h>
-#include <stdlib.h>
 #include <unistd.h>
 
 namespace orlimo {
@@ -18,33 +19,31 @@ namespace {
 
 constexpr const char* entryName = "app.orlimo.Orlimo.desktop";
 
-/// Sets a variable of this process, or removes it for a null. Called in a child.
-void setVariable(const char* name, const char* value)
-{
-    if (value == nullptr) {
-        ::unsetenv(name);
-    } else {
-        ::setenv(name, value, 1);
-    }
-}
-
-std::string registerAndReport()
-{
-    const auto error = mainAppService().registerItem();
-    return error ? error->localizedDescription : "registered";
-}
-
 /// The running program's service with the test's configuration folder.
 class MainAppService : public testing::Test
 {
 protected:
-    /// The result of registering in a process with these values of XDG_CONFIG_HOME and HOME.
-    [[nodiscard]] static std::string registered(const char* configuration, const char* homeFolder)
+    /// What registering prints in a process with these values of
+    /// XDG_CONFIG_HOME and HOME, as the user with that number.
+    [[nodiscard]] static std::string
+    registered(const char* configuration, const char* homeFolder, uid_t user = ::getuid())
     {
         const auto run = runForked([=] {
-            setVariable("XDG_CONFIG_HOME", configuration);
-            setVariable("HOME", homeFolder);
-            (void)std::fputs(registerAndReport().c_str(), stdout);
+            configuration == nullptr ? ::unsetenv("XDG_CONFIG_HOME")
+                                     : ::setenv("XDG_CONFIG_HOME", configuration, 1);
+            homeFolder == nullptr ? ::unsetenv("HOME") : ::setenv("HOME", homeFolder, 1);
+            if (::setuid(user) != 0) {
+                ::_exit(1);
+            }
+            const auto print = [](const std::optional<ServiceError>& error) {
+                (void)std::puts(error ? error->localizedDescription.c_str() : "done");
+            };
+            (void)std::printf("%d\n", static_cast<int>(mainAppService().status()));
+            print(mainAppService().registerItem());
+            (void)std::printf("%d\n", static_cast<int>(mainAppService().status()));
+            if (homeFolder == nullptr) {
+                print(mainAppService().unregisterItem());
+            }
         });
         EXPECT_EQ(run.status, 0);
         EXPECT_EQ(run.errors, "");
@@ -59,7 +58,7 @@ protected:
 
 TEST_F(MainAppService, EntryIsForThisProgram)
 {
-    ASSERT_EQ(registered(configuration.c_str(), home.path().c_str()), "registered");
+    ASSERT_EQ(registered(configuration.c_str(), home.path().c_str()), "0\ndone\n1\n");
     const auto program = std::filesystem::read_symlink("/proc/self/exe").string();
     const std::string content = contentOf(entry);
     EXPECT_NE(content.find("\nExec=\"" + program + "\" --launched-at-login\n"), std::string::npos);
@@ -71,7 +70,7 @@ TEST_F(MainAppService, ConfigurationFolderOfHomeIsFallback)
 {
     for (const char* unusable : {static_cast<const char*>(nullptr), "", "configuration", "./x"}) {
         std::filesystem::remove_all(home.path() / ".config");
-        EXPECT_EQ(registered(unusable, home.path().c_str()), "registered");
+        EXPECT_EQ(registered(unusable, home.path().c_str()), "0\ndone\n1\n");
         EXPECT_TRUE(std::filesystem::exists(entryInHome));
     }
 }
@@ -82,31 +81,15 @@ TEST_F(MainAppService, UserWithoutHomeIsNotRegistered)
     if (::geteuid() != 0 || ::getpwuid(unknown) != nullptr) {
         GTEST_SKIP() << "only the superuser can become a user without an entry";
     }
-    const auto run = runForked([] {
-        setVariable("XDG_CONFIG_HOME", nullptr);
-        setVariable("HOME", nullptr);
-        if (::setuid(unknown) != 0) {
-            ::_exit(1);
-        }
-        const auto status = static_cast<int>(mainAppService().status());
-        const auto registering = mainAppService().registerItem();
-        const auto unregistering = mainAppService().unregisterItem();
-        (void)std::printf(
-            "%d, %s, %s",
-            status,
-            registering ? registering->localizedDescription.c_str() : "registered",
-            unregistering ? unregistering->localizedDescription.c_str() : "unregistered");
-    });
-    EXPECT_EQ(run.output, "0, HOME: No such file or directory, HOME: No such file or directory");
+    const std::string error = "HOME: No such file or directory\n";
+    EXPECT_EQ(registered(nullptr, nullptr, unknown), "0\n" + error + "0\n" + error);
 }
 
 TEST_F(MainAppService, FolderIsReadAtEachCall)
 {
     const auto run = runForked([this] {
-        setVariable("XDG_CONFIG_HOME", (home.path() / "first").c_str());
-        (void)mainAppService().registerItem();
-        setVariable("XDG_CONFIG_HOME", configuration.c_str());
-        if (mainAppService().status() == LoginItemStatus::notRegistered) {
+        for (const auto& changed : {home.path() / "first", configuration}) {
+            ::setenv("XDG_CONFIG_HOME", changed.c_str(), 1);
             (void)mainAppService().registerItem();
         }
     });

@@ -7,6 +7,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace orlimo {
 namespace {
@@ -28,20 +29,12 @@ bool holds(const std::string& which)
     return standardUserDefaults().dictionaryRepresentation().contains(which);
 }
 
-void writeInAnotherProcess(bool value, std::string_view which = key)
+/// What another process prints that reads or writes a preference.
+std::string probe(const std::vector<std::string>& arguments)
 {
-    ChildProcess writer(
-        ORLIMO_HOME_PROBE,
-        {.arguments = {"write-default", std::string(which), value ? "true" : "false"}});
-    EXPECT_EQ(writer.awaitEnd().status, 0) << writer.errors();
-}
-
-bool readInAnotherProcess(std::string_view which = key)
-{
-    ChildProcess reader(ORLIMO_HOME_PROBE, {.arguments = {"read-default", std::string(which)}});
-    EXPECT_EQ(reader.awaitEnd().status, 0) << reader.errors();
-    EXPECT_TRUE(reader.output() == "true\n" || reader.output() == "false\n") << reader.output();
-    return reader.output() == "true\n";
+    ChildProcess process(ORLIMO_HOME_PROBE, {.arguments = arguments});
+    EXPECT_EQ(process.awaitEnd().status, 0) << process.errors();
+    return process.output();
 }
 
 class UserDefaultsTest : public testing::Test
@@ -51,18 +44,14 @@ protected:
     void TearDown() override { clearUserDefaults(); }
 };
 
-TEST_F(UserDefaultsTest, AbsentKeyIsFalse)
+TEST_F(UserDefaultsTest, KeysAreStoredSeparatelyAndExactly)
 {
     EXPECT_FALSE(read());
     EXPECT_FALSE(holds("capturingEnabled")) << "reading stores nothing";
-}
-
-TEST_F(UserDefaultsTest, KeysAreStoredSeparatelyAndExactly)
-{
-    write(true, "capturingEnabled");
+    write(true);
     write(false, "fourDigitInclude");
     write(true, "LoginItemEnabled");
-    EXPECT_TRUE(read("capturingEnabled"));
+    EXPECT_TRUE(read());
     EXPECT_FALSE(read("fourDigitInclude"));
     EXPECT_TRUE(holds("fourDigitInclude")) << "false is a value too";
     EXPECT_TRUE(read("LoginItemEnabled"));
@@ -71,27 +60,19 @@ TEST_F(UserDefaultsTest, KeysAreStoredSeparatelyAndExactly)
     EXPECT_FALSE(read("capturing"));
 }
 
-TEST_F(UserDefaultsTest, ValueIsStoredForOtherProcessesAtOnce)
+TEST_F(UserDefaultsTest, ValueIsSharedWithOtherProcessesAtOnceAndOthersAreKept)
 {
     for (const bool value : {true, false, true}) {
         write(value);
-        EXPECT_EQ(read(), value);
-        EXPECT_EQ(readInAnotherProcess(), value);
-    }
-}
-
-TEST_F(UserDefaultsTest, ReadSeesValueOfAnotherProcessAndWriteKeepsItsOthers)
-{
-    EXPECT_FALSE(holds("capturingEnabled"));
-    for (const bool value : {true, false, true}) {
-        writeInAnotherProcess(value);
-        EXPECT_EQ(read(), value);
+        EXPECT_EQ(probe({"read-default", "capturingEnabled"}), value ? "true\n" : "false\n");
+        probe({"write-default", "capturingEnabled", value ? "false" : "true"});
+        EXPECT_EQ(read(), !value);
         EXPECT_TRUE(holds("capturingEnabled"));
     }
-    writeInAnotherProcess(true, "fourDigitInclude");
-    write(false);
-    EXPECT_FALSE(readInAnotherProcess());
-    EXPECT_TRUE(readInAnotherProcess("fourDigitInclude"));
+    probe({"write-default", "fourDigitInclude", "true"});
+    write(true);
+    EXPECT_EQ(probe({"read-default", "capturingEnabled"}), "true\n");
+    EXPECT_EQ(probe({"read-default", "fourDigitInclude"}), "true\n");
 }
 
 } // namespace

@@ -32,24 +32,19 @@ protected:
     std::optional<ChildProcess> process;
 };
 
-TEST_F(RunningProgram, IsFileOfProcess)
+TEST_F(RunningProgram, IsPathOfFileUntilDeletionAndThenFormerPath)
 {
     EXPECT_EQ(runningProgram(), std::filesystem::read_symlink("/proc/self/exe"));
     start("program");
     EXPECT_EQ(found(), folder / "program");
     std::filesystem::rename(folder / "program", folder / "moved");
     EXPECT_EQ(found(), folder / "moved");
-}
-
-TEST_F(RunningProgram, IsFormerPathOfDeletedOrReplacedFile)
-{
-    start("program");
-    std::filesystem::remove(folder / "program");
-    EXPECT_EQ(found(), folder / "program");
-    writeFile(folder / "program (deleted)", "another file");
-    EXPECT_EQ(found(), folder / "program");
-    writeFile(folder / "program", "a newer program");
-    EXPECT_EQ(found(), folder / "program");
+    std::filesystem::remove(folder / "moved");
+    EXPECT_EQ(found(), folder / "moved");
+    writeFile(folder / "moved (deleted)", "another file");
+    EXPECT_EQ(found(), folder / "moved");
+    writeFile(folder / "moved", "a newer program");
+    EXPECT_EQ(found(), folder / "moved");
 }
 
 TEST_F(RunningProgram, NameMayEndLikeThatOfDeletedFile)

@@ -15,27 +15,23 @@
 namespace orlimo {
 
 /// A fake desktop portal on the test's bus, which handles requests to run in the background as the
-/// test scripts them and serves the user's colour scheme. It has its own connection and works in the
-/// test's event loop, which must not be blocked by a caller.
+/// test scripts them and serves the user's colour scheme. It has its own connection and works in
+/// the test's event loop, which must not be blocked by a caller.
 class ScriptedPortal final : public QDBusVirtualObject
 {
 public:
-    /// One call as it arrived.
     struct Request
     {
         QDBusMessage call;
         QString window;
         QVariantMap options;
-        /// The object path of the response.
         QString path;
     };
     using Script = std::function<void(ScriptedPortal&, const Request&)>;
 
-    /// Serves on the bus at `address`.
     explicit ScriptedPortal(const std::string& address);
     ScriptedPortal(const ScriptedPortal&) = delete;
     ScriptedPortal& operator=(const ScriptedPortal&) = delete;
-    /// Leaves the bus.
     ~ScriptedPortal() override;
 
     /// Sets the handling of each request. Initially: accepted, without a response.
@@ -46,21 +42,17 @@ public:
 
     /// Lets the call return, as the portal does before it asks the user.
     void accept(const Request& request);
-    /// Ends the call with an error.
     void refuse(const Request& request, const QString& words);
     /// Sends the response to a request, whether its call has returned or not.
     void respond(const Request& request, uint response, const QVariantMap& results);
 
     /// The value of the colour scheme setting. Initially invalid: the setting does not exist.
     void setColorScheme(const QVariant& value) { colorScheme = value; }
-    /// Sets it and emits SettingChanged.
     void changeColorScheme(const QVariant& value);
-    /// Emits SettingChanged.
     void sendSettingChanged(const QString& group, const QString& key, const QVariant& value);
     /// Delays the replies to reads until `replyToReads`.
     void holdReads() { holdsReads = true; }
     void replyToReads();
-    /// How many times the colour scheme has been read.
     [[nodiscard]] int reads() const { return readCount; }
 
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override;

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <system_error>
 #include <utility>
 
 #import <Foundation/Foundation.h>
@@ -10,45 +11,34 @@
 namespace orlimo {
 namespace {
 
-NSError* errorWith(NSString* domain, NSInteger code, NSError* underlying = nil)
-{
-    NSDictionary* const information =
-        underlying == nil ? @{} : @{NSUnderlyingErrorKey : underlying};
-    return [NSError errorWithDomain:domain code:code userInfo:information];
-}
-
-std::error_code systemError(int number)
-{
-    return {number, std::generic_category()};
-}
-
-TEST(ErrorConversion, FindsTheSystemsNumberUnderTheErrorsOfTheFrameworks)
+TEST(ErrorConversion, SystemNumberIsFoundAtAnyDepthAndElseNearestOneIsTaken)
 {
     @autoreleasepool {
-        NSError* const kernels = errorWith(NSPOSIXErrorDomain, ELOOP);
+        const auto errorWith =
+            [](NSString* domain, NSInteger code, NSError* underlying = nil) -> NSError* {
+            return [NSError
+                errorWithDomain:domain
+                           code:code
+                       userInfo:underlying == nil ? @{} : @{NSUnderlyingErrorKey : underlying}];
+        };
+        NSError* const systems = errorWith(NSPOSIXErrorDomain, ELOOP);
         // The number says more than the error above it.
-        NSError* const files = errorWith(NSCocoaErrorDomain, NSFileReadNoPermissionError, kernels);
-        for (NSError* error : @[ kernels, files, errorWith(@"another", 1, files) ]) {
-            EXPECT_EQ(toErrorCode(error), systemError(ELOOP));
-        }
-    }
-}
-
-TEST(ErrorConversion, TakesTheNearestNumberForWhatStandsAlone)
-{
-    @autoreleasepool {
-        for (const auto& [code, number] :
-             {std::pair{NSInteger{NSFileNoSuchFileError}, ENOENT},
-              std::pair{NSInteger{NSFileReadNoSuchFileError}, ENOENT},
-              std::pair{NSInteger{NSFileReadNoPermissionError}, EACCES},
-              std::pair{NSInteger{NSFileReadInvalidFileNameError}, EINVAL},
-              std::pair{NSInteger{NSFileReadTooLargeError}, EFBIG},
-              std::pair{NSInteger{NSFileReadUnknownError}, EIO}})
+        NSError* const files = errorWith(NSCocoaErrorDomain, NSFileReadNoPermissionError, systems);
+        for (const auto& [error, number] :
+             {std::pair{systems, ELOOP},
+              std::pair{files, ELOOP},
+              std::pair{errorWith(@"another", 1, files), ELOOP},
+              std::pair{errorWith(NSCocoaErrorDomain, NSFileNoSuchFileError), ENOENT},
+              std::pair{errorWith(NSCocoaErrorDomain, NSFileReadNoSuchFileError), ENOENT},
+              std::pair{errorWith(NSCocoaErrorDomain, NSFileReadNoPermissionError), EACCES},
+              std::pair{errorWith(NSCocoaErrorDomain, NSFileReadInvalidFileNameError), EINVAL},
+              std::pair{errorWith(NSCocoaErrorDomain, NSFileReadTooLargeError), EFBIG},
+              std::pair{errorWith(NSCocoaErrorDomain, NSFileReadUnknownError), EIO},
+              std::pair{errorWith(@"another", NSFileReadNoSuchFileError), EIO},
+              std::pair{static_cast<NSError*>(nil), EIO}})
         {
-            EXPECT_EQ(toErrorCode(errorWith(NSCocoaErrorDomain, code)), systemError(number));
+            EXPECT_EQ(toErrorCode(error), std::error_code(number, std::generic_category()));
         }
-        EXPECT_EQ(toErrorCode(errorWith(@"another", NSFileReadNoSuchFileError)), systemError(EIO));
-        EXPECT_EQ(toErrorCode(nil), systemError(EIO));
     }
 }
 

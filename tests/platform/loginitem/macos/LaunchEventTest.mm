@@ -9,33 +9,20 @@
 namespace orlimo {
 namespace {
 
-/// While the system has the program handle an event.
-class LaunchEventTest : public testing::Test
+TEST(LaunchEvent, HasIdAndPropertyDataOfSystemsCurrentEvent)
 {
-protected:
-    ~LaunchEventTest() override { FakeObject::resetAll(); }
-
-    FakeObject& manager = FakeObject::named("NSAppleEventManager");
     FakeObject& event = FakeObject::named("event");
     FakeObject& parameter = FakeObject::named("parameter");
-};
-
-TEST_F(LaunchEventTest, IsNoneWhereNoEventIsHandled)
-{
-    // By the system: the argument of a launch at login counts for nothing here.
+    // The argument of a launch at login counts for nothing here.
     const LaunchEventHandling handling(true);
     EXPECT_FALSE(currentLaunchEvent().has_value());
-}
-
-TEST_F(LaunchEventTest, HasTheEventsIdAndTheEnumeratedValueOfItsPropertyData)
-{
     event.returns<AEEventID>("eventID", 0xFFFEFDFCU);
-    manager.returns("currentAppleEvent", event.object());
+    FakeObject::named("NSAppleEventManager").returns("currentAppleEvent", event.object());
     EXPECT_EQ(currentLaunchEvent()->eventId, 0xFFFEFDFCU);
     EXPECT_FALSE(currentLaunchEvent()->propertyData.has_value());
-    AEKeyword keyword = 0;
     event.responds("paramDescriptorForKeyword:", [&](NSInvocation* invocation) {
-        keyword = FakeObject::argument<AEKeyword>(invocation, 0);
+        const auto keyword = FakeObject::argument<AEKeyword>(invocation, 0);
+        EXPECT_EQ(keyword, fourCharacterCode("prdt"));
         id found = parameter.object();
         [invocation setReturnValue:&found];
     });
@@ -43,7 +30,7 @@ TEST_F(LaunchEventTest, HasTheEventsIdAndTheEnumeratedValueOfItsPropertyData)
         parameter.returns<OSType>("enumCodeValue", value);
         EXPECT_EQ(currentLaunchEvent()->propertyData, value);
     }
-    EXPECT_EQ(keyword, fourCharacterCode("prdt"));
+    FakeObject::resetAll();
 }
 
 } // namespace

@@ -29,11 +29,11 @@ protected:
 
     void fail(const std::string& operation, NSInteger code, NSString* description)
     {
-        NSError* const error = [NSError errorWithDomain:@"SMAppServiceErrorDomain"
-                                                   code:code
-                                               userInfo:@{NSLocalizedDescriptionKey : description}];
-        system.responds(operation, [error](NSInvocation* invocation) {
-            *FakeObject::argument<NSError**>(invocation, 0) = error;
+        system.responds(operation, [code, description](NSInvocation* invocation) {
+            *FakeObject::argument<NSError**>(invocation, 0) =
+                [NSError errorWithDomain:@"SMAppServiceErrorDomain"
+                                    code:code
+                                userInfo:@{NSLocalizedDescriptionKey : description}];
         });
     }
 
@@ -41,7 +41,7 @@ protected:
     LoginItemService& service = mainAppService();
 };
 
-TEST_F(MainAppServiceTest, HasTheStatusThatTheSystemReports)
+TEST_F(MainAppServiceTest, StatusIsThatOfSystem)
 {
     NSInteger status = 0;
     for (const auto expected :
@@ -57,7 +57,7 @@ TEST_F(MainAppServiceTest, HasTheStatusThatTheSystemReports)
     }
 }
 
-TEST_F(MainAppServiceTest, PassesTheSystemsErrorOn)
+TEST_F(MainAppServiceTest, ErrorIsThatOfSystem)
 {
     @autoreleasepool {
         fail(registration, 1, @"Operation not permitted");
@@ -70,7 +70,7 @@ TEST_F(MainAppServiceTest, PassesTheSystemsErrorOn)
     EXPECT_FALSE(service.registerItem().has_value());
 }
 
-TEST_F(MainAppServiceTest, AnExceptionIsAnError)
+TEST_F(MainAppServiceTest, ExceptionIsError)
 {
     for (const char* const message : {"status", registration}) {
         system.responds(message, [](NSInvocation*) {
@@ -84,21 +84,20 @@ TEST_F(MainAppServiceTest, AnExceptionIsAnError)
         "NSInternalInconsistencyException: no bundle");
 }
 
-TEST_F(MainAppServiceTest, ATrialCopyIsNeverRegistered)
+TEST_F(MainAppServiceTest, TrialCopyIsNeverRegistered)
 {
-    FakeObject& bundle = FakeObject::named("NSBundle");
-    bundle.responds("objectForInfoDictionaryKey:", [](NSInvocation* invocation) {
-        id mark = nil;
-        if ([FakeObject::argument<NSString*>(invocation, 0) isEqualToString:@"OrlimoTrialCopy"]) {
-            mark = [NSNumber numberWithBool:YES];
-        }
-        [invocation setReturnValue:&mark];
-    });
+    FakeObject::named("NSBundle")
+        .responds("objectForInfoDictionaryKey:", [](NSInvocation* invocation) {
+            NSString* const key = FakeObject::argument<NSString*>(invocation, 0);
+            id mark =
+                [key isEqualToString:@"OrlimoTrialCopy"] ? [NSNumber numberWithBool:YES] : nil;
+            [invocation setReturnValue:&mark];
+        });
     EXPECT_EQ(service.registerItem()->code, EPERM);
     EXPECT_THAT(system.messages, Not(Contains(registration)));
 }
 
-TEST_F(MainAppServiceTest, IsForTheMainThread)
+TEST_F(MainAppServiceTest, CallOffMainThreadIsFatal)
 {
     expectFatalStop(
         [this] { std::thread([this] { (void)service.status(); }).join(); },
