@@ -39,8 +39,7 @@ struct Appearance
     std::string fontFamily;
 };
 
-/// Every language the program speaks, each in a wide font, a usual one and one made for its own
-/// script.
+/// Every language the program speaks in a wide font; one of each script also in a usual one for it.
 [[nodiscard]] std::vector<Appearance> allAppearances();
 
 /// The appearance as a part of a test's name.
