@@ -23,7 +23,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <map>
 
 namespace orlimo {
 namespace {
@@ -152,33 +151,6 @@ TEST_F(PopupViewTest, StoresEachChangeAtOnceBeforeItSetsLaunchAtLogin)
     appear();
     EXPECT_THAT(switchesOn(), ElementsAre("loginItemEnabled"));
     EXPECT_TRUE(preferences.boolForKey("loginItemEnabled"));
-}
-
-/// Adds how often each name is announced in `element`.
-void countNames(QAccessibleInterface& element, std::map<QString, int>& counts)
-{
-    if (!element.state().invisible) {
-        ++counts[element.text(QAccessible::Name)];
-    }
-    for (int number = 0; number < element.childCount(); ++number) {
-        countNames(*element.child(number), counts);
-    }
-}
-
-TEST_F(PopupViewTest, AnnouncesEachTextOnce)
-{
-    appearWith("482913");
-    std::map<QString, int> expected;
-    for (const char* text : {"Capture Options", "Latest Code", "482913", "Copy"}) {
-        expected[QLatin1String(text)] = 1;
-    }
-    for (const PanelSwitch& panelSwitch : panelSwitches) {
-        expected[QLatin1String(panelSwitch.text)] = 1;
-    }
-    std::map<QString, int> counts;
-    countNames(*QAccessible::queryAccessibleInterface(panel.get()), counts);
-    counts.erase(QString());
-    EXPECT_EQ(counts, expected);
 }
 
 TEST_F(PopupViewTest, AnnouncesSwitchUnderItsTextAnywhereInItsRow)

@@ -1,11 +1,8 @@
 #include "app/panel/StatusMenuView.h"
 
-#include "app/ModuleServices.h"
 #include "app/panel/PopupView.h"
 #include "controls/TextButton.h"
-#include "platform/ApplicationIdentity.h"
 #include "platform/process/FatalStop.h"
-#include "tests/app/FakeServices.h"
 #include "tests/app/ViewTestBase.h"
 #include "tests/support/FatalStopExpectation.h"
 #include "tests/support/process/ForkedRun.h"
@@ -14,7 +11,6 @@
 #include "tests/support/widgets/Pointer.h"
 #include "tests/support/widgets/WidgetWindow.h"
 
-#include <QAccessible>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -98,15 +94,6 @@ TEST_F(StatusMenuViewTest, StaysAsItIsWithInvalidOrRefusedAddress)
     EXPECT_EQ(run.output + run.errors, "");
 }
 
-TEST_F(StatusMenuViewTest, IsAnnouncedUnderProgramName)
-{
-    const auto menu = shownMenu();
-    auto* accessible = QAccessible::queryAccessibleInterface(menu.get());
-    ASSERT_NE(accessible, nullptr);
-    EXPECT_EQ(accessible->role(), QAccessible::Window);
-    EXPECT_EQ(accessible->text(QAccessible::Name), QStringLiteral("Orlimo"));
-}
-
 TEST_F(StatusMenuViewTest, StopsWithoutApplication)
 {
     MenuServices services = menuServices();
@@ -139,15 +126,6 @@ TEST_F(StatusMenuViewTest, GivesItsPanelItsControllerAndReleasesIt)
     EXPECT_EQ(named<PopupView>(*menu, "panel").verificationCode(), "482913");
     menu.reset();
     EXPECT_TRUE(weak.expired());
-}
-
-TEST(MenuServices, OfTheProgramKnowsTheProductsWebPage)
-{
-    const std::string website = orlimo::menuServices(FakeServices().services).website;
-    EXPECT_EQ(website, identity::website);
-    const QUrl url(QString::fromStdString(website), QUrl::StrictMode);
-    EXPECT_TRUE(url.isValid());
-    EXPECT_EQ(url.scheme(), QStringLiteral("https"));
 }
 
 } // namespace

@@ -19,6 +19,7 @@
 #include <functional>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace orlimo {
@@ -37,22 +38,20 @@ void expectStopOnAnotherThread(const std::function<void()>& work, const std::str
 TEST_F(ViewThreads, StopMakingOfViewsElsewhere)
 {
     const auto message = watching();
-    expectStopOnAnotherThread(
-        [&] { const PopupView panel(message, panelServices()); }, "app/panel/PopupView.cpp");
-    expectStopOnAnotherThread(
-        [&] { const StatusMenuView menu(message, menuServices()); },
-        "app/panel/StatusMenuView.cpp");
-    expectStopOnAnotherThread(
-        [] { const HelperView view([](const QUrl&) { return true; }, {}); },
-        "app/guidance/HelperView.cpp");
-    expectStopOnAnotherThread([] { const MenuBarIcon icon; }, "app/MenuBarIcon.cpp");
-    expectStopOnAnotherThread([] { (void)MenuBarIcon::icon(); }, "app/MenuBarIcon.cpp");
-    expectStopOnAnotherThread(
-        [] {
-            (void)CopyButtonStyle::makeBody(
-                {.label = {.size = {140, 40}, .draw = [](QPainter&) {}}});
-        },
-        "app/panel/CopyButtonStyle.cpp");
+    const DrawnView label{.size = {140, 40}, .draw = [](QPainter&) {}};
+    for (const auto& [file, work] : std::vector<std::pair<std::string, std::function<void()>>>{
+             {"panel/PopupView.cpp", [&] { const PopupView panel(message, panelServices()); }},
+             {"panel/StatusMenuView.cpp",
+              [&] { const StatusMenuView menu(message, menuServices()); }},
+             {"guidance/HelperView.cpp",
+              [] { const HelperView view([](const QUrl&) { return true; }, {}); }},
+             {"MenuBarIcon.cpp", [] { const MenuBarIcon icon; }},
+             {"MenuBarIcon.cpp", [] { (void)MenuBarIcon::icon(); }},
+             {"panel/CopyButtonStyle.cpp",
+              [&] { (void)CopyButtonStyle::makeBody({.label = label}); }}})
+    {
+        expectStopOnAnotherThread(work, "app/" + file);
+    }
 }
 
 TEST_F(ViewThreads, StopEventsElsewhere)
