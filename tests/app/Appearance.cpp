@@ -34,7 +34,11 @@ FontChange::~FontChange()
 std::vector<Appearance> allAppearances()
 {
     std::vector<Appearance> appearances{
-        {"en", "DejaVu Sans"}, {"de", "Inter"}, {"ja", "Noto Sans CJK JP"}};
+        {"en", "DejaVu Sans"},
+        {"es", "Inter"},
+        {"es", "Noto Sans CJK JP"},
+        {"pt_BR", "Noto Sans CJK JP"},
+        {"ja", "Noto Sans CJK JP"}};
     for (const Language& language : supportedLanguages) {
         appearances.push_back({language.catalogue.toString().toStdString(), "DejaVu Sans"});
     }
