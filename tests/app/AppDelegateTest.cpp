@@ -17,6 +17,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <tuple>
 #include <vector>
 
 namespace orlimo {
@@ -45,22 +46,14 @@ protected:
             .mainScreenFrame = [this] { return screen; },
             .fromSystemCoordinates =
                 [this](const QRectF& area) { return area.translated(0, systemOffset); },
-            .orderFrontRegardless = [](QWidget& window) { orderFrontRegardless(window); },
+            .orderFrontRegardless =
+                [this](QWidget& window) {
+                    raisedWhileHeld += delegate.secondaryWindow.get() == &window ? 1 : 0;
+                    orderFrontRegardless(window);
+                },
             .openUrl = [](const QUrl&) { return true; },
             .symbols = {.draw = systemSymbol, .size = systemSymbolSize},
         };
-    }
-
-    /// The visible windows of the application.
-    static QList<QWidget*> shownWindows()
-    {
-        QList<QWidget*> shown;
-        for (QWidget* window : QApplication::topLevelWidgets()) {
-            if (window->isVisible()) {
-                shown.append(window);
-            }
-        }
-        return shown;
     }
 
     bool hasAccess = true;
@@ -70,6 +63,7 @@ protected:
     std::optional<QRect> screen = QRect(0, 0, 1920, 1080);
     /// How much lower Qt counts than the system.
     double systemOffset = 0;
+    int raisedWhileHeld = 0;
     AppDelegate delegate{delegateServices()};
 };
 
@@ -79,8 +73,6 @@ TEST_F(AppDelegateTest, StartsEmpty)
     EXPECT_EQ(delegate.secondaryWindow, nullptr);
     EXPECT_EQ(delegate.message, nullptr);
     EXPECT_THAT(preferences.calls(), IsEmpty());
-    EXPECT_THAT(loginItem, IsEmpty());
-    EXPECT_EQ(probes, 0);
 }
 
 // Before launching has finished
@@ -122,12 +114,13 @@ TEST_F(AppDelegateTest, ShowsGuidanceWindowOnlyWithoutAccess)
     delegate.applicationDidFinishLaunching();
     EXPECT_EQ(probes, 1);
     EXPECT_EQ(delegate.secondaryWindow, nullptr);
-    EXPECT_THAT(shownWindows(), IsEmpty());
+    EXPECT_TRUE(QApplication::topLevelWidgets().isEmpty());
     hasAccess = false;
     delegate.applicationDidFinishLaunching();
     EXPECT_EQ(probes, 2);
     ASSERT_NE(delegate.secondaryWindow, nullptr);
-    EXPECT_THAT(shownWindows(), ElementsAre(delegate.secondaryWindow.get()));
+    EXPECT_TRUE(delegate.secondaryWindow->isVisible());
+    EXPECT_EQ(QApplication::topLevelWidgets().size(), 1);
     EXPECT_EQ(delegate.secondaryWindow->findChildren<HelperView*>().size(), 1);
     EXPECT_EQ(delegate.window, nullptr);
     EXPECT_EQ(output.text(), "");
@@ -135,20 +128,17 @@ TEST_F(AppDelegateTest, ShowsGuidanceWindowOnlyWithoutAccess)
 
 TEST_F(AppDelegateTest, CentersGuidanceWindowOnScreenSizeInFront)
 {
-    for (const auto& [frame, origin] :
-         {std::pair(QRect(0, 0, 1920, 1080), QPoint(710, 290)),
-          std::pair(QRect(1920, -200, 1920, 1080), QPoint(710, 290)),
-          std::pair(QRect(0, 0, 1367, 769), QPoint(434, 135))})
+    for (const auto& [frame, offset, origin] :
+         {std::tuple(QRect(1920, -200, 1920, 1080), 0, QPoint(710, 290)),
+          std::tuple(QRect(0, 0, 1367, 769), 0, QPoint(434, 135)),
+          std::tuple(QRect(0, 0, 1920, 1080), -180, QPoint(710, 110))})
     {
         screen = frame;
+        systemOffset = offset;
         delegate.showHelperWindow();
         EXPECT_EQ(delegate.secondaryWindow->geometry(), QRect(origin, QSize(500, 500)));
         EXPECT_TRUE(await([this] { return delegate.secondaryWindow->isActiveWindow(); }));
     }
-    systemOffset = -180;
-    screen = QRect(0, 0, 1920, 1080);
-    delegate.showHelperWindow();
-    EXPECT_EQ(delegate.secondaryWindow->geometry(), QRect(710, 110, 500, 500));
 }
 
 TEST(GuidanceWindowPlacement, IsMiddleOfAnyScreenSize)
@@ -165,16 +155,12 @@ TEST_F(AppDelegateTest, GivesGuidanceWindowTitleBarAndCloseButtonOnly)
 {
     delegate.showHelperWindow();
     const QWidget& window = *delegate.secondaryWindow;
-    const Qt::WindowFlags flags = window.windowFlags();
-    EXPECT_EQ(flags & Qt::WindowType_Mask, Qt::Window);
-    EXPECT_TRUE(flags.testFlag(Qt::WindowTitleHint));
-    EXPECT_TRUE(flags.testFlag(Qt::WindowCloseButtonHint));
-    EXPECT_FALSE(flags.testFlag(Qt::WindowMinimizeButtonHint));
-    EXPECT_FALSE(flags.testFlag(Qt::WindowMaximizeButtonHint));
-    EXPECT_FALSE(flags.testFlag(Qt::FramelessWindowHint));
-    EXPECT_FALSE(flags.testFlag(Qt::WindowStaysOnTopHint));
-    EXPECT_EQ(window.minimumSize(), QSize(500, 500));
-    EXPECT_EQ(window.maximumSize(), QSize(500, 500));
+    constexpr Qt::WindowFlags decided = Qt::WindowType_Mask | Qt::WindowTitleHint |
+                                        Qt::WindowCloseButtonHint | Qt::WindowMinMaxButtonsHint |
+                                        Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint;
+    EXPECT_EQ(
+        window.windowFlags() & decided,
+        Qt::Window | Qt::WindowTitleHint | Qt::WindowCloseButtonHint);
     EXPECT_EQ(window.windowTitle(), QString());
     EXPECT_FALSE(window.isModal());
 }
@@ -188,11 +174,11 @@ TEST_F(AppDelegateTest, ShowsNoGuidanceWindowWithoutScreen)
     EXPECT_TRUE(QApplication::topLevelWidgets().isEmpty());
 }
 
-/// Notes which window a delegate holds each time a guidance window is shown or raised.
-class HeldWindows : public QObject
+/// Records which window a delegate holds each time a guidance window is shown.
+class HeldWhenShown : public QObject
 {
 public:
-    explicit HeldWindows(const AppDelegate& watchedDelegate)
+    explicit HeldWhenShown(const AppDelegate& watchedDelegate)
         : delegate(watchedDelegate)
     {
         qApp->installEventFilter(this);
@@ -200,43 +186,31 @@ public:
 
     bool eventFilter(QObject* object, QEvent* event) override
     {
-        if (qobject_cast<GuidanceWindow*>(object) != nullptr) {
-            if (event->type() == QEvent::Show) {
-                whenShown.push_back(delegate.secondaryWindow.get());
-            } else if (event->type() == QEvent::ZOrderChange) {
-                whenRaised.push_back(delegate.secondaryWindow.get());
-            }
+        if (event->type() == QEvent::Show && qobject_cast<GuidanceWindow*>(object) != nullptr) {
+            held.push_back(delegate.secondaryWindow.get());
         }
         return false;
     }
 
-    std::vector<const QWidget*> whenShown;
-    std::vector<const QWidget*> whenRaised;
+    std::vector<const QWidget*> held;
 
 private:
     const AppDelegate& delegate;
 };
 
-TEST_F(AppDelegateTest, HoldsGuidanceWindowFromShowingToRaising)
+TEST_F(AppDelegateTest, HoldsNewGuidanceWindowOnceShownAndBeforeRaisedAndKeepsClosedOne)
 {
-    const HeldWindows held(delegate);
-    delegate.showHelperWindow();
-    const QWidget* const first = delegate.secondaryWindow.get();
-    delegate.showHelperWindow();
-    const QWidget* const second = delegate.secondaryWindow.get();
-    EXPECT_THAT(held.whenShown, ElementsAre(nullptr, first));
-    EXPECT_THAT(held.whenRaised, ElementsAre(first, second));
-}
-
-TEST_F(AppDelegateTest, ReplacesHeldGuidanceWindowAndKeepsClosedOne)
-{
+    const HeldWhenShown whenShown(delegate);
     delegate.showHelperWindow();
     const QPointer<QWidget> first = delegate.secondaryWindow.get();
+    const QWidget* const firstHeld = first;
     delegate.showHelperWindow();
+    EXPECT_THAT(whenShown.held, ElementsAre(nullptr, firstHeld));
     EXPECT_TRUE(first.isNull());
+    EXPECT_EQ(raisedWhileHeld, 2);
     const QPointer<QWidget> second = delegate.secondaryWindow.get();
     second->close();
-    runEventLoop(std::chrono::milliseconds(20));
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     ASSERT_FALSE(second.isNull());
     EXPECT_FALSE(second->isVisible());
 }

@@ -33,15 +33,14 @@ FontChange::~FontChange()
 
 std::vector<Appearance> allAppearances()
 {
-    std::vector<Appearance> appearances;
-    std::vector<std::string> spoken{"en"};
+    std::vector<Appearance> appearances{
+        {"en", "DejaVu Sans"},
+        {"es", "Inter"},
+        {"es", "Noto Sans CJK JP"},
+        {"pt_BR", "Noto Sans CJK JP"},
+        {"ja", "Noto Sans CJK JP"}};
     for (const Language& language : supportedLanguages) {
-        spoken.push_back(language.catalogue.toString().toStdString());
-    }
-    for (const std::string& language : spoken) {
-        for (const char* family : {"DejaVu Sans", "Inter", "Noto Sans CJK JP"}) {
-            appearances.push_back({language, family});
-        }
+        appearances.push_back({language.catalogue.toString().toStdString(), "DejaVu Sans"});
     }
     return appearances;
 }

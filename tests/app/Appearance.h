@@ -39,8 +39,8 @@ struct Appearance
     std::string fontFamily;
 };
 
-/// Every language the program speaks, each in a wide font, a usual one and one made for its own
-/// script.
+/// Every language the program speaks in a wide font; some also in fonts whose accents or
+/// overhangs need the whole line.
 [[nodiscard]] std::vector<Appearance> allAppearances();
 
 /// The appearance as a part of a test's name.

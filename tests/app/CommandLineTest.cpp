@@ -123,7 +123,6 @@ TEST(CommandLine, RefusesWhatItDoesNotKnow)
     }
     for (const auto& arguments : std::vector<std::vector<const char*>>{
              {"--launched-at-login", "x"},
-             {"x", "--launched-at-login"},
              {"-platform", "offscreen", "x"},
              {"-reverse", "x"},
              {"-style=fusion", "x"},
@@ -142,54 +141,46 @@ TEST(CommandLine, FollowsFirstArgumentThatEndsIt)
     EXPECT_EQ(parse({"--bogus", "--help"}).request, Request::refuse);
 }
 
-/// An option of Qt's, with one dash, and whether its value is the next argument.
-struct QtOption
+TEST(CommandLine, PassesOverQtOptionsWithOneDashOrTwo)
 {
-    std::string name;
-    bool takesNextArgument;
-};
-
-class QtOptions : public testing::TestWithParam<QtOption>
-{};
-
-TEST_P(QtOptions, ArePassedOver)
-{
-    const auto& [option, takesNextArgument] = GetParam();
-    for (const std::string& name : {option, "-" + option}) {
-        std::vector<const char*> arguments{name.c_str()};
-        if (takesNextArgument) {
+    for (const std::string option :
+         {"-display",
+          "-geometry",
+          "-platform",
+          "-platformpluginpath",
+          "-platformtheme",
+          "-plugin",
+          "-qwindowgeometry",
+          "-qwindowicon",
+          "-qwindowtitle",
+          "-session",
+          "-style",
+          "-stylesheet"})
+    {
+        for (const std::string& name : {option, "-" + option}) {
             EXPECT_EQ(
-                refusalOf(arguments),
+                refusalOf({name.c_str()}),
                 "orlimo: a value is missing after \"" + name + "\"; see orlimo --help\n");
-            arguments.push_back("value");
+            EXPECT_EQ(
+                parse({name.c_str(), "value", "--launched-at-login"}).request,
+                Request::runLaunchedAtLogin)
+                << name;
         }
-        EXPECT_EQ(parse(arguments).request, Request::run) << name;
-        arguments.push_back("--launched-at-login");
-        EXPECT_EQ(parse(arguments).request, Request::runLaunchedAtLogin) << name;
+    }
+    for (const std::string option :
+         {"-reverse",
+          "-widgetcount",
+          "-style=fusion",
+          "-stylesheet=look.qss",
+          "-qmljsdebugger=port:1234"})
+    {
+        for (const std::string& name : {option, "-" + option}) {
+            EXPECT_EQ(
+                parse({name.c_str(), "--launched-at-login"}).request, Request::runLaunchedAtLogin)
+                << name;
+        }
     }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    All,
-    QtOptions,
-    testing::Values(
-        QtOption{"-display", true},
-        QtOption{"-geometry", true},
-        QtOption{"-platform", true},
-        QtOption{"-platformpluginpath", true},
-        QtOption{"-platformtheme", true},
-        QtOption{"-plugin", true},
-        QtOption{"-qwindowgeometry", true},
-        QtOption{"-qwindowicon", true},
-        QtOption{"-qwindowtitle", true},
-        QtOption{"-session", true},
-        QtOption{"-style", true},
-        QtOption{"-stylesheet", true},
-        QtOption{"-reverse", false},
-        QtOption{"-widgetcount", false},
-        QtOption{"-style=fusion", false},
-        QtOption{"-stylesheet=look.qss", false},
-        QtOption{"-qmljsdebugger=port:1234", false}));
 
 } // namespace
 } // namespace orlimo

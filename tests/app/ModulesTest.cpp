@@ -34,10 +34,20 @@ TEST(Modules, RunOnFakesOfEveryService)
 
     LaunchAtLogin::install(loginServices(fakes.services));
     OrlimoApp app(fakes.services);
+    EXPECT_NE(app.message(), nullptr);
+    EXPECT_EQ(app.appDelegate().message, app.message());
+    EXPECT_TRUE(app.message()->ready());
+    EXPECT_FALSE(app.appIconRenderer().isBuilt());
+    const auto* const renderer = &app.appIconRenderer().wrappedValue();
+    EXPECT_TRUE(app.appIconRenderer().isBuilt());
+    EXPECT_EQ(&app.appIconRenderer().wrappedValue(), renderer);
+
     const auto scene = app.body();
+    EXPECT_FALSE(scene->menuBarExtra().isOpen());
     app.appDelegate().applicationWillFinishLaunching();
     app.appDelegate().applicationDidFinishLaunching();
     EXPECT_THAT(fakes.loginItemCalls, ElementsAre("status", "register"));
+    EXPECT_EQ(app.appDelegate().window, nullptr);
     EXPECT_EQ(app.appDelegate().secondaryWindow, nullptr);
 
     fakes.clock.advance(std::chrono::seconds(2));

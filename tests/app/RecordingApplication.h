@@ -7,16 +7,19 @@
 
 namespace orlimo {
 
-/// An application that does nothing but note what it is asked to do.
+/// An application that only records its calls: "run", "about" or "terminate".
 class RecordingApplication final : public SharedApplication
 {
 public:
-    int run(ApplicationDelegate& delegate) override;
-    void orderFrontStandardAboutPanel() override;
-    void terminate() override;
+    int run(ApplicationDelegate& /*delegate*/) override
+    {
+        calls.emplace_back("run");
+        return 0;
+    }
+    void orderFrontStandardAboutPanel() override { calls.emplace_back("about"); }
+    void terminate() override { calls.emplace_back("terminate"); }
     [[nodiscard]] bool isTerminating() const override { return false; }
 
-    /// Each call so far: "run", "about" or "terminate".
     std::vector<std::string> calls;
 };
 

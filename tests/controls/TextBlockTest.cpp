@@ -57,19 +57,15 @@ TEST(TextBlock, OfOneLineIsAsWideAsItsText)
     EXPECT_EQ(TextBlock::wrapped(QStringLiteral("Copy"), fontOf(14), 420).lineCount(), 1);
 }
 
-TEST(TextBlock, IsEquallyHighInEveryScript)
+TEST(TextBlock, IsEquallyHighInEveryScriptWithSameBaseline)
 {
     for (const char16_t* text : {u"Copy", u"コピー", u"Übergröße", u"복사", u"複製"}) {
         EXPECT_EQ(TextBlock(QString::fromUtf16(text), fontOf(15)).size().height(), 18);
     }
-}
-
-TEST(TextBlock, KeepsBaselineBesideAnotherScript)
-{
     const QRectF alone = inkOf(TextBlock(QStringLiteral("l"), fontOf(15)));
-    const TextBlock mixed(QStringLiteral("l一"), fontOf(15));
-    EXPECT_EQ(inkOf(mixed).top(), alone.top());
-    EXPECT_EQ(inkOf(mixed).bottom(), alone.bottom());
+    const QRectF mixed = inkOf(TextBlock(QStringLiteral("l一"), fontOf(15)));
+    EXPECT_EQ(mixed.top(), alone.top());
+    EXPECT_EQ(mixed.bottom(), alone.bottom());
 }
 
 TEST(TextBlock, WrapsAtWordsAndKeepsItsWidth)
@@ -82,17 +78,12 @@ TEST(TextBlock, WrapsAtWordsAndKeepsItsWidth)
     }
 }
 
-TEST(TextBlock, WrapsTextWithoutSpaces)
-{
-    const QString text(80, u'字');
-    const TextBlock block = TextBlock::wrapped(text, fontOf(14), 420);
-    EXPECT_EQ(block.lineCount(), 3);
-    EXPECT_LE(block.size().width(), 420);
-}
-
-TEST(TextBlock, BalancesItsLines)
+TEST(TextBlock, WrapsTextWithoutSpacesAndBalancesItsLines)
 {
     const QFont font = fontOf(14);
+    const TextBlock unspaced = TextBlock::wrapped(QString(80, u'字'), font, 420);
+    EXPECT_EQ(unspaced.lineCount(), 3);
+    EXPECT_LE(unspaced.size().width(), 420);
     const double whole = TextBlock(sentence, font).size().width();
     // A width that all but the last word would fill.
     const TextBlock block = TextBlock::wrapped(sentence, font, whole - 5);

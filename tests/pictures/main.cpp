@@ -9,7 +9,7 @@
 #include "platform/services/Session.h"
 #include "resources/translations/TranslationCatalogue.h"
 #include "sample/SampleStore.h"
-#include "tests/pictures/PictureScheme.h"
+#include "tests/support/widgets/Palettes.h"
 
 #include <QApplication>
 #include <QDir>
@@ -17,6 +17,7 @@
 
 #include <filesystem>
 #include <iostream>
+#include <map>
 
 // Takes pictures of the windows as they stand on the display:
 //
@@ -26,6 +27,16 @@
 // pixels there are to a point, and becomes part of the pictures' names.
 
 namespace {
+
+std::map<QString, QPalette> palettes()
+{
+    const auto highContrast = orlimo::highContrastPalettes();
+    return {
+        {QStringLiteral("light"), orlimo::lightPalette()},
+        {QStringLiteral("dark"), orlimo::darkPalette()},
+        {QStringLiteral("black-on-white"), highContrast.at(0)},
+        {QStringLiteral("white-on-black"), highContrast.at(1)}};
+}
 
 void makeStore()
 {
@@ -56,16 +67,15 @@ int main(int argc, char* argv[])
 {
     const QApplication application(argc, argv);
     const QStringList arguments = QApplication::arguments();
-    const auto palette = orlimo::desktopPalette(arguments.value(3));
-    if (arguments.size() != 4 || !palette) {
+    const QString scheme = arguments.value(3);
+    if (arguments.size() != 4 || !palettes().contains(scheme)) {
         std::cerr << "Usage: orlimo-pictures FOLDER LANGUAGE "
                      "light|dark|black-on-white|white-on-black\n";
         return 2;
     }
     const QString& language = arguments.at(2);
-    const QString& scheme = arguments.at(3);
     orlimo::installTranslations(*qApp, {language});
-    QApplication::setPalette(*palette);
+    QApplication::setPalette(palettes().at(scheme));
 
     makeStore();
     const orlimo::Services services = orlimo::makeServices(orlimo::detectSession(argc, argv));

@@ -1,11 +1,8 @@
 #include "app/panel/StatusMenuView.h"
 
-#include "app/ModuleServices.h"
 #include "app/panel/PopupView.h"
 #include "controls/TextButton.h"
-#include "platform/ApplicationIdentity.h"
 #include "platform/process/FatalStop.h"
-#include "tests/app/FakeServices.h"
 #include "tests/app/ViewTestBase.h"
 #include "tests/support/FatalStopExpectation.h"
 #include "tests/support/process/ForkedRun.h"
@@ -14,7 +11,6 @@
 #include "tests/support/widgets/Pointer.h"
 #include "tests/support/widgets/WidgetWindow.h"
 
-#include <QAccessible>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -34,11 +30,8 @@ protected:
         pointer::click(named<TextButton>(menu, command));
     }
 
-    /// A menu with that address as the product's web page.
-    std::unique_ptr<QWidget> menuWithWebsite(const std::string& address)
+    std::unique_ptr<QWidget> shownMenuOn(const MenuServices& services)
     {
-        MenuServices services = menuServices();
-        services.website = address;
         auto message = watching();
         const OutputCapture swallowed;
         auto menu = std::make_unique<StatusMenuView>(std::move(message), services);
@@ -65,23 +58,13 @@ TEST_F(StatusMenuViewTest, RunsEachCommandOnceWhenChosen)
     EXPECT_EQ(preferences.calls(), stored);
 }
 
-TEST_F(StatusMenuViewTest, StaysOpenWhereWebPageDoesNotOpen)
+TEST_F(StatusMenuViewTest, StaysAsItIsWithInvalidOrRefusedAddress)
 {
     MenuServices services = menuServices();
-    services.openUrl = [](const QUrl&) { return false; };
-    StatusMenuView menu(watching(), services);
-    {
-        const OutputCapture swallowed;
-        showActive(menu);
-    }
-    const OutputCapture output;
-    choose(menu, "openWebsite");
-    EXPECT_EQ(output.text(), "");
-    EXPECT_TRUE(menu.isVisible());
-}
-
-TEST_F(StatusMenuViewTest, DoesNothingWithInvalidAddress)
-{
+    services.openUrl = [this](const QUrl& url) {
+        opened.append(url);
+        return false;
+    };
     for (const char* address :
          {"",
           "https://orlimo example/",
@@ -89,30 +72,26 @@ TEST_F(StatusMenuViewTest, DoesNothingWithInvalidAddress)
           "https://orlimo.example:port/",
           "http://%",
           "https://orlimo.example/a b",
-          "the web page"})
+          "the web page",
+          "https://orlimo.example/"})
     {
-        const auto menu = menuWithWebsite(address);
+        services.website = address;
+        const auto menu = shownMenuOn(services);
         const Picture before = Picture::ofWindow(*menu);
+        const OutputCapture output;
         choose(*menu, "openWebsite");
         pointer::moveTo(*menu, QPoint(5, 5));
-        EXPECT_THAT(opened, IsEmpty()) << address;
-        EXPECT_THAT(application.calls, IsEmpty());
+        EXPECT_EQ(output.text(), "");
+        EXPECT_TRUE(menu->isVisible());
         EXPECT_EQ(Picture::ofWindow(*menu).differenceFrom(before), QRectF()) << address;
     }
-    const auto menu = menuWithWebsite("http://[orlimo");
+    EXPECT_THAT(opened, ElementsAre(QUrl(QStringLiteral("https://orlimo.example/"))));
+    EXPECT_THAT(application.calls, IsEmpty());
+    services.website = "http://[orlimo";
+    const auto menu = shownMenuOn(services);
     const ForkedRun run = runForked([&menu] { named<TextButton>(*menu, "openWebsite").click(); });
     EXPECT_EQ(run.status, 0);
-    EXPECT_EQ(run.output, "");
-    EXPECT_EQ(run.errors, "");
-}
-
-TEST_F(StatusMenuViewTest, IsAnnouncedUnderProgramName)
-{
-    const auto menu = shownMenu();
-    auto* accessible = QAccessible::queryAccessibleInterface(menu.get());
-    ASSERT_NE(accessible, nullptr);
-    EXPECT_EQ(accessible->role(), QAccessible::Window);
-    EXPECT_EQ(accessible->text(QAccessible::Name), QStringLiteral("Orlimo"));
+    EXPECT_EQ(run.output + run.errors, "");
 }
 
 TEST_F(StatusMenuViewTest, StopsWithoutApplication)
@@ -121,16 +100,12 @@ TEST_F(StatusMenuViewTest, StopsWithoutApplication)
     services.application = []() -> SharedApplication& {
         fatalStop("there is no application object", "system", 1);
     };
-    StatusMenuView menu(watching(), services);
-    {
-        const OutputCapture swallowed;
-        showActive(menu);
-    }
-    choose(menu, "openWebsite");
+    const auto menu = shownMenuOn(services);
+    choose(*menu, "openWebsite");
     EXPECT_EQ(opened.size(), 1) << "needs no application";
     for (const char* command : {"about", "quit"}) {
         expectFatalStop(
-            [&] { named<TextButton>(menu, command).click(); },
+            [&] { named<TextButton>(*menu, command).click(); },
             {},
             {.file = "system", .reason = "there is no application object"});
     }
@@ -151,15 +126,6 @@ TEST_F(StatusMenuViewTest, GivesItsPanelItsControllerAndReleasesIt)
     EXPECT_EQ(named<PopupView>(*menu, "panel").verificationCode(), "482913");
     menu.reset();
     EXPECT_TRUE(weak.expired());
-}
-
-TEST(MenuServices, OfTheProgramKnowsTheProductsWebPage)
-{
-    const std::string website = orlimo::menuServices(FakeServices().services).website;
-    EXPECT_EQ(website, identity::website);
-    const QUrl url(QString::fromStdString(website), QUrl::StrictMode);
-    EXPECT_TRUE(url.isValid());
-    EXPECT_EQ(url.scheme(), QStringLiteral("https"));
 }
 
 } // namespace

@@ -1,73 +1,57 @@
-#include "app/AppDelegate.h"
 #include "app/MenuBarIcon.h"
+#include "app/MenuBarScene.h"
+#include "app/ModuleServices.h"
 #include "app/OrlimoApp.h"
 #include "app/guidance/HelperView.h"
 #include "app/panel/CopyButton.h"
 #include "app/panel/CopyButtonStyle.h"
 #include "app/panel/PopupView.h"
 #include "app/panel/StatusMenuView.h"
-#include "platform/desktop/Workspace.h"
 #include "tests/app/FakeServices.h"
 #include "tests/app/ViewTestBase.h"
 #include "tests/support/FatalStopExpectation.h"
+#include "tests/support/process/OutputCapture.h"
 
 #include <QHoverEvent>
 #include <QShowEvent>
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <string_view>
+#include <string>
 #include <thread>
+#include <utility>
+#include <vector>
 
 namespace orlimo {
 namespace {
 
-/// Views belong to the main thread.
-class ViewThreads : public ViewTestBase
-{
-protected:
-    static void expectStopOnAnotherThread(const std::function<void()>& work, std::string_view file)
-    {
-        expectFatalStop(
-            [&work] { std::thread(work).join(); },
-            {},
-            {.file = file, .reason = "called off the main thread"});
-    }
+using ViewThreads = ViewTestBase;
 
-    [[nodiscard]] DelegateServices delegateServices()
-    {
-        return {
-            .userDefaults = preferences,
-            .setLaunchAtLogin = [](bool) {},
-            .hasFullDiskAccess = [] { return true; },
-            .mainScreenFrame = [] { return std::nullopt; },
-            .fromSystemCoordinates = [](const QRectF& area) { return area; },
-            .orderFrontRegardless = [](QWidget& window) { orderFrontRegardless(window); },
-            .openUrl = [](const QUrl&) { return true; },
-            .symbols = {.draw = systemSymbol, .size = systemSymbolSize},
-        };
-    }
-};
+void expectStopOnAnotherThread(const std::function<void()>& work, const std::string& file)
+{
+    expectFatalStop(
+        [&work] { std::thread(work).join(); },
+        {},
+        {.file = file, .reason = "called off the main thread"});
+}
 
 TEST_F(ViewThreads, StopMakingOfViewsElsewhere)
 {
     const auto message = watching();
-    expectStopOnAnotherThread(
-        [&] { const PopupView panel(message, panelServices()); }, "app/panel/PopupView.cpp");
-    expectStopOnAnotherThread(
-        [&] { const StatusMenuView menu(message, menuServices()); },
-        "app/panel/StatusMenuView.cpp");
-    expectStopOnAnotherThread(
-        [] { const HelperView view([](const QUrl&) { return true; }, {}); },
-        "app/guidance/HelperView.cpp");
-    expectStopOnAnotherThread([] { const MenuBarIcon icon; }, "app/MenuBarIcon.cpp");
-    expectStopOnAnotherThread([] { (void)MenuBarIcon::icon(); }, "app/MenuBarIcon.cpp");
-    expectStopOnAnotherThread(
-        [] {
-            (void)CopyButtonStyle::makeBody(
-                {.label = {.size = {140, 40}, .draw = [](QPainter&) {}}});
-        },
-        "app/panel/CopyButtonStyle.cpp");
+    const DrawnView label{.size = {140, 40}, .draw = [](QPainter&) {}};
+    for (const auto& [file, work] : std::vector<std::pair<std::string, std::function<void()>>>{
+             {"panel/PopupView.cpp", [&] { const PopupView panel(message, panelServices()); }},
+             {"panel/StatusMenuView.cpp",
+              [&] { const StatusMenuView menu(message, menuServices()); }},
+             {"guidance/HelperView.cpp",
+              [] { const HelperView view([](const QUrl&) { return true; }, {}); }},
+             {"MenuBarIcon.cpp", [] { const MenuBarIcon icon; }},
+             {"MenuBarIcon.cpp", [] { (void)MenuBarIcon::icon(); }},
+             {"panel/CopyButtonStyle.cpp",
+              [&] { (void)CopyButtonStyle::makeBody({.label = label}); }}})
+    {
+        expectStopOnAnotherThread(work, "app/" + file);
+    }
 }
 
 TEST_F(ViewThreads, StopEventsElsewhere)
@@ -88,15 +72,23 @@ TEST_F(ViewThreads, StopEventsElsewhere)
 
 TEST_F(ViewThreads, StopLifecycleEventsElsewhere)
 {
-    const std::string_view file = "app/AppDelegate.cpp";
-    expectStopOnAnotherThread([this] { const AppDelegate delegate(delegateServices()); }, file);
-    expectStopOnAnotherThread([] { const OrlimoApp app(FakeServices().services); }, file);
-    AppDelegate delegate(delegateServices());
+    FakeServices fakes;
+    const auto services = orlimo::delegateServices(fakes.services);
+    AppDelegate delegate(services);
     delegate.message = watching();
-    expectStopOnAnotherThread([&] { delegate.applicationWillFinishLaunching(); }, file);
-    expectStopOnAnotherThread([&] { delegate.applicationDidFinishLaunching(); }, file);
-    expectStopOnAnotherThread([&] { delegate.applicationWillBecomeActive(); }, file);
-    expectStopOnAnotherThread([&] { delegate.showHelperWindow(); }, file);
+    for (const std::function<void()>& work : std::vector<std::function<void()>>{
+             [&] { const AppDelegate elsewhere(services); },
+             [&] { const OrlimoApp app(fakes.services); },
+             [&] { delegate.applicationWillFinishLaunching(); },
+             [&] { delegate.applicationDidFinishLaunching(); },
+             [&] { delegate.applicationWillBecomeActive(); },
+             [&] { delegate.showHelperWindow(); }})
+    {
+        expectStopOnAnotherThread(work, "app/AppDelegate.cpp");
+    }
+    const OutputCapture swallowed;
+    const OrlimoApp app(fakes.services);
+    expectStopOnAnotherThread([&app] { (void)app.body(); }, "app/OrlimoApp.cpp");
 }
 
 } // namespace

@@ -1,16 +1,14 @@
-// Prints, on one line, a word of the program and one of Qt in the language for the user of this
-// environment.
+// Prints the translation sample in the language for the user of this environment.
 
 #include "resources/translations/TranslationCatalogue.h"
+#include "tests/resources/translations/TranslationSample.h"
 
-#include <QCoreApplication>
-#include <QTextStream>
+#include <iostream>
 
 int main(int argc, char* argv[])
 {
     QCoreApplication application(argc, argv);
     orlimo::installTranslations(application);
-    QTextStream(stdout) << QCoreApplication::translate("orlimo::PopupView", "Copy") << ' '
-                        << QCoreApplication::translate("QPlatformTheme", "Cancel") << '\n';
+    std::cout << orlimo::translationSample() << '\n';
     return 0;
 }

@@ -109,7 +109,7 @@ protected:
 
 TEST_F(TranslationInstallation, TranslatesProgramAndQt)
 {
-    for (const auto& [language, words] : translationSamplesByLanguage()) {
+    for (const auto& [language, words] : translationSamplesByLanguage) {
         installTranslations(*QCoreApplication::instance(), {QString::fromStdString(language)});
         EXPECT_EQ(translationSample(), words) << language;
     }
@@ -122,10 +122,10 @@ TEST_F(TranslationInstallation, ReplacesEarlierOne)
     installTranslations(application, {QStringLiteral("de")});
     installTranslations(application, {QStringLiteral("ja")});
     EXPECT_EQ(application.findChildren<QTranslator*>().size(), before + 2);
-    EXPECT_EQ(translationSample(), translationSamplesByLanguage().at("ja"));
+    EXPECT_EQ(translationSample(), translationSamplesByLanguage.at("ja"));
     installTranslations(application, {QStringLiteral("en")});
     EXPECT_EQ(application.findChildren<QTranslator*>().size(), before);
-    EXPECT_EQ(translationSample(), translationSamplesByLanguage().at("English"));
+    EXPECT_EQ(translationSample(), translationSamplesByLanguage.at("English"));
 }
 
 } // namespace

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <cstdlib>
 
 namespace orlimo {
@@ -20,17 +19,6 @@ Channels channelsOf(QRgb pixel)
 QRgb storedPixel(const QImage& pixels, int x, int y)
 {
     return reinterpret_cast<const QRgb*>(pixels.constScanLine(y))[x];
-}
-
-double linear(double channel)
-{
-    return channel <= 0.04045 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
-}
-
-double luminance(const QColor& color)
-{
-    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
-           0.0722 * linear(color.blueF());
 }
 
 } // namespace
@@ -87,12 +75,6 @@ bool isVisuallyEqual(const QImage& one, const QImage& other)
         }
     }
     return true;
-}
-
-double contrastOf(const QColor& one, const QColor& other)
-{
-    const auto [darker, lighter] = std::minmax({luminance(one), luminance(other)});
-    return (lighter + 0.05) / (darker + 0.05);
 }
 
 } // namespace orlimo

@@ -19,8 +19,4 @@ namespace orlimo {
 /// Whether no channel of any pixel of the two differs by more than rounding does.
 [[nodiscard]] bool isVisuallyEqual(const QImage& one, const QImage& other);
 
-/// How far two opaque colors are apart in brightness, from 1 (equal) to 21 (black and white), as
-/// accessibility guidelines count it.
-[[nodiscard]] double contrastOf(const QColor& one, const QColor& other);
-
 } // namespace orlimo

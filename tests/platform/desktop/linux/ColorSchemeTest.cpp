@@ -1,11 +1,11 @@
 #include "platform/desktop/linux/ColorSchemePortal.h"
 #include "platform/desktop/linux/PaletteScheme.h"
+#include "resources/Contrast.h"
 #include "tests/platform/loginitem/linux/ScriptedPortal.h"
 #include "tests/support/Await.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/process/MessageBus.h"
 #include "tests/support/widgets/Palettes.h"
-#include "tests/support/widgets/PixelReading.h"
 
 #include <QApplication>
 #include <QDBusConnection>
@@ -202,7 +202,7 @@ TEST_F(PaletteSchemeTest, DarkTextIsLegibleAndTheAccentKept)
           std::pair(QPalette::Link, QPalette::Base),
           std::pair(QPalette::LinkVisited, QPalette::Base)})
     {
-        EXPECT_GE(contrastOf(palette.color(text), palette.color(ground)), 4.5) << text;
+        EXPECT_GE(contrastRatio(palette.color(text), palette.color(ground)), 4.5) << text;
     }
     EXPECT_EQ(palette.color(QPalette::Highlight), before.color(QPalette::Highlight));
 }

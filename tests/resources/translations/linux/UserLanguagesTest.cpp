@@ -23,7 +23,7 @@ std::string languageIn(Environment environment)
     ChildProcess probe(ORLIMO_LANGUAGE_PROBE, {.environment = environment});
     const std::string words = probe.readLine().value_or("nothing");
     EXPECT_EQ(probe.awaitEnd().status, 0);
-    for (const auto& [language, wordsOfLanguage] : translationSamplesByLanguage()) {
+    for (const auto& [language, wordsOfLanguage] : translationSamplesByLanguage) {
         if (words == wordsOfLanguage) {
             return language;
         }
