@@ -111,7 +111,7 @@ class Desktop:
 
     def start_status_notifier_host(self):
         """A panel on the session bus, which tells when an icon has come."""
-        clock = self.start([str(self.programs / "orlimo-panel-clock")], self.environment())
+        clock = self.start([str(self.programs / "orlimo-panel-clock"), "clock"], self.environment())
         clock.await_line("ready")
         return clock
 
