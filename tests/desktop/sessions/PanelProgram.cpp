@@ -1,6 +1,6 @@
 // A panel that shows status notifier items but draws nothing: the watcher with which items
 // register, and the panel's host. Each line of standard input, "host comes" or "host goes", is
-// acknowledged by a line. With the argument "without a host" only the watcher is there at first.
+// acknowledged by a line. With the argument "no host" only the watcher is there at first.
 // With the argument "clock" it reads no input and prints when each item registers, in nanoseconds
 // of CLOCK_MONOTONIC, and its name.
 
@@ -119,7 +119,7 @@ int main(int argc, char* argv[])
 {
     const QCoreApplication application(argc, argv);
     const std::string mode = argc < 2 ? "" : argv[1];
-    StatusNotifierWatcher watcher(mode != "without a host");
+    StatusNotifierWatcher watcher(mode != "no host");
     QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
     if (mode == "clock") {
         input.setEnabled(false);

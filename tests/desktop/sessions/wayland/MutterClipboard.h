@@ -25,6 +25,11 @@ public:
     [[nodiscard]] std::optional<std::string>
     paste(const std::string& type = "text/plain;charset=utf-8") const;
 
+    [[nodiscard]] static std::string problem()
+    {
+        return "nobody owns it, or its text does not end";
+    }
+
 private:
     QString connectionName;
     QDBusConnection bus;
