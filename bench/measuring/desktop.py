@@ -110,16 +110,10 @@ class Desktop:
         return clock
 
     def start_status_notifier_host(self):
-        """A panel on the session bus, and what tells when an icon has come."""
-        self.start([str(self.programs / "orlimo-panel")], self.environment(), takes_input=True).await_line("ready")
-        clock = self.start(
-            ["dbus-monitor", "--session", "type='signal',member='StatusNotifierItemRegistered'"], self.environment())
-        # It loses its own name when it begins to listen.
-        while line := clock.read_line():
-            if line[0].endswith("member=NameLost"):
-                clock.drop_lines(0.1)
-                return clock
-        raise RuntimeError("dbus-monitor does not listen")
+        """A panel on the session bus, which tells when an icon has come."""
+        clock = self.start([str(self.programs / "orlimo-panel-clock"), "clock"], self.environment())
+        clock.await_line("ready")
+        return clock
 
     def make_home(self, name):
         return Home(self, self.folder / name)
@@ -128,12 +122,10 @@ class Desktop:
 def await_icon(clock, process):
     """The moment at which the icon of `process` had its place, and what the place calls it."""
     while read := clock.read_line():
-        words = read[0].split()
-        # A line of the bus's monitor; its panel is notified of nothing but icons.
-        if words[0] == "string":
-            return read[1], words[1].strip('"')
-        if words[0] != "signal" and int(words[2]) == process.pid:
-            return int(words[0]), words[1]
+        timestamp, name, *owner = read[0].split()
+        # A panel on the bus is notified of nothing but icons.
+        if not owner or int(owner[0]) == process.pid:
+            return int(timestamp), name
     raise RuntimeError(f"{process.command[0]} has no icon in the tray")
 
 

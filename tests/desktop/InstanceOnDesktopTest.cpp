@@ -1,5 +1,5 @@
 #include "tests/desktop/sessions/DesktopProgram.h"
-#include "tests/desktop/sessions/x11/NonFocusingWindowManager.h"
+#include "tests/desktop/sessions/x11/OpenboxConfiguration.h"
 
 #include <gtest/gtest.h>
 

@@ -1,9 +1,6 @@
-#include "tests/desktop/sessions/DesktopTest.h"
-#include "tests/desktop/sessions/DesktopVariables.h"
+#include "tests/desktop/WaylandClipboardTest.h"
 #include "tests/desktop/sessions/wayland/MutterSession.h"
-#include "tests/program/ProgramSession.h"
 #include "tests/support/process/OutputCapture.h"
-#include "tests/support/process/ParentDeathSignal.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -17,55 +14,13 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-/// A Wayland desktop that gives the clipboard only to the program with the focus, but has an X
-/// server.
-class OnMutter : public DesktopTest<MutterSession>
-{
-protected:
-    /// Waits until `expected` is what the compositor reads; says what is there instead when it is
-    /// not.
-    [[nodiscard]] testing::AssertionResult awaitPaste(const std::string& expected)
-    {
-        std::optional<std::string> found;
-        if (awaitWithPolling([&] { return (found = desktop().clipboard().paste()) == expected; })) {
-            return testing::AssertionSuccess();
-        }
-        return testing::AssertionFailure()
-               << "the clipboard holds " << found.value_or("nothing") << " instead of " << expected;
-    }
-};
+// The compositor lets no program without a window use the clipboard, but has an X server.
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(PasteboardOnWayland);
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(ClipboardOnWayland);
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(ClipboardOfSlowCompositor);
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(PrimarySelectionOnWayland);
 
-/// The program's own clipboard backend, in a small program that never has a window.
-class PasteboardOnMutter : public OnMutter
-{
-protected:
-    void SetUp() override
-    {
-        OnMutter::SetUp();
-        if (!IsSkipped()) {
-            ownProbe.emplace(
-                ORLIMO_CLIPBOARD_PROBE,
-                ChildSettings{
-                    .environment = desktop().environment(), .beforeStart = dieWithParent});
-        }
-    }
-
-    [[nodiscard]] ChildProcess& probe() { return *ownProbe; }
-
-    void put(const std::string& command) { ASSERT_EQ(probe().ask(command), "done"); }
-
-    void putAndPaste(int count)
-    {
-        constexpr int first = 100'000;
-        for (int text = first; text < first + count; ++text) {
-            put("text " + std::to_string(text));
-            ASSERT_TRUE(awaitPaste(std::to_string(text))) << probe().errors();
-        }
-    }
-
-private:
-    std::optional<ChildProcess> ownProbe;
-};
+using PasteboardOnMutter = PasteboardOnWayland<MutterSession>;
 
 TEST_F(PasteboardOnMutter, TakesTextsOneAfterTheOther)
 {
@@ -80,17 +35,7 @@ TEST_F(PasteboardOnMutter, TakesTwoHundredTextsOneAfterTheOther)
 
 TEST_F(PasteboardOnMutter, GivesALargeTextCompletely)
 {
-    std::string text;
-    while (text.size() < (3U << 20U)) {
-        text += "0123456789";
-    }
-    put("digits " + std::to_string(text.size()));
-    std::optional<std::string> pasted;
-    ASSERT_TRUE(awaitWithPolling([&] {
-        pasted = desktop().clipboard().paste();
-        return pasted && pasted->size() >= text.size();
-    }));
-    EXPECT_TRUE(*pasted == text) << pasted->size() << " bytes of " << text.size();
+    putAndPasteLargeText();
 }
 
 TEST_F(PasteboardOnMutter, IsTakenAgainFromWhoeverHasTakenIt)
@@ -98,13 +43,13 @@ TEST_F(PasteboardOnMutter, IsTakenAgainFromWhoeverHasTakenIt)
     for (int round = 0; round < 3; ++round) {
         const std::string text = "48291" + std::to_string(round);
         put("text " + text);
-        ASSERT_TRUE(awaitPaste(text));
+        ASSERT_TRUE(awaitPaste(desktop(), text));
         desktop().copy("mine now " + text);
     }
 }
 
 /// The program on that desktop.
-class ProgramOnMutter : public OnMutter
+class ProgramOnMutter : public DesktopTest<MutterSession>
 {
 protected:
     void start(std::vector<std::string> arguments, const std::optional<std::string>& platform = {})
@@ -138,7 +83,7 @@ TEST_F(ProgramOnMutter, PutsTheCodeOnTheClipboardWithoutTheFocus)
         session->deliver("text Your code is " + std::string(code) + ".");
         EXPECT_EQ(
             session->readReaction().back(), std::string(ProgramSession::reactionPrefix) + code);
-        EXPECT_TRUE(awaitPaste(code));
+        EXPECT_TRUE(awaitPaste(desktop(), code));
     }
     EXPECT_FALSE(showsItsWindow());
     EXPECT_EQ(program().errors(), "");
@@ -159,7 +104,7 @@ TEST_F(ProgramOnMutter, UsesXWithACompositorFrozenAtTheStart)
     ProgramSession::waitForThrottle();
     EXPECT_EQ(platformOf(program().processId()), "xcb");
     session->deliver("text Your code is 482913.");
-    EXPECT_TRUE(awaitPaste("482913"));
+    EXPECT_TRUE(awaitPaste(desktop(), "482913"));
     EXPECT_EQ(program().errors(), "");
 }
 

@@ -63,6 +63,21 @@ protected:
         EXPECT_EQ(probe().errors(), "");
     }
 
+    void putAndPasteLargeText()
+    {
+        std::string text;
+        while (text.size() < (3U << 20U)) {
+            text += "0123456789";
+        }
+        put("digits " + std::to_string(text.size()));
+        std::optional<std::string> pasted;
+        ASSERT_TRUE(awaitWithPolling([&] {
+            pasted = this->desktop().clipboard().paste();
+            return pasted && pasted->size() >= text.size();
+        }));
+        EXPECT_TRUE(*pasted == text) << pasted->size() << " bytes of " << text.size();
+    }
+
 private:
     std::optional<ChildProcess> ownProbe;
 };
@@ -90,17 +105,7 @@ TYPED_TEST_P(PasteboardOnWayland, HoldsTheLastOfManyTextsThatNobodyWaitedFor)
 
 TYPED_TEST_P(PasteboardOnWayland, GivesALargeTextCompletely)
 {
-    std::string text;
-    while (text.size() < (3U << 20U)) {
-        text += "0123456789";
-    }
-    this->put("digits " + std::to_string(text.size()));
-    std::optional<std::string> pasted;
-    ASSERT_TRUE(awaitWithPolling([&] {
-        pasted = this->desktop().clipboard().paste();
-        return pasted && pasted->size() >= text.size();
-    }));
-    EXPECT_TRUE(*pasted == text) << pasted->size() << " bytes of " << text.size();
+    this->putAndPasteLargeText();
 }
 
 TYPED_TEST_P(PasteboardOnWayland, GivesAnyText)

@@ -10,11 +10,9 @@
 #include <cstdint>
 #include <string>
 
-#include <dirent.h>
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <pthread.h>
-#include <sys/eventfd.h>
 #include <sys/inotify.h>
 #include <sys/mman.h>
 #include <sys/socket.h>
@@ -186,11 +184,6 @@ ORLIMO_FAULTY_MOVE(
     (int descriptor, void* to, size_t size, off64_t at),
     (descriptor, to, most, at))
 ORLIMO_FAULTY_MOVE(
-    pwrite64,
-    "pwrite",
-    (int descriptor, const void* from, size_t size, off64_t at),
-    (descriptor, from, most, at))
-ORLIMO_FAULTY_MOVE(
     send,
     "send",
     (int descriptor, const void* from, size_t size, int flags),
@@ -234,11 +227,6 @@ ORLIMO_FAULTY(
     path,
     (int descriptor, const char* path, uint32_t mask),
     (descriptor, path, mask))
-ORLIMO_FAULTY(int, eventfd, "eventfd", "eventfd", (unsigned count, int flags), (count, flags))
-ORLIMO_FAULTY(
-    int, memfd_create, "memfd_create", name, (const char* name, unsigned flags), (name, flags))
-ORLIMO_FAULTY(
-    int, socket, "socket", "socket", (int domain, int type, int protocol), (domain, type, protocol))
 ORLIMO_FAULTY(
     int,
     connect,
@@ -318,16 +306,6 @@ int pthread_create(
                ? fault.error
                : orlimo::original<decltype(&::pthread_create)>("pthread_create")(
                      thread, attributes, body, argument);
-}
-
-DIR* opendir(const char* path)
-{
-    const orlimo::Fault fault = orlimo::faultOf("opendir", path);
-    if (fault.kind != orlimo::Fault::Kind::none) {
-        (void)orlimo::failed(fault);
-        return nullptr;
-    }
-    return orlimo::original<decltype(&::opendir)>("opendir")(path);
 }
 
 } // extern "C"

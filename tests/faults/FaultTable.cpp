@@ -179,18 +179,10 @@ FaultGroup output()
             lost("EPIPE", "nobody reads"),
             lost("EIO", "its terminal is gone"),
             lost("ENOSPC", "its disk is full"),
-            {
-                .name = "standard output is full for a while (EAGAIN)",
-                .rules = "write stdout EAGAIN 20",
-            },
-            {
-                .name = "writing is interrupted (EINTR)",
-                .rules = "write stdout EINTR 20",
-            },
-            {
-                .name = "standard output takes a part at a time",
-                .rules = "write stdout part always",
-            },
+            {.name = "standard output is full for a while (EAGAIN)",
+             .rules = "write stdout EAGAIN 20"},
+            {.name = "writing is interrupted (EINTR)", .rules = "write stdout EINTR 20"},
+            {.name = "standard output takes a part at a time", .rules = "write stdout part always"},
         },
     };
 }
@@ -209,11 +201,13 @@ FaultGroup settings()
             .settings = Settings::none,
         };
     };
-    const auto kept = [](const std::string& name, const std::string& rules) {
+    const auto kept = [](const std::string& name,
+                         const std::string& rules,
+                         const std::string& errors = cannotStore) {
         return FaultRow{
             .name = name,
             .rules = rules,
-            .errors = cannotStore,
+            .errors = errors,
             .hasFiles = true,
             .settings = Settings::unchanged,
         };
@@ -247,20 +241,11 @@ FaultGroup settings()
             kept(
                 "the successor cannot take its place (EROFS)", "rename */Orlimo.conf EROFS always"),
             kept("the lock cannot be had (EACCES)", "open */Orlimo.conf.lock EACCES always"),
-            {
-                .name = "the file cannot be read (EIO)",
-                .rules = "read */Orlimo.conf EIO always",
-                .errors = cannotRead,
-                .hasFiles = true,
-                .settings = Settings::unchanged,
-            },
-            {
-                .name = "the file cannot be opened (EMFILE)",
-                .rules = "open */Orlimo.conf EMFILE always",
-                .errors = cannotRead,
-                .hasFiles = true,
-                .settings = Settings::unchanged,
-            },
+            kept("the file cannot be read (EIO)", "read */Orlimo.conf EIO always", cannotRead),
+            kept(
+                "the file cannot be opened (EMFILE)",
+                "open */Orlimo.conf EMFILE always",
+                cannotRead),
             transientFault(
                 "the file cannot be read for a moment (EIO)", "read */Orlimo.conf EIO 4"),
             transientFault(

@@ -12,16 +12,6 @@
 namespace orlimo {
 namespace {
 
-/// Codes that differ, also between the rows of a group, which share a clipboard.
-class Codes
-{
-public:
-    [[nodiscard]] std::string next() { return std::to_string(++last); }
-
-private:
-    int last = 482'100;
-};
-
 /// The rows of one group run side by side, so that they wait for their throttles together.
 class FaultGroupTest : public testing::TestWithParam<FaultGroup>
 {
@@ -43,7 +33,8 @@ TEST_P(FaultGroupTest, EndsAsTheTableSays)
     for (const FaultRow& row : GetParam().rows) {
         programs.emplace_back(&row, std::make_unique<FaultyProgram>(row, server));
     }
-    Codes codes;
+    // Different codes, also between the rows, which share a clipboard.
+    int code = 482'100;
     forEach([](const FaultRow&, FaultyProgram& program) {
         program.start();
         program.checkStart();
@@ -51,12 +42,12 @@ TEST_P(FaultGroupTest, EndsAsTheTableSays)
     ProgramSession::waitForThrottle();
     forEach([](const FaultRow&, FaultyProgram& program) { program.injectFault(); });
     forEach([&](const FaultRow& row, FaultyProgram& program) {
-        program.checkReaction(row.duringFault, codes.next());
+        program.checkReaction(row.duringFault, std::to_string(++code));
     });
     forEach([](const FaultRow&, FaultyProgram& program) { program.removeFault(); });
     ProgramSession::waitForThrottle();
     forEach([&](const FaultRow& row, FaultyProgram& program) {
-        program.checkReaction(row.afterFault, codes.next());
+        program.checkReaction(row.afterFault, std::to_string(++code));
     });
     forEach([](const FaultRow&, FaultyProgram& program) { program.checkOutcome(); });
 }

@@ -11,42 +11,27 @@
 
 namespace orlimo {
 
-namespace {
-
-/// A regular expression that matches `text` alone.
-std::string escaped(std::string_view text)
-{
-    constexpr std::string_view special = R"(.[]{}()*+?^$|\)";
-    std::string expression;
-    for (const char character : text) {
-        if (special.find(character) != std::string_view::npos) {
-            expression.push_back('\\');
-        }
-        expression.push_back(character);
-    }
-    return expression;
-}
-
-} // namespace
-
 void expectFatalStop(
     const std::function<void()>& work,
     const std::vector<std::string>& lines,
     const ExpectedStop& stop)
 {
-    std::string whole;
+    std::string before;
     for (const std::string& line : lines) {
-        whole.append(escaped(line)).append("\n");
+        before.append(line).append("\n");
     }
-    whole.append("Orlimo stops at ").append(escaped(stop.file)).append(":[0-9]+: ");
-    whole.append(escaped(stop.reason)).append("\n");
+    before.append("Orlimo stops at ").append(stop.file).append(":");
     const ForkedRun run = runForked([&work] {
         // Both streams in one, so that the order shows too.
         ::dup2(STDERR_FILENO, STDOUT_FILENO);
         work();
     });
     EXPECT_EQ(run.signal, SIGABRT);
-    EXPECT_THAT(run.errors, testing::MatchesRegex(whole));
+    ASSERT_THAT(run.errors, testing::StartsWith(before));
+    const std::string rest = run.errors.substr(before.size());
+    const std::size_t number = rest.find_first_not_of("0123456789");
+    EXPECT_NE(number, 0U) << run.errors;
+    EXPECT_EQ(rest.substr(number), ": " + std::string(stop.reason) + "\n") << run.errors;
 }
 
 } // namespace orlimo

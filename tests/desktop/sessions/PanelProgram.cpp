@@ -1,6 +1,8 @@
 // A panel that shows status notifier items but draws nothing: the watcher with which items
 // register, and the panel's host. Each line of standard input, "host comes" or "host goes", is
-// acknowledged by a line. With the argument "without a host" only the watcher is there at first.
+// acknowledged by a line. With the argument "no host" only the watcher is there at first.
+// With the argument "clock" it reads no input and prints when each item registers, in nanoseconds
+// of CLOCK_MONOTONIC, and its name.
 
 #include <QCoreApplication>
 #include <QDBusConnection>
@@ -10,6 +12,7 @@
 #include <QSocketNotifier>
 #include <QStringList>
 
+#include <ctime>
 #include <iostream>
 #include <string>
 
@@ -87,20 +90,44 @@ private:
 
 } // namespace orlimo
 
+namespace {
+
+using orlimo::StatusNotifierWatcher;
+
+void printRegistration(const QString& service)
+{
+    timespec now{};
+    ::clock_gettime(CLOCK_MONOTONIC, &now);
+    constexpr long perSecond = 1'000'000'000;
+    std::cout << now.tv_sec * perSecond + now.tv_nsec << ' ' << service.toStdString() << std::endl;
+}
+
+void runCommand(StatusNotifierWatcher& watcher)
+{
+    std::string command;
+    if (std::getline(std::cin, command)) {
+        watcher.setHost(command == "host comes");
+        std::cout << "done" << std::endl;
+    } else {
+        QCoreApplication::quit();
+    }
+}
+
+} // namespace
+
 int main(int argc, char* argv[])
 {
     const QCoreApplication application(argc, argv);
-    orlimo::StatusNotifierWatcher watcher(argc < 2);
-    const QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
-    QObject::connect(&input, &QSocketNotifier::activated, &watcher, [&watcher] {
-        std::string command;
-        if (std::getline(std::cin, command)) {
-            watcher.setHost(command == "host comes");
-            std::cout << "done" << std::endl;
-        } else {
-            QCoreApplication::quit();
-        }
-    });
+    const std::string mode = argc < 2 ? "" : argv[1];
+    StatusNotifierWatcher watcher(mode != "no host");
+    QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
+    if (mode == "clock") {
+        input.setEnabled(false);
+        QObject::connect(
+            &watcher, &StatusNotifierWatcher::StatusNotifierItemRegistered, printRegistration);
+    }
+    QObject::connect(
+        &input, &QSocketNotifier::activated, &watcher, [&watcher] { runCommand(watcher); });
     std::cout << "ready" << std::endl;
     return QCoreApplication::exec();
 }

@@ -3,8 +3,11 @@
 #include "tests/support/process/ChildProcess.h"
 #include "tests/support/process/MessageBus.h"
 
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <gtest/gtest.h>
+
 #include <filesystem>
-#include <memory>
 #include <string>
 
 namespace orlimo {
@@ -16,10 +19,35 @@ class SessionBuses
 public:
     /// Starts both in `runtimeFolder`, which only the user may enter, and waits until they serve. A
     /// bus that does not start is a test failure.
-    explicit SessionBuses(const std::filesystem::path& runtimeFolder);
+    explicit SessionBuses(const std::filesystem::path& runtimeFolder)
+        : bus(runtimeFolder)
+        , launcher(
+              "/usr/libexec/at-spi-bus-launcher",
+              {.arguments = {"--launch-immediately"},
+               .environment = {
+                   {"DBUS_SESSION_BUS_ADDRESS", sessionAddress()},
+                   {"GSETTINGS_BACKEND", "memory"},
+                   {"XDG_RUNTIME_DIR", runtimeFolder.string()}}})
+    {
+        const auto name = QString::fromStdString(sessionAddress());
+        const auto connection = QDBusConnection::connectToBus(name, name);
+        EXPECT_TRUE(awaitWithPolling([&] {
+            const QDBusMessage reply = connection.call(QDBusMessage::createMethodCall(
+                QStringLiteral("org.a11y.Bus"),
+                QStringLiteral("/org/a11y/bus"),
+                QStringLiteral("org.a11y.Bus"),
+                QStringLiteral("GetAddress")));
+            accessibility = reply.type() == QDBusMessage::ReplyMessage
+                                ? reply.arguments().value(0).toString().toStdString()
+                                : "";
+            return !accessibility.empty();
+        })) << launcher.errors();
+        QDBusConnection::disconnectFromBus(name);
+    }
     SessionBuses(const SessionBuses&) = delete;
     SessionBuses& operator=(const SessionBuses&) = delete;
-    ~SessionBuses();
+    // The launcher takes the accessibility bus with it when it is asked to end.
+    ~SessionBuses() { launcher.terminate(); }
 
     /// The value of DBUS_SESSION_BUS_ADDRESS for programs that are to use the session bus.
     [[nodiscard]] const std::string& sessionAddress() const { return bus.address(); }
@@ -28,7 +56,7 @@ public:
 
 private:
     MessageBus bus;
-    std::unique_ptr<ChildProcess> accessibilityLauncher;
+    ChildProcess launcher;
     std::string accessibility;
 };
 

@@ -3,9 +3,13 @@
 #include "tests/desktop/sessions/DesktopSession.h"
 #include "tests/desktop/sessions/TrayItems.h"
 #include "tests/support/process/ChildProcess.h"
+#include "tests/support/process/ParentDeathSignal.h"
+
+#include <gtest/gtest.h>
 
 #include <csignal>
 #include <string>
+#include <vector>
 
 namespace orlimo {
 
@@ -20,16 +24,28 @@ public:
     };
 
     /// Starts it and waits until its name is on the bus.
-    explicit StatusNotifierPanel(const DesktopSession& desktop, Host host = Host::present);
+    explicit StatusNotifierPanel(const DesktopSession& desktop, Host host = Host::present)
+        : process(
+              ORLIMO_TEST_PANEL,
+              {.arguments = std::vector<std::string>(host == Host::present ? 0 : 1, "no host"),
+               .environment = desktop.environment(),
+               .beforeStart = dieWithParent})
+        , tray(desktop.environment().at("DBUS_SESSION_BUS_ADDRESS").value())
+    {
+        EXPECT_TRUE(process.awaitLine("ready")) << process.errors();
+    }
 
     void registerHost() { command("host comes"); }
     void unregisterHost() { command("host goes"); }
 
     /// How many items it shows.
-    [[nodiscard]] int items() const;
+    [[nodiscard]] int items() const { return static_cast<int>(tray.services().size()); }
 
     /// Waits until it shows one item, and no other.
-    [[nodiscard]] bool awaitItem() const;
+    [[nodiscard]] bool awaitItem() const
+    {
+        return awaitWithPolling([this] { return items() == 1; });
+    }
 
     /// What a person does with the one item, and sees of it: as in TrayItems.
     void click() const { tray.activate(item(), 0, 0); }
@@ -43,8 +59,13 @@ public:
     void thaw() const { process.signal(SIGCONT); }
 
 private:
-    [[nodiscard]] std::string item() const;
-    void command(const std::string& line);
+    [[nodiscard]] std::string item() const
+    {
+        const auto services = tray.services();
+        EXPECT_EQ(services.size(), 1U);
+        return services.empty() ? "" : services.front();
+    }
+    void command(const std::string& line) { EXPECT_EQ(process.ask(line), "done"); }
 
     ChildProcess process;
     TrayItems tray;

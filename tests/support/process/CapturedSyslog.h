@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdio>
 #include <string>
 #include <vector>
 
@@ -13,7 +14,7 @@ public:
     struct Entry
     {
         int priority = 0; ///< with the facility
-        std::string text;
+        std::string text; ///< on one line, as the recorder writes it
 
         bool operator==(const Entry&) const = default;
     };
@@ -24,6 +25,9 @@ public:
     ~CapturedSyslog();
 
     [[nodiscard]] static std::vector<Entry> entries();
+
+private:
+    std::FILE* file;
 };
 
 } // namespace orlimo

@@ -1,10 +1,10 @@
 #include "tests/support/process/ForkedRun.h"
 
 #include "tests/support/Await.h"
+#include "tests/support/process/OutputCapture.h"
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <memory>
@@ -17,25 +17,7 @@ namespace orlimo {
 
 namespace {
 
-struct FileCloser
-{
-    void operator()(std::FILE* file) const { (void)std::fclose(file); }
-};
-using File = std::unique_ptr<std::FILE, FileCloser>;
-
-std::string contentOf(const File& file)
-{
-    std::string content;
-    std::array<char, 65536> part{};
-    for (;;) {
-        const ssize_t got = ::pread(
-            ::fileno(file.get()), part.data(), part.size(), static_cast<off_t>(content.size()));
-        if (got <= 0) {
-            return content;
-        }
-        content.append(part.data(), static_cast<std::size_t>(got));
-    }
-}
+using File = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
 
 /// An exception ends the child here; it must not reach the test framework's frames below.
 [[noreturn]] void
@@ -55,8 +37,8 @@ runAsChild(const std::function<void()>& work, const File& output, const File& er
 
 ForkedRun runForked(const std::function<void()>& work)
 {
-    const File output(std::tmpfile());
-    const File errors(std::tmpfile());
+    const File output(std::tmpfile(), std::fclose);
+    const File errors(std::tmpfile(), std::fclose);
     (void)std::fflush(nullptr);
     const pid_t child = ::fork();
     if (child == 0) {
@@ -75,8 +57,8 @@ ForkedRun runForked(const std::function<void()>& work)
     if (WIFSIGNALED(end)) {
         run.signal = WTERMSIG(end);
     }
-    run.output = contentOf(output);
-    run.errors = contentOf(errors);
+    run.output = contentOf(output.get());
+    run.errors = contentOf(errors.get());
     return run;
 }
 

@@ -31,22 +31,26 @@ OutputCapture::~OutputCapture()
 std::string OutputCapture::text() const
 {
     (void)std::fflush(stdout);
-    std::string text;
-    std::array<char, 65536> part{};
-    // Read by position, so that the position at which the process writes stays where it is.
-    for (;;) {
-        const ssize_t got =
-            ::pread(::fileno(file), part.data(), part.size(), static_cast<off_t>(text.size()));
-        if (got <= 0) {
-            return text;
-        }
-        text.append(part.data(), static_cast<std::size_t>(got));
-    }
+    return contentOf(file);
 }
 
 std::vector<std::string> OutputCapture::lines() const
 {
     return linesOf(text());
+}
+
+std::string contentOf(std::FILE* file)
+{
+    std::string content;
+    std::array<char, 65536> part{};
+    for (;;) {
+        const ssize_t got =
+            ::pread(::fileno(file), part.data(), part.size(), static_cast<off_t>(content.size()));
+        if (got <= 0) {
+            return content;
+        }
+        content.append(part.data(), static_cast<std::size_t>(got));
+    }
 }
 
 std::vector<std::string> linesOf(const std::string& text)

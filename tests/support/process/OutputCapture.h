@@ -26,6 +26,9 @@ private:
     std::FILE* file;
 };
 
+/// Everything in `file`, read by position: where the process writes next stays as it is.
+[[nodiscard]] std::string contentOf(std::FILE* file);
+
 /// `text` cut at its line breaks.
 [[nodiscard]] std::vector<std::string> linesOf(const std::string& text);
 

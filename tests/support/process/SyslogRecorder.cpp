@@ -1,25 +1,29 @@
-// Preloaded into a program (LD_PRELOAD), it replaces syslog(3): each entry becomes one
-// line of the file that the variable ORLIMO_RECORDED_SYSLOG names, and none reaches the system's
-// log. A line is the priority with its facility as a decimal number (11 for an error of a user's
-// program), a blank, and the text; a control character in the text stands there as \x and two
-// hexadecimal digits. What the log mask excludes is not recorded, as libc would not send it.
-// Without the variable, entries are lost.
+// Replaces syslog(3), in a test program that captures its entries and, preloaded (LD_PRELOAD), in a
+// program under test: each entry becomes one line of the file that the variable
+// ORLIMO_RECORDED_SYSLOG names, and none reaches the system's log. A line is the priority with its
+// facility as a decimal number (11 for an error of a user's program), a blank, and the text; a
+// control character in the text stands there as \x and two hexadecimal digits. Without the
+// variable, entries are lost.
 //
-// Built without sanitizers. A program built with the address sanitizer runs with it when
-// ASAN_OPTIONS contains verify_asan_link_order=0.
-#include "tests/support/process/SyslogReplacement.h"
+// Preloaded it is built without sanitizers. A program built with the address sanitizer runs with it
+// when ASAN_OPTIONS contains verify_asan_link_order=0.
+#include "tests/support/process/CapturedSyslog.h"
 
 #include <array>
-#include <cstdio>
+#include <cerrno>
+#include <cstdarg>
 #include <cstdlib>
-#include <string>
+#include <fstream>
 
 #include <fcntl.h>
 #include <syslog.h>
 #include <unistd.h>
 
 namespace orlimo {
+
 namespace {
+
+constexpr const char* fileVariable = "ORLIMO_RECORDED_SYSLOG";
 
 std::string onOneLine(const std::string& text)
 {
@@ -37,22 +41,80 @@ std::string onOneLine(const std::string& text)
     return line;
 }
 
-void record(int priority, const std::string& text)
+void record(int priority, const char* format, std::va_list arguments)
 {
-    const char* const file = std::getenv("ORLIMO_RECORDED_SYSLOG");
-    if (file == nullptr || (::setlogmask(0) & LOG_MASK(LOG_PRI(priority))) == 0) {
-        return;
+    const int errorBefore = errno;
+    const char* const file = std::getenv(fileVariable);
+    char* text = nullptr;
+    if (file != nullptr && ::vasprintf(&text, format, arguments) >= 0) {
+        const int whole = (priority & LOG_FACMASK) == 0 ? priority | LOG_USER : priority;
+        const std::string line = std::to_string(whole) + " " + onOneLine(text) + "\n";
+        std::free(text);
+        const int descriptor = ::open(file, O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0666);
+        if (descriptor < 0 || ::write(descriptor, line.data(), line.size()) < 0) {
+            std::perror(file);
+        }
+        (void)::close(descriptor);
     }
-    const std::string line = std::to_string(priority) + " " + onOneLine(text) + "\n";
-    const int descriptor = ::open(file, O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0666);
-    if (descriptor < 0 || ::write(descriptor, line.data(), line.size()) < 0) {
-        std::perror(file);
-    }
-    (void)::close(descriptor);
+    errno = errorBefore;
 }
 
-/// Recording begins when the library is loaded.
-[[maybe_unused]] const bool isRecording = (setSyslogHandler(record), true);
-
 } // namespace
+
+CapturedSyslog::CapturedSyslog()
+    : file(std::tmpfile())
+{
+    ::setenv(fileVariable, ("/proc/self/fd/" + std::to_string(::fileno(file))).c_str(), 1);
+}
+
+CapturedSyslog::~CapturedSyslog()
+{
+    ::unsetenv(fileVariable);
+    (void)std::fclose(file);
+}
+
+std::vector<CapturedSyslog::Entry> CapturedSyslog::entries()
+{
+    std::vector<Entry> all;
+    std::ifstream stream(std::getenv(fileVariable));
+    for (Entry entry; stream >> entry.priority && std::getline(stream.ignore(), entry.text);) {
+        all.push_back(entry);
+    }
+    return all;
+}
+
 } // namespace orlimo
+
+// Found before libc's own, in a program as in a library that is preloaded into one.
+// NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl50-cpp,cert-dcl51-cpp)
+extern "C" {
+
+void vsyslog(int priority, const char* format, std::va_list arguments)
+{
+    orlimo::record(priority, format, arguments);
+}
+
+void syslog(int priority, const char* format, ...)
+{
+    std::va_list arguments;
+    va_start(arguments, format);
+    orlimo::record(priority, format, arguments);
+    va_end(arguments);
+}
+
+// What the calls become in a program that is compiled with _FORTIFY_SOURCE.
+void __vsyslog_chk(int priority, int /*flag*/, const char* format, std::va_list arguments)
+{
+    orlimo::record(priority, format, arguments);
+}
+
+void __syslog_chk(int priority, int /*flag*/, const char* format, ...)
+{
+    std::va_list arguments;
+    va_start(arguments, format);
+    orlimo::record(priority, format, arguments);
+    va_end(arguments);
+}
+
+} // extern "C"
+// NOLINTEND(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl50-cpp,cert-dcl51-cpp)

@@ -9,11 +9,7 @@
 
 namespace orlimo {
 
-namespace {
-
 constexpr unsigned nobody = 65534;
-
-} // namespace
 
 void becomeUnprivilegedUser()
 {
@@ -28,19 +24,6 @@ void handToUnprivilegedUser(const std::filesystem::path& folder)
 {
     if (::geteuid() == 0 && ::chown(folder.c_str(), nobody, nobody) != 0) {
         throw std::system_error(errno, std::generic_category(), folder.string());
-    }
-}
-
-bool canOthersReach(const std::filesystem::path& file)
-{
-    for (auto folder = file.parent_path();; folder = folder.parent_path()) {
-        const auto permissions = std::filesystem::status(folder).permissions();
-        if ((permissions & std::filesystem::perms::others_exec) == std::filesystem::perms::none) {
-            return false;
-        }
-        if (folder == folder.root_path()) {
-            return true;
-        }
     }
 }
 

@@ -11,8 +11,4 @@ void becomeUnprivilegedUser();
 /// Makes `folder` that user's own. Does nothing where this process is not the superuser's.
 void handToUnprivilegedUser(const std::filesystem::path& folder);
 
-/// Whether users other than the superuser may enter the folder of `file`, that is start a program
-/// there. They may not where the tree lies in somebody's closed home.
-[[nodiscard]] bool canOthersReach(const std::filesystem::path& file);
-
 } // namespace orlimo

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tests/desktop/sessions/DesktopVariables.h"
 #include "tests/desktop/sessions/SessionBuses.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -21,19 +22,37 @@ public:
     CompositorSession& operator=(const CompositorSession&) = delete;
 
     /// Kills the compositor, as a crash would.
-    void kill();
+    void kill()
+    {
+        compositor->signal(SIGKILL);
+        compositor->awaitEnd();
+    }
 
     /// Has the compositor stand still: programs that ask it for something wait until it goes on.
     void freeze() const { compositor->signal(SIGSTOP); }
     void thaw() const { compositor->signal(SIGCONT); }
 
 protected:
-    CompositorSession();
+    CompositorSession()
+        : runtimeFolder(makePrivateFolder(folder.path() / "runtime"))
+        , buses(runtimeFolder)
+    {}
     ~CompositorSession() = default;
 
     /// What puts a program on a desktop of that name, but for the compositor's socket.
     [[nodiscard]] std::map<std::string, std::optional<std::string>>
-    environmentOf(const std::string& desktopName) const;
+    environmentOf(const std::string& desktopName) const
+    {
+        auto variables = desktopVariables();
+        variables["DBUS_SESSION_BUS_ADDRESS"] = buses.sessionAddress();
+        // Nothing of the machine gets in.
+        variables["DBUS_SYSTEM_BUS_ADDRESS"] =
+            "unix:path=" + (runtimeFolder / "no-system-bus").string();
+        variables["XDG_CURRENT_DESKTOP"] = desktopName;
+        variables["XDG_RUNTIME_DIR"] = runtimeFolder.string();
+        variables["XDG_SESSION_TYPE"] = "wayland";
+        return variables;
+    }
 
     TemporaryFolder folder;
     std::filesystem::path runtimeFolder;

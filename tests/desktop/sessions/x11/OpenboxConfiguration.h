@@ -38,4 +38,20 @@ private:
     std::filesystem::path file;
 };
 
+/// Has window managers that start from now on give the keyboard to no new window by themselves.
+struct NonFocusingWindowManager : private OpenboxConfiguration
+{
+    NonFocusingWindowManager()
+        : OpenboxConfiguration("<focusNew>no</focusNew>")
+    {}
+};
+
+/// Has window managers that start from now on give the focus to the window under the pointer.
+struct SloppyFocusWindowManager : private OpenboxConfiguration
+{
+    SloppyFocusWindowManager()
+        : OpenboxConfiguration("<followMouse>yes</followMouse>")
+    {}
+};
+
 } // namespace orlimo

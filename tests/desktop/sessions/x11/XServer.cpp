@@ -1,22 +1,15 @@
 #include "tests/desktop/sessions/x11/XServer.h"
 
-#include "tests/support/process/OutputCapture.h"
 #include "tests/support/process/ParentDeathSignal.h"
 
 #include <gtest/gtest.h>
 
-#include <csignal>
-
 namespace orlimo {
 
-namespace {
-
-using Environment = std::map<std::string, std::optional<std::string>>;
-
-} // namespace
-
 void copyWithXclip(
-    const Environment& environment, const std::string& selection, const std::string& text)
+    const std::map<std::string, std::optional<std::string>>& environment,
+    const std::string& selection,
+    const std::string& text)
 {
     // The tool leaves a process behind that owns the selection, soon after it ends itself.
     const auto tool = runTool(
@@ -48,16 +41,6 @@ XServer::~XServer()
     server.terminate();
 }
 
-void XServer::freeze() const
-{
-    server.signal(SIGSTOP);
-}
-
-void XServer::thaw() const
-{
-    server.signal(SIGCONT);
-}
-
 std::string XServer::paste(const std::string& selection, const std::string& target) const
 {
     const auto tool = runTool(
@@ -66,11 +49,6 @@ std::string XServer::paste(const std::string& selection, const std::string& targ
          .environment = {{"DISPLAY", name}}});
     lastProblem = tool.errors;
     return tool.status == 0 ? tool.output : "";
-}
-
-std::vector<std::string> XServer::targets(const std::string& selection) const
-{
-    return linesOf(paste(selection, "TARGETS"));
 }
 
 testing::AssertionResult

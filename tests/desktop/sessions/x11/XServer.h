@@ -1,9 +1,11 @@
 #pragma once
 
 #include "tests/support/process/ChildProcess.h"
+#include "tests/support/process/OutputCapture.h"
 
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <map>
 #include <optional>
 #include <string>
@@ -27,8 +29,8 @@ public:
     [[nodiscard]] const std::string& display() const { return name; }
 
     /// Has the server stand still: programs that ask it for something wait until it goes on.
-    void freeze() const;
-    void thaw() const;
+    void freeze() const { server.signal(SIGSTOP); }
+    void thaw() const { server.signal(SIGCONT); }
 
     /// What a program pastes from `selection`, "clipboard" or "primary", as `target`; empty when
     /// nobody owns it or the owner does not hand it over within ten seconds.
@@ -40,7 +42,10 @@ public:
     awaitPaste(const std::string& expected, const std::string& selection = "clipboard") const;
 
     /// The targets that the owner of `selection` offers.
-    [[nodiscard]] std::vector<std::string> targets(const std::string& selection) const;
+    [[nodiscard]] std::vector<std::string> targets(const std::string& selection) const
+    {
+        return linesOf(paste(selection, "TARGETS"));
+    }
 
     /// Makes another program own `selection` with `text` and a line break, and waits until it does.
     void copy(const std::string& selection, const std::string& text) const;

@@ -28,11 +28,16 @@ bool XWindows::hasWindowManager() const
 
 bool XWindows::hasTray() const
 {
-    const auto owner = owned(xcb_get_selection_owner_reply(
+    return tray() != XCB_NONE;
+}
+
+xcb_window_t XWindows::tray() const
+{
+    const auto reply = owned(xcb_get_selection_owner_reply(
         connection.get(),
         xcb_get_selection_owner(connection.get(), atom("_NET_SYSTEM_TRAY_S0")),
         nullptr));
-    return owner && owner->owner != XCB_NONE;
+    return reply ? reply->owner : XCB_NONE;
 }
 
 void XWindows::triggerPropertyChange() const
@@ -130,11 +135,8 @@ std::size_t XWindows::colorsIn(const QRect& area) const
 
 void XWindows::publishTrayColor(const QColor& textColor) const
 {
-    const auto owner = owned(xcb_get_selection_owner_reply(
-        connection.get(),
-        xcb_get_selection_owner(connection.get(), atom("_NET_SYSTEM_TRAY_S0")),
-        nullptr));
-    ASSERT_TRUE(owner && owner->owner != XCB_NONE) << "no tray";
+    const xcb_window_t owner = tray();
+    ASSERT_NE(owner, XCB_NONE) << "no tray";
     // Text, error, warning and success; 16 bits of red, green and blue each.
     constexpr std::uint32_t widen = 0x101;
     std::array<std::uint32_t, 12> values{};
@@ -144,7 +146,7 @@ void XWindows::publishTrayColor(const QColor& textColor) const
     xcb_change_property(
         connection.get(),
         XCB_PROP_MODE_REPLACE,
-        owner->owner,
+        owner,
         atom("_NET_SYSTEM_TRAY_COLORS"),
         XCB_ATOM_CARDINAL,
         32,
@@ -223,7 +225,8 @@ xcb_atom_t XWindows::atom(const std::string& name) const
     return reply ? reply->atom : XCB_NONE;
 }
 
-std::vector<std::uint32_t> XWindows::numbers(xcb_window_t window, const std::string& property) const
+template <typename Value>
+std::vector<Value> XWindows::values(xcb_window_t window, const std::string& property) const
 {
     constexpr std::uint32_t most = 1024;
     const auto reply = owned(xcb_get_property_reply(
@@ -231,28 +234,23 @@ std::vector<std::uint32_t> XWindows::numbers(xcb_window_t window, const std::str
         xcb_get_property(
             connection.get(), 0, window, atom(property), XCB_GET_PROPERTY_TYPE_ANY, 0, most),
         nullptr));
-    if (!reply || reply->format != 32) {
+    if (!reply || reply->format != 8 * sizeof(Value)) {
         return {};
     }
-    const std::span values(
-        static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get())), reply->value_len);
-    return {values.begin(), values.end()};
+    const std::span found(
+        static_cast<const Value*>(xcb_get_property_value(reply.get())), reply->value_len);
+    return {found.begin(), found.end()};
+}
+
+std::vector<std::uint32_t> XWindows::numbers(xcb_window_t window, const std::string& property) const
+{
+    return values<std::uint32_t>(window, property);
 }
 
 std::string XWindows::text(xcb_window_t window, const std::string& property) const
 {
-    constexpr std::uint32_t most = 1024;
-    const auto reply = owned(xcb_get_property_reply(
-        connection.get(),
-        xcb_get_property(
-            connection.get(), 0, window, atom(property), XCB_GET_PROPERTY_TYPE_ANY, 0, most),
-        nullptr));
-    if (!reply || reply->format != 8) {
-        return {};
-    }
-    return {
-        static_cast<const char*>(xcb_get_property_value(reply.get())),
-        static_cast<std::size_t>(xcb_get_property_value_length(reply.get()))};
+    const auto characters = values<char>(window, property);
+    return {characters.begin(), characters.end()};
 }
 
 bool XWindows::isViewable(xcb_window_t window) const

@@ -84,6 +84,9 @@ private:
     };
 
     [[nodiscard]] xcb_atom_t atom(const std::string& name) const;
+    [[nodiscard]] xcb_window_t tray() const;
+    template <typename Value>
+    [[nodiscard]] std::vector<Value> values(xcb_window_t window, const std::string& property) const;
     [[nodiscard]] std::vector<std::uint32_t>
     numbers(xcb_window_t window, const std::string& property) const;
     [[nodiscard]] bool belongsTo(xcb_window_t window, std::uint32_t process) const;

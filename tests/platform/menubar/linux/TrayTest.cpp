@@ -1,4 +1,4 @@
-#include "tests/desktop/sessions/x11/SloppyFocusWindowManager.h"
+#include "tests/desktop/sessions/x11/OpenboxConfiguration.h"
 #include "tests/platform/desktop/linux/DesktopProbeTest.h"
 #include "tests/support/widgets/QtPrinting.h"
 
