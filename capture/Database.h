@@ -19,8 +19,9 @@ class Database
 {
 public:
     /// The one reader of the user's own store, opened on first use in the folder that
-    /// `libraryFolder` returns; later calls do not call it. Safe against concurrent first use; never
-    /// destroyed, as closing the last connection would make SQLite move the log into the store.
+    /// `libraryFolder` returns; later calls do not call it. Safe against concurrent first use;
+    /// never destroyed, as closing the last connection would make SQLite move the log into the
+    /// store.
     static Database&
     shared(const std::function<std::optional<std::filesystem::path>()>& libraryFolder);
 

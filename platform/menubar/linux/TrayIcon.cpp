@@ -3,8 +3,8 @@
 #include "platform/ApplicationIdentity.h"
 #include "platform/menubar/linux/PanelIcon.h"
 #include "platform/menubar/linux/TrayBackground.h"
-#include "platform/process/ToQString.h"
 #include "platform/process/EnvironmentVariable.h"
+#include "platform/process/ToQString.h"
 
 #include <QApplication>
 #include <QEvent>

@@ -1,7 +1,7 @@
 #include "platform/menubar/linux/WaylandFocus.h"
 
-#include "platform/process/ToQString.h"
 #include "platform/process/EnvironmentVariable.h"
+#include "platform/process/ToQString.h"
 
 #include <QSettings>
 #include <QStandardPaths>
