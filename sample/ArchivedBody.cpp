@@ -44,7 +44,7 @@ public:
     void appendLength(std::size_t length)
     {
         if (length > std::numeric_limits<std::uint16_t>::max()) {
-            throw std::length_error("a body's words may have at most 65535 bytes");
+            throw std::length_error("a body's text may have at most 65535 bytes");
         }
         // Integers from 128 on are stored in two bytes, the low one first, behind a tag.
         if (length >= 0x80) {

@@ -33,7 +33,7 @@ char escapedCharacter(std::string_view& remaining)
     case '\\':
         return '\\';
     default:
-        throw std::runtime_error("unknown escape in the words");
+        throw std::runtime_error("unknown escape in the text");
     }
 }
 

@@ -9,13 +9,13 @@ namespace orlimo::sample {
 /// Executes the commands on the lines of `input`, one after the other, and writes one line of
 /// response to `output` once each is done:
 ///
-/// - text WORDS, body WORDS, immutable WORDS: "committed ROWID", inside a transaction "added
+/// - text TEXT, body TEXT, immutable TEXT: "committed ROWID", inside a transaction "added
 /// ROWID";
 /// - begin, spill, truncate, sql STATEMENTS: "ok";
 /// - commit: "committed"; rollback: "rolled back";
 /// - quit: none; ends the service, as the end of the input does.
 ///
-/// In words, \n, \t, \\ and \xHH are escapes as in C++. The response to a command that fails is
+/// In texts, \n, \t, \\ and \xHH are escapes as in C++. The response to a command that fails is
 /// "error: " and the reason. The first line is "ready".
 void serve(SampleStore& store, std::istream& input, std::ostream& output);
 

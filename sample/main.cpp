@@ -24,7 +24,7 @@ constexpr std::string_view usage = R"(Usage: orlimo-sample-store COMMAND STORE [
 Simulates the Messages application: creates a message store of the real one's shape and writes to it.
 
   create STORE [--messages N]   make a store of N messages
-  append STORE (--text WORDS | --body WORDS | --immutable-body WORDS)
+  append STORE (--text TEXT | --body TEXT | --immutable-body TEXT)
                                 add one message, and print its row
   deliver STORE [--interval SECONDS] [--count N] [--expected FILE] [--paced]
                                 print "ready", then add a message after each interval, 2 seconds by
@@ -33,9 +33,9 @@ Simulates the Messages application: creates a message store of the real one's sh
                                 arrived on standard input
   serve STORE [--messages N]    make a store of N messages, print "ready", then execute the commands
                                 on standard input, one a line, with one line of response each:
-                                  text WORDS, body WORDS, immutable WORDS
+                                  text TEXT, body TEXT, immutable TEXT
                                   begin, commit, rollback, spill, truncate, sql STATEMENTS, quit
-                                In words, \n, \t, \\ and \xHH are escapes for single characters.
+                                In texts, \n, \t, \\ and \xHH are escapes for single characters.
 
   --synchronous off|normal|full when commits wait for the disk; full by default
   --help                        this text
@@ -68,19 +68,19 @@ template <typename Number> [[nodiscard]] bool parseNumber(const std::string& tex
 class CommandLine
 {
 public:
-    explicit CommandLine(std::vector<std::string> words)
+    explicit CommandLine(std::vector<std::string> arguments)
     {
         std::vector<std::string> positional;
-        for (std::size_t index = 0; index < words.size(); ++index) {
-            if (!words[index].starts_with("--")) {
-                positional.push_back(words[index]);
-            } else if (words[index] == "--paced") {
-                options[words[index]] = "";
-            } else if (index + 1 < words.size()) {
-                options[words[index]] = words[index + 1];
+        for (std::size_t index = 0; index < arguments.size(); ++index) {
+            if (!arguments[index].starts_with("--")) {
+                positional.push_back(arguments[index]);
+            } else if (arguments[index] == "--paced") {
+                options[arguments[index]] = "";
+            } else if (index + 1 < arguments.size()) {
+                options[arguments[index]] = arguments[index + 1];
                 ++index;
             } else {
-                throw UsageError(words[index] + " needs a value");
+                throw UsageError(arguments[index] + " needs a value");
             }
         }
         if (positional.size() != 2) {
@@ -148,14 +148,14 @@ Synchronous takeSynchronous(CommandLine& line)
 
 SampleMessage takeMessage(CommandLine& line)
 {
-    if (const auto* const words = line.take("--text")) {
-        return {.text = *words};
+    if (const auto* const text = line.take("--text")) {
+        return {.text = *text};
     }
-    if (const auto* const words = line.take("--body")) {
-        return {.attributedBody = archivedBody(*words, ArchivedString::mutableString)};
+    if (const auto* const text = line.take("--body")) {
+        return {.attributedBody = archivedBody(*text, ArchivedString::mutableString)};
     }
-    if (const auto* const words = line.take("--immutable-body")) {
-        return {.attributedBody = archivedBody(*words, ArchivedString::immutableString)};
+    if (const auto* const text = line.take("--immutable-body")) {
+        return {.attributedBody = archivedBody(*text, ArchivedString::immutableString)};
     }
     throw UsageError("append needs --text, --body or --immutable-body");
 }
@@ -202,17 +202,17 @@ void execute(CommandLine& line)
 }
 
 /// Executes the command line and returns the exit status.
-int runProgram(std::vector<std::string> words)
+int runProgram(std::vector<std::string> arguments)
 {
     const auto isHelpOption = [](const std::string& argument) {
         return argument == "--help" || argument == "-h";
     };
-    if (!words.empty() && (isHelpOption(words.front()) || isHelpOption(words.back()))) {
+    if (!arguments.empty() && (isHelpOption(arguments.front()) || isHelpOption(arguments.back()))) {
         std::cout << usage;
         return 0;
     }
     try {
-        CommandLine line(std::move(words));
+        CommandLine line(std::move(arguments));
         execute(line);
         return 0;
     } catch (const UsageError& error) {

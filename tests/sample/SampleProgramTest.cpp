@@ -197,12 +197,12 @@ TEST_F(SampleService, TruncatesLogAndRunsStatements)
 
 TEST_F(SampleService, FailedCommandIsReportedAndServiceContinues)
 {
-    for (const std::string words : {R"(\q)", R"(\)", R"(\x1)", R"(\xZZ)"}) {
-        EXPECT_EQ(ask("text " + words), "error: unknown escape in the words") << words;
+    for (const std::string text : {R"(\q)", R"(\)", R"(\x1)", R"(\xZZ)"}) {
+        EXPECT_EQ(ask("text " + text), "error: unknown escape in the text") << text;
     }
     EXPECT_EQ(ask("sql SELEKT"), "error: near \"SELEKT\": syntax error");
     EXPECT_EQ(ask("dance now"), "error: unknown command \"dance\"");
-    EXPECT_THAT(ask("body " + std::string(65536, 'x')), StartsWith("error: a body's words"));
+    EXPECT_THAT(ask("body " + std::string(65536, 'x')), StartsWith("error: a body's text"));
     EXPECT_EQ(ask("text Hello"), "committed 31");
     process.writeLine("quit");
     EXPECT_EQ(process.awaitEnd().status, 0);

@@ -76,7 +76,7 @@ std::optional<ServiceError> perform(Operation operation)
     }
 }
 
-/// The login item of the running program's own bundle. The system answers at once; what the user
+/// The login item of the running program's own bundle. The system responds at once; what the user
 /// has to approve afterwards is a matter of the status.
 class MainAppService final : public LoginItemService
 {
