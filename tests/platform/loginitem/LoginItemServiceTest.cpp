@@ -12,6 +12,7 @@
 #include <string>
 
 #include <pwd.h>
+#include <stdlib.h>
 #include <unistd.h>
 
 namespace orlimo {
