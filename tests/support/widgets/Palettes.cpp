@@ -11,6 +11,9 @@ QPalette paletteOf(const QColor& window, const QColor& text, const QColor& accen
     QPalette palette(
         text, window, window.lighter(), window.darker(), window.darker(), text, window);
     palette.setColor(QPalette::Highlight, accent);
+#if QT_VERSION >= QT_VERSION_CHECK(6, 6, 0)
+    palette.setColor(QPalette::Accent, accent);
+#endif
     palette.setColor(QPalette::HighlightedText, Qt::white);
     return palette;
 }
