@@ -138,8 +138,12 @@ std::optional<SettingsFile::Contents> SettingsFile::contents()
     if (!text) {
         return std::nullopt;
     }
-    const auto settings = parsed(*text);
-    return settings ? contentsOf(*settings) : Contents();
+    if (parsedText != text) {
+        const auto settings = parsed(*text);
+        parsedContents = settings ? contentsOf(*settings) : Contents();
+        parsedText = text;
+    }
+    return parsedContents;
 }
 
 bool SettingsFile::change(const std::function<Values(const Contents& stored)>& valuesFor)

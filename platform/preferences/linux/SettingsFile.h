@@ -42,6 +42,9 @@ private:
     [[nodiscard]] bool backUpDamagedFile() const;
 
     QString file;
+    /// The text that was parsed last, and what it contains: the same text is not parsed again.
+    std::optional<std::string> parsedText;
+    Contents parsedContents;
     bool isReadable = true;
     bool wasLockAvailable = true;
 };
