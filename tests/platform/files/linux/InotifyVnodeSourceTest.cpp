@@ -1,8 +1,8 @@
 #include "platform/files/UniqueFd.h"
 #include "platform/files/VnodeSource.h"
 #include "tests/support/Await.h"
+#include "tests/support/ManualQueue.h"
 #include "tests/support/TemporaryFolder.h"
-#include "tests/support/ThreadSafeManualQueue.h"
 
 #include <gtest/gtest.h>
 
@@ -102,7 +102,7 @@ protected:
     std::filesystem::path file = folder.path() / "plain";
     UniqueFd opened;
     std::set<int> threadsBefore;
-    ThreadSafeManualQueue queue;
+    ManualQueue queue;
     int events = 0;
     VnodeEvents eventData = 0;
     std::unique_ptr<VnodeSource> source;
