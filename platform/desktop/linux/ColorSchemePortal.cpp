@@ -1,6 +1,7 @@
 #include "platform/desktop/linux/ColorSchemePortal.h"
 
 #include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
 #include <QDBusVariant>
 #include <QStringList>
 
@@ -10,6 +11,9 @@
 namespace orlimo {
 
 namespace {
+
+/// No timer, which would wake an idle program: the bus replies for a portal that exits.
+constexpr int noTimeout = std::numeric_limits<int>::max();
 
 QString portalService()
 {
@@ -45,6 +49,15 @@ QDBusMessage readCall()
     return call;
 }
 
+QDBusMessage ownerQuery()
+{
+    const QString busName = QStringLiteral("org.freedesktop.DBus");
+    QDBusMessage call = QDBusMessage::createMethodCall(
+        busName, QStringLiteral("/org/freedesktop/DBus"), busName, QStringLiteral("GetNameOwner"));
+    call.setArguments({portalService()});
+    return call;
+}
+
 /// What is in a variant, however many times it is wrapped: `Read` wraps its result twice.
 QVariant unwrapped(QVariant value)
 {
@@ -69,7 +82,7 @@ ColorSchemePortal::ColorSchemePortal(QDBusConnection sessionBus, Handler handler
         &QDBusServiceWatcher::serviceOwnerChanged,
         this,
         [this](const QString&, const QString&, const QString& owner) {
-            portalOwner.clear();
+            portalOwner = owner;
             if (!owner.isEmpty()) {
                 read();
             }
@@ -85,24 +98,24 @@ ColorSchemePortal::ColorSchemePortal(QDBusConnection sessionBus, Handler handler
         QStringLiteral("ssv"),
         this,
         SLOT(settingDidChange(QDBusMessage)));
+    auto* const query = new QDBusPendingCallWatcher(bus.asyncCall(ownerQuery(), noTimeout), this);
+    connect(query, &QDBusPendingCallWatcher::finished, this, [this, query] {
+        query->deleteLater();
+        if (const QDBusPendingReply<QString> owner = *query; owner.isValid()) {
+            portalOwner = owner.value();
+        }
+    });
     read();
 }
 
 void ColorSchemePortal::read()
 {
     const int number = ++readCount;
-    // No timeout, whose timer would wake an idle program: the bus replies for a portal that exits.
-    constexpr int noTimeout = std::numeric_limits<int>::max();
     auto* const call = new QDBusPendingCallWatcher(bus.asyncCall(readCall(), noTimeout), this);
     connect(call, &QDBusPendingCallWatcher::finished, this, [this, call, number] {
         call->deleteLater();
         const QDBusMessage reply = call->reply();
-        if (number != readCount) {
-            return;
-        }
-        // Also after an error: the portal may gain the setting later.
-        portalOwner = reply.service();
-        if (reply.type() == QDBusMessage::ReplyMessage) {
+        if (number == readCount && reply.type() == QDBusMessage::ReplyMessage) {
             report(reply.arguments().value(0));
         }
     });

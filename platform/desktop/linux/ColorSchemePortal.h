@@ -43,8 +43,8 @@ private:
     Handler onPreference;
     QDBusConnection bus;
     QDBusServiceWatcher portalWatcher;
-    /// The unique bus name that the last reply came from, which no other program can send under.
-    /// Empty until then.
+    /// The portal's unique bus name, which no other program can send under; asked of the bus, since
+    /// Qt 6.8 leaves the sender of a reply empty. Empty while no portal runs.
     QString portalOwner;
     int readCount = 0;
 };
