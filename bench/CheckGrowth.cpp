@@ -1,8 +1,8 @@
 #include "bench/NullPasteboard.h"
+#include "bench/SystemWatchServices.h"
 #include "capture/Message.h"
 #include "capture/Preferences.h"
 #include "platform/files/LibraryFolder.h"
-#include "tests/watch/SystemWatchServices.h"
 
 #include <QCoreApplication>
 #include <sqlite3.h>

@@ -1,9 +1,9 @@
 #include "bench/CheckedStore.h"
 
-#include "tests/capture/IdleVnodeSource.h"
+#include "bench/IdleVnodeSource.h"
+#include "bench/SystemWatchServices.h"
 #include "tests/capture/stores/OpenedConnections.h"
 #include "tests/capture/stores/ProcessLifetimeDatabase.h"
-#include "tests/watch/SystemWatchServices.h"
 
 #include <sqlite3.h>
 

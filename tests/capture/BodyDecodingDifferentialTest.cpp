@@ -5,6 +5,7 @@
 #include "tests/support/process/ForkedRun.h"
 #include "tests/support/process/OutputCapture.h"
 
+#include <QByteArray>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -12,7 +13,6 @@
 #include <csignal>
 #include <optional>
 #include <string>
-#include <variant>
 #include <vector>
 
 namespace orlimo {
@@ -29,15 +29,8 @@ constexpr int inputs = 3'000;
 constexpr int forkedInputs = 50;
 #endif
 
-std::string marker()
-{
-    return "4E53537472696E67";
-}
-
-std::string stringPreamble()
-{
-    return "019584012B";
-}
+const std::string marker = "4E53537472696E67";
+const std::string stringPreamble = "019584012B";
 
 /// Text, well-formed most of the time, and rarely holding what the decoding looks for.
 std::string randomMessageText(RandomSource& randomSource)
@@ -94,18 +87,9 @@ std::string randomArchive(RandomSource& randomSource)
     case 1:
         return asHexadecimal(immutableStringBody(randomMessageText(randomSource)));
     default:
-        return marker() + stringPreamble() + asHexadecimal(randomArchivedString(randomSource)) +
+        return marker + stringPreamble + asHexadecimal(randomArchivedString(randomSource)) +
                (randomSource.once(2) ? "8684" : "");
     }
-}
-
-std::string lowerCase(std::string text)
-{
-    std::transform(text.begin(), text.end(), text.begin(), [](char character) {
-        return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a')
-                                                    : character;
-    });
-    return text;
 }
 
 /// The first position from `place` on at which a code point begins.
@@ -120,52 +104,29 @@ std::size_t codePointFrom(const std::string& text, std::size_t place)
 /// A position in `text`, often near the length, where most of the rules apply.
 std::size_t randomPosition(RandomSource& randomSource, const std::string& text)
 {
-    const std::size_t found = text.find(marker());
+    const std::size_t found = text.find(marker);
     if (found == std::string::npos || randomSource.once(2)) {
         return codePointFrom(text, randomSource.below(text.size() + 1));
     }
-    const std::size_t afterMarker = found + marker().size() + randomSource.below(16);
+    const std::size_t afterMarker = found + marker.size() + randomSource.below(16);
     return codePointFrom(text, std::min(afterMarker, text.size()));
 }
 
 std::string mutated(RandomSource& randomSource, std::string text)
 {
     static const std::vector<std::string> insertions{
-        "0",
-        "7",
-        "F",
-        "G",
-        "q",
-        " ",
-        "-",
-        "@",
-        "81",
-        "82",
-        "00",
-        "\r\n",
-        "\0"s,
-        "ß",
-        "ﬁ",
-        "ŉ",
-        "ΐ",
-        "ı",
-        "é",
-        "e\u0301",
-        "\u0301",
-        "\u20E3",
-        "€",
-        "\U0001F44D",
-        "\U0001F1E9\U0001F1EA",
-        "\u0600",
-        "\u200D",
-        marker(),
-        stringPreamble()};
+        "0",      "7",      "F",    "G",           "q",
+        " ",      "-",      "@",    "81",          "82",
+        "00",     "\r\n",   "\0"s,  "ß",           "ﬁ",
+        "ŉ",      "ΐ",      "ı",    "é",           "e\u0301",
+        "\u0301", "\u20E3", "€",    "\U0001F44D",  "\U0001F1E9\U0001F1EA",
+        "\u0600", "\u200D", marker, stringPreamble};
     const std::size_t place = randomPosition(randomSource, text);
     switch (randomSource.below(5)) {
     case 0:
         return text.substr(0, place);
     case 1:
-        return lowerCase(text);
+        return QByteArray::fromStdString(text).toLower().toStdString();
     case 2:
         return text.erase(place, codePointFrom(text, place + 1) - place);
     default:
@@ -197,8 +158,7 @@ void expectSame(const std::string& body, const ReferenceDecoding& expected)
         messageText = decodeAttributedBody(body);
         log = capture.text();
     }
-    const auto* const expectedText = std::get_if<ReferenceDecoding::MessageText>(&expected.outcome);
-    ASSERT_EQ(messageText, expectedText ? std::optional(expectedText->text) : std::nullopt);
+    ASSERT_EQ(messageText, expected.messageText);
     ASSERT_EQ(log, joined(expected.lines));
 }
 
@@ -225,10 +185,9 @@ TEST(BodyDecodingDifferential, AgreesWithReference)
         SCOPED_TRACE(
             "seed " + std::to_string(seed) + ", input " + std::to_string(input) + ": " +
             testing::PrintToString(body));
-        if (!std::holds_alternative<ReferenceDecoding::Fatal>(expected.outcome)) {
+        if (!expected.isFatal) {
             ASSERT_NO_FATAL_FAILURE(expectSame(body, expected));
-            std::holds_alternative<ReferenceDecoding::NoText>(expected.outcome) ? ++nothing
-                                                                                : ++messageText;
+            ++(expected.messageText ? messageText : nothing);
         } else if (fatal < forkedInputs) {
             ASSERT_NO_FATAL_FAILURE(expectFatal(body, expected));
             ++fatal;

@@ -23,21 +23,14 @@ using testing::IsEmpty;
 using Lines = std::vector<std::string>;
 using OptionalText = std::optional<std::string>;
 
-std::string marker()
-{
-    return "4E53537472696E67";
-}
-
-std::string stringPreamble()
-{
-    return "019584012B";
-}
+const std::string marker = "4E53537472696E67";
+const std::string stringPreamble = "019584012B";
 
 /// The hexadecimal text of a body whose string is `bytes`: its length, its text and all that
 /// follows.
 std::string bodyWith(std::string_view bytes)
 {
-    return marker() + stringPreamble() + asHexadecimal(bytes);
+    return marker + stringPreamble + asHexadecimal(bytes);
 }
 
 struct BodyCase
@@ -78,7 +71,7 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         BodyCase{
             "LengthOfOneByte",
-            marker() + stringPreamble() + "0548656C6C6F",
+            marker + stringPreamble + "0548656C6C6F",
             "Hello",
             "first not 129 5"},
         BodyCase{
@@ -116,34 +109,34 @@ INSTANTIATE_TEST_SUITE_P(
             "first not 129 11"},
         BodyCase{
             "OtherPreambleIsNotRemoved", // its first byte is then the length
-            marker() + "019484012B" + "0548656C6C6F",
+            marker + "019484012B" + "0548656C6C6F",
             {},
             "first not 129 1"},
         BodyCase{
-            "MissingPreamble", marker() + asHexadecimal("\x05Hello"), "Hello", "first not 129 5"},
+            "MissingPreamble", marker + asHexadecimal("\x05Hello"), "Hello", "first not 129 5"},
         BodyCase{
             "PreambleIsRemovedEverywhere",
-            marker() + stringPreamble() + stringPreamble() + "02" + stringPreamble() + "4869" +
-                stringPreamble(),
+            marker + stringPreamble + stringPreamble + "02" + stringPreamble + "4869" +
+                stringPreamble,
             "Hi",
             "first not 129 2"},
         BodyCase{
             // The bytes 60 19 58 40 12 B5: the preamble is between the first digit and the last.
             "PreambleIsRemovedAcrossBytes",
-            marker() + "01" + "6019584012B5",
+            marker + "01" + "6019584012B5",
             "e",
             "first not 129 1"},
         BodyCase{
             "PreambleThatRemovalCreatesStays",
-            marker() + "01958" + stringPreamble() + "4012B",
+            marker + "01958" + stringPreamble + "4012B",
             {},
             "first not 129 1"},
         BodyCase{
             "SecondMarkerEndsBody",
-            bodyWith("\x02Hi") + marker() + "no hexadecimal text" + marker(),
+            bodyWith("\x02Hi") + marker + "no hexadecimal text" + marker,
             "Hi",
             "first not 129 2"},
-        BodyCase{"MarkerAcrossBytes", "0" + marker() + "02" + "4869", "Hi", "first not 129 2"},
+        BodyCase{"MarkerAcrossBytes", "0" + marker + "02" + "4869", "Hi", "first not 129 2"},
         BodyCase{
             "TextOfEveryKind",
             bodyWith(archivedLength(everyKindOfText.size()) + everyKindOfText),
@@ -162,10 +155,10 @@ INSTANTIATE_TEST_SUITE_P(
             {},
             "first not 129 1"},
         // Five characters of seven bytes; seven could not be divided into pairs.
-        BodyCase{"CharactersAreCounted", marker() + "0141" + "\u20AC", "A", "first not 129 1"},
+        BodyCase{"CharactersAreCounted", marker + "0141" + "\u20AC", "A", "first not 129 1"},
         // Upper case makes two letters of these, which decode as such: "SS" is 33, "FI" is F0.
-        BodyCase{"SharpS", marker() + "01" + "\u00DF", "3", "first not 129 1"},
-        BodyCase{"Ligature", marker() + "01" + "\uFB01", {}, "first not 129 1"}),
+        BodyCase{"SharpS", marker + "01" + "\u00DF", "3", "first not 129 1"},
+        BodyCase{"Ligature", marker + "01" + "\uFB01", {}, "first not 129 1"}),
     [](const auto& given) { return given.param.name; });
 
 // The fatal stops.
@@ -205,18 +198,15 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         MalformedBody{"Empty", "", {}, noString},
         MalformedBody{"MarkerAbsent", "040B73747265616D7479706564", {}, noString},
-        MalformedBody{"MarkerAlone", marker(), {}, nothingFollows},
-        MalformedBody{"MarkerTwice", marker() + marker(), {}, nothingFollows},
-        MalformedBody{"NothingAfterFixedRun", marker() + stringPreamble(), {}, nothingFollows},
+        MalformedBody{"MarkerAlone", marker, {}, nothingFollows},
+        MalformedBody{"MarkerTwice", marker + marker, {}, nothingFollows},
+        MalformedBody{"NothingAfterFixedRun", marker + stringPreamble, {}, nothingFollows},
         MalformedBody{
-            "NothingBetweenMarkers",
-            marker() + stringPreamble() + marker() + "0141",
-            {},
-            nothingFollows},
+            "NothingBetweenMarkers", marker + stringPreamble + marker + "0141", {}, nothingFollows},
         MalformedBody{"OddNumberOfDigits", bodyWith("\x05Hello") + "8", {}, halfByte},
         MalformedBody{"OneByteLengthZero", bodyWith("\0Hello"s), {"first not 129 0"}, noLength},
         MalformedBody{"OneByteTooFew", bodyWith("\x05Hell"), {"first not 129 5"}, cutShort},
-        MalformedBody{"ImmutableStringAndNoMore", marker() + "01", {"first not 129 1"}, cutShort},
+        MalformedBody{"ImmutableStringAndNoMore", marker + "01", {"first not 129 1"}, cutShort},
         MalformedBody{"TwoByteLengthAlone", bodyWith("\x81"), {"first 129"}, lengthCutShort},
         MalformedBody{"TwoByteLengthHalf", bodyWith("\x81\x05"), {"first 129"}, lengthCutShort},
         MalformedBody{"TwoByteLengthZero", bodyWith("\x81\0\0Hello"s), {"first 129"}, noLength},

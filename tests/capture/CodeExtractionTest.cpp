@@ -1,10 +1,7 @@
 #include "capture/CodeExtraction.h"
 
 #include "capture/Preferences.h"
-#include "platform/process/LogLine.h"
 #include "tests/capture/MemoryUserDefaults.h"
-#include "tests/capture/PreferenceSandbox.h"
-#include "tests/support/TemporaryFolder.h"
 #include "tests/support/process/OutputCapture.h"
 
 #include <gmock/gmock.h>

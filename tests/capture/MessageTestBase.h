@@ -1,44 +1,49 @@
 #pragma once
 
 #include "capture/Message.h"
-#include "tests/capture/PreferenceSandbox.h"
+#include "tests/capture/MemoryUserDefaults.h"
+#include "tests/capture/RecordingPasteboard.h"
+#include "tests/support/ManualClock.h"
+#include "tests/support/ManualQueue.h"
+#include "tests/support/ScriptedVnodeSource.h"
 #include "tests/support/StoreWriter.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <memory>
-#include <string>
 
 namespace orlimo {
 
-/// A message store in a temporary folder with an open writer, the preferences of the sandboxed home
-/// with only capturing switched on, and the clipboard, holding "before".
+/// A message store in a temporary folder with an open writer, preferences with only capturing
+/// switched on, and a clipboard that records its calls.
 class MessageTestBase : public testing::Test
 {
 protected:
+    /// A watch on the store's log that reports what the test says.
+    struct Watch
+    {
+        ManualClock clock;
+        ManualQueue decisions;
+        ManualQueue main;
+        std::shared_ptr<ScriptedVnodeSource::Script> source =
+            std::make_shared<ScriptedVnodeSource::Script>();
+    };
+
     MessageTestBase();
+    ~MessageTestBase() override { watch.source->dropHandlers(); }
 
-    [[nodiscard]] std::filesystem::path log() const;
-
-    /// The program's own services, but with this store and with a watch that opens the log and
-    /// never reports anything: the test reports changes.
-    [[nodiscard]] CaptureServices services() const;
+    [[nodiscard]] CaptureServices services();
 
     /// A controller that watches the store. What it logs meanwhile is discarded.
-    [[nodiscard]] static std::shared_ptr<Message> watching(CaptureServices services);
-    [[nodiscard]] std::shared_ptr<Message> watching() const { return watching(services()); }
+    [[nodiscard]] std::shared_ptr<Message> watching();
 
-    /// What another program would paste.
-    [[nodiscard]] static std::string clipboardText();
-    static void setClipboardText(const std::string& text);
-
-    PreferenceSandbox sandbox;
     TemporaryFolder library;
     StoreWriter store;
     Database& database;
-    UserDefaults& defaults;
+    MemoryUserDefaults defaults;
+    RecordingPasteboard clipboard;
+    Watch watch;
 };
 
 } // namespace orlimo

@@ -1,8 +1,7 @@
 #include "capture/Database.h"
-#include "platform/files/LibraryFolder.h"
-#include "tests/capture/PrivateHome.h"
 #include "tests/support/JoiningThread.h"
 #include "tests/support/StoreWriter.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -21,12 +20,11 @@ namespace {
 using namespace std::chrono_literals;
 
 /// Has many threads request the shared reader while the first of them is still creating it. Exits
-/// with 0 if all get the same reader, of the user's own store.
-[[noreturn]] void requestReaderOnManyThreads()
+/// with 0 if all get the same reader, of the store in `library`.
+[[noreturn]] void requestReaderOnManyThreads(const std::filesystem::path& library)
 {
     ::dup2(STDERR_FILENO, STDOUT_FILENO);
-    switchToPrivateHome();
-    StoreWriter(libraryFolder().value_or("")).appendText("the user's own");
+    StoreWriter(library).appendText("the user's own");
     std::vector<Database*> readers(16);
     std::atomic<std::size_t> started = 0;
     std::atomic<int> creations = 0;
@@ -36,7 +34,7 @@ using namespace std::chrono_literals;
             std::this_thread::yield();
         }
         std::this_thread::sleep_for(50ms); // the others are about to request it, too
-        return libraryFolder();
+        return library;
     };
     std::vector<JoiningThread> threads;
     for (Database*& reader : readers) {
@@ -53,8 +51,9 @@ using namespace std::chrono_literals;
 
 TEST(SharedDatabaseDeathTest, ConcurrentFirstUsesCreateOneReaderOfTheUsersStore)
 {
+    const TemporaryFolder library;
     EXPECT_EXIT(
-        requestReaderOnManyThreads(),
+        requestReaderOnManyThreads(library.path()),
         testing::ExitedWithCode(0),
         testing::MatchesRegex("Database init\ndatabase connected!!\n"));
 }

@@ -5,9 +5,7 @@
 #include "tests/fuzz/FuzzTarget.h"
 #include "tests/fuzz/ProgramOutcomes.h"
 
-#include <optional>
 #include <string>
-#include <variant>
 
 namespace orlimo {
 
@@ -24,37 +22,24 @@ std::string hexadecimalText(std::string_view input)
     return input.front() == 't' ? referenceRepaired(rest) : asHexadecimal(rest);
 }
 
-std::string printed(const ReferenceDecoding& decoding)
-{
-    if (std::holds_alternative<ReferenceDecoding::Fatal>(decoding.outcome)) {
-        return "stop";
-    }
-    const auto* const words = std::get_if<ReferenceDecoding::MessageText>(&decoding.outcome);
-    return words != nullptr ? "words " + words->text : "nothing";
-}
-
-std::string outcomeOf(const std::string& text)
-{
-    try {
-        const auto words = decodeAttributedBody(text);
-        return words ? "words " + *words : "nothing";
-    } catch (const FatalStopException&) {
-        return "stop";
-    }
-}
-
 } // namespace
 
 Finding checkInput(std::string_view input)
 {
     const std::string text = hexadecimalText(input);
     logged::clear();
-    const std::string outcome = outcomeOf(text);
-    const ReferenceDecoding expected = referenceDecoding(text);
-    if (auto finding = mismatch("outcome", outcome, printed(expected))) {
-        return finding;
+    ReferenceDecoding actual;
+    try {
+        actual.messageText = decodeAttributedBody(text);
+    } catch (const FatalStopException&) {
+        actual.isFatal = true;
     }
-    return mismatch("log", logged::lines(), expected.lines);
+    const ReferenceDecoding expected = referenceDecoding(text);
+    return firstOf({
+        mismatch("fatal stop", actual.isFatal, expected.isFatal),
+        mismatch("text", actual.messageText, expected.messageText),
+        mismatch("log", logged::lines(), expected.lines),
+    });
 }
 
 } // namespace orlimo

@@ -1,10 +1,8 @@
 #include "capture/Database.h"
 #include "capture/Message.h"
 #include "capture/Preferences.h"
-#include "tests/capture/IdleVnodeSource.h"
 #include "tests/capture/MemoryUserDefaults.h"
 #include "tests/capture/RecordingPasteboard.h"
-#include "tests/capture/reference/BodyBytes.h"
 #include "tests/capture/reference/ReferenceBodyDecoding.h"
 #include "tests/capture/reference/ReferenceCodeExtraction.h"
 #include "tests/capture/reference/ReferenceUnicode.h"
@@ -14,15 +12,13 @@
 #include "tests/fuzz/StoredRow.h"
 #include "tests/support/ManualClock.h"
 #include "tests/support/ManualQueue.h"
+#include "tests/support/ScriptedVnodeSource.h"
+#include "tests/support/StoreWriter.h"
 #include "tests/support/TemporaryFolder.h"
-
-#include <sqlite3.h>
 
 #include <algorithm>
 #include <filesystem>
 #include <memory>
-#include <optional>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -32,34 +28,25 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-/// The outcome of a check, by a second and deliberately simple implementation.
-struct ReferenceCheck
+/// What comes of a check.
+struct Outcome
 {
-    /// What is published; empty if a fatal stop comes first.
-    std::string verificationCode;
+    Lines lines{}; ///< the log
     bool isFatal = false;
-    /// The expected log.
-    std::vector<std::string> lines;
+    std::string code{};      ///< as it is published
+    Lines pasteboardCalls{}; ///< as RecordingPasteboard notes them
+    int changes = 0;         ///< as announced
 };
 
-/// The bytes of a column's value, which are its text too.
-struct CellBytes
+Finding mismatchOf(const Outcome& actual, const Outcome& expected)
 {
-    std::optional<std::string> operator()(StoredRow::Null /*null*/) const { return std::nullopt; }
-    std::optional<std::string> operator()(const StoredRow::Text& text) const { return text.bytes; }
-    std::optional<std::string> operator()(const StoredRow::Blob& blob) const
-    {
-        return std::string(blob.bytes.begin(), blob.bytes.end());
-    }
-    std::optional<std::string> operator()(std::int64_t number) const
-    {
-        return std::to_string(number);
-    }
-};
-
-std::optional<std::string> bytesOf(const StoredRow::Cell& cell)
-{
-    return std::visit(CellBytes(), cell);
+    return firstOf({
+        mismatch("log", actual.lines, expected.lines),
+        mismatch("fatal stop", actual.isFatal, expected.isFatal),
+        mismatch("code", actual.code, expected.code),
+        mismatch("pasteboard", actual.pasteboardCalls, expected.pasteboardCalls),
+        mismatch("changes announced", actual.changes, expected.changes),
+    });
 }
 
 bool isOlder(const StoredRow& one, const StoredRow& other)
@@ -80,207 +67,103 @@ std::vector<StoredRow> newestRows(std::vector<StoredRow> rows)
     return rows;
 }
 
-void append(Lines& lines, const Lines& more)
+/// What the message's text is; the body is decoded if there is none.
+ReferenceDecoding textOf(const StoredRow& row)
 {
-    lines.insert(lines.end(), more.begin(), more.end());
+    if (const auto& text = row.text.bytes) {
+        return {.messageText = referenceRepaired(text->substr(0, text->find('\0')))};
+    }
+    return referenceDecoding(asHexadecimal(row.body.bytes.value_or("")));
 }
 
-/// The outcome of the row's body alone.
-ReferenceDecoding decodedBody(const StoredRow& row)
+/// The outcome for a store that holds `rows`, inserted in this order, by a second and deliberately
+/// simple implementation.
+Outcome
+referenceOutcome(const std::vector<StoredRow>& rows, bool withFourDigits, bool isAfterChange)
 {
-    return referenceDecoding(asHexadecimal(bytesOf(row.body).value_or("")));
-}
-
-/// The check of a store that holds `rows`, inserted in this order.
-ReferenceCheck referenceCheck(const std::vector<StoredRow>& rows, bool withFourDigits)
-{
-    ReferenceCheck check{.verificationCode = "No Code", .lines = {"ready to access disk"}};
+    Outcome outcome{.lines = {"ready to access disk"}, .code = "No Code", .changes = 1};
+    const auto log = [&outcome](const Lines& lines) {
+        outcome.lines.insert(outcome.lines.end(), lines.begin(), lines.end());
+    };
     for (const StoredRow& row : newestRows(rows)) {
-        std::string words;
-        if (const auto text = bytesOf(row.text)) {
-            words = referenceRepaired(text->substr(0, text->find('\0')));
-        } else {
-            const ReferenceDecoding decoding = decodedBody(row);
-            append(check.lines, decoding.lines);
-            if (std::holds_alternative<ReferenceDecoding::Fatal>(decoding.outcome)) {
-                check.isFatal = true;
-                check.verificationCode.clear();
-                return check;
-            }
-            const auto* const found =
-                std::get_if<ReferenceDecoding::MessageText>(&decoding.outcome);
-            if (found == nullptr) {
-                continue;
-            }
-            words = found->text;
+        const ReferenceDecoding decoding = textOf(row);
+        log(decoding.lines);
+        if (decoding.isFatal) {
+            return {.lines = outcome.lines, .isFatal = true};
         }
-        const ReferenceCodes codes = referenceCodes(words, withFourDigits);
-        append(check.lines, codes.lines);
+        if (!decoding.messageText) {
+            continue;
+        }
+        const ReferenceCodes codes = referenceCodes(*decoding.messageText, withFourDigits);
+        log(codes.lines);
         if (codes.code) {
-            check.verificationCode = *codes.code;
-            return check;
+            outcome.code = *codes.code;
+            if (isAfterChange) {
+                log({"file changed!! at message: code? " + outcome.code});
+                outcome.pasteboardCalls = {"declare string", "set " + outcome.code + " as string"};
+            }
+            return outcome;
         }
     }
-    return check;
+    return outcome;
 }
 
-/// How often the reader is used before its statements are freed.
-constexpr int usesUntilFreed = 50;
-
-void expect(bool success, const std::string& what)
+/// A message store, the program's reader of it, and a watch on its log that never reports anything.
+/// As in the program they live until the process ends.
+struct LiveStore
 {
-    if (!success) {
-        throw std::runtime_error(what);
-    }
-}
-
-void run(sqlite3_stmt* statement)
-{
-    const int result = sqlite3_step(statement);
-    expect(result == SQLITE_DONE || result == SQLITE_ROW, sqlite3_sql(statement));
-    expect(sqlite3_reset(statement) == SQLITE_OK, sqlite3_sql(statement));
-}
-
-/// Binds one value to the parameter `index`; what it refers to outlives the statement's run.
-struct Binding
-{
-    sqlite3_stmt* statement;
-    int index;
-
-    int operator()(StoredRow::Null /*null*/) const { return sqlite3_bind_null(statement, index); }
-    int operator()(const StoredRow::Text& text) const
+    LiveStore()
     {
-        return sqlite3_bind_text64(
-            statement, index, text.bytes.data(), text.bytes.size(), SQLITE_STATIC, SQLITE_UTF8);
+        // Inputs are many: the log is to stay short, and nothing has to survive.
+        writer.run("PRAGMA wal_autocheckpoint = 1000; PRAGMA synchronous = OFF");
+        const OpenedConnections opened;
+        reader = std::make_unique<Database>(library.path());
+        reading = opened.only();
     }
-    int operator()(const StoredRow::Blob& blob) const
+
+    /// Commits `rows`, in their order, in place of the previous ones. The reader's leftover
+    /// statements are freed at intervals.
+    void replaceRows(const std::vector<StoredRow>& rows)
     {
-        return blob.bytes.empty()
-                   ? sqlite3_bind_zeroblob(statement, index, 0)
-                   : sqlite3_bind_blob64(
-                         statement, index, blob.bytes.data(), blob.bytes.size(), SQLITE_STATIC);
+        std::string sql = "BEGIN IMMEDIATE; DELETE FROM message;";
+        for (const StoredRow& row : rows) {
+            sql += "INSERT INTO message (text, attributedBody, date) VALUES (" + row.text.sql +
+                   ", " + row.body.sql + ", " + (row.date ? std::to_string(*row.date) : "NULL") +
+                   ");";
+        }
+        writer.run(sql + "COMMIT");
+        if (++uses % 50 == 0) {
+            finaliseStatements(reading);
+        }
     }
-    int operator()(std::int64_t number) const
-    {
-        return sqlite3_bind_int64(statement, index, number);
-    }
-};
-
-/// A message store in a temporary folder, written by one connection and read by the program's,
-/// whose rows can be replaced repeatedly. Lives until the process ends, as the program's connection
-/// does.
-class LiveStore
-{
-public:
-    LiveStore();
-    LiveStore(const LiveStore&) = delete;
-    LiveStore& operator=(const LiveStore&) = delete;
-
-    [[nodiscard]] std::filesystem::path log() const;
-
-    /// The program's reader. Its leftover statements are freed at intervals.
-    [[nodiscard]] Database& database();
-
-    /// Commits `rows`, in their order, in place of the previous ones.
-    void replaceRows(const std::vector<StoredRow>& rows);
-
-private:
-    [[nodiscard]] sqlite3_stmt* compiled(const std::string& sql) const;
 
     TemporaryFolder library;
-    sqlite3* writing = nullptr;
-    sqlite3_stmt* begin = nullptr;
-    sqlite3_stmt* erase = nullptr;
-    sqlite3_stmt* insertion = nullptr;
-    sqlite3_stmt* commit = nullptr;
+    StoreWriter writer{library.path()};
     sqlite3* reading = nullptr;
     std::unique_ptr<Database> reader;
     int uses = 0;
-};
-
-LiveStore::LiveStore()
-{
-    const auto store = library.path() / "Messages/chat.db";
-    std::filesystem::create_directory(store.parent_path());
-    expect(sqlite3_open(store.c_str(), &writing) == SQLITE_OK, store.string());
-    constexpr const char* preparation =
-        "PRAGMA journal_mode = WAL;"
-        "PRAGMA synchronous = OFF;"
-        "CREATE TABLE message (ROWID INTEGER PRIMARY KEY, text TEXT, attributedBody BLOB,"
-        " date INTEGER);"
-        "CREATE INDEX message_idx_date ON message (date);";
-    expect(sqlite3_exec(writing, preparation, nullptr, nullptr, nullptr) == SQLITE_OK, preparation);
-    begin = compiled("BEGIN IMMEDIATE");
-    erase = compiled("DELETE FROM message");
-    insertion = compiled("INSERT INTO message (text, attributedBody, date) VALUES (?, ?, ?)");
-    commit = compiled("COMMIT");
-    const OpenedConnections opened;
-    reader = std::make_unique<Database>(library.path());
-    reading = opened.only();
-}
-
-std::filesystem::path LiveStore::log() const
-{
-    return library.path() / "Messages/chat.db-wal";
-}
-
-Database& LiveStore::database()
-{
-    if (++uses % usesUntilFreed == 0) {
-        finaliseStatements(reading);
-    }
-    return *reader;
-}
-
-void LiveStore::replaceRows(const std::vector<StoredRow>& rows)
-{
-    run(begin);
-    run(erase);
-    for (const StoredRow& row : rows) {
-        const StoredRow::Cell date =
-            row.date ? StoredRow::Cell(*row.date) : StoredRow::Cell(StoredRow::Null());
-        expect(std::visit(Binding{insertion, 1}, row.text) == SQLITE_OK, "text");
-        expect(std::visit(Binding{insertion, 2}, row.body) == SQLITE_OK, "body");
-        expect(std::visit(Binding{insertion, 3}, date) == SQLITE_OK, "date");
-        run(insertion);
-    }
-    run(commit);
-}
-
-sqlite3_stmt* LiveStore::compiled(const std::string& sql) const
-{
-    sqlite3_stmt* statement = nullptr;
-    expect(sqlite3_prepare_v2(writing, sql.c_str(), -1, &statement, nullptr) == SQLITE_OK, sql);
-    return statement;
-}
-
-/// A store, and a watch on its log that never reports anything. As in the program they live until
-/// the process ends.
-struct Services
-{
-    LiveStore store;
     ManualQueue queue;
     ManualClock clock;
     std::shared_ptr<FileMonitor> monitor = FileMonitor::create(
-        store.log(),
+        library.path() / "Messages/chat.db-wal",
         {.mainQueue = queue,
          .decisionQueue = queue,
          .clock = clock.function(),
          .makeVnodeSource =
-             [](int, VnodeEvents, Queue&) { return std::make_unique<IdleVnodeSource>(); },
+             ScriptedVnodeSource::factory(std::make_shared<ScriptedVnodeSource::Script>()),
          .openFile = FileHandle::openForReading});
 };
 
 /// One controller, its preferences and its effects.
 struct CheckRun
 {
-    explicit CheckRun(Services& services)
+    explicit CheckRun(LiveStore& store)
         : message(Message::create({
-              .database = services.store.database(),
+              .database = *store.reader,
               .userDefaults = defaults,
               .pasteboard = pasteboard,
               .libraryFolder = [] { return std::filesystem::path("/"); },
-              .makeFileMonitor = [&services](const auto&) { return services.monitor; },
+              .makeFileMonitor = [&store](const auto&) { return store.monitor; },
           }))
     {
         QObject::connect(
@@ -289,19 +172,25 @@ struct CheckRun
         logged::clear();
     }
 
-    /// False for a fatal stop.
-    bool check(bool afterChange)
+    Outcome check(bool isAfterChange)
     {
+        bool isFatal = false;
         try {
-            if (afterChange) {
+            if (isAfterChange) {
                 message->fileDidChange();
             } else {
                 (void)message->checkMessages();
             }
-            return true;
         } catch (const FatalStopException&) {
-            return false;
+            isFatal = true;
         }
+        return {
+            .lines = logged::lines(),
+            .isFatal = isFatal,
+            .code = message->verificationCode(),
+            .pasteboardCalls = pasteboard.calls,
+            .changes = changes,
+        };
     }
 
     MemoryUserDefaults defaults;
@@ -310,79 +199,29 @@ struct CheckRun
     int changes = 0;
 };
 
-/// What follows the check itself after a change of the store.
-struct ExpectedEffects
-{
-    Lines lines;
-    Lines pasteboardCalls;
-};
-
-ExpectedEffects expectedEffects(const ReferenceCheck& check, bool afterChange)
-{
-    const std::string& code = check.verificationCode;
-    if (check.isFatal || code == "No Code" || !afterChange) {
-        return {.lines = check.lines, .pasteboardCalls = {}};
-    }
-    Lines lines = check.lines;
-    lines.push_back("file changed!! at message: code? " + code);
-    return {.lines = lines, .pasteboardCalls = {"declare string", "set " + code + " as string"}};
-}
-
-Finding verifyCheck(CheckRun& checkRun, const ReferenceCheck& expected, bool afterChange)
-{
-    const bool isFatal = !checkRun.check(afterChange);
-    const ExpectedEffects after = expectedEffects(expected, afterChange);
-    if (auto finding = mismatch("log", logged::lines(), after.lines)) {
-        return finding;
-    }
-    if (auto finding = mismatch("fatal stop", isFatal, expected.isFatal)) {
-        return finding;
-    }
-    if (auto finding =
-            mismatch("code", checkRun.message->verificationCode(), expected.verificationCode))
-    {
-        return finding;
-    }
-    if (auto finding = mismatch("pasteboard", checkRun.pasteboard.calls, after.pasteboardCalls)) {
-        return finding;
-    }
-    return mismatch("changes announced", checkRun.changes, isFatal ? 0 : 1);
-}
-
-/// While capturing is off, a change of the store is no reason to do anything.
-Finding verifyIgnoredChange(CheckRun& checkRun)
-{
-    if (!checkRun.check(true)) {
-        return "a fatal stop while capturing is off";
-    }
-    if (auto finding = mismatch("log", logged::lines(), Lines())) {
-        return finding;
-    }
-    return mismatch("changes announced", checkRun.changes, 0);
-}
-
 } // namespace
 
 /// The first byte is two preferences, the others are the store's rows.
 Finding checkInput(std::string_view input)
 {
-    static Services& services = *new Services;
+    static LiveStore& store = *new LiveStore;
     InputReader reader(input);
     const unsigned preferences = reader.byte();
     const bool isCapturing = preferences % 2 == 0;
     const bool withFourDigits = preferences / 2 % 2 == 0;
     const auto rows = storedRowsFrom(reader);
-    services.store.replaceRows(rows);
+    store.replaceRows(rows);
 
-    CheckRun checkRun(services);
+    CheckRun checkRun(store);
     checkRun.defaults.setBool(isCapturing, preference::capturingEnabled);
     checkRun.defaults.setBool(withFourDigits, preference::fourDigitInclude);
     if (!isCapturing) {
-        if (auto finding = verifyIgnoredChange(checkRun)) {
+        if (auto finding = mismatchOf(checkRun.check(true), Outcome())) {
             return finding;
         }
     }
-    return verifyCheck(checkRun, referenceCheck(rows, withFourDigits), isCapturing);
+    return mismatchOf(
+        checkRun.check(isCapturing), referenceOutcome(rows, withFourDigits, isCapturing));
 }
 
 } // namespace orlimo

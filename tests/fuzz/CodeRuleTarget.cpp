@@ -25,10 +25,10 @@ Finding checkInput(std::string_view input)
     logged::clear();
     const auto code = extractCode(text, defaults);
     const ReferenceCodes expected = referenceCodes(text, withFourDigits);
-    if (auto finding = mismatch("code", code, expected.code)) {
-        return finding;
-    }
-    return mismatch("log", logged::lines(), expected.lines);
+    return firstOf({
+        mismatch("code", code, expected.code),
+        mismatch("log", logged::lines(), expected.lines),
+    });
 }
 
 } // namespace orlimo

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <initializer_list>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -26,6 +27,17 @@ template <class Value>
     }
     return about + ": " + testing::PrintToString(actual) + " instead of " +
            testing::PrintToString(expected);
+}
+
+/// The first that is one.
+[[nodiscard]] inline Finding firstOf(std::initializer_list<Finding> findings)
+{
+    for (const Finding& finding : findings) {
+        if (finding) {
+            return finding;
+        }
+    }
+    return std::nullopt;
 }
 
 } // namespace orlimo

@@ -1,6 +1,5 @@
 #include "capture/Preferences.h"
 #include "platform/preferences/UserDefaults.h"
-#include "tests/capture/PreferenceSandbox.h"
 #include "tests/fuzz/FuzzTarget.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -8,6 +7,7 @@
 #include <QSettings>
 #include <QString>
 
+#include <cstdlib>
 #include <filesystem>
 #include <map>
 #include <numeric>
@@ -23,9 +23,18 @@ namespace {
 
 using Dictionary = std::map<std::string, std::string>;
 
+/// In the sandbox's home, which is set when the program starts.
+const std::filesystem::path& settingsFile()
+{
+    static const std::filesystem::path file =
+        std::getenv("XDG_CONFIG_HOME") + // NOLINT(concurrency-mt-unsafe)
+        std::string("/Orlimo/Orlimo.conf");
+    return file;
+}
+
 std::filesystem::path damagedCopy()
 {
-    return PreferenceSandbox::file().string() + ".damaged";
+    return settingsFile().string() + ".damaged";
 }
 
 /// Whether every line is a plain setting, group, comment or blank line, as programs write them.
@@ -106,8 +115,7 @@ Finding verifyReading(std::string_view bytes, const Dictionary& present, std::st
             return finding;
         }
     }
-    return mismatch(
-        "file that was only read", contentOf(PreferenceSandbox::file()), std::string(bytes));
+    return mismatch("file that was only read", contentOf(settingsFile()), std::string(bytes));
 }
 
 /// The comments in `bytes`, without the white space around them.
@@ -133,24 +141,25 @@ Finding verifyWriting(std::string_view bytes, const Dictionary& present, std::st
     const Dictionary after = defaults.dictionaryRepresentation();
     Dictionary expected = present;
     expected[std::string(key)] = value ? "true" : "false";
-    if (auto finding = mismatch("preferences after", after, expected)) {
+    if (auto finding = firstOf({
+            mismatch("preferences after", after, expected),
+            mismatch("value written", defaults.boolForKey(key), value),
+        }))
+    {
         return finding;
     }
-    if (auto finding = mismatch("value written", defaults.boolForKey(key), value)) {
-        return finding;
-    }
-    const std::string written = contentOf(PreferenceSandbox::file());
     if (std::filesystem::exists(damagedCopy())) {
-        if (auto finding = mismatch("tidy file replaced", isTidy(bytes), false)) {
-            return finding;
-        }
-        return mismatch("copy", contentOf(damagedCopy()), std::string(bytes));
+        return firstOf({
+            mismatch("tidy file replaced", isTidy(bytes), false),
+            mismatch("copy", contentOf(damagedCopy()), std::string(bytes)),
+        });
     }
-    if (auto finding = mismatch("comments", commentsIn(written), commentsIn(bytes))) {
-        return finding;
-    }
-    return isTidy(bytes) ? mismatch("preferences to QSettings", referenceDictionary(written), after)
-                         : std::nullopt;
+    const std::string written = contentOf(settingsFile());
+    return firstOf({
+        mismatch("comments", commentsIn(written), commentsIn(bytes)),
+        isTidy(bytes) ? mismatch("preferences to QSettings", referenceDictionary(written), after)
+                      : std::nullopt,
+    });
 }
 
 /// Whether the file is written to as well, which takes far longer than to read it: decided by the
@@ -166,8 +175,7 @@ bool isToBeWritten(std::string_view bytes)
 /// The input is the settings file, byte for byte.
 Finding checkInput(std::string_view input)
 {
-    static const PreferenceSandbox sandbox;
-    writeFile(PreferenceSandbox::file(), input);
+    writeFile(settingsFile(), input);
     std::filesystem::remove(damagedCopy());
     const Dictionary present = standardUserDefaults().dictionaryRepresentation();
     const std::string_view key = preference::all.at(input.size() % preference::all.size()).key;

@@ -27,9 +27,9 @@ const std::vector<std::string>& logged::lines()
 
 // Both take precedence over the platform's functions of the same name.
 
-void fatalStop(std::string_view reason, const char* /*file*/, int /*line*/)
+void fatalStop(std::string_view reason, const char* file, int /*line*/)
 {
-    throw FatalStopException{std::string(reason)};
+    throw FatalStopException{.reason = std::string(reason), .file = file};
 }
 
 void writeLogLine(std::string_view line)

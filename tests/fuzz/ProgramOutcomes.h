@@ -10,6 +10,7 @@ namespace orlimo {
 struct FatalStopException
 {
     std::string reason;
+    std::string file; ///< the caller's
 };
 
 /// The program's log, kept in memory: in a program that is linked with this, writeLogLine() writes

@@ -72,8 +72,6 @@ bool holds(int descriptor, std::string_view content)
 class StoreOnDisk
 {
 public:
-    StoreOnDisk();
-
     [[nodiscard]] const std::filesystem::path& libraryFolder() const { return library.path(); }
 
     /// Makes the store hold `bytes`: up to the header of a write-ahead log the store itself, from
@@ -85,27 +83,16 @@ public:
 
 private:
     TemporaryFolder library;
-    std::filesystem::path log;
-    std::filesystem::path sharedIndex;
-    std::filesystem::path journal;
-    UniqueFd store;
+    std::string file = (makePrivateFolder(library.path() / "Messages") / "chat.db").string();
+    std::string log = file + "-wal";
+    UniqueFd store{::open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600)};
 };
-
-StoreOnDisk::StoreOnDisk()
-{
-    const auto file = library.path() / "Messages/chat.db";
-    std::filesystem::create_directories(file.parent_path());
-    log = file.string() + "-wal";
-    sharedIndex = file.string() + "-shm";
-    journal = file.string() + "-journal";
-    store = UniqueFd(::open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
-}
 
 void StoreOnDisk::fill(std::string_view bytes)
 {
     const Parts parts = partsOf(bytes);
-    for (const auto& file : {log, sharedIndex, journal}) {
-        (void)::unlink(file.c_str());
+    for (const std::string& other : {log, file + "-shm", file + "-journal"}) {
+        (void)::unlink(other.c_str());
     }
     setContent(store.get(), parts.store);
     if (!parts.log.empty()) {
@@ -260,10 +247,10 @@ Finding verifyFailure(sqlite3* connection, const Lines& lines, const std::vector
 {
     const Lines expected{
         std::string("error preparing fetch limit : v1") + sqlite3_errmsg(connection)};
-    if (auto finding = mismatch("log", lines, expected)) {
-        return finding;
-    }
-    return mismatch("messages", messages, std::vector<Msg>());
+    return firstOf({
+        mismatch("log", lines, expected),
+        mismatch("messages", messages, std::vector<Msg>()),
+    });
 }
 
 Finding verifyReading(Database& database, sqlite3* connection)

@@ -73,20 +73,6 @@ TEST_F(SampleProgram, CreatesStoreAppendsAndDelivers)
     EXPECT_EQ(messages(), 130);
 }
 
-TEST_F(SampleProgram, PacedDeliveryWaitsForInputAndEndsWithIt)
-{
-    ChildProcess process(
-        ORLIMO_SAMPLE_STORE, {.arguments = {"deliver", store, "--interval", "0", "--paced"}});
-    ASSERT_EQ(process.readLine(), "ready");
-    EXPECT_TRUE(std::filesystem::exists(logOf(store)));
-    EXPECT_EQ(process.readLine(std::chrono::milliseconds(200)), std::nullopt);
-    EXPECT_EQ(messages(), 0);
-    EXPECT_THAT(process.ask(""), StartsWith("in the text column: "));
-    EXPECT_EQ(messages(), 1);
-    process.closeInput();
-    EXPECT_EQ(process.awaitEnd().status, 0);
-}
-
 TEST_F(SampleProgram, HelpIsUsageAndStatus0)
 {
     for (const std::vector<std::string>& arguments :

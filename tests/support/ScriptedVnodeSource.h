@@ -10,7 +10,7 @@ namespace orlimo {
 
 /// A vnode source that watches nothing: it notes what its owner does to it, and fires when the test
 /// says so. Main thread.
-class ScriptedVnodeSource final : public VnodeSource
+class ScriptedVnodeSource : public VnodeSource
 {
 public:
     /// What is known of the one source that was made, and the means to drive it. Outlives the

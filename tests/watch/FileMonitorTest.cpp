@@ -2,20 +2,20 @@
 
 #include "platform/files/FileHandle.h"
 #include "platform/threads/MainThread.h"
+#include "tests/fuzz/ProgramOutcomes.h"
+#include "tests/platform/files/OpenDescriptors.h"
 #include "tests/support/Await.h"
 #include "tests/support/JoiningThread.h"
 #include "tests/support/ManualClock.h"
 #include "tests/support/ManualQueue.h"
 #include "tests/support/ScriptedVnodeSource.h"
 #include "tests/support/TemporaryFolder.h"
-#include "tests/support/process/OutputCapture.h"
 
 #include <QCoreApplication>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cerrno>
-#include <fstream>
 #include <memory>
 #include <string>
 #include <system_error>
@@ -30,8 +30,10 @@ namespace orlimo {
 namespace {
 
 using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::IsEmpty;
 
-constexpr const char* startLine = "init file monitor\n";
+constexpr const char* startLine = "init file monitor";
 
 class CountingDelegate final : public FileMonitorDelegate
 {
@@ -46,174 +48,115 @@ public:
     int offMainThreadCalls = 0;
 };
 
-/// How many descriptors this process has open.
-std::ptrdiff_t openDescriptors()
-{
-    return std::distance(std::filesystem::directory_iterator("/dev/fd"), {});
-}
-
-/// How the creation of a monitor failed, and what was logged meanwhile.
-struct Failure
-{
-    int error = 0;
-    std::string log;
-};
-
-Failure failureOfCreation(const std::filesystem::path& file, const WatchServices& services)
-{
-    const OutputCapture output;
-    try {
-        (void)FileMonitor::create(file, services);
-    } catch (const std::system_error& error) {
-        EXPECT_EQ(error.code().category(), std::generic_category());
-        return {error.code().value(), output.text()};
-    }
-    return {};
-}
-
-/// A file, and a clock and a queue of decisions that the test controls.
-class FileMonitorTestBase : public testing::Test
+/// A file, a delegate, and a source, a clock and queues that the test controls.
+class FileMonitorTest : public testing::Test
 {
 protected:
-    FileMonitorTestBase() { writeFile(file, "twelve bytes"); }
+    FileMonitorTest()
+    {
+        writeFile(file, "twelve bytes");
+        logged::clear();
+    }
+    ~FileMonitorTest() override { script->dropHandlers(); }
 
-    [[nodiscard]] virtual WatchServices services() = 0;
+    [[nodiscard]] WatchServices services()
+    {
+        return {
+            main,
+            decisions,
+            clock.function(),
+            ScriptedVnodeSource::factory(script),
+            FileHandle::openForReading};
+    }
 
-    /// Starts a monitor to which the test keeps no reference, with a closed throttle.
-    std::weak_ptr<FileMonitor> startClosed()
+    /// Starts a monitor to which the test keeps no reference, with an open throttle.
+    std::weak_ptr<FileMonitor> start()
     {
         const auto monitor = FileMonitor::create(file, services());
         monitor->setDelegate(delegate);
+        clock.advance(1600ms);
         return monitor;
     }
 
-    /// The same with an open throttle.
-    std::weak_ptr<FileMonitor> start()
+    /// Whether the source's descriptor refers to the watched file.
+    [[nodiscard]] bool isFileOpen() const
     {
-        auto monitor = startClosed();
-        clock.advance(1600ms);
-        return monitor;
+        struct stat open
+        {};
+        struct stat named
+        {};
+        return ::fstat(script->fileDescriptor, &open) == 0 && ::stat(file.c_str(), &named) == 0 &&
+               open.st_dev == named.st_dev && open.st_ino == named.st_ino;
     }
 
     TemporaryFolder folder;
     std::filesystem::path file = folder.path() / "store-log";
     ManualClock clock;
     ManualQueue decisions;
+    ManualQueue main;
+    std::shared_ptr<ScriptedVnodeSource::Script> script =
+        std::make_shared<ScriptedVnodeSource::Script>();
     std::shared_ptr<CountingDelegate> delegate = std::make_shared<CountingDelegate>();
 };
 
-/// With the system's own vnode source; main-thread work runs on the event loop.
-class FileMonitorTest : public FileMonitorTestBase
+/// With the system's own source; main-thread work runs on the event loop.
+class RealFileMonitorTest : public FileMonitorTest
 {
 protected:
     void TearDown() override
     {
-        for (VnodeSource* const source : sources) {
-            source->cancel();
-        }
+        source->cancel();
         runEventLoop(1ms);
     }
 
-    [[nodiscard]] WatchServices services() override
+    void startWith(Queue& decisionQueue)
     {
-        return {
-            mainQueue(),
-            decisions,
-            clock.function(),
-            [this](int fileDescriptor, VnodeEvents mask, Queue& queue) {
-                auto source = makeFileSystemObjectSource(fileDescriptor, mask, queue);
-                sources.push_back(source.get());
-                return source;
-            },
-            FileHandle::openForReading};
+        const auto makeSource = [this](int fileDescriptor, VnodeEvents mask, Queue& queue) {
+            auto made = makeFileSystemObjectSource(fileDescriptor, mask, queue);
+            source = made.get();
+            return made;
+        };
+        FileMonitor::create(
+            file,
+            {mainQueue(), decisionQueue, clock.function(), makeSource, FileHandle::openForReading})
+            ->setDelegate(delegate);
     }
 
-    /// Lengthens `path` and waits until the monitor's throttle has decided.
-    void grow(const std::filesystem::path& path)
-    {
-        appendToFile(path, "more");
-        ASSERT_TRUE(await([this] { return decisions.waiting() > 0; })) << "growth is not reported";
-        decisions.run();
-    }
-
-    [[nodiscard]] int callsAfterGrowth(const std::filesystem::path& path)
+    /// Lengthens the file, waits until the monitor's throttle has decided, and returns how many
+    /// calls follow.
+    [[nodiscard]] int callsAfterGrowth()
     {
         const int before = delegate->calls;
-        grow(path);
+        appendToFile(file, "more");
+        EXPECT_TRUE(await([this] { return decisions.waiting() > 0; })) << "growth is not reported";
+        decisions.run();
         QCoreApplication::processEvents();
         return delegate->calls - before;
     }
-    [[nodiscard]] int callsAfterGrowth() { return callsAfterGrowth(file); }
 
-    /// Whether the source fires although nothing has grown.
-    [[nodiscard]] bool firesSoon()
-    {
-        return await([this] { return decisions.waiting() > 0; }, 150ms);
-    }
-
-    std::vector<VnodeSource*> sources;
+    VnodeSource* source = nullptr;
 };
 
-TEST_F(FileMonitorTest, GrowthIsReportedOnceAnIntervalOnMainThread)
+TEST_F(RealFileMonitorTest, GrowthIsReportedOnceAnIntervalOnMainThread)
 {
-    std::string log;
-    {
-        const OutputCapture output;
-        startClosed();
-        EXPECT_EQ(callsAfterGrowth(), 0);
-        clock.advance(1600ms - 1ns);
-        EXPECT_EQ(callsAfterGrowth(), 0);
-        clock.advance(1ns);
-        EXPECT_EQ(callsAfterGrowth(), 1);
-        clock.advance(500ms);
-        EXPECT_EQ(callsAfterGrowth(), 0);
-        clock.advance(1h);
-        EXPECT_FALSE(firesSoon()) << "dropped growth is never made up for";
-        EXPECT_EQ(callsAfterGrowth(), 1);
-        log = output.text();
-    }
-    EXPECT_EQ(log, startLine);
+    startWith(decisions);
+    EXPECT_EQ(callsAfterGrowth(), 0);
+    clock.advance(1600ms - 1ns);
+    EXPECT_EQ(callsAfterGrowth(), 0);
+    clock.advance(1ns);
+    EXPECT_EQ(callsAfterGrowth(), 1);
+    clock.advance(500ms);
+    EXPECT_EQ(callsAfterGrowth(), 0);
+    clock.advance(1h);
+    EXPECT_EQ(callsAfterGrowth(), 1) << "dropped growth is never made up for";
+    EXPECT_THAT(logged::lines(), ElementsAre(startLine));
     EXPECT_EQ(delegate->calls, 2);
     EXPECT_EQ(delegate->offMainThreadCalls, 0);
 }
 
-TEST_F(FileMonitorTest, OverwritingTruncatingAndRenamingAreNotGrowth)
+TEST_F(RealFileMonitorTest, ThousandsOfWritesOfManyThreadsAreOneCallAnInterval)
 {
-    start();
-    std::fstream(file, std::ios::in | std::ios::out) << "overwritten";
-    std::filesystem::resize_file(file, 3);
-    const auto renamed = folder.path() / "renamed";
-    std::filesystem::rename(file, renamed);
-    EXPECT_FALSE(firesSoon());
-    appendToFile(renamed, std::string(100, 'x')); // beyond the size that it had
-    EXPECT_EQ(callsAfterGrowth(renamed), 1);
-}
-
-TEST_F(FileMonitorTest, DeletedFileIsNotReopened)
-{
-    const auto monitor = start();
-    const auto other = folder.path() / "other";
-    writeFile(other, std::string(100, 'x'));
-    std::filesystem::rename(other, file); // in place of the watched one
-    appendToFile(file, "more");
-    std::filesystem::remove(file);
-    writeFile(file, "a new file of the same name");
-    EXPECT_FALSE(firesSoon());
-    EXPECT_EQ(delegate->calls, 0);
-    EXPECT_FALSE(monitor.expired());
-}
-
-TEST_F(FileMonitorTest, ThousandsOfWritesOfManyThreadsAreOneCallAnInterval)
-{
-    auto background = services();
-    FileMonitor::create(
-        file,
-        {mainQueue(),
-         backgroundQueue(),
-         clock.function(),
-         std::move(background.makeVnodeSource),
-         FileHandle::openForReading})
-        ->setDelegate(delegate);
+    startWith(backgroundQueue());
     for (int round = 1; round <= 5; ++round) {
         // What is left of the round before may be this one's call as well.
         clock.advance(1600ms);
@@ -233,39 +176,9 @@ TEST_F(FileMonitorTest, ThousandsOfWritesOfManyThreadsAreOneCallAnInterval)
     EXPECT_EQ(delegate->offMainThreadCalls, 0);
 }
 
-/// What the monitor does to its source, with a source that records it.
-class FileMonitorSourceTest : public FileMonitorTestBase
-{
-protected:
-    void TearDown() override { script->dropHandlers(); }
+// What the monitor does to its source
 
-    [[nodiscard]] WatchServices services() override
-    {
-        return {
-            main,
-            decisions,
-            clock.function(),
-            ScriptedVnodeSource::factory(script),
-            FileHandle::openForReading};
-    }
-
-    /// Whether the source's descriptor refers to the watched file.
-    [[nodiscard]] bool isFileOpen() const
-    {
-        struct stat open
-        {};
-        struct stat named
-        {};
-        return ::fstat(script->fileDescriptor, &open) == 0 && ::stat(file.c_str(), &named) == 0 &&
-               open.st_dev == named.st_dev && open.st_ino == named.st_ino;
-    }
-
-    ManualQueue main;
-    std::shared_ptr<ScriptedVnodeSource::Script> script =
-        std::make_shared<ScriptedVnodeSource::Script>();
-};
-
-TEST_F(FileMonitorSourceTest, SourceIsMadeSetUpAndResumedInOrder)
+TEST_F(FileMonitorTest, SourceIsMadeSetUpAndResumedInOrder)
 {
     auto slow = services();
     slow.makeVnodeSource = [this, made = slow.makeVnodeSource](auto&&... arguments) {
@@ -277,9 +190,9 @@ TEST_F(FileMonitorSourceTest, SourceIsMadeSetUpAndResumedInOrder)
     EXPECT_EQ(::fcntl(script->fileDescriptor, F_GETFL) & O_ACCMODE, O_RDONLY);
     EXPECT_EQ(script->mask, 0x4U);
     EXPECT_EQ(script->queue, &main);
-    EXPECT_EQ(
+    EXPECT_THAT(
         script->namesOfCalls(),
-        (std::vector<std::string>{"make", "setEventHandler", "setCancelHandler", "resume"}));
+        ElementsAre("make", "setEventHandler", "setCancelHandler", "resume"));
     EXPECT_EQ(script->calls[2].position, 0);
     EXPECT_EQ(script->calls[3].position, 12) << "the end of the file";
     script->fire(vnodeExtend);
@@ -288,7 +201,7 @@ TEST_F(FileMonitorSourceTest, SourceIsMadeSetUpAndResumedInOrder)
     EXPECT_EQ(delegate->calls, 1);
 }
 
-TEST_F(FileMonitorSourceTest, OnlyExtendEventsAreOfferedToThrottle)
+TEST_F(FileMonitorTest, OnlyExtendEventsAreOfferedToThrottle)
 {
     start();
     for (const VnodeEvents events : {0U, 0x1U, 0x2U, 0x8U, 0x20U, ~vnodeExtend}) {
@@ -303,12 +216,12 @@ TEST_F(FileMonitorSourceTest, OnlyExtendEventsAreOfferedToThrottle)
     EXPECT_EQ(::lseek(script->fileDescriptor, 0, SEEK_CUR), 12) << "the file was read";
 }
 
-TEST_F(FileMonitorSourceTest, DelegateIsReadWhenActionRunsAndMayBeReleased)
+TEST_F(FileMonitorTest, DelegateIsReadWhenActionRunsAndMayBeReleased)
 {
     const auto monitor = start();
     const auto later = std::make_shared<CountingDelegate>();
     const std::weak_ptr<CountingDelegate> released = delegate;
-    const OutputCapture output;
+    logged::clear();
     for (const auto& present : {later, std::shared_ptr<CountingDelegate>(), later}) {
         clock.advance(1600ms);
         script->fire(vnodeExtend);
@@ -319,10 +232,10 @@ TEST_F(FileMonitorSourceTest, DelegateIsReadWhenActionRunsAndMayBeReleased)
         main.run();
     }
     EXPECT_EQ(later->calls, 2);
-    EXPECT_EQ(output.text(), "");
+    EXPECT_THAT(logged::lines(), IsEmpty());
 }
 
-TEST_F(FileMonitorSourceTest, CancelHandlerClosesFileAndIgnoresFailure)
+TEST_F(FileMonitorTest, CancelHandlerClosesFileAndIgnoresFailure)
 {
     const auto monitor = start().lock();
     ASSERT_TRUE(isFileOpen());
@@ -331,12 +244,12 @@ TEST_F(FileMonitorSourceTest, CancelHandlerClosesFileAndIgnoresFailure)
 
     const auto second = start().lock();
     ::close(script->fileDescriptor); // behind the monitor's back
-    const OutputCapture output;
+    logged::clear();
     EXPECT_NO_THROW(script->runCancelHandler());
-    EXPECT_EQ(output.text(), "");
+    EXPECT_THAT(logged::lines(), IsEmpty());
 }
 
-TEST_F(FileMonitorSourceTest, EitherHandlerKeepsMonitorAlive)
+TEST_F(FileMonitorTest, EitherHandlerKeepsMonitorAlive)
 {
     const auto monitor = start();
     const auto dropped = std::exchange(script->eventHandler, {});
@@ -346,7 +259,7 @@ TEST_F(FileMonitorSourceTest, EitherHandlerKeepsMonitorAlive)
     EXPECT_FALSE(monitor.expired());
 }
 
-TEST_F(FileMonitorSourceTest, AcceptedActionKeepsMonitorUntilItRuns)
+TEST_F(FileMonitorTest, AcceptedActionKeepsMonitorUntilItRuns)
 {
     const auto monitor = start();
     script->fire(vnodeExtend);
@@ -356,59 +269,53 @@ TEST_F(FileMonitorSourceTest, AcceptedActionKeepsMonitorUntilItRuns)
     main.run();
     EXPECT_EQ(delegate->calls, 1);
     EXPECT_TRUE(monitor.expired());
-    ASSERT_EQ(script->calls.size(), 6U);
-    EXPECT_EQ(script->calls[4].name, "cancel");
-    EXPECT_EQ(script->calls[5].name, "destroy");
+    EXPECT_THAT(
+        script->namesOfCalls(),
+        ElementsAre("make", "setEventHandler", "setCancelHandler", "resume", "cancel", "destroy"));
     EXPECT_FALSE(isFileOpen());
 }
 
-/// The system's own source where it cannot be started.
-class UnstartableSource final : public VnodeSource
+class UnstartableSource final : public ScriptedVnodeSource
 {
 public:
-    UnstartableSource(int fileDescriptor, VnodeEvents mask)
-        : source(makeFileSystemObjectSource(fileDescriptor, mask, mainQueue()))
-    {}
-
-    void setEventHandler(Handler handler) override { source->setEventHandler(std::move(handler)); }
-    void setCancelHandler(Handler handler) override
-    {
-        source->setCancelHandler(std::move(handler));
-    }
+    using ScriptedVnodeSource::ScriptedVnodeSource;
     void resume() override { throw std::system_error(EAGAIN, std::generic_category()); }
-    void cancel() override { source->cancel(); }
-    [[nodiscard]] VnodeEvents data() const override { return source->data(); }
-
-private:
-    std::unique_ptr<VnodeSource> source;
 };
 
-TEST_F(FileMonitorSourceTest, FailedCreationThrowsAfterTheLineAndFreesEverything)
+TEST_F(FileMonitorTest, FailedCreationThrowsAfterTheLineAndFreesEverything)
 {
+    const auto expectFailure = [](const auto& path, const WatchServices& failing, int error) {
+        logged::clear();
+        try {
+            (void)FileMonitor::create(path, failing);
+            FAIL() << "the monitor is created";
+        } catch (const std::system_error& failure) {
+            EXPECT_EQ(failure.code(), std::error_code(error, std::generic_category()));
+        }
+        EXPECT_THAT(logged::lines(), ElementsAre(startLine));
+    };
     const auto missing = folder.path() / "missing";
-    (void)failureOfCreation(missing, services()); // the system opens files of its own once
     const auto descriptors = openDescriptors();
-
-    const auto missingFile = failureOfCreation(missing, services());
-    EXPECT_EQ(missingFile.error, ENOENT);
-    EXPECT_EQ(missingFile.log, startLine);
-    EXPECT_TRUE(script->calls.empty());
+    expectFailure(missing, services(), ENOENT);
+    EXPECT_THAT(script->calls, IsEmpty());
     EXPECT_FALSE(std::filesystem::exists(missing));
 
     auto failing = services();
     failing.makeVnodeSource = [](int, VnodeEvents, Queue&) -> std::unique_ptr<VnodeSource> {
         throw std::system_error(EMFILE, std::generic_category());
     };
-    const auto noSource = failureOfCreation(file, failing);
-    EXPECT_EQ(noSource.error, EMFILE);
-    EXPECT_EQ(noSource.log, startLine);
+    expectFailure(file, failing, EMFILE);
     EXPECT_EQ(openDescriptors(), descriptors);
 
-    failing.makeVnodeSource = [](int fileDescriptor, VnodeEvents mask, Queue&) {
-        return std::make_unique<UnstartableSource>(fileDescriptor, mask);
+    failing.makeVnodeSource = [this](int, VnodeEvents, Queue&) {
+        return std::make_unique<UnstartableSource>(script);
     };
-    EXPECT_EQ(failureOfCreation(file, failing).error, EAGAIN);
-    EXPECT_TRUE(await([&] { return openDescriptors() == descriptors; }));
+    expectFailure(file, failing, EAGAIN);
+    EXPECT_THAT(
+        script->namesOfCalls(), ElementsAre("setEventHandler", "setCancelHandler", "cancel"));
+    script->runCancelHandler();
+    EXPECT_EQ(script->namesOfCalls().back(), "destroy");
+    EXPECT_EQ(openDescriptors(), descriptors);
 }
 
 } // namespace

@@ -1,18 +1,23 @@
 #include "watch/Throttle.h"
 
+#include "platform/threads/MainThread.h"
+#include "tests/fuzz/ProgramOutcomes.h"
+#include "tests/support/Await.h"
+#include "tests/support/JoiningThread.h"
 #include "tests/support/ManualClock.h"
 #include "tests/support/ManualQueue.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <cmath>
-#include <csignal>
 #include <cstdint>
+#include <functional>
 #include <limits>
 #include <memory>
 #include <ostream>
 #include <string>
-#include <thread>
 #include <vector>
 
 namespace orlimo {
@@ -223,33 +228,84 @@ TEST_F(ThrottleTest, OverlappingDecisionsKeepTheInterval)
     }
 }
 
-using ThrottleDeathTest = ThrottleTest;
+/// Has eight threads offer 500 calls each to a throttle that decides in the background. Returns how
+/// many actions ran once the others were dropped.
+int runsOfConcurrentCalls(Throttle& throttle)
+{
+    std::atomic<int> runs = 0;
+    std::atomic<int> ended = 0;
+    const auto offer = [&] {
+        const std::shared_ptr<void> token(nullptr, [&ended](void*) { ++ended; });
+        throttle.throttle([&runs, token] {
+            EXPECT_TRUE(isMainThread());
+            ++runs;
+        });
+    };
+    std::vector<JoiningThread> threads;
+    for (int thread = 0; thread < 8; ++thread) {
+        threads.emplace_back([&offer] {
+            for (int call = 0; call < 500; ++call) {
+                offer();
+            }
+        });
+    }
+    EXPECT_TRUE(await([&ended] { return ended == 8 * 500; }));
+    return runs;
+}
 
-TEST_F(ThrottleDeathTest, DelayBeyondRangeIsFatal)
+TEST(ThrottleConcurrency, ZeroDelayRunsEveryCallOfAllThreadsOnMainThread)
+{
+    std::atomic<int> mainThreadReadings = 0;
+    const auto throttle = Throttle::create(0, backgroundQueue(), mainQueue(), [&] {
+        mainThreadReadings += isMainThread() ? 1 : 0;
+        return currentUptime();
+    });
+    EXPECT_EQ(runsOfConcurrentCalls(*throttle), 8 * 500);
+    EXPECT_EQ(mainThreadReadings, 1) << "construction's; decisions are taken in the background";
+}
+
+TEST(ThrottleConcurrency, OneOfThousandsOfSimultaneousCallsIsAccepted)
+{
+    ManualClock clock;
+    const auto throttle = Throttle::create(3600, backgroundQueue(), mainQueue(), clock.function());
+    for (int round = 1; round <= 5; ++round) {
+        clock.advance(1h);
+        ASSERT_EQ(runsOfConcurrentCalls(*throttle), 1) << "round " << round;
+    }
+}
+
+// The fatal stops.
+
+void expectStop(const std::function<void()>& work, const std::string& reason)
+{
+    EXPECT_THAT(
+        work,
+        testing::Throws<FatalStopException>(testing::AllOf(
+            testing::Field(&FatalStopException::file, "watch/Throttle.cpp"),
+            testing::Field(&FatalStopException::reason, reason))));
+}
+
+TEST_F(ThrottleTest, DelayBeyondRangeIsFatal)
 {
     const double infinity = std::numeric_limits<double>::infinity();
     for (const double delay :
          {std::nan(""), infinity, -infinity, tooLongDelay, tooNegativeDelay, 1e300, -1e300})
     {
-        EXPECT_EXIT(
-            (void)throttleOf(delay),
-            testing::KilledBySignal(SIGABRT),
-            "^Orlimo stops at watch/Throttle.cpp:[0-9]+: "
-            "a throttle's delay is beyond what a time interval can hold\n")
-            << delay;
+        SCOPED_TRACE(delay);
+        expectStop(
+            [&] { (void)throttleOf(delay); },
+            "a throttle's delay is beyond what a time interval can hold");
     }
 }
 
-TEST_F(ThrottleDeathTest, AcceptedActionOutsideMainThreadIsFatal)
+TEST_F(ThrottleTest, AcceptedActionOutsideMainThreadIsFatal)
 {
     const auto throttle = openThrottle();
-    throttle->throttle([] { (void)std::fputs("the action has run\n", stderr); });
+    throttle->throttle([] { FAIL() << "the action has run"; });
     decisions.run();
-    EXPECT_EXIT(
-        std::thread([this] { main.run(); }).join(),
-        testing::KilledBySignal(SIGABRT),
-        "^Orlimo stops at watch/Throttle.cpp:[0-9]+: "
-        "an accepted call runs outside the main thread\n$");
+    JoiningThread([this] {
+        expectStop([this] { main.run(); }, "an accepted call runs outside the main thread");
+    });
 }
 
 } // namespace

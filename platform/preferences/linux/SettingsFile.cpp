@@ -46,8 +46,9 @@ struct Beginning
     QByteArray ofSettings;
     QByteArray ofKeyFile;
 };
-const std::array<Beginning, 2> beginnings{{
+const std::array<Beginning, 3> beginnings{{
     {.ofSettings = ";", .ofKeyFile = "#\1;"},              // a comment
+    {.ofSettings = "#\1", .ofKeyFile = "#\1\1"},           // one that looks like that
     {.ofSettings = "Encoding", .ofKeyFile = "%45ncoding"}, // the encoding of the file
 }};
 
@@ -86,7 +87,9 @@ SettingsFile::Contents contentsOf(const KeyFile& settings)
 {
     SettingsFile::Contents contents;
     for (const std::string& key : settings.keys(group)) {
-        contents.emplace(key, settings.value(group, key).value_or(std::string()));
+        contents.emplace(
+            converted(key, &Beginning::ofKeyFile, &Beginning::ofSettings).toStdString(),
+            settings.value(group, key).value_or(std::string()));
     }
     return contents;
 }

@@ -2,51 +2,25 @@
 
 #include "tests/capture/reference/ReferenceUnicode.h"
 
+#include <QString>
+#include <QStringList>
 #include <unicode/locid.h>
 #include <unicode/unistr.h>
-
-#include <optional>
 
 namespace orlimo {
 
 namespace {
 
-using Byte = unsigned char;
-
-std::string uppercase(const std::string& text)
+QString uppercase(const std::string& text)
 {
     std::string upper;
     icu::UnicodeString::fromUTF8(text).toUpper(icu::Locale::getRoot()).toUTF8String(upper);
-    return upper;
-}
-
-std::vector<std::string> split(const std::string& text, const std::string& separator)
-{
-    std::vector<std::string> pieces(1);
-    for (std::size_t place = 0; place < text.size();) {
-        if (text.compare(place, separator.size(), separator) == 0) {
-            pieces.emplace_back();
-            place += separator.size();
-        } else {
-            pieces.back() += text[place];
-            ++place;
-        }
-    }
-    return pieces;
-}
-
-std::string joined(const std::vector<std::string>& pieces)
-{
-    std::string whole;
-    for (const std::string& piece : pieces) {
-        whole += piece;
-    }
-    return whole;
+    return QString::fromStdString(upper);
 }
 
 unsigned nibbleOf(char character)
 {
-    const unsigned index = (static_cast<Byte>(character) & 0x1FU) ^ 0x10U;
+    const unsigned index = (static_cast<unsigned char>(character) & 0x1FU) ^ 0x10U;
     if (index <= 9) {
         return index;
     }
@@ -57,66 +31,51 @@ unsigned nibbleOf(char character)
 }
 
 /// Absent on a fatal stop.
-std::optional<std::vector<Byte>> bytesOf(const std::string& text)
+std::optional<std::string> bytesOf(const std::string& text)
 {
     const std::size_t count = referenceGraphemeClusterCount(text);
-    std::vector<Byte> bytes;
+    std::string bytes;
     for (std::size_t place = 0; place < count; place += 2) {
         if (place + 1 >= text.size()) {
             return std::nullopt;
         }
-        bytes.push_back(static_cast<Byte>(nibbleOf(text[place]) * 16 + nibbleOf(text[place + 1])));
+        bytes += static_cast<char>(nibbleOf(text[place]) * 16 + nibbleOf(text[place + 1]));
     }
     return bytes;
-}
-
-std::string textIn(const std::vector<Byte>& bytes, std::size_t first, std::size_t length)
-{
-    std::string messageText;
-    for (std::size_t place = first; place < first + length; ++place) {
-        messageText += static_cast<char>(bytes[place]);
-    }
-    return messageText;
 }
 
 } // namespace
 
 ReferenceDecoding referenceDecoding(const std::string& hexadecimalText)
 {
-    const ReferenceDecoding::Fatal fatal;
-    const auto pieces = split(uppercase(hexadecimalText), "4E53537472696E67");
+    const QStringList pieces = uppercase(hexadecimalText).split(QStringLiteral("4E53537472696E67"));
     if (pieces.size() < 2) {
-        return {fatal, {}};
+        return {.isFatal = true};
     }
-    const auto bytes = bytesOf(joined(split(pieces[1], "019584012B")));
+    const auto bytes =
+        bytesOf(QString(pieces[1]).remove(QStringLiteral("019584012B")).toStdString());
     if (!bytes || bytes->empty()) {
-        return {fatal, {}};
+        return {.isFatal = true};
     }
-    const Byte first = bytes->front();
-    if (first != 129) {
-        const std::vector<std::string> lines{"first not 129 " + std::to_string(first)};
-        if (first == 0 || bytes->size() <= first) {
-            return {fatal, lines};
-        }
-        const std::string messageText = textIn(*bytes, 1, first);
-        if (!isReferenceWellFormed(messageText)) {
-            return {ReferenceDecoding::NoText(), lines};
-        }
-        return {ReferenceDecoding::MessageText{messageText}, lines};
+    const auto byte = [&bytes](std::size_t place) -> std::size_t {
+        return static_cast<unsigned char>(bytes->at(place));
+    };
+    const bool isLong = byte(0) == 129;
+    const std::string line = isLong ? "first 129" : "first not 129 " + std::to_string(byte(0));
+    const ReferenceDecoding fatal{.lines = {line}, .isFatal = true};
+    const std::size_t start = isLong ? 3 : 1;
+    if (bytes->size() <= start) {
+        return fatal;
     }
-    const std::vector<std::string> lines{"first 129"};
-    if (bytes->size() < 3) {
-        return {fatal, lines};
+    const std::size_t length = isLong ? byte(1) + 256 * byte(2) : byte(0);
+    const std::string messageText = bytes->substr(start, length);
+    if (length == 0 || messageText.size() < length) {
+        return fatal;
     }
-    const std::size_t length = bytes->at(1) + 256U * bytes->at(2);
-    if (length == 0 || bytes->size() < length + 3) {
-        return {fatal, lines};
+    if (isReferenceWellFormed(messageText)) {
+        return {.lines = {line}, .messageText = messageText};
     }
-    const std::string messageText = textIn(*bytes, 3, length);
-    if (!isReferenceWellFormed(messageText)) {
-        return {fatal, lines};
-    }
-    return {ReferenceDecoding::MessageText{messageText}, lines};
+    return isLong ? fatal : ReferenceDecoding{.lines = {line}};
 }
 
 } // namespace orlimo

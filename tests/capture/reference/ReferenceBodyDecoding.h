@@ -1,7 +1,7 @@
 #pragma once
 
+#include <optional>
 #include <string>
-#include <variant>
 #include <vector>
 
 namespace orlimo {
@@ -9,18 +9,11 @@ namespace orlimo {
 /// The outcome of decoding a message body, by a second and deliberately simple implementation.
 struct ReferenceDecoding
 {
-    struct MessageText
-    {
-        std::string text;
-    };
-    struct NoText
-    {};
-    struct Fatal
-    {};
-
-    std::variant<MessageText, NoText, Fatal> outcome;
     /// The expected log.
-    std::vector<std::string> lines;
+    std::vector<std::string> lines{};
+    /// The text. Absent also after a fatal stop.
+    std::optional<std::string> messageText{};
+    bool isFatal = false;
 };
 
 /// Of `hexadecimalText`, which is well-formed UTF-8.
