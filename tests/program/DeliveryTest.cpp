@@ -76,11 +76,6 @@ void deliverAndExpectAll(Commits commits)
     }
 }
 
-TEST(Delivery, MissesNoneOf150Messages)
-{
-    deliverAndExpectAll(Commits::plain);
-}
-
 /// Beside three busy loops.
 class DeliveryUnderLoad : public testing::TestWithParam<Commits>
 {
