@@ -5,12 +5,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <chrono>
 #include <csignal>
-#include <memory>
+#include <filesystem>
+#include <map>
 #include <string>
-#include <vector>
 
 #include <sys/resource.h>
 
@@ -18,6 +17,8 @@ namespace orlimo {
 namespace {
 
 using namespace std::chrono_literals;
+using testing::AnyOf;
+using testing::EndsWith;
 
 constexpr const char* usersSettings =
     "[General]\ncapturingEnabled=true\nfourDigitInclude=false\nnote=not ours\n";
@@ -25,77 +26,60 @@ constexpr const char* completedSettings =
     "[General]\ncapturingEnabled=true\nfourDigitInclude=false\nloginItemEnabled=true\nnote=not "
     "ours\n";
 
-/// The program that may open no more than `limit` descriptors.
-class DescriptorLimitedProgram
+ProgramSession::Settings withDescriptors(unsigned limit)
 {
-public:
-    explicit DescriptorLimitedProgram(unsigned descriptors)
-        : limit(descriptors)
-        , session({// No window opens by itself then, for want of a tray.
-                   .arguments = {"--launched-at-login"},
-                   .beforeStart = [descriptors] {
-                       const rlimit few{descriptors, descriptors};
-                       (void)::setrlimit(RLIMIT_NOFILE, &few);
-                   }})
-    {
-        writeFile(session.preferences(), usersSettings);
-        session.startWriter();
-        session.startProgram();
-    }
+    return {// No window opens by itself then, for want of a tray.
+            .arguments = {"--launched-at-login"},
+            .beforeStart = [limit] {
+                const rlimit few{limit, limit};
+                (void)::setrlimit(RLIMIT_NOFILE, &few);
+            }};
+}
 
-    /// Waits until the program has ended, or has started as far as it comes.
-    void awaitStart()
-    {
-        EXPECT_TRUE(await([this] {
-            return !session.program().isRunning() || says("file access allowed\n") ||
-                   says("file access not allowed\n");
-        }));
-    }
+/// Whether the program has ended, or has started as far as it comes.
+bool hasStarted(ChildProcess& program)
+{
+    const std::string& output = program.output();
+    return !program.isRunning() || output.find("file access allowed\n") != std::string::npos ||
+           output.find("file access not allowed\n") != std::string::npos;
+}
 
-    void checkOutcome()
-    {
-        const testing::ScopedTrace trace(__FILE__, __LINE__, limit);
-        if (session.program().isRunning()) {
-            session.program().terminate();
-        } else {
-            const auto end = session.program().awaitEnd();
-            EXPECT_NE(session.program().errors(), "") << "ends without a word";
-            // Qt and GLib end the process with one of the two.
-            EXPECT_TRUE(end.status || end.signal == SIGABRT || end.signal == SIGTRAP)
-                << end.signal.value_or(0);
-        }
-        EXPECT_THAT(
-            contentOf(session.preferences()), testing::AnyOf(usersSettings, completedSettings));
-        if (std::filesystem::exists(session.autostartEntry())) {
-            EXPECT_THAT(contentOf(session.autostartEntry()), testing::EndsWith("Terminal=false\n"));
-        }
-        EXPECT_EQ(integrityOf(session.store()), "ok");
+void checkOutcome(ProgramSession& session)
+{
+    if (session.program().isRunning()) {
+        session.program().terminate();
+    } else {
+        const auto end = session.program().awaitEnd();
+        EXPECT_NE(session.program().errors(), "") << "ends without a word";
+        // Qt and GLib end the process with one of the two.
+        EXPECT_TRUE(end.status || end.signal == SIGABRT || end.signal == SIGTRAP)
+            << end.signal.value_or(0);
     }
-
-private:
-    [[nodiscard]] bool says(const std::string& line)
-    {
-        return session.program().output().find(line) != std::string::npos;
+    EXPECT_THAT(contentOf(session.preferences()), AnyOf(usersSettings, completedSettings));
+    if (std::filesystem::exists(session.autostartEntry())) {
+        EXPECT_THAT(contentOf(session.autostartEntry()), EndsWith("Terminal=false\n"));
     }
-
-    unsigned limit;
-    ProgramSession session;
-};
+    EXPECT_EQ(integrityOf(session.store()), "ok");
+}
 
 /// Tries every `step`th limit.
 void tryLimits(unsigned step)
 {
-    std::vector<std::unique_ptr<DescriptorLimitedProgram>> programs;
+    std::map<unsigned, ProgramSession> sessions;
     for (unsigned limit = 4; limit <= 24; limit += step) {
-        programs.push_back(std::make_unique<DescriptorLimitedProgram>(limit));
+        ProgramSession& session = sessions.try_emplace(limit, withDescriptors(limit)).first->second;
+        writeFile(session.preferences(), usersSettings);
+        session.startWriter();
+        session.startProgram();
     }
-    for (const auto& program : programs) {
-        program->awaitStart();
+    for (auto& [limit, session] : sessions) {
+        EXPECT_TRUE(await([&program = session.program()] { return hasStarted(program); })) << limit;
     }
     // What the start stores comes after what it prints.
     runEventLoop(300ms);
-    for (const auto& program : programs) {
-        program->checkOutcome();
+    for (auto& [limit, session] : sessions) {
+        const testing::ScopedTrace trace(__FILE__, __LINE__, limit);
+        checkOutcome(session);
     }
 }
 

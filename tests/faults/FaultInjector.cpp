@@ -31,65 +31,26 @@ template <typename Function> Function original(const char* name)
     return reinterpret_cast<Function>(::dlsym(RTLD_NEXT, name));
 }
 
-/// The result of a call that fails with the error of `fault`.
-int failed(const Fault& fault)
-{
-    errno = fault.error;
-    return -1;
-}
-
-/// A part of `size`, for a call that is to carry out a part of its work only.
-std::size_t partOf(std::size_t size)
-{
-    return size > 1 ? size / 2 : size;
-}
-
-/// A call that moves `size` bytes by `move`, to which it passes the limit.
-template <typename Move>
-ssize_t moved(const char* call, int descriptor, std::size_t size, Move move)
-{
-    const Fault fault = faultOf(call, targetOf(descriptor));
-    switch (fault.kind) {
-    case Fault::Kind::none:
-        return move(size);
-    case Fault::Kind::part:
-        return move(partOf(size));
-    case Fault::Kind::nothing:
-        return 0;
-    case Fault::Kind::error:
-        return failed(fault);
-    }
-    return failed(fault);
-}
-
-/// A call that `carryOut` makes unless it is to fail.
+/// What `carryOut` returns, a call on `target` that moves at most the `size` bytes that it is
+/// given, unless a rule has the call fail.
 template <typename Target, typename CarryOut>
-auto callUnlessFaulty(const char* call, const Target& target, CarryOut carryOut)
+auto callUnlessFaulty(
+    const char* call, const Target& target, CarryOut carryOut, std::size_t size = 0)
+    -> decltype(carryOut(size))
 {
     const Fault fault = faultOf(call, targetOf(target));
     switch (fault.kind) {
     case Fault::Kind::none:
+        return carryOut(size);
     case Fault::Kind::part:
-        break;
+        return carryOut(size > 1 ? size / 2 : size);
     case Fault::Kind::nothing:
-        return decltype(carryOut())(0);
+        return 0;
     case Fault::Kind::error:
-        return decltype(carryOut())(failed(fault));
+        break;
     }
-    return carryOut();
-}
-
-mode_t modeIn(va_list arguments, int flags)
-{
-    const bool creates = (flags & O_CREAT) != 0 || (flags & O_TMPFILE) == O_TMPFILE;
-    return creates ? va_arg(arguments, mode_t) : 0;
-}
-
-int opened(const char* name, const char* path, int flags, mode_t mode)
-{
-    return callUnlessFaulty("open", path, [&] {
-        return original<int (*)(const char*, int, ...)>(name)(path, flags, mode);
-    });
+    errno = fault.error;
+    return -1;
 }
 
 const char* fcntlCallName(int command)
@@ -105,33 +66,6 @@ const char* fcntlCallName(int command)
     }
 }
 
-int controlled(const char* name, int descriptor, int command, void* argument)
-{
-    return callUnlessFaulty(fcntlCallName(command), descriptor, [&] {
-        return original<int (*)(int, int, ...)>(name)(descriptor, command, argument);
-    });
-}
-
-void* mapped(
-    const char* name,
-    void* address,
-    std::size_t length,
-    int protection,
-    int flags,
-    int descriptor,
-    std::int64_t offset)
-{
-    if (descriptor >= 0) {
-        const Fault fault = faultOf("mmap", targetOf(descriptor));
-        if (fault.kind != Fault::Kind::none) {
-            (void)failed(fault);
-            return MAP_FAILED;
-        }
-    }
-    using Function = void* (*)(void*, std::size_t, int, int, int, std::int64_t);
-    return original<Function>(name)(address, length, protection, flags, descriptor, offset);
-}
-
 } // namespace
 } // namespace orlimo
 
@@ -139,50 +73,46 @@ void* mapped(
 #define ORLIMO_FAULTY(result, name, call, target, parameters, arguments)                           \
     result name parameters                                                                         \
     {                                                                                              \
-        return orlimo::callUnlessFaulty(                                                           \
-            call, target, [&] { return orlimo::original<decltype(&::name)>(#name) arguments; });   \
+        return orlimo::callUnlessFaulty(call, target, [&](size_t) {                                \
+            return orlimo::original<decltype(&::name)>(#name) arguments;                           \
+        });                                                                                        \
     }
 
 /// The same for one that moves `size` bytes and may move fewer.
 #define ORLIMO_FAULTY_MOVE(name, call, parameters, arguments)                                      \
     ssize_t name parameters                                                                        \
     {                                                                                              \
-        return orlimo::moved(call, descriptor, size, [&](size_t most) {                            \
+        const auto move = [&](size_t most) {                                                       \
             return orlimo::original<decltype(&::name)>(#name) arguments;                           \
-        });                                                                                        \
+        };                                                                                         \
+        return orlimo::callUnlessFaulty(call, descriptor, move, size);                             \
     }
 
 // NOLINTBEGIN: the C library's own names and signatures
 extern "C" {
 
+// Where a long has 64 bits, as here, files are large anyway: one function for each two names.
+static_assert(sizeof(long) == 8);
+
 int open(const char* path, int flags, ...)
 {
     va_list arguments;
     va_start(arguments, flags);
-    const mode_t mode = orlimo::modeIn(arguments, flags);
+    const bool creates = (flags & O_CREAT) != 0 || (flags & O_TMPFILE) == O_TMPFILE;
+    const mode_t mode = creates ? va_arg(arguments, mode_t) : 0;
     va_end(arguments);
-    return orlimo::opened("open", path, flags, mode);
+    return orlimo::callUnlessFaulty("open", path, [&](size_t) {
+        return orlimo::original<decltype(&::open)>("open")(path, flags, mode);
+    });
 }
-
-int open64(const char* path, int flags, ...)
-{
-    va_list arguments;
-    va_start(arguments, flags);
-    const mode_t mode = orlimo::modeIn(arguments, flags);
-    va_end(arguments);
-    return orlimo::opened("open64", path, flags, mode);
-}
+int open64(const char* path, int flags, ...) __attribute__((alias("open")));
 
 ORLIMO_FAULTY_MOVE(read, "read", (int descriptor, void* to, size_t size), (descriptor, to, most))
 ORLIMO_FAULTY_MOVE(
     write, "write", (int descriptor, const void* from, size_t size), (descriptor, from, most))
 ORLIMO_FAULTY_MOVE(
     pread, "pread", (int descriptor, void* to, size_t size, off_t at), (descriptor, to, most, at))
-ORLIMO_FAULTY_MOVE(
-    pread64,
-    "pread",
-    (int descriptor, void* to, size_t size, off64_t at),
-    (descriptor, to, most, at))
+ssize_t pread64(int descriptor, void* to, size_t size, off64_t at) __attribute__((alias("pread")));
 ORLIMO_FAULTY_MOVE(
     send,
     "send",
@@ -258,7 +188,7 @@ ORLIMO_FAULTY(
 
 int statx(int folder, const char* path, int flags, unsigned mask, struct statx* status)
 {
-    const auto carryOut = [&] {
+    const auto carryOut = [&](size_t) {
         return orlimo::original<decltype(&::statx)>("statx")(folder, path, flags, mask, status);
     };
     const bool asksDescriptor = path == nullptr || *path == '\0';
@@ -272,28 +202,22 @@ int fcntl(int descriptor, int command, ...)
     va_start(arguments, command);
     void* const argument = va_arg(arguments, void*);
     va_end(arguments);
-    return orlimo::controlled("fcntl", descriptor, command, argument);
+    return orlimo::callUnlessFaulty(orlimo::fcntlCallName(command), descriptor, [&](size_t) {
+        return orlimo::original<decltype(&::fcntl)>("fcntl")(descriptor, command, argument);
+    });
 }
-
-int fcntl64(int descriptor, int command, ...)
-{
-    va_list arguments;
-    va_start(arguments, command);
-    void* const argument = va_arg(arguments, void*);
-    va_end(arguments);
-    return orlimo::controlled("fcntl64", descriptor, command, argument);
-}
+int fcntl64(int descriptor, int command, ...) __attribute__((alias("fcntl")));
 
 void* mmap(void* address, size_t length, int protection, int flags, int descriptor, off_t offset)
 {
-    return orlimo::mapped("mmap", address, length, protection, flags, descriptor, offset);
+    const auto map = [&](size_t) {
+        return reinterpret_cast<intptr_t>(orlimo::original<decltype(&::mmap)>("mmap")(
+            address, length, protection, flags, descriptor, offset));
+    };
+    return reinterpret_cast<void*>(
+        descriptor < 0 ? map(0) : orlimo::callUnlessFaulty("mmap", descriptor, map));
 }
-
-void* mmap64(
-    void* address, size_t length, int protection, int flags, int descriptor, off64_t offset)
-{
-    return orlimo::mapped("mmap64", address, length, protection, flags, descriptor, offset);
-}
+void* mmap64(void*, size_t, int, int, int, off64_t) __attribute__((alias("mmap")));
 
 int pthread_create(
     pthread_t* thread, const pthread_attr_t* attributes, void* (*body)(void*), void* argument)

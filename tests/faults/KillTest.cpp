@@ -1,10 +1,13 @@
 #include "tests/program/ProgramSession.h"
 #include "tests/support/Await.h"
 #include "tests/support/StoreIntegrity.h"
+#include "tests/support/process/OutputCapture.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
@@ -68,7 +71,7 @@ std::vector<std::string> stagesFrom(const std::optional<Preferences>& before)
 }
 
 /// What a user's configuration may look like when the program starts.
-const std::vector<std::optional<Preferences>> knownPreferences{
+const std::array<std::optional<Preferences>, 5> knownPreferences{
     std::nullopt,
     Preferences{{"note", "not ours"}},
     Preferences{{"fourDigitInclude", "false"}, {"note", "not ours"}},
@@ -81,7 +84,7 @@ constexpr const char* olderEntry = "[Desktop Entry]\nType=Application\nName=Orli
                                    "Exec=/usr/bin/orlimo --launched-at-login\n";
 constexpr const char* usersMark = "Hidden=true\n";
 
-const std::vector<std::optional<std::string>> knownEntries{
+const std::array<std::optional<std::string>, 3> knownEntries{
     std::nullopt,
     olderEntry,
     std::string(olderEntry) + usersMark,
@@ -100,20 +103,15 @@ protected:
         entry = presentContentOf(session.autostartEntry()).value_or("");
     }
 
-    [[nodiscard]] unsigned pick(unsigned below)
+    [[nodiscard]] std::size_t pick(std::size_t below)
     {
-        return std::uniform_int_distribution<unsigned>(0, below - 1)(dice);
-    }
-
-    template <typename Choice> [[nodiscard]] const Choice& oneOf(const std::vector<Choice>& choices)
-    {
-        return choices[pick(static_cast<unsigned>(choices.size()))];
+        return std::uniform_int_distribution<std::size_t>(0, below - 1)(dice);
     }
 
     void makeConfiguration()
     {
-        preferencesBefore = oneOf(knownPreferences);
-        entryBefore = oneOf(knownEntries);
+        preferencesBefore = knownPreferences[pick(knownPreferences.size())];
+        entryBefore = knownEntries[pick(knownEntries.size())];
         put(session.preferences(),
             preferencesBefore ? std::optional(fileOf(*preferencesBefore)) : std::nullopt);
         put(session.autostartEntry(), entryBefore);
@@ -139,13 +137,13 @@ protected:
     {
         session.startProgram();
         // A start takes less than that, so that every part of it is met.
-        const auto moment = std::chrono::steady_clock::now() +
-                            std::chrono::microseconds(pick(static_cast<unsigned>(150'000)));
+        const auto moment =
+            std::chrono::steady_clock::now() + std::chrono::microseconds(pick(150'000));
         do {
             session.writer().writeLine("text Code " + std::to_string(100'000 + sent++));
             std::this_thread::sleep_for(std::chrono::microseconds(pick(3000)));
         } while (std::chrono::steady_clock::now() < moment);
-        const unsigned whom = pick(4);
+        const std::size_t whom = pick(4);
         if (whom != 0) {
             session.program().signal(SIGKILL);
             EXPECT_EQ(session.program().awaitEnd().signal, SIGKILL);
@@ -159,12 +157,8 @@ protected:
     /// What the writer has reported to be committed.
     void countCommits()
     {
-        const std::string& responses = session.writer().output();
-        for (auto at = responses.find("committed"); at != std::string::npos;
-             at = responses.find("committed", at + 1))
-        {
-            ++committed;
-        }
+        const auto isCommit = [](const auto& line) { return line.starts_with("committed"); };
+        committed += std::ranges::count_if(linesOf(session.writer().output()), isCommit);
     }
 
     void expectWholeStore()
@@ -246,7 +240,7 @@ protected:
     std::optional<Preferences> preferencesBefore;
     std::optional<std::string> entryBefore;
     int sent = 0;
-    int committed = 0;
+    std::ptrdiff_t committed = 0;
 };
 
 TEST_F(KillTest, LeavesStoreAndConfigurationWhole)

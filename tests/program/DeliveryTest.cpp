@@ -14,12 +14,6 @@
 namespace orlimo {
 namespace {
 
-/// A code of six digits that no other message of the run has.
-std::string codeOf(std::size_t run, int round)
-{
-    return std::to_string(100000 + static_cast<int>(run) * 1000 + round);
-}
-
 /// What the writer does for each message.
 enum class Commits {
     plain,
@@ -56,7 +50,10 @@ void deliverAndExpectAll(Commits commits)
         writeFile(
             delays.path() / std::to_string(run), std::to_string(1050 + run * 2450 / (runs - 1)));
     }
-    int captured = 0;
+    // Six digits that no other message has.
+    const auto codeOf = [](std::size_t run, int round) {
+        return std::to_string(100000 + static_cast<int>(run) * 1000 + round);
+    };
     for (int round = 0; round < rounds; ++round) {
         const std::string kind = round % 3 == 2 ? "body " : "text ";
         for (std::size_t run = 0; run < runs; ++run) {
@@ -75,15 +72,8 @@ void deliverAndExpectAll(Commits commits)
             ASSERT_FALSE(lines.empty()) << "run " << run << ", round " << round;
             EXPECT_EQ(lines.back(), ProgramSession::reactionPrefix + codeOf(run, round))
                 << "run " << run << ", round " << round;
-            captured += lines.back() == ProgramSession::reactionPrefix + codeOf(run, round) ? 1 : 0;
         }
     }
-    EXPECT_EQ(captured, static_cast<int>(runs) * rounds);
-}
-
-TEST(Delivery, MissesNoneOf150Messages)
-{
-    deliverAndExpectAll(Commits::plain);
 }
 
 /// Beside three busy loops.

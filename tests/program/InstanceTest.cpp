@@ -1,4 +1,3 @@
-#include "tests/desktop/sessions/x11/XServer.h"
 #include "tests/program/ApplicationCaller.h"
 #include "tests/program/ProgramSession.h"
 #include "tests/support/BuiltPrograms.h"
@@ -6,7 +5,9 @@
 #include "tests/support/process/OutputCapture.h"
 #include "tests/support/process/ParentDeathSignal.h"
 
+#include <QDBusError>
 #include <QDBusPendingCall>
+#include <QStringList>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -15,20 +16,14 @@
 #include <csignal>
 #include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace orlimo {
 namespace {
 
 using testing::HasSubstr;
 using testing::Not;
-
-/// How a program has ended, and what it said.
-struct ExitResult
-{
-    std::optional<int> status;
-    std::string output;
-    std::string errors;
-};
 
 /// The line that the program prints each time its window opens.
 constexpr const char* appearLine = "Opened PopupWindow : APPEAR";
@@ -42,56 +37,44 @@ constexpr const char* silentLine =
 /// the bus lets it wait.
 constexpr std::chrono::seconds tooLong{16};
 
-ExitResult endOf(ChildProcess& process, std::chrono::seconds limit = defaultTimeout)
-{
-    const auto end = process.awaitEnd(limit);
-    return {end.status, process.output(), process.errors()};
-}
-
 /// Starts of the program in one session: a bus, but no screen.
 class Instance : public testing::Test
 {
 protected:
-    [[nodiscard]] ProgramSession::Settings
-    onBus(std::vector<std::string> arguments = {}, const std::string& platform = "offscreen") const
+    [[nodiscard]] ProgramSession::Settings onBus(std::vector<std::string> arguments = {}) const
     {
         return {
             .arguments = std::move(arguments),
             .environment =
-                {{"DBUS_SESSION_BUS_ADDRESS", bus.address()}, {"QT_QPA_PLATFORM", platform}},
+                {{"DBUS_SESSION_BUS_ADDRESS", bus.address()}, {"QT_QPA_PLATFORM", "offscreen"}},
             .beforeStart = dieWithParent};
     }
 
-    /// Starts the program anew in a home of its own and waits until it ends.
-    [[nodiscard]] ExitResult startAgain(std::vector<std::string> arguments = {}) const
+    /// Starts the program anew in a home of its own and expects it to end like this.
+    void expectSecondStart(
+        int status, const std::string& errors, std::vector<std::string> arguments = {}) const
     {
-        // No screen either: a second instance works without a display.
-        ProgramSession session(onBus(std::move(arguments), "none"));
+        auto settings = onBus(std::move(arguments));
+        settings.environment["QT_QPA_PLATFORM"] = "none"; // it works without a display
+        ProgramSession session(std::move(settings));
         session.startProgram();
-        return endOf(session.program());
+        EXPECT_EQ(session.program().awaitEnd().status, status);
+        EXPECT_EQ(session.program().output(), "");
+        EXPECT_EQ(session.program().errors(), errors);
     }
 
-    /// Has the desktops' own tool do something on the bus.
-    [[nodiscard]] ExitResult useTool(const std::vector<std::string>& arguments) const
+    /// Calls a method of the running program and waits for the reply.
+    [[nodiscard]] QDBusPendingCall
+    call(const std::string& method, const QVariantList& arguments) const
     {
-        ChildProcess tool(
-            "/usr/bin/gdbus",
-            {.arguments = arguments, .environment = {{"DBUS_SESSION_BUS_ADDRESS", bus.address()}}});
-        return endOf(tool, toolTimeout);
+        const auto reply = caller.call(method, arguments);
+        EXPECT_TRUE(await([&reply] { return reply.isFinished(); }));
+        return reply;
     }
 
-    /// Calls a method of the running program.
-    [[nodiscard]] ExitResult
-    call(const std::string& method, const std::vector<std::string>& rest) const
+    [[nodiscard]] QDBusPendingCall callAction(const QString& action) const
     {
-        std::vector<std::string> arguments{
-            "call",
-            "--session",
-            "--dest=app.orlimo.Orlimo",
-            "--object-path=/app/orlimo/Orlimo",
-            "--method=org.freedesktop.Application." + method};
-        arguments.insert(arguments.end(), rest.begin(), rest.end());
-        return useTool(arguments);
+        return call("ActivateAction", {action, QVariant(QVariantList()), QVariantMap()});
     }
 
     static long timesOpened(ProgramSession& session)
@@ -105,42 +88,28 @@ protected:
         return await([&session] { return timesOpened(session) == 1; });
     }
 
-    /// Whether further starts in this session show the program of `session`.
-    [[nodiscard]] bool isSoleInstance(ProgramSession& session) const
+    /// Expects that a further start in this session shows the program of `session`.
+    void expectSoleInstance(ProgramSession& session) const
     {
-        const ExitResult again = startAgain();
-        return again.status == 0 && again.errors == shownLine && awaitOpened(session);
+        expectSecondStart(0, shownLine);
+        EXPECT_TRUE(awaitOpened(session));
+        EXPECT_TRUE(session.program().isRunning());
     }
 
     TemporaryFolder folder;
     MessageBus bus{folder.path()};
+    ApplicationCaller caller{bus.address()};
 };
 
-TEST_F(Instance, SecondStartShowsRunningInstance)
-{
-    ProgramSession first(onBus());
-    first.start();
-    const ExitResult second = startAgain();
-    EXPECT_EQ(second.status, 0);
-    EXPECT_EQ(second.output, "");
-    EXPECT_EQ(second.errors, shownLine);
-    EXPECT_TRUE(awaitOpened(first));
-    EXPECT_TRUE(first.program().isRunning());
-}
-
-TEST_F(Instance, SecondLoginStartLeavesRunningInstanceAlone)
+TEST_F(Instance, SecondLoginStartLeavesRunningInstanceAloneAndSecondStartShowsIt)
 {
     ProgramSession first(onBus({"--launched-at-login"}));
     first.start();
-    const ExitResult second = startAgain({"--launched-at-login"});
-    EXPECT_EQ(second.status, 0);
-    EXPECT_EQ(second.output, "");
-    EXPECT_EQ(second.errors, "");
-
+    expectSecondStart(0, "", {"--launched-at-login"});
     // Anything that the login start had requested would have happened before this is refused.
-    EXPECT_NE(call("ActivateAction", {"dance", "[]", "{}"}).status, 0);
+    EXPECT_TRUE(callAction(QStringLiteral("dance")).isError());
     EXPECT_EQ(timesOpened(first), 0);
-    EXPECT_TRUE(isSoleInstance(first));
+    expectSoleInstance(first);
 }
 
 /// How many starts come at once.
@@ -165,14 +134,13 @@ TEST_P(SimultaneousStarts, LeaveOneInstanceRunning)
     ASSERT_NE(one, programs.end());
     for (const auto& program : programs) {
         if (program != *one) {
-            const ExitResult other = endOf(*program);
-            EXPECT_EQ(other.status, 0);
-            EXPECT_EQ(other.output, "");
-            EXPECT_EQ(other.errors, shownLine);
+            EXPECT_EQ(program->awaitEnd().status, 0);
+            EXPECT_EQ(program->output(), "");
+            EXPECT_EQ(program->errors(), shownLine);
         }
     }
     EXPECT_TRUE(await([&] { return (*one)->output().find(appearLine) != std::string::npos; }));
-    EXPECT_EQ(startAgain().errors, shownLine);
+    expectSecondStart(0, shownLine);
     EXPECT_TRUE((*one)->isRunning());
 }
 
@@ -190,31 +158,10 @@ TEST_F(Instance, FrozenInstanceIsNotWaitedForAndOpensOnceItGoesOn)
     first.start();
     first.program().signal(SIGSTOP);
     const auto before = std::chrono::steady_clock::now();
-    const ExitResult second = startAgain();
+    expectSecondStart(1, silentLine);
     EXPECT_LT(std::chrono::steady_clock::now() - before, tooLong);
-    EXPECT_EQ(second.status, 1);
-    EXPECT_EQ(second.output, "");
-    EXPECT_EQ(second.errors, silentLine);
-    EXPECT_EQ(startAgain({"--launched-at-login"}).status, 0);
+    expectSecondStart(0, "", {"--launched-at-login"});
     first.program().signal(SIGCONT);
-    EXPECT_TRUE(awaitOpened(first));
-}
-
-TEST_F(Instance, StartingInstanceOpensOnceItHasStarted)
-{
-    const XServer server;
-    auto settings = onBus({}, "xcb");
-    settings.environment["DISPLAY"] = server.display();
-    server.freeze();
-    ProgramSession first(std::move(settings));
-    first.startWriter();
-    first.startProgram();
-    ASSERT_EQ(useTool({"wait", "--session", "app.orlimo.Orlimo"}).status, 0);
-    const ExitResult second = startAgain();
-    EXPECT_EQ(second.status, 0);
-    EXPECT_EQ(second.errors, shownLine);
-    EXPECT_EQ(first.program().output(), "");
-    server.thaw();
     EXPECT_TRUE(awaitOpened(first));
 }
 
@@ -222,7 +169,7 @@ TEST_F(Instance, EndedInstanceIsReplaced)
 {
     ProgramSession first(onBus());
     first.start();
-    EXPECT_EQ(call("ActivateAction", {"quit", "[]", "{}"}).status, 0);
+    EXPECT_FALSE(callAction(QStringLiteral("quit")).isError());
     EXPECT_EQ(first.program().awaitEnd().status, 0);
 
     ProgramSession second(onBus());
@@ -232,7 +179,7 @@ TEST_F(Instance, EndedInstanceIsReplaced)
 
     ProgramSession third(onBus());
     third.start();
-    EXPECT_TRUE(isSoleInstance(third));
+    expectSoleInstance(third);
 }
 
 TEST_F(Instance, SideBySideInstanceIsNeverTheSoleOne)
@@ -243,7 +190,7 @@ TEST_F(Instance, SideBySideInstanceIsNeverTheSoleOne)
     first.start();
     ProgramSession after(onBus({"--side-by-side", "--launched-at-login"}));
     after.start();
-    EXPECT_TRUE(isSoleInstance(first));
+    expectSoleInstance(first);
     EXPECT_EQ(timesOpened(before), 0);
     EXPECT_EQ(timesOpened(after), 0);
 }
@@ -293,90 +240,67 @@ TEST_F(Instance, LoginStartWaitsForASlowBus)
     EXPECT_EQ(session.program().output(), "");
     bus.thaw();
     EXPECT_TRUE(session.program().awaitLine("file access allowed"));
-    EXPECT_TRUE(isSoleInstance(session));
+    expectSoleInstance(session);
 }
 
-/// A bus that was requested to start the program, and holds the call until it has.
-class DBusActivatedInstance : public Instance
+TEST_F(Instance, StartedByTheBusShowsItself)
 {
-protected:
-    [[nodiscard]] static bool awaitReply(const QDBusPendingCall& call)
-    {
-        return await([&call] { return call.isFinished(); }) && !call.isError();
-    }
+    // What the bus starts only notes that: the program itself ends with the test that started it.
+    const auto program = folder.path() / "orlimo";
+    const auto note = folder.path() / "started";
+    writeFile(program, "#!/bin/sh\necho \"$# arguments\" >'" + note.string() + "'\n");
+    std::filesystem::permissions(program, std::filesystem::perms::owner_all);
+    auto service = QString::fromStdString(contentOf(ORLIMO_SERVICE_TEMPLATE));
+    service.replace(
+        QStringLiteral("@CMAKE_INSTALL_FULL_BINDIR@"),
+        QString::fromStdString(folder.path().string()));
+    service.replace(QStringLiteral("@ORLIMO_IDENTIFIER@"), QStringLiteral("app.orlimo.Orlimo"));
+    writeFile(bus.servicesFolder() / "app.orlimo.Orlimo.service", service.toStdString());
 
-    /// Installs the service and calls `method`, for which the bus starts it.
-    [[nodiscard]] QDBusPendingCall call(const std::string& method, const QVariantList& arguments)
-    {
-        // What the bus starts only notes that: the program itself ends with the test that started
-        // it.
-        const auto programs = folder.path() / "bin";
-        const auto started = folder.path() / "started";
-        writeFile(
-            programs / "orlimo", "#!/bin/sh\necho \"$# arguments\" >'" + started.string() + "'\n");
-        std::filesystem::permissions(programs / "orlimo", std::filesystem::perms::owner_all);
-        auto service = QString::fromStdString(contentOf(ORLIMO_SERVICE_TEMPLATE));
-        service.replace(
-            QStringLiteral("@CMAKE_INSTALL_FULL_BINDIR@"),
-            QString::fromStdString(programs.string()));
-        service.replace(QStringLiteral("@ORLIMO_IDENTIFIER@"), QStringLiteral("app.orlimo.Orlimo"));
-        writeFile(bus.servicesFolder() / "app.orlimo.Orlimo.service", service.toStdString());
-
-        // Not by the tool, which begins with another call.
-        const auto reply = caller.call(method, arguments);
-        EXPECT_TRUE(await([&started] {
-            return std::filesystem::exists(started) && contentOf(started) == "0 arguments\n";
-        }));
-        return reply;
-    }
-
-private:
-    ApplicationCaller caller{bus.address()};
-};
-
-TEST_F(DBusActivatedInstance, IsShown)
-{
-    const auto reply = call("Activate", {QVariantMap()});
+    // The bus holds the call until the program is there.
+    const auto reply = caller.call("Activate", {QVariantMap()});
+    EXPECT_TRUE(await(
+        [&note] { return std::filesystem::exists(note) && contentOf(note) == "0 arguments\n"; }));
     ProgramSession first(onBus());
     first.start();
     EXPECT_TRUE(awaitOpened(first));
-    EXPECT_TRUE(awaitReply(reply));
+    EXPECT_TRUE(await([&reply] { return reply.isFinished(); }));
+    EXPECT_FALSE(reply.isError());
     EXPECT_THAT(first.program().errors(), Not(HasSubstr("orlimo:")));
 }
 
-/// The arguments with which each method of the interface shows the program.
-class InstanceCall : public Instance, public testing::WithParamInterface<std::vector<std::string>>
-{};
-
-TEST_P(InstanceCall, ShowsTheProgram)
+TEST_F(Instance, EachMethodOfTheInterfaceShowsIt)
 {
-    ProgramSession first(onBus());
-    first.start();
-    const auto& arguments = GetParam();
-    const ExitResult made = call(arguments.front(), {arguments.begin() + 1, arguments.end()});
-    EXPECT_EQ(made.status, 0) << made.errors;
-    EXPECT_EQ(made.output, "()\n");
-    EXPECT_TRUE(awaitOpened(first));
+    const QVariantMap platformData{
+        {QStringLiteral("activation-token"), QStringLiteral("a")},
+        {QStringLiteral("desktop-startup-id"), QStringLiteral("b")},
+        {QStringLiteral("other"), 3}};
+    const QStringList files{QStringLiteral("file:///tmp/a"), QStringLiteral("b")};
+    const QVariantList parameter{1, QStringLiteral("x")};
+    const std::vector<std::pair<const char*, QVariantList>> calls{
+        {"Activate", {platformData}},
+        {"Open", {files, QVariantMap()}},
+        {"ActivateAction", {QStringLiteral("open"), QVariant(parameter), QVariantMap()}},
+    };
+    for (const auto& [method, arguments] : calls) {
+        SCOPED_TRACE(method);
+        ProgramSession first(onBus());
+        first.start();
+        const auto made = call(method, arguments);
+        EXPECT_FALSE(made.isError()) << made.error().message().toStdString();
+        EXPECT_TRUE(made.reply().arguments().isEmpty());
+        EXPECT_TRUE(awaitOpened(first));
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Methods,
-    InstanceCall,
-    testing::Values(
-        std::vector<std::string>{
-            "Activate", "{'activation-token': <'a'>, 'desktop-startup-id': <'b'>, 'other': <3>}"},
-        std::vector<std::string>{"Open", "['file:///tmp/a', 'b']", "{}"},
-        std::vector<std::string>{"ActivateAction", "open", "[<1>, <'x'>]", "{}"}));
 
 TEST_F(Instance, UnknownRequestsAreRefused)
 {
     ProgramSession first(onBus());
     first.start();
-    const ExitResult action = call("ActivateAction", {"dance", "[]", "{}"});
-    EXPECT_NE(action.status, 0);
-    EXPECT_THAT(action.errors, HasSubstr("org.freedesktop.DBus.Error.InvalidArgs"));
-    EXPECT_THAT(action.errors, HasSubstr("there is no action \"dance\""));
-    EXPECT_THAT(call("Dance", {}).errors, HasSubstr("org.freedesktop.DBus.Error.UnknownMethod"));
+    const auto action = callAction(QStringLiteral("dance"));
+    EXPECT_EQ(action.error().type(), QDBusError::InvalidArgs);
+    EXPECT_THAT(action.error().message().toStdString(), HasSubstr("there is no action \"dance\""));
+    EXPECT_EQ(call("Dance", {}).error().type(), QDBusError::UnknownMethod);
 }
 
 } // namespace

@@ -19,16 +19,6 @@ namespace {
 /// A little more than the 1.6 seconds for which the program's throttle is closed.
 constexpr std::chrono::milliseconds throttleInterval(1700);
 
-/// Writes a user database in which the user who runs the test lives in `home`.
-void writeUserDatabase(const std::filesystem::path& folder, const std::filesystem::path& home)
-{
-    const std::string user = std::to_string(::getuid());
-    const std::string group = std::to_string(::getgid());
-    writeFile(
-        folder / "passwd", "user:x:" + user + ":" + group + "::" + home.string() + ":/bin/sh\n");
-    writeFile(folder / "group", "user:x:" + group + ":\n");
-}
-
 } // namespace
 
 std::vector<std::string> ProgramSession::startUpLines()
@@ -49,7 +39,13 @@ ProgramSession::ProgramSession(Settings sessionSettings)
     std::filesystem::create_directories(store().parent_path());
     std::filesystem::create_directories(home() / ".config");
     makePrivateFolder(home() / ".runtime");
-    writeUserDatabase(folder.path() / "users", home());
+    // The user who runs the test lives in this home.
+    const std::string group = std::to_string(::getgid());
+    writeFile(
+        users() / "passwd",
+        "user:x:" + std::to_string(::getuid()) + ":" + group + "::" + home().string() +
+            ":/bin/sh\n");
+    writeFile(users() / "group", "user:x:" + group + ":\n");
     if (settings.diskAccess == DiskAccess::granted) {
         std::filesystem::create_directories(home() / "Library/Containers/com.apple.stocks");
     }
@@ -59,13 +55,9 @@ void ProgramSession::start()
 {
     startWriter();
     startProgram();
-    std::vector<std::string> lines;
-    while (lines.size() < startUpLines().size()) {
-        const auto line = program().readLine();
-        ASSERT_TRUE(line) << "the program ended: " << program().errors();
-        lines.push_back(*line);
+    for (const std::string& line : startUpLines()) {
+        ASSERT_EQ(program().readLine(), line) << program().errors();
     }
-    ASSERT_EQ(lines, startUpLines());
     lastReaction = std::chrono::steady_clock::now();
 }
 
@@ -105,8 +97,8 @@ std::map<std::string, std::optional<std::string>> ProgramSession::environment() 
     auto variables = preloadEnvironment({"libnss_wrapper.so", ORLIMO_SYSLOG_RECORDER});
     variables.insert({
         {"HOME", home().string()},
-        {"NSS_WRAPPER_GROUP", (folder.path() / "users/group").string()},
-        {"NSS_WRAPPER_PASSWD", (folder.path() / "users/passwd").string()},
+        {"NSS_WRAPPER_GROUP", (users() / "group").string()},
+        {"NSS_WRAPPER_PASSWD", (users() / "passwd").string()},
         {"ORLIMO_RECORDED_SYSLOG", recordedLog().string()},
         {"XDG_CONFIG_HOME", (home() / ".config").string()},
         {"XDG_RUNTIME_DIR", (home() / ".runtime").string()},

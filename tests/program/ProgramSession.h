@@ -55,7 +55,6 @@ public:
     /// Starts the writer alone: the store and its log exist from then on.
     void startWriter();
 
-    /// Starts the program alone.
     void startProgram();
 
     /// Has the writer carry out a command that stores a message, and returns when it is committed.
@@ -112,6 +111,7 @@ public:
 private:
     [[nodiscard]] std::map<std::string, std::optional<std::string>> environment() const;
 
+    [[nodiscard]] std::filesystem::path users() const { return folder.path() / "users"; }
     [[nodiscard]] std::filesystem::path recordedLog() const { return folder.path() / "syslog"; }
 
     TemporaryFolder folder;

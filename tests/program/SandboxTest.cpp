@@ -38,50 +38,19 @@ std::vector<std::string> sandboxLauncher(const std::filesystem::path& folder)
     return command;
 }
 
-/// Whether the system lets this process make a sandbox.
-bool canSandbox(const std::vector<std::string>& launcher)
+TEST(SandboxedProgram, RequestsAStartAtLoginFromThePortalAndLogsALateRefusal)
 {
+    const TemporaryFolder folder;
+    const auto launcher = sandboxLauncher(folder.path());
     std::vector<std::string> arguments(launcher.begin() + 1, launcher.end());
     arguments.emplace_back("/usr/bin/true");
-    return ChildProcess(launcher.front(), {.arguments = arguments}).awaitEnd().status == 0;
-}
-
-/// The program inside a Flatpak's sandbox, on a bus with a portal that does what the test says.
-class SandboxedProgram : public testing::Test
-{
-protected:
-    void SetUp() override
-    {
-        if (!canSandbox(launcher)) {
-            GTEST_SKIP() << "this process may not make a sandbox";
-        }
+    if (ChildProcess(launcher.front(), {.arguments = arguments}).awaitEnd().status != 0) {
+        GTEST_SKIP() << "this process may not make a sandbox";
     }
-
-    [[nodiscard]] ProgramSession::Settings settings() const
-    {
-        return {
-            .environment = {{"DBUS_SESSION_BUS_ADDRESS", bus.address()}},
-            .launcher = launcher,
-        };
-    }
-
-    static void expectToWork(ProgramSession& session)
-    {
-        session.awaitOpenThrottle();
-        session.deliver("text Your code is 482913.");
-        EXPECT_EQ(
-            session.readReaction(), ProgramSession::reactionTo("Your code is 482913.", "482913"));
-    }
-
-    TemporaryFolder folder;
-    MessageBus bus{folder.path()};
-    std::vector<std::string> launcher = sandboxLauncher(folder.path());
-};
-
-TEST_F(SandboxedProgram, RequestsAStartAtLoginFromThePortal)
-{
+    const MessageBus bus(folder.path());
     ScriptedPortal portal(bus.address());
-    ProgramSession session(settings());
+    ProgramSession session(
+        {.environment = {{"DBUS_SESSION_BUS_ADDRESS", bus.address()}}, .launcher = launcher});
     session.start();
     ASSERT_TRUE(await([&] { return !portal.requests().empty(); }));
     const auto& options = portal.requests().front().options;
@@ -91,21 +60,16 @@ TEST_F(SandboxedProgram, RequestsAStartAtLoginFromThePortal)
         (QStringList{QStringLiteral("orlimo"), QStringLiteral("--launched-at-login")}));
     EXPECT_FALSE(std::filesystem::exists(session.autostartEntry()));
     EXPECT_THAT(session.systemLog(), IsEmpty());
-}
 
-TEST_F(SandboxedProgram, LogsALateRefusalAndGoesOn)
-{
-    ScriptedPortal portal(bus.address());
-    ProgramSession session(settings());
-    session.start();
-    ASSERT_TRUE(await([&] { return !portal.requests().empty(); }));
     portal.respond(portal.requests().front(), 1, {});
     EXPECT_TRUE(awaitWithPolling([&] { return !session.systemLog().empty(); }));
     EXPECT_THAT(
         session.systemLog(),
         ElementsAre(EndsWith("[app.orlimo.Orlimo.LaunchAtLogin:main] Failed to enable launch at "
                              "login: org.freedesktop.portal.Background: Operation canceled")));
-    expectToWork(session);
+    session.awaitOpenThrottle();
+    session.deliver("text Your code is 482913.");
+    EXPECT_EQ(session.readReaction(), ProgramSession::reactionTo("Your code is 482913.", "482913"));
     EXPECT_THAT(session.systemLog(), testing::SizeIs(1));
 }
 

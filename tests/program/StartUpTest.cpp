@@ -34,32 +34,27 @@ TEST(StartUp, WithoutMessagesFolderSaysSoStaysAliveAndMakesNone)
     EXPECT_FALSE(std::filesystem::exists(session.store().parent_path()));
 }
 
-/// What the user's settings hold before the start, and after it.
-class StoredAtTheStart : public testing::TestWithParam<std::pair<std::string, std::string>>
-{};
-
-TEST_P(StoredAtTheStart, AbsentPreferencesAreAddedAndTheLoginItemIsMade)
+TEST(StartUp, AddsAbsentPreferencesAndMakesTheLoginItem)
 {
-    ProgramSession session;
-    if (!GetParam().first.empty()) {
-        writeFile(session.preferences(), "[General]\n" + GetParam().first);
+    const std::string stored = "[General]\nfourDigitInclude=false\nloginItemEnabled=false\n";
+    for (const bool isFirstStart : {true, false}) {
+        ProgramSession session;
+        if (!isFirstStart) {
+            writeFile(session.preferences(), stored);
+        }
+        session.start();
+
+        EXPECT_TRUE(await([&] { return std::filesystem::exists(session.autostartEntry()); }));
+        EXPECT_EQ(
+            contentOf(session.preferences()),
+            isFirstStart
+                ? "[General]\ncapturingEnabled=true\nfourDigitInclude=true\nloginItemEnabled=true\n"
+                : "[General]\ncapturingEnabled=true\nfourDigitInclude=false\n"
+                  "loginItemEnabled=false\n");
+        EXPECT_THAT(session.systemLog(), IsEmpty());
+        EXPECT_EQ(session.program().errors(), "");
     }
-    session.start();
-
-    EXPECT_TRUE(await([&] { return std::filesystem::exists(session.autostartEntry()); }));
-    EXPECT_EQ(contentOf(session.preferences()), "[General]\n" + GetParam().second);
-    EXPECT_THAT(session.systemLog(), IsEmpty());
-    EXPECT_EQ(session.program().errors(), "");
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Preferences,
-    StoredAtTheStart,
-    testing::Values(
-        std::pair("", "capturingEnabled=true\nfourDigitInclude=true\nloginItemEnabled=true\n"),
-        std::pair(
-            "fourDigitInclude=false\nloginItemEnabled=false\n",
-            "capturingEnabled=true\nfourDigitInclude=false\nloginItemEnabled=false\n")));
 
 TEST(StartUp, StreamsClosedAtTheStartAreNeverThoseOfTheStore)
 {
@@ -77,38 +72,25 @@ TEST(StartUp, StreamsClosedAtTheStartAreNeverThoseOfTheStore)
     }
 }
 
-/// How the program ends that is given these arguments, where there is no display.
-class Usage : public testing::Test
+TEST(StartUp, WithoutADisplayPrintsVersionAndRefusesUnknownArgument)
 {
-protected:
-    ChildProcess::End run(const std::string& argument)
-    {
-        session.emplace(ProgramSession::Settings{
-            .arguments = {argument},
-            .environment = {
-                {"DISPLAY", std::nullopt},
-                {"QT_QPA_PLATFORM", "xcb"},
-                {"WAYLAND_DISPLAY", std::nullopt}}});
-        session->startProgram();
-        return session->program().awaitEnd();
-    }
-
-    std::optional<ProgramSession> session;
-};
-
-TEST_F(Usage, VersionIsPrintedWithoutADisplay)
-{
-    EXPECT_EQ(run("--version").status, 0);
-    EXPECT_THAT(session->program().output(), MatchesRegex("Orlimo [0-9]+\\.[0-9]+\\.[0-9]+\n"));
-    EXPECT_EQ(session->program().errors(), "");
-}
-
-TEST_F(Usage, UnknownArgumentIsRefusedBeforeAnythingIsStored)
-{
-    EXPECT_EQ(run("--bogus").status, 2);
-    EXPECT_EQ(session->program().output(), "");
-    EXPECT_THAT(session->program().errors(), HasSubstr("\"--bogus\""));
-    EXPECT_FALSE(std::filesystem::exists(session->preferences()));
+    const auto run = [](const std::string& argument) {
+        // Without a display, Qt would end the program when it starts.
+        ProgramSession session(
+            {.arguments = {argument}, .environment = {{"QT_QPA_PLATFORM", "xcb"}}});
+        session.startProgram();
+        const auto end = session.program().awaitEnd();
+        EXPECT_FALSE(std::filesystem::exists(session.preferences()));
+        return ToolResult{end.status, session.program().output(), session.program().errors()};
+    };
+    const ToolResult version = run("--version");
+    EXPECT_EQ(version.status, 0);
+    EXPECT_THAT(version.output, MatchesRegex("Orlimo [0-9]+\\.[0-9]+\\.[0-9]+\n"));
+    EXPECT_EQ(version.errors, "");
+    const ToolResult refused = run("--bogus");
+    EXPECT_EQ(refused.status, 2);
+    EXPECT_EQ(refused.output, "");
+    EXPECT_THAT(refused.errors, HasSubstr("\"--bogus\""));
 }
 
 } // namespace

@@ -11,22 +11,19 @@
 namespace orlimo {
 namespace {
 
+using StoreState = std::map<std::string, std::pair<std::string, std::filesystem::file_time_type>>;
+
 /// What the store and its log hold, and when each was last written.
-struct StoreState
+StoreState stateOf(const ProgramSession& session)
 {
-    std::map<std::string, std::pair<std::string, std::filesystem::file_time_type>> files;
-
-    explicit StoreState(const ProgramSession& session)
-    {
-        for (const auto& file : {session.store(), session.log()}) {
-            const std::string content = contentOf(file);
-            EXPECT_FALSE(content.empty()) << file;
-            files[file.filename().string()] = {content, std::filesystem::last_write_time(file)};
-        }
+    StoreState state;
+    for (const auto& file : {session.store(), session.log()}) {
+        const std::string content = contentOf(file);
+        EXPECT_FALSE(content.empty()) << file;
+        state[file.filename().string()] = {content, std::filesystem::last_write_time(file)};
     }
-
-    bool operator==(const StoreState&) const = default;
-};
+    return state;
+}
 
 /// The access modes with which `process` has `file` open, once for each descriptor, none of which
 /// a program that it starts inherits.
@@ -60,13 +57,6 @@ protected:
         program.session().deliver("body Your code is 59302.");
     }
 
-    /// The writer ends, as the Messages application does; the log stays.
-    void endWriter()
-    {
-        program.session().writer().closeInput();
-        EXPECT_EQ(program.session().writer().awaitEnd().status, 0);
-    }
-
     /// Has the window read the store.
     void readInWindow()
     {
@@ -80,12 +70,14 @@ protected:
 
 TEST_F(StoreIntegrity, OutlastsRunsThatQuitOrAreEnded)
 {
-    endWriter();
-    const StoreState before(program.session());
+    // The writer ends, as the Messages application does; the log stays.
+    program.session().writer().closeInput();
+    EXPECT_EQ(program.session().writer().awaitEnd().status, 0);
+    const StoreState before = stateOf(program.session());
     for (const int number : {0, SIGTERM, SIGKILL}) {
         program.start();
         readInWindow();
-        EXPECT_EQ(StoreState(program.session()), before);
+        EXPECT_EQ(stateOf(program.session()), before);
         if (number == 0) {
             program.open();
             program.click("push button", "Quit");
@@ -94,7 +86,7 @@ TEST_F(StoreIntegrity, OutlastsRunsThatQuitOrAreEnded)
             program.process().signal(number);
             (void)program.process().awaitEnd();
         }
-        EXPECT_EQ(StoreState(program.session()), before) << "after signal " << number;
+        EXPECT_EQ(stateOf(program.session()), before) << "after signal " << number;
     }
 }
 

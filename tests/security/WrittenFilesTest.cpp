@@ -63,12 +63,11 @@ protected:
 
 TEST_P(WrittenFiles, AreTheseAndTheUsersAloneAndHoldNothingOfAMessage)
 {
-    const mode_t allowed = ~GetParam();
     auto expected = found;
     expected[".config/Orlimo"] = 0700;
     expected[".config/Orlimo/Orlimo.conf"] = 0600;
     expected[".config/autostart"] = 0700;
-    expected[".config/autostart/app.orlimo.Orlimo.desktop"] = 0666 & allowed;
+    expected[".config/autostart/app.orlimo.Orlimo.desktop"] = 0666 & ~GetParam();
     EXPECT_EQ(modesIn(home()), expected);
     for (const auto& entry : std::filesystem::recursive_directory_iterator(home())) {
         const std::string name = std::filesystem::relative(entry.path(), home()).string();

@@ -6,6 +6,7 @@
 #include "tests/soak/SoakTraffic.h"
 #include "tests/support/DeliberateLeak.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/process/OutputCapture.h"
 
 #include <QtGlobal>
 #include <gtest/gtest.h>
@@ -25,14 +26,12 @@ namespace {
 using namespace std::chrono_literals;
 using std::chrono::steady_clock;
 
-/// How long to go on, unless ORLIMO_SOAK_SECONDS says it: long enough to do everything twice.
-constexpr std::chrono::seconds shortSoak(30);
-
+/// How long to go on: unless the environment says it, long enough to do everything twice.
 std::chrono::seconds wantedDuration()
 {
     bool isNumber = false;
     const int seconds = qEnvironmentVariableIntValue("ORLIMO_SOAK_SECONDS", &isNumber);
-    return isNumber ? std::chrono::seconds(seconds) : shortSoak;
+    return isNumber ? std::chrono::seconds(seconds) : 30s;
 }
 
 /// Bytes that are handed out at this moment, with what the allocator adds to each piece.
@@ -97,7 +96,7 @@ protected:
         const auto lines = program.session().readReaction();
         lastReaction = steady_clock::now();
         record.delays.push_back(
-            std::chrono::duration_cast<std::chrono::microseconds>(lastReaction - committed));
+            std::chrono::duration<double, std::milli>(lastReaction - committed).count());
 
         ++record.expected;
         const std::string expected = ProgramSession::reactionPrefix + code;
@@ -127,15 +126,8 @@ protected:
         EXPECT_TRUE(awaitWithPolling([&] { return lastLine() == found; }))
             << lastLine() << " instead of " << found;
         EXPECT_EQ(program.desktop().server().paste("clipboard"), before);
-        ++record.windowOpenings;
         program.close();
         setPreferences(true, true);
-    }
-
-    void openWindow()
-    {
-        program.open();
-        ++record.windowOpenings;
     }
 
     void setPreferences(bool capturingEnabled, bool fourDigits)
@@ -146,13 +138,11 @@ protected:
             {{"capturingEnabled", capturingEnabled},
              {"fourDigitInclude", fourDigits},
              {"loginItemEnabled", true}});
-        ++record.preferenceChanges;
     }
 
     void takeClipboard()
     {
         program.desktop().server().copy("clipboard", "something that the user copied");
-        ++record.clipboardLosses;
     }
 
     void restartTray()
@@ -165,7 +155,6 @@ protected:
         EXPECT_TRUE(awaitWithPolling([&] {
             return desktop.windows().trayIconOf(process).has_value();
         })) << "no icon in the new tray";
-        ++record.trayRestarts;
     }
 
     /// Folds the log into the store and cuts it to nothing, as the Messages application does now
@@ -179,7 +168,7 @@ protected:
             "text \\xEF\\xBC\\x94\\xEF\\xBC\\x98\\xEF\\xBC\\x92\\xEF\\xBC\\x99");
         EXPECT_FALSE(program.session().readReaction().empty());
         lastReaction = steady_clock::now();
-        openWindow();
+        program.open();
         program.close();
     }
 
@@ -187,7 +176,7 @@ protected:
     void runUsagePeriod()
     {
         const std::array<std::function<void()>, 10> acts{
-            [this] { openWindow(); },
+            [this] { program.open(); },
             [this] { program.close(); },
             [this] { takeClipboard(); },
             [this] { setPreferences(true, false); },
@@ -209,8 +198,7 @@ protected:
     void sample()
     {
         record.samples.push_back(
-            {.time =
-                 std::chrono::duration_cast<std::chrono::milliseconds>(steady_clock::now() - begin),
+            {.time = steady_clock::now() - begin,
              .checks = checks(),
              .usage = ProcessUsage::of(program.process().processId())});
     }
@@ -219,10 +207,8 @@ protected:
 
     [[nodiscard]] std::string lastLine()
     {
-        const std::string& output = program.process().output();
-        const std::size_t end = output.empty() ? 0 : output.size() - 1;
-        const std::size_t start = end == 0 ? std::string::npos : output.rfind('\n', end - 1);
-        return output.substr(start + 1, end - start - 1);
+        const auto lines = linesOf(program.process().output());
+        return lines.empty() ? "" : lines.back();
     }
 
     static constexpr std::chrono::milliseconds throttleInterval{1600};

@@ -4,7 +4,10 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
+
+#include <unistd.h>
 
 namespace orlimo {
 
@@ -33,32 +36,93 @@ public:
         Handler eventHandler;
         Handler cancelHandler;
 
-        void note(const std::string& name);
-        [[nodiscard]] std::vector<std::string> namesOfCalls() const;
+        void note(const std::string& name)
+        {
+            calls.push_back({name, static_cast<long>(::lseek(fileDescriptor, 0, SEEK_CUR))});
+        }
+
+        [[nodiscard]] std::vector<std::string> namesOfCalls() const
+        {
+            std::vector<std::string> names;
+            for (const Call& call : calls) {
+                names.push_back(call.name);
+            }
+            return names;
+        }
 
         /// Delivers `events`, unless the source is not resumed or cancelled.
-        void fire(VnodeEvents events);
+        void fire(VnodeEvents events)
+        {
+            if (running && eventHandler) {
+                data = events;
+                const Handler handler = eventHandler;
+                handler();
+                data = 0;
+            }
+        }
 
         /// Runs the cancel handler and drops both, as a source does after `cancel`.
-        void runCancelHandler();
+        void runCancelHandler()
+        {
+            if (const Handler handler = cancelHandler) {
+                handler();
+            }
+            dropHandlers();
+        }
 
         /// Drops both handlers, and with them whoever they keep alive.
-        void dropHandlers();
+        void dropHandlers()
+        {
+            // Taken out first: a handler may hold the last reference to whoever owns the source.
+            const Handler event = std::exchange(eventHandler, {});
+            const Handler cancel = std::exchange(cancelHandler, {});
+        }
     };
 
-    explicit ScriptedVnodeSource(std::shared_ptr<Script> sharedScript);
+    explicit ScriptedVnodeSource(std::shared_ptr<Script> sharedScript)
+        : script(std::move(sharedScript))
+    {}
     ScriptedVnodeSource(const ScriptedVnodeSource&) = delete;
     ScriptedVnodeSource& operator=(const ScriptedVnodeSource&) = delete;
-    ~ScriptedVnodeSource() override;
+    ~ScriptedVnodeSource() override { script->note("destroy"); }
 
     /// Makes sources that follow `script`.
-    [[nodiscard]] static VnodeSourceFactory factory(const std::shared_ptr<Script>& script);
+    [[nodiscard]] static VnodeSourceFactory factory(const std::shared_ptr<Script>& script)
+    {
+        return [script](int fileDescriptor, VnodeEvents mask, Queue& queue) {
+            script->fileDescriptor = fileDescriptor;
+            script->mask = mask;
+            script->queue = &queue;
+            script->note("make");
+            return std::make_unique<ScriptedVnodeSource>(script);
+        };
+    }
 
-    void setEventHandler(Handler handler) override;
-    void setCancelHandler(Handler handler) override;
-    void resume() override;
-    void cancel() override;
-    [[nodiscard]] VnodeEvents data() const override;
+    void setEventHandler(Handler handler) override
+    {
+        script->note("setEventHandler");
+        script->eventHandler = std::move(handler);
+    }
+
+    void setCancelHandler(Handler handler) override
+    {
+        script->note("setCancelHandler");
+        script->cancelHandler = std::move(handler);
+    }
+
+    void resume() override
+    {
+        script->note("resume");
+        script->running = true;
+    }
+
+    void cancel() override
+    {
+        script->note("cancel");
+        script->running = false;
+    }
+
+    [[nodiscard]] VnodeEvents data() const override { return script->data; }
 
 private:
     std::shared_ptr<Script> script;

@@ -8,7 +8,6 @@ namespace orlimo {
 /// What SQLite says of the store's integrity; "ok" when it finds nothing wrong.
 [[nodiscard]] std::string integrityOf(const std::filesystem::path& store);
 
-/// How many messages the store holds.
 [[nodiscard]] int messagesIn(const std::filesystem::path& store);
 
 } // namespace orlimo

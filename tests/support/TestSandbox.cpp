@@ -1,38 +1,38 @@
 #include "tests/support/TestSandbox.h"
 
-#include <array>
-#include <filesystem>
 #include <string>
+#include <utility>
 
 #include <stdlib.h>
 
 namespace orlimo {
 
-namespace {
-
-/// Set once the process lives in a home of its own.
-constexpr const char* sandboxMarker = "ORLIMO_TEST_SANDBOX";
-
-/// Leads every folder of the user into `home`, so that no test touches those of whoever runs it,
-/// and away from the user's desktop session.
-void moveInto(const std::filesystem::path& home)
+TestSandbox::TestSandbox()
 {
-    const std::array<std::pair<const char*, const char*>, 7> folders{{
-        {"HOME", ""},
-        // Where Foundation looks for a home.
-        {"CFFIXED_USER_HOME", ""},
-        {"XDG_CONFIG_HOME", ".config"},
-        {"XDG_DATA_HOME", ".local/share"},
-        {"XDG_STATE_HOME", ".local/state"},
-        {"XDG_CACHE_HOME", ".cache"},
-        {"XDG_RUNTIME_DIR", ".runtime"},
-    }};
-    for (const auto& [variable, folder] : folders) {
-        const auto path = *folder == '\0' ? home : home / folder;
-        std::filesystem::create_directories(path);
-        ::setenv(variable, path.c_str(), 1);
+    // A death test starts the program anew, inside the home that is already its own; one that it
+    // made for itself would outlive its abort.
+    constexpr const char* marker = "ORLIMO_TEST_SANDBOX";
+    if (::getenv(marker) != nullptr) {
+        return;
     }
-    std::filesystem::permissions(home / ".runtime", std::filesystem::perms::owner_all);
+    ::setenv(marker, "1", 1);
+    const auto path = home.emplace().path();
+    for (const auto& [variable, folder] : {
+             std::pair("HOME", ""),
+             // Where Foundation looks for a home.
+             std::pair("CFFIXED_USER_HOME", ""),
+             std::pair("XDG_CONFIG_HOME", ".config"),
+             std::pair("XDG_DATA_HOME", ".local/share"),
+             std::pair("XDG_STATE_HOME", ".local/state"),
+             std::pair("XDG_CACHE_HOME", ".cache"),
+             std::pair("XDG_RUNTIME_DIR", ".runtime"),
+         })
+    {
+        const std::string own = (*folder == '\0' ? path : path / folder).string();
+        std::filesystem::create_directories(own);
+        ::setenv(variable, own.c_str(), 1);
+    }
+    makePrivateFolder(path / ".runtime");
     for (const char* variable :
          {"DBUS_SESSION_BUS_ADDRESS",
           "DISPLAY",
@@ -43,18 +43,6 @@ void moveInto(const std::filesystem::path& home)
         ::unsetenv(variable);
     }
     ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
-}
-
-} // namespace
-
-TestSandbox::TestSandbox()
-{
-    // A death test starts the program anew, inside the home that is already its own; one that it
-    // made for itself would outlive its abort.
-    if (::getenv(sandboxMarker) == nullptr) {
-        moveInto(home.emplace().path());
-        ::setenv(sandboxMarker, "1", 1);
-    }
 }
 
 } // namespace orlimo

@@ -4,8 +4,6 @@
 #include <QProcessEnvironment>
 #include <gtest/gtest.h>
 
-#include <csignal>
-
 namespace orlimo {
 
 ChildProcess::ChildProcess(const std::filesystem::path& program, const ChildSettings& settings)
@@ -76,11 +74,6 @@ bool ChildProcess::awaitLine(const std::string& line, std::chrono::milliseconds 
     return false;
 }
 
-void ChildProcess::writeLine(const std::string& line)
-{
-    write(line + "\n");
-}
-
 void ChildProcess::write(const std::string& text)
 {
     process.write(text.c_str());
@@ -96,32 +89,10 @@ std::string ChildProcess::ask(const std::string& command)
     return response.value_or("");
 }
 
-void ChildProcess::closeInput()
-{
-    process.closeWriteChannel();
-}
-
-const std::string& ChildProcess::output()
-{
-    pump(std::chrono::milliseconds(0));
-    return outputSoFar;
-}
-
-const std::string& ChildProcess::errors()
-{
-    pump(std::chrono::milliseconds(0));
-    return errorsSoFar;
-}
-
 bool ChildProcess::isRunning()
 {
-    pump(std::chrono::milliseconds(0));
+    pump();
     return process.state() != QProcess::NotRunning;
-}
-
-pid_t ChildProcess::processId() const
-{
-    return pid;
 }
 
 void ChildProcess::signal(int number) const
@@ -135,7 +106,7 @@ bool ChildProcess::endsWithin(std::chrono::milliseconds limit)
     while (process.state() != QProcess::NotRunning && !deadline.hasExpired()) {
         pump(std::chrono::milliseconds(20));
     }
-    pump(std::chrono::milliseconds(0));
+    pump();
     return process.state() == QProcess::NotRunning;
 }
 
@@ -149,12 +120,6 @@ ChildProcess::End ChildProcess::awaitEnd(std::chrono::milliseconds limit)
         return {std::nullopt, process.exitCode()};
     }
     return {process.exitCode(), std::nullopt};
-}
-
-ChildProcess::End ChildProcess::terminate()
-{
-    signal(SIGTERM);
-    return awaitEnd();
 }
 
 ToolResult runTool(

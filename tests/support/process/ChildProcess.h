@@ -5,6 +5,7 @@
 #include <QProcess>
 
 #include <chrono>
+#include <csignal>
 #include <filesystem>
 #include <functional>
 #include <map>
@@ -53,22 +54,28 @@ public:
 
     /// Writes `text`, or `line` and a line break, to the program's standard input.
     void write(const std::string& text);
-    void writeLine(const std::string& line);
+    void writeLine(const std::string& line) { write(line + "\n"); }
 
     /// Writes `command` and returns the line with which the program responds.
     [[nodiscard]] std::string ask(const std::string& command);
 
     /// Ends the program's standard input.
-    void closeInput();
+    void closeInput() { process.closeWriteChannel(); }
 
     /// Everything that came on standard output so far, read as lines or not.
-    [[nodiscard]] const std::string& output();
-
-    /// Everything that came on standard error so far.
-    [[nodiscard]] const std::string& errors();
+    [[nodiscard]] const std::string& output()
+    {
+        pump();
+        return outputSoFar;
+    }
+    [[nodiscard]] const std::string& errors()
+    {
+        pump();
+        return errorsSoFar;
+    }
 
     [[nodiscard]] bool isRunning();
-    [[nodiscard]] pid_t processId() const;
+    [[nodiscard]] pid_t processId() const { return pid; }
     void signal(int number) const;
 
     /// Waits for the end of the process. False when it does not come within `limit`.
@@ -78,10 +85,15 @@ public:
     End awaitEnd(std::chrono::milliseconds limit = defaultTimeout);
 
     /// Ends the process with SIGTERM and returns how it ended.
-    End terminate();
+    End terminate()
+    {
+        signal(SIGTERM);
+        return awaitEnd();
+    }
 
 private:
-    void pump(std::chrono::milliseconds span);
+    /// Takes in what has come on both streams, and waits for some as long as that.
+    void pump(std::chrono::milliseconds span = std::chrono::milliseconds(0));
 
     QProcess process;
     std::string outputSoFar;

@@ -1,7 +1,10 @@
 #pragma once
 
+#include <QByteArray>
+
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace orlimo {
 
@@ -10,12 +13,28 @@ namespace orlimo {
 class EnvironmentChange
 {
 public:
-    EnvironmentChange(std::string variableName, const std::optional<std::string>& value);
+    EnvironmentChange(std::string variableName, const std::optional<std::string>& value)
+        : name(std::move(variableName))
+    {
+        if (qEnvironmentVariableIsSet(name.c_str())) {
+            before = qgetenv(name.c_str()).toStdString();
+        }
+        set(value);
+    }
     EnvironmentChange(const EnvironmentChange&) = delete;
     EnvironmentChange& operator=(const EnvironmentChange&) = delete;
-    ~EnvironmentChange();
+    ~EnvironmentChange() { set(before); }
 
 private:
+    void set(const std::optional<std::string>& value) const
+    {
+        if (value) {
+            qputenv(name.c_str(), QByteArray::fromStdString(*value));
+        } else {
+            qunsetenv(name.c_str());
+        }
+    }
+
     std::string name;
     std::optional<std::string> before;
 };
