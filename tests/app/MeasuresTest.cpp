@@ -136,6 +136,7 @@ TEST_F(MenuMeasures, OfSwitchRows)
 
 TEST_F(MenuMeasures, OfCode)
 {
+    EXPECT_EQ(code.textFormat(), Qt::PlainText);
     expectFont(code.font(), 24, QFont::ExtraBold);
     EXPECT_EQ(code.font().letterSpacingType(), QFont::AbsoluteSpacing);
     EXPECT_EQ(code.font().letterSpacing(), 3);
