@@ -51,38 +51,32 @@ TEST(Spacer, TakesWhatItsNeighborsLeaveInItsDirectionOnly)
     EXPECT_EQ(horizontal.minimumSizeHint(), QSize(0, 0));
 }
 
-/// What an image view of that frame is to paint at the scale of `painted`.
-Picture
-imageAs(const Picture& painted, QStringView name, QSize frame, std::optional<QColor> tint = {})
-{
-    const Artwork image(u"images", name);
-    const double scale = painted.pixelsPerPoint();
-    return Picture((tint ? image.drawn(frame, scale, *tint) : image.drawn(frame, scale)).toImage());
-}
-
 TEST(ImageView, StretchesItsImageToItsFrame)
 {
-    ImageView view(QStringLiteral("logo"), QSize(90, 40));
-    EXPECT_EQ(view.minimumSize(), QSize(90, 40));
-    EXPECT_EQ(view.maximumSize(), QSize(90, 40));
+    const QSize frame(90, 40);
+    ImageView view(QStringLiteral("logo"), frame);
+    EXPECT_EQ(view.minimumSize(), frame);
+    EXPECT_EQ(view.maximumSize(), frame);
     EXPECT_EQ(view.imageName(), QStringLiteral("logo"));
     const Picture painted = Picture::of(view);
-    EXPECT_EQ(painted.differenceFrom(imageAs(painted, u"logo", QSize(90, 40))), QRectF());
+    const auto logo = Artwork(u"images", u"logo").drawn(frame, painted.pixelsPerPoint());
+    EXPECT_EQ(painted.differenceFrom(Picture(logo.toImage())), QRectF());
     EXPECT_FALSE(painted.ink().isEmpty());
-    ImageView unknown(QStringLiteral("no such image"), QSize(30, 30));
+    ImageView unknown(QStringLiteral("no such image"), frame);
     EXPECT_EQ(Picture::of(unknown).ink(), QRectF());
-    EXPECT_EQ(unknown.size(), QSize(30, 30));
+    EXPECT_EQ(unknown.size(), frame);
 }
 
 TEST(ImageView, DrawsTemplateInCurrentTint)
 {
-    ImageView view(QStringLiteral("StatusBarIcon"), QSize(64, 64), textColor);
+    const QSize frame(64, 64);
+    ImageView view(QStringLiteral("StatusBarIcon"), frame, textColor);
     for (const QPalette& scheme : {lightPalette(), darkPalette()}) {
         const PaletteChange change(scheme);
         const Picture painted = Picture::of(view);
-        const Picture expected =
-            imageAs(painted, u"StatusBarIcon", QSize(64, 64), textColor(scheme));
-        EXPECT_EQ(painted.differenceFrom(expected), QRectF());
+        const auto tinted = Artwork(u"images", u"StatusBarIcon")
+                                .drawn(frame, painted.pixelsPerPoint(), textColor(scheme));
+        EXPECT_EQ(painted.differenceFrom(Picture(tinted.toImage())), QRectF());
     }
 }
 
