@@ -6,7 +6,6 @@
 #include "tests/support/widgets/Palettes.h"
 #include "tests/support/widgets/Picture.h"
 
-#include <QVBoxLayout>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -28,27 +27,19 @@ TEST(Divider, IsLineOfOnePointInSeparatorColor)
     }
 }
 
-TEST(Spacer, TakesWhatItsNeighborsLeaveInItsDirectionOnly)
+TEST(Spacer, ExpandsInItsDirectionOnlyAndPaintsNothing)
 {
-    QWidget window;
-    auto* stack = new QVBoxLayout(&window);
-    stack->setContentsMargins(0, 0, 0, 0);
-    stack->setSpacing(7);
-    auto* above = new QWidget;
-    above->setFixedHeight(20);
-    auto* spacer = new Spacer(Qt::Vertical);
-    stack->addWidget(above);
-    stack->addWidget(spacer, 1);
-    window.resize(50, 200);
-    stack->activate();
-    EXPECT_EQ(spacer->height(), 200 - 20 - 7);
-    spacer->resize(20, 20);
-    EXPECT_EQ(Picture::of(*spacer).ink(), QRectF());
-    EXPECT_EQ(spacer->sizePolicy(), QSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding));
-    const Spacer horizontal(Qt::Horizontal);
-    EXPECT_EQ(horizontal.sizePolicy(), QSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed));
-    EXPECT_EQ(horizontal.sizeHint(), QSize(0, 0));
-    EXPECT_EQ(horizontal.minimumSizeHint(), QSize(0, 0));
+    for (const auto& [direction, policy] :
+         {std::pair(Qt::Vertical, QSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding)),
+          std::pair(Qt::Horizontal, QSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed))})
+    {
+        Spacer spacer(direction);
+        EXPECT_EQ(spacer.sizePolicy(), policy);
+        EXPECT_EQ(spacer.sizeHint(), QSize(0, 0));
+        EXPECT_EQ(spacer.minimumSizeHint(), QSize(0, 0));
+        spacer.resize(20, 20);
+        EXPECT_EQ(Picture::of(spacer).ink(), QRectF());
+    }
 }
 
 TEST(ImageView, StretchesItsImageToItsFrame)

@@ -78,8 +78,8 @@ TEST_F(CopyButtonTest, LightensUnderPointerOnPillAlone)
 
 TEST_F(CopyButtonTest, IsRepaintedWhenPointerEntersAndLeaves)
 {
-    runEventLoop(std::chrono::milliseconds(20));
     for (const QPoint position : {onPill, onPadding}) {
+        runEventLoop(std::chrono::milliseconds(20));
         const EventCount paints(QEvent::Paint);
         pointer::moveTo(copy, position);
         EXPECT_TRUE(await([&] { return paints.count() > 0; }));

@@ -253,7 +253,7 @@ TEST_F(PopupViewTest, LetsCodeBeSelectedAndCopiedByHand)
     ASSERT_TRUE(label().hasFocus());
     EXPECT_EQ(Picture::ofWindow(window).differenceFrom(unselected), QRectF()) << "a caret";
     const auto select = [&] {
-        pointer::doubleClick(label(), onDigits);
+        pointer::act(QTest::MouseDClick, label(), onDigits);
         EXPECT_EQ(label().selectedText(), QStringLiteral("482913"));
     };
     select();

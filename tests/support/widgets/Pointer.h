@@ -59,9 +59,4 @@ inline void click(QWidget& widget)
     click(widget, widget.rect().center());
 }
 
-inline void doubleClick(QWidget& widget, QPoint position)
-{
-    act(QTest::MouseDClick, widget, position);
-}
-
 } // namespace orlimo::pointer
