@@ -2,10 +2,10 @@
 
 #include "tests/support/Await.h"
 
+#include <QDBusArgument>
 #include <QDBusMessage>
 #include <QDBusObjectPath>
 #include <QDBusVariant>
-#include <gtest/gtest.h>
 
 #include <utility>
 
@@ -13,10 +13,7 @@ namespace orlimo {
 
 namespace {
 
-const QString accessibleInterface = QStringLiteral("org.a11y.atspi.Accessible");
-const QString actionInterface = QStringLiteral("org.a11y.atspi.Action");
-const QString componentInterface = QStringLiteral("org.a11y.atspi.Component");
-const QString propertiesInterface = QStringLiteral("org.freedesktop.DBus.Properties");
+constexpr auto accessibleInterface = "org.a11y.atspi.Accessible";
 
 } // namespace
 
@@ -27,10 +24,11 @@ Accessible::Accessible(
     , path(std::move(objectPath))
 {}
 
-QVariant Accessible::call(
-    const QString& interface, const QString& method, const QVariantList& arguments) const
+QVariant
+Accessible::call(const char* interface, const char* method, const QVariantList& arguments) const
 {
-    auto message = QDBusMessage::createMethodCall(service, path, interface, method);
+    auto message = QDBusMessage::createMethodCall(
+        service, path, QLatin1String(interface), QLatin1String(method));
     message.setArguments(arguments);
     constexpr std::chrono::milliseconds limit = defaultTimeout;
     const auto reply = bus.call(message, QDBus::Block, static_cast<int>(limit.count()));
@@ -38,52 +36,36 @@ QVariant Accessible::call(
     return reply.type() == QDBusMessage::ReplyMessage ? reply.arguments().value(0) : QVariant();
 }
 
-QVariant Accessible::property(const QString& interface, const QString& property) const
-{
-    return call(propertiesInterface, QStringLiteral("Get"), {interface, property})
-        .value<QDBusVariant>()
-        .variant();
-}
-
 std::string Accessible::name() const
 {
-    return property(accessibleInterface, QStringLiteral("Name")).toString().toStdString();
+    const QVariantList property{QLatin1String(accessibleInterface), QStringLiteral("Name")};
+    return call("org.freedesktop.DBus.Properties", "Get", property)
+        .value<QDBusVariant>()
+        .variant()
+        .toString()
+        .toStdString();
 }
 
 std::string Accessible::role() const
 {
-    return call(accessibleInterface, QStringLiteral("GetRoleName")).toString().toStdString();
+    return call(accessibleInterface, "GetRoleName").toString().toStdString();
 }
 
 bool Accessible::is(State state) const
 {
-    const auto stateWords =
-        qdbus_cast<QList<uint>>(call(accessibleInterface, QStringLiteral("GetState")));
-    const uint word = stateWords.value(0);
-    return (word >> static_cast<uint>(state) & 1U) != 0;
+    const auto stateWords = qdbus_cast<QList<uint>>(call(accessibleInterface, "GetState"));
+    return (stateWords.value(0) >> static_cast<uint>(state) & 1U) != 0;
 }
 
 QRect Accessible::area() const
 {
     constexpr uint onScreen = 0;
-    const auto reply = call(componentInterface, QStringLiteral("GetExtents"), {onScreen});
-    if (reply.metaType() != QMetaType::fromType<QDBusArgument>()) {
-        return {};
-    }
-    int x = 0;
-    int y = 0;
-    int width = 0;
-    int height = 0;
-    const auto extents = reply.value<QDBusArgument>();
-    extents.beginStructure();
-    extents >> x >> y >> width >> height;
-    extents.endStructure();
-    return {x, y, width, height};
+    return qdbus_cast<QRect>(call("org.a11y.atspi.Component", "GetExtents", {onScreen}));
 }
 
 std::vector<Accessible> Accessible::children() const
 {
-    const auto reply = call(accessibleInterface, QStringLiteral("GetChildren"));
+    const auto reply = call(accessibleInterface, "GetChildren");
     if (reply.metaType() != QMetaType::fromType<QDBusArgument>()) {
         return {};
     }
@@ -100,19 +82,6 @@ std::vector<Accessible> Accessible::children() const
     }
     list.endArray();
     return found;
-}
-
-void Accessible::perform(const std::string& action) const
-{
-    const int count = property(actionInterface, QStringLiteral("NActions")).toInt();
-    for (int index = 0; index < count; ++index) {
-        if (call(actionInterface, QStringLiteral("GetName"), {index}).toString().toStdString() ==
-            action) {
-            EXPECT_TRUE(call(actionInterface, QStringLiteral("DoAction"), {index}).toBool());
-            return;
-        }
-    }
-    ADD_FAILURE() << name() << " has no action " << action;
 }
 
 } // namespace orlimo

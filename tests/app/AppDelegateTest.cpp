@@ -18,7 +18,6 @@
 #include <algorithm>
 #include <optional>
 #include <tuple>
-#include <vector>
 
 namespace orlimo {
 namespace {
@@ -48,7 +47,9 @@ protected:
                 [this](const QRectF& area) { return area.translated(0, systemOffset); },
             .orderFrontRegardless =
                 [this](QWidget& window) {
-                    raisedWhileHeld += delegate.secondaryWindow.get() == &window ? 1 : 0;
+                    EXPECT_EQ(delegate.secondaryWindow.get(), &window);
+                    EXPECT_TRUE(window.isVisible());
+                    ++raised;
                     orderFrontRegardless(window);
                 },
             .openUrl = [](const QUrl&) { return true; },
@@ -63,47 +64,28 @@ protected:
     std::optional<QRect> screen = QRect(0, 0, 1920, 1080);
     /// How much lower Qt counts than the system.
     double systemOffset = 0;
-    int raisedWhileHeld = 0;
+    int raised = 0;
     AppDelegate delegate{delegateServices()};
 };
 
-TEST_F(AppDelegateTest, StartsEmpty)
-{
-    EXPECT_EQ(delegate.window, nullptr);
-    EXPECT_EQ(delegate.secondaryWindow, nullptr);
-    EXPECT_EQ(delegate.message, nullptr);
-    EXPECT_THAT(preferences.calls(), IsEmpty());
-}
-
 // Before launching has finished
 
-TEST_F(AppDelegateTest, StoresPreferencesBeforeItSwitchesLaunchAtLoginOn)
+TEST_F(AppDelegateTest, StoresAbsentPreferencesBeforeItSwitchesLaunchAtLoginOnAtEveryStart)
 {
     const OutputCapture output;
     delegate.applicationWillFinishLaunching();
+    EXPECT_EQ(writesBefore, preference::all.size());
     for (const auto& [key, defaultValue] : preference::all) {
         EXPECT_TRUE(preferences.boolForKey(key));
-    }
-    EXPECT_THAT(loginItem, ElementsAre("enable"));
-    EXPECT_EQ(writesBefore, preference::all.size());
-    EXPECT_EQ(probes, 0);
-    EXPECT_EQ(output.text(), "");
-}
-
-TEST_F(AppDelegateTest, SwitchesLaunchAtLoginOnAtEveryStart)
-{
-    for (const auto& [key, defaultValue] : preference::all) {
         preferences.setBool(false, key);
     }
-    for (std::size_t start = 1; start <= 3; ++start) {
-        AppDelegate next{delegateServices()};
-        next.applicationWillFinishLaunching();
-        EXPECT_EQ(loginItem.size(), start);
-        EXPECT_EQ(loginItem.back(), "enable");
-    }
+    delegate.applicationWillFinishLaunching();
     for (const auto& [key, defaultValue] : preference::all) {
         EXPECT_FALSE(preferences.boolForKey(key));
     }
+    EXPECT_THAT(loginItem, ElementsAre("enable", "enable"));
+    EXPECT_EQ(probes, 0);
+    EXPECT_EQ(output.text(), "");
 }
 
 // The guidance window
@@ -111,6 +93,9 @@ TEST_F(AppDelegateTest, SwitchesLaunchAtLoginOnAtEveryStart)
 TEST_F(AppDelegateTest, ShowsGuidanceWindowOnlyWithoutAccess)
 {
     const OutputCapture output;
+    EXPECT_EQ(delegate.secondaryWindow, nullptr);
+    EXPECT_EQ(delegate.message, nullptr);
+    EXPECT_THAT(preferences.calls(), IsEmpty());
     delegate.applicationDidFinishLaunching();
     EXPECT_EQ(probes, 1);
     EXPECT_EQ(delegate.secondaryWindow, nullptr);
@@ -174,60 +159,18 @@ TEST_F(AppDelegateTest, ShowsNoGuidanceWindowWithoutScreen)
     EXPECT_TRUE(QApplication::topLevelWidgets().isEmpty());
 }
 
-/// Records which window a delegate holds each time a guidance window is shown.
-class HeldWhenShown : public QObject
+TEST_F(AppDelegateTest, RaisesAndHoldsNewGuidanceWindowAndKeepsClosedOne)
 {
-public:
-    explicit HeldWhenShown(const AppDelegate& watchedDelegate)
-        : delegate(watchedDelegate)
-    {
-        qApp->installEventFilter(this);
-    }
-
-    bool eventFilter(QObject* object, QEvent* event) override
-    {
-        if (event->type() == QEvent::Show && qobject_cast<GuidanceWindow*>(object) != nullptr) {
-            held.push_back(delegate.secondaryWindow.get());
-        }
-        return false;
-    }
-
-    std::vector<const QWidget*> held;
-
-private:
-    const AppDelegate& delegate;
-};
-
-TEST_F(AppDelegateTest, HoldsNewGuidanceWindowOnceShownAndBeforeRaisedAndKeepsClosedOne)
-{
-    const HeldWhenShown whenShown(delegate);
     delegate.showHelperWindow();
     const QPointer<QWidget> first = delegate.secondaryWindow.get();
-    const QWidget* const firstHeld = first;
     delegate.showHelperWindow();
-    EXPECT_THAT(whenShown.held, ElementsAre(nullptr, firstHeld));
     EXPECT_TRUE(first.isNull());
-    EXPECT_EQ(raisedWhileHeld, 2);
+    EXPECT_EQ(raised, 2);
     const QPointer<QWidget> second = delegate.secondaryWindow.get();
     second->close();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     ASSERT_FALSE(second.isNull());
     EXPECT_FALSE(second->isVisible());
-}
-
-TEST_F(AppDelegateTest, ReleasesWindowAndController)
-{
-    QPointer<QWidget> window;
-    std::weak_ptr<Message> controller;
-    {
-        AppDelegate passing{delegateServices()};
-        passing.message = watching();
-        controller = passing.message;
-        passing.showHelperWindow();
-        window = passing.secondaryWindow.get();
-    }
-    EXPECT_TRUE(window.isNull());
-    EXPECT_TRUE(controller.expired());
 }
 
 // Activation

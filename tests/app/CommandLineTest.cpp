@@ -6,57 +6,69 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <iterator>
+#include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace orlimo {
 namespace {
 
 using Request = CommandLine::Request;
-using testing::EndsWith;
-using testing::HasSubstr;
-using testing::StartsWith;
 
-CommandLine parse(std::vector<const char*> arguments)
+std::vector<std::string> wordsOf(const std::string& text)
 {
-    arguments.insert(arguments.begin(), "orlimo");
-    const int count = static_cast<int>(arguments.size());
-    arguments.push_back(nullptr);
-    return CommandLine::parse(count, arguments.data(), systemArgumentCount);
+    std::istringstream words(text);
+    return {std::istream_iterator<std::string>(words), {}};
 }
 
-/// The text with which the arguments are refused; a test failure when they are not.
-std::string refusalOf(const std::vector<const char*>& arguments)
+CommandLine parseArguments(const std::vector<std::string>& arguments)
 {
-    const CommandLine commandLine = parse(arguments);
-    EXPECT_EQ(commandLine.request, Request::refuse) << testing::PrintToString(arguments);
-    return commandLine.text;
+    std::vector<const char*> argv{"orlimo"};
+    for (const std::string& argument : arguments) {
+        argv.push_back(argument.c_str());
+    }
+    argv.push_back(nullptr);
+    return CommandLine::parse(static_cast<int>(argv.size()) - 1, argv.data(), systemArgumentCount);
+}
+
+/// Parses the arguments as they are typed, separated by blanks.
+CommandLine parse(const std::string& typed)
+{
+    return parseArguments(wordsOf(typed));
+}
+
+void expectRefused(const CommandLine& commandLine, const std::string& problem)
+{
+    EXPECT_EQ(commandLine.request, Request::refuse);
+    EXPECT_EQ(commandLine.text, "orlimo: " + problem + "; see orlimo --help\n");
 }
 
 TEST(CommandLine, SelectsHowToRun)
 {
     struct Case
     {
-        std::vector<const char*> arguments;
+        const char* arguments;
         Request request = Request::run;
         bool sideBySide = false;
     };
-    for (const Case& expected : std::vector<Case>{
-             {{}},
-             {{"--launched-at-login"}, Request::runLaunchedAtLogin},
-             {{"--launched-at-login", "--launched-at-login"}, Request::runLaunchedAtLogin},
-             {{"--side-by-side"}, Request::run, true},
-             {{"--side-by-side", "--side-by-side"}, Request::run, true},
-             {{"-platform", "offscreen", "--side-by-side"}, Request::run, true},
-             {{"--side-by-side", "-platform", "offscreen"}, Request::run, true},
-             {{"--side-by-side", "--launched-at-login"}, Request::runLaunchedAtLogin, true},
-             // The value of an option of Qt's is nothing else.
-             {{"-qwindowtitle", "--side-by-side"}},
-             {{"-qwindowtitle", "--help"}},
-             {{"-qwindowtitle", "--launched-at-login"}}})
+    for (const Case& expected :
+         {Case{""},
+          Case{"--launched-at-login", Request::runLaunchedAtLogin},
+          Case{"--launched-at-login --launched-at-login", Request::runLaunchedAtLogin},
+          Case{"--side-by-side", Request::run, true},
+          Case{"--side-by-side --side-by-side", Request::run, true},
+          Case{"-platform offscreen --side-by-side", Request::run, true},
+          Case{"--side-by-side -platform offscreen", Request::run, true},
+          Case{"--side-by-side --launched-at-login", Request::runLaunchedAtLogin, true},
+          // The value of an option of Qt's is nothing else.
+          Case{"-qwindowtitle --side-by-side"},
+          Case{"-qwindowtitle --help"},
+          Case{"-qwindowtitle --launched-at-login"}})
     {
         const CommandLine commandLine = parse(expected.arguments);
-        SCOPED_TRACE(testing::PrintToString(expected.arguments));
+        SCOPED_TRACE(expected.arguments);
         EXPECT_EQ(commandLine.request, expected.request);
         EXPECT_EQ(commandLine.sideBySide, expected.sideBySide);
         EXPECT_EQ(commandLine.text, "");
@@ -66,118 +78,73 @@ TEST(CommandLine, SelectsHowToRun)
         << "without even a name";
 }
 
-TEST(CommandLine, PrintsHelpAndVersion)
+TEST(CommandLine, PrintsHelpOrVersionWhicheverComesFirst)
 {
-    for (const char* option : {"--help", "-h"}) {
-        const CommandLine commandLine = parse({option});
-        EXPECT_EQ(commandLine.request, Request::print);
-        EXPECT_THAT(commandLine.text, StartsWith("Usage: orlimo "));
-        for (const char* listed :
-             {"-h, --help ", "-v, --version ", "--launched-at-login ", "--side-by-side "})
-        {
-            EXPECT_THAT(commandLine.text, HasSubstr(listed));
-        }
-        EXPECT_THAT(commandLine.text, EndsWith("\n"));
+    const std::string help = parse("--help").text;
+    EXPECT_THAT(help, testing::StartsWith("Usage: orlimo "));
+    for (const char* listed :
+         {"-h, --help ", "-v, --version ", "--launched-at-login ", "--side-by-side "})
+    {
+        EXPECT_THAT(help, testing::HasSubstr(listed));
     }
-    for (const char* option : {"--version", "-v"}) {
-        const CommandLine commandLine = parse({option});
-        EXPECT_EQ(commandLine.request, Request::print);
-        EXPECT_EQ(commandLine.text, "Orlimo " + std::string(identity::version) + "\n");
+    EXPECT_THAT(help, testing::EndsWith("\n"));
+    const std::string version = "Orlimo " + std::string(identity::version) + "\n";
+    for (const auto& [arguments, text] :
+         {std::pair("--help", help),
+          std::pair("-h", help),
+          std::pair("--version", version),
+          std::pair("-v", version),
+          std::pair("--help --bogus", help),
+          std::pair("--version --help", version),
+          std::pair("--launched-at-login -v", version),
+          std::pair("-qwindowtitle -platform -h", help)})
+    {
+        EXPECT_EQ(parse(arguments).request, Request::print) << arguments;
+        EXPECT_EQ(parse(arguments).text, text) << arguments;
     }
 }
 
 TEST(CommandLine, RefusesWhatItDoesNotKnow)
 {
-    EXPECT_EQ(refusalOf({"--bogus"}), "orlimo: unknown option \"--bogus\"; see orlimo --help\n");
-    EXPECT_EQ(refusalOf({"code"}), "orlimo: unexpected argument \"code\"; see orlimo --help\n");
-    EXPECT_EQ(refusalOf({""}), "orlimo: unexpected argument \"\"; see orlimo --help\n");
-    for (const char* argument :
-         {"-",
-          "--",
-          "---help",
-          "-help",
-          "-V",
-          "-hv",
-          "--hel",
-          "--help=all",
-          "--Help",
-          "help",
-          "-side-by-side",
-          "--launched-at-login=yes",
-          "-style-",
-          "---style=x",
-          "style=fusion",
-          "-platform=offscreen",
-          "platform",
-          "-dialogs=none",
-          "-reverse=yes",
-          "-qmljsdebugger",
-          "caf\xC3\xA9",
-          "\xFF",
-          "-fontengine=x",
-          "-launched-at-login"})
-    {
-        const std::string text = refusalOf({argument});
-        EXPECT_THAT(text, HasSubstr('"' + std::string(argument) + '"'));
-        EXPECT_THAT(text, EndsWith("see orlimo --help\n"));
+    const std::string options =
+        "--bogus -- ---help -help -V -hv --hel --help=all --Help -side-by-side -launched-at-login "
+        "--launched-at-login=yes -style- ---style=x -platform=offscreen -dialogs=none -reverse=yes "
+        "-qmljsdebugger -fontengine=x";
+    for (const std::string& option : wordsOf(options)) {
+        expectRefused(parse(option), "unknown option \"" + option + '"');
     }
-    for (const auto& arguments : std::vector<std::vector<const char*>>{
-             {"--launched-at-login", "x"},
-             {"-platform", "offscreen", "x"},
-             {"-reverse", "x"},
-             {"-style=fusion", "x"},
-             {"x", "second"}})
+    for (const std::string argument :
+         {"", "code", "-", "help", "style=fusion", "platform", "caf\xC3\xA9", "\xFF"})
     {
-        EXPECT_THAT(refusalOf(arguments), HasSubstr("\"x\""));
+        expectRefused(parseArguments({argument}), "unexpected argument \"" + argument + '"');
     }
-}
-
-TEST(CommandLine, FollowsFirstArgumentThatEndsIt)
-{
-    EXPECT_EQ(parse({"--help", "--bogus"}).text, parse({"--help"}).text);
-    EXPECT_EQ(parse({"--version", "--help"}).text, parse({"--version"}).text);
-    EXPECT_EQ(parse({"--launched-at-login", "-v"}).text, parse({"--version"}).text);
-    EXPECT_EQ(parse({"-qwindowtitle", "-platform", "-h"}).request, Request::print);
-    EXPECT_EQ(parse({"--bogus", "--help"}).request, Request::refuse);
+    for (const char* arguments :
+         {"--launched-at-login x", "-platform offscreen x", "-reverse x", "-style=fusion x", "x y"})
+    {
+        expectRefused(parse(arguments), "unexpected argument \"x\"");
+    }
+    expectRefused(parse("--bogus --help"), "unknown option \"--bogus\"");
 }
 
 TEST(CommandLine, PassesOverQtOptionsWithOneDashOrTwo)
 {
-    for (const std::string option :
-         {"-display",
-          "-geometry",
-          "-platform",
-          "-platformpluginpath",
-          "-platformtheme",
-          "-plugin",
-          "-qwindowgeometry",
-          "-qwindowicon",
-          "-qwindowtitle",
-          "-session",
-          "-style",
-          "-stylesheet"})
-    {
-        for (const std::string& name : {option, "-" + option}) {
+    const std::string withValue =
+        "-display -geometry -platform -platformpluginpath -platformtheme -plugin -qwindowgeometry "
+        "-qwindowicon -qwindowtitle -session -style -stylesheet";
+    const std::string complete =
+        "-reverse -widgetcount -style=fusion -stylesheet=look.qss -qmljsdebugger=port:1234";
+    for (const std::string dash : {"", "-"}) {
+        for (const std::string& option : wordsOf(withValue)) {
+            const std::string name = dash + option;
+            expectRefused(parse(name), "a value is missing after \"" + name + '"');
             EXPECT_EQ(
-                refusalOf({name.c_str()}),
-                "orlimo: a value is missing after \"" + name + "\"; see orlimo --help\n");
-            EXPECT_EQ(
-                parse({name.c_str(), "value", "--launched-at-login"}).request,
-                Request::runLaunchedAtLogin)
+                parse(name + " value --launched-at-login").request, Request::runLaunchedAtLogin)
                 << name;
         }
-    }
-    for (const std::string option :
-         {"-reverse",
-          "-widgetcount",
-          "-style=fusion",
-          "-stylesheet=look.qss",
-          "-qmljsdebugger=port:1234"})
-    {
-        for (const std::string& name : {option, "-" + option}) {
+        for (const std::string& option : wordsOf(complete)) {
             EXPECT_EQ(
-                parse({name.c_str(), "--launched-at-login"}).request, Request::runLaunchedAtLogin)
-                << name;
+                parse(dash + option + " --launched-at-login").request, Request::runLaunchedAtLogin)
+                << option;
         }
     }
 }

@@ -9,8 +9,6 @@
 namespace orlimo {
 namespace {
 
-using testing::ElementsAre;
-
 /// What the launch event says at this moment.
 std::string eventNow()
 {
@@ -18,10 +16,8 @@ std::string eventNow()
     if (!event) {
         return "none";
     }
-    if (event->eventId != fourCharacterCode("oapp")) {
-        return "another";
-    }
-    return event->propertyData == fourCharacterCode("lgit") ? "oapp lgit" : "oapp";
+    EXPECT_EQ(event->eventId, fourCharacterCode("oapp"));
+    return event->propertyData == fourCharacterCode("lgit") ? "at login" : "by user";
 }
 
 /// Records each lifecycle event with the launch event at that moment.
@@ -38,7 +34,7 @@ public:
 TEST(LaunchLifecycle, KeepsLaunchEventUntilLaunchingHasFinished)
 {
     for (const bool atLogin : {false, true}) {
-        const std::string event = atLogin ? "oapp lgit" : "oapp";
+        const std::string event = atLogin ? "at login" : "by user";
         LaunchEventRecorder delegate;
         LaunchLifecycle lifecycle(
             delegate, atLogin, [&] { delegate.notes.push_back("launched: " + eventNow()); });
@@ -49,7 +45,7 @@ TEST(LaunchLifecycle, KeepsLaunchEventUntilLaunchingHasFinished)
         lifecycle.applicationWillBecomeActive();
         EXPECT_THAT(
             delegate.notes,
-            ElementsAre(
+            testing::ElementsAre(
                 "will: " + event,
                 "active: " + event,
                 "did: " + event,
@@ -61,15 +57,13 @@ TEST(LaunchLifecycle, KeepsLaunchEventUntilLaunchingHasFinished)
 TEST(LaunchLifecycle, EndsLaunchEventWhenDestroyed)
 {
     LaunchEventRecorder delegate;
-    {
+    for (const bool isFinished : {true, false}) {
         LaunchLifecycle lifecycle(delegate, true);
-        EXPECT_EQ(eventNow(), "oapp lgit");
-        // Without a callback.
-        lifecycle.applicationDidFinishLaunching();
-    }
-    {
-        const LaunchLifecycle lifecycle(delegate, true);
-        EXPECT_EQ(eventNow(), "oapp lgit");
+        EXPECT_EQ(eventNow(), "at login");
+        if (isFinished) {
+            // Without a callback.
+            lifecycle.applicationDidFinishLaunching();
+        }
     }
     EXPECT_EQ(eventNow(), "none");
 }

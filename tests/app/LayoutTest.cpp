@@ -1,6 +1,8 @@
 #include "app/guidance/GuidanceWindow.h"
 #include "app/guidance/HelperView.h"
 #include "app/panel/CodeLabel.h"
+#include "app/panel/CopyButton.h"
+#include "app/panel/OptionRow.h"
 #include "app/panel/PanelSwitches.h"
 #include "controls/GroupBox.h"
 #include "controls/TextBlock.h"
@@ -8,7 +10,8 @@
 #include "controls/TextLabel.h"
 #include "controls/painting/Colors.h"
 #include "platform/desktop/SystemSymbol.h"
-#include "tests/app/Appearance.h"
+#include "resources/translations/Languages.h"
+#include "resources/translations/TranslationCatalogue.h"
 #include "tests/app/ViewTestBase.h"
 #include "tests/support/process/OutputCapture.h"
 #include "tests/support/widgets/LayoutExpectation.h"
@@ -16,10 +19,15 @@
 #include "tests/support/widgets/Picture.h"
 #include "tests/support/widgets/WidgetWindow.h"
 
-#include <QCoreApplication>
+#include <QApplication>
+#include <QLineF>
 #include <QTest>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cctype>
+#include <ostream>
 
 namespace orlimo {
 namespace {
@@ -50,10 +58,57 @@ std::vector<std::string> tabOrder(QWidget& window)
     return order;
 }
 
-/// Both windows in one language and font.
-class Layout : public ViewTestBase, public testing::WithParamInterface<Appearance>
+/// A language and a system font in which a window is to look right.
+struct Appearance
+{
+    std::string language;
+    std::string fontFamily;
+};
+
+void PrintTo(const Appearance& appearance, std::ostream* stream)
+{
+    *stream << appearance.language << " in " << appearance.fontFamily;
+}
+
+/// Every language the program speaks in a wide font; some also in fonts whose accents or
+/// overhangs need the whole line.
+std::vector<Appearance> allAppearances()
+{
+    std::vector<Appearance> appearances{
+        {"en", "DejaVu Sans"},
+        {"es", "Inter"},
+        {"es", "Noto Sans CJK JP"},
+        {"pt_BR", "Noto Sans CJK JP"},
+        {"ja", "Noto Sans CJK JP"}};
+    for (const Language& language : supportedLanguages) {
+        appearances.push_back({language.catalogue.toString().toStdString(), "DejaVu Sans"});
+    }
+    return appearances;
+}
+
+/// Brings the application's own font and English back at the end of a test.
+class LayoutTestBase : public ViewTestBase
 {
 protected:
+    ~LayoutTestBase() override
+    {
+        QApplication::setFont(usualFont);
+        installTranslations(*qApp, {QStringLiteral("en")});
+    }
+
+    const QFont usualFont = QApplication::font();
+};
+
+/// Both windows in one language and font.
+class Layout : public LayoutTestBase, public testing::WithParamInterface<Appearance>
+{
+protected:
+    Layout()
+    {
+        QApplication::setFont(QFont(QString::fromStdString(GetParam().fontFamily)));
+        installTranslations(*qApp, {QString::fromStdString(GetParam().language)});
+    }
+
     /// English and the widest usual font leave every text its size; elsewhere it may shrink, but
     /// stays legible.
     static void expectLegible(const QWidget& window)
@@ -91,9 +146,6 @@ protected:
             }
         }
     }
-
-    FontChange font{QFont(QString::fromStdString(GetParam().fontFamily))};
-    LanguageChange language{QString::fromStdString(GetParam().language)};
 };
 
 TEST_P(Layout, OfMenuBarWindowOverlapsAndCutsNothing)
@@ -127,19 +179,21 @@ TEST_P(Layout, OfGuidanceWindowOverlapsAndCutsNothing)
 
 INSTANTIATE_TEST_SUITE_P(
     Appearances, Layout, testing::ValuesIn(allAppearances()), [](const auto& testInfo) {
-        return nameOf(testInfo.param);
+        std::string name = testInfo.param.language + testInfo.param.fontFamily;
+        std::erase_if(name, [](unsigned char character) { return std::isalnum(character) == 0; });
+        return name;
     });
 
 /// The menu-bar window under conditions that must not change its size.
-class MenuSize : public ViewTestBase
+class MenuSize : public LayoutTestBase
 {
 protected:
     std::unique_ptr<QWidget> menu = shownMenu();
-    CodeLabel& code = named<CodeLabel>(*menu, "verificationCode");
 };
 
 TEST_F(MenuSize, StaysWithAnyCode)
 {
+    auto& code = named<CodeLabel>(*menu, "verificationCode");
     for (const char16_t* text : {u"", u"1", u"٤٨٢٩١٣", u"４８２９１３", u"𝟒𝟖𝟐𝟗𝟏𝟑"}) {
         code.setCode(QString::fromUtf16(text));
         QCoreApplication::sendPostedEvents();
@@ -158,7 +212,7 @@ TEST_F(MenuSize, StaysWithAnyApplicationFont)
         QFont font;
         font.setPointSize(pointSize);
         font.setBold(true);
-        const FontChange change(font);
+        QApplication::setFont(font);
         QCoreApplication::processEvents();
         const auto fresh = shownMenu();
         for (QWidget* window : {menu.get(), fresh.get()}) {
@@ -179,60 +233,50 @@ TEST_F(MenuSize, StaysWhenMirroredOrResized)
     expectNothingClipped(*menu);
 }
 
-/// How the menu-bar window's lines come out with that many pixels a point.
-class MenuLines : public ViewTestBase, public testing::WithParamInterface<double>
+/// The lengths of the runs of pixels of exactly that color from `start` to `end`.
+std::vector<int>
+runsOf(const QColor& color, const Picture& picture, const QPointF& start, const QPointF& end)
 {
-protected:
-    /// The number of pixels of exactly that color from `start` on in a direction.
-    [[nodiscard]] int countFrom(QPointF start, QPointF direction, const QColor& color) const
-    {
-        const QPointF pixel = direction / GetParam();
-        int count = 0;
-        while (picture.at(start + count * pixel).rgb() == color.rgb()) {
-            ++count;
+    std::vector<int> runs{0};
+    const QLineF line(start, end);
+    const int pixels = qRound(line.length() * picture.pixelsPerPoint());
+    for (int index = 0; index < pixels; ++index) {
+        if (picture.at(line.pointAt((index + 0.5) / pixels)).rgb() == color.rgb()) {
+            ++runs.back();
+        } else if (runs.back() > 0) {
+            runs.push_back(0);
         }
-        return count;
     }
+    std::erase(runs, 0);
+    return runs;
+}
 
-    const QPalette colors = lightPalette();
-    PaletteChange palette{colors};
-    std::unique_ptr<QWidget> menu = shownMenu();
-    Picture picture = Picture::ofWindow(*menu, GetParam());
-    int linePixels = static_cast<int>(GetParam());
-};
-
-TEST_P(MenuLines, AreEvenlyThick)
+TEST_F(ViewTestBase, MenuHasEvenlyThickLinesAtEveryScale)
 {
-    const QColor edge = separatorColor(colors);
-    const double last = 1 / GetParam();
-    EXPECT_EQ(countFrom({150, 0}, {0, 1}, edge), linePixels);
-    EXPECT_EQ(countFrom({0, 270}, {1, 0}, edge), linePixels);
-    EXPECT_EQ(countFrom({150, 540 - last}, {0, -1}, edge), linePixels);
-    EXPECT_EQ(countFrom({300 - last, 270}, {-1, 0}, edge), linePixels);
-    for (const char* name : {"captureOptions", "latestCode"}) {
-        const auto& group = named<GroupBox>(*menu, name);
-        const QRectF box = QRectF(group.boxArea()).translated(areaIn(*menu, group).topLeft());
-        const QPointF middle = box.center();
-        for (const auto& [inside, outward] :
-             {std::pair(QPointF(middle.x(), box.top() + 3), QPointF(0, -1)),
-              std::pair(QPointF(middle.x(), box.bottom() - 3), QPointF(0, 1)),
-              std::pair(QPointF(box.left() + 3, middle.y()), QPointF(-1, 0)),
-              std::pair(QPointF(box.right() - 3, middle.y()), QPointF(1, 0))})
-        {
-            const int before = countFrom(inside, outward, surfaceColor(colors));
-            const QPointF line = inside + before * outward / GetParam();
-            EXPECT_EQ(countFrom(line, outward, surfaceBorderColor(colors)), linePixels) << name;
+    const QPalette colors = lightPalette();
+    const PaletteChange palette(colors);
+    const auto menu = shownMenu();
+    for (const double scale : {1.0, 1.25, 1.5, 1.75, 2.0, 2.25}) {
+        SCOPED_TRACE(scale);
+        const int thickness = static_cast<int>(scale);
+        // Through the edges of the window and of both groups, and both dividers.
+        const Picture picture = Picture::ofWindow(*menu, scale);
+        for (const QColor& color : {separatorColor(colors), surfaceBorderColor(colors)}) {
+            EXPECT_EQ(runsOf(color, picture, {270, 0}, {270, 540}), std::vector(4, thickness));
+            // Between two rows, and above the code.
+            for (const auto& [name, below] :
+                 {std::pair("captureOptions", 42), std::pair("latestCode", 14)}) {
+                const auto& group = named<GroupBox>(*menu, name);
+                const double y = areaIn(*menu, group).top() + group.boxArea().top() + below;
+                EXPECT_EQ(runsOf(color, picture, {0, y}, {300, y}), std::vector(2, thickness));
+            }
         }
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Scales, MenuLines, testing::Values(1, 1.25, 1.5, 1.75, 2, 2.25));
-
-class Scheme : public MenuSize
-{};
-
-TEST_F(Scheme, ChangeGivesOldWindowsColorsOfNewOnes)
+TEST_F(ViewTestBase, SchemeChangeGivesOldWindowsColorsOfNewOnes)
 {
+    const auto menu = shownMenu();
     const auto guidance = shownGuidance();
     for (const bool hidden : {false, true}) {
         for (const QPalette& scheme : {darkPalette(QColor(200, 30, 60)), lightPalette()}) {
@@ -252,6 +296,17 @@ TEST_F(Scheme, ChangeGivesOldWindowsColorsOfNewOnes)
                 QRectF());
         }
     }
+}
+
+TEST_F(LayoutTestBase, TextsAreTranslated)
+{
+    installTranslations(*qApp, {QStringLiteral("de")});
+    EXPECT_EQ(
+        named<TextLabel>(*shownGuidance(), "title").text(), QStringLiteral("Zugriff erlauben"));
+    const auto menu = shownMenu();
+    EXPECT_EQ(menu->findChild<OptionRow*>()->text().text(), QStringLiteral("Automatisch kopieren"));
+    EXPECT_EQ(named<CopyButton>(*menu, "copy").text(), QStringLiteral("Kopieren"));
+    EXPECT_EQ(named<TextButton>(*menu, "quit").text(), QStringLiteral("Beenden"));
 }
 
 } // namespace

@@ -8,6 +8,14 @@
 namespace orlimo {
 
 /// Replaces the stored preferences of the session's program, as another program would.
-void storePreferences(const ProgramSession& session, const std::map<std::string, bool>& values);
+inline void
+storePreferences(const ProgramSession& session, const std::map<std::string, bool>& values)
+{
+    std::string text = "[General]\n";
+    for (const auto& [key, value] : values) {
+        text += key + (value ? "=true\n" : "=false\n");
+    }
+    writeFile(session.preferences(), text);
+}
 
 } // namespace orlimo

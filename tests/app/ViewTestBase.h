@@ -1,13 +1,12 @@
 #pragma once
 
-#include "app/panel/MenuServices.h"
-#include "app/panel/PanelServices.h"
 #include "app/panel/StatusMenuView.h"
 #include "tests/app/RecordingApplication.h"
 #include "tests/capture/MemoryUserDefaults.h"
 #include "tests/capture/MessageTestBase.h"
 #include "tests/capture/RecordingPasteboard.h"
-#include "tests/support/widgets/QtPrinting.h"
+#include "tests/support/process/OutputCapture.h"
+#include "tests/support/widgets/WidgetWindow.h"
 
 #include <QList>
 #include <QUrl>
@@ -17,6 +16,7 @@
 #include <cstdlib>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace orlimo {
@@ -38,12 +38,47 @@ template <class View> View& named(const QWidget& ancestor, const char* name)
 class ViewTestBase : public MessageTestBase
 {
 protected:
-    [[nodiscard]] PanelServices panelServices();
-    [[nodiscard]] MenuServices menuServices();
+    [[nodiscard]] PanelServices panelServices() { return menuServices().panel; }
+
+    [[nodiscard]] MenuServices menuServices()
+    {
+        return {
+            .panel =
+                {.userDefaults = preferences,
+                 .pasteboard = pasteboard,
+                 .setLaunchAtLogin =
+                     [this](bool enabled) {
+                         loginItem.emplace_back(enabled ? "enable" : "disable");
+                     },
+                 .symbols = {.draw = systemSymbol, .size = systemSymbolSize}},
+            .application = [this]() -> SharedApplication& { return application; },
+            .openUrl =
+                [this](const QUrl& url) {
+                    opened.append(url);
+                    return true;
+                },
+            .website = "https://orlimo.example/"};
+    }
 
     /// The menu-bar window's content, shown while the newest message holds `code`; without its log
     /// lines.
-    [[nodiscard]] std::unique_ptr<QWidget> shownMenu(const std::string& code = "482913");
+    [[nodiscard]] std::unique_ptr<QWidget> shownMenu(const std::string& code = "482913")
+    {
+        if (!code.empty()) {
+            store.appendText("Your code is " + code + ".");
+        }
+        return shownMenuOn(menuServices());
+    }
+
+    /// The same on other services, while the newest message is what it is.
+    [[nodiscard]] std::unique_ptr<QWidget> shownMenuOn(const MenuServices& services)
+    {
+        auto message = watching();
+        const OutputCapture swallowed;
+        auto menu = std::make_unique<StatusMenuView>(std::move(message), services);
+        showActive(*menu);
+        return menu;
+    }
 
     MemoryUserDefaults preferences;
     RecordingPasteboard pasteboard;

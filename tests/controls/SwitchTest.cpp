@@ -17,14 +17,10 @@
 namespace orlimo {
 namespace {
 
-/// A desktop with or without animations.
+/// A desktop on which animations last that many milliseconds.
 class AnimationStyle : public QProxyStyle
 {
 public:
-    explicit AnimationStyle(int animationDuration)
-        : duration(animationDuration)
-    {}
-
     int styleHint(
         StyleHint hint,
         const QStyleOption* option,
@@ -36,14 +32,13 @@ public:
                    : QProxyStyle::styleHint(hint, option, widget, data);
     }
 
-private:
-    int duration;
+    int duration = 0;
 };
 
 class SwitchTest : public testing::Test
 {
 protected:
-    SwitchTest() { toggle.setStyle(&still); }
+    SwitchTest() { toggle.setStyle(&style); }
 
     /// Where the knob is, as the middle of all that is white.
     static double knobCenter(Switch& onOff)
@@ -64,16 +59,15 @@ protected:
     static constexpr double right = 26;
 
     PaletteChange palette{lightPalette()};
-    AnimationStyle still{0};
-    AnimationStyle moving{200};
+    AnimationStyle style;
     Switch toggle;
 };
 
 TEST_F(SwitchTest, HasKnobAtLeadingEndWhenOffAndTrailingEndWhenOn)
 {
-    EXPECT_EQ(toggle.sizeHint(), QSize(36, 20));
-    EXPECT_EQ(toggle.minimumSize(), QSize(36, 20));
-    EXPECT_EQ(toggle.maximumSize(), QSize(36, 20));
+    for (const QSize& size : {toggle.sizeHint(), toggle.minimumSize(), toggle.maximumSize()}) {
+        EXPECT_EQ(size, QSize(36, 20));
+    }
     for (const Qt::LayoutDirection direction : {Qt::LeftToRight, Qt::RightToLeft}) {
         const bool mirrored = direction == Qt::RightToLeft;
         toggle.setLayoutDirection(direction);
@@ -83,7 +77,7 @@ TEST_F(SwitchTest, HasKnobAtLeadingEndWhenOffAndTrailingEndWhenOn)
         EXPECT_EQ(off.alpha(), 255);
         EXPECT_LT(off.hsvSaturation(), 20);
         // Not visible yet: no slide.
-        toggle.setStyle(&moving);
+        style.duration = 200;
         toggle.setChecked(true);
         EXPECT_NEAR(knobCenter(toggle), mirrored ? left : right, 1);
         const QColor on = Picture::of(toggle).at(QPointF(mirrored ? 28 : 8, 10));
@@ -140,7 +134,7 @@ TEST_F(SwitchTest, IsAnnouncedAndOperatedAsCheckBox)
 class ShownSwitch : public SwitchTest
 {
 protected:
-    ShownSwitch() { shown->setStyle(&still); }
+    ShownSwitch() { shown->setStyle(&style); }
 
     WidgetWindow<Switch> shown;
 };
@@ -182,7 +176,7 @@ TEST_F(ShownSwitch, SlidesItsKnobWhereDesktopHasAnimations)
     EXPECT_NEAR(knobCenter(*shown), right, 1);
     runEventLoop(std::chrono::milliseconds(50));
     EXPECT_EQ(timers.count(), 0);
-    shown->setStyle(&moving);
+    style.duration = 200;
     // A busy machine may miss the slide altogether; then the knob goes back.
     EXPECT_TRUE(await([this] {
         const double center = knobCenter(*shown);
@@ -198,7 +192,7 @@ TEST_F(ShownSwitch, SlidesItsKnobWhereDesktopHasAnimations)
 
 TEST_F(ShownSwitch, TurnsAroundAndComesToRest)
 {
-    shown->setStyle(&moving);
+    style.duration = 200;
     for (int times = 0; times < 7; ++times) {
         shown->toggle();
         QCoreApplication::processEvents();

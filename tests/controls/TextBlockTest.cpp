@@ -8,13 +8,14 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <map>
 
 namespace orlimo {
 namespace {
 
-QFont fontOf(int pixelSize, const QString& family = QString())
+QFont fontOf(int pixelSize)
 {
-    QFont font = family.isEmpty() ? QFont() : QFont(family);
+    QFont font;
     font.setPixelSize(pixelSize);
     return font;
 }
@@ -37,12 +38,11 @@ QRectF inkOf(const TextBlock& block)
 
 TEST(LineHeight, IsFifthMoreThanFontSize)
 {
-    EXPECT_EQ(metrics::lineHeight(11), 13);
-    EXPECT_EQ(metrics::lineHeight(13), 16);
-    EXPECT_EQ(metrics::lineHeight(14), 17);
-    EXPECT_EQ(metrics::lineHeight(15), 18);
-    EXPECT_EQ(metrics::lineHeight(24), 29);
-    EXPECT_EQ(metrics::lineHeight(28), 34);
+    for (const auto& [fontSize, height] :
+         std::map<int, int>{{11, 13}, {13, 16}, {14, 17}, {15, 18}, {24, 29}, {28, 34}})
+    {
+        EXPECT_EQ(metrics::lineHeight(fontSize), height);
+    }
 }
 
 TEST(TextBlock, OfOneLineIsAsWideAsItsText)

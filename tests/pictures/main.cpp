@@ -50,15 +50,12 @@ void makeStore()
 bool save(QWidget& window, const QString& file)
 {
     window.show();
-    if (!QTest::qWaitForWindowExposed(&window)) {
-        std::cerr << "orlimo-pictures: the window did not appear\n";
-        return false;
+    const bool isSaved = QTest::qWaitForWindowExposed(&window) && window.grab().save(file);
+    if (!isSaved) {
+        std::cerr << "orlimo-pictures: cannot show the window or write " << file.toStdString()
+                  << '\n';
     }
-    if (!window.grab().save(file)) {
-        std::cerr << "orlimo-pictures: cannot write " << file.toStdString() << '\n';
-        return false;
-    }
-    return true;
+    return isSaved;
 }
 
 } // namespace

@@ -81,16 +81,13 @@ TEST_F(DiskAccessTest, IsNotGrantedWhereFolderMayNotBeRead)
     makeProbeFolder(home.path());
     std::filesystem::permissions(
         home.path(), perms::owner_all | perms::others_read | perms::others_exec);
-    const auto expectAccessOfNobody = [this](bool expected, const char* folder, perms mode) {
-        std::filesystem::permissions(home.path() / folder, mode);
-        const UserEntry entry{.homeDirectory = home.path().string()};
-        EXPECT_EQ(hasAccessAfter(becomeUnprivilegedUser, entry), expected) << folder;
-    };
-    expectAccessOfNobody(true, probeFolder, perms::all);
-    expectAccessOfNobody(false, probeFolder, perms::none);
-    expectAccessOfNobody(true, probeFolder, perms::all);
-    expectAccessOfNobody(false, "Library", perms::none);
-    std::filesystem::permissions(home.path() / "Library", perms::owner_all);
+    const UserEntry entry{.homeDirectory = home.path().string()};
+    for (const char* folder : {probeFolder, "Library"}) {
+        for (const perms mode : {perms::all, perms::none, perms::all}) {
+            std::filesystem::permissions(home.path() / folder, mode);
+            EXPECT_EQ(hasAccessAfter(becomeUnprivilegedUser, entry), mode == perms::all) << folder;
+        }
+    }
 }
 
 TEST_F(DiskAccessTest, AcceptsHomeOfAnyName)

@@ -2,17 +2,13 @@
 
 #include "app/guidance/GuidanceWindow.h"
 #include "controls/TextButton.h"
-#include "controls/painting/Colors.h"
 #include "tests/app/ViewTestBase.h"
 #include "tests/support/process/OutputCapture.h"
-#include "tests/support/widgets/LayoutExpectation.h"
-#include "tests/support/widgets/Picture.h"
 #include "tests/support/widgets/Pointer.h"
 #include "tests/support/widgets/WidgetWindow.h"
 
 #include <QAccessible>
 #include <QTest>
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace orlimo {
@@ -62,16 +58,12 @@ TEST_F(HelperViewTest, IsAnnouncedUnderProgramName)
     EXPECT_EQ(accessible->text(QAccessible::Name), QStringLiteral("Orlimo"));
 }
 
-TEST_F(HelperViewTest, IsOperatedByKeyboardFromTabOnWithRing)
+TEST_F(HelperViewTest, IsOperatedByKeyboardFromTabOn)
 {
     QTest::keyClick(window.windowHandle(), Qt::Key_Return);
     EXPECT_TRUE(opened.isEmpty());
-    const QPointF aboveButton(250, areaIn(window, button).top() - 2);
-    const QColor ground = Picture::ofWindow(window).at(aboveButton);
-    EXPECT_EQ(ground, windowColor(window.palette()));
     QTest::keyClick(window.windowHandle(), Qt::Key_Tab);
     EXPECT_TRUE(button.hasFocus());
-    EXPECT_GE(contrastRatio(Picture::ofWindow(window).at(aboveButton), ground), distinctContrast);
     QTest::keyClick(window.windowHandle(), Qt::Key_Return);
     EXPECT_EQ(opened.size(), 1);
 }

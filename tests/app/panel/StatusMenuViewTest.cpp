@@ -29,15 +29,6 @@ protected:
     {
         pointer::click(named<TextButton>(menu, command));
     }
-
-    std::unique_ptr<QWidget> shownMenuOn(const MenuServices& services)
-    {
-        auto message = watching();
-        const OutputCapture swallowed;
-        auto menu = std::make_unique<StatusMenuView>(std::move(message), services);
-        showActive(*menu);
-        return menu;
-    }
 };
 
 TEST_F(StatusMenuViewTest, RunsEachCommandOnceWhenChosen)

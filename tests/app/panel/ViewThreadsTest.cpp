@@ -27,68 +27,49 @@ namespace {
 
 using ViewThreads = ViewTestBase;
 
-void expectStopOnAnotherThread(const std::function<void()>& work, const std::string& file)
+TEST_F(ViewThreads, StopWorkOffMainThread)
 {
-    expectFatalStop(
-        [&work] { std::thread(work).join(); },
-        {},
-        {.file = file, .reason = "called off the main thread"});
-}
-
-TEST_F(ViewThreads, StopMakingOfViewsElsewhere)
-{
+    FakeServices fakes;
     const auto message = watching();
     const DrawnView label{.size = {140, 40}, .draw = [](QPainter&) {}};
+    PopupView panel(message, panelServices());
+    CopyButton copy(QStringLiteral("Copy"));
+    // The first event of a process makes Qt's pointing device.
+    QHoverEvent entered(QEvent::HoverEnter, copy.pillArea().center(), QPointF(), QPointF(-1, -1));
+    const auto services = orlimo::delegateServices(fakes.services);
+    AppDelegate delegate(services);
+    delegate.message = message;
+    const OutputCapture swallowed;
+    const OrlimoApp app(fakes.services);
     for (const auto& [file, work] : std::vector<std::pair<std::string, std::function<void()>>>{
-             {"panel/PopupView.cpp", [&] { const PopupView panel(message, panelServices()); }},
+             {"panel/PopupView.cpp", [&] { const PopupView other(message, panelServices()); }},
+             {"panel/PopupView.cpp",
+              [&] {
+                  QShowEvent event;
+                  static_cast<QObject&>(panel).event(&event);
+              }},
              {"panel/StatusMenuView.cpp",
               [&] { const StatusMenuView menu(message, menuServices()); }},
+             {"panel/CopyButton.cpp", [&] { static_cast<QObject&>(copy).event(&entered); }},
+             {"panel/CopyButtonStyle.cpp",
+              [&] { (void)CopyButtonStyle::makeBody({.label = label}); }},
              {"guidance/HelperView.cpp",
               [] { const HelperView view([](const QUrl&) { return true; }, {}); }},
              {"MenuBarIcon.cpp", [] { const MenuBarIcon icon; }},
              {"MenuBarIcon.cpp", [] { (void)MenuBarIcon::icon(); }},
-             {"panel/CopyButtonStyle.cpp",
-              [&] { (void)CopyButtonStyle::makeBody({.label = label}); }}})
+             {"AppDelegate.cpp", [&] { const AppDelegate elsewhere(services); }},
+             {"AppDelegate.cpp", [&] { const OrlimoApp other(fakes.services); }},
+             {"AppDelegate.cpp", [&] { delegate.applicationWillFinishLaunching(); }},
+             {"AppDelegate.cpp", [&] { delegate.applicationDidFinishLaunching(); }},
+             {"AppDelegate.cpp", [&] { delegate.applicationWillBecomeActive(); }},
+             {"AppDelegate.cpp", [&] { delegate.showHelperWindow(); }},
+             {"OrlimoApp.cpp", [&] { (void)app.body(); }}})
     {
-        expectStopOnAnotherThread(work, "app/" + file);
+        expectFatalStop(
+            [&work = work] { std::thread(work).join(); },
+            {},
+            {.file = "app/" + file, .reason = "called off the main thread"});
     }
-}
-
-TEST_F(ViewThreads, StopEventsElsewhere)
-{
-    PopupView panel(watching(), panelServices());
-    expectStopOnAnotherThread(
-        [&panel] {
-            QShowEvent event;
-            static_cast<QObject&>(panel).event(&event);
-        },
-        "app/panel/PopupView.cpp");
-    CopyButton copy(QStringLiteral("Copy"));
-    // The first event of a process makes Qt's pointing device.
-    QHoverEvent entered(QEvent::HoverEnter, copy.pillArea().center(), QPointF(), QPointF(-1, -1));
-    expectStopOnAnotherThread(
-        [&] { static_cast<QObject&>(copy).event(&entered); }, "app/panel/CopyButton.cpp");
-}
-
-TEST_F(ViewThreads, StopLifecycleEventsElsewhere)
-{
-    FakeServices fakes;
-    const auto services = orlimo::delegateServices(fakes.services);
-    AppDelegate delegate(services);
-    delegate.message = watching();
-    for (const std::function<void()>& work : std::vector<std::function<void()>>{
-             [&] { const AppDelegate elsewhere(services); },
-             [&] { const OrlimoApp app(fakes.services); },
-             [&] { delegate.applicationWillFinishLaunching(); },
-             [&] { delegate.applicationDidFinishLaunching(); },
-             [&] { delegate.applicationWillBecomeActive(); },
-             [&] { delegate.showHelperWindow(); }})
-    {
-        expectStopOnAnotherThread(work, "app/AppDelegate.cpp");
-    }
-    const OutputCapture swallowed;
-    const OrlimoApp app(fakes.services);
-    expectStopOnAnotherThread([&app] { (void)app.body(); }, "app/OrlimoApp.cpp");
 }
 
 } // namespace

@@ -11,32 +11,22 @@ namespace orlimo {
 namespace {
 
 /// A painter on a picture with some pixels a point.
-class GridPainter
+class PixelGridAt : public testing::TestWithParam<double>
 {
-public:
-    explicit GridPainter(double scale)
-        : image(QSize(200, 200), QImage::Format_ARGB32_Premultiplied)
+protected:
+    PixelGridAt()
     {
-        image.setDevicePixelRatio(scale);
+        image.setDevicePixelRatio(GetParam());
         painter.begin(&image);
     }
 
     [[nodiscard]] PixelGrid grid() const { return PixelGrid(painter); }
 
-private:
-    QImage image;
-
-public:
-    QPainter painter;
-};
-
-class PixelGridAt : public testing::TestWithParam<double>
-{
-protected:
     /// How many pixels a length in points is.
     [[nodiscard]] static double pixels(double points) { return points * GetParam(); }
 
-    GridPainter on{GetParam()};
+    QImage image{QSize(200, 200), QImage::Format_ARGB32_Premultiplied};
+    QPainter painter;
 };
 
 TEST_P(PixelGridAt, SnapsToEdgesAtWhichQtClipsWidgets)
@@ -46,7 +36,7 @@ TEST_P(PixelGridAt, SnapsToEdgesAtWhichQtClipsWidgets)
         for (const int length : {1, 13, 16, 17, 18}) {
             const QRect area(start, 2 * start, length, length + 1);
             const QRectF kept = toPixels.map(QRegion(area)).boundingRect();
-            EXPECT_EQ(toPixels.mapRect(on.grid().snapped(area)).toRect(), kept.toRect())
+            EXPECT_EQ(toPixels.mapRect(grid().snapped(area)).toRect(), kept.toRect())
                 << testing::PrintToString(area);
         }
     }
@@ -54,29 +44,28 @@ TEST_P(PixelGridAt, SnapsToEdgesAtWhichQtClipsWidgets)
 
 TEST_P(PixelGridAt, SnapsUnderAnyTranslation)
 {
-    on.painter.translate(0.3, 7.1);
-    const QRectF snapped = on.grid().snapped(QRectF(0, 0, 10, 10)).translated(0.3, 7.1);
+    painter.translate(0.3, 7.1);
+    const QRectF snapped = grid().snapped(QRectF(0, 0, 10, 10)).translated(0.3, 7.1);
     EXPECT_NEAR(pixels(snapped.top()), std::round(pixels(7.1)), 1e-9);
     EXPECT_NEAR(pixels(snapped.right()), std::round(pixels(10.3)), 1e-9);
 }
 
 TEST_P(PixelGridAt, HasLinesOfWholePixelsNoWiderThanOnePoint)
 {
-    const double width = on.grid().lineWidth();
+    const double width = grid().lineWidth();
     EXPECT_EQ(pixels(width), std::max(1.0, std::floor(GetParam())));
-    EXPECT_EQ(on.grid().hasPointSizedPixels(), GetParam() == 1);
+    EXPECT_EQ(grid().hasPointSizedPixels(), GetParam() == 1);
+}
+
+TEST_P(PixelGridAt, KeepsAreasUnderRotation)
+{
+    painter.rotate(30);
+    const QRectF area(1, 2, 3.3, 4.4);
+    EXPECT_EQ(grid().snapped(area), area);
+    EXPECT_EQ(grid().lineWidth(), 1);
 }
 
 INSTANTIATE_TEST_SUITE_P(Scales, PixelGridAt, testing::Values(1, 1.25, 1.5, 1.75, 2, 2.25, 3));
-
-TEST(PixelGrid, KeepsAreasUnderRotation)
-{
-    GridPainter on(1.5);
-    on.painter.rotate(30);
-    const QRectF area(1, 2, 3.3, 4.4);
-    EXPECT_EQ(on.grid().snapped(area), area);
-    EXPECT_EQ(on.grid().lineWidth(), 1);
-}
 
 } // namespace
 } // namespace orlimo

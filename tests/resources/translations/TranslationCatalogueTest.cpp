@@ -6,10 +6,8 @@
 #include <QTranslator>
 #include <gtest/gtest.h>
 
-#include <map>
 #include <string>
 #include <utility>
-#include <vector>
 
 namespace orlimo {
 namespace {
@@ -23,108 +21,55 @@ std::string choiceFor(const QStringList& languages)
 
 TEST(TranslationCatalogue, IsChosenByLanguageAndScript)
 {
-    const std::map<std::string, std::vector<std::string>> choices{
-        {"de", {"de", "de_DE", "de-AT", "de-Latn-CH", "DE-de"}},
-        {"fr", {"fr", "fr_CA"}},
-        {"es", {"es-MX", "es-419"}},
-        {"it", {"it-CH"}},
-        {"pt_BR", {"pt", "pt-BR", "pt_PT", "pt-Latn-AO"}},
-        {"ja", {"ja", "ja-Jpan-JP"}},
-        {"ko", {"ko-KR", "ko_KP"}},
-        {"zh_Hans", {"zh", "zh-CN", "zh_SG", "zh-MY", "zh-Hans", "zh_Hans_HK", "zh-Hans-TW"}},
-        {"zh_Hant",
-         {"zh-TW", "zh_HK", "zh-MO", "zh-Hant", "zh_Hant_TW", "zh-Hant-CN", "ZH-hant", "zh-tw"}},
-        {"English",
-         {"en",
-          "en-US",
-          "en_GB",
-          "EN",
-          "C",
-          "POSIX",
-          "nl",
-          "sv-SE",
-          "gsw-CH",
-          "nds",
-          "",
-          "-",
-          "xx",
-          "d",
-          "deu",
-          "TW",
-          "Hant"}},
-    };
-    for (const auto& [catalogue, preferred] : choices) {
-        for (const std::string& language : preferred) {
-            EXPECT_EQ(choiceFor({QString::fromStdString(language)}), catalogue) << language;
+    for (const auto& [catalogue, languages] :
+         {std::pair("de", "de de_DE de-AT de-Latn-CH DE-de"),
+          std::pair("fr", "fr fr_CA"),
+          std::pair("es", "es-MX es-419"),
+          std::pair("it", "it-CH"),
+          std::pair("pt_BR", "pt pt-BR pt_PT pt-Latn-AO"),
+          std::pair("ja", "ja ja-Jpan-JP"),
+          std::pair("ko", "ko-KR ko_KP"),
+          std::pair("zh_Hans", "zh zh-CN zh_SG zh-MY zh-Hans zh_Hans_HK zh-Hans-TW"),
+          std::pair("zh_Hant", "zh-TW zh_HK zh-MO zh-Hant zh_Hant_TW zh-Hant-CN ZH-hant zh-tw"),
+          std::pair("English", "en en-US en_GB EN C POSIX nl sv-SE gsw-CH nds - xx d deu TW Hant")})
+    {
+        for (const QString& language : QString::fromLatin1(languages).split(u' ')) {
+            EXPECT_EQ(choiceFor({language}), catalogue) << language.toStdString();
         }
     }
+    EXPECT_EQ(choiceFor({QString()}), "English");
     EXPECT_EQ(choiceFor({}), "English");
-}
-
-QStringList listOf(std::initializer_list<const char*> languages)
-{
-    QStringList list;
-    for (const char* language : languages) {
-        list.append(QLatin1String(language));
-    }
-    return list;
 }
 
 TEST(TranslationCatalogue, FollowsOrderOfUser)
 {
-    EXPECT_EQ(choiceFor(listOf({"fr", "de"})), "fr");
-    EXPECT_EQ(choiceFor(listOf({"nl", "nl-NL", "de", "fr"})), "de");
-    EXPECT_EQ(choiceFor(listOf({"nl", "en", "de"})), "English");
-    EXPECT_EQ(choiceFor(listOf({"en-AU", "de"})), "English");
-    EXPECT_EQ(choiceFor(listOf({"nl", "sv"})), "English");
-    EXPECT_EQ(choiceFor(listOf({"zh-HK", "zh-Hant-HK", "zh-CN"})), "zh_Hant");
-    EXPECT_EQ(choiceFor(listOf({"ca-ES-valencia", "ca", "es"})), "es");
-    // As Qt lists a language that it does not know itself.
-    EXPECT_EQ(choiceFor(listOf({"xx", "C", "ja"})), "ja");
-}
-
-TEST(TranslationCatalogue, NamesCatalogueOfQt)
-{
-    for (const auto& [language, name] :
-         {std::pair("de", "de"),
-          std::pair("pt", "pt_BR"),
-          std::pair("zh_Hans_HK", "zh_CN"),
-          std::pair("zh_HK", "zh_TW")})
+    for (const auto& [languages, catalogue] :
+         {std::pair("fr de", "fr"),
+          std::pair("nl nl-NL de fr", "de"),
+          std::pair("nl en de", "English"),
+          std::pair("en-AU de", "English"),
+          std::pair("nl sv", "English"),
+          std::pair("zh-HK zh-Hant-HK zh-CN", "zh_Hant"),
+          std::pair("ca-ES-valencia ca es", "es"),
+          // As Qt lists a language that it does not know itself.
+          std::pair("xx C ja", "ja")})
     {
-        const auto catalogue = TranslationCatalogue::forLanguages({QLatin1String(language)});
-        ASSERT_TRUE(catalogue) << language;
-        EXPECT_EQ(catalogue->qtLanguage, QLatin1String(name)) << language;
+        EXPECT_EQ(choiceFor(QString::fromLatin1(languages).split(u' ')), catalogue) << languages;
     }
 }
 
-/// Brings back English at the end of a test.
-class TranslationInstallation : public testing::Test
-{
-protected:
-    ~TranslationInstallation() override
-    {
-        installTranslations(*QCoreApplication::instance(), {QStringLiteral("en")});
-    }
-};
-
-TEST_F(TranslationInstallation, TranslatesProgramAndQt)
-{
-    for (const auto& [language, words] : translationSamplesByLanguage) {
-        installTranslations(*QCoreApplication::instance(), {QString::fromStdString(language)});
-        EXPECT_EQ(translationSample(), words) << language;
-    }
-}
-
-TEST_F(TranslationInstallation, ReplacesEarlierOne)
+TEST(Translations, OfProgramAndQtReplaceEarlierOnes)
 {
     QCoreApplication& application = *QCoreApplication::instance();
-    const auto before = application.findChildren<QTranslator*>().size();
-    installTranslations(application, {QStringLiteral("de")});
-    installTranslations(application, {QStringLiteral("ja")});
-    EXPECT_EQ(application.findChildren<QTranslator*>().size(), before + 2);
-    EXPECT_EQ(translationSample(), translationSamplesByLanguage.at("ja"));
+    const auto translators = [&] { return application.findChildren<QTranslator*>().size(); };
+    const auto before = translators();
+    for (const auto& [language, words] : translationSamplesByLanguage) {
+        installTranslations(application, {QString::fromStdString(language)});
+        EXPECT_EQ(translationSample(), words) << language;
+        EXPECT_EQ(translators(), language == "English" ? before : before + 2) << language;
+    }
     installTranslations(application, {QStringLiteral("en")});
-    EXPECT_EQ(application.findChildren<QTranslator*>().size(), before);
+    EXPECT_EQ(translators(), before);
     EXPECT_EQ(translationSample(), translationSamplesByLanguage.at("English"));
 }
 

@@ -18,8 +18,8 @@ void layOut(QWidget& widget);
 /// overlap, and that each text is painted whole: no glyph is cut at an edge of its widget.
 void expectNothingClipped(QWidget& window);
 
-/// Expects that with `scale` pixels a point each text label in `window` paints what it would paint
-/// if nothing cut it off, to the pixel.
+/// Expects that with `scale` pixels a point no text label in `window` would paint beyond its edges
+/// if nothing cut it off.
 void expectLabelsWholeAt(double scale, QWidget& window);
 
 } // namespace orlimo

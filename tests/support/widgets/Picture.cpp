@@ -50,15 +50,6 @@ Picture::Picture(const QImage& painted)
     , scale(painted.devicePixelRatio())
 {}
 
-Picture Picture::paintedOver(const std::function<void(QPainter&)>& draw) const
-{
-    QPixmap pixmap = QPixmap::fromImage(image);
-    QPainter painter(&pixmap);
-    draw(painter);
-    painter.end();
-    return Picture(pixmap.toImage());
-}
-
 QColor Picture::at(QPointF point) const
 {
     return image.pixelColor(

@@ -35,9 +35,6 @@ public:
 
     explicit Picture(const QImage& painted);
 
-    /// The picture with what `draw` paints over it.
-    [[nodiscard]] Picture paintedOver(const std::function<void(QPainter&)>& draw) const;
-
     /// The color of the pixel that `point` lies in.
     [[nodiscard]] QColor at(QPointF point) const;
 

@@ -1,8 +1,10 @@
 #pragma once
 
+#include "tests/support/Await.h"
 #include "tests/support/widgets/QtPrinting.h"
 
 #include <QWidget>
+#include <gtest/gtest.h>
 
 #include <utility>
 
@@ -10,10 +12,14 @@ namespace orlimo {
 
 /// Shows `window` and waits until it stands there and has the keyboard. A test failure when it does
 /// not.
-void showActive(QWidget& window);
+inline void showActive(QWidget& window)
+{
+    window.show();
+    window.activateWindow();
+    EXPECT_TRUE(await([&window] { return window.isVisible() && window.isActiveWindow(); }));
+}
 
-/// A window around one view, with a margin, shown and active for as long as it
-/// lives.
+/// A window around one view, with a margin, shown and active for as long as it lives.
 template <class View> class WidgetWindow
 {
 public:

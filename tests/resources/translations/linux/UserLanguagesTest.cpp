@@ -5,20 +5,23 @@
 
 #include <map>
 #include <optional>
+#include <sstream>
 #include <string>
 #include <utility>
-#include <vector>
 
 namespace orlimo {
 namespace {
 
-using Environment = std::map<std::string, std::optional<std::string>>;
-
-/// The language of a program that is started with these of the variables that choose it.
-std::string languageIn(Environment environment)
+/// The language of a program that is started with these of the variables that choose it, each as in
+/// "LANG=de".
+std::string languageIn(const std::string& variables)
 {
-    for (const char* variable : {"LANGUAGE", "LC_ALL", "LC_MESSAGES", "LANG"}) {
-        environment.emplace(variable, std::nullopt);
+    std::map<std::string, std::optional<std::string>> environment{
+        {"LANGUAGE", {}}, {"LC_ALL", {}}, {"LC_MESSAGES", {}}, {"LANG", {}}};
+    std::istringstream assignments(variables);
+    for (std::string assignment; assignments >> assignment;) {
+        const auto sign = assignment.find('=');
+        environment[assignment.substr(0, sign)] = assignment.substr(sign + 1);
     }
     ChildProcess probe(ORLIMO_LANGUAGE_PROBE, {.environment = environment});
     const std::string words = probe.readLine().value_or("nothing");
@@ -33,32 +36,30 @@ std::string languageIn(Environment environment)
 
 TEST(UserLanguages, ComeFromStrongestVariable)
 {
-    const std::vector<std::pair<Environment, const char*>> cases{
-        {{}, "English"},
-        {{{"LANG", "de_DE.UTF-8"}}, "de"},
-        {{{"LANG", "de_AT@euro"}}, "de"},
-        {{{"LANG", "zh_TW.UTF-8"}}, "zh_Hant"},
-        {{{"LANG", "zh_CN.UTF-8"}}, "zh_Hans"},
-        {{{"LANG", "nl_NL.UTF-8"}}, "English"},
-        {{{"LANG", "C.UTF-8"}}, "English"},
-        {{{"LANG", "de_DE.UTF-8"}, {"LC_MESSAGES", "ja_JP.UTF-8"}}, "ja"},
-        {{{"LANG", "de_DE.UTF-8"}, {"LC_MESSAGES", "ja_JP.UTF-8"}, {"LC_ALL", "fr_FR.UTF-8"}},
-         "fr"},
-        {{{"LANG", "de_DE.UTF-8"}, {"LC_ALL", ""}}, "de"},
-        {{{"LANG", "de_DE.UTF-8"}, {"LC_MESSAGES", "en_US.UTF-8"}}, "English"},
-        {{{"LANG", "en_US.UTF-8"}, {"LANGUAGE", "ko"}}, "ko"},
-        {{{"LC_ALL", "en_US.UTF-8"}, {"LANGUAGE", "nl:it:de"}}, "it"},
-        {{{"LANG", "de_DE.UTF-8"}, {"LANGUAGE", "en_GB:en"}}, "English"},
-        {{{"LANG", "de_DE.UTF-8"}, {"LANGUAGE", "xx:zh_Hant"}}, "zh_Hant"},
-        {{{"LANG", "de_DE.UTF-8"}, {"LANGUAGE", ""}}, "de"},
-        {{{"LANGUAGE", "ja"}}, "ja"},
-        // The locale C has no list.
-        {{{"LC_ALL", "C"}, {"LANGUAGE", "de"}}, "English"},
-        {{{"LANG", "POSIX"}, {"LANGUAGE", "de"}}, "English"},
-        {{{"LC_ALL", "fr_FR.UTF-8"}, {"LANG", "C"}, {"LANGUAGE", "de"}}, "de"},
-    };
-    for (const auto& [environment, language] : cases) {
-        EXPECT_EQ(languageIn(environment), language) << testing::PrintToString(environment);
+    for (const auto& [variables, language] :
+         {std::pair("", "English"),
+          std::pair("LANG=de_DE.UTF-8", "de"),
+          std::pair("LANG=de_AT@euro", "de"),
+          std::pair("LANG=zh_TW.UTF-8", "zh_Hant"),
+          std::pair("LANG=zh_CN.UTF-8", "zh_Hans"),
+          std::pair("LANG=nl_NL.UTF-8", "English"),
+          std::pair("LANG=C.UTF-8", "English"),
+          std::pair("LANG=de_DE.UTF-8 LC_MESSAGES=ja_JP.UTF-8", "ja"),
+          std::pair("LANG=de_DE.UTF-8 LC_MESSAGES=ja_JP.UTF-8 LC_ALL=fr_FR.UTF-8", "fr"),
+          std::pair("LANG=de_DE.UTF-8 LC_ALL=", "de"),
+          std::pair("LANG=de_DE.UTF-8 LC_MESSAGES=en_US.UTF-8", "English"),
+          std::pair("LANG=en_US.UTF-8 LANGUAGE=ko", "ko"),
+          std::pair("LC_ALL=en_US.UTF-8 LANGUAGE=nl:it:de", "it"),
+          std::pair("LANG=de_DE.UTF-8 LANGUAGE=en_GB:en", "English"),
+          std::pair("LANG=de_DE.UTF-8 LANGUAGE=xx:zh_Hant", "zh_Hant"),
+          std::pair("LANG=de_DE.UTF-8 LANGUAGE=", "de"),
+          std::pair("LANGUAGE=ja", "ja"),
+          // The locale C has no list.
+          std::pair("LC_ALL=C LANGUAGE=de", "English"),
+          std::pair("LANG=POSIX LANGUAGE=de", "English"),
+          std::pair("LC_ALL=fr_FR.UTF-8 LANG=C LANGUAGE=de", "de")})
+    {
+        EXPECT_EQ(languageIn(variables), language) << variables;
     }
 }
 
