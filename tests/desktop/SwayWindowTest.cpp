@@ -69,12 +69,16 @@ protected:
     /// window opened for it or closed, that both count as one.
     void clickIcon()
     {
-        constexpr std::chrono::milliseconds betweenClicks{700};
         ASSERT_TRUE(awaitCondition(
             [this] { return desktop().tray().items() == 1 && desktop().showsIcon(); }));
-        std::this_thread::sleep_until(lastClick + betweenClicks);
+        waitBetweenClicks();
         desktop().input().click(SwaySession::onlyIcon);
         lastClick = std::chrono::steady_clock::now();
+    }
+    void waitBetweenClicks() const
+    {
+        constexpr std::chrono::milliseconds betweenClicks{700};
+        std::this_thread::sleep_until(lastClick + betweenClicks);
     }
 
     /// Clicks the icon and waits until the window is open and has the focus.
@@ -199,6 +203,27 @@ TEST_F(ProgramOnSway, CopiesTheCodeThatItsWindowShows)
     // A program of Wayland knows where it is in its window, and not where that is.
     desktop().input().click(windows().front().area.topLeft() + button->area().center());
     EXPECT_TRUE(awaitPaste("482913"));
+}
+
+TEST_F(ProgramOnSway, OpensALowerWindowWhileTheScreenIsLow)
+{
+    constexpr int screenHeight = 768;
+    desktop().command("output * scale 2");
+    start();
+    ASSERT_TRUE(desktop().tray().awaitItem());
+    desktop().tray().click();
+    ASSERT_TRUE(awaitOpen());
+    EXPECT_EQ(windows().front().area.width(), 300);
+    EXPECT_LE(windows().front().area.height(), screenHeight / 2);
+    waitBetweenClicks();
+    desktop().tray().click();
+    ASSERT_TRUE(awaitClosed());
+
+    desktop().command("output * scale 1");
+    waitBetweenClicks();
+    desktop().tray().click();
+    ASSERT_TRUE(awaitOpen());
+    EXPECT_EQ(windows().front().area.size(), QSize(300, 540));
 }
 
 TEST_F(ProgramOnSway, WaitsForThePointerThatTakesTheFocusAlongUnlessItsIconIsClicked)

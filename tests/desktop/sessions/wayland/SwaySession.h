@@ -133,6 +133,14 @@ public:
         return found;
     }
 
+    /// Has the compositor carry out a command of its own; one that it refuses is a test failure.
+    void command(const std::string& text) const
+    {
+        const auto tool =
+            runTool("/usr/bin/swaymsg", {.arguments = {"--", text}, .environment = environment()});
+        EXPECT_EQ(tool.status, 0) << text << ": " << tool.output << tool.errors;
+    }
+
     /// Whether the bar shows anything where the only icon is.
     [[nodiscard]] bool showsIcon() const
     {
