@@ -132,20 +132,20 @@ TEST_F(Window, StoresEverySwitchAtOnce)
              {"Launch at login", "loginItemEnabled"}})
     {
         const Accessible control = program.element("check box", name);
-        EXPECT_TRUE(awaitWithPolling([&] { return control.is(State::checked); })) << name;
+        ASSERT_TRUE(awaitWithPolling([&] { return control.is(State::checked); })) << name;
         program.click("check box", name);
         expected[key] = "false";
-        EXPECT_TRUE(program.awaitPreferences(expected)) << name;
-        EXPECT_TRUE(awaitWithPolling([&] { return !control.is(State::checked); })) << name;
+        ASSERT_TRUE(program.awaitPreferences(expected)) << name;
+        ASSERT_TRUE(awaitWithPolling([&] { return !control.is(State::checked); })) << name;
         const bool startsAtLogin = key != "loginItemEnabled";
-        EXPECT_TRUE(
+        ASSERT_TRUE(
             awaitWithPolling([&] { return std::filesystem::exists(entry) == startsAtLogin; }));
 
         ASSERT_NO_FATAL_FAILURE(focus(control)) << name;
         program.desktop().press("space");
         expected[key] = "true";
-        EXPECT_TRUE(program.awaitPreferences(expected)) << name;
-        EXPECT_TRUE(awaitWithPolling([&] { return control.is(State::checked); })) << name;
+        ASSERT_TRUE(program.awaitPreferences(expected)) << name;
+        ASSERT_TRUE(awaitWithPolling([&] { return control.is(State::checked); })) << name;
     }
     ASSERT_TRUE(awaitWithPolling([&] { return std::filesystem::exists(entry); }));
     const std::string path = std::filesystem::canonical(ORLIMO_PROGRAM).string();

@@ -112,12 +112,13 @@ public:
         EXPECT_TRUE(awaitWithPolling([this] { return trayItem.hasHost(); })) << bar->errors();
     }
 
-    /// Takes the bar away, and with it the tray.
+    /// Takes the bar away, and with it the tray, also from the screen: a click on what is left of
+    /// it there is lost.
     void stopBar()
     {
         bar->terminate();
         bar.reset();
-        EXPECT_TRUE(awaitWithPolling([this] { return !trayItem.hasHost(); }));
+        EXPECT_TRUE(awaitWithPolling([this] { return !trayItem.hasHost() && !showsIcon(); }));
     }
 
     /// The windows that can be seen.
