@@ -72,7 +72,24 @@ TEST_F(Clipboard, HoldsTheCodeAloneAsPlainTextMarkedAsSecret)
     EXPECT_EQ(server.paste("primary"), "selected with the mouse\n");
 }
 
-TEST_F(Clipboard, HoldsTheCodeOfAProgramWhoseLinesWouldEndInTheJournal)
+TEST_F(Clipboard, IsLeftAloneByMessagesWithoutACodeAndTakenAgainFromWhoeverHasTakenIt)
+{
+    server.copy("clipboard", "something that the user copied");
+    session.deliver("text Lunch at noon?");
+    ASSERT_TRUE(session.program().awaitLine("Lunch at noon?"));
+    runEventLoop(std::chrono::milliseconds(200));
+    EXPECT_EQ(server.paste("clipboard"), "something that the user copied\n");
+
+    ProgramSession::waitForThrottle();
+    session.deliver("text Your code is 482913.");
+    ASSERT_TRUE(awaitPaste("482913"));
+    server.copy("clipboard", "mine now");
+    ProgramSession::waitForThrottle();
+    session.deliver("body Your code is 59302.");
+    EXPECT_TRUE(awaitPaste("59302"));
+}
+
+TEST(ClipboardOfService, HoldsTheCodeThatIsNotPrintedToTheJournal)
 {
     std::array<int, 2> sockets{-1, -1};
     ASSERT_EQ(::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, sockets.data()), 0);
@@ -81,8 +98,9 @@ TEST_F(Clipboard, HoldsTheCodeOfAProgramWhoseLinesWouldEndInTheJournal)
     struct stat status
     {};
     ASSERT_EQ(::fstat(writer.get(), &status), 0);
+    const XServer server;
     {
-        ProgramSession other(
+        ProgramSession session(
             {.arguments = {"--launched-at-login"},
              .environment =
                  {{"DISPLAY", server.display()},
@@ -90,39 +108,18 @@ TEST_F(Clipboard, HoldsTheCodeOfAProgramWhoseLinesWouldEndInTheJournal)
                    std::to_string(status.st_dev) + ":" + std::to_string(status.st_ino)},
                   {"QT_QPA_PLATFORM", "xcb"}},
              .beforeStart = [&writer] { ::dup2(writer.get(), STDOUT_FILENO); }});
-        other.startWriter();
-        other.startProgram();
+        session.startWriter();
+        session.startProgram();
         // It watches the store by then.
-        ASSERT_TRUE(await([&other] { return std::filesystem::exists(other.autostartEntry()); }));
+        ASSERT_TRUE(await([&] { return std::filesystem::exists(session.autostartEntry()); }));
         ProgramSession::waitForThrottle();
-        other.deliver("text Your code is 482913.");
-        EXPECT_TRUE(awaitPaste("482913"));
-        EXPECT_EQ(other.program().errors(), "");
+        session.deliver("text Your code is 482913.");
+        EXPECT_TRUE(server.awaitPaste("482913"));
+        EXPECT_EQ(session.program().errors(), "");
     }
     writer = UniqueFd();
     char byte = 0;
     EXPECT_EQ(::read(reader.get(), &byte, 1), 0) << "something was printed";
-}
-
-TEST_F(Clipboard, IsTakenAgainFromWhoeverHasTakenIt)
-{
-    session.deliver("text Your code is 482913.");
-    ASSERT_TRUE(awaitPaste("482913"));
-    EXPECT_EQ(session.readReaction().size(), 4U);
-    server.copy("clipboard", "mine now");
-    session.awaitOpenThrottle();
-
-    session.deliver("body Your code is 59302.");
-    EXPECT_TRUE(awaitPaste("59302"));
-}
-
-TEST_F(Clipboard, IsLeftAloneByMessagesWithoutACode)
-{
-    server.copy("clipboard", "something that the user copied");
-    session.deliver("text Lunch at noon?");
-    ASSERT_TRUE(session.program().awaitLine("Lunch at noon?"));
-    runEventLoop(std::chrono::milliseconds(200));
-    EXPECT_EQ(server.paste("clipboard"), "something that the user copied\n");
 }
 
 } // namespace

@@ -1,63 +1,35 @@
-#include "tests/desktop/sessions/DesktopTest.h"
-#include "tests/desktop/sessions/DesktopVariables.h"
-#include "tests/desktop/sessions/wayland/SwaySession.h"
-#include "tests/program/ProgramSession.h"
-#include "tests/support/process/OutputCapture.h"
-#include "tests/support/process/ParentDeathSignal.h"
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
+#include "tests/desktop/WaylandTest.h"
 
 #include <algorithm>
 #include <functional>
 #include <thread>
-#include <utility>
 
 namespace orlimo {
 namespace {
 
 using testing::SizeIs;
 
-/// The program on a Wayland desktop whose bar has a tray.
-class ProgramOnSway : public DesktopTest<SwaySession>
+/// The program on a Wayland desktop whose bar has a tray, and whose focus follows the pointer.
+class ProgramOnSway : public WaylandTest
 {
 protected:
     /// Starts the program on a store with a message, by default as the login does: its window then
     /// does not open by itself, not even where the bus is slow to report the tray.
     void start(std::vector<std::string> arguments = {"--launched-at-login"})
     {
-        ownSession.emplace(ProgramSession::Settings{
-            .arguments = std::move(arguments),
-            .environment = desktop().environment(),
-            .beforeStart = dieWithParent});
+        prepare(std::move(arguments));
         session().startWriter();
         session().deliver("text Your code is 482913.");
         session().startProgram();
-        ASSERT_TRUE(session().program().awaitLine("file access allowed"))
-            << session().program().errors();
-    }
-
-    [[nodiscard]] ProgramSession& session() { return *ownSession; }
-
-    [[nodiscard]] testing::AssertionResult awaitIcon()
-    {
-        return awaitCondition([this] { return icon().has_value(); });
-    }
-
-    /// The program's icon: its name on the bus.
-    [[nodiscard]] std::optional<std::string> icon()
-    {
-        for (const std::string& service : desktop().tray().services()) {
-            if (desktop().tray().titleOf(service) == "Orlimo") {
-                return service;
-            }
-        }
-        return std::nullopt;
+        ASSERT_TRUE(program().awaitLine("file access allowed")) << program().errors();
     }
 
     [[nodiscard]] std::vector<SwayWindow> windows()
     {
-        return desktop().windowsOf(session().program().processId());
+        auto found = desktop().windows();
+        const pid_t process = program().processId();
+        std::erase_if(found, [process](const SwayWindow& one) { return one.process != process; });
+        return found;
     }
 
     /// Waits for `condition`; a failure describes the desktop.
@@ -71,9 +43,9 @@ protected:
             result << "window \"" << one.title << "\" of process " << one.process
                    << (one.isFocused ? ", focused\n" : "\n");
         }
-        return result << "the program is process " << session().program().processId()
-                      << " and printed\n"
-                      << session().program().output() << session().program().errors();
+        return result << "the program is process " << program().processId() << " and printed\n"
+                      << program().output() << program().errors() << "it shows\n"
+                      << desktop().accessibility().describe();
     }
 
     [[nodiscard]] testing::AssertionResult awaitOpen()
@@ -93,32 +65,37 @@ protected:
         return closed;
     }
 
-    /// Waits until another application has the focus.
-    void awaitFocusLost()
-    {
-        ASSERT_TRUE(awaitCondition([this] {
-            const auto all = windows();
-            return all.size() != 1 || !all.front().isFocused;
-        }));
-    }
-
     /// Clicks the icon at the pace of a person: not so soon after the last click, or after the
-    /// window opened for it or closed, that both count as one. False when the bar shows no icon.
-    [[nodiscard]] bool clickIcon()
+    /// window opened for it or closed, that both count as one.
+    void clickIcon()
     {
-        const bool isShown = awaitWithPolling([this] { return desktop().showsIcon(); });
-        std::this_thread::sleep_until(lastClick + betweenClicks);
-        desktop().click(SwaySession::onlyIcon);
+        ASSERT_TRUE(awaitCondition(
+            [this] { return desktop().tray().items() == 1 && desktop().showsIcon(); }));
+        waitBetweenClicks();
+        desktop().input().click(SwaySession::onlyIcon);
         lastClick = std::chrono::steady_clock::now();
-        return isShown;
+    }
+    void waitBetweenClicks() const
+    {
+        constexpr std::chrono::milliseconds betweenClicks{700};
+        std::this_thread::sleep_until(lastClick + betweenClicks);
     }
 
     /// Clicks the icon and waits until the window is open and has the focus.
     void open()
     {
-        ASSERT_TRUE(awaitIcon());
-        ASSERT_TRUE(clickIcon());
+        ASSERT_NO_FATAL_FAILURE(clickIcon());
         ASSERT_TRUE(awaitOpen());
+    }
+
+    /// Moves the pointer into another application's window and waits until that has the focus.
+    void movePointerToOther()
+    {
+        desktop().input().movePointer({900, 700});
+        ASSERT_TRUE(awaitCondition([this] {
+            const auto all = windows();
+            return all.size() != 1 || !all.front().isFocused;
+        }));
     }
 
     /// Moves the pointer, step by step as a hand does, from the icon to the middle of the window,
@@ -129,77 +106,54 @@ protected:
         const QPoint distance = windows().front().area.center() - from;
         constexpr int steps = 8;
         for (int step = 1; step <= steps; ++step) {
-            desktop().movePointer(from + distance * step / steps);
+            desktop().input().movePointer(from + distance * step / steps);
         }
         ASSERT_TRUE(awaitOpen());
         // Qt 6.4 drops the loss of a focus that it has not yet reported. What follows a key that
         // has taken effect comes later than that.
-        desktop().press("Tab");
-        ASSERT_TRUE(awaitWithPolling([this] { return hasFocusedControl(); }))
-            << desktop().accessibility().describe("Orlimo");
+        desktop().input().press("Tab");
+        ASSERT_TRUE(awaitCondition([this] {
+            return std::ranges::any_of(
+                desktop().accessibility().showing(), [](const Accessible& element) {
+                    const std::string role = element.role();
+                    return (role == "push button" || role == "check box") &&
+                           element.is(Accessible::State::focused);
+                });
+        }));
     }
 
-    [[nodiscard]] bool hasFocusedControl()
+    /// Another application's window with the focus, until the returned process ends.
+    [[nodiscard]] std::unique_ptr<ChildProcess> openOtherApplication()
     {
-        const auto elements = desktop().accessibility().showing("Orlimo");
-        return std::ranges::any_of(elements, [](const Accessible& element) {
-            const std::string role = element.role();
-            return (role == "push button" || role == "check box") &&
-                   element.is(Accessible::State::focused);
-        });
+        auto application =
+            std::make_unique<ChildProcess>(ORLIMO_DESKTOP_PROBE, onDesktop({"window"}));
+        EXPECT_TRUE(application->awaitLine("focused")) << application->errors();
+        return application;
     }
-
-    /// Clicks the middle of what the window shows under this role and name.
-    void clickInWindow(const std::string& role, const std::string& name)
-    {
-        std::optional<Accessible> element;
-        ASSERT_TRUE(awaitWithPolling([&] {
-            element = desktop().accessibility().find("Orlimo", role, name);
-            return element.has_value();
-        })) << desktop().accessibility().describe("Orlimo");
-        // A program of Wayland knows where it is in its window, and not where that is.
-        desktop().click(windows().front().area.topLeft() + element->area().center());
-    }
-
-    void activate()
-    {
-        ASSERT_TRUE(awaitIcon());
-        desktop().tray().activate(*icon(), SwaySession::onlyIcon.x(), SwaySession::onlyIcon.y());
-    }
-
-    /// Longer than the clicks of a double click lie apart.
-    static constexpr std::chrono::milliseconds betweenClicks{700};
 
 private:
-    std::optional<ProgramSession> ownSession;
     std::chrono::steady_clock::time_point lastClick;
 };
 
-TEST_F(ProgramOnSway, HasItsIconInTheTrayAndBringsItBackWithTheTray)
-{
-    start();
-    ASSERT_TRUE(awaitIcon());
-    EXPECT_EQ(platformOf(session().program().processId()), "wayland");
-    EXPECT_TRUE(windows().empty());
-    for (int round = 0; round < 2; ++round) {
-        desktop().stopBar();
-        EXPECT_TRUE(session().program().isRunning());
-        desktop().startBar();
-        EXPECT_TRUE(awaitIcon());
-    }
-    EXPECT_THAT(desktop().tray().services(), SizeIs(1));
-}
-
-TEST_F(ProgramOnSway, BringsItsIconWhenATrayComesLate)
+TEST_F(ProgramOnSway, ShowsItsIconInEachTrayAndLeavesThePrimarySelectionAlone)
 {
     desktop().stopBar();
     start();
+    EXPECT_EQ(platformOf(program().processId()), "wayland");
+    desktop().clipboard().copy("selected with the mouse", "primary");
     ProgramSession::waitForThrottle();
     session().deliver("text Your code is 59302.");
-    ASSERT_TRUE(awaitWithPolling([this] { return desktop().clipboard().paste() == "59302"; }))
-        << session().program().output() << session().program().errors();
+    ASSERT_TRUE(awaitPaste("59302")) << program().output() << program().errors();
+    EXPECT_EQ(desktop().clipboard().paste("primary"), "selected with the mouse");
     EXPECT_TRUE(windows().empty());
 
+    for (int round = 0; round < 2; ++round) {
+        desktop().startBar();
+        EXPECT_TRUE(desktop().tray().awaitItem());
+        EXPECT_EQ(desktop().tray().title(), "Orlimo");
+        desktop().stopBar();
+        EXPECT_TRUE(program().isRunning());
+    }
     desktop().startBar();
     ASSERT_NO_FATAL_FAILURE(open());
 }
@@ -209,78 +163,83 @@ TEST_F(ProgramOnSway, ShowsItsWindowWhenTheUserStartsItWithoutATray)
     desktop().stopBar();
     start({});
     EXPECT_TRUE(awaitOpen());
-    desktop().press("Escape");
+    desktop().input().press("Escape");
     EXPECT_TRUE(awaitClosed());
-    EXPECT_TRUE(session().program().isRunning());
+    EXPECT_TRUE(program().isRunning());
 
     desktop().startBar();
     ASSERT_NO_FATAL_FAILURE(open());
 }
 
-TEST_F(ProgramOnSway, OpensAndClosesItsWindowAsThePanelRequestsLowerOnALowScreen)
-{
-    // 768 pixels high.
-    desktop().command("output * scale 2");
-    start();
-    ASSERT_TRUE(awaitIcon());
-    activate();
-    ASSERT_TRUE(awaitOpen());
-    EXPECT_TRUE(windows().front().isFloating);
-    EXPECT_EQ(windows().front().area.width(), 300);
-    EXPECT_LE(windows().front().area.height(), 768 / 2);
-    runEventLoop(betweenClicks);
-    activate();
-    EXPECT_TRUE(awaitClosed());
-    desktop().command("output * scale 1");
-    runEventLoop(betweenClicks);
-    activate();
-    ASSERT_TRUE(awaitOpen());
-    EXPECT_TRUE(windows().front().isWayland);
-    EXPECT_EQ(windows().front().area.size(), QSize(300, 540));
-}
-
 TEST_F(ProgramOnSway, OpensAndClosesItsWindowOnClicks)
 {
     start();
-    ASSERT_TRUE(awaitIcon());
     for (int round = 0; round < 2; ++round) {
-        ASSERT_TRUE(clickIcon());
-        ASSERT_TRUE(awaitOpen());
-        ASSERT_TRUE(clickIcon());
+        ASSERT_NO_FATAL_FAILURE(open());
+        const SwayWindow window = windows().front();
+        EXPECT_TRUE(window.isFloating);
+        EXPECT_TRUE(window.isWayland);
+        EXPECT_EQ(window.area.size(), QSize(300, 540));
+        ASSERT_NO_FATAL_FAILURE(clickIcon());
         EXPECT_TRUE(awaitClosed());
     }
     // No click was one too many.
     runEventLoop(std::chrono::milliseconds(500));
     EXPECT_TRUE(windows().empty());
-    const auto lines = linesOf(session().program().output());
+    const auto lines = linesOf(program().output());
     EXPECT_EQ(std::ranges::count(lines, "Opened PopupWindow : APPEAR"), 2);
 }
 
-TEST_F(ProgramOnSway, WaitsForThePointerThatTakesTheFocusAlong)
+TEST_F(ProgramOnSway, CopiesTheCodeThatItsWindowShows)
 {
-    const auto other = desktop().openOtherApplication();
     start();
     ASSERT_NO_FATAL_FAILURE(open());
-    constexpr QPoint inTheOtherApplication(900, 700);
-    desktop().movePointer(inTheOtherApplication);
-    ASSERT_NO_FATAL_FAILURE(awaitFocusLost());
+    desktop().clipboard().copy("something that the user copied");
+    std::optional<Accessible> button;
+    ASSERT_TRUE(awaitCondition([&] {
+        button = desktop().accessibility().find("push button", "Copy");
+        return button.has_value();
+    }));
+    // A program of Wayland knows where it is in its window, and not where that is.
+    desktop().input().click(windows().front().area.topLeft() + button->area().center());
+    EXPECT_TRUE(awaitPaste("482913"));
+}
+
+TEST_F(ProgramOnSway, OpensALowerWindowWhileTheScreenIsLow)
+{
+    constexpr int screenHeight = 768;
+    desktop().command("output * scale 2");
+    start();
+    ASSERT_TRUE(desktop().tray().awaitItem());
+    desktop().tray().click();
+    ASSERT_TRUE(awaitOpen());
+    EXPECT_EQ(windows().front().area.width(), 300);
+    EXPECT_LE(windows().front().area.height(), screenHeight / 2);
+    waitBetweenClicks();
+    desktop().tray().click();
+    ASSERT_TRUE(awaitClosed());
+
+    desktop().command("output * scale 1");
+    waitBetweenClicks();
+    desktop().tray().click();
+    ASSERT_TRUE(awaitOpen());
+    EXPECT_EQ(windows().front().area.size(), QSize(300, 540));
+}
+
+TEST_F(ProgramOnSway, WaitsForThePointerThatTakesTheFocusAlongUnlessItsIconIsClicked)
+{
+    const auto other = openOtherApplication();
+    start();
+    ASSERT_NO_FATAL_FAILURE(open());
+    ASSERT_NO_FATAL_FAILURE(movePointerToOther());
     runEventLoop(std::chrono::seconds(2));
     ASSERT_THAT(windows(), SizeIs(1));
     ASSERT_NO_FATAL_FAILURE(movePointerInside());
     runEventLoop(std::chrono::seconds(2));
     ASSERT_THAT(windows(), SizeIs(1));
-    desktop().press("Escape");
-    EXPECT_TRUE(awaitClosed());
-}
 
-TEST_F(ProgramOnSway, ClosesItsWindowOnASecondClickOnTheIconWithoutTheFocus)
-{
-    const auto other = desktop().openOtherApplication();
-    start();
-    ASSERT_NO_FATAL_FAILURE(open());
-    desktop().movePointer({900, 700});
-    ASSERT_NO_FATAL_FAILURE(awaitFocusLost());
-    ASSERT_TRUE(clickIcon());
+    ASSERT_NO_FATAL_FAILURE(movePointerToOther());
+    ASSERT_NO_FATAL_FAILURE(clickIcon());
     EXPECT_TRUE(awaitClosed());
     runEventLoop(std::chrono::milliseconds(500));
     EXPECT_TRUE(windows().empty());
@@ -291,22 +250,12 @@ TEST_F(ProgramOnSway, ClosesItsWindowWhenAnotherApplicationTakesTheFocus)
     start();
     ASSERT_NO_FATAL_FAILURE(open());
     ASSERT_NO_FATAL_FAILURE(movePointerInside());
-    const auto other = desktop().openOtherApplication();
+    const auto other = openOtherApplication();
     EXPECT_TRUE(awaitClosed());
     const auto all = desktop().windows();
     ASSERT_THAT(all, SizeIs(1));
     EXPECT_EQ(all.front().process, other->processId());
     EXPECT_TRUE(all.front().isFocused);
-}
-
-TEST_F(ProgramOnSway, CopiesTheCodeThatItsWindowShows)
-{
-    start();
-    ASSERT_NO_FATAL_FAILURE(open());
-    desktop().clipboard().copy("something that the user copied");
-    clickInWindow("push button", "Copy");
-    EXPECT_TRUE(awaitWithPolling([this] { return desktop().clipboard().paste() == "482913"; }))
-        << desktop().clipboard().paste().value_or("nothing");
 }
 
 } // namespace

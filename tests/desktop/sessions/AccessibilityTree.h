@@ -1,8 +1,7 @@
 #pragma once
 
 #include "tests/app/Accessible.h"
-
-#include <gtest/gtest.h>
+#include "tests/desktop/sessions/BusConnection.h"
 
 #include <optional>
 #include <sstream>
@@ -11,32 +10,24 @@
 
 namespace orlimo {
 
-/// What the programs on one accessibility bus tell assistive technology.
+/// What Orlimo tells assistive technology on one accessibility bus.
 class AccessibilityTree
 {
 public:
-    /// Connects to the bus at `busAddress`; no connection is a test failure.
     explicit AccessibilityTree(const std::string& busAddress)
-        : connectionName(QString::fromStdString("accessibility " + busAddress))
-        , bus(QDBusConnection::connectToBus(QString::fromStdString(busAddress), connectionName))
-    {
-        EXPECT_TRUE(bus.isConnected()) << busAddress;
-    }
-    AccessibilityTree(const AccessibilityTree&) = delete;
-    AccessibilityTree& operator=(const AccessibilityTree&) = delete;
-    ~AccessibilityTree() { QDBusConnection::disconnectFromBus(connectionName); }
+        : bus(busAddress)
+    {}
 
-    /// Everything that the program `application` shows at the moment, from the outside in and from
-    /// the first to the last.
-    [[nodiscard]] std::vector<Accessible> showing(const std::string& application) const
+    /// Everything that it shows at the moment, from the outside in and from the first to the last.
+    [[nodiscard]] std::vector<Accessible> showing() const
     {
         const Accessible root(
-            bus,
+            bus.connection(),
             QStringLiteral("org.a11y.atspi.Registry"),
             QStringLiteral("/org/a11y/atspi/accessible/root"));
         std::vector<Accessible> found;
         for (const Accessible& program : root.children()) {
-            if (program.name() == application) {
+            if (program.name() == "Orlimo") {
                 for (const Accessible& window : program.children()) {
                     collectShowing(window, found);
                 }
@@ -48,9 +39,9 @@ public:
 
     /// The first of these with the role and the name.
     [[nodiscard]] std::optional<Accessible>
-    find(const std::string& application, const std::string& role, const std::string& name) const
+    find(const std::string& role, const std::string& name) const
     {
-        for (const Accessible& element : showing(application)) {
+        for (const Accessible& element : showing()) {
             if (element.name() == name && element.role() == role) {
                 return element;
             }
@@ -59,10 +50,10 @@ public:
     }
 
     /// These as lines of text, for people.
-    [[nodiscard]] std::string describe(const std::string& application) const
+    [[nodiscard]] std::string describe() const
     {
         std::ostringstream text;
-        for (const Accessible& element : showing(application)) {
+        for (const Accessible& element : showing()) {
             const QRect area = element.area();
             text << element.role() << " \"" << element.name() << "\" " << area.x() << ','
                  << area.y() << ' ' << area.width() << 'x' << area.height() << '\n';
@@ -82,8 +73,7 @@ private:
         }
     }
 
-    QString connectionName;
-    QDBusConnection bus;
+    BusConnection bus;
 };
 
 } // namespace orlimo

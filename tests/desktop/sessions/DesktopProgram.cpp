@@ -14,9 +14,6 @@ namespace orlimo {
 
 namespace {
 
-/// What the program calls itself, also to assistive technology.
-constexpr const char* applicationName = "Orlimo";
-
 /// On a screen that is high enough.
 constexpr QSize windowSize(300, 540);
 
@@ -61,30 +58,16 @@ void DesktopProgram::start()
     (void)awaitIcon();
 }
 
-void DesktopProgram::clickIcon(int button)
+void DesktopProgram::clickIcon()
 {
-    ownDesktop.click(awaitIcon(), button);
+    ownDesktop.click(awaitIcon());
     lastClick = std::chrono::steady_clock::now();
 }
 
 void DesktopProgram::doubleClickIcon()
 {
-    ownDesktop.doubleClick(awaitIcon());
+    ownDesktop.server().doubleClick(awaitIcon());
     lastClick = std::chrono::steady_clock::now();
-}
-
-void DesktopProgram::chooseFromIconsMenu(int number, int count)
-{
-    constexpr int right = 3;
-    clickIcon(right);
-    std::optional<QRect> menu;
-    const auto isShown = [&] {
-        menu = ownDesktop.windows().menuOf(processId());
-        return menu.has_value();
-    };
-    require(awaitWithPolling(isShown), "the icon has no menu");
-    const int height = menu->height() / count;
-    ownDesktop.click({menu->center().x(), menu->top() + number * height + height / 2});
 }
 
 QPoint DesktopProgram::awaitIcon()
@@ -138,11 +121,6 @@ testing::AssertionResult DesktopProgram::awaitClosed()
     return closed;
 }
 
-testing::AssertionResult DesktopProgram::awaitWindows(std::size_t count)
-{
-    return awaitCondition([&] { return windows().size() == count; });
-}
-
 bool DesktopProgram::isCovered(const XWindow& window) const
 {
     const auto all = ownDesktop.windows().windowsOf(0);
@@ -161,42 +139,21 @@ std::optional<XWindow> DesktopProgram::window()
 {
     const auto all = windows();
     const auto found = std::ranges::find_if(all, [](const XWindow& one) {
-        return one.title == applicationName && one.area.width() == windowSize.width() &&
+        return one.title == "Orlimo" && one.area.width() == windowSize.width() &&
                one.area.height() <= windowSize.height();
     });
     return found == all.end() ? std::nullopt : std::optional(*found);
-}
-
-std::vector<XWindow> DesktopProgram::windows()
-{
-    return ownDesktop.windows().windowsOf(processId());
 }
 
 Accessible DesktopProgram::element(const std::string& role, const std::string& name)
 {
     std::optional<Accessible> found;
     const auto isThere = [&] {
-        found = ownDesktop.accessibility().find(applicationName, role, name);
+        found = ownDesktop.accessibility().find(role, name);
         return found.has_value();
     };
     require(awaitWithPolling(isThere), "no " + role + " \"" + name + '"');
     return *found;
-}
-
-bool DesktopProgram::shows(const std::string& role, const std::string& name) const
-{
-    return ownDesktop.accessibility().find(applicationName, role, name).has_value();
-}
-
-testing::AssertionResult
-DesktopProgram::awaitShown(const std::string& role, const std::string& name)
-{
-    return awaitCondition([&] { return shows(role, name); });
-}
-
-void DesktopProgram::click(const std::string& role, const std::string& name)
-{
-    ownDesktop.click(element(role, name).area().center());
 }
 
 testing::AssertionResult DesktopProgram::awaitPaste(const std::string& text)
@@ -222,11 +179,6 @@ long DesktopProgram::count(const std::string& line)
     return static_cast<long>(std::ranges::count(lines, line));
 }
 
-std::uint32_t DesktopProgram::processId()
-{
-    return static_cast<std::uint32_t>(process().processId());
-}
-
 void DesktopProgram::require(bool condition, const std::string& failure)
 {
     if (!condition) {
@@ -245,7 +197,7 @@ std::string DesktopProgram::describe()
     const auto active = ownDesktop.windows().activeWindow();
     text << "the focus is on: " << (active ? active->title : "nothing") << '\n'
          << "the program (process " << processId() << ") shows:\n"
-         << ownDesktop.accessibility().describe(applicationName) << "it printed:\n"
+         << ownDesktop.accessibility().describe() << "it printed:\n"
          << process().output() << process().errors();
     return text.str();
 }

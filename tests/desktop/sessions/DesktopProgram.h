@@ -33,12 +33,8 @@ public:
 
     /// Clicks the icon in the tray, at the pace of a person: not so soon after the last click, or
     /// after the window opened for it or closed, that both count as one.
-    void clickIcon(int button = 1);
+    void clickIcon();
     void doubleClickIcon();
-
-    /// Clicks the icon with the right button and then, in the menu that comes, the item `number` of
-    /// `count`, counted from 0.
-    void chooseFromIconsMenu(int number, int count);
 
     /// Clicks the icon and waits until the window is open and has the focus.
     void open();
@@ -51,7 +47,10 @@ public:
     [[nodiscard]] testing::AssertionResult awaitClosed();
 
     /// Waits until the program has `count` windows.
-    [[nodiscard]] testing::AssertionResult awaitWindows(std::size_t count);
+    [[nodiscard]] testing::AssertionResult awaitWindows(std::size_t count)
+    {
+        return awaitCondition([&] { return windows().size() == count; });
+    }
 
     /// Whether another application's window is above `window`.
     [[nodiscard]] bool isCovered(const XWindow& window) const;
@@ -60,7 +59,10 @@ public:
     [[nodiscard]] std::optional<XWindow> window();
 
     /// Every window of the program, the lowest first.
-    [[nodiscard]] std::vector<XWindow> windows();
+    [[nodiscard]] std::vector<XWindow> windows()
+    {
+        return ownDesktop.windows().windowsOf(processId());
+    }
 
     [[nodiscard]] bool hasFocus(const XWindow& window) const;
 
@@ -68,15 +70,24 @@ public:
     [[nodiscard]] Accessible element(const std::string& role, const std::string& name);
 
     /// Whether it shows that now.
-    [[nodiscard]] bool shows(const std::string& role, const std::string& name) const;
+    [[nodiscard]] bool shows(const std::string& role, const std::string& name) const
+    {
+        return ownDesktop.accessibility().find(role, name).has_value();
+    }
 
     /// Waits until it shows that: a program is on the accessibility bus only some time after it has
     /// started.
     [[nodiscard]] testing::AssertionResult
-    awaitShown(const std::string& role, const std::string& name);
+    awaitShown(const std::string& role, const std::string& name)
+    {
+        return awaitCondition([&] { return shows(role, name); });
+    }
 
     /// Clicks the middle of such an element.
-    void click(const std::string& role, const std::string& name);
+    void click(const std::string& role, const std::string& name)
+    {
+        ownDesktop.click(element(role, name).area().center());
+    }
 
     /// Waits until the clipboard holds `text`.
     [[nodiscard]] testing::AssertionResult awaitPaste(const std::string& text);
@@ -101,7 +112,10 @@ public:
 private:
     /// A failure describes the desktop.
     [[nodiscard]] testing::AssertionResult awaitCondition(const std::function<bool()>& condition);
-    [[nodiscard]] std::uint32_t processId();
+    [[nodiscard]] std::uint32_t processId()
+    {
+        return static_cast<std::uint32_t>(process().processId());
+    }
     [[nodiscard]] QPoint awaitIcon();
     void require(bool condition, const std::string& failure);
     [[nodiscard]] std::string describe();

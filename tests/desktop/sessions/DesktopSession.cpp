@@ -7,10 +7,10 @@
 
 namespace orlimo {
 
-DesktopSession::DesktopSession(const TrayPosition& position, const std::string& screen)
+DesktopSession::DesktopSession(const std::string& screen)
     : DesktopSession(WithoutTray{}, screen)
 {
-    startTray(position);
+    startTray({});
     awaitTray();
 }
 
@@ -20,7 +20,6 @@ DesktopSession::DesktopSession(WithoutTray /*kind*/, const std::string& screen)
     , buses(runtimeFolder)
     , tree(buses.accessibilityAddress())
     , xWindows(xServer.display())
-    , input(xServer.display())
 {
     installOpener();
     windowManager = std::make_unique<ChildProcess>(

@@ -2,7 +2,6 @@
 
 #include "tests/desktop/sessions/AccessibilityTree.h"
 #include "tests/desktop/sessions/SessionBuses.h"
-#include "tests/desktop/sessions/x11/XInput.h"
 #include "tests/desktop/sessions/x11/XServer.h"
 #include "tests/desktop/sessions/x11/XWindows.h"
 #include "tests/support/TemporaryFolder.h"
@@ -40,15 +39,8 @@ public:
 
     /// Starts everything and waits until it serves. `screen` is the width, height and depth in the
     /// X server's notation.
-    explicit DesktopSession(const std::string& screen = "1280x800x24")
-        : DesktopSession(TrayPosition{}, screen)
-    {}
-    explicit DesktopSession(
-        const TrayPosition& position, const std::string& screen = "1280x800x24");
-    explicit DesktopSession(WithoutTray kind, const std::string& screen = "1280x800x24");
-    DesktopSession(const DesktopSession&) = delete;
-    DesktopSession& operator=(const DesktopSession&) = delete;
-    ~DesktopSession() = default;
+    explicit DesktopSession(const std::string& screen);
+    DesktopSession(WithoutTray kind, const std::string& screen);
 
     /// What puts a program on this desktop, and its texts into English.
     [[nodiscard]] std::map<std::string, std::optional<std::string>> environment() const;
@@ -68,14 +60,10 @@ public:
     /// Kills the tray and waits until the X server knows.
     void killTray();
 
-    void movePointer(const QPoint& point) const { input.movePointer(point); }
-
-    /// Moves the pointer to `point` of the screen and presses `button`: 1 left, 2 middle, 3 right.
-    void click(const QPoint& point, int button = 1) const { input.click(point, button); }
-    void doubleClick(const QPoint& point) const { input.doubleClick(point); }
-
-    /// Presses and releases keys, named as X names them: "Escape", "alt+F4".
-    void press(const std::string& keys) const { input.press(keys); }
+    /// What a person does on the X server.
+    void movePointer(const QPoint& point) const { xServer.movePointer(point); }
+    void click(const QPoint& point, int button = 1) const { xServer.click(point, button); }
+    void press(const std::string& keys) const { xServer.press(keys); }
 
     /// Another application's window over the middle of the screen, in front and with the focus,
     /// until the returned process ends.
@@ -94,7 +82,6 @@ private:
     SessionBuses buses;
     AccessibilityTree tree;
     XWindows xWindows;
-    XInput input;
     std::unique_ptr<ChildProcess> windowManager;
     std::unique_ptr<ChildProcess> tray;
 };

@@ -1,10 +1,9 @@
 #pragma once
 
+#include "tests/desktop/sessions/BusConnection.h"
 #include "tests/support/process/ChildProcess.h"
 #include "tests/support/process/MessageBus.h"
 
-#include <QDBusConnection>
-#include <QDBusMessage>
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -29,20 +28,16 @@ public:
                    {"GSETTINGS_BACKEND", "memory"},
                    {"XDG_RUNTIME_DIR", runtimeFolder.string()}}})
     {
-        const auto name = QString::fromStdString(sessionAddress());
-        const auto connection = QDBusConnection::connectToBus(name, name);
+        const auto service = QStringLiteral("org.a11y.Bus");
+        const BusConnection connection(sessionAddress());
         EXPECT_TRUE(awaitWithPolling([&] {
-            const QDBusMessage reply = connection.call(QDBusMessage::createMethodCall(
-                QStringLiteral("org.a11y.Bus"),
-                QStringLiteral("/org/a11y/bus"),
-                QStringLiteral("org.a11y.Bus"),
-                QStringLiteral("GetAddress")));
+            const QDBusMessage reply = connection.call(
+                service, QStringLiteral("/org/a11y/bus"), service, QStringLiteral("GetAddress"));
             accessibility = reply.type() == QDBusMessage::ReplyMessage
                                 ? reply.arguments().value(0).toString().toStdString()
                                 : "";
             return !accessibility.empty();
         })) << launcher.errors();
-        QDBusConnection::disconnectFromBus(name);
     }
     SessionBuses(const SessionBuses&) = delete;
     SessionBuses& operator=(const SessionBuses&) = delete;

@@ -1,17 +1,7 @@
 #pragma once
 
-#include "tests/desktop/sessions/DesktopVariables.h"
 #include "tests/desktop/sessions/wayland/CompositorSession.h"
 #include "tests/desktop/sessions/wayland/WaylandClipboard.h"
-#include "tests/support/process/ParentDeathSignal.h"
-
-#include <gtest/gtest.h>
-
-#include <filesystem>
-#include <map>
-#include <memory>
-#include <optional>
-#include <string>
 
 namespace orlimo {
 
@@ -26,7 +16,10 @@ public:
         return missingProgram({installed, "/usr/bin/wl-copy"});
     }
 
-    /// Starts everything and waits until it serves; what does not start is a test failure.
+    /// Qt's platform for the program there.
+    static constexpr const char* platform = "wayland";
+
+    /// Starts everything and waits until it serves.
     KWinSession()
     {
         // The installed compositor has a capability that not every container grants, and where it
@@ -44,9 +37,9 @@ public:
         for (const char* variable : {"XDG_CACHE_HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME"}) {
             variables[variable] = std::nullopt;
         }
-        compositor = std::make_unique<ChildProcess>(
+        startCompositor(
             copy,
-            ChildSettings{
+            {
                 .arguments =
                     {"--virtual",
                      "--no-lockscreen",
@@ -57,11 +50,12 @@ public:
                      waylandDisplay},
                 .environment = variables,
                 .beforeStart = dieWithParent,
+            },
+            // The socket is there before the compositor can draw, which it may fail to.
+            [this] {
+                return std::filesystem::exists(runtimeFolder / waylandDisplay) &&
+                       ownClipboard.clear();
             });
-        EXPECT_TRUE(awaitWithPolling([this] {
-            return std::filesystem::exists(runtimeFolder / waylandDisplay);
-        })) << compositor->errors();
-        ownClipboard = std::make_unique<WaylandClipboard>(environment());
     }
 
     /// What puts a program on this desktop, and its texts into English.
@@ -74,13 +68,13 @@ public:
         return variables;
     }
 
-    [[nodiscard]] WaylandClipboard& clipboard() { return *ownClipboard; }
+    [[nodiscard]] WaylandClipboard& clipboard() { return ownClipboard; }
 
 private:
     static constexpr const char* installed = "/usr/bin/kwin_wayland";
     static constexpr const char* waylandDisplay = "wayland-kwin";
 
-    std::unique_ptr<WaylandClipboard> ownClipboard;
+    WaylandClipboard ownClipboard{environment()};
 };
 
 } // namespace orlimo

@@ -1,14 +1,15 @@
 #pragma once
 
+#include "tests/desktop/sessions/BusConnection.h"
+#include "tests/desktop/sessions/x11/XServer.h"
 #include "tests/support/Await.h"
 
-#include <QDBusConnection>
-#include <QDBusMessage>
 #include <QDBusObjectPath>
 #include <QDBusUnixFileDescriptor>
 #include <gtest/gtest.h>
 
 #include <array>
+#include <map>
 #include <optional>
 #include <string>
 #include <utility>
@@ -23,11 +24,11 @@ namespace orlimo {
 class MutterClipboard
 {
 public:
-    /// Connects to the compositor on the session bus at `busAddress`, and waits until it responds.
-    /// What does not respond is a test failure.
-    explicit MutterClipboard(const std::string& busAddress)
-        : connectionName(QString::fromStdString("mutter clipboard of " + busAddress))
-        , bus(QDBusConnection::connectToBus(QString::fromStdString(busAddress), connectionName))
+    /// Connects to the compositor on the session bus of `environment`, which puts programs on its
+    /// desktop, and waits until it responds. What does not respond is a test failure.
+    explicit MutterClipboard(std::map<std::string, std::optional<std::string>> environment)
+        : variables(std::move(environment))
+        , bus(variables.at("DBUS_SESSION_BUS_ADDRESS").value())
     {
         QDBusMessage reply;
         const auto isServed = [&] {
@@ -45,9 +46,6 @@ public:
                 << reply.errorMessage().toStdString();
         }
     }
-    MutterClipboard(const MutterClipboard&) = delete;
-    MutterClipboard& operator=(const MutterClipboard&) = delete;
-    ~MutterClipboard() { QDBusConnection::disconnectFromBus(connectionName); }
 
     /// The text that the clipboard holds, byte for byte. Absent when nobody owns it, or its text
     /// does not end within ten seconds.
@@ -67,6 +65,16 @@ public:
         return "nobody owns it, or its text does not end";
     }
 
+    /// Makes another program, one of X, own the clipboard with `text` and a line break, and waits
+    /// until the compositor knows.
+    void copy(const std::string& text) const
+    {
+        copyWithXclip(variables, "clipboard", text);
+        std::optional<std::string> found;
+        EXPECT_TRUE(awaitWithPolling([&] { return (found = paste()) == text + "\n"; }))
+            << "instead of \"" << text << "\" it holds " << found.value_or("nothing");
+    }
+
 private:
     /// Calls `method` of the compositor's remote desktop object at `path`.
     [[nodiscard]] QDBusMessage
@@ -76,16 +84,13 @@ private:
         const QVariantList& arguments = {}) const
     {
         const auto service = QStringLiteral("org.gnome.Mutter.RemoteDesktop");
-        QDBusMessage message = QDBusMessage::createMethodCall(
-            service, path, service + QLatin1String(interface), QLatin1String(method));
-        message.setArguments(arguments);
-        return bus.call(message);
+        return bus.call(
+            service, path, service + QLatin1String(interface), QLatin1String(method), arguments);
     }
 
     /// Everything that comes out of `descriptor`. Absent when its end does not come, as where the
-    /// owner
-    /// of the selection goes away while it hands its text over: the compositor then closes nothing,
-    /// and the selection is to be read again.
+    /// owner of the selection goes away while it hands its text over: the compositor then closes
+    /// nothing, and the selection is to be read again.
     static std::optional<std::string> readToEnd(int descriptor)
     {
         std::string text;
@@ -104,8 +109,8 @@ private:
         }
     }
 
-    QString connectionName;
-    QDBusConnection bus;
+    std::map<std::string, std::optional<std::string>> variables;
+    BusConnection bus;
     QString session;
 };
 

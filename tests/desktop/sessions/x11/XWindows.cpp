@@ -115,12 +115,6 @@ QImage XWindows::picture(const QRect& area) const
                  : QImage();
 }
 
-int XWindows::brightnessAt(const QPoint& point) const
-{
-    const QImage shown = picture(QRect(point, QSize(1, 1)));
-    return shown.isNull() ? 0 : qGray(shown.pixel(0, 0));
-}
-
 std::size_t XWindows::colorsIn(const QRect& area) const
 {
     const QImage shown = picture(area);

@@ -64,9 +64,6 @@ public:
     /// What the screen shows in `area`; null where that is off the screen.
     [[nodiscard]] QImage picture(const QRect& area) const;
 
-    /// How bright the screen is at `point`, from 0 to 255.
-    [[nodiscard]] int brightnessAt(const QPoint& point) const;
-
     /// How many colours the screen shows in `area`.
     [[nodiscard]] std::size_t colorsIn(const QRect& area) const;
 
