@@ -1,7 +1,7 @@
 #include "platform/files/FileHandle.h"
 
+#include "platform/files/UniqueFd.h"
 #include "tests/support/TemporaryFolder.h"
-#include "tests/support/process/ForkedRun.h"
 
 #include <gtest/gtest.h>
 
@@ -18,19 +18,6 @@
 
 namespace orlimo {
 namespace {
-
-/// The errno value with which opening `file` fails; 0 when it does not.
-int errorOfOpening(const std::filesystem::path& file)
-{
-    try {
-        (void)FileHandle::openForReading(file);
-    } catch (const std::system_error& error) {
-        EXPECT_EQ(error.code().category(), std::generic_category());
-        EXPECT_NE(std::string(error.what()).find(file.string()), std::string::npos) << error.what();
-        return error.code().value();
-    }
-    return 0;
-}
 
 bool isOpen(int descriptor)
 {
@@ -63,11 +50,22 @@ TEST_F(FileHandleTest, FailureToOpenThrowsTheSystemsError)
 {
     const auto link = folder.path() / "link";
     std::filesystem::create_symlink(link, link);
-    EXPECT_EQ(errorOfOpening(folder.path() / "missing"), ENOENT);
-    EXPECT_FALSE(std::filesystem::exists(folder.path() / "missing"));
-    EXPECT_EQ(errorOfOpening(file / "file"), ENOTDIR);
-    EXPECT_EQ(errorOfOpening(""), ENOENT);
-    EXPECT_EQ(errorOfOpening(link), ELOOP);
+    const auto missing = folder.path() / "missing";
+    for (const auto& [name, number] :
+         {std::pair{missing, ENOENT},
+          std::pair{file / "file", ENOTDIR},
+          std::pair{std::filesystem::path(), ENOENT},
+          std::pair{link, ELOOP}})
+    {
+        try {
+            (void)FileHandle::openForReading(name);
+            FAIL() << name;
+        } catch (const std::system_error& error) {
+            EXPECT_EQ(error.code(), std::error_code(number, std::generic_category()));
+            EXPECT_NE(std::string(error.what()).find(name.string()), std::string::npos);
+        }
+    }
+    EXPECT_FALSE(std::filesystem::exists(missing));
 }
 
 TEST_F(FileHandleTest, SeekToEndReturnsTheSize)
@@ -85,11 +83,7 @@ TEST_F(FileHandleTest, PipeDoesNotBlock)
 {
     const auto pipe = folder.path() / "pipe";
     ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
-    const auto run = runForked([&pipe] {
-        const auto handle = FileHandle::openForReading(pipe);
-        ::_exit(handle.seekToEndOfFile() == 0 ? 0 : 1);
-    });
-    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(FileHandle::openForReading(pipe).seekToEndOfFile(), 0U);
 }
 
 TEST_F(FileHandleTest, ClosesOnceAndReturnsTheSystemsError)
@@ -110,20 +104,18 @@ TEST_F(FileHandleTest, ClosesOnceAndReturnsTheSystemsError)
     EXPECT_EQ(closed.close(), std::error_code(EBADF, std::generic_category()));
 }
 
-TEST_F(FileHandleTest, DescriptorZeroIsClosedWithItsOwnerLikeAnyOther)
+TEST_F(FileHandleTest, DescriptorZeroIsClosedLikeAnyOther)
 {
-    const auto run = runForked([this] {
-        ::close(0);
-        {
-            auto first = FileHandle::openForReading(file);
-            const FileHandle second(std::move(first));
-            if (second.fileDescriptor() != 0 || !isOpen(0)) {
-                ::_exit(1);
-            }
-        }
-        ::_exit(isOpen(0) ? 2 : 0);
-    });
-    EXPECT_EQ(run.status, 0);
+    const UniqueFd saved(::fcntl(0, F_DUPFD_CLOEXEC, 3));
+    ::close(0);
+    {
+        auto first = FileHandle::openForReading(file);
+        const FileHandle second(std::move(first));
+        EXPECT_EQ(second.fileDescriptor(), 0);
+        EXPECT_TRUE(isOpen(0));
+    }
+    EXPECT_FALSE(isOpen(0));
+    (void)::dup2(saved.get(), 0);
 }
 
 } // namespace

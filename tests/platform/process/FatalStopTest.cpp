@@ -16,7 +16,7 @@ namespace {
 
 TEST(FatalStop, NamesLocationAndReasonAndAborts)
 {
-    constexpr int line = __LINE__ + 3;
+    constexpr int stopLine = __LINE__ + 3;
     const auto run = runForked([] {
         (void)std::atexit([] { (void)std::fputs("an exit handler has run\n", stderr); });
         fatalStop("the impossible has happened");
@@ -24,22 +24,21 @@ TEST(FatalStop, NamesLocationAndReasonAndAborts)
     EXPECT_EQ(run.signal, SIGABRT);
     EXPECT_EQ(
         run.errors,
-        "Orlimo stops at tests/platform/process/FatalStopTest.cpp:" + std::to_string(line) +
+        "Orlimo stops at tests/platform/process/FatalStopTest.cpp:" + std::to_string(stopLine) +
             ": the impossible has happened\n");
 
-    const std::string reason(100'000, 'x');
-    const auto longRun = runForked([&reason] { fatalStop(reason, "capture/Msg.cpp", 42); });
-    EXPECT_EQ(longRun.signal, SIGABRT);
-    EXPECT_EQ(longRun.errors, "Orlimo stops at capture/Msg.cpp:42: " + reason + "\n");
-}
-
-TEST(FatalStop, ClosedStandardErrorDoesNotPreventAbort)
-{
-    const auto run = runForked([] {
-        ::close(STDERR_FILENO);
-        fatalStop("reason");
-    });
-    EXPECT_EQ(run.signal, SIGABRT);
+    for (const bool isClosed : {false, true}) {
+        const std::string reason(100'000, 'x');
+        const auto longRun = runForked([&reason, isClosed] {
+            if (isClosed) {
+                ::close(STDERR_FILENO);
+            }
+            fatalStop(reason, "capture/Msg.cpp", 42);
+        });
+        EXPECT_EQ(longRun.signal, SIGABRT);
+        const std::string line = "Orlimo stops at capture/Msg.cpp:42: " + reason + "\n";
+        EXPECT_EQ(longRun.errors, isClosed ? "" : line);
+    }
 }
 
 } // namespace

@@ -1,12 +1,14 @@
 #include "platform/process/JournalStream.h"
 
 #include "platform/files/UniqueFd.h"
+#include "tests/support/process/ChildProcess.h"
 
 #include <gtest/gtest.h>
 
 #include <array>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -54,6 +56,17 @@ TEST(JournalStream, MalformedNameIsAbsent)
           "8:99999999999999999999999"})
     {
         EXPECT_EQ(JournalStream::parse(value), std::nullopt) << value;
+    }
+}
+
+TEST(JournalStream, LogLineIsNotWrittenThere)
+{
+    // The device and inode of the shell's own output, into which the inner one would write.
+    const std::string named = R"(exec 3>&1; JOURNAL_STREAM=$(stat -Lc "$1" /dev/fd/3) "$0" log x)";
+    for (const auto& [format, output] : {std::pair{"%d:%i", ""}, std::pair{"%d:1%i", "x\n"}}) {
+        ChildProcess shell("sh", {.arguments = {"-c", named, ORLIMO_HOME_PROBE, format}});
+        EXPECT_EQ(shell.awaitEnd().status, 0) << shell.errors();
+        EXPECT_EQ(shell.output(), output);
     }
 }
 
