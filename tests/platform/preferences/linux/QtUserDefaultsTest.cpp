@@ -12,7 +12,6 @@
 
 #include <array>
 #include <chrono>
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <functional>
@@ -23,7 +22,6 @@
 #include <sstream>
 #include <string>
 #include <string_view>
-#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -69,23 +67,42 @@ std::map<std::string, std::string> everything()
     return standardUserDefaults().dictionaryRepresentation();
 }
 
-/// Prints a line of all preferences, with an exclamation mark after each one whose boolean differs
-/// from its listed value.
-void report()
+/// All preferences, with an exclamation mark after each one whose boolean differs from its listed
+/// value.
+std::string listing()
 {
     std::string line;
     for (const auto& [name, value] : everything()) {
         line += (line.empty() ? "" : " ") + name + "=" + value;
         line += read(name) == (value == "true") ? "" : "!";
     }
-    (void)std::puts(line.c_str());
+    return line;
+}
+
+/// What `work` prints on standard error.
+std::string errorsOf(const std::function<void()>& work)
+{
+    testing::internal::CaptureStderr();
+    work();
+    return testing::internal::GetCapturedStderr();
+}
+
+void makePipe(const std::filesystem::path& path)
+{
+    EXPECT_EQ(::mkfifo(path.c_str(), 0600), 0);
+    std::filesystem::permissions(path, perms(0666));
 }
 
 class QtUserDefaultsTest : public testing::Test
 {
 protected:
     void SetUp() override { clear(); }
-    void TearDown() override { clear(); }
+    void TearDown() override
+    {
+        clear();
+        write(true); // and with it what could not be stored before
+        clear();
+    }
 
     void clear() const
     {
@@ -107,10 +124,6 @@ protected:
         std::filesystem::permissions(home, before);
         return run;
     }
-
-    /// Makes every write fail, for root too: a folder under the lock's name cannot be locked.
-    void refuseWrites() const { std::filesystem::create_directory(lock); }
-    void allowWrites() const { std::filesystem::remove(lock); }
 
     std::filesystem::path folder = variable("XDG_CONFIG_HOME") / "Orlimo";
     std::filesystem::path file = folder / "Orlimo.conf";
@@ -280,36 +293,30 @@ TEST_F(QtUserDefaultsTest, ReadSeesChangeOfSameSizeAndTime)
 
 TEST_F(QtUserDefaultsTest, FileIsInConfigurationFolderAlone)
 {
-    // Whether a variable names the configuration folder, what is read, and the files there are.
-    const std::vector<std::tuple<bool, std::string, std::vector<std::string>>> cases{
-        {false, "true\n", {"home/.config/Orlimo/Orlimo.conf"}},
-        {true, "true\n", {"configuration/Orlimo/Orlimo.conf"}},
-        {true,
-         "false\n",
-         {"configuration/Orlimo.conf",
-          "home/.config/Orlimo/Orlimo.conf",
-          "home/.config/Orlimo.conf",
-          "system/Orlimo/Orlimo.conf",
-          "system/Orlimo.conf"}}};
-    for (const auto& [isFolderSet, output, files] : cases) {
-        const TemporaryFolder home;
-        for (const auto* other : {"configuration/Orlimo.conf", "system/Orlimo/Orlimo.conf"}) {
-            writeFile(home.path() / other, "garbage");
+    for (const bool isFolderSet : {false, true}) {
+        const std::string right =
+            isFolderSet ? "configuration/Orlimo/Orlimo.conf" : "home/.config/Orlimo/Orlimo.conf";
+        for (const std::string name :
+             {"configuration/Orlimo/Orlimo.conf",
+              "configuration/Orlimo.conf",
+              "home/.config/Orlimo/Orlimo.conf",
+              "home/.config/Orlimo.conf",
+              "system/Orlimo/Orlimo.conf",
+              "system/Orlimo.conf"})
+        {
+            const TemporaryFolder root;
+            writeFile(root.path() / name, storeWith("true"));
+            const auto configuration = (root.path() / "configuration").string();
+            ChildProcess reader(
+                ORLIMO_HOME_PROBE,
+                {.arguments = {"read-default", std::string(key)},
+                 .environment = {
+                     {"HOME", root.path() / "home"},
+                     {"XDG_CONFIG_HOME", isFolderSet ? std::optional(configuration) : std::nullopt},
+                     {"XDG_CONFIG_DIRS", root.path() / "system"}}});
+            EXPECT_EQ(reader.awaitEnd().status, 0);
+            EXPECT_EQ(reader.output(), name == right ? "true\n" : "false\n") << name;
         }
-        for (const auto& name : files) {
-            writeFile(home.path() / name, storeWith("true"));
-        }
-        const auto folderSetting =
-            isFolderSet ? std::optional((home.path() / "configuration").string()) : std::nullopt;
-        ChildProcess reader(
-            ORLIMO_HOME_PROBE,
-            {.arguments = {"read-default", std::string(key)},
-             .environment = {
-                 {"HOME", home.path() / "home"},
-                 {"XDG_CONFIG_HOME", folderSetting},
-                 {"XDG_CONFIG_DIRS", home.path() / "system"}}});
-        EXPECT_EQ(reader.awaitEnd().status, 0);
-        EXPECT_EQ(reader.output(), output);
     }
 }
 
@@ -338,12 +345,12 @@ TEST_F(QtUserDefaultsTest, DamagedFileReadsAsEmptyAndIsKeptInCopyByFirstWrite)
         EXPECT_TRUE(everything().empty()) << damaged;
         EXPECT_EQ(contentOf(file), damaged);
         EXPECT_FALSE(std::filesystem::exists(damagedCopy));
-        const auto run = runForked([] {
+        const auto errors = errorsOf([] {
             write(true, "loginItemEnabled");
             write(true, "fourDigitInclude");
         });
         EXPECT_EQ(
-            run.errors,
+            errors,
             "Orlimo cannot understand its preferences; the old file is kept as " +
                 damagedCopy.string() + "\n")
             << damaged;
@@ -375,73 +382,59 @@ TEST_F(QtUserDefaultsTest, FileWithoutPermissionStays)
 
 TEST_F(QtUserDefaultsTest, UnreadableFileIsReportedAgainAfterReadInBetween)
 {
-    std::filesystem::create_directories(file);
-    const auto run = runForked([this] {
-        const bool before = read() || read();
-        std::filesystem::remove(file);
-        const bool meanwhile = read();
-        std::filesystem::create_directories(file);
-        ::_exit(before || meanwhile || read() ? 1 : 0);
-    });
-    EXPECT_EQ(run.status, 0);
-    EXPECT_EQ(run.errors, cannotRead + cannotRead);
+    const auto readTwice = [] { EXPECT_FALSE(read() || read()); };
+    std::filesystem::create_directory(file);
+    EXPECT_EQ(errorsOf(readTwice), cannotRead);
+    std::filesystem::remove(file);
+    EXPECT_EQ(errorsOf(readTwice), "");
+    std::filesystem::create_directory(file);
+    EXPECT_EQ(errorsOf(readTwice), cannotRead);
 }
 
 TEST_F(QtUserDefaultsTest, EmptyLockOfKilledHolderIsRemoved)
 {
-    writeFile(lock.string(), "");
-    const auto run = runForked([] {
-        write(true);
-        ::_exit(read() ? 0 : 1);
-    });
-    EXPECT_EQ(run.status, 0);
-    EXPECT_EQ(run.errors, "");
+    writeFile(lock, "");
+    EXPECT_EQ(errorsOf([] { write(true); }), "");
+    EXPECT_EQ(contentOf(file), storeWith("true"));
 }
 
 TEST_F(QtUserDefaultsTest, OldLockOfLiveHolderIsKeptAndDelaysStartOnce)
 {
-    QLockFile held(QString::fromStdString(lock.string()));
+    QLockFile held(QString::fromStdString(lock));
     ASSERT_TRUE(held.lock());
     // Older than any write takes.
     const auto old = std::filesystem::file_time_type::clock::now() - std::chrono::hours(1);
-    std::filesystem::last_write_time(lock.string(), old);
-    const auto run = runForked([] {
-        const auto before = std::chrono::steady_clock::now();
+    std::filesystem::last_write_time(lock, old);
+    std::string expected;
+    const auto before = std::chrono::steady_clock::now();
+    const auto errors = errorsOf([&] {
         for (int time = 0; time < 20; ++time) {
             writeDefault();
+            expected += cannotStore;
         }
-        // Far from twenty times the limit, which is a tenth of a second, for machines under load.
-        ::_exit(std::chrono::steady_clock::now() - before < std::chrono::seconds(1) ? 0 : 1);
     });
-    EXPECT_EQ(run.status, 0);
-    std::string errors;
-    for (int time = 0; time < 20; ++time) {
-        errors += cannotStore;
-    }
-    EXPECT_EQ(run.errors, errors);
+    // Far from twenty times the limit, which is a tenth of a second, for machines under load.
+    EXPECT_LT(std::chrono::steady_clock::now() - before, std::chrono::seconds(1));
+    EXPECT_EQ(errors, expected);
     EXPECT_FALSE(std::filesystem::exists(file));
 }
 
-void makePipe(const std::filesystem::path& path)
+TEST_F(QtUserDefaultsTest, PipeUnderLockNameIsNotRead)
 {
-    EXPECT_EQ(::mkfifo(path.c_str(), 0600), 0);
-    std::filesystem::permissions(path, perms(0666));
+    makePipe(lock);
+    EXPECT_EQ(errorsOf([] { write(true); }), cannotStore);
+    EXPECT_TRUE(std::filesystem::is_fifo(lock));
 }
 
 TEST_F(QtUserDefaultsTest, DamagedFileThatCannotBeCopiedIsNotReplaced)
 {
-    const auto expectKept = [this] {
-        const auto run = runForked([] { write(true); });
-        EXPECT_EQ(run.status, 0);
-        EXPECT_EQ(run.errors, cannotStore);
-        EXPECT_EQ(contentOf(file), "garbage\n");
-    };
     writeFile(file, "garbage\n");
     std::filesystem::create_symlink(folder / "missing" / "copy", damagedCopy);
-    expectKept();
+    EXPECT_EQ(errorsOf([] { write(true); }), cannotStore);
     std::filesystem::remove(damagedCopy);
     makePipe(damagedCopy);
-    expectKept();
+    EXPECT_EQ(errorsOf([] { write(true); }), cannotStore);
+    EXPECT_EQ(contentOf(file), "garbage\n");
 }
 
 TEST_F(QtUserDefaultsTest, IrregularFileIsReportedAndStays)
@@ -462,13 +455,12 @@ TEST_F(QtUserDefaultsTest, IrregularFileIsReportedAndStays)
         std::filesystem::permissions(folder, perms(0777));
         // As root, a defect would replace the system's own device.
         const auto run = runUnprivileged([] {
-            report();
+            const bool isEmpty = everything().empty();
             writeDefault();
             write(false, "fourDigitInclude");
-            report();
+            ::_exit(isEmpty && listing() == "capturingEnabled=true fourDigitInclude=false" ? 0 : 1);
         });
         EXPECT_EQ(run.status, 0);
-        EXPECT_EQ(run.output, "\ncapturingEnabled=true fourDigitInclude=false\n");
         EXPECT_EQ(run.errors, cannotRead + cannotStore + cannotStore);
         EXPECT_EQ(std::filesystem::symlink_status(file).type(), before);
         EXPECT_FALSE(std::filesystem::exists(lock));
@@ -476,88 +468,65 @@ TEST_F(QtUserDefaultsTest, IrregularFileIsReportedAndStays)
     }
 }
 
-TEST_F(QtUserDefaultsTest, PipeUnderLockNameIsNotRead)
-{
-    makePipe(lock);
-    const auto run = runForked([] { write(true); });
-    EXPECT_EQ(run.status, 0);
-    EXPECT_EQ(run.errors, cannotStore);
-    EXPECT_TRUE(std::filesystem::is_fifo(lock));
-}
+// Values that could not be stored
 
 TEST_F(QtUserDefaultsTest, UnstoredValueOverridesFileUntilNextWriteStoresIt)
 {
     writeFile(file, storeWith("true"));
-    refuseWrites();
-    const auto run = runForked([this] {
+    // For root too: a folder under the lock's name cannot be locked.
+    std::filesystem::create_directory(lock);
+    const auto errors = errorsOf([] {
         write(true);
         write(false);
-        // Other keys are read from the file as before.
-        writeFile(file, storeWith("true") + "fourDigitInclude=true\n");
-        report();
-        std::filesystem::remove(file);
-        report();
-        allowWrites();
-        write(true, "loginItemEnabled");
-        const auto stored = contentOf(file);
-        // The file has precedence again.
-        writeFile(file, storeWith("true"));
-        report();
-        (void)std::fputs(stored.c_str(), stdout);
     });
-    EXPECT_EQ(run.status, 0);
-    EXPECT_EQ(
-        run.output,
-        "capturingEnabled=false fourDigitInclude=true\n"
-        "capturingEnabled=false\n"
-        "capturingEnabled=true\n" +
-            storeWith("false") + "loginItemEnabled=true\n");
-    EXPECT_EQ(run.errors, cannotStore + cannotStore);
-}
-
-TEST_F(QtUserDefaultsTest, DefaultForUnreadableFileYieldsToStoredValue)
-{
-    std::filesystem::create_directory(file);
-    const auto run = runForked([this] {
-        writeDefault();
-        writeDefault("fourDigitInclude");
-        report();
-        std::filesystem::remove(file);
-        writeFile(file, storeWith("false"));
-        report();
-        write(true, "loginItemEnabled");
-    });
-    EXPECT_EQ(run.status, 0);
-    EXPECT_EQ(
-        run.output,
-        "capturingEnabled=true fourDigitInclude=true\n"
-        "capturingEnabled=false fourDigitInclude=true\n");
-    EXPECT_EQ(run.errors, cannotRead + cannotStore + cannotStore);
-    EXPECT_EQ(
-        contentOf(file), storeWith("false") + "fourDigitInclude=true\nloginItemEnabled=true\n");
+    EXPECT_EQ(errors, cannotStore + cannotStore);
+    // Other keys are read from the file as before.
+    writeFile(file, storeWith("true") + "fourDigitInclude=true\n");
+    EXPECT_EQ(listing(), "capturingEnabled=false fourDigitInclude=true");
+    std::filesystem::remove(file);
+    EXPECT_EQ(listing(), "capturingEnabled=false");
+    std::filesystem::remove(lock);
+    write(true, "loginItemEnabled");
+    EXPECT_EQ(contentOf(file), storeWith("false") + "loginItemEnabled=true\n");
+    writeFile(file, storeWith("true"));
+    EXPECT_EQ(listing(), "capturingEnabled=true") << "the file has precedence again";
 }
 
 TEST_F(QtUserDefaultsTest, DefaultYieldsToStoredValue)
 {
     writeFile(file, storeWith("false"));
     writeDefault();
-    EXPECT_FALSE(read());
     EXPECT_EQ(contentOf(file), storeWith("false"));
+
+    std::filesystem::remove(file);
+    std::filesystem::create_directory(file);
+    const auto errors = errorsOf([] {
+        writeDefault();
+        writeDefault("fourDigitInclude");
+    });
+    EXPECT_EQ(errors, cannotRead + cannotStore + cannotStore);
+    EXPECT_EQ(listing(), "capturingEnabled=true fourDigitInclude=true");
+    std::filesystem::remove(file);
+    writeFile(file, storeWith("false"));
+    EXPECT_EQ(listing(), "capturingEnabled=false fourDigitInclude=true");
+    write(true, "loginItemEnabled");
+    EXPECT_EQ(
+        contentOf(file), storeWith("false") + "fourDigitInclude=true\nloginItemEnabled=true\n");
 }
 
 TEST_F(QtUserDefaultsTest, ValueSetWhileFileIsUnreadableReplacesStoredValue)
 {
     std::filesystem::create_directory(file);
-    const auto run = runForked([this] {
+    const auto errors = errorsOf([] {
         writeDefault();
         write(false);
         writeDefault();
-        std::filesystem::remove(file);
-        writeFile(file, storeWith("true"));
-        report();
-        write(true, "fourDigitInclude");
     });
-    EXPECT_EQ(run.output, "capturingEnabled=false\n");
+    EXPECT_EQ(errors, cannotRead + cannotStore + cannotStore + cannotStore);
+    std::filesystem::remove(file);
+    writeFile(file, storeWith("true"));
+    EXPECT_EQ(listing(), "capturingEnabled=false");
+    write(true, "fourDigitInclude");
     EXPECT_EQ(contentOf(file), storeWith("false") + "fourDigitInclude=true\n");
 }
 
