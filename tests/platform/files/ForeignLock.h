@@ -2,15 +2,16 @@
 
 #include "platform/files/UniqueFd.h"
 #include "tests/support/process/ForkedRun.h"
-#include "tests/support/process/OpenPipe.h"
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cerrno>
 #include <csignal>
 #include <filesystem>
 
 #include <fcntl.h>
+#include <sys/socket.h>
 #include <sys/types.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -29,25 +30,23 @@ public:
     /// Returns when the lock is held. A lock that cannot be taken is a test failure.
     ForeignLock(const std::filesystem::path& file, off_t byte, Kind kind = Kind::exclusive)
     {
-        const auto ends = openPipe();
-        // Open for as long as this process lives: one that is killed leaves no holder behind.
-        const auto life = openPipe();
+        std::array<int, 2> ends{-1, -1};
+        EXPECT_EQ(::socketpair(AF_UNIX, SOCK_STREAM, 0, ends.data()), 0);
         holder = ::fork();
         if (holder == 0) {
-            ::close(life[1]);
+            ::close(ends[0]);
             struct flock lock = lockOf(kind == Kind::shared ? F_RDLCK : F_WRLCK, byte, 1);
             char held = ::fcntl(::open(file.c_str(), O_RDWR), F_SETLK, &lock) == 0 ? 'y' : 'n';
             (void)!::write(ends[1], &held, 1);
-            (void)!::read(life[0], &held, 1);
+            (void)!::read(ends[1], &held, 1);
             ::_exit(0);
         }
         ::close(ends[1]);
-        ::close(life[0]);
-        holderLifetimePipe = UniqueFd(life[1]);
+        connection = UniqueFd(ends[0]);
+        (void)::fcntl(ends[0], F_SETFD, FD_CLOEXEC);
         char report = '\0';
         EXPECT_EQ(::read(ends[0], &report, 1), 1);
         EXPECT_EQ(report, 'y') << "no lock on " << file;
-        ::close(ends[0]);
     }
     ForeignLock(const ForeignLock&) = delete;
     ForeignLock& operator=(const ForeignLock&) = delete;
@@ -75,7 +74,8 @@ public:
 
 private:
     pid_t holder = -1;
-    UniqueFd holderLifetimePipe;
+    /// Ends the holder when this process is killed.
+    UniqueFd connection;
 };
 
 /// Whether another process finds a lock in the `length` bytes of `file` from `first` on: one of

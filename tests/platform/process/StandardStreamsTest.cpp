@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <utility>
+#include <tuple>
 #include <vector>
 
 #include <fcntl.h>
@@ -15,36 +15,26 @@
 namespace orlimo {
 namespace {
 
-/// What a descriptor is open on, and how.
-struct OpenFile
+/// What a descriptor is open on, how, and whether programs inherit it.
+auto openFile(int descriptor)
 {
-    explicit OpenFile(int descriptor)
-        : access(::fcntl(descriptor, F_GETFL) & O_ACCMODE)
-        , flags(::fcntl(descriptor, F_GETFD))
-    {
-        struct stat status
-        {};
-        EXPECT_EQ(::fstat(descriptor, &status), 0);
-        file = {status.st_dev, status.st_ino};
-    }
-
-    bool operator==(const OpenFile&) const = default;
-
-    std::pair<dev_t, ino_t> file;
-    int access;
-    int flags;
-};
+    struct stat status
+    {};
+    EXPECT_EQ(::fstat(descriptor, &status), 0);
+    const int access = ::fcntl(descriptor, F_GETFL) & O_ACCMODE;
+    return std::tuple(status.st_dev, status.st_ino, access, ::fcntl(descriptor, F_GETFD));
+}
 
 TEST(StandardStreams, OpenOnesStayAndClosedOnesAreOpenedOnNothing)
 {
     // Can be read, written and inherited.
-    const OpenFile nothing(UniqueFd(::open("/dev/null", O_RDWR)).get());
+    const auto nothing = openFile(UniqueFd(::open("/dev/null", O_RDWR)).get());
     for (unsigned closed = 0; closed < 8; ++closed) {
         std::array<UniqueFd, 3> saved;
-        std::vector<OpenFile> expected;
+        std::vector<decltype(openFile(0))> expected;
         for (const int stream : {0, 1, 2}) {
             const bool isClosed = (closed >> static_cast<unsigned>(stream) & 1U) != 0;
-            expected.push_back(isClosed ? nothing : OpenFile(stream));
+            expected.push_back(isClosed ? nothing : openFile(stream));
             saved.at(static_cast<std::size_t>(stream)) =
                 UniqueFd(::fcntl(stream, F_DUPFD_CLOEXEC, 3));
             if (isClosed) {
@@ -52,7 +42,7 @@ TEST(StandardStreams, OpenOnesStayAndClosedOnesAreOpenedOnNothing)
             }
         }
         prepareStandardStreams();
-        const std::vector<OpenFile> found{OpenFile(0), OpenFile(1), OpenFile(2)};
+        const std::vector found{openFile(0), openFile(1), openFile(2)};
         for (const int stream : {0, 1, 2}) {
             (void)::dup2(saved.at(static_cast<std::size_t>(stream)).get(), stream);
         }

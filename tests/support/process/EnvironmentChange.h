@@ -2,6 +2,9 @@
 
 #include <optional>
 #include <string>
+#include <utility>
+
+#include <stdlib.h>
 
 namespace orlimo {
 
@@ -10,12 +13,28 @@ namespace orlimo {
 class EnvironmentChange
 {
 public:
-    EnvironmentChange(std::string variableName, const std::optional<std::string>& value);
+    EnvironmentChange(std::string variableName, const std::optional<std::string>& value)
+        : name(std::move(variableName))
+    {
+        if (const char* const former = ::getenv(name.c_str())) {
+            before = former;
+        }
+        set(value);
+    }
     EnvironmentChange(const EnvironmentChange&) = delete;
     EnvironmentChange& operator=(const EnvironmentChange&) = delete;
-    ~EnvironmentChange();
+    ~EnvironmentChange() { set(before); }
 
 private:
+    void set(const std::optional<std::string>& value) const
+    {
+        if (value) {
+            ::setenv(name.c_str(), value->c_str(), 1);
+        } else {
+            ::unsetenv(name.c_str());
+        }
+    }
+
     std::string name;
     std::optional<std::string> before;
 };

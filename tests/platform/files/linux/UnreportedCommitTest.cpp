@@ -20,7 +20,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST_P(UnreportedCommit, MessageRightBesideATruncationIsReported)
 {
-    watch(immediately);
+    watch();
     const std::string truncate = "PRAGMA wal_checkpoint(TRUNCATE);";
     for (int message = 1; message <= 80; ++message) {
         const std::string insert =
@@ -40,7 +40,7 @@ TEST_P(UnreportedCommit, MessageRightBesideATruncationIsReported)
 TEST_P(UnreportedCommit, MessagesInPlaceOfRolledBackFramesAreReported)
 {
     writer.sendCommand("sql CREATE TABLE load(bytes)");
-    watch(immediately);
+    watch();
     writer.sendCommand("begin");
     writer.sendCommand("sql INSERT INTO load VALUES (randomblob(400000))");
     writer.sendCommand("spill");
@@ -83,7 +83,7 @@ INSTANTIATE_TEST_SUITE_P(Synchronous, CommitOnASlowDisk, testing::Values("full")
 
 TEST_P(CommitOnASlowDisk, IsOneEventAtWhichItCanBeRead)
 {
-    watch(immediately);
+    watch();
     for (int commit = 1; commit <= 2; ++commit) {
         const auto start = steady_clock::now();
         writer.sendCommand("text message");

@@ -28,7 +28,6 @@ public:
     struct Request
     {
         QDBusMessage call;
-        QString window;
         QVariantMap options;
         QString path;
     };
@@ -132,7 +131,6 @@ public:
         const QString sender = message.service().mid(1).replace(u'.', u'_');
         received.push_back({
             .call = message,
-            .window = message.arguments().at(0).toString(),
             .options = options,
             .path = portalPath + QStringLiteral("/request/") + sender + u'/' + token,
         });
