@@ -16,7 +16,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
-#include <string>
 
 #include <syslog.h>
 
@@ -48,8 +47,6 @@ protected:
              .currentLaunchEvent = currentLaunchEvent});
         clear();
     }
-    ~LaunchAtLoginToggle() override { clear(); }
-    Q_DISABLE_COPY_MOVE(LaunchAtLoginToggle)
 
     static void runQueued() { QCoreApplication::processEvents(); }
     void clear() const { std::filesystem::remove_all(folder); }

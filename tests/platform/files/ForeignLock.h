@@ -22,20 +22,16 @@ namespace orlimo {
 class ForeignLock
 {
 public:
-    enum class Kind {
-        shared,
-        exclusive,
-    };
-
-    /// Returns when the lock is held. A lock that cannot be taken is a test failure.
-    ForeignLock(const std::filesystem::path& file, off_t byte, Kind kind = Kind::exclusive)
+    /// Returns when the lock, exclusive or F_RDLCK, is held. One that cannot be taken is a test
+    /// failure.
+    ForeignLock(const std::filesystem::path& file, off_t byte, short type = F_WRLCK)
     {
         std::array<int, 2> ends{-1, -1};
         EXPECT_EQ(::socketpair(AF_UNIX, SOCK_STREAM, 0, ends.data()), 0);
         holder = ::fork();
         if (holder == 0) {
             ::close(ends[0]);
-            struct flock lock = lockOf(kind == Kind::shared ? F_RDLCK : F_WRLCK, byte, 1);
+            struct flock lock = lockOf(type, byte, 1);
             char held = ::fcntl(::open(file.c_str(), O_RDWR), F_SETLK, &lock) == 0 ? 'y' : 'n';
             (void)!::write(ends[1], &held, 1);
             (void)!::read(ends[1], &held, 1);

@@ -169,15 +169,11 @@ protected:
             {"nothing-as-grown", [&] { EXPECT_FALSE(detector->check(true)); }},
             {"reported-and-waits", [&] { expectCheck(true, true); }},
         };
+        int position = 0;
         for (std::string word; words >> word;) {
-            SCOPED_TRACE("\"" + word + "\" before \"" + words.str().substr(position(words)) + "\"");
+            SCOPED_TRACE("step " + std::to_string(++position) + ": " + word);
             actions.at(word)();
         }
-    }
-
-    static std::size_t position(std::istringstream& words)
-    {
-        return words.eof() ? words.str().size() : static_cast<std::size_t>(words.tellg());
     }
 
     TemporaryFolder folder;

@@ -14,7 +14,6 @@
 #include <functional>
 #include <memory>
 #include <optional>
-#include <string>
 #include <system_error>
 #include <vector>
 
@@ -121,7 +120,7 @@ TEST_F(StandaloneWalIndex, WriteLockIsAnExclusiveOneOnTheWritersByteAlone)
         EXPECT_EQ(isWriteLockHeld(walIndex), byte == firstLockByte) << byte;
     }
     {
-        const ForeignLock foreign(index, firstLockByte, ForeignLock::Kind::shared);
+        const ForeignLock foreign(index, firstLockByte, F_RDLCK);
         EXPECT_FALSE(isWriteLockHeld(walIndex));
     }
     const ForeignLock foreign(index, firstLockByte);

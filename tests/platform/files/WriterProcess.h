@@ -50,7 +50,6 @@ public:
         sendCommand("spill");
     }
 
-    /// Kills the process.
     void crash()
     {
         process.signal(SIGKILL);

@@ -1,7 +1,6 @@
 #include "platform/threads/Queue.h"
 
 #include "platform/threads/MainThread.h"
-#include "platform/threads/UptimeClock.h"
 #include "tests/support/Await.h"
 #include "tests/support/JoiningThread.h"
 #include "tests/support/process/ChildProcess.h"
@@ -18,16 +17,6 @@
 
 namespace orlimo {
 namespace {
-
-TEST(UptimeClock, NeverRunsBackwards)
-{
-    Uptime last = currentUptime();
-    for (int reading = 0; reading < 10000; ++reading) {
-        const Uptime now = currentUptime();
-        ASSERT_GE(now, last);
-        last = now;
-    }
-}
 
 TEST(MainQueue, WorkRunsInOrderOnTheMainThread)
 {

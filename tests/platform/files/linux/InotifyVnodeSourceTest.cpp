@@ -110,9 +110,10 @@ TEST_F(InotifyVnodeSourceTest, GrowthRunsTheHandlerOnTheQueueOnce)
     make();
     append();
     EXPECT_FALSE(awaitPost(soon)) << "before it is resumed";
-    source->resume();
+    watch();
     source->resume();
     EXPECT_NE(watcher(), 0) << "a second resume starts no second thread";
+    EXPECT_FALSE(awaitPost(soon)) << "of before it was made";
     for (int growth = 1; growth <= 2; ++growth) {
         append();
         ASSERT_TRUE(awaitPost());
@@ -186,8 +187,6 @@ TEST_F(InotifyVnodeSourceTest, ThreadSleepsWhileNothingHappensAndBlocksSignals)
     EXPECT_EQ(wakeUps(), before);
 }
 
-// Cancelling
-
 TEST_F(InotifyVnodeSourceTest, CancelDropsPendingEventAndThenBothHandlers)
 {
     for (const bool isResumed : {true, false}) {
@@ -216,23 +215,20 @@ TEST_F(InotifyVnodeSourceTest, CancelDropsPendingEventAndThenBothHandlers)
 
 TEST_F(InotifyVnodeSourceTest, HandlersMayCancelAndDestroyTheSource)
 {
-    watch();
-    source->setEventHandler([this] { source->cancel(); });
-    source->setCancelHandler([this] { source.reset(); });
-    append();
-    ASSERT_TRUE(awaitDelivery());
-    EXPECT_EQ(source, nullptr);
-
-    watch();
-    source->setEventHandler([this] {
-        ++events;
-        source.reset();
-    });
-    append();
-    ASSERT_TRUE(awaitDelivery());
+    for (const bool isCancelled : {true, false}) {
+        watch();
+        source->setEventHandler([this, isCancelled] {
+            ++events;
+            isCancelled ? source->cancel() : source.reset();
+        });
+        source->setCancelHandler([this] { source.reset(); });
+        append();
+        ASSERT_TRUE(awaitDelivery());
+        EXPECT_EQ(source, nullptr);
+    }
     append();
     EXPECT_FALSE(awaitPost(soon));
-    EXPECT_EQ(events, 1);
+    EXPECT_EQ(events, 2);
 }
 
 TEST_F(InotifyVnodeSourceTest, DestructionDropsPendingEventAndReleasesThreadAndDescriptors)

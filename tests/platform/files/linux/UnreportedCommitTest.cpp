@@ -55,27 +55,21 @@ TEST_P(UnreportedCommit, MessagesInPlaceOfRolledBackFramesAreReported)
     EXPECT_FALSE(receivesMoreThan(11));
 }
 
-struct SlowDisk
+std::map<std::string, std::optional<std::string>> slowDisk(const std::filesystem::path& delay)
 {
-    TemporaryFolder folder;
-    std::filesystem::path delay = folder.path() / "delay";
-
-    [[nodiscard]] std::map<std::string, std::optional<std::string>> environment() const
-    {
-        auto environment = preloadEnvironment({ORLIMO_SLOW_DISK});
-        environment["ORLIMO_SLOW_DISK"] = delay;
-        return environment;
-    }
-};
+    auto environment = preloadEnvironment({ORLIMO_SLOW_DISK});
+    environment["ORLIMO_SLOW_DISK"] = delay;
+    return environment;
+}
 
 /// A store on a disk that takes longer than a second for each commit.
-class CommitOnASlowDisk : private SlowDisk, public CommitDetection
+class CommitOnASlowDisk : private TemporaryFolder, public CommitDetection
 {
 protected:
     CommitOnASlowDisk()
-        : CommitDetection(environment())
+        : CommitDetection(slowDisk(path() / "delay"))
     {
-        writeFile(delay, "1300");
+        writeFile(path() / "delay", "1300");
     }
 };
 

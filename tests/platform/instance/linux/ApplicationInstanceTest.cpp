@@ -1,12 +1,12 @@
 #include "platform/instance/ApplicationInstance.h"
 
 #include "platform/bus/linux/SessionBus.h"
-#include "platform/desktop/ApplicationDelegate.h"
 #include "platform/desktop/SharedApplication.h"
 #include "platform/threads/UptimeClock.h"
 #include "tests/program/ApplicationCaller.h"
 #include "tests/support/Await.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/process/EnvironmentChange.h"
 #include "tests/support/process/MessageBus.h"
 
 #include <QDBusConnection>
@@ -15,7 +15,6 @@
 #include <QDBusServiceWatcher>
 #include <QDBusVirtualObject>
 #include <QThread>
-#include <QTimer>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -53,13 +52,6 @@ protected:
         delete folder;
     }
 
-    ~ApplicationInstanceTest() override
-    {
-        for (const char* variable : {"XDG_ACTIVATION_TOKEN", "DESKTOP_STARTUP_ID"}) {
-            qunsetenv(variable);
-        }
-    }
-
     static std::unique_ptr<ApplicationInstance> start()
     {
         return ApplicationInstance::create(false);
@@ -76,14 +68,9 @@ protected:
 
     std::vector<std::string> openings;
 
-    static MessageBus* bus;
-
-private:
-    static TemporaryFolder* folder;
+    static inline TemporaryFolder* folder = nullptr;
+    static inline MessageBus* bus = nullptr;
 };
-
-TemporaryFolder* ApplicationInstanceTest::folder = nullptr;
-MessageBus* ApplicationInstanceTest::bus = nullptr;
 
 TEST_F(ApplicationInstanceTest, FirstInstanceHoldsClaimAndServesEarlyRequestsOnce)
 {
@@ -156,7 +143,8 @@ TEST_F(ApplicationInstanceTest, FrozenBusRefusesNameAndDoesNotDelayEnd)
 
 TEST_F(ApplicationInstanceTest, ActivationTokenOrElseStartupIdIsPassedOn)
 {
-    qputenv("DESKTOP_STARTUP_ID", "id");
+    const EnvironmentChange startupId("DESKTOP_STARTUP_ID", "id");
+    const EnvironmentChange activationToken("XDG_ACTIVATION_TOKEN", std::nullopt);
     for (const char* token : {"id", "token"}) {
         const auto first = start();
         EXPECT_EQ(start()->claim(), Claim::activatedOther);
@@ -222,14 +210,6 @@ TEST_F(ApplicationInstanceTest, RefusedRequestIsUnresponsiveAndLeavingOwnerIsRep
     EXPECT_EQ(start()->claim(), Claim::first);
 }
 
-class IdleDelegate final : public ApplicationDelegate
-{
-public:
-    void applicationWillFinishLaunching() override {}
-    void applicationDidFinishLaunching() override {}
-    void applicationWillBecomeActive() override {}
-};
-
 TEST_F(ApplicationInstanceTest, QuitRequestDuringLaunchQuitsAndOpensNothing)
 {
     const auto first = start();
@@ -243,14 +223,6 @@ TEST_F(ApplicationInstanceTest, QuitRequestDuringLaunchQuitsAndOpensNothing)
     serve(*first);
     EXPECT_THAT(openings, IsEmpty());
     EXPECT_TRUE(sharedApplication().isTerminating());
-    IdleDelegate delegate;
-    QTimer limit;
-    QObject::connect(&limit, &QTimer::timeout, [] {
-        ADD_FAILURE() << "the program has not quit";
-        sharedApplication().terminate();
-    });
-    limit.start(defaultTimeout);
-    EXPECT_EQ(sharedApplication().run(delegate), 0);
 }
 
 } // namespace

@@ -19,7 +19,6 @@
 
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
-#include <unistd.h>
 
 namespace orlimo {
 namespace {
@@ -41,18 +40,10 @@ protected:
         writeFile(program, "#!/bin/sh\n");
     }
 
-    /// Writes the entry's file.
-    void write(std::string_view content) const { writeFile(file, content); }
-
     [[nodiscard]] LoginItemStatus statusWith(std::string_view content) const
     {
-        write(content);
+        writeFile(file, content);
         return entry.status();
-    }
-
-    [[nodiscard]] std::ptrdiff_t numberOfFiles() const
-    {
-        return std::distance(std::filesystem::directory_iterator(folder), {});
     }
 
     [[nodiscard]] std::string expectedText(std::string_view userChoice = "") const
@@ -85,7 +76,7 @@ TEST_F(AutostartEntryTest, IsAddedAndRemoved)
     EXPECT_EQ(descriptionOf(entry.add()), "no error");
     EXPECT_EQ(entry.status(), LoginItemStatus::enabled);
     EXPECT_EQ(contentOf(file), expectedText());
-    EXPECT_EQ(numberOfFiles(), 1);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder), {}), 1);
     for (const auto& made : {folder, folder.parent_path()}) {
         EXPECT_EQ(std::filesystem::status(made).permissions(), std::filesystem::perms::owner_all);
     }
@@ -93,7 +84,7 @@ TEST_F(AutostartEntryTest, IsAddedAndRemoved)
     EXPECT_EQ(descriptionOf(entry.remove()), "no error");
     EXPECT_EQ(entry.status(), LoginItemStatus::notRegistered);
     EXPECT_EQ(entry.remove()->code, ENOENT);
-    EXPECT_EQ(numberOfFiles(), 0);
+    EXPECT_TRUE(std::filesystem::is_empty(folder));
 }
 
 TEST_F(AutostartEntryTest, StatusFollowsMarksOfDesktops)
@@ -155,7 +146,7 @@ TEST_F(AutostartEntryTest, AddReplacesEntryButKeepsUsersMarks)
 
 TEST_F(AutostartEntryTest, MissingProgramFolderOrEmptyPathIsNotFound)
 {
-    write("[Desktop Entry]\nHidden=true\n");
+    writeFile(file, "[Desktop Entry]\nHidden=true\n");
     std::filesystem::remove(program);
     for (const std::filesystem::path& path : {program, home.path(), std::filesystem::path()}) {
         const AutostartEntry missing(folder, path);
@@ -232,7 +223,7 @@ TEST_F(AutostartEntryTest, LinkTargetIsReplacedAndOnlyLinkIsRemoved)
 
 TEST_F(AutostartEntryTest, FileWithoutPermissionIsNotRegisteredAndStays)
 {
-    write("[Desktop Entry]\nHidden=true\n");
+    writeFile(file, "[Desktop Entry]\nHidden=true\n");
     std::filesystem::permissions(folder.parent_path(), everyone);
     std::filesystem::permissions(folder, std::filesystem::perms(0777));
     std::filesystem::permissions(file, std::filesystem::perms(0222));
@@ -271,7 +262,7 @@ TEST_F(AutostartEntryTest, EntryOfOddNameIsValidAndStartsProgram)
             "mv \"$ORLIMO_TEST_OUTPUT.part\" \"$ORLIMO_TEST_OUTPUT\"\n");
         std::filesystem::permissions(odd, everyone);
         const AutostartEntry oddEntry(folder, odd);
-        write("[Desktop Entry]\nHidden=false\nX-GNOME-Autostart-enabled=true\n");
+        writeFile(file, "[Desktop Entry]\nHidden=false\nX-GNOME-Autostart-enabled=true\n");
         ASSERT_EQ(descriptionOf(oddEntry.add()), "no error");
         ChildProcess validation("desktop-file-validate", {.arguments = {file.string()}});
         EXPECT_EQ(validation.awaitEnd().status, 0);

@@ -19,7 +19,6 @@
 #include <cerrno>
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace orlimo {
@@ -159,9 +158,7 @@ TEST_F(PortalLoginItem, RequestHasCommandAndReason)
 
 TEST_F(PortalLoginItem, ResponseSetsStatusAndIsReported)
 {
-    constexpr auto enabled = LoginItemStatus::enabled;
-    constexpr auto notRegistered = LoginItemStatus::notRegistered;
-    constexpr auto requiresApproval = LoginItemStatus::requiresApproval;
+    using enum LoginItemStatus;
     const QVariantMap none;
     const std::string done = "done";
     const std::string notPermitted = failure("Operation not permitted");

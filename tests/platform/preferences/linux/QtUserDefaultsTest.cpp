@@ -9,7 +9,6 @@
 #include <QSettings>
 #include <gtest/gtest.h>
 
-#include <array>
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
@@ -25,7 +24,6 @@
 #include <vector>
 
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace orlimo {
 namespace {
@@ -309,23 +307,21 @@ TEST_F(QtUserDefaultsTest, FileIsInConfigurationFolderAlone)
     }
 }
 
-/// Files that cannot be parsed. Settings among the damage do not count.
-constexpr std::array damagedFiles{
-    "garbage\n"sv,
-    "garbage"sv,
-    "[General\ncapturingEnabled=true\n"sv,
-    "[General]\ncapturingEnabled=true\ngarbage\n"sv,
-    "[General]\ngarbage\ncapturingEnabled=true\n"sv,
-    "[General]\ncapturingEnabled=true\n\n[Other]\ngarbage\n"sv,
-    "[General]\ncapturingEnabled=true\n\n[Other\n"sv,
-    "capturingEnabled=true\n\x7f\x45LF\x02\x01\n"sv,
-    "[General]\n=nameless\ncapturingEnabled=true\n"sv,
-    "[General]\nnote=a\0b\ncapturingEnabled=true\n"sv,
-};
-
 TEST_F(QtUserDefaultsTest, DamagedFileReadsAsEmptyAndIsKeptInCopyByFirstWrite)
 {
-    for (const std::string_view damaged : damagedFiles) {
+    // Settings among the damage do not count.
+    for (const std::string_view damaged :
+         {"garbage\n"sv,
+          "garbage"sv,
+          "[General\ncapturingEnabled=true\n"sv,
+          "[General]\ncapturingEnabled=true\ngarbage\n"sv,
+          "[General]\ngarbage\ncapturingEnabled=true\n"sv,
+          "[General]\ncapturingEnabled=true\n\n[Other]\ngarbage\n"sv,
+          "[General]\ncapturingEnabled=true\n\n[Other\n"sv,
+          "capturingEnabled=true\n\x7f\x45LF\x02\x01\n"sv,
+          "[General]\n=nameless\ncapturingEnabled=true\n"sv,
+          "[General]\nnote=a\0b\ncapturingEnabled=true\n"sv})
+    {
         clear();
         writeFile(file, storeWith("true"));
         EXPECT_TRUE(read());
