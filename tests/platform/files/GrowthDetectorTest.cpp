@@ -204,8 +204,8 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         WalCase{
             "PlainFileIsReportedOnceForEachGrowth", // beyond 4 GiB too
-            "remove-index watch nothing write 6 reported nothing write 1100000 reported nothing "
-            "write 1100001 reported nothing"},
+            "remove-index watch nothing write 6 reported nothing write 1042468 reported nothing "
+            "write 1042469 reported nothing"},
         WalCase{
             "PlainFileShrunkOrOverwrittenIsNotReported",
             "remove-index watch overwrite nothing write 3 nothing cut nothing write 1 reported"},

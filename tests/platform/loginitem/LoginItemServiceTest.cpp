@@ -67,8 +67,7 @@ TEST_F(MainAppService, UserWithoutHomeIsNotRegistered)
         GTEST_SKIP() << "only the superuser can become a user without an entry";
     }
     for (const auto& error : {service.registerItem(), service.unregisterItem()}) {
-        ASSERT_TRUE(error.has_value());
-        EXPECT_EQ(error->localizedDescription, "HOME: No such file or directory");
+        EXPECT_EQ(error ? error->localizedDescription : "", "HOME: No such file or directory");
         EXPECT_EQ(service.status(), LoginItemStatus::notRegistered);
     }
     EXPECT_EQ(::setreuid(::geteuid(), ::geteuid()), 0);
