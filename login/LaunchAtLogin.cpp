@@ -1,7 +1,6 @@
 #include "login/LaunchAtLogin.h"
 
 #include "login/LaunchAtLoginObservable.h"
-#include "platform/process/FatalStop.h"
 
 #include <optional>
 #include <utility>
@@ -18,10 +17,7 @@ std::optional<LoginServices>& storedServices()
 
 const LoginServices& installedServices()
 {
-    if (!storedServices()) {
-        fatalStop("launch at login has no services");
-    }
-    return *storedServices();
+    return storedServices().value();
 }
 
 void logFailure(bool enabling, const ServiceError& error)

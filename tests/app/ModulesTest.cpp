@@ -3,7 +3,6 @@
 #include "app/OrlimoApp.h"
 #include "login/LaunchAtLogin.h"
 #include "tests/app/FakeServices.h"
-#include "tests/support/FatalStopExpectation.h"
 #include "tests/support/StoreWriter.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/process/OutputCapture.h"
@@ -12,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <optional>
 
 namespace orlimo {
 namespace {
@@ -22,10 +22,7 @@ using testing::ElementsAre;
 
 TEST(Modules, RunOnFakesOfEveryService)
 {
-    expectFatalStop(
-        [] { LaunchAtLogin::setEnabled(true); },
-        {},
-        {.file = "login/LaunchAtLogin.cpp", .reason = "launch at login has no services"});
+    EXPECT_THROW(LaunchAtLogin::setEnabled(true), std::bad_optional_access);
     const TemporaryFolder library;
     StoreWriter store(library.path());
     store.appendText("Your code is 482913.");

@@ -8,7 +8,6 @@
 
 #include <optional>
 #include <string>
-#include <type_traits>
 #include <vector>
 
 namespace orlimo {
@@ -30,9 +29,6 @@ protected:
             &observer,
             [this] { calls.emplace_back("objectWillChange"); });
     }
-
-    void setEnabled(bool enabled) { LaunchAtLogin::setEnabled(enabled); }
-    [[nodiscard]] bool isEnabled() const { return LaunchAtLogin::isEnabled(); }
 
     std::vector<std::string> calls;
     ScriptedLoginItemService service{calls};
@@ -57,13 +53,14 @@ TEST_F(LaunchAtLoginTest, EachOperationMakesItsCallsForEachStatus)
                 if (error) {
                     expected.push_back(value ? R"(log "enable", "f")" : R"(log "disable", "f")");
                 }
-                // The same value is set again.
-                for (int time = 0; time < 2; ++time) {
-                    service.currentStatus = static_cast<LoginItemStatus>(status);
-                    calls.clear();
-                    setEnabled(value);
-                    EXPECT_EQ(calls, expected) << status;
-                }
+                service.currentStatus = static_cast<LoginItemStatus>(status);
+                calls.clear();
+                LaunchAtLogin::setEnabled(value);
+                EXPECT_EQ(calls, expected) << status;
+                service.currentStatus = static_cast<LoginItemStatus>(status);
+                calls.clear();
+                LaunchAtLogin::observable().setEnabled(value);
+                EXPECT_EQ(calls, expected) << status;
             };
             expectCalls(false, {"objectWillChange", "unregister"});
             if (status == 1) {
@@ -73,33 +70,11 @@ TEST_F(LaunchAtLoginTest, EachOperationMakesItsCallsForEachStatus)
             }
             service.currentStatus = static_cast<LoginItemStatus>(status);
             calls.clear();
-            EXPECT_EQ(isEnabled(), status == 1) << status;
+            EXPECT_EQ(LaunchAtLogin::isEnabled(), status == 1) << status;
             EXPECT_EQ(LaunchAtLogin::observable().isEnabled(), status == 1) << status;
             EXPECT_THAT(calls, ElementsAre("status", "status")) << "nothing is cached";
         }
     }
-}
-
-TEST_F(LaunchAtLoginTest, FailureToRegisterAgainLeavesProgramUnregistered)
-{
-    service.currentStatus = LoginItemStatus::enabled;
-    service.registerError = ServiceError{.code = 28, .localizedDescription = "No space left"};
-    setEnabled(true);
-    EXPECT_FALSE(isEnabled());
-}
-
-TEST_F(LaunchAtLoginTest, ChangeIsAnnouncedBeforeItIsMade)
-{
-    std::vector<bool> seen;
-    QObject::connect(
-        &LaunchAtLogin::observable(),
-        &LaunchAtLogin::Observable::objectWillChange,
-        &observer,
-        [this, &seen] { seen.push_back(isEnabled()); });
-    setEnabled(true);
-    LaunchAtLogin::observable().setEnabled(false);
-    EXPECT_THAT(seen, ElementsAre(false, true));
-    EXPECT_FALSE(isEnabled());
 }
 
 TEST_F(LaunchAtLoginTest, LaterResponseIsAnnouncedAndItsFailureIsOneEntry)
@@ -144,13 +119,6 @@ TEST_F(LaunchAtLoginTest, OpenEventWithLoginPropertyIsLaunchAtLogin)
         EXPECT_EQ(LaunchAtLogin::wasLaunchedAtLogin(), isAtLogin) << (event ? event->eventId : 0);
     }
     EXPECT_THAT(calls, IsEmpty());
-}
-
-TEST(LaunchAtLoginType, HasNoInstancesAndOneObservable)
-{
-    EXPECT_FALSE(std::is_default_constructible_v<LaunchAtLogin>);
-    EXPECT_FALSE(std::is_default_constructible_v<LaunchAtLogin::Observable>);
-    EXPECT_EQ(&LaunchAtLogin::observable(), &LaunchAtLogin::observable());
 }
 
 } // namespace

@@ -45,10 +45,10 @@ protected:
         }
     }
 
-    /// Counts events on `queue` and notes how many messages a reader sees at each.
-    void watch(Queue& queue)
+    /// Counts events and notes how many messages a reader sees at each.
+    void watch()
     {
-        source = makeFileSystemObjectSource(opened.get(), vnodeExtend, queue);
+        source = makeFileSystemObjectSource(opened.get(), vnodeExtend, immediately);
         source->setEventHandler([this] {
             messagesSeen = visibleMessages(store);
             ++events;

@@ -20,7 +20,7 @@ INSTANTIATE_TEST_SUITE_P(
 TEST_P(CommitDetection, EachCommitOfFewOrManyFramesIsOneEventAtWhichItCanBeRead)
 {
     writer.sendCommand("sql CREATE TABLE load(bytes)");
-    watch(immediately);
+    watch();
     for (int commit = 1; commit <= 60; ++commit) {
         const auto before = std::filesystem::file_size(log);
         if (commit % 3 == 0) {
@@ -41,7 +41,7 @@ TEST_P(CommitDetection, EachCommitOfFewOrManyFramesIsOneEventAtWhichItCanBeRead)
 
 TEST_P(CommitDetection, LastOfManyCommitsIsNeverMissed)
 {
-    watch(immediately);
+    watch();
     for (int round = 1; round <= 10; ++round) {
         for (int commit = 0; commit < 20; ++commit) {
             writer.sendCommand("text message");
@@ -54,7 +54,7 @@ TEST_P(CommitDetection, LastOfManyCommitsIsNeverMissed)
 
 TEST_P(CommitDetection, GrowthInsideATransactionWaitsForTheCommit)
 {
-    watch(immediately);
+    watch();
     const auto before = std::filesystem::file_size(log);
     writer.holdTransactionOpen();
     ASSERT_GT(std::filesystem::file_size(log), before);
@@ -67,7 +67,7 @@ TEST_P(CommitDetection, GrowthInsideATransactionWaitsForTheCommit)
 
 TEST_P(CommitDetection, GrowthThatIsGivenUpIsReportedWhenTheLockIsReleased)
 {
-    watch(immediately);
+    watch();
     writer.holdTransactionOpen();
     writer.sendCommand("rollback");
     ASSERT_TRUE(awaitEvents(1));
@@ -83,7 +83,7 @@ TEST_P(CommitDetection, GrowthThatIsGivenUpIsReportedWhenTheLockIsReleased)
 
 TEST_P(CommitDetection, TruncatingCheckpointIsNoEvent)
 {
-    watch(immediately);
+    watch();
     writer.sendCommand("text message");
     ASSERT_TRUE(awaitEvents(1));
     writer.sendCommand("truncate");
@@ -102,7 +102,7 @@ TEST_P(CommitDetection, CommitWithoutGrowthIsNoEvent)
         writer.sendCommand("text message");
     }
     writer.sendCommand("sql PRAGMA wal_checkpoint(RESTART)");
-    watch(immediately);
+    watch();
     const auto before = std::filesystem::file_size(log);
     writer.sendCommand("text message");
     ASSERT_EQ(std::filesystem::file_size(log), before);
@@ -111,7 +111,7 @@ TEST_P(CommitDetection, CommitWithoutGrowthIsNoEvent)
 
 TEST_P(CommitDetection, CancellationDoesNotWaitForTheWriter)
 {
-    watch(immediately);
+    watch();
     writer.holdTransactionOpen();
     EXPECT_FALSE(receivesMoreThan(0, 50ms));
     const auto start = steady_clock::now();

@@ -30,75 +30,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// A file that belongs to no store
-
-class PlainFileGrowth : public testing::Test
-{
-protected:
-    PlainFileGrowth()
-    {
-        writeFile(file, "0123456789");
-        opened = UniqueFd(::open(file.c_str(), O_RDONLY | O_CLOEXEC));
-        detector.emplace(opened.get(), file, clock.function());
-    }
-
-    void resize(std::uintmax_t size) { std::filesystem::resize_file(file, size); }
-
-    TemporaryFolder folder;
-    std::filesystem::path file = folder.path() / "file";
-    UniqueFd opened;
-    ManualClock clock;
-    std::optional<GrowthDetector> detector;
-};
-
-TEST_F(PlainFileGrowth, IsReportedOnce)
-{
-    EXPECT_FALSE(detector->check()) << "it was there before";
-    for (const std::uintmax_t size : {std::uintmax_t{11}, 0x1'0000'0000UL, 0x1'0000'0001UL}) {
-        resize(size);
-        EXPECT_TRUE(detector->check()) << size;
-        EXPECT_FALSE(detector->isWaiting());
-        EXPECT_FALSE(detector->check()) << size;
-    }
-}
-
-TEST_F(PlainFileGrowth, ShrinkAndOverwriteAreNoGrowth)
-{
-    const UniqueFd writer(::open(file.c_str(), O_WRONLY | O_CLOEXEC));
-    ASSERT_EQ(::write(writer.get(), "abcdefghij", 10), 10);
-    EXPECT_FALSE(detector->check());
-    resize(5);
-    EXPECT_FALSE(detector->check());
-    resize(0);
-    EXPECT_FALSE(detector->check());
-    appendToFile(file, "x");
-    EXPECT_TRUE(detector->check()) << "it is longer than it was after the shrink";
-}
-
-TEST_F(PlainFileGrowth, ReportOfTheSystemIsBelieved)
-{
-    EXPECT_TRUE(detector->check(true)) << "cut and grown to its old size";
-    resize(5);
-    EXPECT_TRUE(detector->check(true)) << "cut and grown to less";
-    resize(0);
-    EXPECT_FALSE(detector->check(true)) << "grown and cut: nothing is left of it";
-}
-
-TEST_F(PlainFileGrowth, UnknownSizeCountsAsGrowth)
-{
-    opened = UniqueFd();
-    EXPECT_TRUE(detector->check());
-    EXPECT_FALSE(detector->isWaiting());
-    try {
-        const GrowthDetector none(-1, file, clock.function());
-        FAIL() << "there is no such descriptor";
-    } catch (const std::system_error& error) {
-        EXPECT_EQ(error.code(), std::error_code(EBADF, std::generic_category()));
-    }
-}
-
-// The log of a store
-
 /// A log, its shared index in SQLite's WAL-index format, and the writer's lock. It starts with five
 /// committed frames.
 class WalGrowth : public testing::Test
@@ -125,8 +56,15 @@ protected:
     /// Gives the log the length that it has with this number of frames.
     void write(int frames)
     {
-        const int size = frames == 0 ? 0 : 32 + frames * (24 + pageSize);
-        std::filesystem::resize_file(log, static_cast<std::uintmax_t>(size));
+        const auto frameSize = static_cast<std::uintmax_t>(24 + pageSize);
+        const auto count = static_cast<std::uintmax_t>(frames);
+        std::filesystem::resize_file(log, frames == 0 ? 0 : 32 + count * frameSize);
+    }
+
+    void overwrite() const
+    {
+        const UniqueFd writer(::open(log.c_str(), O_WRONLY | O_CLOEXEC));
+        ASSERT_EQ(::write(writer.get(), "abcdefghij", 10), 10);
     }
 
     /// What a commit leaves in the index: both copies of its header.
@@ -212,6 +150,7 @@ protected:
             {"publish-half", [&] { store(48, next()); }},
             {"restart", [&] { restartLog(); }},
             {"cut", [&] { write(0); }},
+            {"overwrite", [&] { overwrite(); }},
             {"watch", [&] { makeDetector(); }},
             {"ns", [&] { clock.advance(std::chrono::nanoseconds(next())); }},
             {"ms", [&] { clock.advance(std::chrono::milliseconds(next())); }},
@@ -227,17 +166,14 @@ protected:
             {"waits", [&] { expectCheck(false, true); }},
             {"reported", [&] { expectCheck(true, false); }},
             {"reported-as-grown", [&] { EXPECT_TRUE(detector->check(true)); }},
+            {"nothing-as-grown", [&] { EXPECT_FALSE(detector->check(true)); }},
             {"reported-and-waits", [&] { expectCheck(true, true); }},
         };
+        int position = 0;
         for (std::string word; words >> word;) {
-            SCOPED_TRACE("\"" + word + "\" before \"" + words.str().substr(position(words)) + "\"");
+            SCOPED_TRACE("step " + std::to_string(++position) + ": " + word);
             actions.at(word)();
         }
-    }
-
-    static std::size_t position(std::istringstream& words)
-    {
-        return words.eof() ? words.str().size() : static_cast<std::size_t>(words.tellg());
     }
 
     TemporaryFolder folder;
@@ -266,6 +202,17 @@ INSTANTIATE_TEST_SUITE_P(
     Of,
     WalGrowthCase,
     testing::Values(
+        WalCase{
+            "PlainFileIsReportedOnceForEachGrowth", // beyond 4 GiB too
+            "remove-index watch nothing write 6 reported nothing write 1042468 reported nothing "
+            "write 1042469 reported nothing"},
+        WalCase{
+            "PlainFileShrunkOrOverwrittenIsNotReported",
+            "remove-index watch overwrite nothing write 3 nothing cut nothing write 1 reported"},
+        WalCase{
+            "PlainFileIsReportedWhenTheSystemReportsGrowth", // unless nothing is left of it
+            "remove-index watch reported-as-grown write 3 reported-as-grown cut nothing-as-grown"},
+        WalCase{"PlainFileOfUnknownSizeIsReported", "remove-index watch close reported"},
         WalCase{
             "CommitIsReportedOnceHoweverLongItTakes",
             "lock write 6 waits ms 999 waits ms 1 waits ms 3500 waits ms 3600000 waits "
@@ -348,6 +295,16 @@ INSTANTIATE_TEST_SUITE_P(
 TEST_P(WalGrowthCase, IsDetected)
 {
     run(GetParam().script);
+}
+
+TEST_F(WalGrowth, ClosedFileThrowsTheSystemsError)
+{
+    try {
+        const GrowthDetector none(-1, log, clock.function());
+        FAIL() << "there is no such descriptor";
+    } catch (const std::system_error& error) {
+        EXPECT_EQ(error.code(), std::error_code(EBADF, std::generic_category()));
+    }
 }
 
 TEST_F(WalGrowth, MissedTruncationIsReportedWithItsCommit)

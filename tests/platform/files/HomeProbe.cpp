@@ -1,7 +1,8 @@
-// A program that reads and stores what belongs to its user, for tests that need another process or
-// another home than their own.
+// A program that logs, and that reads and stores what belongs to its user, for tests that need
+// another process or another home than their own.
 
 #include "platform/preferences/UserDefaults.h"
+#include "platform/process/LogLine.h"
 #include "platform/process/UserDatabase.h"
 
 #include <QCoreApplication>
@@ -24,6 +25,8 @@ int main(int argc, char* argv[])
         const auto entry = orlimo::currentUserEntry();
         (void)std::puts(
             entry ? ("home " + entry->homeDirectory.value_or("absent")).c_str() : "no entry");
+    } else if (command == "log") {
+        orlimo::writeLogLine(arguments.at(1));
     } else {
         return 2;
     }

@@ -4,7 +4,6 @@
 #include "tests/platform/files/OpenDescriptors.h"
 #include "tests/platform/files/WriterProcess.h"
 #include "tests/support/TemporaryFolder.h"
-#include "tests/support/process/ForkedRun.h"
 #include "tests/support/process/UnprivilegedUser.h"
 
 #include <gtest/gtest.h>
@@ -12,10 +11,11 @@
 
 #include <cerrno>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
-#include <string>
 #include <system_error>
+#include <vector>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -119,21 +119,20 @@ TEST_F(StandaloneWalIndex, WriteLockIsAnExclusiveOneOnTheWritersByteAlone)
         const ForeignLock foreign(index, byte);
         EXPECT_EQ(isWriteLockHeld(walIndex), byte == firstLockByte) << byte;
     }
-    const ForeignLock foreign(index, firstLockByte, ForeignLock::Kind::shared);
-    EXPECT_FALSE(isWriteLockHeld(walIndex));
-}
-
-TEST_F(StandaloneWalIndex, FileThatIsNoLogHasNone)
-{
+    {
+        const ForeignLock foreign(index, firstLockByte, F_RDLCK);
+        EXPECT_FALSE(isWriteLockHeld(walIndex));
+    }
     const ForeignLock foreign(index, firstLockByte);
-    for (const char* name :
+    EXPECT_TRUE(isWriteLockHeld(walIndex));
+    for (const char* noLog :
          {"store-wal", "store-wal-shm", "store-wal-wal2", "store-wal.wal", "-wa", ""})
     {
-        EXPECT_FALSE(WalIndex(index.parent_path() / name).writeLock() == WalIndex::Lock::held)
-            << name;
+        WalIndex none(index.parent_path() / noLog);
+        EXPECT_FALSE(isWriteLockHeld(none)) << noLog;
     }
-    EXPECT_FALSE(WalIndex("").writeLock() == WalIndex::Lock::held);
-    EXPECT_TRUE(isWriteLockHeld(walIndex));
+    WalIndex nameless("");
+    EXPECT_FALSE(isWriteLockHeld(nameless));
 }
 
 TEST_F(StandaloneWalIndex, IsTheFileThatHasItsNameNow)
@@ -158,49 +157,39 @@ TEST_F(StandaloneWalIndex, KnownOneIsQueriedWhileItsFolderCannotBeSearched)
 {
     std::optional<ForeignLock> foreign(std::in_place, index, firstLockByte);
     EXPECT_TRUE(isWriteLockHeld(walIndex));
-    const auto whileItCannotBeFound = [this] {
-        return runForked([this] {
-            handToUnprivilegedUser(folder.path());
-            std::filesystem::permissions(folder.path(), std::filesystem::perms::none);
-            becomeUnprivilegedUser();
-            std::error_code error;
-            (void)std::filesystem::exists(index, error);
-            const bool isHeld = isWriteLockHeld(walIndex);
-            std::filesystem::permissions(folder.path(), std::filesystem::perms::owner_all);
-            ::_exit(error.value() != EACCES ? 2 : isHeld ? 1 : 0);
-        });
-    };
-    EXPECT_EQ(whileItCannotBeFound().status, 1);
-    foreign.reset();
-    EXPECT_EQ(whileItCannotBeFound().status, 0);
+    std::filesystem::permissions(folder.path(), std::filesystem::perms::none);
+    for (const bool isLocked : {true, false}) {
+        if (!isLocked) {
+            foreign.reset();
+        }
+        const UnprivilegedScope unprivileged;
+        std::error_code error;
+        (void)std::filesystem::exists(index, error);
+        EXPECT_EQ(error.value(), EACCES);
+        EXPECT_EQ(isWriteLockHeld(walIndex), isLocked);
+    }
+    std::filesystem::permissions(folder.path(), std::filesystem::perms::owner_all);
 }
 
 TEST_F(StandaloneWalIndex, AnythingButAReadableFileHasNoLock)
 {
-    const auto statusOfUnprivilegedQuery = [this] {
-        return runForked([this] {
-                   becomeUnprivilegedUser();
-                   ::_exit(isWriteLockHeld(walIndex) ? 1 : 0);
-               })
-            .status;
-    };
     {
         const ForeignLock foreign(index, firstLockByte);
         std::filesystem::permissions(folder.path(), std::filesystem::perms(0755));
         std::filesystem::permissions(index, std::filesystem::perms::none);
-        EXPECT_EQ(statusOfUnprivilegedQuery(), 0);
+        const UnprivilegedScope unprivileged;
+        EXPECT_FALSE(isWriteLockHeld(walIndex));
     }
-    std::filesystem::remove(index);
-    std::filesystem::create_directory(index);
-    EXPECT_FALSE(isWriteLockHeld(walIndex));
-    std::filesystem::remove(index);
-    std::filesystem::create_symlink(index, index);
-    EXPECT_FALSE(isWriteLockHeld(walIndex));
-    std::filesystem::remove(index);
-
-    // A pipe without a writer would block an ordinary open.
-    ASSERT_EQ(::mkfifo(index.c_str(), 0666), 0);
-    EXPECT_EQ(statusOfUnprivilegedQuery(), 0);
+    const std::vector<std::function<void()>> kinds{
+        [this] { std::filesystem::create_directory(index); },
+        [this] { std::filesystem::create_symlink(index, index); },
+        // Without a writer, it would block an ordinary open.
+        [this] { ASSERT_EQ(::mkfifo(index.c_str(), 0666), 0); }};
+    for (const auto& make : kinds) {
+        std::filesystem::remove(index);
+        make();
+        EXPECT_FALSE(isWriteLockHeld(walIndex));
+    }
 }
 
 TEST_F(StandaloneWalIndex, IsOpenedForReadingAndCloseOnExec)

@@ -1,6 +1,6 @@
 #include "platform/preferences/UserDefaults.h"
 
-#include "tests/platform/preferences/UserDefaultsStore.h"
+#include "platform/threads/UptimeClock.h"
 #include "tests/support/process/ChildProcess.h"
 
 #include <gtest/gtest.h>
@@ -12,14 +12,17 @@
 namespace orlimo {
 namespace {
 
-constexpr std::string_view key = "capturingEnabled";
+/// Ends each key, for on macOS the store outlives the test.
+const std::string suffix = std::to_string(currentUptime().time_since_epoch().count());
+const std::string key = "capturingEnabled" + suffix;
+const std::string otherKey = "fourDigitInclude" + suffix;
 
-bool read(std::string_view which = key)
+bool read(std::string_view which)
 {
     return standardUserDefaults().boolForKey(which);
 }
 
-void write(bool value, std::string_view which = key)
+void write(bool value, std::string_view which)
 {
     standardUserDefaults().setBool(value, which);
 }
@@ -37,42 +40,35 @@ std::string probe(const std::vector<std::string>& arguments)
     return process.output();
 }
 
-class UserDefaultsTest : public testing::Test
+TEST(UserDefaults, KeysAreStoredSeparatelyAndExactly)
 {
-protected:
-    void SetUp() override { clearUserDefaults(); }
-    void TearDown() override { clearUserDefaults(); }
-};
-
-TEST_F(UserDefaultsTest, KeysAreStoredSeparatelyAndExactly)
-{
-    EXPECT_FALSE(read());
-    EXPECT_FALSE(holds("capturingEnabled")) << "reading stores nothing";
-    write(true);
-    write(false, "fourDigitInclude");
-    write(true, "LoginItemEnabled");
-    EXPECT_TRUE(read());
-    EXPECT_FALSE(read("fourDigitInclude"));
-    EXPECT_TRUE(holds("fourDigitInclude")) << "false is a value too";
-    EXPECT_TRUE(read("LoginItemEnabled"));
-    EXPECT_FALSE(read("loginItemEnabled"));
-    EXPECT_FALSE(holds("loginItemEnabled"));
-    EXPECT_FALSE(read("capturing"));
+    EXPECT_FALSE(read(key));
+    EXPECT_FALSE(holds(key)) << "reading stores nothing";
+    write(true, key);
+    write(false, otherKey);
+    write(true, "LoginItemEnabled" + suffix);
+    EXPECT_TRUE(read(key));
+    EXPECT_FALSE(read(otherKey));
+    EXPECT_TRUE(holds(otherKey)) << "false is a value too";
+    EXPECT_TRUE(read("LoginItemEnabled" + suffix));
+    EXPECT_FALSE(read("loginItemEnabled" + suffix));
+    EXPECT_FALSE(holds("loginItemEnabled" + suffix));
+    EXPECT_FALSE(read(key.substr(0, key.size() - 1)));
 }
 
-TEST_F(UserDefaultsTest, ValueIsSharedWithOtherProcessesAtOnceAndOthersAreKept)
+TEST(UserDefaults, ValueIsSharedWithOtherProcessesAtOnceAndOthersAreKept)
 {
     for (const bool value : {true, false, true}) {
-        write(value);
-        EXPECT_EQ(probe({"read-default", "capturingEnabled"}), value ? "true\n" : "false\n");
-        probe({"write-default", "capturingEnabled", value ? "false" : "true"});
-        EXPECT_EQ(read(), !value);
-        EXPECT_TRUE(holds("capturingEnabled"));
+        write(value, key);
+        EXPECT_EQ(probe({"read-default", key}), value ? "true\n" : "false\n");
+        probe({"write-default", key, value ? "false" : "true"});
+        EXPECT_EQ(read(key), !value);
+        EXPECT_TRUE(holds(key));
     }
-    probe({"write-default", "fourDigitInclude", "true"});
-    write(true);
-    EXPECT_EQ(probe({"read-default", "capturingEnabled"}), "true\n");
-    EXPECT_EQ(probe({"read-default", "fourDigitInclude"}), "true\n");
+    probe({"write-default", otherKey, "true"});
+    write(true, key);
+    EXPECT_EQ(probe({"read-default", key}), "true\n");
+    EXPECT_EQ(probe({"read-default", otherKey}), "true\n");
 }
 
 } // namespace

@@ -16,30 +16,22 @@ namespace {
 
 TEST(FatalStop, NamesLocationAndReasonAndAborts)
 {
-    constexpr int line = __LINE__ + 3;
-    const auto run = runForked([] {
-        (void)std::atexit([] { (void)std::fputs("an exit handler has run\n", stderr); });
-        fatalStop("the impossible has happened");
-    });
-    EXPECT_EQ(run.signal, SIGABRT);
-    EXPECT_EQ(
-        run.errors,
-        "Orlimo stops at tests/platform/process/FatalStopTest.cpp:" + std::to_string(line) +
-            ": the impossible has happened\n");
-
+    constexpr int stopLine = __LINE__ + 8;
     const std::string reason(100'000, 'x');
-    const auto longRun = runForked([&reason] { fatalStop(reason, "capture/Msg.cpp", 42); });
-    EXPECT_EQ(longRun.signal, SIGABRT);
-    EXPECT_EQ(longRun.errors, "Orlimo stops at capture/Msg.cpp:42: " + reason + "\n");
-}
-
-TEST(FatalStop, ClosedStandardErrorDoesNotPreventAbort)
-{
-    const auto run = runForked([] {
-        ::close(STDERR_FILENO);
-        fatalStop("reason");
-    });
-    EXPECT_EQ(run.signal, SIGABRT);
+    for (const bool isErrorClosed : {false, true}) {
+        const auto run = runForked([&reason, isErrorClosed] {
+            (void)std::atexit([] { (void)std::fputs("an exit handler has run\n", stderr); });
+            if (isErrorClosed) {
+                ::close(STDERR_FILENO);
+            }
+            fatalStop(reason);
+        });
+        EXPECT_EQ(run.signal, SIGABRT);
+        const std::string line =
+            "Orlimo stops at tests/platform/process/FatalStopTest.cpp:" + std::to_string(stopLine) +
+            ": " + reason + "\n";
+        EXPECT_EQ(run.errors, isErrorClosed ? "" : line);
+    }
 }
 
 } // namespace

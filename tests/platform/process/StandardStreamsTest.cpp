@@ -1,11 +1,12 @@
 #include "platform/process/StandardStreams.h"
 
-#include "tests/support/process/ForkedRun.h"
+#include "platform/files/UniqueFd.h"
 
 #include <gtest/gtest.h>
 
 #include <array>
-#include <utility>
+#include <tuple>
+#include <vector>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -14,54 +15,39 @@
 namespace orlimo {
 namespace {
 
-/// The device and inode of an open file.
-std::pair<dev_t, ino_t> fileOf(int descriptor)
+/// What a descriptor is open on, how, and whether programs inherit it.
+auto openFile(int descriptor)
 {
     struct stat status
     {};
-    return ::fstat(descriptor, &status) == 0 ? std::pair{status.st_dev, status.st_ino}
-                                             : std::pair{dev_t{0}, ino_t{0}};
+    EXPECT_EQ(::fstat(descriptor, &status), 0);
+    const int access = ::fcntl(descriptor, F_GETFL) & O_ACCMODE;
+    return std::tuple(status.st_dev, status.st_ino, access, ::fcntl(descriptor, F_GETFD));
 }
 
-/// Which of the three streams are closed, as a set of bits.
-class StandardStreamsTest : public testing::TestWithParam<unsigned>
+TEST(StandardStreams, OpenOnesStayAndClosedOnesAreOpenedOnNothing)
 {
-protected:
-    static bool isClosed(int stream)
-    {
-        return (GetParam() >> static_cast<unsigned>(stream) & 1U) != 0;
-    }
-};
-
-INSTANTIATE_TEST_SUITE_P(Closed, StandardStreamsTest, testing::Range(0U, 8U));
-
-/// Open ones are left alone; a closed one is opened on /dev/null, so that no file that is opened
-/// later takes its number, and can be read, written and inherited.
-TEST_P(StandardStreamsTest, ClosedOnesAreOpenedOnNothing)
-{
-    const auto run = runForked([] {
-        const auto nothing = fileOf(::open("/dev/null", O_RDWR | O_CLOEXEC));
-        std::array<std::pair<dev_t, ino_t>, 3> expected;
+    // Can be read, written and inherited.
+    const auto nothing = openFile(UniqueFd(::open("/dev/null", O_RDWR)).get());
+    for (unsigned closed = 0; closed < 8; ++closed) {
+        std::array<UniqueFd, 3> saved;
+        std::vector<decltype(openFile(0))> expected;
         for (const int stream : {0, 1, 2}) {
-            expected.at(static_cast<std::size_t>(stream)) =
-                isClosed(stream) ? nothing : fileOf(stream);
-            if (isClosed(stream)) {
+            const bool isClosed = (closed >> static_cast<unsigned>(stream) & 1U) != 0;
+            expected.push_back(isClosed ? nothing : openFile(stream));
+            saved.at(static_cast<std::size_t>(stream)) =
+                UniqueFd(::fcntl(stream, F_DUPFD_CLOEXEC, 3));
+            if (isClosed) {
                 ::close(stream);
             }
         }
         prepareStandardStreams();
+        const std::vector found{openFile(0), openFile(1), openFile(2)};
         for (const int stream : {0, 1, 2}) {
-            if (fileOf(stream) != expected.at(static_cast<std::size_t>(stream))) {
-                ::_exit(1 + stream);
-            }
-            if (isClosed(stream) &&
-                ((::fcntl(stream, F_GETFL) & O_ACCMODE) != O_RDWR || ::fcntl(stream, F_GETFD) != 0))
-            {
-                ::_exit(11 + stream);
-            }
+            (void)::dup2(saved.at(static_cast<std::size_t>(stream)).get(), stream);
         }
-    });
-    EXPECT_EQ(run.status, 0) << "1 to 3: another file, 11 to 13: wrong flags";
+        EXPECT_TRUE(found == expected) << closed;
+    }
 }
 
 } // namespace

@@ -8,7 +8,6 @@
 
 #include <atomic>
 #include <chrono>
-#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -23,7 +22,7 @@ namespace {
 /// The application object, which each command destroys.
 using Application = std::optional<QCoreApplication>;
 
-bool postBeforeAndAfterExit(Application& application)
+std::optional<bool> postBeforeAndAfterExit(Application& application)
 {
     int runs = 0;
     mainQueue().async([&runs] { ++runs; });
@@ -38,7 +37,7 @@ bool postBeforeAndAfterExit(Application& application)
 }
 
 /// Threads post to both queues before, while and after the application object is destroyed.
-bool postConcurrently(Application& application)
+std::optional<bool> postConcurrently(Application& application)
 {
     constexpr int numberOfThreads = 4;
     constexpr int postsOfEach = 2000;
@@ -63,7 +62,7 @@ bool postConcurrently(Application& application)
     return posts == numberOfThreads * postsOfEach;
 }
 
-bool finishBackgroundWork(Application& application)
+std::optional<bool> finishBackgroundWork(Application& application)
 {
     std::atomic<bool> begun = false;
     std::atomic<bool> finished = false;
@@ -109,25 +108,20 @@ std::optional<bool> exitWithoutThreads(Application& application)
     return !ran;
 }
 
-/// 0 for success, 77 where the system does not allow what the command needs.
-int run(int argc, char* argv[])
-{
-    const std::map<std::string, std::function<std::optional<bool>(Application&)>> commands{
-        {"post-before-and-after-exit", postBeforeAndAfterExit},
-        {"post-concurrently", postConcurrently},
-        {"finish-background-work", finishBackgroundWork},
-        {"post-before-threads-start", postBeforeThreadsStart},
-        {"exit-without-threads", exitWithoutThreads},
-    };
-    Application application(std::in_place, argc, argv);
-    const auto result = commands.at(argv[1])(application);
-    return !result ? 77 : *result ? 0 : 1;
-}
-
 } // namespace
 } // namespace orlimo
 
+/// Returns 0 for success, 77 where the system does not allow what the command needs.
 int main(int argc, char* argv[])
 {
-    return argc == 2 ? orlimo::run(argc, argv) : 2;
+    const std::map<std::string, std::optional<bool> (*)(orlimo::Application&)> commands{
+        {"post-before-and-after-exit", orlimo::postBeforeAndAfterExit},
+        {"post-concurrently", orlimo::postConcurrently},
+        {"finish-background-work", orlimo::finishBackgroundWork},
+        {"post-before-threads-start", orlimo::postBeforeThreadsStart},
+        {"exit-without-threads", orlimo::exitWithoutThreads},
+    };
+    orlimo::Application application(std::in_place, argc, argv);
+    const auto result = commands.at(argv[1])(application);
+    return !result ? 77 : *result ? 0 : 1;
 }

@@ -1,7 +1,6 @@
 #include "platform/threads/Queue.h"
 
 #include "platform/threads/MainThread.h"
-#include "platform/threads/UptimeClock.h"
 #include "tests/support/Await.h"
 #include "tests/support/JoiningThread.h"
 #include "tests/support/process/ChildProcess.h"
@@ -12,24 +11,12 @@
 #include <atomic>
 #include <barrier>
 #include <map>
-#include <memory>
 #include <numeric>
-#include <string>
 #include <utility>
 #include <vector>
 
 namespace orlimo {
 namespace {
-
-TEST(UptimeClock, NeverRunsBackwards)
-{
-    Uptime last = currentUptime();
-    for (int reading = 0; reading < 10000; ++reading) {
-        const Uptime now = currentUptime();
-        ASSERT_GE(now, last);
-        last = now;
-    }
-}
 
 TEST(MainQueue, WorkRunsInOrderOnTheMainThread)
 {
@@ -96,42 +83,14 @@ TEST(BackgroundQueue, TwoPiecesOfWorkRunAtATime)
     EXPECT_TRUE(await([&met] { return met == 2; }));
 }
 
-TEST(Queues, WorkIsKeptUntilItHasRun)
+/// In another process, which destroys its application object.
+TEST(QueuesAtExit, PendingAndLaterWorkIsDropped)
 {
-    for (Queue* const queue : {&mainQueue(), &backgroundQueue()}) {
-        std::atomic<bool> mayEnd = queue == &mainQueue();
-        auto token = std::make_shared<int>(0);
-        const std::weak_ptr<int> kept = token;
-        queue->async([token, &mayEnd] { mayEnd.wait(false); });
-        token.reset();
-        EXPECT_FALSE(kept.expired());
-        mayEnd = true;
-        mayEnd.notify_all();
-        EXPECT_TRUE(await([&kept] { return kept.expired(); }));
+    for (const char* const command : {"post-before-and-after-exit", "post-concurrently"}) {
+        ChildProcess probe(ORLIMO_QUEUE_PROBE, {.arguments = {command}});
+        EXPECT_EQ(probe.awaitEnd().status, 0) << command;
+        EXPECT_EQ(probe.errors(), "");
     }
-}
-
-/// Another process, which destroys its application object.
-class QueuesAtExit : public testing::TestWithParam<const char*>
-{};
-
-INSTANTIATE_TEST_SUITE_P(
-    Probe,
-    QueuesAtExit,
-    testing::Values("post-before-and-after-exit", "post-concurrently"),
-    [](const auto& instance) {
-        std::string name = instance.param;
-        std::replace(name.begin(), name.end(), '-', '_');
-        return name;
-    });
-
-TEST_P(QueuesAtExit, PendingAndLaterWorkIsDropped)
-{
-    ChildProcess probe(ORLIMO_QUEUE_PROBE, {.arguments = {GetParam()}});
-    const auto end = probe.awaitEnd();
-    EXPECT_EQ(end.status, 0);
-    EXPECT_EQ(end.signal, std::nullopt);
-    EXPECT_EQ(probe.errors(), "");
 }
 
 } // namespace

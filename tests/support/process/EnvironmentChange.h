@@ -1,10 +1,10 @@
 #pragma once
 
-#include <QByteArray>
-
 #include <optional>
 #include <string>
 #include <utility>
+
+#include <stdlib.h>
 
 namespace orlimo {
 
@@ -16,8 +16,8 @@ public:
     EnvironmentChange(std::string variableName, const std::optional<std::string>& value)
         : name(std::move(variableName))
     {
-        if (qEnvironmentVariableIsSet(name.c_str())) {
-            before = qgetenv(name.c_str()).toStdString();
+        if (const char* const former = ::getenv(name.c_str())) {
+            before = former;
         }
         set(value);
     }
@@ -29,9 +29,9 @@ private:
     void set(const std::optional<std::string>& value) const
     {
         if (value) {
-            qputenv(name.c_str(), QByteArray::fromStdString(*value));
+            ::setenv(name.c_str(), value->c_str(), 1);
         } else {
-            qunsetenv(name.c_str());
+            ::unsetenv(name.c_str());
         }
     }
 

@@ -89,11 +89,6 @@ std::vector<CapturedSyslog::Entry> CapturedSyslog::entries()
 // NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl50-cpp,cert-dcl51-cpp)
 extern "C" {
 
-void vsyslog(int priority, const char* format, std::va_list arguments)
-{
-    orlimo::record(priority, format, arguments);
-}
-
 void syslog(int priority, const char* format, ...)
 {
     std::va_list arguments;
@@ -102,12 +97,7 @@ void syslog(int priority, const char* format, ...)
     va_end(arguments);
 }
 
-// What the calls become in a program that is compiled with _FORTIFY_SOURCE.
-void __vsyslog_chk(int priority, int /*flag*/, const char* format, std::va_list arguments)
-{
-    orlimo::record(priority, format, arguments);
-}
-
+// What the call becomes in a program that is compiled with _FORTIFY_SOURCE.
 void __syslog_chk(int priority, int /*flag*/, const char* format, ...)
 {
     std::va_list arguments;

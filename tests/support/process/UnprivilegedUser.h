@@ -23,6 +23,29 @@ inline void becomeUnprivilegedUser()
     }
 }
 
+/// While it lives, this process acts as that user. Bits for its group count for it still.
+class UnprivilegedScope
+{
+public:
+    UnprivilegedScope()
+    {
+        if (isSuperuser && ::seteuid(nobody) != 0) {
+            std::abort();
+        }
+    }
+    UnprivilegedScope(const UnprivilegedScope&) = delete;
+    UnprivilegedScope& operator=(const UnprivilegedScope&) = delete;
+    ~UnprivilegedScope()
+    {
+        if (isSuperuser && ::seteuid(0) != 0) {
+            std::abort();
+        }
+    }
+
+private:
+    bool isSuperuser = ::geteuid() == 0;
+};
+
 /// Makes `folder` that user's own. Does nothing where this process is not the superuser's.
 inline void handToUnprivilegedUser(const std::filesystem::path& folder)
 {

@@ -4,16 +4,15 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
-#include <limits>
-#include <utility>
 
 #include <dirent.h>
 #include <dlfcn.h>
 
 namespace {
 
-/// How many more entries the system returns before reading a folder fails.
-int entriesUntilFailure = std::numeric_limits<int>::max();
+/// How many more entries the system returns before reading a folder fails; negative when it never
+/// does.
+int entriesUntilFailure = -1;
 
 } // namespace
 
@@ -25,7 +24,7 @@ extern "C" dirent* readdir(DIR* folder)
         errno = EIO;
         return nullptr;
     }
-    --entriesUntilFailure;
+    entriesUntilFailure -= entriesUntilFailure > 0 ? 1 : 0;
     using Function = dirent* (*)(DIR*);
     static const auto next = reinterpret_cast<Function>(::dlsym(RTLD_NEXT, "readdir"));
     return next(folder);
@@ -42,10 +41,9 @@ TEST(DirectoryReading, FailureAtAnyEntryMeansThatTheFolderCannotBeListed)
     // Every folder has two entries of its own.
     for (const int entries : {0, 1, 4}) {
         entriesUntilFailure = entries;
-        const bool isListed = canListDirectory(folder.path());
-        EXPECT_EQ(std::exchange(entriesUntilFailure, std::numeric_limits<int>::max()), 0);
-        EXPECT_FALSE(isListed) << entries;
+        EXPECT_FALSE(canListDirectory(folder.path())) << entries;
     }
+    entriesUntilFailure = -1;
     EXPECT_TRUE(canListDirectory(folder.path()));
 }
 

@@ -20,7 +20,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST_P(UnreportedCommit, MessageRightBesideATruncationIsReported)
 {
-    watch(immediately);
+    watch();
     const std::string truncate = "PRAGMA wal_checkpoint(TRUNCATE);";
     for (int message = 1; message <= 80; ++message) {
         const std::string insert =
@@ -40,7 +40,7 @@ TEST_P(UnreportedCommit, MessageRightBesideATruncationIsReported)
 TEST_P(UnreportedCommit, MessagesInPlaceOfRolledBackFramesAreReported)
 {
     writer.sendCommand("sql CREATE TABLE load(bytes)");
-    watch(immediately);
+    watch();
     writer.sendCommand("begin");
     writer.sendCommand("sql INSERT INTO load VALUES (randomblob(400000))");
     writer.sendCommand("spill");
@@ -55,27 +55,21 @@ TEST_P(UnreportedCommit, MessagesInPlaceOfRolledBackFramesAreReported)
     EXPECT_FALSE(receivesMoreThan(11));
 }
 
-struct SlowDisk
+std::map<std::string, std::optional<std::string>> slowDisk(const std::filesystem::path& delay)
 {
-    TemporaryFolder folder;
-    std::filesystem::path delay = folder.path() / "delay";
-
-    [[nodiscard]] std::map<std::string, std::optional<std::string>> environment() const
-    {
-        auto environment = preloadEnvironment({ORLIMO_SLOW_DISK});
-        environment["ORLIMO_SLOW_DISK"] = delay;
-        return environment;
-    }
-};
+    auto environment = preloadEnvironment({ORLIMO_SLOW_DISK});
+    environment["ORLIMO_SLOW_DISK"] = delay;
+    return environment;
+}
 
 /// A store on a disk that takes longer than a second for each commit.
-class CommitOnASlowDisk : private SlowDisk, public CommitDetection
+class CommitOnASlowDisk : private TemporaryFolder, public CommitDetection
 {
 protected:
     CommitOnASlowDisk()
-        : CommitDetection(environment())
+        : CommitDetection(slowDisk(path() / "delay"))
     {
-        writeFile(delay, "1300");
+        writeFile(path() / "delay", "1300");
     }
 };
 
@@ -83,7 +77,7 @@ INSTANTIATE_TEST_SUITE_P(Synchronous, CommitOnASlowDisk, testing::Values("full")
 
 TEST_P(CommitOnASlowDisk, IsOneEventAtWhichItCanBeRead)
 {
-    watch(immediately);
+    watch();
     for (int commit = 1; commit <= 2; ++commit) {
         const auto start = steady_clock::now();
         writer.sendCommand("text message");

@@ -13,20 +13,21 @@ namespace {
 
 using Outcome = ProcessLock::Outcome;
 
-class ProcessLockOfAFile : public testing::Test
+TEST(ProcessLock, IsHeldByOneProcessForLifetimeOfObject)
 {
-protected:
-    TemporaryFolder folder;
-    std::filesystem::path file = folder.path() / "lock";
-};
-
-TEST_F(ProcessLockOfAFile, IsHeldForLifetimeOfObject)
-{
+    using std::filesystem::perms;
+    const TemporaryFolder folder;
+    const auto file = folder.path() / "lock";
     {
         ProcessLock lock(file);
-        using std::filesystem::perms;
         EXPECT_EQ(
             std::filesystem::status(file).permissions(), perms::owner_read | perms::owner_write);
+        {
+            const ForeignLock other(file, 0);
+            EXPECT_EQ(lock.take(), Outcome::heldByAnother);
+            EXPECT_EQ(lock.holder(), other.processId());
+        }
+        EXPECT_EQ(lock.holder(), std::nullopt) << "killed, which gives it up";
         EXPECT_EQ(lock.take(), Outcome::taken);
         EXPECT_TRUE(isLockedForOtherProcesses(file, 0, 0));
         EXPECT_EQ(lock.holder(), std::nullopt) << "no other one";
@@ -35,20 +36,10 @@ TEST_F(ProcessLockOfAFile, IsHeldForLifetimeOfObject)
     EXPECT_TRUE(std::filesystem::exists(file));
 }
 
-TEST_F(ProcessLockOfAFile, IsRefusedWhileOtherProcessHoldsIt)
+TEST(ProcessLock, IsUnavailableWithoutFile)
 {
-    ProcessLock lock(file);
-    {
-        const ForeignLock other(file, 0);
-        EXPECT_EQ(lock.take(), Outcome::heldByAnother);
-        EXPECT_EQ(lock.holder(), other.processId());
-    }
-    EXPECT_EQ(lock.holder(), std::nullopt) << "killed, which gives it up";
-    EXPECT_EQ(lock.take(), Outcome::taken);
-}
-
-TEST_F(ProcessLockOfAFile, IsUnavailableWithoutFile)
-{
+    const TemporaryFolder folder;
+    const auto file = folder.path() / "lock";
     ProcessLock missing(folder.path() / "missing" / "lock");
     EXPECT_EQ(missing.take(), Outcome::unavailable);
     EXPECT_EQ(missing.holder(), std::nullopt);

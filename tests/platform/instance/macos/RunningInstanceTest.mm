@@ -93,16 +93,14 @@ protected:
     id handler = nil;
 };
 
-TEST_F(RunningInstanceTest, FirstInstanceHoldsLock)
+TEST_F(RunningInstanceTest, FirstInstanceHoldsLockUnlessOutsideBundleOrWithoutFile)
 {
     EXPECT_EQ(claimOfAnotherStart(), Claim::first);
-    const auto instance = ApplicationInstance::create(false);
-    EXPECT_EQ(instance->claim(), Claim::first);
-    EXPECT_TRUE(isLockedForOtherProcesses(file, 0, 0));
-}
-
-TEST_F(RunningInstanceTest, IsUnmanagedOutsideBundleOrWithoutLock)
-{
+    {
+        const auto instance = ApplicationInstance::create(false);
+        EXPECT_EQ(instance->claim(), Claim::first);
+        EXPECT_TRUE(isLockedForOtherProcesses(file, 0, 0));
+    }
     for (const auto& path :
          {std::optional<std::string>(),
           std::optional(std::string(100'000, 'x')),
@@ -113,7 +111,7 @@ TEST_F(RunningInstanceTest, IsUnmanagedOutsideBundleOrWithoutLock)
     }
     setCacheFolder(folder.path().string());
     bundle.returns<id>("bundleIdentifier", nil);
-    const ForeignLock other((writeFile(file, ""), file), 0);
+    const ForeignLock other(file, 0);
     EXPECT_EQ(claimOfAnotherStart(), Claim::unmanaged);
 }
 
@@ -199,50 +197,38 @@ TEST_F(SecondInstanceTest, EndedInstanceIsReplaced)
     EXPECT_EQ(claimOfAnotherStart(), Claim::first);
 }
 
-/// The running program on a reopen event.
-class ReopenedInstanceTest : public RunningInstanceTest
+TEST_F(RunningInstanceTest, SimultaneousReopenEventsOpenOnceAndNoneIsServedAtTheEnd)
 {
-protected:
-    void reopen()
-    {
+    int openedTimes = 0;
+    auto instance = ApplicationInstance::create(false);
+    const auto reopen = [this] {
         [handler performSelector:@selector(handleReopen:withReplyEvent:)
                       withObject:nil
                       withObject:nil];
-    }
-
-    void serve()
-    {
-        instance->onActivation([this] { ++openedTimes; });
-    }
-
-    std::unique_ptr<ApplicationInstance> instance = ApplicationInstance::create(false);
-    int openedTimes = 0;
-};
-
-TEST_F(ReopenedInstanceTest, SimultaneousEventsOpenOnce)
-{
-    serve(); // of an application that has launched already
-    reopen();
-    reopen();
-    EXPECT_EQ(openedTimes, 0) << "not while the event is handled";
-    EXPECT_TRUE(await([this] { return openedTimes > 0; }));
-    runEventLoop(50ms);
-    EXPECT_EQ(openedTimes, 1);
-}
-
-TEST_F(ReopenedInstanceTest, EarlierEventIsServedByRegistration)
-{
+    };
     EXPECT_EQ(handler, nil) << "the application sets its own handler before launching finishes";
     finishLaunching();
     reopen();
     runEventLoop(50ms);
-    serve();
-    EXPECT_EQ(openedTimes, 1);
+    instance->onActivation([&openedTimes] { ++openedTimes; });
+    EXPECT_EQ(openedTimes, 1) << "of before the registration";
+    reopen();
+    reopen();
+    EXPECT_EQ(openedTimes, 1) << "not while the event is handled";
+    EXPECT_TRUE(await([&openedTimes] { return openedTimes > 1; }));
+    runEventLoop(50ms);
+    EXPECT_EQ(openedTimes, 2);
     reopen();
     instance.reset();
     EXPECT_EQ(handler, nil);
     runEventLoop(50ms);
-    EXPECT_EQ(openedTimes, 1) << "nothing of it is left";
+    EXPECT_EQ(openedTimes, 2) << "nothing of it is left";
+
+    // Of an application that has launched already.
+    instance = ApplicationInstance::create(false);
+    EXPECT_EQ(handler, nil);
+    instance->onActivation([] {});
+    EXPECT_NE(handler, nil);
 }
 
 } // namespace
