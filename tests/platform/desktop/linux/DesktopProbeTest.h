@@ -119,7 +119,6 @@ protected:
         EXPECT_FALSE(window("Content"));
     }
 
-    /// How often the program has printed `line` so far.
     [[nodiscard]] std::ptrdiff_t count(const std::string& line)
     {
         return std::ranges::count(linesOf(program->output()), line);

@@ -21,7 +21,6 @@
 namespace orlimo {
 namespace {
 
-/// The About panels that the application shows.
 QList<QDialog*> openPanels()
 {
     QList<QDialog*> panels;

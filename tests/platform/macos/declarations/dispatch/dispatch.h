@@ -9,7 +9,9 @@
 #error "the dispatch library's declarations need blocks"
 #endif
 
-typedef struct dispatch_object_s{} * dispatch_object_t;
+typedef struct dispatch_object_s
+{
+} * dispatch_object_t;
 typedef struct dispatch_queue_s : public dispatch_object_s{} * dispatch_queue_t;
 typedef struct dispatch_queue_global_s : public dispatch_queue_s{} * dispatch_queue_global_t;
 typedef struct dispatch_queue_main_s : public dispatch_queue_s{} * dispatch_queue_main_t;
