@@ -11,30 +11,26 @@ namespace orlimo {
 
 namespace {
 
-bool followsPointerInPlasma(const QString& kwinSettings)
+/// KWin's setting, where the user has changed it.
+bool followsPointerInPlasma()
 {
     const QString clickToFocus = QStringLiteral("ClickToFocus");
-    const QSettings settings(kwinSettings, QSettings::IniFormat);
+    const QSettings settings(
+        QStandardPaths::locate(QStandardPaths::GenericConfigLocation, QStringLiteral("kwinrc")),
+        QSettings::IniFormat);
     return settings.value(QStringLiteral("Windows/FocusPolicy"), clickToFocus).toString() !=
            clickToFocus;
 }
 
 } // namespace
 
-FocusLoss focusLossOnWayland(const QString& desktop, const QString& kwinSettings)
-{
-    const QStringList names = desktop.split(u':');
-    const bool isClickToFocus =
-        names.contains(u"GNOME", Qt::CaseInsensitive) ||
-        (names.contains(u"KDE", Qt::CaseInsensitive) && !followsPointerInPlasma(kwinSettings));
-    return isClickToFocus ? FocusLoss::deliberate : FocusLoss::unknown;
-}
-
 FocusLoss focusLossOnWayland()
 {
-    return focusLossOnWayland(
-        toQString(environmentVariable("XDG_CURRENT_DESKTOP")),
-        QStandardPaths::locate(QStandardPaths::GenericConfigLocation, QStringLiteral("kwinrc")));
+    const QStringList names = toQString(environmentVariable("XDG_CURRENT_DESKTOP")).split(u':');
+    const bool isClickToFocus =
+        names.contains(u"GNOME", Qt::CaseInsensitive) ||
+        (names.contains(u"KDE", Qt::CaseInsensitive) && !followsPointerInPlasma());
+    return isClickToFocus ? FocusLoss::deliberate : FocusLoss::unknown;
 }
 
 } // namespace orlimo

@@ -13,8 +13,11 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <functional>
+#include <map>
 #include <memory>
 #include <optional>
+#include <tuple>
 #include <vector>
 
 namespace orlimo {
@@ -22,26 +25,20 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// The window's content, with a text field.
-class Content final : public QWidget
-{
-public:
-    Content()
-    {
-        setFixedSize(300, 540);
-        (new QVBoxLayout(this))->addWidget(&field);
-    }
-
-    QLineEdit field;
-};
-
 class MenuBarWindowTest : public testing::Test
 {
 protected:
-    /// Opens the window and waits for the focus.
+    MenuBarWindowTest() { content.setFixedSize(300, 540); }
+
     void open()
     {
         window->open();
+        ASSERT_TRUE(awaitFocus());
+    }
+
+    void openOnRequest()
+    {
+        window->openOnRequest();
         ASSERT_TRUE(awaitFocus());
     }
 
@@ -51,11 +48,11 @@ protected:
     }
 
     /// Gives the focus to another window, like a click on it.
-    void focusOtherWindow()
+    static void focus(QWidget& another)
     {
-        other.show();
-        other.activateWindow();
-        ASSERT_TRUE(await([this] { return other.isActiveWindow(); }));
+        another.show();
+        another.activateWindow();
+        ASSERT_TRUE(await([&another] { return another.isActiveWindow(); }));
     }
 
     /// Longer than the window waits for the pointer to return.
@@ -64,7 +61,8 @@ protected:
     ManualClock clock;
     std::optional<QRect> icon = QRect(400, 1, 22, 22);
     FocusLoss focusLoss = FocusLoss::deliberate;
-    Content content;
+    QWidget content;
+    QLineEdit field{&content};
     QWidget other;
     std::unique_ptr<MenuBarWindow> window = std::make_unique<MenuBarWindow>(
         content,
@@ -107,7 +105,7 @@ TEST_F(MenuBarWindowTest, OpensAtThePointerIfTheIconsPositionIsUnknown)
     EXPECT_TRUE(screen.contains(content.geometry()));
 }
 
-TEST_F(MenuBarWindowTest, IsShrunkToALowScreen)
+TEST_F(MenuBarWindowTest, HasTheSizeOfItsContentButFitsALowScreen)
 {
     const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
     content.setFixedSize(300, screen.height() + 200);
@@ -118,19 +116,14 @@ TEST_F(MenuBarWindowTest, IsShrunkToALowScreen)
         EXPECT_EQ(content.minimumSize(), content.maximumSize());
         window->close();
     }
-}
-
-TEST_F(MenuBarWindowTest, HasTheSizeHintOfItsContent)
-{
-    QWidget plain;
-    auto* const column = new QVBoxLayout(&plain);
+    auto* const column = new QVBoxLayout(&other);
     column->setContentsMargins(0, 0, 0, 0);
     column->addSpacing(50);
-    MenuBarWindow ofPlain(
-        plain, [] { return QRect(400, 1, 22, 22); }, clock.function());
-    ofPlain.open();
-    EXPECT_EQ(plain.height(), 50);
-    EXPECT_EQ(plain.geometry().center().x(), 410);
+    MenuBarWindow ofSizeHint(
+        other, [] { return QRect(400, 1, 22, 22); }, clock.function());
+    ofSizeHint.open();
+    EXPECT_EQ(other.height(), 50);
+    EXPECT_EQ(other.geometry().center().x(), 410);
 }
 
 TEST_F(MenuBarWindowTest, FocusThatFollowedThePointerClosesAtAPressElsewhere)
@@ -139,7 +132,7 @@ TEST_F(MenuBarWindowTest, FocusThatFollowedThePointerClosesAtAPressElsewhere)
     open();
     window->pointerWasPressed(QPoint(0, 0));
     EXPECT_TRUE(window->isOpen()) << "with the focus";
-    focusOtherWindow();
+    focus(other);
     runEventLoop(longEnough);
     EXPECT_TRUE(window->isOpen());
     window->pointerWasPressed(content.geometry().center());
@@ -149,7 +142,7 @@ TEST_F(MenuBarWindowTest, FocusThatFollowedThePointerClosesAtAPressElsewhere)
     window->toggle();
     EXPECT_FALSE(window->isOpen());
     open();
-    focusOtherWindow();
+    focus(other);
     window->pointerWasPressed(QPoint(0, 0));
     EXPECT_FALSE(window->isOpen());
 }
@@ -157,12 +150,20 @@ TEST_F(MenuBarWindowTest, FocusThatFollowedThePointerClosesAtAPressElsewhere)
 TEST_F(MenuBarWindowTest, UnknownFocusLossClosesOnlyWithThePointersLeaving)
 {
     focusLoss = FocusLoss::unknown;
-    struct Case
-    {
-        const char* steps;
-        bool isOpenAtOnce;
-        bool isOpenLater;
+    QEnterEvent enter(QPointF(10, 10), QPointF(10, 10), QPointF(10, 10));
+    QEvent leave(QEvent::Leave);
+    const auto staysOpen = [this] {
+        runEventLoop(longEnough);
+        return window->isOpen();
     };
+    std::map<QString, std::function<void()>> actions{
+        {QStringLiteral("lose"), [this] { focus(other); }},
+        {QStringLiteral("regain"), [this] { focus(content); }},
+        {QStringLiteral("enter"), [&] { QCoreApplication::sendEvent(&content, &enter); }},
+        {QStringLiteral("leave"), [&] { QCoreApplication::sendEvent(&content, &leave); }},
+        {QStringLiteral("advance"), [this] { clock.advance(1s); }},
+        {QStringLiteral("wait"), [&] { EXPECT_TRUE(staysOpen()); }}};
+    using Case = std::tuple<const char*, bool, bool>;
     for (const auto& [steps, isOpenAtOnce, isOpenLater] : std::vector<Case>{
              {"lose", true, true},
              // The compositor reports the keyboard first.
@@ -174,35 +175,15 @@ TEST_F(MenuBarWindowTest, UnknownFocusLossClosesOnlyWithThePointersLeaving)
              // Nothing is remembered of earlier openings.
              {"lose", true, true}})
     {
+        SCOPED_TRACE(steps);
         open();
         for (const QString& step : QString::fromLatin1(steps).split(u' ')) {
-            if (step == u"lose") {
-                focusOtherWindow();
-            } else if (step == u"regain") {
-                content.activateWindow();
-                ASSERT_TRUE(awaitFocus());
-            } else if (step == u"enter") {
-                QEnterEvent event(QPointF(10, 10), QPointF(10, 10), QPointF(10, 10));
-                QCoreApplication::sendEvent(&content, &event);
-            } else if (step == u"leave") {
-                QEvent event(QEvent::Leave);
-                QCoreApplication::sendEvent(&content, &event);
-            } else if (step == u"advance") {
-                clock.advance(1s);
-            } else {
-                runEventLoop(longEnough);
-                EXPECT_TRUE(window->isOpen()) << steps;
-            }
+            actions.at(step)();
         }
-        EXPECT_EQ(window->isOpen(), isOpenAtOnce) << steps;
-        if (isOpenLater) {
-            runEventLoop(longEnough);
-            EXPECT_TRUE(window->isOpen()) << steps;
-        } else {
-            EXPECT_TRUE(await([this] { return !window->isOpen(); })) << steps;
-        }
+        EXPECT_EQ(window->isOpen(), isOpenAtOnce);
+        EXPECT_TRUE(isOpenLater ? staysOpen() : await([this] { return !window->isOpen(); }));
         window->close();
-        focusOtherWindow();
+        focus(other);
         clock.advance(1min);
     }
 }
@@ -211,7 +192,7 @@ TEST_F(MenuBarWindowTest, ClickThatTookTheFocusDoesNotReopenIt)
 {
     for (const auto& [delay, isReopened] : {std::pair(499ms, false), std::pair(500ms, true)}) {
         open();
-        focusOtherWindow();
+        focus(other);
         ASSERT_FALSE(window->isOpen());
         clock.advance(delay);
         window->toggle();
@@ -219,7 +200,7 @@ TEST_F(MenuBarWindowTest, ClickThatTookTheFocusDoesNotReopenIt)
         window->close();
     }
     open();
-    focusOtherWindow();
+    focus(other);
     open();
     window->toggle();
     EXPECT_FALSE(window->isOpen());
@@ -230,67 +211,54 @@ TEST_F(MenuBarWindowTest, ClickThatTookTheFocusDoesNotReopenIt)
 TEST_F(MenuBarWindowTest, TakesTheFocusBackFromAWindowOpenedWithItForTwoSeconds)
 {
     other.show();
-    window->openOnRequest();
-    ASSERT_TRUE(awaitFocus());
+    openOnRequest();
     for (int time = 0; time < 3; ++time) {
         other.activateWindow();
-        EXPECT_TRUE(await([this] { return content.isActiveWindow(); }));
+        EXPECT_TRUE(awaitFocus());
         EXPECT_TRUE(window->isOpen());
         clock.advance(600ms);
     }
     clock.advance(200ms);
-    focusOtherWindow();
+    focus(other);
     EXPECT_FALSE(window->isOpen());
 }
 
 TEST_F(MenuBarWindowTest, ClosesForAnotherProgramAndForALaterWindowAlsoIfOpenedOnRequest)
 {
+    openOnRequest();
     // Not a widget of the application, like another program's window.
     QWindow another;
-    QWidget later;
-    for (const bool isAnotherProgram : {true, false}) {
-        window->openOnRequest();
-        ASSERT_TRUE(awaitFocus());
-        if (isAnotherProgram) {
-            another.show();
-            another.requestActivate();
-            ASSERT_TRUE(await([&another] { return another.isActive(); }));
-        } else {
-            later.show();
-            later.activateWindow();
-            ASSERT_TRUE(await([&later] { return later.isActiveWindow(); }));
-        }
-        EXPECT_FALSE(window->isOpen());
-    }
+    another.show();
+    another.requestActivate();
+    ASSERT_TRUE(await([&another] { return another.isActive(); }));
+    EXPECT_FALSE(window->isOpen());
+    openOnRequest();
+    focus(other);
+    EXPECT_FALSE(window->isOpen());
     // Nor does the request hold the focus in a later opening.
     window->openOnRequest();
     window->close();
     open();
-    later.activateWindow();
-    ASSERT_TRUE(await([&later] { return later.isActiveWindow(); }));
+    focus(other);
     EXPECT_FALSE(window->isOpen());
 }
 
-TEST_F(MenuBarWindowTest, ClosesOnEscapeAlsoFromATextField)
+TEST_F(MenuBarWindowTest, ClosesOnEscapeAlsoFromATextFieldAndAtItsEnd)
 {
     open();
     QTest::keyClick(&content, Qt::Key_Escape);
     EXPECT_FALSE(window->isOpen());
-    focusOtherWindow();
+    focus(other);
     open();
-    content.field.setFocus();
-    QTest::keyClick(&content.field, Qt::Key_A);
-    EXPECT_EQ(content.field.text(), QStringLiteral("a"));
-    QTest::keyClick(&content.field, Qt::Key_Escape);
+    field.setFocus();
+    QTest::keyClick(&field, Qt::Key_A);
+    EXPECT_EQ(field.text(), QStringLiteral("a"));
+    QTest::keyClick(&field, Qt::Key_Escape);
     EXPECT_FALSE(window->isOpen());
     window->open();
     content.close();
     EXPECT_FALSE(window->isOpen()) << "closed by the desktop";
-}
-
-TEST_F(MenuBarWindowTest, ClosesAtItsEnd)
-{
-    open();
+    window->open();
     window.reset();
     EXPECT_FALSE(content.isVisible());
     content.show();

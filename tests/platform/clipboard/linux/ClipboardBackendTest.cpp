@@ -1,10 +1,12 @@
 #include "platform/clipboard/linux/ClipboardBackend.h"
 
+#include "platform/clipboard/linux/DataControlPasteboard.h"
+#include "platform/clipboard/linux/GeneralPasteboard.h"
+
 #include <gtest/gtest.h>
 
 #include <chrono>
 #include <optional>
-#include <ostream>
 #include <string>
 #include <vector>
 
@@ -12,107 +14,86 @@ namespace orlimo {
 
 namespace {
 
-/// A session and its best backend.
+/// A session, its best backend, and for how long the compositor is asked about it.
 struct Session
 {
-    std::string name;
+    const char* name;
     std::optional<std::string> chosenPlatform;
     bool isWaylandSession;
     DataControlAvailability dataControl;
     bool hasXServer;
     ClipboardBackend best;
+    std::optional<std::chrono::seconds> compositorTimeout{};
 };
-
-void PrintTo(const Session& session, std::ostream* stream)
-{
-    *stream << session.name;
-}
-
-class ClipboardBackendTest : public testing::TestWithParam<Session>
-{};
-
-TEST_P(ClipboardBackendTest, FitsTheSession)
-{
-    const Session& session = GetParam();
-    EXPECT_EQ(
-        bestClipboardBackend(
-            {.chosenPlatform = session.chosenPlatform,
-             .isWaylandSession = session.isWaylandSession,
-             .dataControl = [&](auto /*limit*/) { return session.dataControl; },
-             .hasXServer = [&] { return session.hasXServer; }}),
-        session.best);
-}
 
 constexpr auto none = std::nullopt;
 
-constexpr auto offered = DataControlAvailability::offered;
-constexpr auto notOffered = DataControlAvailability::notOffered;
-constexpr auto unknown = DataControlAvailability::unknown;
+using enum DataControlAvailability;
+using enum ClipboardBackend;
 
-constexpr auto qt = ClipboardBackend::qt;
-constexpr auto dataControl = ClipboardBackend::dataControl;
-constexpr auto dataControlOrXServer = ClipboardBackend::dataControlOrXServer;
-constexpr auto xServer = ClipboardBackend::xServer;
-constexpr auto focusedOnly = ClipboardBackend::focusedOnly;
+constexpr std::chrono::seconds brief{2};
+constexpr std::chrono::seconds patient{30};
 
-INSTANTIATE_TEST_SUITE_P(
-    Sessions,
-    ClipboardBackendTest,
-    testing::Values(
-        Session{"X11", none, false, notOffered, true, qt},
-        Session{"NoDisplay", none, false, notOffered, false, qt},
-        Session{"WaylandWithBoth", none, true, offered, true, dataControl},
-        Session{"WaylandAlone", none, true, offered, false, dataControl},
-        Session{"WaylandWithXServerOnly", none, true, notOffered, true, xServer},
-        Session{"WaylandWithNeither", none, true, notOffered, false, focusedOnly},
-        Session{"SilentWaylandWithXServer", none, true, unknown, true, dataControlOrXServer},
-        Session{"SilentWaylandAlone", none, true, unknown, false, dataControl},
-        Session{"ChosenSilentWayland", "wayland", true, unknown, true, dataControl},
-        Session{"ChosenXOnSilentWayland", "xcb", true, unknown, true, dataControl},
-        Session{"ChosenWayland", "wayland", true, offered, true, dataControl},
-        Session{"ChosenWaylandEgl", "wayland-egl", true, offered, true, dataControl},
-        Session{"ChosenWaylandXServerOnly", "wayland", true, notOffered, true, focusedOnly},
-        Session{"ChosenWaylandFirst", "wayland;xcb", true, notOffered, true, focusedOnly},
-        Session{"ChosenBothOnX11", "wayland;xcb", false, notOffered, true, qt},
-        Session{"ChosenXWithoutServer", "xcb;wayland", true, offered, false, dataControl},
-        Session{"ChosenXWithNeither", "xcb;wayland", true, notOffered, false, focusedOnly},
-        Session{"ChosenXOnX11", "xcb", false, notOffered, true, qt},
-        Session{"ChosenXOnWayland", "xcb", true, offered, true, dataControl},
-        Session{"ChosenXWithOptions", "xcb:option;wayland", true, offered, true, dataControl},
-        Session{"ChosenXWithoutDataControl", "xcb", true, notOffered, true, qt},
-        Session{"ChosenOther", "offscreen", true, offered, true, qt},
-        Session{"ChosenOtherWithNeither", "vnc", true, notOffered, false, qt}),
-    [](const auto& instance) { return instance.param.name; });
-
-TEST(ClipboardBackendQueries, AreMadeOnlyIfTheyMatterAndWaitLongOnlyForQtsPlatform)
+TEST(ClipboardBackend, FitsTheSession)
 {
-    using Wait = std::optional<std::chrono::milliseconds>;
-    struct Case
+    for (const Session& session : std::vector<Session>{
+             {"X11", none, false, notOffered, true, qt},
+             {"Wayland with both", none, true, offered, true, dataControl, patient},
+             {"Wayland alone", none, true, offered, false, dataControl, patient},
+             {"Wayland with X server only", none, true, notOffered, true, xServer, patient},
+             {"Wayland with neither", none, true, notOffered, false, focusedOnly, patient},
+             {"silent with X server", none, true, unknown, true, dataControlOrXServer, patient},
+             {"silent alone", none, true, unknown, false, dataControl, patient},
+             {"chosen silent Wayland", "wayland", true, unknown, true, dataControl, brief},
+             {"chosen X on silent Wayland", "xcb", true, unknown, true, dataControl, brief},
+             {"chosen Wayland", "wayland", true, offered, true, dataControl, brief},
+             {"chosen Wayland EGL", "wayland-egl", true, offered, true, dataControl, brief},
+             {"chosen, X server only", "wayland", true, notOffered, true, focusedOnly, brief},
+             {"chosen first", "wayland;xcb", true, notOffered, true, focusedOnly, brief},
+             {"chosen both on X11", "wayland;xcb", false, notOffered, true, qt},
+             {"chosen X, no server", "xcb;wayland", true, offered, false, dataControl, brief},
+             {"chosen X, neither", "xcb;wayland", true, notOffered, false, focusedOnly, brief},
+             {"chosen X on X11", "xcb", false, notOffered, true, qt},
+             {"chosen X on Wayland", "xcb", true, offered, true, dataControl, brief},
+             {"with options", "xcb:option;wayland", true, offered, true, dataControl, brief},
+             {"chosen X, no data control", "xcb", true, notOffered, true, qt, brief},
+             {"chosen other", "offscreen", true, offered, true, qt},
+             {"chosen other with neither", "vnc", true, notOffered, false, qt}})
     {
-        std::optional<std::string> platform;
-        bool isWaylandSession;
-        Wait expected;
-    };
-    for (const Case& session : std::vector<Case>{
-             {none, false, none},
-             {"offscreen", true, none},
-             {none, true, std::chrono::seconds(30)},
-             {"wayland", true, std::chrono::seconds(2)},
-             {"xcb", true, std::chrono::seconds(2)}})
-    {
-        Wait waited;
-        int serverQueries = 0;
-        (void)bestClipboardBackend(
-            {.chosenPlatform = session.platform,
+        SCOPED_TRACE(session.name);
+        std::optional<std::chrono::milliseconds> waited;
+        bool isServerQueried = false;
+        const auto best = bestClipboardBackend(
+            {.chosenPlatform = session.chosenPlatform,
              .isWaylandSession = session.isWaylandSession,
              .dataControl =
                  [&](auto limit) {
                      waited = limit;
-                     return offered;
+                     return session.dataControl;
                  },
-             .hasXServer = [&] { return ++serverQueries > 0; }});
-        EXPECT_EQ(waited, session.expected);
-        EXPECT_EQ(serverQueries, 0) << "an X server does not matter beside data control";
+             .hasXServer =
+                 [&] {
+                     isServerQueried = true;
+                     return session.hasXServer;
+                 }});
+        EXPECT_EQ(best, session.best);
+        EXPECT_EQ(waited, session.compositorTimeout);
+        const bool isChoiceOfSeveral =
+            session.chosenPlatform.value_or("").find(';') != std::string::npos;
+        if (session.dataControl == offered && !isChoiceOfSeveral) {
+            EXPECT_FALSE(isServerQueried) << "an X server does not matter beside data control";
+        }
+    }
+}
+
+TEST(GeneralPasteboard, UsesDataControlWhereItMayBeOffered)
+{
+    for (const ClipboardBackend backend :
+         {qt, dataControl, dataControlOrXServer, xServer, focusedOnly}) {
+        const auto pasteboard = makeGeneralPasteboard(backend);
+        EXPECT_EQ(
+            dynamic_cast<DataControlPasteboard*>(pasteboard.get()) != nullptr,
+            backend == dataControl || backend == dataControlOrXServer);
     }
 }
 

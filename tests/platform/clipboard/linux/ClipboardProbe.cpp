@@ -21,8 +21,8 @@ namespace {
 std::string digits(std::size_t count)
 {
     std::string text;
-    while (text.size() < count) {
-        text += static_cast<char>('0' + text.size() % 10);
+    for (std::size_t index = 0; index < count; ++index) {
+        text += static_cast<char>('0' + index % 10);
     }
     return text;
 }

@@ -12,7 +12,6 @@
 
 namespace orlimo {
 
-/// The address of a socket at `path`.
 inline sockaddr_un socketAddress(const std::filesystem::path& path)
 {
     sockaddr_un address{};

@@ -3,19 +3,16 @@
 #include "platform/clipboard/linux/DataControlProtocol.h"
 #include "platform/files/UniqueFd.h"
 #include "tests/platform/clipboard/linux/ListeningSocket.h"
-#include "tests/support/process/OpenPipe.h"
+#include "tests/platform/process/PipeReader.h"
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
-#include <deque>
 #include <filesystem>
-#include <functional>
-#include <future>
 #include <map>
 #include <memory>
 #include <mutex>
 #include <new>
-#include <semaphore>
 #include <set>
 #include <string>
 #include <thread>
@@ -23,7 +20,7 @@
 #include <utility>
 #include <vector>
 
-#include <sys/eventfd.h>
+#include <poll.h>
 
 #include <wayland-server-core.h>
 #include <wayland-server-protocol.h>
@@ -31,12 +28,11 @@
 namespace orlimo {
 
 /// A Wayland compositor that has seats with clipboards and nothing else, controlled by a test. Runs
-/// on a thread of its own; each call returns when the compositor has carried it out and has sent
-/// the resulting events. Clients still connected at the end are disconnected.
+/// on a thread of its own; what a call causes has been sent to the clients when it returns. Clients
+/// still connected at the end are disconnected.
 class ScriptedCompositor
 {
 public:
-    /// What it offers at the start.
     struct Script
     {
         bool offersExt = true;
@@ -47,7 +43,6 @@ public:
         bool cancelsReplaced = true;
     };
 
-    /// The kinds of objects that clients have.
     enum class Kind { manager, device, source, offer, seat };
 
     /// Listens at `socket`, which must not exist.
@@ -55,14 +50,6 @@ public:
         : script(how)
         , path(std::move(socket))
     {
-        const auto runTasksOf = [](int descriptor, std::uint32_t /*mask*/, void* compositor) {
-            eventfd_t ignored = 0;
-            (void)::eventfd_read(descriptor, &ignored);
-            static_cast<ScriptedCompositor*>(compositor)->runTasks();
-            return 0;
-        };
-        wakeUpSource =
-            wl_event_loop_add_fd(loop, wakeUp.get(), WL_EVENT_READABLE, runTasksOf, this);
         // In the reverse order of preference, so that taking the first one is no solution.
         if (script.offersZwlr) {
             const auto& interface = zwlrDataControl.manager;
@@ -73,31 +60,22 @@ public:
             wl_global_create(display, &interface, 1, this, &bindManager<extDataControl>);
         }
         while (nextSeat < script.seats) {
-            createSeat();
+            addSeat();
         }
         constexpr int backlog = 128;
         wl_display_add_socket_fd(display, listeningSocket(path, backlog).release());
-        thread = std::thread([this] {
-            while (!isStopped) {
-                wl_display_flush_clients(display);
-                wl_event_loop_dispatch(loop, -1);
-            }
-        });
+        thread = std::thread([this] { serve(); });
     }
 
-    explicit ScriptedCompositor(const std::filesystem::path& socket)
-        : ScriptedCompositor(socket, Script())
-    {}
     ScriptedCompositor(const ScriptedCompositor&) = delete;
     ScriptedCompositor& operator=(const ScriptedCompositor&) = delete;
 
     ~ScriptedCompositor()
     {
+        isStopped = true;
         resume();
-        run([this] { isStopped = true; });
         thread.join();
         wl_display_destroy_clients(display);
-        wl_event_source_remove(wakeUpSource);
         wl_display_destroy(display);
         std::error_code ignored;
         std::filesystem::remove(path, ignored);
@@ -118,11 +96,10 @@ public:
             if (source == nullptr) {
                 return UniqueFd();
             }
-            const auto ends = openPipe();
-            const UniqueFd writeEnd(ends[1]);
-            wl_resource_post_event(
-                source, Protocol::SourceEvent::send, type.c_str(), writeEnd.get());
-            return UniqueFd(ends[0]);
+            TestPipe pipe;
+            const int end = pipe.writeEnd.get();
+            wl_resource_post_event(source, Protocol::SourceEvent::send, type.c_str(), end);
+            return std::move(pipe.readEnd);
         });
     }
 
@@ -131,18 +108,26 @@ public:
     {
         run([&] {
             cancel(std::exchange(seats.at(seat).selection, nullptr));
-            sendToAll(seats.at(seat), Protocol::DeviceEvent::selection, foreignTypes);
+            sendToAll(seats.at(seat), Protocol::DeviceEvent::selection, {"text/html"});
         });
     }
     void takePrimarySelection()
     {
-        run([&] { sendToAll(seats.at(0), Protocol::DeviceEvent::primarySelection, foreignTypes); });
+        run([&] {
+            sendToAll(seats.at(0), Protocol::DeviceEvent::primarySelection, {"text/html"});
+        });
     }
 
     /// Announces one more seat, numbered in sequence.
     void addSeat()
     {
-        run([this] { createSeat(); });
+        run([this] {
+            Seat& seat = seats[nextSeat];
+            seat.compositor = this;
+            seat.number = nextSeat++;
+            const auto version = static_cast<int>(script.seatVersion);
+            seat.global = wl_global_create(display, &wl_seat_interface, version, &seat, &bindSeat);
+        });
     }
 
     /// Removes a seat and the clipboard objects that clients have of it.
@@ -170,8 +155,10 @@ public:
     void postError()
     {
         run([this] {
-            for (wl_resource* const manager : managerResources) {
-                wl_resource_post_error(manager, 0, "the test says so");
+            wl_client* client = nullptr;
+            wl_client_for_each(client, wl_display_get_client_list(display))
+            {
+                wl_client_post_implementation_error(client, "the test says so");
             }
         });
     }
@@ -179,15 +166,12 @@ public:
     /// Stops reading what clients send until `resume`. Calls are still carried out.
     void hold()
     {
-        if (!std::exchange(isHeld, true)) {
-            (void)begin([this] { release.acquire(); });
-        }
+        run([this] { isHeld = true; });
     }
     void resume()
     {
-        if (std::exchange(isHeld, false)) {
-            release.release();
-        }
+        isHeld = false;
+        isHeld.notify_all();
     }
 
     /// How many objects of a kind the clients have at present.
@@ -195,7 +179,6 @@ public:
     {
         return run([&] { return counts[kind]; });
     }
-
     /// How often a client has put something on a seat's clipboard.
     [[nodiscard]] std::size_t selections()
     {
@@ -231,50 +214,26 @@ private:
         bool isUsed = false;
     };
 
-    inline static const std::vector<std::string> foreignTypes{
-        "text/html", "text/plain", "image/png"};
-
-    /// Enqueues `task` for the compositor's thread, which sends the resulting events.
-    template <typename Task> std::future<std::invoke_result_t<Task>> begin(Task task)
-    {
-        const auto packaged =
-            std::make_shared<std::packaged_task<std::invoke_result_t<Task>()>>([this, task] {
-                struct Flush
-                {
-                    ~Flush() { wl_display_flush_clients(display); }
-                    wl_display* display;
-                } const flush{display};
-                return task();
-            });
-        auto result = packaged->get_future();
-        {
-            const std::lock_guard guard(mutex);
-            tasks.emplace_back([packaged] { (*packaged)(); });
-        }
-        (void)::eventfd_write(wakeUp.get(), 1);
-        return result;
-    }
-
+    /// Excludes the compositor's thread.
     template <typename Task> std::invoke_result_t<Task> run(Task task)
     {
-        auto result = begin(std::move(task));
-        if (isHeld) {
-            // All enqueued tasks are run before anything is read: this one, and holding again.
-            (void)begin([this] { release.acquire(); });
-            release.release();
-        }
-        return result.get();
+        const std::lock_guard guard(mutex);
+        const struct Flush
+        {
+            ~Flush() { wl_display_flush_clients(display); }
+            wl_display* display;
+        } flush{display};
+        return task();
     }
 
-    void runTasks()
+    void serve()
     {
-        std::unique_lock guard(mutex);
-        while (!tasks.empty()) {
-            const auto task = std::move(tasks.front());
-            tasks.pop_front();
-            guard.unlock();
-            task();
-            guard.lock();
+        pollfd readable{.fd = wl_event_loop_get_fd(loop), .events = POLLIN, .revents = 0};
+        while (!isStopped) {
+            isHeld.wait(true);
+            constexpr int limit = 10; // milliseconds until it notices that it is stopped
+            (void)::poll(&readable, 1, limit);
+            run([this] { return isHeld ? 0 : wl_event_loop_dispatch(loop, 0); });
         }
     }
 
@@ -323,7 +282,6 @@ private:
         const std::unique_ptr<Object> object(&objectOf(resource));
         ScriptedCompositor& self = object->compositor;
         --self.counts[object->kind];
-        std::erase(self.managerResources, resource);
         for (auto& [number, seat] : self.seats) {
             seat.devices.erase(resource);
             if (seat.selection == resource) {
@@ -338,23 +296,16 @@ private:
     {
         auto& self = *static_cast<ScriptedCompositor*>(data);
         self.managerInterfaces.emplace_back(protocol.manager.name);
-        self.managerResources.push_back(make(
-            client,
-            protocol.manager,
-            static_cast<int>(version),
-            id,
-            {self, Kind::manager, &protocol}));
+        const auto offered = static_cast<int>(version);
+        make(client, protocol.manager, offered, id, {self, Kind::manager, &protocol});
     }
 
     static void bindSeat(wl_client* client, void* data, std::uint32_t version, std::uint32_t id)
     {
         const Seat& seat = *static_cast<Seat*>(data);
-        wl_resource* const resource = make(
-            client,
-            wl_seat_interface,
-            static_cast<int>(version),
-            id,
-            {*seat.compositor, Kind::seat, nullptr, seat.number});
+        const Object object{*seat.compositor, Kind::seat, nullptr, seat.number};
+        const auto offered = static_cast<int>(version);
+        wl_resource* const resource = make(client, wl_seat_interface, offered, id, object);
         wl_resource_post_event(resource, WL_SEAT_CAPABILITIES, 0U);
     }
 
@@ -366,13 +317,15 @@ private:
         wl_argument* arguments)
     {
         constexpr std::uint32_t seatRelease = 3;
+        static const std::map<Kind, std::uint32_t> destroyRequests{
+            {Kind::manager, Protocol::ManagerRequest::destroy},
+            {Kind::device, Protocol::DeviceRequest::destroy},
+            {Kind::source, Protocol::SourceRequest::destroy},
+            {Kind::offer, Protocol::OfferRequest::destroy},
+            {Kind::seat, seatRelease}};
         auto* const resource = static_cast<wl_resource*>(target);
         Object& object = objectOf(resource);
-        if ((object.kind == Kind::device && request == Protocol::DeviceRequest::destroy) ||
-            (object.kind == Kind::source && request == Protocol::SourceRequest::destroy) ||
-            (object.kind == Kind::offer && request == Protocol::OfferRequest::destroy) ||
-            (object.kind == Kind::seat && request == seatRelease))
-        {
+        if (request == destroyRequests.at(object.kind)) {
             wl_resource_destroy(resource);
         } else if (object.kind == Kind::manager) {
             object.compositor.managerRequest(resource, request, arguments);
@@ -395,20 +348,18 @@ private:
         const auto id = arguments[0].n;
         if (request == Protocol::ManagerRequest::createDataSource) {
             make(client, protocol.source, version, id, {*this, Kind::source, &protocol});
-        } else if (request == Protocol::ManagerRequest::getDataDevice) {
-            const std::size_t number = objectOf(resourceIn(arguments[1])).seat;
-            wl_resource* const device = make(
-                client, protocol.device, version, id, {*this, Kind::device, &protocol, number});
-            const auto seat = seats.find(number);
-            if (seat == seats.end()) {
-                wl_resource_post_event(device, Protocol::DeviceEvent::finished);
-                return;
-            }
-            seat->second.devices.insert(device);
-            sendTo(device, Protocol::DeviceEvent::selection, typesOf(seat->second.selection));
-        } else {
-            wl_resource_destroy(manager);
+            return;
         }
+        const std::size_t number = objectOf(resourceIn(arguments[1])).seat;
+        wl_resource* const device =
+            make(client, protocol.device, version, id, {*this, Kind::device, &protocol, number});
+        const auto seat = seats.find(number);
+        if (seat == seats.end()) {
+            wl_resource_post_event(device, Protocol::DeviceEvent::finished);
+            return;
+        }
+        seat->second.devices.insert(device);
+        sendTo(device, Protocol::DeviceEvent::selection, typesOf(seat->second.selection));
     }
 
     void setSelection(wl_resource* device, wl_resource* source)
@@ -428,15 +379,6 @@ private:
             cancel(replaced);
         }
         sendToAll(found->second, Protocol::DeviceEvent::selection, objectOf(source).types);
-    }
-
-    void createSeat()
-    {
-        Seat& seat = seats[nextSeat];
-        seat.compositor = this;
-        seat.number = nextSeat++;
-        const auto version = static_cast<int>(script.seatVersion);
-        seat.global = wl_global_create(display, &wl_seat_interface, version, &seat, &bindSeat);
     }
 
     static void finishDevicesOf(Seat& seat)
@@ -481,19 +423,14 @@ private:
     const std::filesystem::path path;
     wl_display* display = wl_display_create();
     wl_event_loop* loop = wl_display_get_event_loop(display);
-    UniqueFd wakeUp{::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)};
-    wl_event_source* wakeUpSource = nullptr;
     std::mutex mutex;
-    std::deque<std::function<void()>> tasks;
-    bool isStopped = false;
+    std::atomic<bool> isStopped = false;
+    std::atomic<bool> isHeld = false;
     std::map<std::size_t, Seat> seats;
     std::size_t nextSeat = 0;
-    std::vector<wl_resource*> managerResources;
     std::map<Kind, std::size_t> counts;
     std::size_t selectionCount = 0;
     std::vector<std::string> managerInterfaces;
-    std::binary_semaphore release{0};
-    bool isHeld = false;
     std::thread thread;
 };
 

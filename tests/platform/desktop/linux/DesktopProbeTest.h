@@ -3,13 +3,14 @@
 #include "tests/desktop/sessions/DesktopSession.h"
 #include "tests/support/Await.h"
 #include "tests/support/process/ChildProcess.h"
+#include "tests/support/process/OutputCapture.h"
+#include "tests/support/process/ParentDeathSignal.h"
 
 #include <QRect>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
-#include <cstddef>
-#include <cstdint>
 #include <map>
 #include <optional>
 #include <string>
@@ -23,46 +24,115 @@ class DesktopProbeTest : public testing::Test
 protected:
     using Environment = std::map<std::string, std::optional<std::string>>;
 
-    explicit DesktopProbeTest(const std::string& screen = "1280x800x24")
-        : desktop(DesktopSession::WithoutTray{}, screen)
-    {}
+    void TearDown() override
+    {
+        if (program && program->isRunning()) {
+            endProgram();
+        }
+    }
 
     /// Starts the program, with `variables` added to the desktop's, and waits until it runs.
-    void startProgram(Environment variables = {});
+    void startProgram(Environment variables = {})
+    {
+        launchProgram(std::move(variables));
+        ASSERT_TRUE(program->awaitLine("did finish launching")) << program->errors();
+    }
 
-    /// Starts the program without waiting.
-    void launchProgram(Environment variables = {});
+    void launchProgram(Environment variables = {})
+    {
+        variables.merge(desktop.environment());
+        program.emplace(
+            ORLIMO_DESKTOP_PROBE,
+            ChildSettings{.environment = std::move(variables), .beforeStart = dieWithParent});
+    }
 
-    /// Has the program execute `command`.
-    void sendCommand(const std::string& command);
+    void endProgram()
+    {
+        program->closeInput();
+        EXPECT_EQ(program->awaitEnd().status, 0) << program->errors();
+        program.reset();
+    }
+
+    void sendCommand(const std::string& command)
+    {
+        program->writeLine(command);
+        ASSERT_TRUE(program->awaitLine("done")) << command << ": " << program->errors();
+    }
+
+    /// Expects that the window opens by itself only once `removeTray` has been called.
+    template <typename RemoveTray> void expectOpenOnlyWithoutTray(RemoveTray removeTray)
+    {
+        const auto before = count("opened");
+        sendCommand("open if no tray");
+        runEventLoop(std::chrono::milliseconds(1500)); // longer than the program waits for the bus
+        EXPECT_EQ(count("opened"), before);
+        removeTray();
+        // The program may be notified of it later than the test.
+        ASSERT_TRUE(awaitWithPolling([this] {
+            sendCommand("open if no tray");
+            return window("Content").has_value();
+        }));
+        EXPECT_TRUE(awaitActive("Content"));
+    }
 
     /// Waits until the program's icon is in the tray, and stores its position.
-    [[nodiscard]] bool awaitIcon();
+    [[nodiscard]] bool awaitIcon()
+    {
+        return awaitWithPolling([this] {
+            const auto found = desktop.windows().trayIconOf(processId());
+            icon = found.value_or(QRect());
+            return found.has_value();
+        });
+    }
 
-    /// Clicks the icon in the tray and waits until the window has the focus.
-    void openByClick();
+    void openByClick()
+    {
+        desktop.click(icon.center());
+        ASSERT_TRUE(awaitActive("Content"));
+    }
 
-    /// Clicks the icon again and expects that the window closes and stays closed.
-    void closeByClick();
-
-    /// Waits until the window titled `title` has the focus.
-    [[nodiscard]] bool awaitActive(const std::string& title);
+    [[nodiscard]] bool awaitActive(const std::string& title)
+    {
+        return awaitWithPolling([&] {
+            const auto active = desktop.windows().activeWindow();
+            return active && active->title == title;
+        });
+    }
 
     /// The area of the program's window titled `title`; none if there is none.
-    [[nodiscard]] std::optional<QRect> window(const std::string& title) const;
+    [[nodiscard]] std::optional<QRect> window(const std::string& title) const
+    {
+        const auto all = desktop.windows().windowsOf(processId());
+        const auto found = std::ranges::find(all, title, &XWindow::title);
+        return found == all.end() ? std::nullopt : std::optional(found->area);
+    }
 
-    [[nodiscard]] bool awaitClosed() const;
-    [[nodiscard]] bool awaitMenu(bool isShown) const;
+    [[nodiscard]] bool awaitClosed() const
+    {
+        return awaitWithPolling([this] { return !window("Content"); });
+    }
 
-    /// How often the program has printed `line` so far.
-    [[nodiscard]] std::ptrdiff_t count(const std::string& line);
+    void expectClosed() const
+    {
+        EXPECT_TRUE(awaitClosed());
+        runEventLoop(focusSettleTime);
+        EXPECT_FALSE(window("Content"));
+    }
 
-    [[nodiscard]] std::uint32_t processId() const;
+    [[nodiscard]] std::ptrdiff_t count(const std::string& line)
+    {
+        return std::ranges::count(linesOf(program->output()), line);
+    }
+
+    [[nodiscard]] std::uint32_t processId() const
+    {
+        return static_cast<std::uint32_t>(program->processId());
+    }
 
     /// Longer than the desktop takes to move the focus, and than a double click takes.
     static constexpr std::chrono::milliseconds focusSettleTime{600};
 
-    DesktopSession desktop;
+    DesktopSession desktop{DesktopSession::WithoutTray{}};
     std::optional<ChildProcess> program;
     QRect icon;
 };

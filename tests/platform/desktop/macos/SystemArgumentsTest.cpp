@@ -1,17 +1,19 @@
 #include "platform/desktop/SystemArguments.h"
 
 #include "app/CommandLine.h"
+#include "platform/services/Session.h"
+#include "tests/support/process/EnvironmentChange.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <array>
+#include <cstdlib>
 #include <utility>
 #include <vector>
 
 namespace orlimo {
 namespace {
-
-using Request = CommandLine::Request;
 
 TEST(SystemArguments, AreCounted)
 {
@@ -33,24 +35,26 @@ TEST(SystemArguments, AreCounted)
     }
 }
 
-CommandLine parse(std::vector<const char*> arguments)
+TEST(SystemArguments, AreIgnoredOnTheCommandLine)
 {
-    arguments.insert(arguments.begin(), "orlimo");
-    return CommandLine::parse(
-        static_cast<int>(arguments.size()), arguments.data(), systemArgumentCount);
+    const std::array arguments{
+        "orlimo", "-AppleLanguages", "(de)", "--launched-at-login", "-ApplePersistence", "--help"};
+    const auto commandLine = CommandLine::parse(6, arguments.data(), systemArgumentCount);
+    EXPECT_EQ(commandLine.request, CommandLine::Request::runLaunchedAtLogin) << commandLine.text;
 }
 
-TEST(SystemArgumentsOnTheCommandLine, AreIgnored)
+TEST(QtArguments, KeepQtFromTakingTheFocus)
 {
-    for (const auto& arguments : std::vector<std::vector<const char*>>{
-             {"-AppleLanguages", "(de)", "--launched-at-login"},
-             {"-NSDocumentRevisionsDebugMode", "YES", "--launched-at-login"},
-             {"--launched-at-login", "-NSDocumentRevisionsDebugMode", "--help"},
-             {"-psn_0_12345", "--launched-at-login", "-ApplePersistenceIgnoreState"}})
-    {
-        const CommandLine commandLine = parse(arguments);
-        EXPECT_EQ(commandLine.request, Request::runLaunchedAtLogin) << commandLine.text;
-    }
+    constexpr const char* transform = "QT_MAC_DISABLE_FOREGROUND_APPLICATION_TRANSFORM";
+    const EnvironmentChange unset(transform, std::nullopt);
+    const std::array<const char*, 2> given{"orlimo", "-style"};
+    Session session = detectSession(static_cast<int>(given.size()), given.data());
+    QtArguments& arguments = session.arguments;
+    ASSERT_EQ(arguments.count(), 2);
+    EXPECT_STREQ(arguments.values()[1], "-style");
+    EXPECT_EQ(arguments.values()[2], nullptr);
+    // Set means that the value is not empty.
+    EXPECT_STREQ(std::getenv(transform), "1");
 }
 
 } // namespace

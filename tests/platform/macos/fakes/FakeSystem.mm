@@ -1,15 +1,81 @@
-// Class methods that return the system's objects, replacing GNUstep's or adding missing ones: each
-// returns the fake named after the class.
+// What of the system is a fake or missing in GNUstep. Class methods that return the system's
+// objects return the fake named after the class.
 
 #include "tests/platform/macos/fakes/FakeObject.h"
 
 #include <cstdarg>
+#include <cstdlib>
 #include <string>
 #include <string_view>
 
 #import <AppKit/AppKit.h>
 #import <ServiceManagement/ServiceManagement.h>
 #import <os/log.h>
+
+namespace orlimo {
+
+static std::map<std::string, FakeObject>& fakes()
+{
+    static auto& all = *new std::map<std::string, FakeObject>;
+    return all;
+}
+
+FakeObject& FakeObject::named(const std::string& name)
+{
+    FakeObject& fake = fakes()[name];
+    if (fake.receiver == nil) {
+        auto* const made = [[OrlimoFakeObject alloc] init];
+        made->fake = &fake;
+        fake.receiver = made;
+        fake.name = name;
+    }
+    return fake;
+}
+
+void FakeObject::resetAll()
+{
+    for (auto& [name, fake] : fakes()) {
+        fake.messages.clear();
+        fake.responses.clear();
+    }
+}
+
+void FakeObject::receive(NSInvocation* invocation)
+{
+    const std::string selector = [NSStringFromSelector([invocation selector]) UTF8String];
+    messages.push_back(selector);
+    std::vector<char> nothing([[invocation methodSignature] methodReturnLength] + 1);
+    [invocation setReturnValue:nothing.data()];
+    if (const auto found = responses.find(selector); found != responses.end()) {
+        const Response response = found->second;
+        response(invocation);
+    }
+}
+
+} // namespace orlimo
+
+@implementation OrlimoFakeObject
+
++ (void)load
+{
+    // For the whole run: messages to fakes are also sent outside of any other pool.
+    static_cast<void>([[NSAutoreleasePool alloc] init]);
+}
+
+- (NSMethodSignature*)methodSignatureForSelector:(SEL)selector
+{
+    // In GNUstep's runtime a selector carries the types of its arguments.
+    const char* const types = sel_getTypeEncoding(selector);
+    return types == nullptr ? [super methodSignatureForSelector:selector]
+                            : [NSMethodSignature signatureWithObjCTypes:types];
+}
+
+- (void)forwardInvocation:(NSInvocation*)invocation
+{
+    fake->receive(invocation);
+}
+
+@end
 
 @interface NSObject (FakeSystem)
 - (id)applicationInProcess:(pid_t)process;
@@ -111,3 +177,36 @@ void orlimo_record_os_log(os_log_t log, const char* format, ...)
     va_end(arguments);
     orlimo::FakeObject::named("os_log").messages.push_back(entry);
 }
+
+// What GNUstep's Foundation lacks or gets elsewhere.
+
+// GNUstep takes the home folder from the user database only and would keep its files in the real
+// one; this function replaces its own and follows the tests' HOME.
+NSString* NSHomeDirectoryForUser(NSString* /*name*/)
+{
+    const char* const home = std::getenv("HOME"); // NOLINT(concurrency-mt-unsafe): set before main
+    return home == nullptr || *home == '\0' ? nil : [NSString stringWithUTF8String:home];
+}
+
+@implementation NSFileManager (Declared)
+
+- (NSArray<NSURL*>*)URLsForDirectory:(NSSearchPathDirectory)directory
+                           inDomains:(NSSearchPathDomainMask)domainMask
+{
+    NSMutableArray<NSURL*>* const urls = [NSMutableArray array];
+    for (NSString* path in NSSearchPathForDirectoriesInDomains(directory, domainMask, YES)) {
+        [urls addObject:[NSURL fileURLWithPath:path isDirectory:YES]];
+    }
+    return urls;
+}
+
+@end
+
+@implementation NSURL (Declared)
+
+- (const char*)fileSystemRepresentation
+{
+    return [[self path] fileSystemRepresentation];
+}
+
+@end

@@ -42,18 +42,13 @@ struct ScriptedDispatch
     /// The instance behind the library's functions.
     [[nodiscard]] static ScriptedDispatch& shared();
 
-    /// Resets everything.
     void reset();
-
     /// Runs a queue until it is empty.
     void run(const std::string& queue = "main");
-
     /// Advances the clock and enqueues what becomes due.
     void advance(std::chrono::nanoseconds span);
-
     /// The first timer that is neither cancelled nor released; null if there is none.
     [[nodiscard]] const Source* timer() const;
-
     /// Reports `events` of the first source's file, merged with those not yet handled.
     void fire(std::uintptr_t events);
 

@@ -18,11 +18,74 @@ const dispatch_source_type_s _dispatch_source_type_timer{};
 
 namespace orlimo {
 
+namespace {
+
+using Source = ScriptedDispatch::Source;
+using Task = ScriptedDispatch::Task;
+
+ScriptedDispatch& script = ScriptedDispatch::shared();
+
+Source& sourceOf(dispatch_object_t object)
+{
+    return *reinterpret_cast<Source*>(object);
+}
+
+/// A queue handle points to its name.
+template <typename Handle> Handle queueNamed(const std::string& name)
+{
+    static auto& names = *new std::set<std::string>;
+    return reinterpret_cast<Handle>(const_cast<std::string*>(&*names.insert(name).first));
+}
+
+const std::string& nameOf(dispatch_queue_t queue)
+{
+    return *reinterpret_cast<const std::string*>(queue);
+}
+
+Source& recorded(const std::string& call, dispatch_object_t object)
+{
+    Source& source = sourceOf(object);
+    if (!source.isTimer) {
+        script.calls.push_back(call);
+    }
+    return source;
+}
+
+/// Wraps a copy of a block.
+Task taskOf(dispatch_block_t block)
+{
+    const std::shared_ptr<void> copy(_Block_copy(block), _Block_release);
+    return [copy] { reinterpret_cast<dispatch_block_t>(copy.get())(); };
+}
+
+/// Enqueues the event handler, which does not run if the source has been cancelled by then.
+void enqueueEvent(Source& source)
+{
+    script.queues[source.queue].push_back([&source] {
+        source.data = std::exchange(source.pending, 0);
+        if (const Task handler = source.eventHandler; !source.cancelled) {
+            handler();
+        }
+    });
+}
+
+void enqueueCancellation(Source& source)
+{
+    script.queues[source.queue].push_back([&source] {
+        if (const auto handler = std::exchange(source.cancelHandler, {})) {
+            handler();
+        }
+        source.eventHandler = {};
+    });
+}
+
+} // namespace
+
 ScriptedDispatch& ScriptedDispatch::shared()
 {
     // Never destroyed: remaining handlers release their captures into it.
-    static ScriptedDispatch& script = *new ScriptedDispatch;
-    return script;
+    static ScriptedDispatch& instance = *new ScriptedDispatch;
+    return instance;
 }
 
 void ScriptedDispatch::reset()
@@ -46,12 +109,7 @@ void ScriptedDispatch::advance(std::chrono::nanoseconds span)
     for (Source& timer : sources) {
         if (timer.due && *timer.due <= now) {
             timer.due.reset();
-            queues[timer.queue].push_back([&timer] {
-                const Task handler = timer.eventHandler;
-                if (!timer.cancelled) {
-                    handler();
-                }
-            });
+            enqueueEvent(timer);
         }
     }
 }
@@ -67,77 +125,16 @@ const ScriptedDispatch::Source* ScriptedDispatch::timer() const
 void ScriptedDispatch::fire(std::uintptr_t events)
 {
     Source& fired = sources.front();
-    if (!fired.active || fired.cancelled ||
-        std::exchange(fired.pending, fired.pending | events) != 0) {
-        return;
+    if (fired.active && !fired.cancelled &&
+        std::exchange(fired.pending, fired.pending | events) == 0) {
+        enqueueEvent(fired);
     }
-    queues[fired.queue].push_back([&fired] {
-        fired.data = std::exchange(fired.pending, 0);
-        if (!fired.cancelled) {
-            const Task handler = fired.eventHandler;
-            handler();
-        }
-    });
 }
 
 bool isMainDispatchQueueDrained()
 {
     return true; // by the test
 }
-
-namespace {
-
-/// The source behind a dispatch object; null for a queue.
-ScriptedDispatch::Source* sourceBehind(dispatch_object_t object)
-{
-    for (auto& source : ScriptedDispatch::shared().sources) {
-        if (reinterpret_cast<dispatch_object_t>(&source) == object) {
-            return &source;
-        }
-    }
-    return nullptr;
-}
-
-/// A queue handle points to its name.
-template <typename Handle> Handle queueNamed(const std::string& name)
-{
-    static auto& names = *new std::set<std::string>;
-    return reinterpret_cast<Handle>(const_cast<std::string*>(&*names.insert(name).first));
-}
-
-const std::string& nameOf(dispatch_queue_t queue)
-{
-    return *reinterpret_cast<const std::string*>(queue);
-}
-
-ScriptedDispatch::Source& recorded(const std::string& call, dispatch_object_t object)
-{
-    auto& source = *sourceBehind(object);
-    if (!source.isTimer) {
-        ScriptedDispatch::shared().calls.push_back(call);
-    }
-    return source;
-}
-
-/// Wraps a copy of a block.
-ScriptedDispatch::Task taskOf(dispatch_block_t block)
-{
-    const std::shared_ptr<void> copy(_Block_copy(block), _Block_release);
-    return [copy] { reinterpret_cast<dispatch_block_t>(copy.get())(); };
-}
-
-/// Enqueues the cancel handler of an active, cancelled source.
-void announceCancellation(ScriptedDispatch::Source& source)
-{
-    ScriptedDispatch::shared().queues[source.queue].push_back([&source] {
-        if (const auto handler = std::exchange(source.cancelHandler, {})) {
-            handler();
-        }
-        source.eventHandler = {};
-    });
-}
-
-} // namespace
 
 } // namespace orlimo
 
@@ -147,17 +144,18 @@ void dispatch_retain(dispatch_object_t /*queue*/) {}
 
 void dispatch_release(dispatch_object_t object)
 {
-    if (const auto* const source = sourceBehind(object)) {
-        recorded(source->active ? "release" : "release of an inactive source", object).released =
-            true;
+    const auto isObject = [object](const Source& source) { return &source == &sourceOf(object); };
+    if (std::ranges::any_of(script.sources, isObject)) { // no queue
+        const bool isActive = sourceOf(object).active;
+        recorded(isActive ? "release" : "release of an inactive source", object).released = true;
     }
 }
 
 void dispatch_activate(dispatch_object_t object)
 {
-    auto& source = recorded("activate", object);
+    Source& source = recorded("activate", object);
     if (!std::exchange(source.active, true) && source.cancelled) {
-        announceCancellation(source);
+        enqueueCancellation(source);
     }
 }
 
@@ -179,28 +177,23 @@ dispatch_queue_t dispatch_queue_create(const char* label, dispatch_queue_attr_t)
 
 void dispatch_async_f(dispatch_queue_t queue, void* context, dispatch_function_t work)
 {
-    ScriptedDispatch::shared().queues[nameOf(queue)].push_back([context, work] { work(context); });
+    script.queues[nameOf(queue)].push_back([context, work] { work(context); });
 }
 
-dispatch_time_t dispatch_time(dispatch_time_t when, int64_t delta)
+dispatch_time_t dispatch_time(dispatch_time_t /*now*/, int64_t delta)
 {
-    const auto now = ScriptedDispatch::shared().now.time_since_epoch().count();
-    return (when == DISPATCH_TIME_NOW ? static_cast<dispatch_time_t>(now) : when) +
-           static_cast<dispatch_time_t>(delta);
+    return static_cast<dispatch_time_t>(script.now.time_since_epoch().count() + delta);
 }
 
 dispatch_source_t dispatch_source_create(
     dispatch_source_type_t type, uintptr_t handle, uintptr_t mask, dispatch_queue_t queue)
 {
-    auto& script = ScriptedDispatch::shared();
-    if (type == DISPATCH_SOURCE_TYPE_VNODE && mask == 0) {
+    const bool isTimer = type == DISPATCH_SOURCE_TYPE_TIMER;
+    if (!isTimer && mask == 0) {
         return nullptr;
     }
     script.sources.push_back(
-        {.handle = handle,
-         .mask = mask,
-         .queue = nameOf(queue),
-         .isTimer = type == DISPATCH_SOURCE_TYPE_TIMER});
+        {.handle = handle, .mask = mask, .queue = nameOf(queue), .isTimer = isTimer});
     return reinterpret_cast<dispatch_source_t>(&script.sources.back());
 }
 
@@ -216,10 +209,10 @@ void dispatch_source_set_cancel_handler(dispatch_source_t source, dispatch_block
 
 void dispatch_source_cancel(dispatch_source_t object)
 {
-    auto& source = recorded("cancel", object);
+    Source& source = recorded("cancel", object);
     source.due.reset();
     if (!std::exchange(source.cancelled, true) && source.active) {
-        announceCancellation(source);
+        enqueueCancellation(source);
     }
 }
 
@@ -229,12 +222,12 @@ void dispatch_source_set_timer(
     if (interval != DISPATCH_TIME_FOREVER) {
         std::abort(); // only one-shot timers are supported
     }
-    auto& timer = *sourceBehind(object);
+    Source& timer = sourceOf(object);
     timer.due = Uptime(std::chrono::nanoseconds(start));
     timer.leeway = std::chrono::nanoseconds(leeway);
 }
 
 uintptr_t dispatch_source_get_data(dispatch_source_t source)
 {
-    return sourceBehind(source)->data;
+    return sourceOf(source).data;
 }

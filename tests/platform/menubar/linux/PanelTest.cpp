@@ -15,13 +15,6 @@ namespace {
 class PanelTest : public DesktopProbeTest
 {
 protected:
-    void startWithPanel()
-    {
-        panel.emplace(desktop);
-        startProgram();
-        ASSERT_TRUE(panel->awaitItem());
-    }
-
     /// Opens the window with a click on the item and closes it with another one.
     void use()
     {
@@ -29,18 +22,16 @@ protected:
         ASSERT_TRUE(awaitActive("Content"));
         runEventLoop(focusSettleTime);
         panel->click();
-        EXPECT_TRUE(awaitClosed());
-        runEventLoop(focusSettleTime);
-        EXPECT_FALSE(window("Content"));
+        expectClosed();
     }
 
     std::optional<StatusNotifierPanel> panel;
 };
 
-TEST_F(PanelTest, ItemAppearsWheneverAHostIsRegistered)
+TEST_F(PanelTest, ItemAppearsWheneverAHostIsRegisteredAndWithANewPanel)
 {
-    panel.emplace(desktop, StatusNotifierPanel::Host::absent);
     startProgram();
+    panel.emplace(desktop, StatusNotifierPanel::Host::absent);
     runEventLoop(focusSettleTime);
     EXPECT_EQ(panel->items(), 0);
     panel->registerHost();
@@ -50,22 +41,15 @@ TEST_F(PanelTest, ItemAppearsWheneverAHostIsRegistered)
     panel->registerHost();
     EXPECT_TRUE(panel->awaitItem());
     use();
+    panel.reset();
+    runEventLoop(focusSettleTime);
+    EXPECT_FALSE(window("Content"));
+    panel.emplace(desktop);
+    ASSERT_TRUE(panel->awaitItem());
+    use();
 }
 
-TEST_F(PanelTest, ItemAppearsWithEachNewPanel)
-{
-    startProgram();
-    for (int round = 0; round < 2; ++round) {
-        runEventLoop(focusSettleTime);
-        EXPECT_FALSE(window("Content"));
-        panel.emplace(desktop);
-        ASSERT_TRUE(panel->awaitItem()) << round;
-        use();
-        panel.reset();
-    }
-}
-
-TEST_F(PanelTest, FrozenPanelDoesNotBlockTheProgram)
+TEST_F(PanelTest, FrozenPanelBlocksNeitherTheProgramNorATray)
 {
     // Less than the timeout of a call on the bus.
     constexpr std::chrono::seconds limit(15);
@@ -78,76 +62,44 @@ TEST_F(PanelTest, FrozenPanelDoesNotBlockTheProgram)
     ASSERT_TRUE(program->awaitLine("opened", limit));
     panel->thaw();
     EXPECT_TRUE(panel->awaitItem());
-}
-
-TEST_F(PanelTest, IconAppearsInTheTrayWhenAFrozenPanelEnds)
-{
-    panel.emplace(desktop);
     panel->freeze();
+    endProgram();
     startProgram();
-    desktop.startTray({});
-    desktop.awaitTray();
     panel.reset();
     EXPECT_TRUE(awaitIcon());
 }
 
-TEST_F(PanelTest, WindowOpensByItselfOnlyWhileThePanelIsGone)
-{
-    startWithPanel();
-    sendCommand("open if no tray");
-    runEventLoop(std::chrono::milliseconds(1500));
-    EXPECT_EQ(count("opened"), 0);
-    panel.reset();
-    desktop.startTray({});
-    desktop.awaitTray();
-    // The icon of a panel does not move to a tray, so that the program would be invisible.
-    ASSERT_TRUE(awaitWithPolling([this] {
-        sendCommand("open if no tray");
-        return window("Content").has_value();
-    }));
-    EXPECT_TRUE(awaitActive("Content"));
-}
-
-TEST_F(PanelTest, ItemNamesTheInstalledSymbolBesideItsPixmaps)
-{
-    const TemporaryFolder data;
-    for (const std::string& name : {std::string(), std::string("app.orlimo.Orlimo-symbolic")}) {
-        if (!name.empty()) {
-            writeFile(data.path() / "icons/hicolor/symbolic/apps" / (name + ".svg"), "<svg/>");
-        }
-        panel.emplace(desktop);
-        startProgram({{"XDG_DATA_DIRS", data.path().string()}});
-        ASSERT_TRUE(panel->awaitItem());
-        EXPECT_EQ(panel->iconName(), name);
-        EXPECT_EQ(panel->iconSizes(), "16,22,24,32,44,48,64,");
-        program.reset();
-        panel.reset();
-    }
-}
-
-TEST_F(PanelTest, MenuOpensTheWindowAtThePointerAndQuits)
-{
-    startWithPanel();
-    EXPECT_EQ(panel->menu(), "Open Orlimo,Quit,");
-    desktop.movePointer({1279, 0});
-    panel->choose("Open Orlimo");
-    EXPECT_TRUE(awaitActive("Content"));
-    EXPECT_EQ(window("Content"), QRect(980, 1, 300, 540))
-        << "not at the pointer, inside the screen";
-    panel->choose("Quit");
-    EXPECT_EQ(program->awaitEnd().status, 0) << program->errors();
-    EXPECT_TRUE(awaitWithPolling([this] { return panel->items() == 0; }));
-}
-
-TEST_F(PanelTest, PanelIsPreferredToATray)
+TEST_F(PanelTest, PanelIsPreferredToATrayAndTheWindowOpensByItselfOnlyWhileItIsGone)
 {
     panel.emplace(desktop);
     desktop.startTray({});
     desktop.awaitTray();
     startProgram();
     ASSERT_TRUE(panel->awaitItem());
-    runEventLoop(focusSettleTime);
-    EXPECT_FALSE(desktop.windows().trayIconOf(processId()));
+    // The icon of a panel does not move to a tray, so that the program would be invisible.
+    expectOpenOnlyWithoutTray([this] {
+        EXPECT_FALSE(desktop.windows().trayIconOf(processId()));
+        panel.reset();
+    });
+}
+
+TEST_F(PanelTest, ItemHasASymbolPixmapsAndAMenuThatOpensTheWindowAtThePointerAndQuits)
+{
+    const TemporaryFolder data;
+    writeFile(data.path() / "icons/hicolor/symbolic/apps/app.orlimo.Orlimo-symbolic.svg", "<svg/>");
+    panel.emplace(desktop);
+    startProgram({{"XDG_DATA_DIRS", data.path().string()}});
+    ASSERT_TRUE(panel->awaitItem());
+    EXPECT_EQ(panel->iconName(), "app.orlimo.Orlimo-symbolic");
+    EXPECT_EQ(panel->iconSizes(), "16,22,24,32,44,48,64,");
+    EXPECT_EQ(panel->menu(), "Open Orlimo,Quit,");
+    desktop.movePointer({1279, 0});
+    panel->choose("Open Orlimo");
+    EXPECT_TRUE(awaitActive("Content"));
+    EXPECT_EQ(window("Content"), QRect(980, 1, 300, 540)) << "at the pointer, inside the screen";
+    panel->choose("Quit");
+    EXPECT_EQ(program->awaitEnd().status, 0) << program->errors();
+    EXPECT_TRUE(awaitWithPolling([this] { return panel->items() == 0; }));
 }
 
 } // namespace

@@ -50,43 +50,32 @@ protected:
         clock.function()};
 };
 
-TEST_F(TrayIconTest, IsShownWithTheProgramsName)
-{
-    EXPECT_TRUE(qtTrayIcon().isVisible());
-    EXPECT_EQ(qtTrayIcon().toolTip(), QStringLiteral("Orlimo"));
-    EXPECT_EQ(icon.geometry(), std::nullopt) << "there is no tray";
-}
-
 TEST_F(TrayIconTest, TogglesOnceForEachClickOrDoubleClick)
 {
     const std::chrono::milliseconds limit(QApplication::doubleClickInterval());
-    struct Press
-    {
-        Reason reason;
-        std::chrono::milliseconds delay{};
-    };
+    using Press = std::pair<Reason, std::chrono::milliseconds>;
     constexpr auto click = QSystemTrayIcon::Trigger;
     constexpr auto doubleClick = QSystemTrayIcon::DoubleClick;
     constexpr auto middleClick = QSystemTrayIcon::MiddleClick;
     for (const auto& [presses, toggles] : std::vector<std::pair<std::vector<Press>, std::size_t>>{
-             {{{click}}, 1},
-             {{{click}, {click, limit + 1ms}}, 2},
+             {{{click, 0ms}}, 1},
+             {{{click, 0ms}, {click, limit + 1ms}}, 2},
              // A double click reported as two clicks, alone, and together with its first click.
-             {{{click}, {click, limit}}, 1},
-             {{{click}, {click, limit}, {click}}, 2},
-             {{{doubleClick}, {doubleClick}}, 2},
-             {{{click}, {doubleClick, limit}}, 1},
-             {{{click}, {doubleClick, limit + 1ms}}, 2},
-             {{{click}, {doubleClick}, {doubleClick}}, 2},
-             {{{middleClick}, {middleClick}}, 2},
-             {{{middleClick}, {doubleClick}}, 2},
-             {{{QSystemTrayIcon::Context}, {QSystemTrayIcon::Unknown}}, 0}})
+             {{{click, 0ms}, {click, limit}}, 1},
+             {{{click, 0ms}, {click, limit}, {click, 0ms}}, 2},
+             {{{doubleClick, 0ms}, {doubleClick, 0ms}}, 2},
+             {{{click, 0ms}, {doubleClick, limit}}, 1},
+             {{{click, 0ms}, {doubleClick, limit + 1ms}}, 2},
+             {{{click, 0ms}, {doubleClick, 0ms}, {doubleClick, 0ms}}, 2},
+             {{{middleClick, 0ms}, {middleClick, 0ms}}, 2},
+             {{{middleClick, 0ms}, {doubleClick, 0ms}}, 2},
+             {{{QSystemTrayIcon::Context, 0ms}, {QSystemTrayIcon::Unknown, 0ms}}, 0}})
     {
         requests.clear();
         clock.advance(1min);
-        for (const Press& press : presses) {
-            clock.advance(press.delay);
-            Q_EMIT qtTrayIcon().activated(press.reason);
+        for (const auto& [reason, delay] : presses) {
+            clock.advance(delay);
+            Q_EMIT qtTrayIcon().activated(reason);
         }
         EXPECT_EQ(requests, std::vector<std::string>(toggles, "toggle")) << presses.size();
     }
@@ -98,8 +87,11 @@ TEST_F(TrayIconTest, TogglesOnceForEachClickOrDoubleClick)
     EXPECT_EQ(requests.size(), 1U) << "the first press was still being handled";
 }
 
-TEST_F(TrayIconTest, MenuIsTranslatedAndOpensAndQuits)
+TEST_F(TrayIconTest, HasANameAndATranslatedMenuThatOpensAndQuits)
 {
+    EXPECT_TRUE(qtTrayIcon().isVisible());
+    EXPECT_EQ(qtTrayIcon().toolTip(), QStringLiteral("Orlimo"));
+    EXPECT_EQ(icon.geometry(), std::nullopt) << "there is no tray";
     const auto actions = qtTrayIcon().contextMenu()->actions();
     ASSERT_EQ(actions.size(), 2);
     EXPECT_EQ(actions.at(0)->text(), QStringLiteral("MenuBarExtra: Open Orlimo"));

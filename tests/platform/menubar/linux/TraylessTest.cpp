@@ -17,9 +17,7 @@ TEST_F(TraylessTest, WindowOpensAtThePointerOnCommandOnly)
     EXPECT_FALSE(window("Content"));
     sendCommand("open if no tray");
     ASSERT_TRUE(awaitActive("Content"));
-    const auto area = window("Content");
-    ASSERT_TRUE(area);
-    EXPECT_EQ(area->topLeft(), QPoint(550, 101));
+    EXPECT_EQ(window("Content")->topLeft(), QPoint(550, 101));
 }
 
 TEST_F(TraylessTest, WindowAndLaterIconNeedNoSessionBus)

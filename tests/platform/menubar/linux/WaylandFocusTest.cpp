@@ -1,34 +1,43 @@
 #include "platform/menubar/linux/WaylandFocus.h"
 
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/process/EnvironmentChange.h"
 
 #include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace orlimo {
 namespace {
 
-/// The reason for a loss of focus on `desktop` with `settings` for KWin.
-FocusLoss lossOn(const char* desktop, const std::string& settings = "")
+TEST(WaylandFocus, LossIsDeliberateOnlyOnDesktopsWhereThePointerDoesNotMoveIt)
 {
-    const TemporaryFolder folder;
-    const auto file = folder.path() / "kwinrc";
-    writeFile(file, settings);
-    return focusLossOnWayland(QString::fromLatin1(desktop), QString::fromStdString(file.string()));
-}
-
-TEST(WaylandFocusTest, IsDeliberateOnClickToFocusDesktops)
-{
-    EXPECT_EQ(lossOn("ubuntu:GNOME"), FocusLoss::deliberate);
-    EXPECT_EQ(lossOn("KDE"), FocusLoss::deliberate);
-    EXPECT_EQ(lossOn("KDE", "[Windows]\nFocusPolicy=ClickToFocus\n"), FocusLoss::deliberate);
-    EXPECT_EQ(focusLossOnWayland(QStringLiteral("KDE"), QString()), FocusLoss::deliberate);
-}
-
-TEST(WaylandFocusTest, IsUnknownIfTheFocusMayFollowThePointer)
-{
-    EXPECT_EQ(lossOn("sway"), FocusLoss::unknown);
-    EXPECT_EQ(lossOn(""), FocusLoss::unknown);
-    EXPECT_EQ(lossOn("KDE", "[Windows]\nFocusPolicy=FocusFollowsMouse\n"), FocusLoss::unknown);
+    struct Case
+    {
+        const char* desktop;
+        std::optional<std::string> settingsOfKWin;
+        FocusLoss expected;
+    };
+    for (const auto& [desktop, settings, expected] : std::vector<Case>{
+             {"ubuntu:GNOME", {}, FocusLoss::deliberate},
+             {"KDE", {}, FocusLoss::deliberate},
+             {"KDE", "", FocusLoss::deliberate},
+             {"KDE", "[Windows]\nFocusPolicy=ClickToFocus\n", FocusLoss::deliberate},
+             {"KDE", "[Windows]\nFocusPolicy=FocusFollowsMouse\n", FocusLoss::unknown},
+             {"sway", {}, FocusLoss::unknown},
+             {"", {}, FocusLoss::unknown}})
+    {
+        const TemporaryFolder folder;
+        if (settings) {
+            writeFile(folder.path() / "kwinrc", *settings);
+        }
+        const EnvironmentChange name("XDG_CURRENT_DESKTOP", desktop);
+        const EnvironmentChange own("XDG_CONFIG_HOME", folder.path().string());
+        const EnvironmentChange common("XDG_CONFIG_DIRS", folder.path().string());
+        EXPECT_EQ(focusLossOnWayland(), expected) << desktop;
+    }
 }
 
 } // namespace

@@ -64,6 +64,11 @@ protected:
 
     void openAndClose()
     {
+        // Once the default mode of the system's event loop has run.
+        const auto settle = [] {
+            runEventLoop(0ms);
+            [[NSRunLoop currentRunLoop] runUntilDate:[NSDate dateWithTimeIntervalSinceNow:0.02]];
+        };
         extra->open();
         runEventLoop(0ms);
         EXPECT_FALSE(isHighlighted) << "the pressed button would remove it";
@@ -72,15 +77,6 @@ protected:
         extra->close();
         settle();
         EXPECT_FALSE(isHighlighted);
-    }
-
-    /// Runs Qt's event loop and the default mode of the system's once.
-    static void settle()
-    {
-        runEventLoop(0ms);
-        @autoreleasepool {
-            [[NSRunLoop currentRunLoop] runUntilDate:[NSDate dateWithTimeIntervalSinceNow:0.02]];
-        }
     }
 
     FakeObject& application = FakeObject::named("NSApplication");
@@ -121,8 +117,11 @@ TEST_F(StatusItemMenuBarExtraTest, PressOpensTheWindowUnderTheItemAndClosesIt)
     EXPECT_EQ(target, nil);
 }
 
-TEST_F(StatusItemMenuBarExtraTest, ProgramBecomesActiveBeforeTheWindowIsShown)
+TEST_F(StatusItemMenuBarExtraTest, StartOpensTheActiveProgramsWindowIfTheUserHasRemovedTheItem)
 {
+    extra->openIfNoTray();
+    EXPECT_FALSE(extra->isOpen());
+    item.returns<BOOL>("isVisible", NO);
     FakeObject& window = FakeObject::named("window");
     view.returns("window", window.object());
     application.returns<BOOL>("isHidden", YES);
@@ -131,7 +130,8 @@ TEST_F(StatusItemMenuBarExtraTest, ProgramBecomesActiveBeforeTheWindowIsShown)
     });
     NSUInteger behavior = 0;
     window.records("setCollectionBehavior:", behavior);
-    extra->openOnRequest();
+    extra->openIfNoTray();
+    EXPECT_TRUE(extra->isOpen());
     EXPECT_THAT(
         application.messages,
         ElementsAre("isHidden", "unhideWithoutActivation", "activateIgnoringOtherApps:"));
@@ -152,15 +152,6 @@ TEST_F(StatusItemMenuBarExtraTest, ItemIsHighlightedWhileOpenAndTheFocusReturned
     application.returns<BOOL>("isActive", YES);
     openAndClose();
     EXPECT_THAT(application.messages, Contains("hide:"));
-}
-
-TEST_F(StatusItemMenuBarExtraTest, OpensAtAStartIfTheUserHasRemovedTheItem)
-{
-    extra->openIfNoTray();
-    EXPECT_FALSE(extra->isOpen());
-    item.returns<BOOL>("isVisible", NO);
-    extra->openIfNoTray();
-    EXPECT_TRUE(extra->isOpen());
 }
 
 } // namespace

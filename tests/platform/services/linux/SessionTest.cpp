@@ -19,6 +19,7 @@ struct Start
     std::optional<std::string> platform;
     std::vector<const char*> arguments;
     bool warns;
+    std::optional<std::string> xServer{};
 };
 
 TEST(Session, KeepsTheArgumentsAndWarnsIfNoClipboardBackendWorks)
@@ -28,6 +29,8 @@ TEST(Session, KeepsTheArgumentsAndWarnsIfNoClipboardBackendWorks)
              {{}, {}, {}, {"orlimo", "-style", "fusion", "--launched-at-login"}, false},
              {{}, {}, {}, {"orlimo", "-platform"}, false},
              {missing, {}, {}, {"orlimo"}, true},
+             {missing, {}, {}, {"orlimo"}, true, "unix:/no-such-x-server"},
+             {"", "x11", {}, {"orlimo"}, false},
              {{}, "wayland", {}, {"orlimo"}, true},
              {missing, {}, "offscreen", {"orlimo"}, false},
              // The last platform on the command line counts.
@@ -37,7 +40,7 @@ TEST(Session, KeepsTheArgumentsAndWarnsIfNoClipboardBackendWorks)
               {"orlimo", "-platform", "wayland", "--platform", "offscreen"},
               false}})
     {
-        const EnvironmentChange display("DISPLAY", std::nullopt);
+        const EnvironmentChange display("DISPLAY", start.xServer);
         const EnvironmentChange compositor("WAYLAND_DISPLAY", start.compositor);
         const EnvironmentChange type("XDG_SESSION_TYPE", start.sessionType);
         const EnvironmentChange platform("QT_QPA_PLATFORM", start.platform);

@@ -1,15 +1,7 @@
 // AppKit as the system has it: what GNUstep's lacks is added to it.
 #pragma once
 
-#import <AppKit/NSEvent.h>
-#import <AppKit/NSFont.h>
-#import <AppKit/NSGraphicsContext.h>
-#import <AppKit/NSImage.h>
-#import <AppKit/NSRunningApplication.h>
-#import <AppKit/NSStatusBarButton.h>
-#import <AppKit/NSStatusItem.h>
-#import <AppKit/NSView.h>
-#import <AppKit/NSWorkspace.h>
+#include_next <AppKit/AppKit.h>
 
 // Constants by their names of today.
 enum : NSEventMask {
@@ -52,5 +44,3 @@ constexpr NSCompositingOperation NSCompositingOperationSourceOver = NSCompositeS
                configuration:(NSWorkspaceOpenConfiguration*)configuration
            completionHandler:(void (^)(NSRunningApplication* app, NSError* error))completionHandler;
 @end
-
-#include_next <AppKit/AppKit.h>

@@ -11,17 +11,10 @@
 
 typedef struct dispatch_object_s
 {
-private:
-    dispatch_object_s();
-    ~dispatch_object_s();
-    dispatch_object_s(const dispatch_object_s&);
-    void operator=(const dispatch_object_s&);
 } * dispatch_object_t;
-
 typedef struct dispatch_queue_s : public dispatch_object_s{} * dispatch_queue_t;
 typedef struct dispatch_queue_global_s : public dispatch_queue_s{} * dispatch_queue_global_t;
-typedef struct dispatch_queue_serial_s : public dispatch_queue_s{} * dispatch_queue_serial_t;
-typedef struct dispatch_queue_main_s : public dispatch_queue_serial_s{} * dispatch_queue_main_t;
+typedef struct dispatch_queue_main_s : public dispatch_queue_s{} * dispatch_queue_main_t;
 typedef struct dispatch_queue_attr_s : public dispatch_object_s{} * dispatch_queue_attr_t;
 typedef struct dispatch_source_s : public dispatch_object_s{} * dispatch_source_t;
 typedef const struct dispatch_source_type_s* dispatch_source_type_t;
