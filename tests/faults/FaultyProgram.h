@@ -150,7 +150,7 @@ private:
         }
         if (row.hasCompositor) {
             const auto socket = folder.path() / "compositor";
-            compositor = std::make_unique<ScriptedCompositor>(socket);
+            compositor = std::make_unique<ScriptedCompositor>(socket, ScriptedCompositor::Script());
             environment["WAYLAND_DISPLAY"] = socket.string();
         }
         return {

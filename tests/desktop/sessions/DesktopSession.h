@@ -40,7 +40,7 @@ public:
     /// Starts everything and waits until it serves. `screen` is the width, height and depth in the
     /// X server's notation.
     explicit DesktopSession(const std::string& screen);
-    DesktopSession(WithoutTray kind, const std::string& screen);
+    explicit DesktopSession(WithoutTray kind, const std::string& screen = "1280x800x24");
 
     /// What puts a program on this desktop, and its texts into English.
     [[nodiscard]] std::map<std::string, std::optional<std::string>> environment() const;
