@@ -65,6 +65,14 @@ protected:
         return closed;
     }
 
+    /// Shows the bar again. It is drawn a moment before the compositor gives it the pointer's
+    /// clicks, so the next one waits as after a click.
+    void startBar()
+    {
+        desktop().startBar();
+        lastClick = std::chrono::steady_clock::now();
+    }
+
     /// Clicks the icon at the pace of a person: not so soon after the last click, or after the
     /// window opened for it or closed, that both count as one.
     void clickIcon()
@@ -148,13 +156,13 @@ TEST_F(ProgramOnSway, ShowsItsIconInEachTrayAndLeavesThePrimarySelectionAlone)
     EXPECT_TRUE(windows().empty());
 
     for (int round = 0; round < 2; ++round) {
-        desktop().startBar();
+        startBar();
         EXPECT_TRUE(desktop().tray().awaitItem());
         EXPECT_EQ(desktop().tray().title(), "Orlimo");
         desktop().stopBar();
         EXPECT_TRUE(program().isRunning());
     }
-    desktop().startBar();
+    startBar();
     ASSERT_NO_FATAL_FAILURE(open());
 }
 
@@ -167,7 +175,7 @@ TEST_F(ProgramOnSway, ShowsItsWindowWhenTheUserStartsItWithoutATray)
     EXPECT_TRUE(awaitClosed());
     EXPECT_TRUE(program().isRunning());
 
-    desktop().startBar();
+    startBar();
     ASSERT_NO_FATAL_FAILURE(open());
 }
 
