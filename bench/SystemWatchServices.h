@@ -4,7 +4,7 @@
 
 namespace orlimo {
 
-/// The system's own services, of which a test may replace some. Needs the application object.
+/// The system's own services, of which a benchmark may replace some. Needs the application object.
 [[nodiscard]] inline WatchServices systemWatchServices()
 {
     return {

@@ -1,6 +1,7 @@
 #include "login/LaunchAtLogin.h"
 
 #include "login/LaunchAtLoginObservable.h"
+#include "platform/process/FatalStop.h"
 
 #include <optional>
 #include <utility>
@@ -17,7 +18,10 @@ std::optional<LoginServices>& storedServices()
 
 const LoginServices& installedServices()
 {
-    return storedServices().value();
+    if (!storedServices()) {
+        fatalStop("launch at login has no services");
+    }
+    return *storedServices();
 }
 
 void logFailure(bool enabling, const ServiceError& error)

@@ -18,7 +18,7 @@ public:
 
     /// Has all of this work on `services` from now on, and what their service reports only after a
     /// call announced through observable(), a failure logged like any other. `main` calls it once,
-    /// before everything else; without it every other call throws std::bad_optional_access.
+    /// before everything else; without it every other call is a fatal stop.
     static void install(LoginServices services);
 
     /// Whether the program is registered and the user has not switched it off.

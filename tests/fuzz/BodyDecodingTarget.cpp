@@ -3,7 +3,7 @@
 #include "tests/capture/reference/ReferenceBodyDecoding.h"
 #include "tests/capture/reference/ReferenceUnicode.h"
 #include "tests/fuzz/FuzzTarget.h"
-#include "tests/fuzz/ProgramOutcomes.h"
+#include "tests/support/ProgramOutcomes.h"
 
 #include <string>
 

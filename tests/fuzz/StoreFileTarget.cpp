@@ -4,7 +4,7 @@
 #include "tests/capture/reference/ReferenceUnicode.h"
 #include "tests/capture/stores/OpenedConnections.h"
 #include "tests/fuzz/FuzzTarget.h"
-#include "tests/fuzz/ProgramOutcomes.h"
+#include "tests/support/ProgramOutcomes.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <sqlite3.h>

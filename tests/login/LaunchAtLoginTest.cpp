@@ -2,6 +2,7 @@
 
 #include "login/LaunchAtLoginObservable.h"
 #include "tests/login/ScriptedLoginItemService.h"
+#include "tests/support/ProgramOutcomes.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -15,6 +16,17 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+
+/// Named so that it runs before the other tests, which install services for good.
+TEST(LaunchAtLoginDeathTest, UseBeforeInstallIsFatal)
+{
+    try {
+        LaunchAtLogin::setEnabled(true);
+        ADD_FAILURE() << "no fatal stop";
+    } catch (const FatalStopException& stop) {
+        EXPECT_EQ(stop.reason, "launch at login has no services");
+    }
+}
 
 /// With a scripted service and log, which write all calls into one list.
 class LaunchAtLoginTest : public testing::Test
@@ -45,13 +57,25 @@ protected:
 
 TEST_F(LaunchAtLoginTest, EachOperationMakesItsCallsForEachStatus)
 {
-    const std::optional<ServiceError> failed = ServiceError{.code = 1, .localizedDescription = "f"};
+    const ServiceError registerError{.code = 1, .localizedDescription = "r"};
+    const ServiceError unregisterError{.code = 1, .localizedDescription = "u"};
     for (const int status : {0, 1, 2, 3}) {
-        for (const auto& error : {std::optional<ServiceError>(), failed}) {
-            service.registerError = service.unregisterError = error;
+        for (const unsigned failing : {0U, 1U, 2U, 3U}) {
+            SCOPED_TRACE(failing);
+            service.registerError.reset();
+            service.unregisterError.reset();
+            if ((failing & 1U) != 0) {
+                service.registerError = registerError;
+            }
+            if ((failing & 2U) != 0) {
+                service.unregisterError = unregisterError;
+            }
             const auto expectCalls = [&](bool value, std::vector<std::string> expected) {
-                if (error) {
-                    expected.push_back(value ? R"(log "enable", "f")" : R"(log "disable", "f")");
+                // Enabling ignores a failure to unregister first.
+                if (value && service.registerError) {
+                    expected.emplace_back(R"(log "enable", "r")");
+                } else if (!value && service.unregisterError) {
+                    expected.emplace_back(R"(log "disable", "u")");
                 }
                 service.currentStatus = static_cast<LoginItemStatus>(status);
                 calls.clear();
@@ -75,6 +99,14 @@ TEST_F(LaunchAtLoginTest, EachOperationMakesItsCallsForEachStatus)
             EXPECT_THAT(calls, ElementsAre("status", "status")) << "nothing is cached";
         }
     }
+}
+
+TEST_F(LaunchAtLoginTest, FailureToRegisterAgainLeavesProgramUnregistered)
+{
+    service.currentStatus = LoginItemStatus::enabled;
+    service.registerError = ServiceError{.code = 1, .localizedDescription = "r"};
+    LaunchAtLogin::setEnabled(true);
+    EXPECT_FALSE(LaunchAtLogin::isEnabled());
 }
 
 TEST_F(LaunchAtLoginTest, LaterResponseIsAnnouncedAndItsFailureIsOneEntry)

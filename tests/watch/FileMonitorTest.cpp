@@ -2,12 +2,12 @@
 
 #include "platform/files/FileHandle.h"
 #include "platform/threads/MainThread.h"
-#include "tests/fuzz/ProgramOutcomes.h"
 #include "tests/platform/files/OpenDescriptors.h"
 #include "tests/support/Await.h"
 #include "tests/support/JoiningThread.h"
 #include "tests/support/ManualClock.h"
 #include "tests/support/ManualQueue.h"
+#include "tests/support/ProgramOutcomes.h"
 #include "tests/support/ScriptedVnodeSource.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -251,12 +251,15 @@ TEST_F(FileMonitorTest, CancelHandlerClosesFileAndIgnoresFailure)
 
 TEST_F(FileMonitorTest, EitherHandlerKeepsMonitorAlive)
 {
-    const auto monitor = start();
-    const auto dropped = std::exchange(script->eventHandler, {});
-    EXPECT_FALSE(monitor.expired());
-    script->eventHandler = dropped;
+    const auto first = start();
+    script->eventHandler = {};
+    EXPECT_FALSE(first.expired());
+    script->dropHandlers();
+    EXPECT_TRUE(first.expired());
+
+    const auto second = start();
     script->cancelHandler = {};
-    EXPECT_FALSE(monitor.expired());
+    EXPECT_FALSE(second.expired());
 }
 
 TEST_F(FileMonitorTest, AcceptedActionKeepsMonitorUntilItRuns)

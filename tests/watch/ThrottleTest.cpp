@@ -1,11 +1,11 @@
 #include "watch/Throttle.h"
 
 #include "platform/threads/MainThread.h"
-#include "tests/fuzz/ProgramOutcomes.h"
 #include "tests/support/Await.h"
 #include "tests/support/JoiningThread.h"
 #include "tests/support/ManualClock.h"
 #include "tests/support/ManualQueue.h"
+#include "tests/support/ProgramOutcomes.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -101,7 +101,9 @@ ColorSchemePortal::ColorSchemePortal(QDBusConnection sessionBus, Handler handler
     auto* const query = new QDBusPendingCallWatcher(bus.asyncCall(ownerQuery(), noTimeout), this);
     connect(query, &QDBusPendingCallWatcher::finished, this, [this, query] {
         query->deleteLater();
-        if (const QDBusPendingReply<QString> owner = *query; owner.isValid()) {
+        const QDBusPendingReply<QString> owner = *query;
+        // A change of the owner that was reported in between is newer.
+        if (!portalOwner && owner.isValid()) {
             portalOwner = owner.value();
         }
     });

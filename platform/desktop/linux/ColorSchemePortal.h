@@ -8,6 +8,7 @@
 #include <QVariant>
 
 #include <functional>
+#include <optional>
 
 namespace orlimo {
 
@@ -44,8 +45,9 @@ private:
     QDBusConnection bus;
     QDBusServiceWatcher portalWatcher;
     /// The portal's unique bus name, which no other program can send under; asked of the bus, since
-    /// Qt 6.8 leaves the sender of a reply empty. Empty while no portal runs.
-    QString portalOwner;
+    /// Qt 6.8 leaves the sender of a reply empty. Unknown until the bus has replied, and empty once
+    /// the portal has exited.
+    std::optional<QString> portalOwner;
     int readCount = 0;
 };
 

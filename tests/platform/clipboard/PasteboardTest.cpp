@@ -50,6 +50,7 @@ TEST(PasteboardTest, AnyTextReplacesEverythingInOneChange)
     {
         pasteboard.setString(given, PasteboardType::string);
         EXPECT_EQ(clipboardText(), given);
+        EXPECT_TRUE(clipboard.mimeData()->hasText()) << "also an empty text";
     }
 }
 

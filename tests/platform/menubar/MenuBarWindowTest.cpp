@@ -178,7 +178,7 @@ TEST_F(MenuBarWindowTest, UnknownFocusLossClosesOnlyWithThePointersLeaving)
         SCOPED_TRACE(steps);
         open();
         for (const QString& step : QString::fromLatin1(steps).split(u' ')) {
-            actions.at(step)();
+            ASSERT_NO_FATAL_FAILURE(actions.at(step)());
         }
         EXPECT_EQ(window->isOpen(), isOpenAtOnce);
         EXPECT_TRUE(isOpenLater ? staysOpen() : await([this] { return !window->isOpen(); }));

@@ -29,8 +29,8 @@ public:
         std::filesystem::copy_file(installed, copy);
         auto variables = environment();
         variables.erase("WAYLAND_DISPLAY");
-        // They select a platform theme that Plasma brings along; where it is missing, KWin 6 crashes
-        // in the one that Qt takes instead.
+        // They select a platform theme that Plasma brings along; where it is missing, KWin 6
+        // crashes in the one that Qt takes instead.
         variables["KDE_FULL_SESSION"] = variables["KDE_SESSION_VERSION"] = std::nullopt;
         // What it stores goes with the desktop.
         variables["HOME"] = (folder.path() / "home").string();

@@ -114,10 +114,12 @@ TEST_F(ColorSchemePortalTest, ReadsAgainWhenThePortalStartsOrRestarts)
     for (std::size_t time = 1; time <= 3; ++time) {
         portal.emplace(bus.address());
         portal->setColorScheme(1U);
-        ASSERT_TRUE(awaitReported(time));
+        ASSERT_TRUE(awaitReported(2 * time - 1));
+        portal->changeColorScheme(2U);
+        ASSERT_TRUE(awaitReported(2 * time));
         portal.reset();
     }
-    EXPECT_THAT(reported, ElementsAre(dark, dark, dark));
+    EXPECT_THAT(reported, ElementsAre(dark, light, dark, light, dark, light));
 }
 
 TEST_F(ColorSchemePortalTest, WaitsForSlowPortalWithoutBlocking)

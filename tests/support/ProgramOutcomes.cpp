@@ -1,4 +1,4 @@
-#include "tests/fuzz/ProgramOutcomes.h"
+#include "tests/support/ProgramOutcomes.h"
 
 #include "platform/process/FatalStop.h"
 #include "platform/process/LogLine.h"
