@@ -4,6 +4,8 @@
 #include <QProcessEnvironment>
 #include <gtest/gtest.h>
 
+#include <csignal>
+
 namespace orlimo {
 
 ChildProcess::ChildProcess(const std::filesystem::path& program, const ChildSettings& settings)

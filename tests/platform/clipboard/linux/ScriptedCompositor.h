@@ -214,10 +214,15 @@ private:
         bool isUsed = false;
     };
 
-    /// Excludes the compositor's thread.
+    /// Excludes the compositor's thread. What the clients have sent is handled first: where that
+    /// thread gets no turn between many calls, their requests would fill the socket, and they would
+    /// read no events any more.
     template <typename Task> std::invoke_result_t<Task> run(Task task)
     {
         const std::lock_guard guard(mutex);
+        if (!isHeld) {
+            wl_event_loop_dispatch(loop, 0);
+        }
         const struct Flush
         {
             ~Flush() { wl_display_flush_clients(display); }
@@ -233,7 +238,7 @@ private:
             isHeld.wait(true);
             constexpr int limit = 10; // milliseconds until it notices that it is stopped
             (void)::poll(&readable, 1, limit);
-            run([this] { return isHeld ? 0 : wl_event_loop_dispatch(loop, 0); });
+            run([] {});
         }
     }
 
